@@ -1,0 +1,7 @@
+// The topics of the benchmark program, one file each. A topic measures and adds its rows.
+#pragma once
+
+class BenchTable;
+
+void BenchForces(BenchTable* table);
+void BenchCalculator(BenchTable* table);

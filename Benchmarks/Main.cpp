@@ -1,0 +1,41 @@
+// orvek-bench [topic...]: measures and prints "what | required | measured | ok"; exit status 1 when
+// a requirement is missed.
+#include <cstdio>
+#include <cstring>
+
+#include "BenchTable.h"
+#include "Benchmarks.h"
+
+namespace {
+
+struct Topic {
+    const char* name;
+    void (*run)(BenchTable* table);
+};
+
+constexpr Topic kTopics[] = {
+    {"forces", BenchForces},
+    {"calculator", BenchCalculator},
+};
+
+bool Wanted(const char* name, int argc, char** argv) {
+    for (int i = 1; i < argc; i++)
+        if (std::strcmp(argv[i], name) == 0) return true;
+    return argc == 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    BenchTable table;
+    for (const Topic& topic : kTopics)
+        if (Wanted(topic.name, argc, argv)) topic.run(&table);
+    if (table.CountRows() == 0) {
+        std::fprintf(stderr, "usage: orvek-bench [topic...]\ntopics:");
+        for (const Topic& topic : kTopics)
+            std::fprintf(stderr, " %s", topic.name);
+        std::fprintf(stderr, "\n");
+        return 2;
+    }
+    return table.AllMet() ? 0 : 1;
+}

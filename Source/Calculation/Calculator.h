@@ -1,0 +1,145 @@
+// The integration engine of one simulation, without its mathematics: the calculation thread, the
+// batches of reports it hands to the consumers, its pacing, its pauses and the collisions it mails.
+// Owned by the document; made and destroyed on the document's thread, destroyed only while parked.
+//
+// Threads. "Master Calculation Thread" parks or runs batches: a batch of steps under the model's
+// write lock; then, without it, waiting until every consumer has finished the former batch, and
+// handing over. It never sleeps on a timer: consumers hold it back, and the pacing gives a batch
+// the size that makes `UpdatesPerSecond` batches a second. Pause, UnPause, the setters and
+// SetRunLimit may be called from any thread but this one; what else is called from other threads
+// only while the calculator is parked, or under the model lock where it says so.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "AbCalculator.h"
+#include "Benaphore.h"
+#include "CollisionMailbox.h"
+#include "ReportBatch.h"
+#include "RunLimit.h"
+#include "StopFlags.h"
+
+class AbEpoch;
+class BLooper;
+class Body;
+class EpochPortal;
+class ReportConsumer;
+
+class Calculator : public AbCalculator {
+public:
+    // None of these is owned. The list of consumers changes only while the calculator is parked.
+    // The target is posted the collisions; without one a run simply stops at a collision. Returns
+    // when the thread has parked; throws std::system_error when there can be no thread.
+    Calculator(EpochPortal* portal, const std::vector<ReportConsumer*>* consumers, BLooper* target);
+    ~Calculator() override;
+    Calculator(const Calculator&) = delete;
+    Calculator& operator=(const Calculator&) = delete;
+
+    // Under the model lock, as all that touches the state between two batches.
+    [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    // Re-reads the bodies and the settings of the focus epoch: a run starts. Under the write lock.
+    virtual void Recache();
+    // Advances the system by at most ReportsPerDraw() reports, and fewer if it should stop; returns
+    // how many it made. Calculation thread, under the write lock.
+    virtual int32 Calculate() = 0;
+    // Takes over the state that Archive wrote; nothing for null or for what is no such record.
+    virtual void Regenerate(BMessage* archive);
+
+    // Pauses nest: a new calculator is paused once, and runs while every Pause has its UnPause.
+    // Returns when the thread has parked and every consumer has finished its last batch; at once if
+    // it was paused already.
+    void Pause();
+    void UnPause();
+    // Parks the thread without touching the pause count; the next UnPause starts another run.
+    void SetInternalPause();
+    [[nodiscard]] bool ShouldStop() const { return stop_.ShouldStop(); }
+
+    // The next run stops itself as if by SetInternalPause at its `reports`-th report, or at the
+    // first one at or past `time` (s), whatever the batches are. 0 and +infinity: no limit. A run
+    // that is paused or that collides goes on counting when it is resumed; a limit holds once.
+    void SetRunLimit(int64 reports, double time) { limit_.Set(reports, time); }
+
+    // Sets the size of the next batches from the number of batches handed over in `elapsed`
+    // microseconds. Calculation thread.
+    void AdjustAnimationSpeed(float batches, int64 elapsed);
+    // Reports that a batch holds at most.
+    [[nodiscard]] int32 ReportsPerDraw() const { return reportsPerDraw_; }
+
+    // Kept for the displays, which draw trails in segments of so many reports.
+    [[nodiscard]] int32 SegmentLength() const { return segmentLength_; }
+    void SetSegmentLength(int32 length) override;
+    [[nodiscard]] int32 UpdatesPerSecond() const {
+        return static_cast<int32>(updatesPerSecond_.load());
+    }
+    // Positive.
+    void SetUpdatesPerSecond(int32 updates) override;
+    [[nodiscard]] int64 MeasuringInterval() const { return measuringInterval_; }
+
+    [[nodiscard]] double Cutoff() const { return cutoff_; }
+    // The time of the last report, s. Under the model lock, as all that a batch changes.
+    [[nodiscard]] double TBase() const { return timeBase_; }
+    [[nodiscard]] const double* TRep() const { return batch_.Times(); }
+    [[nodiscard]] const double* RRep() const { return batch_.Positions(); }
+    [[nodiscard]] const double* VRep() const { return batch_.Velocities(); }
+    [[nodiscard]] int32 CountBodies() const { return static_cast<int32>(bodies_.size()); }
+    [[nodiscard]] int32 CountMassiveBodies() const { return massiveBodies_; }
+    // In mass order; no range check.
+    [[nodiscard]] Body* BodyAt(int32 index) const {
+        return bodies_[static_cast<std::size_t>(index)];
+    }
+    [[nodiscard]] AbEpoch* GetEpoch() const;
+    // For consumers to release: the calculator waits for one unit from each of them.
+    [[nodiscard]] Benaphore* WriteOk() const { return writeOk_.get(); }
+
+protected:
+    [[nodiscard]] const std::vector<Body*>& Bodies() const { return bodies_; }
+    // What an integrator polls between its steps, or within them.
+    [[nodiscard]] const StopFlags& Stop() const { return stop_; }
+    // Records one report (time in s), and parks the run if it is the last one of the run's limit.
+    void Report(double time, const BodyArrays& bodies) {
+        batch_.Add(time, bodies);
+        timeBase_ = time;
+        if (limit_.Reached(time)) SetInternalPause();
+    }
+    // Notes a pair that touches, by identifiers: the later body in mass order first.
+    void AddCollision(int64 later, int64 earlier) { collisions_.Add(later, earlier); }
+    // The step was not taken: parks the run and has the noted pairs posted to the target.
+    void PostCollision() { SetInternalPause(); }
+
+private:
+    struct DeleteBen {
+        void operator()(Benaphore* ben) const { delete_ben(ben); }
+    };
+    using OwnedBen = std::unique_ptr<Benaphore, DeleteBen>;
+
+    static int32 calc_entry(void* calculator);
+    int32 CalcThread();
+    bool Park();
+    void PrepareRun();
+    int32 RunBatch();
+    void DeliverCollisions();
+    [[nodiscard]] int32 CountConsumers() const;
+
+    BLooper* const target_;
+    const OwnedBen iterateOk_;     // the parked thread waits for it
+    const OwnedBen untilWaiting_;  // released by the thread whenever it parks
+    const OwnedBen writeOk_;       // one unit for each consumer that has finished the last batch
+    EpochPortal* const portal_;
+    std::vector<Body*> bodies_;  // of the focus epoch, in mass order
+    const std::vector<ReportConsumer*>* const consumers_;
+    ReportBatch batch_;
+    double cutoff_ = 1e-11;
+    double timeBase_ = 0.0;
+    int32 massiveBodies_ = 0;
+    std::atomic<int32> reportsPerDraw_{100};
+    std::atomic<int32> segmentLength_{2};
+    std::atomic<float> updatesPerSecond_{80.0f};
+    std::atomic<int64> measuringInterval_{1'000'000};
+    std::atomic<bool> quit_{false};
+    StopFlags stop_;
+    CollisionMailbox collisions_;
+    RunLimit limit_;
+    const thread_id thread_;  // last: it waits to be resumed, but is there
+};

@@ -1,0 +1,14 @@
+#include "CollisionMailbox.h"
+
+#include "BLooper.h"
+
+void CollisionMailbox::Add(int64 later, int64 earlier) {
+    message_.AddInt64(kLaterField, later);
+    message_.AddInt64(kEarlierField, earlier);
+}
+
+bool CollisionMailbox::Post(BLooper* target) {
+    if (target != nullptr && target->PostMessage(&message_, target) == B_WOULD_BLOCK) return false;
+    Discard();
+    return true;
+}

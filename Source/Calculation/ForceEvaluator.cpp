@@ -1,0 +1,153 @@
+#include "ForceEvaluator.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <thread>
+
+namespace {
+
+// The rate when no pair is faster.
+constexpr double kLeastRate = 1e-100;
+constexpr int32 kMostThreads = 16;
+
+// Pairs of a target and a source in one task: a microsecond or so, so that sharing costs little, a
+// pause is seen in time and the last task keeps nobody waiting. But at least a vector of targets.
+constexpr int32 kPairsPerTask = 256;
+// Fewer pairs are not worth a second thread.
+constexpr int64 kPairsWorthSharing = 1600;
+
+int32 RoundUp(int32 number, int32 unit) {
+    return (number + unit - 1) / unit * unit;
+}
+
+void RaiseTo(std::atomic<double>* greatest, double value) {
+    double old = *greatest;
+    while (value > old && !greatest->compare_exchange_weak(old, value)) {
+    }
+}
+
+}  // namespace
+
+// One pass over all targets, in tasks that the threads take from a counter.
+struct ForceEvaluator::Pass {
+    enum class Kind { kFirst, kSecond };
+
+    const ForceEvaluator& evaluator;
+    const Kind kind;
+    const int32 order;
+    const StopFlags& stop;
+    const int32 targetsPerTask;
+    std::atomic<int32> next{0};
+    std::atomic<double> rate{kLeastRate};
+    std::atomic<bool> touching{false};
+    std::atomic<bool> stopped{false};
+
+    static void DoTasks(void* pass) { static_cast<Pass*>(pass)->DoTasks(); }
+
+    void DoTasks() {
+        const ForceArrays& arrays = evaluator.arrays_;
+        const ForceInstance& instance = *evaluator.instance_;
+        FirstPassResult found;
+        while (!stopped) {
+            const int32 begin = next.fetch_add(targetsPerTask);
+            if (begin >= arrays.bodies) break;
+            if (stop.ShouldStop()) {
+                stopped = true;
+                break;
+            }
+            const int32 end = std::min(begin + targetsPerTask, arrays.bodies);
+            if (kind == Kind::kFirst) {
+                const FirstPassResult task = instance.firstPass(arrays, order, begin, end);
+                found.rate = std::max(found.rate, task.rate);
+                found.touching |= task.touching;
+            } else {
+                instance.secondPass(arrays, begin, end);
+            }
+        }
+        RaiseTo(&rate, found.rate);
+        if (found.touching) touching = true;
+    }
+};
+
+ForceEvaluator::ForceEvaluator(int32 threads) : instance_(FindForceInstance(BestInstructionSet())) {
+    SetThreads(threads);
+    Resize(0, 0);
+}
+
+ForceEvaluator::~ForceEvaluator() = default;
+
+void ForceEvaluator::SetThreads(int32 threads) {
+    if (threads <= 0) threads = static_cast<int32>(std::thread::hardware_concurrency());
+    threads = std::clamp(threads, 1, kMostThreads);
+    if (threads != threads_) team_.reset();
+    threads_ = threads;
+}
+
+bool ForceEvaluator::SetInstructionSet(InstructionSet set) {
+    const ForceInstance* instance = FindForceInstance(set);
+    if (instance) instance_ = instance;
+    return instance != nullptr;
+}
+
+void ForceEvaluator::Resize(int32 bodies, int32 massive) {
+    // An odd number of lines, lest the arrays compete for the same places of the cache.
+    const auto stride = static_cast<size_t>((bodies + kMostLanes - 1) / kMostLanes | 1);
+    if (stride > stride_) {
+        stride_ = stride;
+        storage_.assign(stride * kCountArrays, Line{});
+    }
+    arrays_ = ForceArrays{.bodies = bodies, .massive = massive, .gm = GM(), .radius = Radius()};
+    for (int axis = 0; axis < 3; axis++) {
+        arrays_.position[axis] = Position(axis);
+        arrays_.velocity[axis] = Velocity(axis);
+        arrays_.acceleration[axis] = Array(kAcceleration + axis);
+        arrays_.jerk[axis] = Array(kJerk + axis);
+        arrays_.snap[axis] = Array(kSnap + axis);
+    }
+}
+
+ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& stop) {
+    collisions_.clear();
+    const int32 targetsPerTask =
+        RoundUp(kPairsPerTask / std::max(arrays_.massive, 1) + 1, kMostLanes);
+    Pass first{*this, Pass::Kind::kFirst, order, stop, targetsPerTask};
+    Run(&first);
+    if (first.stopped) return Result::kStopped;
+    if (first.touching) return ListCollisions(stop);
+    rate_ = first.rate;
+    if (order >= 4) {
+        Pass second{*this, Pass::Kind::kSecond, order, stop, targetsPerTask};
+        Run(&second);
+        if (second.stopped) return Result::kStopped;
+    }
+    return Result::kDone;
+}
+
+void ForceEvaluator::Run(Pass* pass) {
+    const int64 pairs = static_cast<int64>(arrays_.bodies) * arrays_.massive;
+    if (threads_ == 1 || pairs < kPairsWorthSharing) {
+        pass->DoTasks();
+        return;
+    }
+    if (!team_) team_ = std::make_unique<WorkerTeam>(threads_ - 1);
+    team_->Run(Pass::DoTasks, pass);
+}
+
+ForceEvaluator::Result ForceEvaluator::ListCollisions(const StopFlags& stop) {
+    const double* const x = Position(0);
+    const double* const y = Position(1);
+    const double* const z = Position(2);
+    const double* const radius = Radius();
+    for (int32 i = CountMassive() - 1; i >= 0; i--) {
+        if (stop.ShouldStop()) return Result::kStopped;
+        for (int32 j = CountBodies() - 1; j > i; j--) {
+            const double dx = x[i] - x[j];
+            const double dy = y[i] - y[j];
+            const double dz = z[i] - z[j];
+            const double reach = radius[i] + radius[j];
+            const bool apart = dx * dx + dy * dy + dz * dz > reach * reach;
+            if (!apart) collisions_.push_back({j, i});
+        }
+    }
+    return Result::kCollision;
+}

@@ -1,0 +1,103 @@
+// The gravitational accelerations of all bodies with their first two time derivatives, the rate of
+// the fastest pair, and the pairs that touch. Owned by a calculator; one thread at a time calls it,
+// and helper threads of its own share the work where there are enough bodies. The results are the
+// same bits whatever the number of threads and the instruction set: those of the plain walk over
+// the pairs (ForceKernel.h).
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "ForceInstances.h"
+#include "StopFlags.h"
+#include "SupportDefs.h"
+#include "WorkerTeam.h"
+
+// Indices of two bodies that touch, the later (lighter) one first.
+struct CollidingPair {
+    int32 later;
+    int32 earlier;
+    bool operator==(const CollidingPair&) const = default;
+};
+
+class ForceEvaluator {
+public:
+    enum class Result { kDone, kCollision, kStopped };
+
+    // 0 threads: as many as the machine has processors, within a bound.
+    explicit ForceEvaluator(int32 threads = 0);
+    ~ForceEvaluator();
+    ForceEvaluator(const ForceEvaluator&) = delete;
+    ForceEvaluator& operator=(const ForceEvaluator&) = delete;
+
+    void SetThreads(int32 threads);
+    int32 Threads() const { return threads_; }
+    // For tests and benchmarks; by default the best one of the processor. False when it has none
+    // such: then nothing changes.
+    bool SetInstructionSet(InstructionSet set);
+
+    // Makes room for N bodies in mass order, the first M of which are massive. What the arrays held
+    // is lost.
+    void Resize(int32 bodies, int32 massive);
+    int32 CountBodies() const { return arrays_.bodies; }
+    int32 CountMassive() const { return arrays_.massive; }
+
+    // To be filled by the caller, N numbers each: metres, metres per second, GM in m3/s2, metres.
+    double* Position(int axis) { return Array(kPosition + axis); }
+    double* Velocity(int axis) { return Array(kVelocity + axis); }
+    double* GM() { return Array(kGM); }
+    double* Radius() { return Array(kRadius); }
+    const double* Position(int axis) const { return Array(kPosition + axis); }
+    const double* Velocity(int axis) const { return Array(kVelocity + axis); }
+    const double* GM() const { return Array(kGM); }
+    const double* Radius() const { return Array(kRadius); }
+
+    // Accelerations, with order >= 3 jerks and with order >= 4 snaps, and the rate. Only kDone
+    // promises them. kCollision: some pairs touch, see Collisions(). kStopped: given up halfway,
+    // because of `stop`.
+    [[nodiscard]] Result Evaluate(int32 order, const StopFlags& stop);
+
+    // N numbers each: m/s2, m/s3, m/s4.
+    const double* Acceleration(int axis) const { return Array(kAcceleration + axis); }
+    const double* Jerk(int axis) const { return Array(kJerk + axis); }
+    const double* Snap(int axis) const { return Array(kSnap + axis); }
+    // The greatest of |w|2/r2 and (m + m')/r3 of any pair, in 1/s2; 1e-100 without pairs.
+    double Rate() const { return rate_; }
+    // In the order of the pair walk: earlier body descending, then later body descending.
+    const std::vector<CollidingPair>& Collisions() const { return collisions_; }
+
+private:
+    // The arrays in storage_, those with an axis three each.
+    enum {
+        kPosition = 0,
+        kVelocity = 3,
+        kGM = 6,
+        kRadius,
+        kAcceleration,
+        kJerk = 11,
+        kSnap = 14,
+        kCountArrays = 17
+    };
+    struct Pass;
+
+    // A vector of targets, and so a task, has its cache lines to itself.
+    struct alignas(64) Line {
+        double numbers[8];
+    };
+    static_assert(sizeof(Line) == kMostLanes * sizeof(double));
+
+    double* Array(int index) { return storage_[index * stride_].numbers; }
+    const double* Array(int index) const { return storage_[index * stride_].numbers; }
+    void Run(Pass* pass);
+    Result ListCollisions(const StopFlags& stop);
+
+    int32 threads_ = 1;
+    const ForceInstance* instance_;
+    std::vector<Line> storage_;
+    size_t stride_ = 0;  // lines of an array
+    ForceArrays arrays_;
+    double rate_ = 0;
+    std::vector<CollidingPair> collisions_;
+    std::unique_ptr<WorkerTeam> team_;  // made when first needed
+};

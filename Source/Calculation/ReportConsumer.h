@@ -1,0 +1,33 @@
+// What takes the calculator's reports: a display, or a program that writes them to a file. The
+// owner of the consumers keeps the list of them and changes it only while the calculator is parked.
+// Each consumer releases the calculator's "Write Ok" benaphore once when it is ready for its first
+// batch and once more whenever it has finished with a batch: the calculator waits for all of them.
+#pragma once
+
+#include "SupportDefs.h"
+
+class ReportConsumer {
+public:
+    virtual ~ReportConsumer() = default;
+
+    // The lock of the consumer's looper, which the calculator holds around PrepareForGo. False: the
+    // looper is gone, and the call is left out.
+    virtual bool LockConsumer() = 0;
+    virtual void UnlockConsumer() = 0;
+
+    // All of the following run on the calculation thread, which holds no model lock meanwhile.
+    // A run begins whose batches hold about `reportsPerDraw` reports; pacing changes that number
+    // during the run.
+    virtual void PrepareForGo(int32 reportsPerDraw) = 0;
+    // A batch of `count` reports (0 for a batch that was interrupted at once): seconds, metres and
+    // metres per second; positions and velocities hold x, y and z of every body in mass order, one
+    // report after the other. The arrays are the calculator's: copy what is needed.
+    virtual void ReadData(int32 count, double* times, double* positions, double* velocities) = 0;
+    // The batch may be worked on: wakes the consumer's own thread.
+    virtual void ReadOk() = 0;
+
+protected:
+    ReportConsumer() = default;
+    ReportConsumer(const ReportConsumer&) = default;
+    ReportConsumer& operator=(const ReportConsumer&) = default;
+};

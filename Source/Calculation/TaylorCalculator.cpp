@@ -1,0 +1,124 @@
+#include "TaylorCalculator.h"
+
+#include <algorithm>
+
+#include "AbEpoch.h"
+#include "BMessage.h"
+#include "Body.h"
+
+namespace {
+
+constexpr int32 kLeastOrder = 2;
+constexpr int32 kMostOrder = 4;
+constexpr const char* kIterationField = "Iter";
+constexpr const char* kMaxOrderField = "MaxOrd";
+
+}  // namespace
+
+TaylorCalculator::TaylorCalculator(EpochPortal* portal,
+                                   const std::vector<ReportConsumer*>* consumers, BLooper* target)
+    : Calculator(portal, consumers, target) {}
+
+status_t TaylorCalculator::Archive(BMessage* into, bool deep) const {
+    if (const status_t status = Calculator::Archive(into, deep); status != B_OK) return status;
+    if (const status_t status = parts_.Archive(into); status != B_OK) return status;
+    if (const status_t status = into->AddInt32(kIterationField, iteration_); status != B_OK)
+        return status;
+    return into->AddInt32(kMaxOrderField, kMostOrder);
+}
+
+void TaylorCalculator::Regenerate(BMessage* archive) {
+    iteration_ = 0;
+    int32 iteration = 0;
+    if (archive == nullptr || archive->FindInt32(kIterationField, &iteration) != B_OK) return;
+    if (parts_.Regenerate(*archive) == B_OK) iteration_ = iteration;
+}
+
+void TaylorCalculator::Recache() {
+    Calculator::Recache();
+    order_ = std::clamp(GetEpoch()->Order(), kLeastOrder, kMostOrder);
+    parts_.ResortDels(Bodies());
+    LoadBodies();
+    ComputeKissDist();
+    step_.Restart(Cutoff(), order_);
+    anchored_ = false;
+}
+
+int32 TaylorCalculator::Calculate() {
+    AnchorTime();
+    const int32 most = ReportsPerDraw();
+    int32 reports = 0;
+    while (reports < most && !ShouldStop()) {
+        const ForceEvaluator::Result result = evaluator_.Evaluate(order_, Stop());
+        if (result == ForceEvaluator::Result::kStopped) break;
+        if (result == ForceEvaluator::Result::kCollision)
+            AddCollisions();  // and report where the bodies are: the step is not taken
+        else
+            TakeStep();
+        lastReport_ = anchor_ + elapsed_;
+        Report(lastReport_, arrays_);
+        reports++;
+    }
+    StoreBodies();
+    return reports;
+}
+
+// At the start of a run, and when somebody else has set the epoch's time since the last batch.
+void TaylorCalculator::AnchorTime() {
+    if (anchored_ && TBase() == lastReport_) return;
+    anchored_ = true;
+    anchor_ = lastReport_ = TBase();
+    elapsed_ = 0.0;
+}
+
+void TaylorCalculator::LoadBodies() {
+    evaluator_.Resize(CountBodies(), CountMassiveBodies());
+    for (int32 i = 0; i < CountBodies(); i++) {
+        const Body& body = *BodyAt(i);
+        const ThreeVector position = body.Position();
+        const ThreeVector velocity = body.Velocity();
+        evaluator_.Position(0)[i] = position.x;
+        evaluator_.Position(1)[i] = position.y;
+        evaluator_.Position(2)[i] = position.z;
+        evaluator_.Velocity(0)[i] = velocity.x;
+        evaluator_.Velocity(1)[i] = velocity.y;
+        evaluator_.Velocity(2)[i] = velocity.z;
+        evaluator_.GM()[i] = body.M();
+    }
+    for (int axis = 0; axis < 3; axis++) {
+        arrays_.position[axis] = evaluator_.Position(axis);
+        arrays_.velocity[axis] = evaluator_.Velocity(axis);
+    }
+}
+
+// A pair touches within the sum of its radii, which the evaluator forms as it goes: a square for
+// each pair would grow with the pairs.
+void TaylorCalculator::ComputeKissDist() {
+    for (int32 i = 0; i < CountBodies(); i++)
+        evaluator_.Radius()[i] = BodyAt(i)->Radius();
+}
+
+void TaylorCalculator::StoreBodies() const {
+    for (int32 i = 0; i < CountBodies(); i++) {
+        const auto& [r, v] = arrays_;
+        BodyAt(i)->SetPosition({r[0][i], r[1][i], r[2][i]});
+        BodyAt(i)->SetVelocity({v[0][i], v[1][i], v[2][i]});
+    }
+}
+
+void TaylorCalculator::AddCollisions() {
+    for (const CollidingPair& pair : evaluator_.Collisions())
+        AddCollision(BodyAt(pair.later)->ID(), BodyAt(pair.earlier)->ID());
+    PostCollision();
+}
+
+void TaylorCalculator::TakeStep() {
+    step_.Adapt(evaluator_.Rate());
+    iteration_++;
+    parts_.Advance(order_, step_.Powers(), &evaluator_);
+    if (iteration_ > step_.PromotionInterval()) {
+        parts_.Promote(order_);
+        iteration_ = 0;
+    }
+    elapsed_ += step_.Powers().h;
+}

@@ -1,0 +1,50 @@
+// The calculator that integrates by Taylor series of fixed order (2, 3 or 4): one step a report, of
+// a length that the fastest pair of bodies sets for all. Who owns it and which threads call it:
+// Calculator.h.
+//
+// Results are the same bits whatever the number of threads and the size of the batches.
+#pragma once
+
+#include "Calculator.h"
+#include "ForceEvaluator.h"
+#include "StepControl.h"
+#include "TaylorParts.h"
+
+class TaylorCalculator final : public Calculator {
+public:
+    TaylorCalculator(EpochPortal* portal, const std::vector<ReportConsumer*>* consumers,
+                     BLooper* target);
+
+    // The fields "IDs", "DelR", "DelV", "Iter" and "MaxOrd".
+    [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    void Recache() override;
+    int32 Calculate() override;
+    void Regenerate(BMessage* archive) override;
+
+    // Threads that share the force evaluation; 0: as many as the machine has processors. While
+    // parked.
+    void SetThreads(int32 threads) { evaluator_.SetThreads(threads); }
+
+private:
+    void AnchorTime();
+    void LoadBodies();
+    void ComputeKissDist();
+    void StoreBodies() const;
+    void AddCollisions();
+    void TakeStep();
+
+    // During a batch the bodies' state lives here. Body objects are written at the end of it: the
+    // write lock is held until then, so nobody can see them earlier.
+    ForceEvaluator evaluator_;
+    BodyArrays arrays_{};  // of the evaluator
+    TaylorParts parts_;
+    StepControl step_;
+    int32 order_ = 4;
+    int32 iteration_ = 0;  // steps since the last promotion
+    // Reports are at anchor + elapsed: the sum of the steps of the whole run, not a running sum of
+    // times and not of the steps of a batch, whose size follows the clock.
+    bool anchored_ = false;
+    double anchor_ = 0.0;
+    double elapsed_ = 0.0;
+    double lastReport_ = 0.0;
+};

@@ -1,0 +1,14 @@
+// What the model needs of a document's calculator, which lives a floor above: that it writes its
+// state into a record (Archive, under the write lock), and its settings that commands change.
+#pragma once
+
+#include "BArchivable.h"
+
+class AbCalculator : public BArchivable {
+public:
+    AbCalculator() = default;
+    explicit AbCalculator(BMessage* archive) : BArchivable(archive) {}
+
+    virtual void SetSegmentLength(int32 length) = 0;
+    virtual void SetUpdatesPerSecond(int32 updates) = 0;
+};

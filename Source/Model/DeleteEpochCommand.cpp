@@ -1,0 +1,67 @@
+#include "DeleteEpochCommand.h"
+
+#include "ChangeFlags.h"
+#include "EpochCursor.h"
+#include "EpochPortal.h"
+#include "SetEpochToCommand.h"
+
+DeleteEpochCommand::DeleteEpochCommand(EpochPortal* portal, AbEpoch* epoch)
+    : portal_(portal), epoch_(epoch) {}
+
+DeleteEpochCommand::~DeleteEpochCommand() {
+    if (owns_) delete epoch_;
+}
+
+void DeleteEpochCommand::Execute() {
+    if (!epoch_ || !epoch_->Parent()) return;
+    parent_ = epoch_->Parent();
+    index_ = parent_->IndexOfChild(epoch_);
+    movedFocus_ = portal_->FocusEpoch() == epoch_;
+    if (movedFocus_ && !MoveFocusAway()) return;
+
+    const bool ownName = !epoch_->NameFromParent();
+    const int32 count = epoch_->CountChildren();
+    nameFlags_.clear();
+    for (int32 i = 0; i < count; i++) {
+        AbEpoch* child = epoch_->ChildAt(i);
+        nameFlags_.emplace_back(child, child->NameFromParent());
+        // Keeps the name that it shows.
+        if (ownName) child->SetNameFromParent(false);
+    }
+    parent_->AdoptChildren(epoch_, 0, count, epoch_);
+    epoch_->RemoveChildren(0, count);
+    parent_->RemoveChild(epoch_);
+    epoch_->SetParent(nullptr);
+    owns_ = true;
+    portal_->TellObservers(kEpochRemoved);
+}
+
+void DeleteEpochCommand::Undo() {
+    if (!owns_) return;
+    const auto count = static_cast<int32>(nameFlags_.size());
+    epoch_->AdoptChildren(parent_, index_, index_ + count, nullptr);
+    parent_->RemoveChildren(index_, index_ + count);
+    if (parent_->AddChild(epoch_, index_) == B_OK) owns_ = false;
+    for (const auto& [child, fromParent] : nameFlags_)
+        child->SetNameFromParent(fromParent);
+    portal_->TellObservers(kEpochAdded);
+    if (movedFocus_) setEpoch_->Undo();
+}
+
+bool DeleteEpochCommand::MoveFocusAway() {
+    if (!setEpoch_) {
+        AbEpoch* next = NextFocus();
+        if (!next) return false;
+        setEpoch_ = std::make_unique<SetEpochToCommand>(portal_, next);
+    }
+    setEpoch_->Execute();
+    return true;
+}
+
+AbEpoch* DeleteEpochCommand::NextFocus() const {
+    // The root of the tree holds nothing to look at.
+    if (parent_ != portal_->RootEpoch()) return parent_;
+    EpochCursor cursor(epoch_);
+    cursor.Increment();
+    return cursor.GetEpoch();
+}

@@ -1,0 +1,37 @@
+// Takes an epoch out of the tree; its children move up into its place. Owns the epoch while it is
+// out of the tree.
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "LCommand.h"
+#include "SupportDefs.h"
+
+class AbEpoch;
+class EpochPortal;
+class SetEpochToCommand;
+
+class DeleteEpochCommand final : public LCommand {
+public:
+    // Does nothing for null, for the root of the tree, and when no epoch would be left to look at.
+    DeleteEpochCommand(EpochPortal* portal, AbEpoch* epoch);
+    ~DeleteEpochCommand() override;
+
+    void Execute() override;
+    void Undo() override;
+
+private:
+    bool MoveFocusAway();
+    AbEpoch* NextFocus() const;
+
+    EpochPortal* portal_;
+    AbEpoch* epoch_;
+    AbEpoch* parent_ = nullptr;
+    int32 index_ = -1;
+    std::unique_ptr<SetEpochToCommand> setEpoch_;
+    std::vector<std::pair<AbEpoch*, bool>> nameFlags_;
+    bool movedFocus_ = false;
+    bool owns_ = false;
+};

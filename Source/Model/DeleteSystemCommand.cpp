@@ -1,0 +1,41 @@
+#include "DeleteSystemCommand.h"
+
+#include "ChangeFlags.h"
+#include "EpochPortal.h"
+#include "SetSystemToCommand.h"
+
+DeleteSystemCommand::DeleteSystemCommand(EpochPortal* portal, int64 systemID, int64 nextFocusID)
+    : FocusEpochCommand(portal, kSystemRemoved, kSystemAdded),
+      systemID_(systemID),
+      nextFocusID_(nextFocusID) {}
+
+DeleteSystemCommand::~DeleteSystemCommand() {
+    if (owns_) delete system_;
+}
+
+bool DeleteSystemCommand::Apply() {
+    system_ = FindSystem(systemID_);
+    parent_ = system_ ? system_->Parent() : nullptr;
+    if (!parent_) return false;
+    movedFocus_ = HoldsFocus();
+    if (movedFocus_) {
+        if (!setSystem_) setSystem_ = std::make_unique<SetSystemToCommand>(Portal(), nextFocusID_);
+        setSystem_->Execute();
+    }
+    parent_->RemoveChild(system_);
+    owns_ = true;
+    return true;
+}
+
+void DeleteSystemCommand::Revert() {
+    if (parent_->AddChild(system_) >= B_OK) owns_ = false;
+    if (movedFocus_) setSystem_->Undo();
+}
+
+// A focus inside a deleted group would be left pointing at a system that is in no epoch.
+bool DeleteSystemCommand::HoldsFocus() const {
+    for (const MassSystem* s = Portal()->FocusSystem(); s; s = s->Parent()) {
+        if (s == system_) return true;
+    }
+    return false;
+}

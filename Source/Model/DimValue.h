@@ -1,0 +1,33 @@
+// A number in base units together with its Uval: the factor of the unit it is shown in (shown
+// number = value / Uval). A plain value; the Uval is always positive and finite.
+#pragma once
+
+#include <limits>
+
+// The rule for every unit factor of the model.
+inline bool IsValidUval(double uval) {
+    return uval > 0.0 && uval < std::numeric_limits<double>::infinity();
+}
+
+class DimValue {
+public:
+    // An invalid Uval leaves 1.0.
+    DimValue(double value, double uval) : value_(value) { SetUval(uval); }
+
+    double Value() const { return value_; }
+    void SetValue(double value) { value_ = value; }
+    double Uval() const { return uval_; }
+    // Ignores an invalid Uval.
+    void SetUval(double uval) {
+        if (IsValidUval(uval)) uval_ = uval;
+    }
+
+private:
+    double value_;
+    double uval_ = 1.0;
+};
+
+// A change of unit alone is a change.
+inline bool operator==(const DimValue& a, const DimValue& b) {
+    return a.Value() == b.Value() && a.Uval() == b.Uval();
+}

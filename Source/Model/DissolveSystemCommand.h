@@ -1,0 +1,30 @@
+// Takes a composite system out of the focus epoch and leaves its members in its place. Owns the
+// composite while it is out of the tree.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "FocusEpochCommand.h"
+#include "MassSystem.h"
+
+class SetSystemToCommand;
+
+class DissolveSystemCommand final : public FocusEpochCommand {
+public:
+    // Does nothing for a body, a system that is not there, and the root system.
+    DissolveSystemCommand(EpochPortal* portal, int64 systemID);
+    ~DissolveSystemCommand() override;
+
+protected:
+    bool Apply() override;
+    void Revert() override;
+
+private:
+    const int64 systemID_;
+    std::vector<MassSystem*> members_;
+    MassSystem* parent_ = nullptr;
+    std::unique_ptr<MassSystem> ownedGroup_;
+    MassSystem* group_ = nullptr;
+    std::unique_ptr<SetSystemToCommand> setSystem_;
+};

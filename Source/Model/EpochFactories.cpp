@@ -1,0 +1,63 @@
+#include "EpochFactories.h"
+
+#include <cmath>
+
+#include "AbCalculator.h"
+#include "AbEpoch.h"
+#include "ChangeFlags.h"
+#include "MacroCommand.h"
+#include "SetCalcIntCommand.h"
+#include "SetEpochNameCommand.h"
+
+std::string EpochNameFactory::Current(const EpochPortal& portal) const {
+    return portal.FocusEpoch()->Name();
+}
+
+std::unique_ptr<LCommand> EpochNameFactory::MakeCommand(EpochPortal* portal,
+                                                        const std::string& name) const {
+    if (Current(*portal) == name) return nullptr;
+    return std::make_unique<SetEpochNameCommand>(portal, name);
+}
+
+DimValue EpochTimeFactory::Current(const EpochPortal& portal) const {
+    return {portal.FocusEpoch()->Time(), portal.FocusEpoch()->TimeUval()};
+}
+
+std::unique_ptr<LCommand> EpochTimeFactory::MakeCommand(EpochPortal* portal,
+                                                        const DimValue& time) const {
+    const DimValue current = Current(*portal);
+    if (!std::isfinite(time.Value()) || time == current) return nullptr;
+    auto command = std::make_unique<MacroCommand>(2);
+    if (time.Value() != current.Value())
+        command->AddCommand(std::make_unique<SetEpochPropertyCommand<double>>(
+            portal, &AbEpoch::Time, &AbEpoch::SetTime, time.Value(), kTimeChanged));
+    if (time.Uval() != current.Uval())
+        command->AddCommand(std::make_unique<SetEpochPropertyCommand<double>>(
+            portal, &AbEpoch::TimeUval, &AbEpoch::SetTimeUval, time.Uval(), kTimeChanged));
+    return command;
+}
+
+EpochPropertyFactory<double> CutoffFactory() {
+    return {&AbEpoch::Cutoff, &AbEpoch::SetCutoff,
+            [](double cutoff) { return cutoff > 0.0 && cutoff < 0.001; }};
+}
+
+EpochPropertyFactory<int32> OrderFactory() {
+    return {&AbEpoch::Order, &AbEpoch::SetOrder,
+            [](int32 order) { return order >= 2 && order <= 4; }};
+}
+
+EpochPropertyFactory<bool> COMOnGoFactory() {
+    return {&AbEpoch::COMOnGo, &AbEpoch::SetCOMOnGo, [](bool) { return true; }};
+}
+
+int32 CalculatorIntFactory::Current(const EpochPortal& portal) const {
+    return (portal.GetCalculator()->*get_)();
+}
+
+std::unique_ptr<LCommand> CalculatorIntFactory::MakeCommand(EpochPortal* portal,
+                                                            const int32& value) const {
+    const int32 current = Current(*portal);
+    if (value < 1 || value == current) return nullptr;
+    return std::make_unique<SetCalcIntCommand>(portal->GetCalculator(), set_, value, current);
+}

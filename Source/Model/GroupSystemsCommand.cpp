@@ -1,0 +1,76 @@
+#include "GroupSystemsCommand.h"
+
+#include <algorithm>
+
+#include "ChangeFlags.h"
+#include "CompositeSystem.h"
+#include "SetSystemToCommand.h"
+
+namespace {
+
+bool IsWithin(const MassSystem* system, const MassSystem* group) {
+    for (; system; system = system->Parent())
+        if (system == group) return true;
+    return false;
+}
+
+}  // namespace
+
+GroupSystemsCommand::GroupSystemsCommand(EpochPortal* portal, std::vector<int64> members,
+                                         std::string name, int64 newID)
+    : FocusEpochCommand(portal, kSystemAdded, kSystemRemoved),
+      memberIDs_(std::move(members)),
+      name_(std::move(name)),
+      newID_(newID) {}
+
+GroupSystemsCommand::~GroupSystemsCommand() = default;
+
+std::vector<GroupSystemsCommand::Member> GroupSystemsCommand::FindMembers() const {
+    std::vector<Member> found;
+    for (const int64 id : memberIDs_) {
+        MassSystem* system = FindSystem(id);
+        if (system && system->Parent()) found.push_back({system, system->Parent()});
+    }
+    // A part of another member moves along with it.
+    std::vector<Member> members;
+    for (const Member& member : found)
+        if (std::ranges::none_of(found, [&](const Member& other) {
+                return other.system != member.system && IsWithin(member.system, other.system);
+            }))
+            members.push_back(member);
+    return members;
+}
+
+bool GroupSystemsCommand::Apply() {
+    members_ = FindMembers();
+    if (members_.empty()) return false;
+
+    MassSystem* place = members_.front().formerParent;
+    const auto holdsAll = [&](const MassSystem* group) {
+        return std::ranges::all_of(
+            members_, [&](const Member& member) { return IsWithin(member.system, group); });
+    };
+    while (!holdsAll(place))
+        place = place->Parent();
+
+    if (!ownedGroup_)
+        ownedGroup_ = std::make_unique<CompositeSystem>(
+            name_.c_str(), newID_, members_.front().system->TrailColor(),
+            members_.front().system->DiscColor(), kOriginID);
+    group_ = ownedGroup_.release();
+    for (const Member& member : members_)
+        group_->AddChild(member.system);
+    place->AddChild(group_);
+
+    setSystem_ = std::make_unique<SetSystemToCommand>(Portal(), newID_);
+    setSystem_->Execute();
+    return true;
+}
+
+void GroupSystemsCommand::Revert() {
+    setSystem_->Undo();
+    for (const Member& member : members_)
+        member.formerParent->AddChild(member.system);
+    group_->Parent()->RemoveChild(group_);
+    ownedGroup_.reset(static_cast<CompositeSystem*>(group_));
+}

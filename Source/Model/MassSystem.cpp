@@ -1,0 +1,26 @@
+#include "MassSystem.h"
+
+#include <algorithm>
+
+#include "ArchiveFields.h"
+
+MassSystem::MassSystem(int64 id) : id_(id) {}
+
+MassSystem::MassSystem(BMessage* archive)
+    : BArchivable(archive), id_(FieldOr(archive, &BMessage::FindInt64, "ID", kNoSystemID)) {}
+
+status_t MassSystem::Archive(BMessage* into, bool deep) const {
+    const status_t status = BArchivable::Archive(into, deep);
+    return status == B_OK ? into->AddInt64("ID", id_) : status;
+}
+
+int64 MassSystem::MaxSystemID() const {
+    int64 largest = std::max(id_, kNoSystemID);
+    for (int32 i = 0; i < CountChildren(); i++)
+        largest = std::max(largest, ChildAt(i)->MaxSystemID());
+    return largest;
+}
+
+int64 MassSystem::ID() const {
+    return id_;
+}

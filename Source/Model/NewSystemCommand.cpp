@@ -1,0 +1,30 @@
+#include "NewSystemCommand.h"
+
+#include "ChangeFlags.h"
+#include "EpochPortal.h"
+#include "SetSystemToCommand.h"
+
+NewSystemCommand::NewSystemCommand(EpochPortal* portal, MassSystem* system, int64 parentID)
+    : FocusEpochCommand(portal, kSystemAdded, kSystemRemoved),
+      system_(system),
+      parentID_(parentID),
+      setSystem_(std::make_unique<SetSystemToCommand>(portal, system->ID())) {}
+
+NewSystemCommand::~NewSystemCommand() {
+    if (owns_) delete system_;
+}
+
+bool NewSystemCommand::Apply() {
+    parent_ = FindSystem(parentID_);
+    // A parent that already has the identifier answers success without taking the system.
+    if (!parent_ || parent_->AddChild(system_) < B_OK || system_->Parent() != parent_) return false;
+    owns_ = false;
+    setSystem_->Execute();
+    return true;
+}
+
+void NewSystemCommand::Revert() {
+    setSystem_->Undo();
+    parent_->RemoveChild(system_);
+    owns_ = true;
+}

@@ -1,0 +1,24 @@
+// Adds a mass system to the focus epoch and puts it into focus. Owns the system while it is not in
+// the tree.
+#pragma once
+
+#include "FocusEpochCommand.h"
+
+class SetSystemToCommand;
+
+class NewSystemCommand final : public FocusEpochCommand {
+public:
+    NewSystemCommand(EpochPortal* portal, MassSystem* system, int64 parentID);
+    ~NewSystemCommand() override;
+
+protected:
+    bool Apply() override;
+    void Revert() override;
+
+private:
+    MassSystem* system_;
+    int64 parentID_;
+    MassSystem* parent_ = nullptr;
+    std::unique_ptr<SetSystemToCommand> setSystem_;
+    bool owns_ = true;
+};

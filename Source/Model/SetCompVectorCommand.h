@@ -1,0 +1,49 @@
+// Sets the position or velocity, or one component of it, of any system of the focus epoch, together
+// with the unit it is shown in. What moves a group is the command that the group itself makes.
+#pragma once
+
+#include <optional>
+
+#include "DimVector.h"
+#include "FocusEpochCommand.h"
+#include "MassSystem.h"
+
+// The vector quantities of a mass system.
+struct VectorQuantity {
+    LCommand* (MassSystem::*makeCommand)(ThreeVector, ThreeVector);
+    ThreeVector (MassSystem::*get)() const;
+    double (MassSystem::*getUval)() const;
+    void (MassSystem::*setUval)(double);
+    int32 changeFlag;
+};
+extern const VectorQuantity kPositionQuantity;
+extern const VectorQuantity kVelocityQuantity;
+
+class SetCompVectorCommand final : public FocusEpochCommand {
+public:
+    // All three components, in absolute coordinates. Undo puts the system back to `from`.
+    SetCompVectorCommand(EpochPortal* portal, const VectorQuantity& quantity, int64 systemID,
+                         const DimVector& from, const DimVector& to);
+    // One component (0: x, 1: y, 2: z), as it is shown: relative to the system's referent.
+    SetCompVectorCommand(EpochPortal* portal, const VectorQuantity& quantity, int64 systemID,
+                         int32 component, const DimValue& to);
+    ~SetCompVectorCommand() override;
+
+protected:
+    bool Apply() override;
+    void Revert() override;
+
+private:
+    std::unique_ptr<LCommand> MakeMove() const;
+    ThreeVector WithComponent(ThreeVector current) const;
+
+    const VectorQuantity& quantity_;
+    int64 systemID_;
+    std::optional<ThreeVector> from_;  // none: where the system is
+    ThreeVector to_;
+    int32 component_;  // -1: all; else only that one of `to_` counts
+    double newUval_;
+    double oldUval_ = 1.0;
+    MassSystem* system_ = nullptr;
+    std::unique_ptr<LCommand> move_;
+};

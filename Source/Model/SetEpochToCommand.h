@@ -1,0 +1,25 @@
+// Puts another epoch into focus. The epoch that is left keeps the calculator's state, so that it
+// can be resumed exactly; undoing does not take that back.
+#pragma once
+
+#include "ChangeFlags.h"
+#include "LCommand.h"
+
+class AbEpoch;
+class EpochPortal;
+class MassSystem;
+
+class SetEpochToCommand final : public LCommand {
+public:
+    SetEpochToCommand(EpochPortal* portal, AbEpoch* target, int32 what = kAllOfFocusChanged);
+
+    void Execute() override;
+    void Undo() override;
+
+private:
+    EpochPortal* portal_;
+    AbEpoch* target_;
+    int32 what_;
+    AbEpoch* previousEpoch_ = nullptr;
+    MassSystem* previousSystem_ = nullptr;
+};

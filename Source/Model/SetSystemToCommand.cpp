@@ -1,0 +1,18 @@
+#include "SetSystemToCommand.h"
+
+#include "ChangeFlags.h"
+#include "EpochPortal.h"
+
+SetSystemToCommand::SetSystemToCommand(EpochPortal* portal, int64 systemID)
+    : portal_(portal), systemID_(systemID) {}
+
+void SetSystemToCommand::Execute() {
+    previous_ = portal_->FocusSystem();
+    portal_->SetSystemFromID(systemID_);
+    portal_->TellObservers(kFocusSystemChanged);
+}
+
+void SetSystemToCommand::Undo() {
+    portal_->SetSystemTo(previous_);
+    portal_->TellObservers(kFocusSystemChanged);
+}

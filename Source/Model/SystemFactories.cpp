@@ -1,0 +1,129 @@
+#include "SystemFactories.h"
+
+#include <cmath>
+
+#include "AbEpoch.h"
+#include "ChangeFlags.h"
+#include "MacroCommand.h"
+
+namespace {
+
+struct QuantityAccess {
+    double (MassSystem::*get)() const;
+    void (MassSystem::*set)(double);
+    double (MassSystem::*getUval)() const;
+    void (MassSystem::*setUval)(double);
+    int32 changeFlags;
+};
+
+const QuantityAccess& AccessTo(SystemQuantityFactory::Quantity quantity) {
+    static constexpr QuantityAccess kMass{&MassSystem::M, &MassSystem::SetM, &MassSystem::MassUval,
+                                          &MassSystem::SetMassUval,
+                                          kMassOrRadiusChanged | kPositionChanged};
+    static constexpr QuantityAccess kRadius{&MassSystem::Radius, &MassSystem::SetRadius,
+                                            &MassSystem::RadiusUval, &MassSystem::SetRadiusUval,
+                                            kMassOrRadiusChanged};
+    return quantity == SystemQuantityFactory::Quantity::kMass ? kMass : kRadius;
+}
+
+bool IsFinite(const ThreeVector& v) {
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
+
+// What the system's quantity is relative to: zero for the origin, and for a referent that is gone.
+ThreeVector ReferentValue(const EpochPortal& portal, const MassSystem& system,
+                          const VectorQuantity& quantity) {
+    const MassSystem* referent = portal.FocusEpoch()->SystemFromID(system.RelativeTo());
+    return referent ? (referent->*quantity.get)() : ThreeVector{};
+}
+
+}  // namespace
+
+MassSystem* ChosenSystem(const EpochPortal& portal, SystemChoice choice) {
+    if (choice) {
+        MassSystem* root = portal.FocusEpoch()->RootSystem();
+        return root ? root->SystemFromID(*choice) : nullptr;
+    }
+    MassSystem* focus = portal.FocusSystem();
+    return focus->ID() == kNoSystemID ? nullptr : focus;
+}
+
+SystemPropertyFactory<std::string> NameFactory(SystemChoice choice) {
+    return {&MassSystem::Name, &MassSystem::SetName, kNameChanged, choice};
+}
+
+SystemPropertyFactory<rgb_color> TrailColorFactory(SystemChoice choice) {
+    return {&MassSystem::TrailColor, &MassSystem::SetTrailColor, kTrailChanged, choice};
+}
+
+SystemPropertyFactory<rgb_color> DiscColorFactory(SystemChoice choice) {
+    return {&MassSystem::DiscColor, &MassSystem::SetDiscColor, kDiscChanged, choice};
+}
+
+SystemPropertyFactory<bool> TrailOnFactory(SystemChoice choice) {
+    return {&MassSystem::TrailOn, &MassSystem::SetTrailOn, kTrailChanged, choice};
+}
+
+SystemPropertyFactory<bool> DiscOnFactory(SystemChoice choice) {
+    return {&MassSystem::DiscOn, &MassSystem::SetDiscOn, kDiscChanged, choice};
+}
+
+DimValue SystemQuantityFactory::Current(const EpochPortal& portal) const {
+    const MassSystem* system = ChosenSystem(portal, choice_);
+    if (!system) return {0.0, 1.0};
+    const QuantityAccess& access = AccessTo(quantity_);
+    return {(system->*access.get)(), (system->*access.getUval)()};
+}
+
+std::unique_ptr<LCommand> SystemQuantityFactory::MakeCommand(EpochPortal* portal,
+                                                             const DimValue& value) const {
+    const MassSystem* system = ChosenSystem(*portal, choice_);
+    if (!system || !std::isfinite(value.Value())) return nullptr;
+    const QuantityAccess& access = AccessTo(quantity_);
+
+    auto command = std::make_unique<MacroCommand>(2);
+    bool changes = false;
+    const bool isBody = dynamic_cast<const Body*>(system) != nullptr;
+    const double magnitude = std::fabs(value.Value());
+    if (isBody && magnitude != (system->*access.get)()) {
+        command->AddCommand(std::make_unique<SetSystemPropertyCommand<double>>(
+            portal, system->ID(), access.get, access.set, magnitude, access.changeFlags));
+        changes = true;
+    }
+    if (value.Uval() != (system->*access.getUval)()) {
+        command->AddCommand(std::make_unique<SetSystemPropertyCommand<double>>(
+            portal, system->ID(), access.getUval, access.setUval, value.Uval(),
+            access.changeFlags));
+        changes = true;
+    }
+    if (!changes) return nullptr;
+    return command;
+}
+
+DimVector SystemVectorFactory::Current(const EpochPortal& portal) const {
+    const MassSystem* system = ChosenSystem(portal, choice_);
+    if (!system) return {ThreeVector{}, 1.0};
+    return {(system->*quantity_.get)() - ReferentValue(portal, *system, quantity_),
+            (system->*quantity_.getUval)()};
+}
+
+std::unique_ptr<LCommand> SystemVectorFactory::MakeCommand(EpochPortal* portal,
+                                                           const DimVector& value) const {
+    const MassSystem* system = ChosenSystem(*portal, choice_);
+    if (!system || !IsFinite(value) || value == Current(*portal)) return nullptr;
+    const DimVector from{(system->*quantity_.get)(), (system->*quantity_.getUval)()};
+    const DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
+    return std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), from, to);
+}
+
+std::unique_ptr<LCommand> SystemVectorFactory::MakeComponentCommand(EpochPortal* portal,
+                                                                    int32 component,
+                                                                    const DimValue& value) const {
+    const MassSystem* system = ChosenSystem(*portal, choice_);
+    if (!system || !std::isfinite(value.Value())) return nullptr;
+    const DimVector current = Current(*portal);
+    const double now = component == 0 ? current.x : component == 1 ? current.y : current.z;
+    if (value == DimValue{now, current.Uval()}) return nullptr;
+    return std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), component,
+                                                  value);
+}

@@ -1,0 +1,34 @@
+// A position, velocity or displacement in three dimensions, in base units (metres, m/s). A plain
+// value without invariant, passed and copied freely.
+#pragma once
+
+struct ThreeVector {
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+
+    ThreeVector operator+(const ThreeVector& v) const { return {x + v.x, y + v.y, z + v.z}; }
+    ThreeVector operator-(const ThreeVector& v) const { return {x - v.x, y - v.y, z - v.z}; }
+    ThreeVector operator-() const { return {-x, -y, -z}; }
+    ThreeVector& operator+=(const ThreeVector& v) { return *this = *this + v; }
+    ThreeVector& operator-=(const ThreeVector& v) { return *this = *this - v; }
+    ThreeVector& operator*=(double factor) {
+        x *= factor;
+        y *= factor;
+        z *= factor;
+        return *this;
+    }
+};
+
+inline ThreeVector operator*(const ThreeVector& v, double factor) {
+    return {v.x * factor, v.y * factor, v.z * factor};
+}
+
+inline ThreeVector operator*(double factor, const ThreeVector& v) {
+    return v * factor;
+}
+
+// Exact: a vector with a NaN component is unequal to every vector, itself included.
+inline bool operator==(const ThreeVector& a, const ThreeVector& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}

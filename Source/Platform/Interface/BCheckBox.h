@@ -1,0 +1,9 @@
+// A switch with a label; its value is B_CONTROL_ON or B_CONTROL_OFF. Rules as for BView.
+#pragma once
+
+#include "BControl.h"
+
+class BCheckBox : public BControl {
+public:
+    BCheckBox(const char* name, const char* label, BMessage* message);
+};

@@ -1,0 +1,20 @@
+// A text that the user reads. Rules as for BView.
+#pragma once
+
+#include "BView.h"
+
+class BStringView : public BView {
+public:
+    BStringView(const char* name, const char* text);
+
+    [[nodiscard]] const std::string& Text() const { return text_; }
+    void SetText(const char* text);
+    // Breaks long lines at the view's width. Off at first; the text's own lines are always kept.
+    void SetWrapped(bool isWrapped);
+    // The user can select and copy the text.
+    void SetSelectable(bool isSelectable);
+    void SetRightAligned(bool isRightAligned);
+
+private:
+    std::string text_;
+};

@@ -1,0 +1,73 @@
+// Rows of opaque pixels, 0xffRRGGBB, and rectangles of whole device pixels (right and bottom are the
+// first ones outside). Plain values.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "GraphicsDefs.h"
+
+using Pixel = uint32;
+
+[[nodiscard]] constexpr Pixel ToPixel(rgb_color color) {
+    return 0xff000000u | static_cast<uint32>(color.red) << 16 |
+           static_cast<uint32>(color.green) << 8 | color.blue;
+}
+
+[[nodiscard]] constexpr rgb_color ToColor(Pixel pixel) {
+    return {static_cast<uint8>(pixel >> 16), static_cast<uint8>(pixel >> 8),
+            static_cast<uint8>(pixel), 255};
+}
+
+struct IntPoint {
+    int32 x = 0;
+    int32 y = 0;
+
+    bool operator==(const IntPoint&) const = default;
+};
+
+struct IntRect {
+    int32 left = 0;
+    int32 top = 0;
+    int32 right = 0;
+    int32 bottom = 0;
+
+    [[nodiscard]] int32 Width() const { return right - left; }
+    [[nodiscard]] int32 Height() const { return bottom - top; }
+    [[nodiscard]] bool IsEmpty() const { return right <= left || bottom <= top; }
+    [[nodiscard]] IntRect MovedBy(IntPoint by) const {
+        return {left + by.x, top + by.y, right + by.x, bottom + by.y};
+    }
+    bool operator==(const IntRect&) const = default;
+};
+
+[[nodiscard]] inline IntRect Intersection(const IntRect& a, const IntRect& b) {
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+            std::min(a.bottom, b.bottom)};
+}
+
+class PixelBuffer {
+public:
+    PixelBuffer() = default;
+    PixelBuffer(int32 width, int32 height, Pixel fill);
+
+    [[nodiscard]] int32 Width() const { return width_; }
+    [[nodiscard]] int32 Height() const { return height_; }
+    [[nodiscard]] IntRect Bounds() const { return {0, 0, width_, height_}; }
+    [[nodiscard]] Pixel* Row(int32 y) { return pixels_.data() + Offset(y); }
+    [[nodiscard]] const Pixel* Row(int32 y) const { return pixels_.data() + Offset(y); }
+
+    void Fill(const IntRect& rect, Pixel pixel);
+    // Puts `area` of `source` to `to`; clips to both.
+    void Copy(const PixelBuffer& source, const IntRect& area, IntPoint to);
+
+private:
+    [[nodiscard]] std::size_t Offset(int32 y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
+    }
+
+    int32 width_ = 0;
+    int32 height_ = 0;
+    std::vector<Pixel> pixels_;
+};

@@ -1,0 +1,73 @@
+// The main thread of a program with windows: runs the toolkit's event loop and owns every widget.
+// `main` makes one, before the first window; the static functions may be called from any thread and
+// do nothing (and say so) while there is none.
+//
+// The server never waits for a looper, a lock of the model or a semaphore: it holds only short
+// mutexes of its own, so that no deadlock can pass through it and the interface stays alive.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "BMessage.h"
+#include "BMessenger.h"
+#include "OS.h"
+
+class WindowServer {
+public:
+    enum class Screen { kDesktop, kOffscreen };
+
+    // On the main thread. The toolkit takes the arguments that are its own out of argc and argv;
+    // argc must stay where it is. kOffscreen: needs no display; nothing is seen.
+    WindowServer(int& argc, char** argv, Screen screen = Screen::kDesktop);
+    // What is queued is dropped, who waits in Ask gets the default answer. Windows must be gone.
+    ~WindowServer();
+    WindowServer(const WindowServer&) = delete;
+    WindowServer& operator=(const WindowServer&) = delete;
+
+    // The program's arguments without the toolkit's own; the first is the program.
+    [[nodiscard]] const std::vector<std::string>& Arguments() const { return arguments_; }
+
+    // Runs the event loop on the main thread until Stop. Once.
+    void Run();
+    // Ends Run when the changes queued so far are done. Any thread.
+    static void Stop();
+
+    [[nodiscard]] static bool IsServerThread();
+
+    // Has the server do this later, in the order of the calls, and returns at once. False, and the
+    // change is dropped, if there is no server.
+    static bool Queue(std::function<void()> change);
+    // Has the server do this, after what was queued before, and waits for it. False if the server
+    // is gone or ends first; it was not done then and will not be. Directly on the server's thread.
+    static bool Perform(const std::function<void()>& question);
+    // The answer of `question`, asked on the server's thread; `otherwise` if the server is gone.
+    template <typename Question, typename Answer = std::invoke_result_t<Question>>
+    static Answer Ask(Question question, Answer otherwise = Answer{});
+
+    // Sends the message without waiting: keeps the order for each looper, holds back what a full
+    // port refuses until there is room, drops what is for a looper that is gone.
+    static void Deliver(const BMessenger& target, const BMessage& message);
+
+    // The longest time in microseconds that one event kept the server from the next one.
+    [[nodiscard]] static bigtime_t LongestTurn();
+    static void ResetLongestTurn();
+
+private:
+    class Application;
+
+    std::vector<std::string> arguments_;
+    std::unique_ptr<Application> application_;
+};
+
+template <typename Question, typename Answer>
+Answer WindowServer::Ask(Question question, Answer otherwise) {
+    std::optional<Answer> answer;
+    Perform([&] { answer.emplace(question()); });
+    return answer ? std::move(*answer) : std::move(otherwise);
+}

@@ -1,0 +1,26 @@
+// Writes reports as comma-separated values: a header, then one row for each body and report, bodies
+// in mass order, SI units. Numbers are the shortest that read back to the same bits. Used by one
+// thread at a time.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SupportDefs.h"
+
+class OutputFile;
+struct SystemState;
+
+class CsvWriter {
+public:
+    // `out` is not owned. The bodies are those of `start`.
+    CsvWriter(OutputFile* out, const SystemState& start);
+
+    // Positions and velocities: x, y, z of each body.
+    void WriteReport(int64 report, double time, const double* positions, const double* velocities);
+
+private:
+    OutputFile* const out_;
+    std::vector<std::string> bodies_;  // the id and name columns of each row
+    std::string row_;
+};

@@ -1,0 +1,85 @@
+#include "JsonObject.h"
+
+#include <cmath>
+
+#include "NumberText.h"
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+uint8 Byte(char c) {
+    return static_cast<uint8>(c);
+}
+
+// Bytes of the well-formed UTF-8 sequence at the start of `text`, 0 when there is none.
+std::size_t SequenceLength(std::string_view text) {
+    const uint8 first = Byte(text[0]);
+    if (first < 0x80) return 1;
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4 || text.size() < length) return 0;
+    for (std::size_t i = 1; i < length; i++)
+        if ((Byte(text[i]) & 0xC0) != 0x80) return 0;
+    // Overlong forms, surrogates, and what lies beyond Unicode.
+    const uint8 second = Byte(text[1]);
+    const bool bad = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+                     (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
+    return bad ? 0 : length;
+}
+
+void AppendEscaped(std::string* to, char c) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    if (c == '"' || c == '\\') {
+        *to += '\\';
+        *to += c;
+    } else if (Byte(c) < 0x20) {
+        *to += "\\u00";
+        *to += kDigits[Byte(c) >> 4];
+        *to += kDigits[Byte(c) & 15];
+    } else {
+        *to += c;
+    }
+}
+
+}  // namespace
+
+void JsonObject::Add(std::string_view name, std::string_view value) {
+    AddJson(name, JsonString(value));
+}
+
+void JsonObject::Add(std::string_view name, int64 value) {
+    AddJson(name, std::to_string(value));
+}
+
+void JsonObject::Add(std::string_view name, double value) {
+    AddJson(name, std::isfinite(value) ? ExactText(value) : "null");
+}
+
+void JsonObject::Add(std::string_view name, const std::optional<double>& value) {
+    if (value)
+        Add(name, *value);
+    else
+        AddJson(name, "null");
+}
+
+void JsonObject::AddJson(std::string_view name, std::string_view json) {
+    if (!members_.empty()) members_ += ',';
+    members_ += JsonString(name);
+    members_ += ':';
+    members_ += json;
+}
+
+std::string JsonString(std::string_view text) {
+    std::string quoted = "\"";
+    while (!text.empty()) {
+        const std::size_t length = SequenceLength(text);
+        if (length == 0)
+            quoted += kReplacement;
+        else if (length == 1)
+            AppendEscaped(&quoted, text[0]);
+        else
+            quoted += text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return quoted + '"';
+}

@@ -1,0 +1,198 @@
+#include "Options.h"
+
+#include <charconv>
+#include <cmath>
+#include <span>
+
+#include "OutputFile.h"
+#include "ProgramResources.h"
+#include "RunnerTexts.h"
+#include "TextTemplate.h"
+
+namespace {
+
+constexpr double kMaxCutoff = 0.001;
+constexpr int32 kMinOrder = 2;
+constexpr int32 kMaxOrder = 4;
+constexpr int32 kMaxThreads = 1024;
+
+template <typename Number>
+bool ParseNumber(std::string_view text, Number* number) {
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, *number);
+    return read.ec == std::errc() && read.ptr == end;
+}
+
+template <typename Integer>
+bool ParseInteger(std::string_view text, Integer low, Integer high, Integer* number) {
+    return ParseNumber(text, number) && *number >= low && *number <= high;
+}
+
+using Value = std::string_view;
+
+struct OptionInfo {
+    std::string_view name;
+    char letter;  // '\0': none
+    bool takesValue;
+    // False when the value is not possible.
+    bool (*set)(Value value, const ProgramResources& resources, Options* options);
+};
+
+template <bool Options::*flag>
+bool SetFlag(Value, const ProgramResources&, Options* options) {
+    return options->*flag = true;
+}
+
+template <std::optional<std::string> Options::*path>
+bool SetPath(Value value, const ProgramResources&, Options* options) {
+    options->*path = std::string(value);
+    return !value.empty();
+}
+
+bool SetSteps(Value value, const ProgramResources&, Options* options) {
+    return ParseInteger<int64>(value, 1, INT64_MAX, &options->steps.emplace());
+}
+
+bool SetEvery(Value value, const ProgramResources&, Options* options) {
+    return ParseInteger<int64>(value, 1, INT64_MAX, &options->every);
+}
+
+bool SetOrder(Value value, const ProgramResources&, Options* options) {
+    return ParseInteger(value, kMinOrder, kMaxOrder, &options->order.emplace());
+}
+
+bool SetThreads(Value value, const ProgramResources&, Options* options) {
+    return ParseInteger(value, 1, kMaxThreads, &options->threads.emplace());
+}
+
+bool SetCutoff(Value value, const ProgramResources&, Options* options) {
+    double& cutoff = options->cutoff.emplace();
+    return ParseNumber(value, &cutoff) && cutoff > 0.0 && cutoff < kMaxCutoff;
+}
+
+bool SetDuration(Value value, const ProgramResources& resources, Options* options) {
+    const UnitTable::Parsed duration = resources.TimeUnits().Parse(value);
+    options->duration = duration.value;
+    return duration && std::isfinite(duration.value) && duration.value > 0.0;
+}
+
+constexpr OptionInfo kOptions[] = {
+    {"steps", 'n', true, SetSteps},
+    {"for", 'f', true, SetDuration},
+    {"csv", '\0', true, SetPath<&Options::csv>},
+    {"every", '\0', true, SetEvery},
+    {"save", 'o', true, SetPath<&Options::save>},
+    {"cutoff", '\0', true, SetCutoff},
+    {"order", '\0', true, SetOrder},
+    {"threads", '\0', true, SetThreads},
+    {"json", '\0', false, SetFlag<&Options::json>},
+    {"dump", '\0', false, SetFlag<&Options::dump>},
+    {"quiet", 'q', false, SetFlag<&Options::quiet>},
+    {"help", '\0', false, SetFlag<&Options::help>},
+    {"version", '\0', false, SetFlag<&Options::version>},
+};
+
+const OptionInfo* FindByName(std::string_view name) {
+    for (const OptionInfo& option : kOptions)
+        if (option.name == name) return &option;
+    return nullptr;
+}
+
+const OptionInfo* FindByLetter(char letter) {
+    for (const OptionInfo& option : kOptions)
+        if (option.letter == letter) return &option;
+    return nullptr;
+}
+
+// Goes through the arguments; each step answers what is wrong, or nothing.
+class Parser {
+public:
+    Parser(std::span<const std::string_view> arguments, const ProgramResources& resources,
+           Options* options)
+        : rest_(arguments), resources_(resources), options_(options) {}
+
+    std::string Parse() {
+        while (!rest_.empty() && !options_->help && !options_->version)
+            if (std::string problem = TakeArgument(); !problem.empty()) return problem;
+        if (options_->json && options_->csv == OutputFile::kStandardOutput)
+            return Problem(kTextTwoOutputs);
+        return {};
+    }
+
+private:
+    [[nodiscard]] std::string Problem(RunnerText text, std::string_view what = {},
+                                      std::string_view value = {}) const {
+        return FillIn(resources_.InterfaceLabel(text), {what, value});
+    }
+
+    std::string_view TakeNext() {
+        const std::string_view next = rest_.front();
+        rest_ = rest_.subspan(1);
+        return next;
+    }
+
+    std::string TakeArgument() {
+        const std::string_view argument = TakeNext();
+        if (onlyOperands_ || argument.size() < 2 || argument[0] != '-')
+            return TakeOperand(argument);
+        if (argument == "--") {
+            onlyOperands_ = true;
+            return {};
+        }
+        return argument[1] == '-' ? TakeLong(argument) : TakeLetters(argument);
+    }
+
+    std::string TakeOperand(std::string_view operand) {
+        if (options_->document) return Problem(kTextSecondDocument, operand);
+        options_->document = std::string(operand);
+        return {};
+    }
+
+    // --name, --name VALUE, --name=VALUE.
+    std::string TakeLong(std::string_view argument) {
+        const std::size_t equals = argument.find('=');
+        const std::string_view shown = argument.substr(0, equals);
+        const OptionInfo* option = FindByName(shown.substr(2));
+        if (option == nullptr) return Problem(kTextUnknownOption, shown);
+        if (equals == std::string_view::npos) return Apply(*option, shown, std::nullopt);
+        if (!option->takesValue) return Problem(kTextUnwantedValue, shown);
+        return Apply(*option, shown, argument.substr(equals + 1));
+    }
+
+    // -q, -n VALUE, -nVALUE, -qn VALUE.
+    std::string TakeLetters(std::string_view argument) {
+        for (std::size_t i = 1; i < argument.size(); i++) {
+            const std::string shown{'-', argument[i]};
+            const OptionInfo* option = FindByLetter(argument[i]);
+            if (option == nullptr) return Problem(kTextUnknownOption, shown);
+            std::optional<Value> value;
+            if (option->takesValue && i + 1 < argument.size()) value = argument.substr(i + 1);
+            if (std::string problem = Apply(*option, shown, value); !problem.empty())
+                return problem;
+            if (option->takesValue) break;
+        }
+        return {};
+    }
+
+    std::string Apply(const OptionInfo& option, std::string_view shown,
+                      std::optional<Value> value) {
+        if (option.takesValue && !value) {
+            if (rest_.empty()) return Problem(kTextMissingValue, shown);
+            value = TakeNext();
+        }
+        if (option.set(value.value_or(Value()), resources_, options_)) return {};
+        return Problem(kTextBadValue, shown, *value);
+    }
+
+    std::span<const std::string_view> rest_;
+    const ProgramResources& resources_;
+    Options* const options_;
+    bool onlyOperands_ = false;
+};
+
+}  // namespace
+
+std::string ParseOptions(const std::vector<std::string_view>& arguments,
+                         const ProgramResources& resources, Options* options) {
+    return Parser(arguments, resources, options).Parse();
+}

@@ -1,0 +1,36 @@
+// What the command line asks for. A plain value.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SupportDefs.h"
+
+class ProgramResources;
+
+struct Options {
+    // Steps of a run without any limit: a look at the document.
+    static constexpr int64 kDefaultSteps = 1000;
+
+    std::optional<std::string> document;  // none: the new-simulation template
+    std::optional<int64> steps;
+    std::optional<double> duration;  // s
+    std::optional<std::string> csv;
+    int64 every = 1;
+    std::optional<std::string> save;
+    std::optional<double> cutoff;
+    std::optional<int32> order;
+    std::optional<int32> threads;
+    bool json = false;
+    bool dump = false;
+    bool quiet = false;
+    bool help = false;
+    bool version = false;
+};
+
+// Reads the arguments that follow the program's name. The answer is empty, or says what is wrong
+// with them. Nothing after an argument that asks for help or the version is looked at.
+[[nodiscard]] std::string ParseOptions(const std::vector<std::string_view>& arguments,
+                                       const ProgramResources& resources, Options* options);

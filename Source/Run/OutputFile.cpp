@@ -1,0 +1,51 @@
+#include "OutputFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+constexpr std::size_t kBufferSize = std::size_t{1} << 18;
+constexpr mode_t kMode = 0666;
+
+}  // namespace
+
+OutputFile::~OutputFile() {
+    static_cast<void>(Close());
+}
+
+int OutputFile::Open(const std::string& path) {
+    buffer_.reserve(kBufferSize);
+    owned_ = path != kStandardOutput;
+    descriptor_ = owned_ ? open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kMode)
+                         : STDOUT_FILENO;
+    if (descriptor_ < 0) error_ = errno;
+    return error_;
+}
+
+int OutputFile::Close() {
+    if (descriptor_ < 0) return error_;
+    Flush();
+    if (owned_ && close(descriptor_) != 0 && error_ == 0) error_ = errno;
+    descriptor_ = -1;
+    return error_;
+}
+
+void OutputFile::Write(std::string_view text) {
+    if (buffer_.size() + text.size() > kBufferSize) Flush();
+    if (error_ == 0) buffer_ += text;
+}
+
+void OutputFile::Flush() {
+    std::string_view rest = buffer_;
+    while (!rest.empty() && error_ == 0) {
+        const ssize_t written = write(descriptor_, rest.data(), rest.size());
+        if (written >= 0)
+            rest.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EINTR)
+            error_ = errno;
+    }
+    buffer_.clear();
+}

@@ -1,0 +1,33 @@
+// A buffered output file that remembers its first error, so that a long run need not ask after
+// every line. Used by one thread at a time.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+class OutputFile {
+public:
+    // The path that stands for standard output.
+    static constexpr std::string_view kStandardOutput = "-";
+
+    OutputFile() = default;
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    // Creates or empties the file. 0, or the errno of what failed; so do the next two.
+    [[nodiscard]] int Open(const std::string& path);
+    [[nodiscard]] int Error() const { return error_; }
+    // Writes what is left, and closes what Open has opened.
+    [[nodiscard]] int Close();
+    // After an error this does nothing.
+    void Write(std::string_view text);
+
+private:
+    void Flush();
+
+    int descriptor_ = -1;
+    bool owned_ = false;
+    int error_ = 0;
+    std::string buffer_;
+};

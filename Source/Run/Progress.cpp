@@ -1,0 +1,66 @@
+#include "Progress.h"
+
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+
+#include "NumberText.h"
+#include "ProgramResources.h"
+#include "RunnerTexts.h"
+#include "TextTemplate.h"
+
+namespace {
+
+constexpr int kTimeDigits = 6;
+// Back to the first column; clear to the end of the line.
+constexpr std::string_view kRestartLine = "\r\x1B[K";
+
+void PutOnScreen(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+}  // namespace
+
+Progress::Progress(const ProgramResources& resources, bool wanted, const RunGoal& goal,
+                   double startTime, double timeUval)
+    : resources_(resources),
+      shown_(wanted && isatty(STDERR_FILENO) == 1),
+      goal_(goal),
+      startTime_(startTime),
+      timeUval_(timeUval) {}
+
+Progress::~Progress() {
+    Clear();
+}
+
+void Progress::Show(int64 steps, double time) {
+    if (!shown_) return;
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin_;
+    PutOnScreen(std::string(kRestartLine) + Line(steps, time, elapsed.count()));
+    onScreen_ = true;
+}
+
+void Progress::Clear() {
+    if (onScreen_) PutOnScreen(std::string(kRestartLine));
+    onScreen_ = false;
+}
+
+// Of two limits the one that is nearer to being reached is told.
+std::string Progress::Line(int64 steps, double time, double seconds) const {
+    const double stepsDone =
+        goal_.steps ? static_cast<double>(steps) / static_cast<double>(*goal_.steps) : 0.0;
+    const double timeDone = goal_.time ? (time - startTime_) / (*goal_.time - startTime_) : 0.0;
+    const std::string rate = RateText(static_cast<double>(steps) / seconds);
+    const auto left = [seconds](double done) {
+        return done > 0.0 ? ClockText(seconds * (1.0 - done) / done) : std::string("?");
+    };
+    if (goal_.steps && stepsDone >= timeDone)
+        return FillIn(resources_.InterfaceLabel(kTextStepsProgress),
+                      {std::to_string(steps), std::to_string(*goal_.steps), rate, left(stepsDone)});
+    return FillIn(resources_.InterfaceLabel(kTextTimeProgress),
+                  {RoundedText((time - startTime_) / timeUval_, kTimeDigits),
+                   RoundedText((*goal_.time - startTime_) / timeUval_, kTimeDigits),
+                   resources_.TimeUnits().Abbreviation(timeUval_), rate, left(timeDone)});
+}

@@ -1,0 +1,43 @@
+// The line on a terminal that shows how far a run has come, how fast it goes and how long it will
+// take. Used by the thread that owns the run.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "SupportDefs.h"
+
+class ProgramResources;
+
+// Where a run ends; at least one of the two is given.
+struct RunGoal {
+    std::optional<int64> steps;
+    std::optional<double> time;  // s, the epoch's time at which to stop
+};
+
+class Progress {
+public:
+    // Shows nothing unless standard error is a terminal and `wanted` holds.
+    Progress(const ProgramResources& resources, bool wanted, const RunGoal& goal, double startTime,
+             double timeUval);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    [[nodiscard]] bool IsShown() const { return shown_; }
+    void Show(int64 steps, double time);
+    // Takes the line away.
+    void Clear();
+
+private:
+    [[nodiscard]] std::string Line(int64 steps, double time, double seconds) const;
+
+    const ProgramResources& resources_;
+    const bool shown_;
+    const RunGoal goal_;
+    const double startTime_;  // s
+    const double timeUval_;   // s
+    const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+    bool onScreen_ = false;
+};

@@ -1,0 +1,65 @@
+#include "RunEvents.h"
+
+#include <poll.h>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "ChangeFlags.h"
+
+namespace {
+
+constexpr short kReadable = POLLIN;
+
+sigset_t StopSignals() {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    return set;
+}
+
+}  // namespace
+
+RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC)) {
+    const sigset_t stop = StopSignals();
+    pthread_sigmask(SIG_BLOCK, &stop, nullptr);
+    signals_ = signalfd(-1, &stop, SFD_CLOEXEC);
+    // A reader that goes away and a file that may not grow are errors of writing, not the program's
+    // end.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+RunEvents::~RunEvents() {
+    close(parked_);
+    close(signals_);
+}
+
+RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
+    pollfd sources[] = {{parked_, kReadable, 0}, {signals_, kReadable, 0}};
+    int ready = -1;
+    do {
+        ready = poll(sources, 2, milliseconds.value_or(-1));
+    } while (ready < 0 && errno == EINTR);
+    if ((sources[0].revents & kReadable) != 0) return Event::kParked;
+    if ((sources[1].revents & kReadable) == 0) return Event::kTimeout;
+    TakeSignal();
+    return Event::kSignal;
+}
+
+void RunEvents::TakeSignal() {
+    signalfd_siginfo info{};
+    if (read(signals_, &info, sizeof info) == sizeof info)
+        signal_ = static_cast<int>(info.ssi_signo);
+    const sigset_t stop = StopSignals();
+    pthread_sigmask(SIG_UNBLOCK, &stop, nullptr);
+}
+
+void RunEvents::Changed(int32 what) {
+    if (what == kCalculatorParked) static_cast<void>(eventfd_write(parked_, 1));
+}

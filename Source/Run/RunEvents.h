@@ -1,0 +1,34 @@
+// What ends the waiting of the thread that owns a run: the calculator has parked by itself, the
+// user or the system asks to stop, or it is time to show progress. Made before any other thread, so
+// that every thread inherits the blocked signals and nothing runs inside a signal handler.
+#pragma once
+
+#include <optional>
+
+#include "Observer.h"
+
+class RunEvents : public Observer {
+public:
+    RunEvents();
+    ~RunEvents() override;
+    RunEvents(const RunEvents&) = delete;
+    RunEvents& operator=(const RunEvents&) = delete;
+
+    enum class Event { kParked, kSignal, kTimeout };
+    // Waits for the next event; for kTimeout at most so many milliseconds, for ever without.
+    [[nodiscard]] Event Wait(std::optional<int> milliseconds);
+    // Of the event kSignal: SIGINT or SIGTERM. From then on the next of them ends the program at
+    // once.
+    [[nodiscard]] int Signal() const { return signal_; }
+
+    // Observer, on the calculation thread.
+    void Changed(int32 what) override;
+    bool CommitChanges() override { return false; }
+
+private:
+    void TakeSignal();
+
+    int parked_;
+    int signals_;
+    int signal_ = 0;
+};

@@ -1,0 +1,65 @@
+#include "RunRecorder.h"
+
+#include "Calculator.h"
+#include "CsvWriter.h"
+#include "OutputFile.h"
+#include "SystemState.h"
+
+RunRecorder::RunRecorder(Calculator* calculator) : calculator_(calculator) {
+    // Ready for the first batch.
+    release_ben(calculator_->WriteOk());
+}
+
+void RunRecorder::SetWriter(CsvWriter* writer, const OutputFile* out, int64 every) {
+    writer_ = writer;
+    out_ = out;
+    every_ = every;
+}
+
+void RunRecorder::Begin(const SystemState& start) {
+    time_ = start.time;
+    stride_ = start.positions.size();
+    if (writer_ == nullptr) return;
+    heldPositions_ = start.positions;
+    heldVelocities_ = start.velocities;
+    writer_->WriteReport(0, start.time, heldPositions_.data(), heldVelocities_.data());
+}
+
+void RunRecorder::End(bool collided) {
+    if (collided) steps_--;
+    if (writer_ != nullptr && written_ != steps_)
+        Write(steps_, time_, heldPositions_.data(), heldVelocities_.data());
+}
+
+void RunRecorder::Write(int64 report, double time, const double* positions,
+                        const double* velocities) {
+    writer_->WriteReport(report, time, positions, velocities);
+    written_ = report;
+}
+
+void RunRecorder::WriteBatch(int32 count, const double* times, const double* positions,
+                             const double* velocities) {
+    if (steps_ % every_ == 0 && written_ != steps_)
+        Write(steps_, time_, heldPositions_.data(), heldVelocities_.data());
+    const auto last = static_cast<std::size_t>(count - 1);
+    for (std::size_t k = 0; k < last; k++) {
+        const int64 report = steps_ + static_cast<int64>(k) + 1;
+        if (report % every_ == 0)
+            Write(report, times[k], positions + k * stride_, velocities + k * stride_);
+    }
+    heldPositions_.assign(positions + last * stride_, positions + (last + 1) * stride_);
+    heldVelocities_.assign(velocities + last * stride_, velocities + (last + 1) * stride_);
+    // Nobody can read what would follow.
+    if (out_->Error() != 0) calculator_->SetInternalPause();
+}
+
+void RunRecorder::ReadData(int32 count, double* times, double* positions, double* velocities) {
+    if (count == 0) return;
+    if (writer_ != nullptr) WriteBatch(count, times, positions, velocities);
+    steps_ += count;
+    time_ = times[count - 1];
+}
+
+void RunRecorder::ReadOk() {
+    release_ben(calculator_->WriteOk());
+}

@@ -1,0 +1,53 @@
+// Takes the reports of a run: counts them and writes those that are asked for. Works on the
+// calculation thread, which waits meanwhile; owned by the runner, which calls Begin and End and
+// asks for more only while the calculator is parked. Steps and Time may be asked for at any time.
+#pragma once
+
+#include <atomic>
+#include <vector>
+
+#include "ReportConsumer.h"
+
+class Calculator;
+class CsvWriter;
+class OutputFile;
+struct SystemState;
+
+class RunRecorder final : public ReportConsumer {
+public:
+    explicit RunRecorder(Calculator* calculator);
+
+    // From Begin on every `every`-th report goes to the writer, and End adds the last one.
+    void SetWriter(CsvWriter* writer, const OutputFile* out, int64 every);
+
+    // Report 0.
+    void Begin(const SystemState& start);
+    // The run is over. A run that ended in a collision has reported its last state twice.
+    void End(bool collided);
+
+    [[nodiscard]] int64 Steps() const { return steps_; }
+    [[nodiscard]] double Time() const { return time_; }  // s
+
+    bool LockConsumer() override { return true; }
+    void UnlockConsumer() override {}
+    void PrepareForGo(int32) override {}
+    void ReadData(int32 count, double* times, double* positions, double* velocities) override;
+    void ReadOk() override;
+
+private:
+    void Write(int64 report, double time, const double* positions, const double* velocities);
+    void WriteBatch(int32 count, const double* times, const double* positions,
+                    const double* velocities);
+
+    Calculator* const calculator_;
+    CsvWriter* writer_ = nullptr;
+    const OutputFile* out_ = nullptr;
+    int64 every_ = 1;
+    std::size_t stride_ = 0;  // doubles of one report's positions
+    std::atomic<int64> steps_ = 0;
+    std::atomic<double> time_ = 0.0;
+    int64 written_ = 0;  // the last report written
+    // The last report of a batch is held back: it may turn out to be the last of all.
+    std::vector<double> heldPositions_;
+    std::vector<double> heldVelocities_;
+};

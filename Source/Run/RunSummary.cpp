@@ -1,0 +1,95 @@
+#include "RunSummary.h"
+
+#include "JsonObject.h"
+#include "NumberText.h"
+#include "ProgramResources.h"
+#include "RunnerTexts.h"
+#include "TextTemplate.h"
+
+namespace {
+
+constexpr int kTimeDigits = 10;
+constexpr int kErrorDigits = 3;
+constexpr int kSecondsDigits = 3;
+
+double Rate(const RunSummary& summary) {
+    return summary.seconds > 0.0 ? static_cast<double>(summary.steps) / summary.seconds : 0.0;
+}
+
+std::string_view EndingName(RunSummary::Ending ending) {
+    switch (ending) {
+        case RunSummary::Ending::kDone:
+            return "done";
+        case RunSummary::Ending::kCollision:
+            return "collision";
+        case RunSummary::Ending::kInterrupted:
+            return "interrupted";
+    }
+    return "";
+}
+
+std::string TouchesJson(const std::vector<RunSummary::Touch>& touches) {
+    std::string list = "[";
+    for (const RunSummary::Touch& touch : touches) {
+        JsonObject pair;
+        pair.Add("lighter_id", touch.lighterID);
+        pair.Add("lighter", touch.lighter);
+        pair.Add("heavier_id", touch.heavierID);
+        pair.Add("heavier", touch.heavier);
+        if (list.size() > 1) list += ',';
+        list += pair.Text();
+    }
+    return list + ']';
+}
+
+}  // namespace
+
+std::string RunSummary::Text(const ProgramResources& resources) const {
+    const auto line = [&resources](RunnerText text,
+                                   std::initializer_list<std::string_view> values) {
+        return FillIn(resources.InterfaceLabel(text), values);
+    };
+    const auto time = [this](double seconds_) {
+        return RoundedText(seconds_ / timeUval, kTimeDigits);
+    };
+    const auto ratio = [&resources](const std::optional<double>& value) {
+        return value ? RoundedText(*value, kErrorDigits)
+                     : std::string(resources.InterfaceLabel(kTextUndefined));
+    };
+    std::string text = line(kTextSummaryDocument, {document, epoch});
+    for (const Touch& touch : touches)
+        text +=
+            line(kTextSummaryCollision, {touch.heavier, touch.lighter, time(endTime), timeUnit});
+    if (ending == Ending::kInterrupted) text += line(kTextSummaryInterrupted, {});
+    text += line(kTextSummaryTime, {time(startTime), time(endTime), timeUnit});
+    text += line(kTextSummarySteps, {std::to_string(steps), RoundedText(seconds, kSecondsDigits),
+                                     RateText(Rate(*this))});
+    text += line(kTextSummaryBodies, {std::to_string(bodies), std::to_string(massiveBodies)});
+    text += line(kTextSummaryEnergy, {ratio(drift.energy)});
+    text += line(kTextSummaryMomentum, {ratio(drift.momentum)});
+    text += line(kTextSummaryAngular, {ratio(drift.angularMomentum)});
+    text += line(kTextSummaryDigest, {digest});
+    return text;
+}
+
+std::string RunSummary::Json() const {
+    JsonObject object;
+    object.Add("document", document);
+    object.Add("epoch", epoch);
+    object.Add("ending", EndingName(ending));
+    object.AddJson("collisions", TouchesJson(touches));
+    object.Add("start_time_s", startTime);
+    object.Add("end_time_s", endTime);
+    object.Add("time_unit", timeUnit);
+    object.Add("time_unit_s", timeUval);
+    object.Add("steps", steps);
+    object.Add("seconds", seconds);
+    object.Add("steps_per_second", Rate(*this));
+    object.Add("bodies", static_cast<int64>(bodies));
+    object.Add("massive_bodies", static_cast<int64>(massiveBodies));
+    object.Add("relative_energy_error", drift.energy);
+    object.Add("relative_momentum_drift", drift.momentum);
+    object.Add("relative_angular_momentum_drift", drift.angularMomentum);
+    object.Add("sha256", digest);
+    return object.Text() + '\n';
+}

@@ -1,0 +1,39 @@
+// What is told about a finished run, for people and for programs. A plain value.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Conservation.h"
+#include "SupportDefs.h"
+
+class ProgramResources;
+
+struct RunSummary {
+    enum class Ending { kDone, kCollision, kInterrupted };
+    struct Touch {
+        int64 lighterID = 0;
+        int64 heavierID = 0;
+        std::string lighter;
+        std::string heavier;
+    };
+
+    std::string document;
+    std::string epoch;
+    std::string timeUnit;    // abbreviation
+    double timeUval = 1.0;   // s
+    double startTime = 0.0;  // s
+    double endTime = 0.0;    // s
+    int64 steps = 0;
+    double seconds = 0.0;  // of real time
+    std::size_t bodies = 0;
+    std::size_t massiveBodies = 0;
+    Drift drift;
+    std::string digest;  // SystemState::Digest of the final state
+    Ending ending = Ending::kDone;
+    std::vector<Touch> touches;  // the bodies that ended the run by touching
+
+    [[nodiscard]] std::string Text(const ProgramResources& resources) const;
+    // One JSON object on one line.
+    [[nodiscard]] std::string Json() const;
+};

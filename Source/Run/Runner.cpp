@@ -1,0 +1,204 @@
+#include "Runner.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <memory>
+
+#include "BMessage.h"
+#include "CsvWriter.h"
+#include "ProgramResources.h"
+#include "RunnerTexts.h"
+#include "SimulationFile.h"
+#include "TextTemplate.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kProgressInterval = 200;  // ms
+constexpr int32 kScienceOrder = 4;
+constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
+
+// True when both paths lead to one file, which need not exist.
+bool IsSameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    if (std::filesystem::equivalent(a, b, error)) return true;
+    const auto first = std::filesystem::weakly_canonical(a, error);
+    const auto second = std::filesystem::weakly_canonical(b, error);
+    return !error && first == second;
+}
+
+}  // namespace
+
+Runner::Runner(const Options& options, const ProgramResources& resources)
+    : options_(options),
+      resources_(resources),
+      document_(collisions_.Target()),
+      control_(document_.Portal(), document_.GetCalculator(), this),
+      recorder_(document_.GetCalculator()) {
+    document_.AddConsumer(&recorder_);
+    document_.Portal()->AddObserver(&events_);
+}
+
+Runner::~Runner() {
+    document_.Portal()->RemoveObserver(&events_);
+    document_.RemoveConsumer(&recorder_);
+}
+
+int Runner::Run() {
+    BMessage record;
+    if (const DocumentError error = ReadRecord(&record); error.Failed())
+        return Fail(DocumentName(), error.Reason(resources_));
+    if (options_.dump) return PrintText(std::string(OutputFile::kStandardOutput), record.ToText());
+    if (const DocumentError error = document_.Load(record); error.Failed())
+        return Fail(DocumentName(), error.Reason(resources_));
+    return RunDocument();
+}
+
+std::string Runner::DocumentName() const {
+    return options_.document.value_or(resources_.InterfaceLabel(kTextTemplateName));
+}
+
+DocumentError Runner::ReadRecord(BMessage* record) const {
+    if (options_.document) return SimulationFile::Read(*options_.document, record);
+    *record = resources_.NewSimulation();
+    return {};
+}
+
+int Runner::RunDocument() {
+    if (const auto output = ClashingOutput())
+        return Fail(*output, resources_.InterfaceLabel(kTextSameFile));
+    // Sooner now than after a long run.
+    if (options_.save) {
+        const DocumentError error = SimulationFile::CanWrite(*options_.save);
+        if (error.Failed()) return Fail(*options_.save, error.Reason(resources_));
+    }
+    if (options_.csv)
+        if (const int error = csvFile_.Open(*options_.csv); error != 0)
+            return Fail(*options_.csv, std::strerror(error));
+    if (options_.threads) document_.GetCalculator()->SetThreads(*options_.threads);
+    control_.UnPause();
+    WaitForEnd();
+    return WriteResults();
+}
+
+// The reports are written while the document may still be needed, the document at the end and
+// whole.
+std::optional<std::string> Runner::ClashingOutput() const {
+    if (!options_.csv || options_.csv == OutputFile::kStandardOutput) return std::nullopt;
+    for (const auto& other : {options_.document, options_.save})
+        if (other && IsSameFile(*options_.csv, *other)) return options_.csv;
+    return std::nullopt;
+}
+
+// The new epoch is in place and its centre of mass where it belongs.
+void Runner::RunStarting() {
+    EpochPortal* const portal = document_.Portal();
+    portal->WriteLock();
+    if (options_.cutoff) Focus()->SetCutoff(*options_.cutoff);
+    if (options_.order) Focus()->SetOrder(*options_.order);
+    portal->WriteUnlock();
+    if (Focus()->Order() < kScienceOrder)
+        Note(FillIn(resources_.InterfaceLabel(kTextHistoricalOrder),
+                    {std::to_string(Focus()->Order())}));
+
+    start_ = TakeState(portal);
+    if (options_.csv) {
+        csv_ = std::make_unique<CsvWriter>(&csvFile_, start_);
+        recorder_.SetWriter(csv_.get(), &csvFile_, options_.every);
+    }
+    recorder_.Begin(start_);
+    goal_.steps = options_.steps;
+    if (options_.duration) goal_.time = start_.time + *options_.duration;
+    if (!goal_.steps && !goal_.time) goal_.steps = Options::kDefaultSteps;
+    document_.GetCalculator()->SetRunLimit(goal_.steps.value_or(0),
+                                           goal_.time.value_or(kNoTimeLimit));
+    begin_ = Clock::now();
+}
+
+void Runner::WaitForEnd() {
+    Progress progress(resources_, !options_.quiet, goal_, start_.time, Focus()->TimeUval());
+    const auto interval = progress.IsShown() ? std::optional(kProgressInterval) : std::nullopt;
+    while (events_.Wait(interval) == RunEvents::Event::kTimeout)
+        progress.Show(recorder_.Steps(), recorder_.Time());
+    control_.Pause();
+    seconds_ = std::chrono::duration<double>(Clock::now() - begin_).count();
+}
+
+int Runner::WriteResults() {
+    collisions_.Finish();
+    recorder_.End(!collisions_.Pairs().empty());
+    if (const int error = csvFile_.Close(); error != 0)
+        return Fail(*options_.csv, std::strerror(error));
+    if (options_.save)
+        if (const int status = Save(); status != kDone) return status;
+    if (const int status = Tell(); status != kDone) return status;
+    return events_.Signal() == 0 ? kDone : kStoppedBySignal + events_.Signal();
+}
+
+int Runner::Save() {
+    BMessage record;
+    DocumentError error = document_.Store(&record, true);
+    if (!error.Failed()) error = SimulationFile::Write(*options_.save, record);
+    return error.Failed() ? Fail(*options_.save, error.Reason(resources_)) : kDone;
+}
+
+int Runner::Tell() {
+    if (options_.quiet && !options_.json) return kDone;
+    const RunSummary summary = Summarize();
+    const std::string standardOutput(OutputFile::kStandardOutput);
+    if (options_.json) return PrintText(standardOutput, summary.Json());
+    // The reports have standard output for themselves.
+    if (options_.csv == standardOutput) {
+        Note(summary.Text(resources_));
+        return kDone;
+    }
+    return PrintText(standardOutput, summary.Text(resources_));
+}
+
+RunSummary Runner::Summarize() {
+    const SystemState end = TakeState(document_.Portal());
+    RunSummary summary;
+    summary.document = DocumentName();
+    summary.epoch = Focus()->Name();
+    summary.timeUval = Focus()->TimeUval();
+    summary.timeUnit = resources_.TimeUnits().Abbreviation(summary.timeUval);
+    summary.startTime = start_.time;
+    summary.endTime = end.time;
+    summary.steps = recorder_.Steps();
+    summary.seconds = seconds_;
+    summary.bodies = end.CountBodies();
+    summary.massiveBodies = end.CountMassive();
+    summary.drift = MeasureDrift(MeasureConserved(start_), MeasureConserved(end));
+    summary.digest = end.Digest();
+    for (const auto& [lighter, heavier] : collisions_.Pairs())
+        summary.touches.push_back({lighter, heavier, end.NameOf(lighter), end.NameOf(heavier)});
+    if (!summary.touches.empty())
+        summary.ending = RunSummary::Ending::kCollision;
+    else if (events_.Signal() != 0)
+        summary.ending = RunSummary::Ending::kInterrupted;
+    return summary;
+}
+
+int Runner::PrintText(const std::string& path, const std::string& text) {
+    OutputFile out;
+    int error = out.Open(path);
+    out.Write(text);
+    error = out.Close();
+    return error == 0 ? kDone : Fail(path, std::strerror(error));
+}
+
+int Runner::Fail(const std::string& file, const std::string& reason) const {
+    const std::string text = FillIn(resources_.InterfaceLabel(kTextFailure), {file, reason});
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    return kCouldNot;
+}
+
+void Runner::Note(const std::string& text) const {
+    if (!options_.quiet) std::fwrite(text.data(), 1, text.size(), stderr);
+}

@@ -1,0 +1,68 @@
+// One use of the program: reads a document, runs it as the window's Go and Pause do, and writes
+// what was asked for. Main thread; make it before any other thread, for it blocks the signals that
+// stop it.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "CollisionWatch.h"
+#include "Conservation.h"
+#include "Options.h"
+#include "OutputFile.h"
+#include "Progress.h"
+#include "RunControl.h"
+#include "RunControlView.h"
+#include "RunEvents.h"
+#include "RunRecorder.h"
+#include "RunSummary.h"
+#include "SimulationDocument.h"
+#include "SystemState.h"
+
+class CsvWriter;
+
+class Runner : private RunControlView {
+public:
+    static constexpr int kDone = 0;
+    static constexpr int kCouldNot = 1;
+    static constexpr int kUsage = 2;
+    static constexpr int kStoppedBySignal = 128;  // plus the signal's number
+
+    Runner(const Options& options, const ProgramResources& resources);
+    ~Runner() override;
+
+    // The exit status.
+    int Run();
+
+private:
+    [[nodiscard]] std::string DocumentName() const;
+    DocumentError ReadRecord(BMessage* record) const;
+    int Dump(const BMessage& record);
+    int RunDocument();
+    // The output that must not be written because it is the document or another output, if any.
+    [[nodiscard]] std::optional<std::string> ClashingOutput() const;
+    void RunStarting() override;
+    void WaitForEnd();
+    int WriteResults();
+    int Save();
+    int Tell();
+    int PrintText(const std::string& path, const std::string& text);
+    int Fail(const std::string& file, const std::string& reason) const;
+    void Note(const std::string& text) const;
+    [[nodiscard]] AbEpoch* Focus() { return document_.Portal()->FocusEpoch(); }
+    [[nodiscard]] RunSummary Summarize();
+
+    const Options& options_;
+    const ProgramResources& resources_;
+    RunEvents events_;  // before the threads of what follows
+    CollisionWatch collisions_;
+    SimulationDocument document_;
+    RunControl control_;
+    RunRecorder recorder_;
+    OutputFile csvFile_;
+    std::unique_ptr<CsvWriter> csv_;
+    RunGoal goal_;
+    SystemState start_;
+    std::chrono::steady_clock::time_point begin_;
+    double seconds_ = 0.0;  // of real time that the run has taken
+};

@@ -1,0 +1,44 @@
+// Numbers of the runner's string resources (Resources/Runner.rdef). "%1", "%2", ... in the texts
+// are filled in by FillIn.
+#pragma once
+
+#include "SupportDefs.h"
+
+enum RunnerText : int32 {
+    // An interface label: the name of a simulation without a file.
+    kTextTemplateName = 1500,
+
+    // Usage.
+    kTextHelp = 4100,            // %1: steps of a run without a limit
+    kTextVersion = 4101,         // %1: version
+    kTextFailure = 4102,         // %1: file, %2: reason
+    kTextUsage = 4103,           // %1: what is wrong
+    kTextUnknownOption = 4104,   // %1: option
+    kTextMissingValue = 4105,    // %1: option
+    kTextBadValue = 4106,        // %1: option, %2: value
+    kTextSecondDocument = 4107,  // %1: document
+    kTextTwoOutputs = 4108,
+    kTextUnwantedValue = 4109,  // %1: option
+
+    // Before a run.
+    kTextSameFile = 4120,
+    kTextHistoricalOrder = 4122,  // %1: order
+
+    // During a run.
+    kTextStepsProgress = 4130,  // %1: steps, %2: steps in all, %3: steps per second, %4: time left
+    kTextTimeProgress =
+        4131,  // %1: time, %2: time in all, %3: unit, %4: steps per second, %5: time left
+
+    // The summary, line by line.
+    kTextSummaryDocument = 4140,   // %1: document, %2: epoch
+    kTextSummaryTime = 4141,       // %1: start, %2: end, %3: unit
+    kTextSummarySteps = 4142,      // %1: steps, %2: seconds, %3: steps per second
+    kTextSummaryBodies = 4143,     // %1: bodies, %2: those with mass
+    kTextSummaryEnergy = 4144,     // %1: relative error
+    kTextSummaryMomentum = 4145,   // %1: relative drift
+    kTextSummaryAngular = 4146,    // %1: relative drift
+    kTextSummaryDigest = 4147,     // %1: hexadecimal digits
+    kTextSummaryCollision = 4148,  // %1, %2: bodies, %3: time, %4: unit
+    kTextSummaryInterrupted = 4149,
+    kTextUndefined = 4150,  // in place of a number that has no meaning for this document
+};

@@ -1,0 +1,149 @@
+#include "CollisionMerger.h"
+
+#include <cmath>
+#include <unordered_map>
+#include <utility>
+
+#include "AbEpoch.h"
+#include "BMessage.h"
+#include "Body.h"
+#include "ChangeFlags.h"
+#include "DeleteSystemCommand.h"
+#include "EpochPortal.h"
+
+namespace {
+
+double Squared(ThreeVector v) {
+    return v.x * v.x + v.y * v.y + v.z * v.z;
+}
+
+double KineticEnergy(const Body& body) {
+    return 0.5 * body.M() * Squared(body.Velocity());
+}
+
+// -(GM)1 (GM)2 / r; 0 at zero distance, where it is infinite before and after.
+double BindingEnergy(const Body& one, const Body& other) {
+    const double distance = std::sqrt(Squared(one.Position() - other.Position()));
+    return distance > 0.0 ? -one.M() * other.M() / distance : 0.0;
+}
+
+rgb_color MixColors(rgb_color a, double weightA, rgb_color b, double weightB) {
+    const double w = 1.0 / (weightA + weightB);
+    const auto mix = [=](uint8 channelA, uint8 channelB) {
+        return static_cast<uint8>((weightB * channelB + weightA * channelA) * w);
+    };
+    return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue), 255};
+}
+
+// The resolution of one message, under the write lock.
+class Resolution {
+public:
+    Resolution(EpochPortal* portal, const std::string& joiner)
+        : portal_(portal), joiner_(joiner), alive_(portal->BodiesInMassOrder()) {
+        for (const Body* body : alive_)
+            mergedInto_[body->ID()] = body->ID();
+    }
+
+    // The lighter body p and the heavier q touch. A body absorbed before is not looked up again as
+    // p: what else it touched stays apart, touches again when the run resumes, and is resolved
+    // then.
+    void ResolvePair(int64 p, int64 q);
+    void DeleteAbsorbed();
+    MergeResult TakeResult() { return std::move(result_); }
+
+private:
+    int64 SurvivorOf(int64 id) const;
+    void Merge(Body* a, Body* b);
+    double EnergyAmong(const Body& body) const;
+
+    EpochPortal* const portal_;
+    const std::string& joiner_;
+    std::vector<Body*> alive_;
+    std::unordered_map<int64, int64> mergedInto_;
+    std::vector<int64> absorbed_;
+    MergeResult result_;
+};
+
+void Resolution::ResolvePair(int64 p, int64 q) {
+    if (!mergedInto_.contains(p) || !mergedInto_.contains(q) || mergedInto_[p] != p) return;
+    const int64 survivor = SurvivorOf(q);
+
+    const AbEpoch* epoch = portal_->FocusEpoch();
+    auto* a = dynamic_cast<Body*>(epoch->SystemFromID(p));
+    auto* b = dynamic_cast<Body*>(epoch->SystemFromID(survivor));
+    if (!a || !b || a == b) return;
+
+    Merge(a, b);
+    absorbed_.push_back(p);
+    mergedInto_[p] = survivor;
+}
+
+int64 Resolution::SurvivorOf(int64 id) const {
+    for (int64 next = mergedInto_.at(id); next != id; next = mergedInto_.at(id))
+        id = next;
+    return id;
+}
+
+void Resolution::Merge(Body* a, Body* b) {
+    const double kineticBefore = KineticEnergy(*a) + KineticEnergy(*b);
+    // The pair's own binding energy is in both sums.
+    const double before = kineticBefore + EnergyAmong(*a) + EnergyAmong(*b) - BindingEnergy(*a, *b);
+    result_.mergers.push_back(
+        {b->ID(), a->ID(), b->Name(), a->Name(), portal_->FocusEpoch()->Time(), 0.0});
+
+    const double total = a->M() + b->M();
+    // Masses that cancel weigh alike.
+    const double weightA = total == 0.0 ? 1.0 : a->M();
+    const double weightB = total == 0.0 ? 1.0 : b->M();
+    const double w = 1.0 / (weightA + weightB);
+
+    b->SetPosition(w * weightA * a->Position() + w * weightB * b->Position());
+    b->SetVelocity(w * weightA * a->Velocity() + w * weightB * b->Velocity());
+    b->SetM(total);
+    b->SetRadius(
+        std::pow(std::pow(a->Radius(), 3.0) + std::pow(b->Radius(), 3.0), 0.3333333333333333));
+    b->SetTrailColor(MixColors(a->TrailColor(), weightA, b->TrailColor(), weightB));
+    b->SetDiscColor(MixColors(a->DiscColor(), weightA, b->DiscColor(), weightB));
+    b->SetName(b->Name() + joiner_ + a->Name());
+
+    std::erase(alive_, a);
+    result_.mergers.back().kineticEnergyLoss = kineticBefore - KineticEnergy(*b);
+    result_.energyChange += KineticEnergy(*b) + EnergyAmong(*b) - before;
+}
+
+double Resolution::EnergyAmong(const Body& body) const {
+    double energy = 0.0;
+    for (const Body* other : alive_)
+        if (other != &body) energy += BindingEnergy(body, *other);
+    return energy;
+}
+
+void Resolution::DeleteAbsorbed() {
+    for (const int64 id : absorbed_) {
+        // An absorbed body in focus hands the focus to the body that it became part of.
+        DeleteSystemCommand command(portal_, id, SurvivorOf(id));
+        command.Execute();
+    }
+}
+
+}  // namespace
+
+MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
+                                 const std::string& joiner) {
+    portal->CommitChanges();
+    portal->WriteLock();
+
+    Resolution resolution(portal, joiner);
+    int32 count = 0;
+    if (collisions.GetInfo("p", nullptr, &count) != B_OK) count = 0;
+    for (int32 i = 0; i < count; i++) {
+        int64 p, q;
+        if (collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK)
+            resolution.ResolvePair(p, q);
+    }
+    resolution.DeleteAbsorbed();
+
+    portal->WriteUnlock();
+    portal->TellObservers(kBodyDataChanged);
+    return resolution.TakeResult();
+}

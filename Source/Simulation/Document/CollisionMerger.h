@@ -1,0 +1,37 @@
+// Merges the bodies that a collision message names: each lighter body into its heavier partner,
+// with mass and momentum, volume and mass-weighted colours kept and the names joined. For the
+// thread that owns the portal, while the calculator is at rest.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SupportDefs.h"
+
+class BMessage;
+class EpochPortal;
+
+// One body absorbed by another.
+struct Merger {
+    int64 survivor;
+    int64 absorbed;
+    std::string survivorName;  // before the names were joined
+    std::string absorbedName;
+    double time;               // s, of the focus epoch
+    double kineticEnergyLoss;  // in units of GM: m3/s2 * m2/s2; never negative but for rounding
+};
+
+// What one collision message came to.
+struct MergeResult {
+    std::vector<Merger> mergers;
+    // Total energy of the focus epoch's bodies after the mergers minus that before, in units of GM:
+    // kinetic energy lost, binding energy of the merged pairs, and what moving a body to the pair's
+    // centre of mass changed in the field of the others.
+    double energyChange = 0.0;
+};
+
+// `collisions` holds the parallel int64 fields "p" (lighter) and "q" (heavier). Commits pending
+// edits, changes the focus epoch under the portal's write lock, tells the observers. Not undoable.
+// `joiner` stands between the two names, " & ".
+MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
+                                 const std::string& joiner);

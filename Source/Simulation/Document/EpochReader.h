@@ -1,0 +1,15 @@
+// Makes the epochs of a document's record: the tree as it is stored now, or the flat list of the
+// earlier layout, in which every epoch names the one beneath which it hangs. No state, any thread.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "DocumentError.h"
+
+class AbEpoch;
+class BMessage;
+
+// The top-level epochs in order, each with its descendants. An entry that is no epoch is left out;
+// a flat one that hangs beneath nothing, or beneath itself, becomes a top-level epoch.
+DocumentError ReadEpochs(const BMessage& record, std::vector<std::unique_ptr<AbEpoch>>* topLevel);

@@ -1,0 +1,125 @@
+#include "RunControl.h"
+
+#include <memory>
+
+#include "AbEpoch.h"
+#include "BMessage.h"
+#include "Calculator.h"
+#include "CenterOfMass.h"
+#include "EpochPortal.h"
+#include "LockingCommand.h"
+#include "NewEpochCommand.h"
+#include "RunControlView.h"
+
+namespace {
+
+// The window's lock for the length of a block.
+class WindowLock {
+public:
+    explicit WindowLock(RunControlView* view) : view_(view) { view_->LockWindow(); }
+    ~WindowLock() { view_->UnlockWindow(); }
+    WindowLock(const WindowLock&) = delete;
+    WindowLock& operator=(const WindowLock&) = delete;
+
+private:
+    RunControlView* const view_;
+};
+
+}  // namespace
+
+RunControl::RunControl(EpochPortal* portal, Calculator* calculator, RunControlView* view)
+    : portal_(portal), calculator_(calculator), view_(view) {}
+
+void RunControl::Pause() {
+    const WindowLock lock(view_);
+    if (pauseCount_ > 0) {
+        pauseCount_++;
+        return;
+    }
+    view_->ShowGoPause(RunControlView::Offer::kWait);
+    Rest();
+    view_->SetNonPhysicalBodyValues();
+    view_->EnableRunControls(true);
+    view_->ShowGoPause(RunControlView::Offer::kGo);
+    pauseCount_ = 1;
+    view_->RunStopped();
+    portal_->WriteLock();
+    KeepCalculatorState();
+    portal_->FocusEpoch()->SetWriteable(false);
+    portal_->WriteUnlock();
+}
+
+void RunControl::UnPause() {
+    const WindowLock lock(view_);
+    if (pauseCount_ <= 0) {
+        pauseCount_ = 0;
+        return;
+    }
+    if (--pauseCount_ > 0 || hold_) return;
+    StartRun();
+    userPaused_ = false;
+}
+
+void RunControl::StartRun() {
+    view_->SetNonPhysicalBodyValues();
+    view_->SetPhysicalBodyValues();
+    view_->SetEpochValues();
+    view_->SetSimValues();
+    portal_->WriteLock();
+    if (BMessage* state = portal_->FocusEpoch()->CalculatorState()) calculator_->Regenerate(state);
+    portal_->WriteUnlock();
+    view_->EnableRunControls(false);
+    view_->ShowGoPause(RunControlView::Offer::kPause);
+    DupCurrentEpoch();
+    if (portal_->FocusEpoch()->COMOnGo()) PutCenterOfMassAtOrigin(portal_);
+    view_->RunStarting();
+    hasRun_ = true;
+    running_ = true;
+    UnRest();
+}
+
+// A state saved with an epoch belongs to that epoch. The copy that the run is going to change must
+// not keep it: it would be taken for the state in which the run ended.
+void RunControl::DupCurrentEpoch() {
+    auto* command = new LockingCommand(new NewEpochCommand(portal_), portal_, true);
+    command->Execute();
+    portal_->WriteLock();
+    portal_->FocusEpoch()->SetCalculatorState(nullptr);
+    portal_->WriteUnlock();
+}
+
+// With the state in the epoch a document saved after the run goes on from it bit for bit. It does
+// no harm when bodies are edited later: the calculator takes only what still adds up to their
+// positions.
+void RunControl::KeepCalculatorState() {
+    if (!running_) return;
+    running_ = false;
+    auto state = std::make_unique<BMessage>();
+    if (calculator_->Archive(state.get(), true) == B_OK)
+        portal_->FocusEpoch()->SetCalculatorState(state.release());
+}
+
+void RunControl::TogglePause() {
+    if (pauseCount_ < 1) {
+        Pause();
+        userPaused_ = true;
+    } else if (userPaused_) {
+        UnPause();
+    }
+}
+
+void RunControl::PauseForUser() {
+    if (userPaused_) return;
+    Pause();
+    userPaused_ = true;
+}
+
+void RunControl::Rest() {
+    const WindowLock lock(view_);
+    calculator_->Pause();
+}
+
+void RunControl::UnRest() {
+    const WindowLock lock(view_);
+    calculator_->UnPause();
+}

@@ -1,0 +1,51 @@
+// When the calculation of one simulation runs: the run states and the steps between them. Owned by
+// what owns the simulation (its window, or the runner); all operations are called on that owner's
+// thread. Pauses nest; a run starts only on the UnPause that undoes the last Pause.
+#pragma once
+
+#include "SupportDefs.h"
+
+class Calculator;
+class EpochPortal;
+class RunControlView;
+
+class RunControl {
+public:
+    // None is owned.
+    RunControl(EpochPortal* portal, Calculator* calculator, RunControlView* view);
+
+    // Stops the calculation. On return it is parked, every consumer has had its last batch, and the
+    // focus epoch is a read-only record that holds the calculator's state.
+    void Pause();
+    // Undoes one Pause; the last one logs a new epoch below the focus and runs it.
+    void UnPause();
+    // The user's Go/Pause. Does nothing while the simulation is paused for another reason only.
+    void TogglePause();
+    // Pauses for the user unless that is done already: what an edit that needs a standing
+    // simulation asks for.
+    void PauseForUser();
+    // Short holds that the pause count does not see, used in pairs.
+    void Rest();
+    void UnRest();
+
+    [[nodiscard]] int32 PauseCount() const { return pauseCount_; }
+    [[nodiscard]] bool UserPaused() const { return userPaused_; }
+    // True from the first run on.
+    [[nodiscard]] bool HasRun() const { return hasRun_; }
+    // While held, the last UnPause lowers the count and starts nothing.
+    void SetHold(bool hold) { hold_ = hold; }
+
+private:
+    void StartRun();
+    void DupCurrentEpoch();
+    void KeepCalculatorState();
+
+    EpochPortal* const portal_;
+    Calculator* const calculator_;
+    RunControlView* const view_;
+    int32 pauseCount_ = 1;  // 0 or less: running
+    bool userPaused_ = true;
+    bool hold_ = false;
+    bool hasRun_ = false;
+    bool running_ = false;  // a run has been started and not yet paused
+};

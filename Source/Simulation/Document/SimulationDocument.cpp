@@ -1,0 +1,157 @@
+#include "SimulationDocument.h"
+
+#include <algorithm>
+
+#include "DocumentCheck.h"
+#include "EpochCursor.h"
+#include "EpochReader.h"
+#include "ReportConsumer.h"
+#include "WindowFields.h"
+
+namespace {
+
+constexpr const char* kEpochs = "Epochs";
+constexpr const char* kFocusPosition = "Cur Epoch";
+constexpr const char* kFocusWriteable = "Cur Ep Writ";
+constexpr const char* kFocusSystem = "Cur Sys";
+constexpr const char* kSegmentLength = "Segment length";
+constexpr const char* kUpdatesPerSecond = "Updates per sec";
+constexpr const char* kBodyNameIndex = "Body Name Index";
+
+// A rate that no pacing can keep, and that no document of ours holds, is not taken over.
+constexpr float kMaxUpdates = 1e6f;
+
+constexpr int32 kEverythingChanged = -1;
+
+}  // namespace
+
+SimulationDocument::SimulationDocument(BLooper* reportTarget)
+    : portal_(&undoChain_, &root_),
+      calculator_(std::make_unique<TaylorCalculator>(&portal_, &consumers_, reportTarget)) {
+    portal_.SetCalculator(calculator_.get());
+}
+
+SimulationDocument::~SimulationDocument() {
+    portal_.SetCalculator(nullptr);
+    portal_.SetEpochTo(nullptr);
+}
+
+void SimulationDocument::AddConsumer(ReportConsumer* consumer) {
+    consumers_.push_back(consumer);
+}
+
+void SimulationDocument::RemoveConsumer(ReportConsumer* consumer) {
+    std::erase(consumers_, consumer);
+}
+
+DocumentError SimulationDocument::Load(const BMessage& record) {
+    if (DocumentError error = CheckRecord(record); error.Failed()) return error;
+    std::vector<std::unique_ptr<AbEpoch>> epochs;
+    if (DocumentError error = ReadEpochs(record, &epochs); error.Failed()) return error;
+    if (DocumentError error = CheckEpochs(epochs); error.Failed()) return error;
+    portal_.Broadcast(false);
+    FindSimInfo(record);
+    InstallEpochs(std::move(epochs), record);
+    windowFields_ = ExtractWindowFields(record);
+    portal_.Broadcast(true);
+    portal_.TellObservers(kEverythingChanged);
+    return {};
+}
+
+DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
+    portal_.ReadLock();
+    status_t status = SetEpochs(record, allEpochs);
+    if (status == B_OK) status = SetSimInfo(record);
+    portal_.ReadUnlock();
+    if (status == B_OK) status = AppendFields(windowFields_, record);
+    return DocumentError::Record(status);
+}
+
+void SimulationDocument::FindSimInfo(const BMessage& record) {
+    float updates = 0.0f;
+    if (record.FindFloat(kUpdatesPerSecond, &updates) == B_OK && updates >= 1.0f &&
+        updates <= kMaxUpdates)
+        calculator_->SetUpdatesPerSecond(static_cast<int32>(updates));
+    int32 segmentLength = 0;
+    if (record.FindInt32(kSegmentLength, &segmentLength) == B_OK)
+        calculator_->SetSegmentLength(segmentLength);
+}
+
+DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
+    std::vector<std::unique_ptr<AbEpoch>> epochs;
+    if (DocumentError error = ReadEpochs(record, &epochs); error.Failed()) return error;
+    InstallEpochs(std::move(epochs), record);
+    return {};
+}
+
+void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> topLevel,
+                                       const BMessage& record) {
+    portal_.WriteLock();
+    portal_.SetEpochTo(nullptr);
+    portal_.SetSystemTo(nullptr);
+    root_.Prune();
+    for (std::unique_ptr<AbEpoch>& epoch : topLevel)
+        root_.AddChild(epoch.release());
+    int32 nextBodyName = 0;
+    if (record.FindInt32(kBodyNameIndex, &nextBodyName) == B_OK)
+        nextBodyName_ = std::max(nextBodyName, 0);
+    SetFocus(record);
+    portal_.WriteUnlock();
+}
+
+// Positions count from the first top-level epoch, which is 0.
+void SimulationDocument::SetFocus(const BMessage& record) {
+    AbEpoch* focus = root_.ChildAt(0);
+    if (focus == nullptr) return;
+    int32 position = 0;
+    if (record.FindInt32(kFocusPosition, &position) != B_OK) position = 0;
+    EpochCursor cursor(focus);
+    for (; position > 0 && cursor.GetEpoch() != nullptr; position--) {
+        cursor.Increment();
+        if (cursor.GetEpoch() != nullptr) focus = cursor.GetEpoch();
+    }
+    portal_.SetEpochTo(focus);
+    bool writeable = false;
+    if (record.FindBool(kFocusWriteable, &writeable) == B_OK) focus->SetWriteable(writeable);
+    // SetEpochTo has chosen the first system; only one that exists takes its place.
+    int64 system = kNoSystemID;
+    if (record.FindInt64(kFocusSystem, &system) == B_OK && system >= 0)
+        if (MassSystem* found = focus->SystemFromID(system)) portal_.SetSystemTo(found);
+}
+
+status_t SimulationDocument::SetEpochs(BMessage* record, bool allEpochs) const {
+    const AbEpoch* const focus = portal_.FocusEpoch();
+    const int32 count = allEpochs ? root_.CountChildren() : 1;
+    for (int32 i = 0; i < count; i++) {
+        const AbEpoch* const epoch = allEpochs ? root_.ChildAt(i) : focus;
+        BMessage archive;
+        if (const status_t status = epoch->Archive(&archive, allEpochs); status != B_OK)
+            return status;
+        if (const status_t status = record->AddMessage(kEpochs, std::move(archive)); status != B_OK)
+            return status;
+    }
+    status_t status = allEpochs ? record->AddInt32(kFocusPosition, FocusPosition()) : B_OK;
+    if (status == B_OK) status = record->AddBool(kFocusWriteable, focus->Writeable());
+    const int64 system = portal_.FocusSystem()->ID();
+    if (status == B_OK && system >= 0) status = record->AddInt64(kFocusSystem, system);
+    return status;
+}
+
+int32 SimulationDocument::FocusPosition() const {
+    if (root_.CountChildren() == 0) return 0;
+    int32 position = 0;
+    for (EpochCursor cursor(root_.ChildAt(0)); cursor.GetEpoch() != nullptr; cursor.Increment()) {
+        if (cursor.GetEpoch() == portal_.FocusEpoch()) return position;
+        position++;
+    }
+    return 0;
+}
+
+status_t SimulationDocument::SetSimInfo(BMessage* record) const {
+    status_t status = record->AddInt32(kSegmentLength, calculator_->SegmentLength());
+    if (status == B_OK)
+        status = record->AddFloat(kUpdatesPerSecond,
+                                  static_cast<float>(calculator_->UpdatesPerSecond()));
+    if (status == B_OK) status = record->AddInt32(kBodyNameIndex, nextBodyName_);
+    return status;
+}

@@ -1,0 +1,70 @@
+// One simulation without its window: the epoch tree, the portal to it, the undo history, the
+// calculator and those who take its reports, and reading and writing all of it as one record. Owned
+// by the window or the runner; everything here is called on the owner's thread, with the calculator
+// parked wherever epochs are replaced or the list of consumers changes.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "BMessage.h"
+#include "DocumentError.h"
+#include "Epoch.h"
+#include "EpochPortal.h"
+#include "TaylorCalculator.h"
+#include "UndoChain.h"
+
+class BLooper;
+class ReportConsumer;
+
+class SimulationDocument {
+public:
+    // `reportTarget` (not owned, may be null) is posted the calculator's collision messages.
+    explicit SimulationDocument(BLooper* reportTarget);
+    ~SimulationDocument();
+    SimulationDocument(const SimulationDocument&) = delete;
+    SimulationDocument& operator=(const SimulationDocument&) = delete;
+
+    [[nodiscard]] EpochPortal* Portal() { return &portal_; }
+    [[nodiscard]] TaylorCalculator* GetCalculator() { return calculator_.get(); }
+    [[nodiscard]] UndoChain* GetUndoChain() { return &undoChain_; }
+    // The parent of the top-level epochs. It is never shown, focused or stored.
+    [[nodiscard]] AbEpoch* Root() { return &root_; }
+
+    void AddConsumer(ReportConsumer* consumer);
+    void RemoveConsumer(ReportConsumer* consumer);
+
+    // Replaces everything by the record. A record that cannot be used changes nothing. For a
+    // document without edits: the undo history is not cleared.
+    DocumentError Load(const BMessage& record);
+    // Adds everything to an empty record: the whole tree, or the focus epoch alone. Takes the
+    // portal's read lock.
+    DocumentError Store(BMessage* record, bool allEpochs);
+
+    // The groups of a record, in the order in which they are read and written.
+    void FindSimInfo(const BMessage& record);
+    DocumentError FindEpochs(const BMessage& record);
+    [[nodiscard]] status_t SetEpochs(BMessage* record, bool allEpochs) const;
+    [[nodiscard]] status_t SetSimInfo(BMessage* record) const;
+
+    // Displays and windows, which this floor keeps without understanding them: the fields of the
+    // record that was read, or those that the window floor has put in their place.
+    [[nodiscard]] const BMessage& WindowFields() const { return windowFields_; }
+    void SetWindowFields(BMessage fields) { windowFields_ = std::move(fields); }
+
+    [[nodiscard]] int32 NextBodyNameIndex() const { return nextBodyName_; }
+    void SetNextBodyNameIndex(int32 index) { nextBodyName_ = index; }
+
+private:
+    void InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> topLevel, const BMessage& record);
+    void SetFocus(const BMessage& record);
+    [[nodiscard]] int32 FocusPosition() const;
+
+    Epoch root_;
+    UndoChain undoChain_;
+    EpochPortal portal_;
+    std::vector<ReportConsumer*> consumers_;
+    BMessage windowFields_;
+    int32 nextBodyName_ = 0;
+    std::unique_ptr<TaylorCalculator> calculator_;  // last: it uses all of the above
+};

@@ -1,0 +1,26 @@
+// One simulation document on disk: the 8-byte tag "KWZXNB00" and one flattened record. No state,
+// any thread.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "DocumentError.h"
+
+class BMessage;
+
+class SimulationFile {
+public:
+    static constexpr std::string_view kTag = "KWZXNB00";
+    static constexpr const char* kType = "application/x-vnd.tallowby-N-Body-Simulation";
+    static constexpr const char* kPreferredApplication = "application/x-vnd.tallowby-Orvek";
+
+    // Reads the file's record, without a look into the records nested in it. Takes no more memory
+    // than the file is long; nothing but the tag is read of a file that is not a document. On
+    // failure the record is empty.
+    static DocumentError Read(const std::string& path, BMessage* record);
+    // Whether a document could be written there, disk space apart. Leaves no trace.
+    static DocumentError CanWrite(const std::string& path);
+    // Replaces the file at once or not at all, and marks it as a document of this program.
+    static DocumentError Write(const std::string& path, const BMessage& record);
+};

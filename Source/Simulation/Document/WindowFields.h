@@ -1,0 +1,12 @@
+// The fields of a document's record that belong to displays and windows. No state, any thread.
+#pragma once
+
+#include "SupportDefs.h"
+
+class BMessage;
+
+// Those of `record` that have the right type, in the order in which they are written. The result
+// does not keep the memory of the record alive.
+[[nodiscard]] BMessage ExtractWindowFields(const BMessage& record);
+// Adds every field of `fields` to `record`.
+[[nodiscard]] status_t AppendFields(const BMessage& fields, BMessage* record);

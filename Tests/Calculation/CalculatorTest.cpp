@@ -1,0 +1,358 @@
+#include "Calculator.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <optional>
+#include <random>
+#include <semaphore>
+
+#include "BLooper.h"
+#include "Body.h"
+#include "Epoch.h"
+#include "TestSystem.h"
+
+namespace {
+
+// Nothing moves; every report is a second later than the one before. On demand the bodies 2 and 1
+// collide with body 0.
+class Ticker final : public Calculator {
+public:
+    Ticker(TestSystem* system, BLooper* target = nullptr)
+        : Calculator(system->Portal(), system->Consumers(), target) {}
+
+    void CollideAt(double time) { collisionTime_ = time; }
+
+    void Recache() override {
+        Calculator::Recache();
+        coordinates_.assign(static_cast<size_t>(CountBodies()), 0.0);
+        std::iota(coordinates_.begin(), coordinates_.end(), 1.0);
+    }
+    int32 Calculate() override {
+        const double* const c = coordinates_.data();
+        const BodyArrays arrays = {{c, c, c}, {c, c, c}};
+        int32 reports = 0;
+        while (reports < ReportsPerDraw() && !ShouldStop()) {
+            const bool collide = collisionTime_ == TBase();
+            if (collide) {
+                AddCollision(2, 0);
+                AddCollision(1, 0);
+                PostCollision();
+                collisionTime_.reset();
+            }
+            Report(collide ? TBase() : TBase() + 1.0, arrays);
+            reports++;
+        }
+        return reports;
+    }
+
+private:
+    std::optional<double> collisionTime_;
+    std::vector<double> coordinates_;
+};
+
+void AddThreeBodies(TestSystem* system) {
+    system->Add(0, 3.0, {0, 0, 0}, {});
+    system->Add(1, 2.0, {1, 0, 0}, {});
+    system->Add(2, 0.0, {2, 0, 0}, {});
+}
+
+// Keeps the collisions that it is posted.
+class CollisionLooper final : public BLooper {
+public:
+    void MessageReceived(BMessage* message) override {
+        if (message->what != FourCC("clsn")) return BLooper::MessageReceived(message);
+        received_ = *message;
+        arrived_.release();
+    }
+    BMessage WaitForCollisions() {
+        arrived_.acquire();
+        Lock();
+        BMessage received = received_;
+        Unlock();
+        return received;
+    }
+
+private:
+    BMessage received_;
+    std::binary_semaphore arrived_{0};
+};
+
+std::vector<int64> Identifiers(const BMessage& message, const char* field) {
+    std::vector<int64> identifiers;
+    int64 identifier;
+    for (int32 i = 0; message.FindInt64(field, i, &identifier) == B_OK; i++)
+        identifiers.push_back(identifier);
+    return identifiers;
+}
+
+void SetReportsPerDraw(Calculator* calculator, int32 reports) {
+    // As if the displays had taken so many batches that this becomes the right size.
+    const double batches = 80.0 * reports / calculator->ReportsPerDraw();
+    calculator->AdjustAnimationSpeed(static_cast<float>(batches), 1'000'000);
+    ASSERT_EQ(calculator->ReportsPerDraw(), reports);
+}
+
+}  // namespace
+
+TEST(Calculator, PausesNestAndWaitForTheConsumers) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    {
+        RecordingConsumer slow(&system, calculator, 3000), fast(&system, calculator);
+        EXPECT_TRUE(calculator.ShouldStop());
+        EXPECT_EQ(slow.CountRead(), 0);
+
+        calculator.UnPause();
+        slow.WaitForDrawing();
+        calculator.Pause();
+        calculator.Pause();
+        EXPECT_EQ(slow.CountDrawn(), slow.CountRead());
+        EXPECT_EQ(fast.CountDrawn(), fast.CountRead());
+        const int32 read = slow.CountRead();
+        const double time = system.GetEpoch()->Time();
+        EXPECT_EQ(time, slow.Times().back());
+
+        calculator.UnPause();
+        snooze(5000);
+        EXPECT_EQ(slow.CountRead(), read) << "one pause is left";
+        EXPECT_EQ(system.GetEpoch()->Time(), time);
+
+        calculator.UnPause();
+        slow.WaitForDrawing();
+        calculator.Pause();
+        EXPECT_GT(slow.CountRead(), read);
+
+        // Both got all there was, in order, whatever their speed.
+        EXPECT_EQ(slow.Times(), fast.Times());
+        for (size_t i = 0; i < slow.Times().size(); i++)
+            ASSERT_EQ(slow.Times()[i], static_cast<double>(i + 1));
+        EXPECT_EQ(slow.Preparations(), (std::vector<int32>{100, 100}));
+    }
+    // A consumer that left took its unit along: nobody is waited for.
+    system.Run(&calculator, 1000);
+}
+
+TEST(Calculator, ManyThreadsMayPauseAtOnce) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    SetReportsPerDraw(&calculator, 10);
+    RecordingConsumer consumer(&system, calculator, 50);
+    calculator.UnPause();
+    std::vector<std::thread> threads;
+    for (uint32 seed = 0; seed < 3; seed++) {
+        threads.emplace_back([&calculator, seed] {
+            std::mt19937 random(seed);
+            for (int i = 0; i < 300; i++) {
+                calculator.Pause();
+                if (random() % 4 == 0) snooze(random() % 200);
+                calculator.UnPause();
+                if (random() % 8 == 0) calculator.SetInternalPause();
+                if (random() % 4 == 0) snooze(random() % 200);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    calculator.Pause();
+    EXPECT_EQ(consumer.CountDrawn(), consumer.CountRead());
+    for (size_t i = 0; i < consumer.Times().size(); i++)
+        ASSERT_EQ(consumer.Times()[i], static_cast<double>(i + 1));
+
+    const size_t before = consumer.Times().size();
+    system.Run(&calculator, 10);
+    EXPECT_EQ(consumer.Times().size(), before + 10);
+}
+
+TEST(Calculator, AConsumerWithoutWindowIsNotPreparedButServed) {
+    TestSystem system;
+    Ticker calculator(&system);
+    RecordingConsumer consumer(&system, calculator);
+    consumer.SetLockable(false);
+    system.Run(&calculator, 5);
+    EXPECT_TRUE(consumer.Preparations().empty());
+    EXPECT_EQ(consumer.Times().size(), 5u);
+}
+
+TEST(Calculator, PacingSetsTheSizeOfBatches) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    const struct {
+        float batches;
+        int32 expected;
+    } cases[] = {{80, 100}, {73, 100}, {87, 100}, {71, 88}, {40, 50}, {4, 10}, {120, 150}};
+    for (const auto& [batches, expected] : cases) {
+        SetReportsPerDraw(&calculator, 100);
+        calculator.AdjustAnimationSpeed(batches, 1'000'000);
+        EXPECT_EQ(calculator.ReportsPerDraw(), expected) << batches;
+        calculator.AdjustAnimationSpeed(80.0f * 100 / static_cast<float>(expected), 1'000'000);
+    }
+    SetReportsPerDraw(&calculator, 100);
+    calculator.SetUpdatesPerSecond(20);
+    calculator.AdjustAnimationSpeed(80, 2'000'000);
+    EXPECT_EQ(calculator.ReportsPerDraw(), 200);
+    // Beyond all bounds in any direction.
+    calculator.SetUpdatesPerSecond(0);
+    calculator.AdjustAnimationSpeed(80, 1'000'000);
+    EXPECT_EQ(calculator.ReportsPerDraw(), 10);
+}
+
+TEST(Calculator, GrowingBatchesKeepWhatTheyHold) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    system.Run(&calculator, 100);
+    SetReportsPerDraw(&calculator, 150);
+    EXPECT_EQ(calculator.TRep()[99], 100.0);
+    for (int i = 0; i < 9; i++) {
+        EXPECT_EQ(calculator.RRep()[891 + i], 1.0 + i / 3);
+        EXPECT_EQ(calculator.VRep()[891 + i], 1.0 + i / 3);
+    }
+
+    ReportBatch batch;
+    EXPECT_EQ(batch.TimeCapacity(), 0u);
+    for (const auto& [bodies, reports, times, positions] : {std::tuple{3, 100, 100u, 900u},
+                                                            {3, 150, 150u, 1350u},
+                                                            {3, 50, 150u, 1350u},
+                                                            {5, 100, 150u, 1500u}}) {
+        batch.SetSize(bodies, reports);
+        EXPECT_EQ(batch.TimeCapacity(), times);
+        EXPECT_EQ(batch.PositionCapacity(), positions);
+    }
+}
+
+TEST(Calculator, MeasuresLongerForFewUpdates) {
+    TestSystem system;
+    Ticker calculator(&system);
+    const struct {
+        int32 updates;
+        int64 interval;
+    } cases[] = {{1, 5'000'000}, {2, 2'500'000}, {3, 1'666'666},
+                 {4, 1'250'000}, {5, 1'000'000}, {80, 1'000'000}};
+    for (const auto& [updates, interval] : cases) {
+        calculator.SetUpdatesPerSecond(updates);
+        EXPECT_EQ(calculator.UpdatesPerSecond(), updates);
+        EXPECT_EQ(calculator.MeasuringInterval(), interval);
+    }
+}
+
+TEST(Calculator, InternalPauseParksOnceAndLeavesTheCount) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    calculator.SetInternalPause();
+    system.RunUntilParked(&calculator);  // parks again without a step
+    EXPECT_EQ(system.GetEpoch()->Time(), 0.0);
+    system.Run(&calculator, 1000);
+    EXPECT_EQ(system.GetEpoch()->Time(), 1000.0);
+}
+
+TEST(Calculator, RunLimitIsExactWhateverTheBatches) {
+    constexpr double kNever = std::numeric_limits<double>::infinity();
+    for (int32 reportsPerDraw : {10, 37, 100, 1000}) {
+        TestSystem system;
+        AddThreeBodies(&system);
+        Ticker calculator(&system);
+        SetReportsPerDraw(&calculator, reportsPerDraw);
+        RecordingConsumer consumer(&system, calculator);
+        const auto run = [&](int64 reports, double time) {
+            const size_t before = consumer.Times().size();
+            calculator.SetRunLimit(reports, time);
+            system.RunUntilParked(&calculator);
+            return static_cast<int32>(consumer.Times().size() - before);
+        };
+        EXPECT_EQ(run(370, kNever), 370);
+        EXPECT_EQ(run(1, kNever), 1);
+        EXPECT_EQ(run(0, 400.5), 30) << "371 ... 401";
+        EXPECT_EQ(run(0, 450.0), 49);
+        EXPECT_EQ(run(0, 3.0), 1) << "past it already: the first report";
+        EXPECT_EQ(run(10, 455.0), 4);
+        EXPECT_EQ(run(3, 1000.0), 3);
+        EXPECT_EQ(system.GetEpoch()->Time(), 458.0);
+
+        // A collision on the way makes a report, but does not restart the count.
+        calculator.CollideAt(500.0);
+        EXPECT_EQ(run(100, kNever), 43);
+        system.RunUntilParked(&calculator);
+        EXPECT_EQ(consumer.Times().size(), 558u);
+        EXPECT_EQ(system.GetEpoch()->Time(), 557.0);
+
+        // The limit is over: the next run has none.
+        calculator.UnPause();
+        for (int i = 0; i < 3; i++)
+            consumer.WaitForDrawing();
+        calculator.Pause();
+        EXPECT_GT(system.GetEpoch()->Time(), 558.0);
+    }
+}
+
+TEST(Calculator, CollisionsAreMailedAndParkTheRun) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    auto* const looper = new CollisionLooper;
+    looper->Run();
+    {
+        Ticker calculator(&system, looper);
+        for (double time : {5.0, 250.0}) {
+            calculator.CollideAt(time);
+            system.RunUntilParked(&calculator);
+            const BMessage message = looper->WaitForCollisions();
+            EXPECT_EQ(Identifiers(message, "p"), (std::vector<int64>{2, 1}));
+            EXPECT_EQ(Identifiers(message, "q"), (std::vector<int64>{0, 0}));
+            EXPECT_EQ(message.CountNames(), 2);
+            EXPECT_EQ(system.GetEpoch()->Time(), time);
+        }
+    }
+    looper->Lock();
+    looper->Quit();
+}
+
+TEST(Calculator, AFullPortDoesNotHoldUpAPause) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    auto* const looper = new CollisionLooper;  // never runs: its port fills
+    while (looper->PostMessage(FourCC("fill"), looper) == B_OK) {
+    }
+    {
+        Ticker calculator(&system, looper);
+        calculator.CollideAt(5.0);
+        calculator.UnPause();
+        for (double time = 0.0; time != 5.0;) {
+            system.Portal()->ReadLock();
+            time = system.GetEpoch()->Time();
+            system.Portal()->ReadUnlock();
+        }
+        calculator.Pause();
+        EXPECT_EQ(system.GetEpoch()->Time(), 5.0);
+        system.Run(&calculator, 10);
+        EXPECT_EQ(system.GetEpoch()->Time(), 15.0);
+    }
+    looper->Quit();
+}
+
+TEST(Calculator, EditsWhileParkedTakeEffectWithTheNextRun) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    system.Run(&calculator, 1);
+    EXPECT_EQ(calculator.CountBodies(), 3);
+    EXPECT_EQ(calculator.CountMassiveBodies(), 2);
+    EXPECT_EQ(calculator.BodyAt(2)->ID(), 2);
+    EXPECT_EQ(calculator.Cutoff(), 1e-11);
+
+    system.Find(2)->SetM(9.0);
+    system.Add(7, 0.0, {}, {});
+    system.GetEpoch()->SetCutoff(1e-5);
+    system.GetEpoch()->SetTime(-50.0);
+    system.Run(&calculator, 2);
+    EXPECT_EQ(calculator.CountBodies(), 4);
+    EXPECT_EQ(calculator.CountMassiveBodies(), 3);
+    EXPECT_EQ(calculator.BodyAt(0)->ID(), 2);
+    EXPECT_EQ(calculator.Cutoff(), 1e-5);
+    EXPECT_EQ(system.GetEpoch()->Time(), -48.0);
+}

@@ -1,0 +1,56 @@
+// The Taylor integrator in plain scalar code, coordinate by coordinate, with everything of a body
+// in one place: what TaylorCalculator must do bit for bit (with the forces of the plain pair walk),
+// or up to rounding (with forces from the stored tidal tensors of all pairs). The benchmarks
+// compare TaylorCalculator with it.
+#pragma once
+
+#include <vector>
+
+#include "PairWalk.h"
+
+class ScalarTaylor {
+public:
+    enum class Forces { kWalk, kTensors };
+
+    ScalarTaylor(PairWalk system, int32 order, double cutoff, Forces forces);
+
+    // One step, and one report of time, positions and velocities at the end of the vectors.
+    void Step();
+    void Report();
+    void ClearReports();
+
+    const PairWalk& System() const { return system_; }
+    double Time() const { return elapsed_; }
+    int32 CountPromotions() const { return promotions_; }
+    const std::vector<double>& Positions() const { return positions_; }
+
+private:
+    struct Dels {
+        double r[3][5];
+        double v[3][4];
+    };
+    struct Pair {
+        double tensor[6];  // xx, xy, xz, yy, yz, zz
+        double kissDistance2;
+    };
+
+    void Derivatives();
+    void DerivativesFromTensors();
+    void ControlStep();
+    void TaylorSeries();
+    void Promote();
+
+    PairWalk system_;
+    const int32 order_;
+    const Forces forces_;
+    std::vector<Dels> dels_;
+    std::vector<Pair> pairs_;
+    double low_, high_;
+    int32 promotionInterval_;
+    double s_ = 100.0, s2_ = 10000.0;
+    double h_, h2_, h3_, h4_;
+    int32 iteration_ = 0;
+    int32 promotions_ = 0;
+    double elapsed_ = 0.0;
+    std::vector<double> times_, positions_, velocities_;
+};

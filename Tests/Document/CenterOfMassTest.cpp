@@ -1,0 +1,57 @@
+#include "CenterOfMass.h"
+
+#include <gtest/gtest.h>
+
+#include "CompositeSystem.h"
+#include "SampleDocument.h"
+
+namespace {
+
+TEST(CenterOfMass, ComesToRestAtTheOrigin) {
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(PlanetRecord()).Failed());
+    EpochPortal* portal = document.Portal();
+    AbEpoch* epoch = portal->FocusEpoch();
+    const ThreeVector apart =
+        epoch->SystemFromID(2)->Position() - epoch->SystemFromID(3)->Position();
+
+    PutCenterOfMassAtOrigin(portal);
+    CenterOfMass center;
+    ASSERT_TRUE(FindCenterOfMass(portal->BodiesInMassOrder(), &center));
+    // Of 1.5e11 m and 3e4 m/s.
+    for (const double part : {center.position.x, center.position.y, center.position.z})
+        EXPECT_NEAR(part, 0.0, 1e-4);
+    for (const double part : {center.velocity.x, center.velocity.y, center.velocity.z})
+        EXPECT_NEAR(part, 0.0, 1e-11);
+    const ThreeVector after =
+        epoch->SystemFromID(2)->Position() - epoch->SystemFromID(3)->Position();
+    EXPECT_NEAR(after.x, apart.x, 1e-4);
+    EXPECT_NEAR(after.y, apart.y, 1e-4);
+}
+
+TEST(CenterOfMass, GroupsAreMovedByTheirBodies) {
+    SimulationDocument document(nullptr);
+    Epoch epoch;
+    // A group without mass has no centre of its own.
+    auto* group = new CompositeSystem("Dust", 5, {}, {}, kOriginID);
+    group->AddChild(MakeBody("Grain", 6, 0, {3, 0, 0}, {0, 1, 0}).release());
+    epoch.RootSystem()->AddChild(group);
+    epoch.RootSystem()->AddChild(MakeBody("Rock", 7, 8, {1, 2, 3}, {0, 0, 4}).release());
+    ASSERT_FALSE(document.Load(RecordOf({&epoch})).Failed());
+
+    PutCenterOfMassAtOrigin(document.Portal());
+    AbEpoch* focus = document.Portal()->FocusEpoch();
+    EXPECT_EQ(focus->SystemFromID(7)->Position(), ThreeVector());
+    EXPECT_EQ(focus->SystemFromID(7)->Velocity(), ThreeVector());
+    EXPECT_EQ(focus->SystemFromID(6)->Position(), (ThreeVector{2, -2, -3}));
+    EXPECT_EQ(focus->SystemFromID(6)->Velocity(), (ThreeVector{0, 1, -4}));
+}
+
+TEST(CenterOfMass, WithoutMassNothingMoves) {
+    const auto grain = MakeBody("Grain", 6, 0, {3, 0, 0}, {0, 1, 0});
+    CenterOfMass center{{1, 1, 1}, {}};
+    EXPECT_FALSE(FindCenterOfMass({grain.get()}, &center));
+    EXPECT_EQ(center.position, (ThreeVector{1, 1, 1}));
+}
+
+}  // namespace

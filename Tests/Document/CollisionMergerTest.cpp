@@ -1,0 +1,187 @@
+#include "CollisionMerger.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+
+#include "BMessage.h"
+#include "Body.h"
+#include "Epoch.h"
+#include "EpochPortal.h"
+#include "UndoChain.h"
+
+namespace {
+
+constexpr rgb_color kRed{200, 0, 40, 255};
+constexpr rgb_color kGreen{0, 100, 40, 255};
+
+class CollisionMergerTest : public testing::Test {
+protected:
+    CollisionMergerTest() { portal_.SetEpochTo(epoch_); }
+
+    Body* Add(const char* name, int64 id, double m, double x, double vx = 0.0) {
+        auto* body = new Body(name, id, kRed, kRed, kOriginID);
+        body->SetM(m);
+        body->SetRadius(1.0);
+        body->SetPosition({x, 0.0, 0.0});
+        body->SetVelocity({vx, 0.5, 0.0});
+        epoch_->RootSystem()->AddChild(body);
+        return body;
+    }
+    void Touch(int64 lighter, int64 heavier) {
+        message_.AddInt64("p", lighter);
+        message_.AddInt64("q", heavier);
+    }
+    MergeResult Merge() { return MergeCollidingBodies(&portal_, message_, " & "); }
+    MassSystem* Find(int64 id) { return epoch_->SystemFromID(id); }
+    double TotalMass() { return epoch_->RootSystem()->M(); }
+    int32 CountBodies() { return epoch_->RootSystem()->CountChildren(); }
+
+    double TotalEnergy() {
+        const std::vector<Body*> bodies = portal_.BodiesInMassOrder();
+        double energy = 0.0;
+        for (std::size_t i = 0; i < bodies.size(); i++) {
+            const ThreeVector v = bodies[i]->Velocity();
+            energy += 0.5 * bodies[i]->M() * (v.x * v.x + v.y * v.y + v.z * v.z);
+            for (std::size_t j = i + 1; j < bodies.size(); j++) {
+                const ThreeVector d = bodies[i]->Position() - bodies[j]->Position();
+                energy -= bodies[i]->M() * bodies[j]->M() /
+                          std::sqrt(d.x * d.x + d.y * d.y + d.z * d.z);
+            }
+        }
+        return energy;
+    }
+
+    UndoChain chain_;
+    Epoch root_;
+    Epoch* const epoch_ = [this] {
+        auto* epoch = new Epoch;
+        root_.AddChild(epoch);
+        return epoch;
+    }();
+    EpochPortal portal_{&chain_, &root_};
+    BMessage message_{FourCC("clsn")};
+};
+
+TEST_F(CollisionMergerTest, PairBecomesOneBodyWithMassMomentumAndVolumeKept) {
+    Body* heavy = Add("Sol", 7, 3.0, 0.0, 1.0);
+    Body* light = Add("Ida", 2, 1.0, 4.0, -7.0);
+    heavy->SetTrailColor(kGreen);
+    light->SetDiscColor({1, 2, 3, 0});
+    Touch(2, 7);
+    const MergeResult result = Merge();
+
+    ASSERT_EQ(CountBodies(), 1);
+    ASSERT_NE(Find(7), nullptr);
+    EXPECT_EQ(heavy->Name(), "Sol & Ida");
+    EXPECT_EQ(heavy->M(), 4.0);
+    EXPECT_EQ(heavy->Position(), (ThreeVector{1.0, 0.0, 0.0}));
+    EXPECT_EQ(heavy->Velocity(), (ThreeVector{-1.0, 0.5, 0.0}));
+    EXPECT_DOUBLE_EQ(heavy->Radius(), std::cbrt(2.0));
+    EXPECT_EQ(heavy->TrailColor(), (rgb_color{50, 75, 40, 255}));
+    EXPECT_EQ(heavy->DiscColor().alpha, 255);
+
+    ASSERT_EQ(result.mergers.size(), 1u);
+    EXPECT_EQ(result.mergers[0].survivorName, "Sol");
+    EXPECT_EQ(result.mergers[0].absorbedName, "Ida");
+    // Before: 3/2 + 49/2 along x; after: 4/2.
+    EXPECT_DOUBLE_EQ(result.mergers[0].kineticEnergyLoss, 24.0);
+    EXPECT_FALSE(chain_.CanUndo());
+}
+
+TEST_F(CollisionMergerTest, AllBodiesOfOneMessageEndInTheirSurvivors) {
+    // In the order in which the integrator finds the pairs: the lighter "heavier bodies" first.
+    Add("A", 0, 5.0, 0.0);
+    Add("B", 1, 3.0, 1.0);
+    Add("C", 2, 2.0, 2.0);
+    Add("far", 3, 2.0, 50.0);
+    const double mass = TotalMass();
+    Touch(2, 1);
+    Touch(2, 0);
+    Touch(1, 0);
+    EXPECT_EQ(Merge().mergers.size(), 2u);
+    EXPECT_EQ(CountBodies(), 2);
+    EXPECT_EQ(Find(0)->Name(), "A & B & C");
+    EXPECT_EQ(TotalMass(), mass);
+}
+
+TEST_F(CollisionMergerTest, BodyAbsorbedEarlierIsFollowedToWhatItBecamePartOf) {
+    Add("A", 0, 5.0, 0.0);
+    Add("B", 1, 3.0, 1.0);
+    Add("C", 2, 2.0, 2.0);
+    Touch(1, 0);
+    Touch(2, 1);
+    Merge();
+    EXPECT_EQ(CountBodies(), 1);
+    EXPECT_EQ(TotalMass(), 10.0);
+    EXPECT_EQ(Find(0)->Name(), "A & B & C");
+}
+
+TEST_F(CollisionMergerTest, BodyTouchingTwoOthersJoinsTheFirstAndLeavesThemApart) {
+    Add("A", 0, 5.0, 0.0);
+    Add("B", 1, 4.0, 2.0);
+    Add("C", 2, 2.0, 1.0);
+    Touch(2, 1);
+    Touch(2, 0);
+    Merge();
+    EXPECT_EQ(CountBodies(), 2);
+    EXPECT_EQ(Find(1)->Name(), "B & C");
+    EXPECT_EQ(Find(0)->Name(), "A");
+}
+
+TEST_F(CollisionMergerTest, MasslessBodyIsSwallowedAndMasslessPairsAverage) {
+    Add("Sun", 0, 5.0, 0.0, 2.0);
+    Add("probe", 1, 0.0, 1.0, 9.0);
+    Touch(1, 0);
+    Merge();
+    EXPECT_EQ(Find(0)->Velocity(), (ThreeVector{2.0, 0.5, 0.0}));
+    EXPECT_EQ(Find(0)->M(), 5.0);
+
+    message_.MakeEmpty();
+    Add("dust", 2, 0.0, 10.0, 1.0);
+    Add("grain", 3, 0.0, 12.0, 3.0);
+    Touch(3, 2);
+    Merge();
+    EXPECT_EQ(Find(2)->Position(), (ThreeVector{11.0, 0.0, 0.0}));
+    EXPECT_EQ(Find(2)->Velocity(), (ThreeVector{2.0, 0.5, 0.0}));
+    EXPECT_EQ(Find(2)->M(), 0.0);
+}
+
+TEST_F(CollisionMergerTest, NonsensePairsAreSkipped) {
+    Add("A", 0, 5.0, 0.0);
+    Add("B", 1, 3.0, 1.0);
+    Touch(99, 0);
+    Touch(1, 99);
+    Touch(0, 0);
+    Touch(kRootSystemID, 0);
+    message_.AddInt64("p", 1);  // without its "q"
+    EXPECT_TRUE(Merge().mergers.empty());
+    EXPECT_EQ(CountBodies(), 2);
+    EXPECT_EQ(Find(0)->M(), 5.0);
+}
+
+TEST_F(CollisionMergerTest, AbsorbedFocusHandsItOver) {
+    Add("A", 0, 5.0, 0.0);
+    Add("B", 1, 3.0, 1.0);
+    Add("C", 2, 1.0, 2.0);
+    portal_.SetSystemFromID(2);
+    Touch(2, 1);
+    Touch(1, 0);
+    Merge();
+    EXPECT_EQ(portal_.FocusSystem(), Find(0));
+}
+
+TEST_F(CollisionMergerTest, EnergyChangeIsThatOfTheWholeSystem) {
+    Add("A", 0, 5.0, 0.0, 0.3);
+    Add("B", 1, 3.0, 1.5, -0.7);
+    Add("C", 2, 2.0, -2.0, 0.9);
+    Add("D", 3, 1.0, 6.0, -0.1);
+    Touch(3, 1);
+    Touch(2, 0);
+    const double before = TotalEnergy();
+    const MergeResult result = Merge();
+    EXPECT_NEAR(result.energyChange, TotalEnergy() - before, 1e-12 * std::fabs(before));
+}
+
+}  // namespace

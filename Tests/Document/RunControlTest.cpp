@@ -1,0 +1,167 @@
+#include "RunControl.h"
+
+#include <gtest/gtest.h>
+
+#include "RunControlView.h"
+#include "SampleDocument.h"
+
+namespace {
+
+// Writes down what a window is told, and checks that it is locked meanwhile.
+class RecordingView : public RunControlView {
+public:
+    std::string Take() { return std::exchange(calls_, ""); }
+    [[nodiscard]] bool IsLocked() const { return locks_ > 0; }
+
+    void LockWindow() override { locks_++; }
+    void UnlockWindow() override { locks_--; }
+    void ShowGoPause(Offer offer) override {
+        Add(offer == Offer::kGo ? "go" : offer == Offer::kPause ? "pause" : "wait");
+    }
+    void EnableRunControls(bool enable) override { Add(enable ? "enable" : "disable"); }
+    void SetNonPhysicalBodyValues() override { Add("nonphysical"); }
+    void SetPhysicalBodyValues() override { Add("physical"); }
+    void SetEpochValues() override { Add("epoch"); }
+    void SetSimValues() override { Add("simulation"); }
+    void RunStarting() override { Add("starting"); }
+    void RunStopped() override { Add("stopped"); }
+
+private:
+    void Add(const char* call) {
+        EXPECT_TRUE(IsLocked());
+        if (!calls_.empty()) calls_ += ' ';
+        calls_ += call;
+    }
+
+    std::string calls_;
+    int locks_ = 0;
+};
+
+struct RunControlTest : testing::Test {
+    RunControlTest() { EXPECT_FALSE(document.Load(PlanetRecord()).Failed()); }
+    AbEpoch* Focus() { return document.Portal()->FocusEpoch(); }
+
+    SimulationDocument document{nullptr};
+    RecordingView view;
+    RunControl control{document.Portal(), document.GetCalculator(), &view};
+};
+
+TEST_F(RunControlTest, GoAndPauseTellTheWindowInOrder) {
+    control.TogglePause();
+    EXPECT_EQ(view.Take(), "nonphysical physical epoch simulation disable pause starting");
+    EXPECT_EQ(control.PauseCount(), 0);
+    EXPECT_FALSE(control.UserPaused());
+    EXPECT_TRUE(control.HasRun());
+    control.TogglePause();
+    EXPECT_EQ(view.Take(), "wait nonphysical enable go stopped");
+    EXPECT_EQ(control.PauseCount(), 1);
+    EXPECT_TRUE(control.UserPaused());
+    EXPECT_FALSE(view.IsLocked());
+}
+
+TEST_F(RunControlTest, ARunIsLoggedBelowTheFocusAndKept) {
+    AbEpoch* const genesis = Focus();
+    const ThreeVector before = genesis->SystemFromID(1)->Position();
+    StepRunner runner(&document);
+    for (int run = 1; run <= 2; run++) {
+        AbEpoch* const start = Focus();
+        const double time = start->Time();
+        runner.Run(&control, 5);
+        EXPECT_EQ(Focus()->Parent(), start);
+        EXPECT_FALSE(start->Writeable());
+        EXPECT_FALSE(Focus()->Writeable());
+        EXPECT_EQ(start->Time(), time);
+        EXPECT_GT(Focus()->Time(), time);
+    }
+    EXPECT_EQ(genesis->SystemFromID(1)->Position(), before);
+    EXPECT_EQ(Outline(document.Root()), "Genesis(Genesis(Genesis))");
+    document.GetUndoChain()->Undo();
+    EXPECT_EQ(Outline(document.Root()), "Genesis(Genesis)");
+}
+
+TEST_F(RunControlTest, PausesNest) {
+    control.Pause();
+    control.UnPause();
+    EXPECT_EQ(control.PauseCount(), 1);
+    EXPECT_FALSE(control.HasRun());
+    control.UnPause();
+    EXPECT_TRUE(control.HasRun());
+    const AbEpoch* const running = Focus();
+    view.Take();
+    control.UnPause();
+    EXPECT_EQ(control.PauseCount(), 0);
+    EXPECT_EQ(view.Take(), "");
+    EXPECT_EQ(Focus(), running);
+    control.Pause();
+}
+
+TEST_F(RunControlTest, GoDoesNothingWhileOthersHoldThePause) {
+    control.UnPause();
+    control.Pause();
+    EXPECT_FALSE(control.UserPaused());
+    view.Take();
+    control.TogglePause();
+    EXPECT_EQ(view.Take(), "");
+    EXPECT_EQ(control.PauseCount(), 1);
+    // An edit pauses for the user, once.
+    control.UnPause();
+    control.PauseForUser();
+    control.PauseForUser();
+    EXPECT_EQ(control.PauseCount(), 1);
+    control.TogglePause();
+    EXPECT_EQ(control.PauseCount(), 0);
+    control.Pause();
+}
+
+TEST_F(RunControlTest, HeldRunsDoNotStart) {
+    control.SetHold(true);
+    control.UnPause();
+    EXPECT_EQ(control.PauseCount(), 0);
+    EXPECT_FALSE(control.HasRun());
+    EXPECT_EQ(view.Take(), "");
+}
+
+TEST_F(RunControlTest, CenterOfMassMovesOnlyOnRequest) {
+    StepRunner runner(&document);
+    Focus()->SetCOMOnGo(false);
+    runner.Run(&control, 1);
+    EXPECT_GT(Focus()->SystemFromID(0)->Position().x, 9e8);
+    Focus()->SetCOMOnGo(true);
+    runner.Run(&control, 1);
+    EXPECT_LT(Focus()->SystemFromID(0)->Position().x, 1e6);
+}
+
+// The calculator carries more precision than the bodies show. It must come back with the document.
+TEST_F(RunControlTest, AStoredDocumentGoesOnToTheBit) {
+    constexpr int64 kSteps = 2500;  // beyond a promotion
+    // The shift to the centre of mass would hide a loss.
+    Focus()->SetCOMOnGo(false);
+    StepRunner runner(&document);
+    runner.Run(&control, kSteps);
+    BMessage record;
+    ASSERT_FALSE(document.Store(&record, true).Failed());
+
+    SimulationDocument stored(nullptr);
+    ASSERT_FALSE(stored.Load(record).Failed());
+    EXPECT_EQ(BitsOf(&stored), BitsOf(&document));
+    RunControl storedControl(stored.Portal(), stored.GetCalculator(), &view);
+    StepRunner storedRunner(&stored);
+
+    // Without the state the bits differ: the comparison would notice a loss.
+    SimulationDocument bare(nullptr);
+    ASSERT_FALSE(bare.Load(record).Failed());
+    bare.Portal()->FocusEpoch()->SetCalculatorState(nullptr);
+    RunControl bareControl(bare.Portal(), bare.GetCalculator(), &view);
+    StepRunner(&bare).Run(&bareControl, kSteps);
+
+    for (int run = 0; run < 2; run++) {
+        runner.Run(&control, kSteps);
+        storedRunner.Run(&storedControl, kSteps);
+        EXPECT_EQ(BitsOf(&stored), BitsOf(&document));
+        if (run == 0) {
+            EXPECT_NE(BitsOf(&bare), BitsOf(&document));
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,200 @@
+#include "SimulationDocument.h"
+
+#include <gtest/gtest.h>
+
+#include "SampleDocument.h"
+
+namespace {
+
+std::vector<std::string> FieldNames(const BMessage& record) {
+    std::vector<std::string> names;
+    std::string name;
+    type_code type = 0;
+    for (int32 i = 0; record.GetInfo(B_ANY_TYPE, i, &name, &type) == B_OK; i++)
+        names.push_back(name);
+    return names;
+}
+
+int32 CountItems(const BMessage& record, const char* name) {
+    int32 count = 0;
+    record.GetInfo(name, nullptr, &count);
+    return count;
+}
+
+// An epoch of the earlier layout.
+void AddFlatEpoch(BMessage* record, const char* name, int64 id, const int64* copyOf) {
+    BMessage archive;
+    Epoch epoch;
+    epoch.SetName(name);
+    ASSERT_EQ(epoch.Archive(&archive, false), B_OK);
+    archive.AddInt64("Epoch ID", id);
+    if (copyOf != nullptr) archive.AddInt64("Copy of", *copyOf);
+    record->AddMessage("Epochs", &archive);
+}
+
+BMessage FlatRecord(std::initializer_list<std::pair<int64, int64>> idsAndParents) {
+    BMessage record;
+    for (const auto& [id, parent] : idsAndParents)
+        AddFlatEpoch(&record, std::to_string(id).c_str(), id, &parent);
+    return record;
+}
+
+std::string OutlineOf(const BMessage& record) {
+    SimulationDocument document(nullptr);
+    EXPECT_FALSE(document.Load(record).Failed());
+    return Outline(document.Root());
+}
+
+// Genesis with the children Left and Right, the focus on Right.
+void LoadTree(SimulationDocument* document) {
+    auto genesis = MakePlanetEpoch("Genesis");
+    genesis->AddChild(MakePlanetEpoch("Left").release());
+    genesis->AddChild(MakePlanetEpoch("Right").release());
+    BMessage record = RecordOf({genesis.get()});
+    record.AddInt32("Cur Epoch", 2);
+    record.AddBool("Cur Ep Writ", false);
+    record.AddInt64("Cur Sys", 3);
+    ASSERT_FALSE(document->Load(record).Failed());
+}
+
+TEST(SimulationDocument, TreeAndFocusSurviveStoring) {
+    SimulationDocument document(nullptr);
+    LoadTree(&document);
+    BMessage record;
+    ASSERT_FALSE(document.Store(&record, true).Failed());
+    EXPECT_EQ(CountItems(record, "Epochs"), 1);
+    int32 position = 0;
+    ASSERT_EQ(record.FindInt32("Cur Epoch", &position), B_OK);
+    EXPECT_EQ(position, 2);
+
+    SimulationDocument again(nullptr);
+    ASSERT_FALSE(again.Load(record).Failed());
+    EXPECT_EQ(Outline(again.Root()), "Genesis(Left Right)");
+    EXPECT_EQ(again.Portal()->FocusEpoch()->Name(), "Right");
+    EXPECT_FALSE(again.Portal()->FocusEpoch()->Writeable());
+    EXPECT_EQ(again.Portal()->FocusSystem()->Name(), "Probe");
+    BMessage second;
+    ASSERT_FALSE(again.Store(&second, true).Failed());
+    EXPECT_EQ(second, record);
+}
+
+TEST(SimulationDocument, FocusEpochAloneIsStoredShallow) {
+    SimulationDocument document(nullptr);
+    LoadTree(&document);
+    document.Portal()->SetEpochTo(document.Root()->ChildAt(0));
+    BMessage record;
+    ASSERT_FALSE(document.Store(&record, false).Failed());
+    EXPECT_FALSE(record.HasName("Cur Epoch"));
+
+    SimulationDocument again(nullptr);
+    ASSERT_FALSE(again.Load(record).Failed());
+    EXPECT_EQ(Outline(again.Root()), "Genesis");
+    EXPECT_EQ(again.Portal()->FocusEpoch()->Name(), "Genesis");
+}
+
+TEST(SimulationDocument, FieldsComeInTheirOrder) {
+    SimulationDocument document(nullptr);
+    LoadTree(&document);
+    BMessage display;
+    display.AddDouble("Scale", 1e-9);
+    BMessage record = PlanetRecord();
+    record.AddPoint("Save at", {1, 2});
+    record.AddFloat("Epoch W", 19.5f);
+    record.AddInt32("Disp type", 1);
+    record.AddMessage("Displays", &display);
+    record.AddString("Edit at", "of the wrong type");
+    record.AddInt32("Unknown", 7);
+    ASSERT_FALSE(document.Load(record).Failed());
+
+    BMessage stored;
+    ASSERT_FALSE(document.Store(&stored, true).Failed());
+    EXPECT_EQ(FieldNames(stored),
+              (std::vector<std::string>{"Epochs", "Cur Epoch", "Cur Ep Writ", "Cur Sys",
+                                        "Segment length", "Updates per sec", "Body Name Index",
+                                        "Displays", "Disp type", "Epoch W", "Save at"}));
+    BMessage found;
+    ASSERT_EQ(stored.FindMessage("Displays", &found), B_OK);
+    EXPECT_EQ(found, display);
+}
+
+TEST(SimulationDocument, EarlierLayoutWithoutParentsIsAChain) {
+    BMessage record;
+    AddFlatEpoch(&record, "A", 10, nullptr);
+    AddFlatEpoch(&record, "B", 20, nullptr);
+    AddFlatEpoch(&record, "C", 30, nullptr);
+    EXPECT_EQ(OutlineOf(record), "A(B(C))");
+}
+
+TEST(SimulationDocument, EarlierLayoutHangsEpochsWhereTheySay) {
+    EXPECT_EQ(OutlineOf(FlatRecord({{1, -1}, {2, 4}, {3, 1}, {4, 1}})), "1(3 4(2))");
+    // Beneath nothing, beneath itself, and beneath each other: nothing is lost, nothing loops.
+    EXPECT_EQ(OutlineOf(FlatRecord({{1, -1}, {2, 99}, {3, 3}})), "1 2 3");
+    EXPECT_EQ(OutlineOf(FlatRecord({{1, 2}, {2, 3}, {3, 1}})), "3(2(1))");
+}
+
+TEST(SimulationDocument, EarlierLayoutIsNotNestedWithoutEnd) {
+    std::vector<int64> parents(5000);
+    BMessage record;
+    for (int64 i = 0; i < 5000; i++) {
+        const int64 parent = i - 1;
+        AddFlatEpoch(&record, "E", i, &parent);
+    }
+    SimulationDocument document(nullptr);
+    const DocumentError error = document.Load(record);
+    EXPECT_EQ(error.text, kTextNestedTooDeeply);
+    EXPECT_EQ(document.Root()->CountChildren(), 0);
+}
+
+TEST(SimulationDocument, FocusStaysWithinTheTree) {
+    for (const auto& [position, name] :
+         {std::pair{99, "Last"}, std::pair{-3, "First"}, std::pair{1, "Last"}}) {
+        Epoch first, last;
+        first.SetName("First");
+        last.SetName("Last");
+        BMessage record = RecordOf({&first, &last});
+        record.AddInt32("Cur Epoch", position);
+        SimulationDocument document(nullptr);
+        ASSERT_FALSE(document.Load(record).Failed());
+        EXPECT_EQ(document.Portal()->FocusEpoch()->Name(), name);
+    }
+}
+
+TEST(SimulationDocument, UnknownFocusSystemGivesTheFirst) {
+    for (const int64 id : {-1, -3, 77}) {
+        BMessage record = PlanetRecord();
+        record.AddInt64("Cur Sys", id);
+        SimulationDocument document(nullptr);
+        ASSERT_FALSE(document.Load(record).Failed());
+        EXPECT_EQ(document.Portal()->FocusSystem()->Name(), "Star");
+    }
+}
+
+TEST(SimulationDocument, SimulationInfoTakesWhatItCanUse) {
+    SimulationDocument document(nullptr);
+    BMessage record = PlanetRecord();
+    record.AddFloat("Updates per sec", 79.9f);
+    record.AddInt32("Segment length", 5);
+    record.AddInt32("Body Name Index", 12);
+    ASSERT_FALSE(document.Load(record).Failed());
+    EXPECT_EQ(document.GetCalculator()->UpdatesPerSecond(), 79);
+    EXPECT_EQ(document.GetCalculator()->SegmentLength(), 5);
+    EXPECT_EQ(document.NextBodyNameIndex(), 12);
+
+    // What is missing, and a rate that would stop the displays, changes nothing.
+    BMessage poor = PlanetRecord();
+    poor.AddFloat("Updates per sec", 0.5f);
+    ASSERT_FALSE(document.Load(poor).Failed());
+    EXPECT_EQ(document.GetCalculator()->UpdatesPerSecond(), 79);
+    EXPECT_EQ(document.GetCalculator()->SegmentLength(), 5);
+    EXPECT_EQ(document.NextBodyNameIndex(), 12);
+}
+
+TEST(SimulationDocument, ARecordThatCannotBeUsedChangesNothing) {
+    SimulationDocument document(nullptr);
+    LoadTree(&document);
+    EXPECT_EQ(document.Load(BMessage()).text, kTextNoEpoch);
+    EXPECT_EQ(Outline(document.Root()), "Genesis(Left Right)");
+    EXPECT_EQ(document.Portal()->FocusEpoch()->Name(), "Right");
+}
+
+}  // namespace

@@ -1,0 +1,320 @@
+// Epochs, their tree, their archives, and the cursor.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+
+#include "DefaultUnits.h"
+#include "EpochCursor.h"
+#include "NullEpoch.h"
+#include "TestDocument.h"
+
+namespace {
+
+// A(B(D), C), owned by A.
+struct Tree {
+    Tree() {
+        a.SetName("A");
+        a.AddChild(b);
+        a.AddChild(c);
+        b->AddChild(d);
+    }
+    Epoch a;
+    Epoch* b = new Epoch;
+    Epoch* c = new Epoch;
+    Epoch* d = new Epoch;
+};
+
+std::unique_ptr<Epoch> Restored(BMessage* record) {
+    return std::unique_ptr<Epoch>(dynamic_cast<Epoch*>(instantiate_object(record)));
+}
+
+TEST(Epoch, StartsWithTheDefaults) {
+    Epoch epoch;
+    EXPECT_EQ(epoch.Circumstance(), 1);
+    EXPECT_EQ(epoch.TimeUval(), TIME_UVAL_PREF);
+    EXPECT_EQ(epoch.Cutoff(), 1e-11);
+    EXPECT_EQ(epoch.Order(), 4);
+    EXPECT_TRUE(epoch.Writeable() && epoch.NameFromParent() && epoch.COMOnGo());
+    EXPECT_EQ(epoch.CalculatorState(), nullptr);
+    EXPECT_EQ(epoch.RootSystem()->Name(), "Root system");
+    EXPECT_EQ(epoch.RootSystem()->ID(), kRootSystemID);
+    EXPECT_EQ(epoch.MaxSystemID(), -1);
+    EXPECT_EQ(epoch.SystemFromID(-2), &AbEpoch::origin);
+    EXPECT_EQ(epoch.SystemFromID(0), nullptr);
+    EXPECT_EQ(AbEpoch::origin.Name(), "Origin");
+    EXPECT_EQ(AbEpoch::origin.RelativeTo(), -1);
+    EXPECT_EQ(AbEpoch::origin.PositionUval(), POSITION_UVAL_PREF);
+}
+
+TEST(Epoch, IgnoresValuesOutOfRange) {
+    Epoch epoch;
+    for (const double bad : {0.001, 0.0, -1.0, static_cast<double>(NAN)}) {
+        epoch.SetCutoff(bad);
+        EXPECT_EQ(epoch.Cutoff(), 1e-11);
+    }
+    epoch.SetCutoff(5e-4);
+    EXPECT_EQ(epoch.Cutoff(), 5e-4);
+    for (const double bad : {0.0, -1.0, HUGE_VAL, static_cast<double>(NAN)}) {
+        epoch.SetTimeUval(bad);
+        EXPECT_EQ(epoch.TimeUval(), TIME_UVAL_PREF);
+    }
+}
+
+TEST(Epoch, InheritsItsNameUntilItHasItsOwn) {
+    Tree tree;
+    EXPECT_EQ(tree.d->Name(), "A");
+    tree.b->SetNameFromParent(false);
+    EXPECT_EQ(tree.b->Name(), "A");
+    tree.a.SetName("New");
+    EXPECT_EQ(tree.b->Name(), "A");
+    EXPECT_EQ(tree.d->Name(), "A");
+    EXPECT_EQ(tree.c->Name(), "New");
+    tree.d->SetName("D");
+    tree.d->SetNameFromParent(true);
+    EXPECT_EQ(tree.d->Name(), "A");
+}
+
+TEST(Epoch, CopyIsWriteableAndFree) {
+    Tree tree;
+    tree.b->SetName("B");
+    tree.b->SetWriteable(false);
+    tree.b->SetCircumstance(77);
+    tree.b->SetTime(5.0);
+    tree.b->SetCOMOnGo(false);
+    tree.b->RootSystem()->AddChild(NewBody("b", 3, 1.0, {}));
+    tree.b->SetCalculatorState(new BMessage(FourCC("ARCV")));
+    const std::unique_ptr<AbEpoch> copy(tree.b->Copy());
+    EXPECT_TRUE(copy->Writeable() && copy->NameFromParent());
+    EXPECT_EQ(copy->Name(), "B");  // no parent to inherit from
+    EXPECT_EQ(copy->Circumstance(), 77);
+    EXPECT_EQ(copy->Time(), 5.0);
+    EXPECT_FALSE(copy->COMOnGo());
+    EXPECT_EQ(copy->Parent(), nullptr);
+    EXPECT_EQ(copy->CountChildren(), 0);
+    EXPECT_NE(copy->SystemFromID(3), nullptr);
+    EXPECT_NE(copy->SystemFromID(3), tree.b->SystemFromID(3));
+    EXPECT_NE(copy->CalculatorState(), nullptr);
+    EXPECT_NE(copy->CalculatorState(), tree.b->CalculatorState());
+}
+
+TEST(Epoch, ChildrenAreInsertedWhereAskedAndOnce) {
+    Tree tree;
+    auto* first = new Epoch;
+    auto* last = new Epoch;
+    EXPECT_EQ(tree.a.AddChild(first, -5), B_OK);
+    EXPECT_EQ(tree.a.AddChild(last, 99), B_OK);
+    EXPECT_EQ(tree.a.AddChild(tree.b), B_OK);
+    ASSERT_EQ(tree.a.CountChildren(), 4);
+    EXPECT_EQ(tree.a.ChildAt(0), first);
+    EXPECT_EQ(tree.a.ChildAt(3), last);
+    EXPECT_EQ(tree.a.IndexOfChild(tree.c), 2);
+    EXPECT_EQ(tree.a.IndexOfChild(tree.d), -1);
+    EXPECT_EQ(tree.a.ChildAt(4), nullptr);
+    EXPECT_EQ(tree.a.ChildAt(-1), nullptr);
+    tree.a.RemoveChild(tree.c);
+    EXPECT_EQ(tree.c->Parent(), &tree.a);  // not re-parented
+    delete tree.c;
+    tree.a.RemoveChild(tree.d);  // is none
+    EXPECT_EQ(tree.a.CountChildren(), 3);
+}
+
+TEST(Epoch, AdoptedChildrenGoBeforeAChildOrToTheEnd) {
+    Tree tree;
+    auto* e = new Epoch;
+    auto* f = new Epoch;
+    tree.b->AddChild(e);
+    tree.b->AddChild(f);
+    EXPECT_EQ(tree.a.AdoptChildren(tree.b, 1, 99, tree.c), B_OK);
+    EXPECT_EQ(tree.b->CountChildren(), 3);
+    tree.b->RemoveChildren(1, 99);
+    EXPECT_EQ(tree.b->CountChildren(), 1);
+    EXPECT_EQ(tree.a.ChildAt(1), e);
+    EXPECT_EQ(tree.a.ChildAt(2), f);
+    EXPECT_EQ(tree.a.ChildAt(3), tree.c);
+    EXPECT_EQ(f->Parent(), &tree.a);
+    EXPECT_EQ(tree.a.AdoptChildren(tree.b, 0, 1, nullptr), B_OK);
+    tree.b->RemoveChildren(0, 1);
+    EXPECT_EQ(tree.a.ChildAt(4), tree.d);
+}
+
+TEST(Epoch, MaxSystemIDCoversTheSubtree) {
+    Tree tree;
+    tree.a.RootSystem()->AddChild(NewBody("b", 5, 1.0, {}));
+    tree.d->RootSystem()->AddChild(NewBody("b", 9, 1.0, {}));
+    EXPECT_EQ(tree.a.MaxSystemID(), 9);
+    EXPECT_EQ(tree.c->MaxSystemID(), -1);
+}
+
+TEST(Epoch, ArchiveHasItsFieldsInOrder) {
+    Tree tree;
+    tree.a.SetCalculatorState(new BMessage(FourCC("ARCV")));
+    BMessage record;
+    ASSERT_EQ(tree.a.Archive(&record, true), B_OK);
+    std::string names;
+    std::string name;
+    type_code type = 0;
+    int32 count = 0;
+    for (int32 i = 0; record.GetInfo(B_ANY_TYPE, i, &name, &type, &count) == B_OK; i++)
+        names += name + "*" + std::to_string(count) + ",";
+    EXPECT_EQ(names,
+              "Epoch Name*1,Time*1,T Uval*1,Reason*1,Cutoff*1,Order*1,COM on Go*1,Writ*1,N Inh*1,"
+              "Root*1,Children*2,Calc*1,class*1,");
+    BMessage child;
+    ASSERT_EQ(record.FindMessage("Children", 0, &child), B_OK);
+    EXPECT_EQ(child.what, FourCC("ARCV"));
+    EXPECT_FALSE(child.HasName("Epoch Name"));
+    EXPECT_FALSE(child.HasName("Calc"));
+    EXPECT_TRUE(child.HasName("Children"));
+
+    BMessage shallow;
+    ASSERT_EQ(tree.a.Archive(&shallow, false), B_OK);
+    EXPECT_FALSE(shallow.HasName("Children"));
+    EXPECT_TRUE(shallow.HasName("Root"));
+    EXPECT_TRUE(shallow.HasName("Calc"));
+    EXPECT_EQ(tree.a.Archive(nullptr), B_BAD_VALUE);
+}
+
+TEST(Epoch, ArchiveRestoresTheTree) {
+    TestDocument document;
+    auto* run = document.genesis->Copy();
+    run->SetTime(-1.5e9);
+    run->SetOrder(11);
+    run->SetCutoff(1e-6);
+    document.genesis->AddChild(run);
+    document.genesis->SetWriteable(false);
+    auto* state = new BMessage(FourCC("ARCV"));
+    state->AddDouble("Step", 0.25);
+    run->SetCalculatorState(state);
+    BMessage record(FourCC("ARCV"));
+    ASSERT_EQ(document.root.Archive(&record, true), B_OK);
+    const auto restored = Restored(&record);
+    ASSERT_NE(restored, nullptr);
+    EXPECT_EQ(DeepArchive(*restored), DeepArchive(document.root));
+    const AbEpoch* copy = restored->ChildAt(0)->ChildAt(0);
+    EXPECT_EQ(copy->Name(), "Genesis");
+    EXPECT_EQ(copy->Parent()->Parent(), restored.get());
+    EXPECT_EQ(*copy->CalculatorState(), *state);
+}
+
+TEST(Epoch, ArchiveWithoutFieldsRestoresTheDefaults) {
+    BMessage record;
+    record.AddString("class", "Epoch");
+    const auto epoch = Restored(&record);
+    ASSERT_NE(epoch, nullptr);
+    EXPECT_FALSE(epoch->Writeable());
+    EXPECT_EQ(epoch->Circumstance(), 8);
+    EXPECT_EQ(epoch->Order(), 4);
+    EXPECT_TRUE(epoch->NameFromParent() && epoch->COMOnGo());
+    EXPECT_EQ(epoch->RootSystem()->ID(), kRootSystemID);
+
+    BMessage named(record);
+    named.AddString("Epoch Name", "Own");
+    EXPECT_FALSE(Restored(&named)->NameFromParent());
+    named.AddBool("N Inh", true);
+    EXPECT_TRUE(Restored(&named)->NameFromParent());
+
+    record.AddDouble("Cutoff", 0.5);
+    record.AddDouble("T Uval", 0.0);
+    EXPECT_EQ(Restored(&record)->Cutoff(), 1e-11);
+    EXPECT_EQ(Restored(&record)->TimeUval(), TIME_UVAL_PREF);
+}
+
+TEST(Epoch, BrokenEntriesAreSkippedAndTheRootIsNeverMissing) {
+    BMessage body;
+    const std::unique_ptr<Body> rock(NewBody("Rock", 6, 1.0, {}));
+    ASSERT_EQ(rock->Archive(&body), B_OK);
+    BMessage unknown;
+    unknown.AddString("class", "Comet");
+
+    BMessage older;  // bodies in the epoch's own record
+    older.AddString("class", "Epoch");
+    older.AddMessage("Bodies", &unknown);
+    older.AddMessage("Bodies", &body);
+    EXPECT_EQ(Restored(&older)->RootSystem()->CountChildren(), 1);
+    EXPECT_NE(Restored(&older)->SystemFromID(6), nullptr);
+
+    BMessage broken(older);
+    broken.AddMessage("Root", &unknown);
+    broken.AddMessage("Children", &body);
+    broken.AddMessage("Children", &unknown);
+    broken.AddMessage("Children", &older);
+    const auto epoch = Restored(&broken);
+    EXPECT_EQ(epoch->RootSystem()->ID(), kRootSystemID);
+    EXPECT_EQ(epoch->RootSystem()->CountChildren(), 0);
+    ASSERT_EQ(epoch->CountChildren(), 1);
+    EXPECT_NE(epoch->ChildAt(0)->SystemFromID(6), nullptr);
+}
+
+// Four thousand runs, each below the last: every operation must do without recursion.
+TEST(Epoch, DeepChainsAreHandled) {
+    constexpr int32 kLength = 4000;
+    auto chain = std::make_unique<Epoch>();
+    chain->SetName("Genesis");
+    AbEpoch* deepest = chain.get();
+    for (int32 i = 1; i < kLength; i++) {
+        auto* next = new Epoch;
+        next->RootSystem()->AddChild(NewBody("b", i, i, {}));
+        deepest->AddChild(next);
+        deepest = next;
+    }
+    EXPECT_EQ(deepest->Name(), "Genesis");
+    EXPECT_EQ(chain->MaxSystemID(), kLength - 1);
+    int32 visited = 0;
+    for (EpochCursor cursor(chain.get()); cursor.GetEpoch(); cursor.Increment())
+        visited++;
+    EXPECT_EQ(visited, kLength);
+
+    const std::string bytes = DeepArchive(*chain);
+    chain.reset();
+    BMessage record;
+    ASSERT_EQ(record.Unflatten(bytes.data(), bytes.size()), B_OK);
+    auto restored = Restored(&record);
+    ASSERT_NE(restored, nullptr);
+    EXPECT_EQ(restored->MaxSystemID(), kLength - 1);
+    EXPECT_EQ(DeepArchive(*restored), bytes);
+    restored->Prune();
+    EXPECT_EQ(restored->CountChildren(), 0);
+}
+
+TEST(NullEpoch, AnswersAndIgnores) {
+    NullEpoch none;
+    Epoch child;
+    none.SetOrder(7);
+    EXPECT_EQ(none.Order(), 2);
+    EXPECT_EQ(none.Circumstance(), 8);
+    EXPECT_TRUE(std::isnan(none.Time()));
+    EXPECT_EQ(none.AddChild(&child), B_OK);
+    EXPECT_EQ(none.CountChildren(), 0);
+    EXPECT_EQ(child.Parent(), nullptr);
+    EXPECT_EQ(none.RootSystem(), nullptr);
+    EXPECT_EQ(none.SystemFromID(kOriginID), nullptr);
+    none.SetCalculatorState(new BMessage);
+    EXPECT_EQ(none.CalculatorState(), nullptr);
+    BMessage record;
+    EXPECT_EQ(none.Archive(&record), B_OK);
+    EXPECT_TRUE(record.IsEmpty());
+    EXPECT_EQ(NullEpoch::Instantiate(&record), nullptr);
+}
+
+TEST(EpochCursor, WalksInPreOrderToTheEndOfTheTree) {
+    Tree tree;
+    const auto walk = [](AbEpoch* start) {
+        std::vector<AbEpoch*> visited;
+        for (EpochCursor cursor(start); cursor.GetEpoch(); cursor.Increment())
+            visited.push_back(cursor.GetEpoch());
+        return visited;
+    };
+    EXPECT_EQ(walk(&tree.a), (std::vector<AbEpoch*>{&tree.a, tree.b, tree.d, tree.c}));
+    EXPECT_EQ(walk(tree.d), (std::vector<AbEpoch*>{tree.d, tree.c}));
+    EXPECT_TRUE(walk(nullptr).empty());
+    EpochCursor done(tree.c);
+    done.Increment();
+    done.Increment();
+    EXPECT_EQ(done.GetEpoch(), nullptr);
+    done.SetTo(tree.b);
+    done.RightUp();
+    EXPECT_EQ(done.GetEpoch(), tree.c);
+}
+
+}  // namespace

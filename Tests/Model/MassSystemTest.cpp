@@ -1,0 +1,295 @@
+// Bodies, composite systems, the null system, and their archives.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+
+#include "DefaultUnits.h"
+#include "MassSystem.h"
+#include "NullMassSystem.h"
+#include "TestDocument.h"
+
+namespace {
+
+std::vector<std::string> FieldNames(const BMessage& record) {
+    std::vector<std::string> names;
+    std::string name;
+    type_code type = 0;
+    int32 count = 0;
+    for (int32 i = 0; record.GetInfo(B_ANY_TYPE, i, &name, &type, &count) == B_OK; i++)
+        names.push_back(name + "*" + std::to_string(count));
+    return names;
+}
+
+std::unique_ptr<MassSystem> Restored(BMessage* record) {
+    return std::unique_ptr<MassSystem>(dynamic_cast<MassSystem*>(instantiate_object(record)));
+}
+
+BMessage BodyRecord(int64 id) {
+    const std::unique_ptr<Body> body(NewBody("b", id, 1.0, {}));
+    BMessage record;
+    EXPECT_EQ(body->Archive(&record), B_OK);
+    return record;
+}
+
+// Children at x = 0 and x = 4 of masses 1 and 3, moving at y speeds 8 and 0.
+std::unique_ptr<CompositeSystem> NewPair() {
+    std::unique_ptr<CompositeSystem> pair(NewComposite("Pair", 10));
+    pair->AddChild(NewBody("Light", 1, 1.0, {}));
+    pair->AddChild(NewBody("Heavy", 2, 3.0, {4.0, 0.0, 0.0}));
+    pair->ChildAt(0)->SetVelocity({0.0, 8.0, 0.0});
+    pair->ChildAt(0)->SetRadius(2.0);
+    return pair;
+}
+
+TEST(Body, SettersBoundWhatTheyStore) {
+    const std::unique_ptr<Body> body(NewBody("b", 7, -5.0, {}));
+    EXPECT_EQ(body->M(), 5.0);
+    body->SetRadius(-2.0);
+    EXPECT_EQ(body->Radius(), 2.0);
+    body->SetRelativeTo(3);
+    body->SetRelativeTo(7);
+    EXPECT_EQ(body->RelativeTo(), 3);
+    EXPECT_EQ(body->MassUval(), MASS_UVAL_PREF);
+    EXPECT_EQ(body->SpeedUval(), SPEED_UVAL_PREF);
+    for (const double bad : {0.0, -1.0, HUGE_VAL, static_cast<double>(NAN)}) {
+        body->SetPositionUval(bad);
+        EXPECT_EQ(body->PositionUval(), POSITION_UVAL_PREF);
+        body->SetRadiusUval(bad);
+        EXPECT_EQ(body->RadiusUval(), RADIUS_UVAL_PREF);
+    }
+    EXPECT_EQ(body->AddChild(NewPair().get()), B_ERROR);
+    EXPECT_EQ(body->SystemFromID(7), body.get());
+    EXPECT_EQ(body->SystemFromID(8), nullptr);
+}
+
+TEST(Body, ArchiveHasItsFieldsInOrderAndRestoresEqual) {
+    const std::unique_ptr<Body> body(NewBody("", 5000000000, 2.5, {1.0, 2.0, 3.0}));
+    body->SetVelocity({4.0, 5.0, 6.0});
+    body->SetRadius(7.0);
+    body->SetTrailOn(false);
+    body->SetRelativeTo(12);
+    body->SetMassUval(9.0);
+    BMessage record;
+    ASSERT_EQ(body->Archive(&record), B_OK);
+    EXPECT_EQ(FieldNames(record),
+              (std::vector<std::string>{"ID*1", "Body Name*1", "r Uval*1", "v Uval*1", "M Uval*1",
+                                        "Rad Uval*1", "Trail Color*1", "Disc Color*1", "Trail On*1",
+                                        "Disc On*1", "Rel to*1", "r*3", "v*3", "Mass*1", "Radius*1",
+                                        "class*1"}));
+    type_code type = 0;
+    EXPECT_EQ(record.GetInfo("Trail Color", &type), B_OK);
+    EXPECT_EQ(type, B_RGB_COLOR_TYPE);
+    const auto restored = Restored(&record);
+    ASSERT_NE(restored, nullptr);
+    EXPECT_EQ(DeepArchive(*restored), DeepArchive(*body));
+    EXPECT_EQ(restored->ID(), 5000000000);
+    EXPECT_EQ(restored->Name(), "");
+    EXPECT_EQ(restored->Velocity(), (ThreeVector{4.0, 5.0, 6.0}));
+    EXPECT_EQ(body->Archive(nullptr), B_BAD_VALUE);
+}
+
+TEST(Body, ArchiveWithoutFieldsRestoresTheDefaults) {
+    BMessage record;
+    record.AddString("class", "Body");
+    record.AddColor("Trail Color", {10, 20, 30, 0});
+    record.AddDouble("Mass", -4.0);
+    record.AddDouble("M Uval", -1.0);
+    record.AddDouble("r", 1.5);  // y and z missing
+    const auto body = Restored(&record);
+    ASSERT_NE(body, nullptr);
+    EXPECT_EQ(body->ID(), kNoSystemID);
+    EXPECT_EQ(body->Name(), "Planet X");
+    EXPECT_EQ(body->TrailColor(), (rgb_color{10, 20, 30, 255}));
+    EXPECT_EQ(body->DiscColor(), DEFAULT_TRAIL_DISC_COLOR);
+    EXPECT_TRUE(body->TrailOn() && body->DiscOn());
+    EXPECT_EQ(body->RelativeTo(), kOriginID);
+    EXPECT_EQ(body->M(), 4.0);
+    EXPECT_EQ(body->MassUval(), MASS_UVAL_PREF);
+    EXPECT_EQ(body->Position(), (ThreeVector{1.5, 0.0, 0.0}));
+
+    BMessage other;
+    other.AddString("class", "CompositeSystem");
+    EXPECT_EQ(Body::Instantiate(&other), nullptr);
+    EXPECT_EQ(CompositeSystem::Instantiate(&record), nullptr);
+    EXPECT_EQ(NullMassSystem::Instantiate(&record), nullptr);
+}
+
+TEST(CompositeSystem, KeepsChildrenSortedEachIdentifierOnce) {
+    const std::unique_ptr<CompositeSystem> group(NewComposite("Group", 100));
+    for (const int64 id : {5, 1, 9, 3, 7})
+        EXPECT_EQ(group->AddChild(NewBody("b", id, 1.0, {})), B_OK);
+    const std::unique_ptr<Body> twin(NewBody("twin", 3, 1.0, {}));
+    EXPECT_EQ(group->AddChild(twin.get()), B_OK);
+    EXPECT_EQ(twin->Parent(), nullptr);
+    ASSERT_EQ(group->CountChildren(), 5);
+    for (int32 i = 0; i < 5; i++) {
+        EXPECT_EQ(group->ChildAt(i)->ID(), 2 * i + 1);
+        EXPECT_EQ(group->IndexOfChild(group->ChildAt(i)), i);
+    }
+    EXPECT_EQ(group->IndexOfChild(twin.get()), -1);
+    group->RemoveChild(twin.get());
+    EXPECT_EQ(group->CountChildren(), 5);
+    EXPECT_EQ(group->ChildAt(-1), nullptr);
+    EXPECT_EQ(group->ChildAt(5), nullptr);
+    EXPECT_EQ(group->MaxSystemID(), 100);
+    const std::unique_ptr<MassSystem> removed(group->ChildAt(4));
+    group->RemoveChild(removed.get());
+    EXPECT_EQ(removed->Parent(), nullptr);
+    EXPECT_EQ(group->SystemFromID(9), nullptr);
+}
+
+TEST(CompositeSystem, AddingAnothersChildMovesIt) {
+    const auto from = NewPair();
+    const std::unique_ptr<CompositeSystem> to(NewComposite("To", 20));
+    MassSystem* child = from->SystemFromID(2);
+    to->AddChild(child);
+    EXPECT_EQ(from->CountChildren(), 1);
+    EXPECT_EQ(to->ChildAt(0), child);
+    EXPECT_EQ(child->Parent(), to.get());
+}
+
+TEST(CompositeSystem, DerivesItsQuantitiesFromTheChildren) {
+    const auto pair = NewPair();
+    EXPECT_EQ(pair->M(), 4.0);
+    EXPECT_EQ(pair->Radius(), 2.0);
+    EXPECT_EQ(pair->Position(), (ThreeVector{3.0, 0.0, 0.0}));
+    EXPECT_EQ(pair->Velocity(), (ThreeVector{0.0, 2.0, 0.0}));
+    pair->SetPosition({5.0, 0.0, 0.0});
+    EXPECT_EQ(pair->ChildAt(0)->Position().x, 2.0);
+    EXPECT_EQ(pair->ChildAt(1)->Position().x, 6.0);
+    pair->SetVelocity({0.0, 0.0, 1.0});
+    EXPECT_EQ(pair->ChildAt(0)->Velocity(), (ThreeVector{0.0, 6.0, 1.0}));
+    pair->SetM(99.0);
+    EXPECT_EQ(pair->M(), 4.0);
+
+    const std::unique_ptr<CompositeSystem> empty(NewComposite("Empty", -7));
+    EXPECT_EQ(empty->Radius(), 0.0);
+    EXPECT_EQ(empty->M(), 0.0);
+    EXPECT_EQ(empty->Position(), ThreeVector{});
+    EXPECT_EQ(empty->MaxSystemID(), -1);
+    empty->AddChild(NewBody("massless", 1, 0.0, {}));
+    EXPECT_TRUE(std::isnan(empty->Position().x));
+}
+
+TEST(CompositeSystem, DisplaceCommandMovesNestedBodiesAndUndoes) {
+    const std::unique_ptr<CompositeSystem> outer(NewComposite("Outer", 30));
+    auto* pair = NewPair().release();
+    outer->AddChild(pair);
+    outer->AddChild(NewBody("Third", 3, 4.0, {-1.0, 0.0, 16.0}));
+    const std::string before = DeepArchive(*outer);
+    ASSERT_EQ(outer->Position(), (ThreeVector{1.0, 0.0, 8.0}));
+    const std::unique_ptr<LCommand> move(
+        outer->DisplaceCommand(outer->Position(), {2.0, 2.0, 2.0}));
+    move->Execute();
+    EXPECT_EQ(outer->Position(), (ThreeVector{2.0, 2.0, 2.0}));
+    EXPECT_EQ(pair->ChildAt(1)->Position(), (ThreeVector{5.0, 2.0, -6.0}));
+    move->Undo();
+    EXPECT_EQ(DeepArchive(*outer), before);
+
+    const std::unique_ptr<LCommand> push(pair->BoostCommand({0.0, 2.0, 0.0}, {0.0, 0.0, 0.0}));
+    push->Execute();
+    EXPECT_EQ(pair->ChildAt(0)->Velocity(), (ThreeVector{0.0, 6.0, 0.0}));
+    push->Undo();
+    EXPECT_EQ(DeepArchive(*outer), before);
+}
+
+TEST(CompositeSystem, CopiesAreDeepAndFree) {
+    const std::unique_ptr<CompositeSystem> outer(NewComposite("Outer", 30));
+    auto* pair = NewPair().release();
+    outer->AddChild(pair);
+    std::unique_ptr<MassSystem> copy(pair->Copy());
+    EXPECT_EQ(DeepArchive(*copy), DeepArchive(*pair));
+    EXPECT_EQ(copy->Parent(), nullptr);
+    EXPECT_EQ(copy->ChildAt(0)->Parent(), copy.get());
+    EXPECT_NE(copy->ChildAt(0), pair->ChildAt(0));
+
+    CompositeSystem assigned("Old", 1, {}, {}, kOriginID);
+    assigned.AddChild(NewBody("gone", 50, 1.0, {}));
+    assigned = *pair;
+    EXPECT_EQ(DeepArchive(assigned), DeepArchive(*pair));
+    EXPECT_EQ(assigned.Parent(), nullptr);
+    EXPECT_EQ(assigned.ChildAt(1)->Parent(), &assigned);
+}
+
+TEST(CompositeSystem, ArchiveIsAlwaysDeepAndDropsWhatIsNoSystem) {
+    const auto pair = NewPair();
+    BMessage record;
+    ASSERT_EQ(pair->Archive(&record, false), B_OK);
+    const auto names = FieldNames(record);
+    EXPECT_EQ(names[names.size() - 2], "Bodies*2");
+    EXPECT_EQ(names.back(), "class*1");
+
+    BMessage epoch;
+    epoch.AddString("class", "Epoch");
+    BMessage unknown;
+    unknown.AddString("class", "Comet");
+    record.AddMessage("Bodies", &epoch);
+    record.AddMessage("Bodies", &unknown);
+    record.AddMessage("Bodies", BodyRecord(2));  // a second 2
+    record.AddMessage("Bodies", BodyRecord(0));  // out of order
+    const auto restored = Restored(&record);
+    ASSERT_EQ(restored->CountChildren(), 3);
+    EXPECT_EQ(restored->ChildAt(0)->ID(), 0);
+    EXPECT_EQ(restored->ChildAt(2)->Name(), "Heavy");
+    EXPECT_EQ(restored->ChildAt(2)->Parent(), restored.get());
+}
+
+TEST(CompositeSystem, ReadingDropsTooDeepNesting) {
+    BMessage record = BodyRecord(9999);
+    for (int64 id = 400; id > 0; id--) {
+        BMessage outer(FourCC("ARCV"));
+        outer.AddInt64("ID", id);
+        outer.AddMessage("Bodies", std::move(record));
+        outer.AddString("class", "CompositeSystem");
+        record = std::move(outer);
+    }
+    const auto system = Restored(&record);
+    ASSERT_NE(system, nullptr);
+    EXPECT_EQ(system->MaxSystemID(), 1 + CompositeSystem::kMaxReadNesting);
+    // And the limit is per archive, not used up.
+    EXPECT_EQ(Restored(&record)->MaxSystemID(), 1 + CompositeSystem::kMaxReadNesting);
+}
+
+TEST(CompositeSystem, AlternatingClassesCannotExhaustTheStack) {
+    BMessage record = BodyRecord(1);
+    for (int32 i = 0; i < 1200; i++) {
+        BMessage group(FourCC("ARCV"));
+        group.AddMessage("Bodies", std::move(record));
+        group.AddString("class", "CompositeSystem");
+        BMessage epoch(FourCC("ARCV"));
+        epoch.AddMessage("Root", std::move(group));
+        epoch.AddString("class", "Epoch");
+        record = std::move(epoch);
+    }
+    const std::unique_ptr<BArchivable> object(instantiate_object(&record));
+    EXPECT_NE(dynamic_cast<Epoch*>(object.get()), nullptr);
+}
+
+TEST(CompositeSystem, AHundredThousandBodiesMakeTheRoundTrip) {
+    const std::unique_ptr<CompositeSystem> group(NewComposite("Cloud", 0));
+    for (int64 id = 1; id <= 100000; id++)
+        group->AddChild(NewBody("b", id, 1.0, {}));
+    BMessage record;
+    ASSERT_EQ(group->Archive(&record), B_OK);
+    const auto restored = Restored(&record);
+    EXPECT_EQ(restored->CountChildren(), 100000);
+    EXPECT_EQ(restored->ChildAt(99999)->ID(), 100000);
+}
+
+TEST(NullMassSystem, IgnoresEverythingAndWritesNoClass) {
+    NullMassSystem none;
+    EXPECT_EQ(none.ID(), -1);
+    EXPECT_EQ(none.RelativeTo(), kOriginID);
+    EXPECT_EQ(none.Copy(), nullptr);
+    EXPECT_EQ(none.SystemFromID(-1), nullptr);
+    EXPECT_TRUE(std::isnan(none.Position().z) && std::isnan(none.M()));
+    EXPECT_EQ(none.TrailColor(), (rgb_color{0, 0, 0, 0}));
+    EXPECT_EQ(none.DisplaceCommand({}, {}), nullptr);
+    EXPECT_EQ(none.MaxSystemID(), -1);
+    BMessage record;
+    EXPECT_EQ(none.Archive(&record), B_OK);
+    EXPECT_EQ(FieldNames(record), (std::vector<std::string>{"ID*1"}));
+}
+
+}  // namespace

@@ -1,0 +1,338 @@
+// Every model-editing command: what it does, what it tells, and that undo and redo bring back the
+// same bytes of the whole tree.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "AddEpochCommand.h"
+#include "ChangeFlags.h"
+#include "DeleteEpochCommand.h"
+#include "DeleteSystemCommand.h"
+#include "DimValue.h"
+#include "MacroCommand.h"
+#include "NewEpochCommand.h"
+#include "NewSystemCommand.h"
+#include "SetCalcIntCommand.h"
+#include "SetCompVectorCommand.h"
+#include "SetEpochNameCommand.h"
+#include "SetEpochToCommand.h"
+#include "SetPropertyCommand.h"
+#include "SetSystemToCommand.h"
+#include "TestDocument.h"
+
+namespace {
+
+class ModelCommands : public testing::Test {
+protected:
+    ModelCommands() { portal.AddObserver(&observer); }
+    ~ModelCommands() override { portal.RemoveObserver(&observer); }
+
+    // Undoes the last command and redoes it, twice, and checks that the tree goes along.
+    void CheckUndoAndRedo(const std::string& before) {
+        const std::string after = document.Snapshot();
+        for (int i = 0; i < 2; i++) {
+            document.chain.Undo();
+            EXPECT_EQ(document.Snapshot(), before);
+            document.chain.Redo();
+            EXPECT_EQ(document.Snapshot(), after);
+        }
+    }
+    // Runs the command in the writeable epoch, then again in a read-only one, where it must leave
+    // the epoch as it was and work on a copy.
+    void CheckCopyOnWrite(const std::function<LCommand*()>& make,
+                          const std::function<void()>& checkDone) {
+        const std::string start = document.Snapshot();
+        document.Run(make());
+        checkDone();
+        EXPECT_EQ(portal.FocusEpoch(), document.genesis);
+        CheckUndoAndRedo(start);
+        document.chain.Undo();
+
+        document.genesis->SetWriteable(false);
+        const std::string readOnly = document.Snapshot();
+        const std::string old = DeepArchive(*document.genesis->RootSystem());
+        document.Run(make());
+        checkDone();
+        EXPECT_EQ(portal.FocusEpoch()->Parent(), document.genesis);
+        EXPECT_TRUE(portal.FocusEpoch()->Writeable());
+        EXPECT_EQ(portal.FocusEpoch()->Name(), "Genesis");
+        EXPECT_EQ(DeepArchive(*document.genesis->RootSystem()), old);
+        CheckUndoAndRedo(readOnly);
+    }
+
+    TestDocument document;
+    EpochPortal& portal = document.portal;
+    TestObserver observer;
+};
+
+TEST_F(ModelCommands, NewEpochCopiesTheFocusAndFreezesIt) {
+    const std::string before = document.Snapshot();
+    portal.SetSystemFromID(3);
+    document.Run(new NewEpochCommand(&portal));
+    EXPECT_FALSE(document.genesis->Writeable());
+    EXPECT_EQ(portal.FocusEpoch()->Parent(), document.genesis);
+    EXPECT_EQ(portal.FocusSystem(), portal.FocusEpoch()->SystemFromID(3));
+    EXPECT_EQ(observer.all, kEpochAdded | kFocusMovedToCopy);
+    document.chain.Undo();
+    EXPECT_TRUE(document.genesis->Writeable());
+    portal.SetSystemFromID(0);
+    EXPECT_EQ(document.Snapshot(), before);
+    document.chain.Redo();
+    CheckUndoAndRedo(before);
+
+    EpochPortal nothing(&document.chain, &document.root);
+    NewEpochCommand none(&nothing);
+    none.Execute();
+    none.Undo();
+    AddEpochCommand lost(&nothing, new Epoch);
+    lost.Execute();
+    lost.Undo();
+}
+
+TEST_F(ModelCommands, SwitchingEpochsKeepsTheCalculatorStateOfTheOneThatIsLeft) {
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* copy = portal.FocusEpoch();
+    ASSERT_NE(document.genesis->CalculatorState(), nullptr);
+    EXPECT_EQ(document.genesis->CalculatorState()->what, FourCC("ARCV"));
+    document.calculator.segmentLength = 50;
+    document.Run(new SetEpochToCommand(&portal, document.genesis));
+    EXPECT_EQ(observer.last, 0xCFFF);
+    document.Run(new SetEpochToCommand(&portal, copy));
+    int32 kept = 0;
+    EXPECT_EQ(copy->CalculatorState()->FindInt32("Segment", &kept), B_OK);
+    EXPECT_EQ(kept, 50);
+    EXPECT_EQ(document.genesis->CalculatorState()->FindInt32("Segment", &kept), B_OK);
+    EXPECT_EQ(kept, 1);  // had one already
+    portal.SetCalculator(nullptr);
+    document.Run(new SetEpochToCommand(&portal, document.genesis));
+    EXPECT_EQ(portal.FocusEpoch(), document.genesis);
+}
+
+TEST_F(ModelCommands, DeletingAnEpochMovesItsChildrenUp) {
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* middle = portal.FocusEpoch();
+    document.Run(new SetEpochNameCommand(&portal, "Middle"));
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* leaf = portal.FocusEpoch();
+    document.Run(new SetEpochToCommand(&portal, middle));
+    auto* own = new Epoch;
+    own->SetName("Own");
+    document.Run(new AddEpochCommand(&portal, own));
+    const std::string before = document.Snapshot();
+
+    observer.all = 0;
+    document.Run(new DeleteEpochCommand(&portal, middle));
+    EXPECT_EQ(observer.all, 0xCFFF | kEpochRemoved);
+    EXPECT_EQ(portal.FocusEpoch(), document.genesis);  // the parent
+    ASSERT_EQ(document.genesis->CountChildren(), 2);
+    EXPECT_EQ(document.genesis->ChildAt(0), leaf);
+    EXPECT_EQ(leaf->Name(), "Middle");
+    EXPECT_FALSE(leaf->NameFromParent());
+    EXPECT_EQ(middle->Parent(), nullptr);
+    document.chain.Undo();
+    EXPECT_TRUE(leaf->NameFromParent());
+    EXPECT_EQ(portal.FocusEpoch(), middle);
+    document.chain.Redo();
+    CheckUndoAndRedo(before);
+    document.chain.Undo();
+
+    // A nameless one between siblings, not in focus: children keep inheriting from further up.
+    document.Run(new SetEpochToCommand(&portal, leaf));
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* below = portal.FocusEpoch();
+    const std::string again = document.Snapshot();
+    document.Run(new DeleteEpochCommand(&portal, leaf));
+    EXPECT_TRUE(below->NameFromParent());
+    EXPECT_EQ(below->Name(), "Middle");
+    EXPECT_EQ(middle->IndexOfChild(below), 0);
+    EXPECT_EQ(portal.FocusEpoch(), below);
+    CheckUndoAndRedo(again);
+}
+
+TEST_F(ModelCommands, DeletingATopEpochFocusesTheNextOneOrDoesNothing) {
+    const std::string before = document.Snapshot();
+    document.Run(new DeleteEpochCommand(&portal, nullptr));
+    document.Run(new DeleteEpochCommand(&portal, &document.root));
+    document.Run(new DeleteEpochCommand(&portal, document.genesis));  // the only one
+    EXPECT_EQ(document.Snapshot(), before);
+    EXPECT_EQ(observer.calls, 0);
+    CheckUndoAndRedo(before);
+
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* child = portal.FocusEpoch();
+    document.Run(new SetEpochToCommand(&portal, document.genesis));
+    const std::string two = document.Snapshot();
+    document.Run(new DeleteEpochCommand(&portal, document.genesis));
+    EXPECT_EQ(portal.FocusEpoch(), child);
+    EXPECT_EQ(child->Parent(), &document.root);
+    EXPECT_EQ(child->Name(), "Genesis");
+    CheckUndoAndRedo(two);
+}
+
+TEST_F(ModelCommands, RenamingMakesTheNameTheEpochsOwn) {
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* copy = portal.FocusEpoch();
+    document.Run(new SetEpochNameCommand(&portal, "First try"));
+    EXPECT_EQ(observer.last, 0x100);
+    EXPECT_EQ(copy->Name(), "First try");
+    document.chain.Undo();
+    EXPECT_EQ(copy->Name(), "Genesis");
+    EXPECT_FALSE(copy->NameFromParent());
+    document.chain.Redo();
+    EXPECT_EQ(copy->Name(), "First try");
+    document.Run(new SetEpochNameCommand(&portal, "Second", "Typed over"));
+    document.chain.Undo();
+    EXPECT_EQ(copy->Name(), "Typed over");
+}
+
+TEST_F(ModelCommands, NewSystemIsAddedAndFocused) {
+    CheckCopyOnWrite([&] { return new NewSystemCommand(&portal, NewBody("New", 9, 1.0, {}), 1); },
+                     [&] {
+                         ASSERT_NE(document.Find(9), nullptr);
+                         EXPECT_EQ(document.Find(9)->Parent(), document.Find(1));
+                         EXPECT_EQ(portal.FocusSystem(), document.Find(9));
+                         EXPECT_EQ(observer.last, 0x800);
+                     });
+    document.chain.Undo();
+    EXPECT_EQ(observer.last, 0x400);
+}
+
+TEST_F(ModelCommands, NewSystemThatCannotBeAddedChangesNothing) {
+    const std::string before = document.Snapshot();
+    document.Run(new NewSystemCommand(&portal, NewBody("No parent", 9, 1.0, {}), 77));
+    document.Run(new NewSystemCommand(&portal, NewBody("In a body", 9, 1.0, {}), 0));
+    document.Run(new NewSystemCommand(&portal, NewBody("Twin", 4, 1.0, {}), kRootSystemID));
+    EXPECT_EQ(document.Snapshot(), before);
+    EXPECT_EQ(observer.calls, 0);
+    CheckUndoAndRedo(before);
+}
+
+TEST_F(ModelCommands, DeleteSystemMovesTheFocusAway) {
+    CheckCopyOnWrite([&] { return new DeleteSystemCommand(&portal, 0, 4); },
+                     [&] {
+                         EXPECT_EQ(document.Find(0), nullptr);
+                         EXPECT_EQ(portal.FocusSystem(), document.Find(4));
+                         EXPECT_EQ(observer.last, 0x400);
+                     });
+    document.chain.Undo();
+    EXPECT_EQ(observer.last, 0x800);
+}
+
+TEST_F(ModelCommands, DeletingAGroupMovesTheFocusOutOfIt) {
+    portal.SetSystemFromID(3);
+    const std::string before = document.Snapshot();
+    document.Run(new DeleteSystemCommand(&portal, 1, 0));
+    EXPECT_EQ(portal.FocusSystem()->ID(), 0);
+    EXPECT_EQ(document.Find(3), nullptr);
+    CheckUndoAndRedo(before);
+    const std::string after = document.Snapshot();
+    document.Run(new DeleteSystemCommand(&portal, kRootSystemID, 0));
+    document.Run(new DeleteSystemCommand(&portal, 55, 0));
+    EXPECT_EQ(document.Snapshot(), after);
+    document.Run(new DeleteSystemCommand(&portal, 4, 0));
+    EXPECT_EQ(portal.FocusSystem()->ID(), 0);
+    CheckUndoAndRedo(after);
+}
+
+TEST_F(ModelCommands, SetSystemToSelects) {
+    const std::string before = document.Snapshot();
+    document.Run(new SetSystemToCommand(&portal, 2));
+    EXPECT_EQ(portal.FocusSystem()->ID(), 2);
+    EXPECT_EQ(observer.last, 0x4000);
+    CheckUndoAndRedo(before);
+}
+
+TEST_F(ModelCommands, AGroupMovesAsAWhole) {
+    CheckCopyOnWrite(
+        [&] {
+            return new SetCompVectorCommand(&portal, kPositionQuantity, 1, {3.0, 0.0, 0.0, 1.0},
+                                            {5.0, 1.0, 0.0, 1000.0});
+        },
+        [&] {
+            EXPECT_EQ(document.Find(2)->Position(), (ThreeVector{2.0, 1.0, 0.0}));
+            EXPECT_EQ(document.Find(3)->Position(), (ThreeVector{6.0, 1.0, 0.0}));
+            EXPECT_EQ(document.Find(1)->PositionUval(), 1000.0);
+            EXPECT_EQ(observer.last, kPositionChanged);
+        });
+}
+
+TEST_F(ModelCommands, AComponentIsSetRelativeToTheReferent) {
+    document.Find(4)->SetRelativeTo(1);
+    document.Find(3)->SetVelocity({0.0, 4.0, 0.0});  // the pair moves at 3
+    CheckCopyOnWrite(
+        [&] {
+            return new SetCompVectorCommand(&portal, kVelocityQuantity, 4, 1, DimValue(10.0, 2.0));
+        },
+        [&] {
+            EXPECT_EQ(document.Find(4)->Velocity(), (ThreeVector{0.0, 13.0, 0.0}));
+            EXPECT_EQ(document.Find(4)->SpeedUval(), 2.0);
+            EXPECT_EQ(document.Find(4)->Position(), (ThreeVector{-8.0, 2.0, 0.0}));
+        });
+    const std::string before = document.Snapshot();
+    document.Run(new SetCompVectorCommand(&portal, kPositionQuantity, 99, 0, DimValue(1.0, 1.0)));
+    document.Run(new SetCompVectorCommand(&portal, kPositionQuantity, -2, 0, DimValue(1.0, 1.0)));
+    EXPECT_EQ(document.Snapshot(), before);
+    EXPECT_EQ(AbEpoch::origin.Position(), ThreeVector{});
+}
+
+// Freezing an epoch is no command: a redo may find the epoch read-only that it once edited.
+TEST_F(ModelCommands, RedoInAFrozenEpochGoesIntoACopy) {
+    document.Run(new SetCompVectorCommand(&portal, kPositionQuantity, 1, 0, DimValue(7.0, 1.0)));
+    document.chain.Undo();
+    document.genesis->SetWriteable(false);
+    const std::string frozen = document.Snapshot();
+    document.chain.Redo();
+    EXPECT_EQ(document.Find(1)->Position().x, 7.0);
+    EXPECT_EQ(document.genesis->SystemFromID(1)->Position().x, 3.0);
+    CheckUndoAndRedo(frozen);
+    // And the other way round: what was copied for once is edited in place.
+    document.chain.Undo();
+    document.genesis->SetWriteable(true);
+    const std::string thawed = document.Snapshot();
+    document.chain.Redo();
+    EXPECT_EQ(portal.FocusEpoch(), document.genesis);
+    EXPECT_EQ(document.Find(1)->Position().x, 7.0);
+    CheckUndoAndRedo(thawed);
+}
+
+TEST_F(ModelCommands, PropertiesOfSystemsAndEpochs) {
+    CheckCopyOnWrite(
+        [&] {
+            auto* macro = new MacroCommand(2);  // a mass with its unit
+            macro->AddCommand(std::make_unique<SetSystemPropertyCommand<double>>(
+                &portal, 4, &MassSystem::M, &MassSystem::SetM, -6.0,
+                kMassOrRadiusChanged | kPositionChanged));
+            macro->AddCommand(std::make_unique<SetSystemPropertyCommand<double>>(
+                &portal, 4, &MassSystem::MassUval, &MassSystem::SetMassUval, 3.0,
+                kMassOrRadiusChanged));
+            return macro;
+        },
+        [&] {
+            EXPECT_EQ(document.Find(4)->M(), 6.0);
+            EXPECT_EQ(document.Find(4)->MassUval(), 3.0);
+            EXPECT_EQ(observer.last, kMassOrRadiusChanged);
+        });
+}
+
+TEST_F(ModelCommands, SettingsOfAReadOnlyEpochGoIntoACopy) {
+    CheckCopyOnWrite(
+        [&] {
+            return new SetEpochPropertyCommand<int32>(&portal, &AbEpoch::Order, &AbEpoch::SetOrder,
+                                                      9, kEpochSettingsChanged);
+        },
+        [&] { EXPECT_EQ(portal.FocusEpoch()->Order(), 9); });
+    EXPECT_EQ(document.genesis->Order(), 4);
+}
+
+TEST_F(ModelCommands, CalculatorSettings) {
+    document.Run(
+        new SetCalcIntCommand(&document.calculator, &AbCalculator::SetSegmentLength, 30, 20));
+    EXPECT_EQ(document.calculator.segmentLength, 30);
+    document.chain.Undo();
+    EXPECT_EQ(document.calculator.segmentLength, 20);
+    EXPECT_EQ(document.calculator.updatesPerSecond, 80);
+}
+
+}  // namespace

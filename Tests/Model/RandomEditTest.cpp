@@ -1,0 +1,207 @@
+// A thousand random edits, undone to the start and redone to the end: at every depth of the history
+// the whole tree must have the bytes it had there before.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "ChangeFlags.h"
+#include "DeleteEpochCommand.h"
+#include "DeleteSystemCommand.h"
+#include "DimValue.h"
+#include "MacroCommand.h"
+#include "NewEpochCommand.h"
+#include "NewSystemCommand.h"
+#include "SetCalcIntCommand.h"
+#include "SetCompVectorCommand.h"
+#include "SetEpochNameCommand.h"
+#include "SetEpochToCommand.h"
+#include "SetPropertyCommand.h"
+#include "SetSystemToCommand.h"
+#include "TestDocument.h"
+
+namespace {
+
+constexpr int64 kPairID = 1;
+constexpr std::size_t kMaxEpochs = 12;
+
+class RandomEditor {
+public:
+    RandomEditor(TestDocument* document, uint32 seed) : document_(document), random_(seed) {}
+
+    std::unique_ptr<LCommand> NextCommand() {
+        EpochPortal* portal = &document_->portal;
+        AbEpoch* focus = portal->FocusEpoch();
+        if (document_->Epochs().size() > kMaxEpochs)
+            return std::make_unique<DeleteEpochCommand>(portal, AnyEpoch());
+        switch (Number(0, 23)) {
+            case 0:
+            case 1:
+                return std::make_unique<SetCompVectorCommand>(portal, Quantity(), MovableID(),
+                                                              Number(0, 2), Value());
+            case 2:
+            case 3: {
+                const VectorQuantity& quantity = Quantity();
+                const int64 id = MovableID();
+                const MassSystem* system = document_->Find(id);
+                const ThreeVector from = system ? (system->*quantity.get)() : ThreeVector{};
+                return std::make_unique<SetCompVectorCommand>(
+                    portal, quantity, id, DimVector(from, 1.0),
+                    DimVector(Number(-99, 99), Number(-99, 99), Number(-99, 99), 2.0));
+            }
+            case 4:
+                return OfSystem<double>(LooseBodyID(), &MassSystem::M, &MassSystem::SetM,
+                                        Number(-9, 99));
+            case 5:
+                return OfSystem<double>(AnyID(), &MassSystem::Radius, &MassSystem::SetRadius,
+                                        Number(-9, 99));
+            case 6:
+                return OfSystem<std::string>(AnyID(), &MassSystem::Name, &MassSystem::SetName,
+                                             std::to_string(random_()));
+            case 7:
+                return OfSystem<rgb_color>(AnyID(), &MassSystem::TrailColor,
+                                           &MassSystem::SetTrailColor,
+                                           {static_cast<uint8>(Number(0, 255)), 1, 2, 255});
+            case 8:
+                return OfSystem<bool>(AnyID(), &MassSystem::DiscOn, &MassSystem::SetDiscOn,
+                                      Number(0, 1) == 1);
+            case 9:
+                return OfSystem<double>(AnyID(), &MassSystem::RadiusUval,
+                                        &MassSystem::SetRadiusUval, Number(-1, 9));
+            case 10:
+                return OfSystem<int64>(LooseBodyID(), &MassSystem::RelativeTo,
+                                       &MassSystem::SetRelativeTo, AnyID());
+            case 11:
+                return OfEpoch<double>(&AbEpoch::Time, &AbEpoch::SetTime, Number(-99, 99));
+            case 12:
+                return OfEpoch<double>(&AbEpoch::Cutoff, &AbEpoch::SetCutoff, Number(-1, 5) * 3e-4);
+            case 13:
+            case 14: {
+                const int64 id = document_->root.MaxSystemID() + 1;
+                const int64 parent = Number(0, 3) == 0 ? LooseID() : kRootSystemID;
+                MassSystem* system = Number(0, 4) == 0
+                                         ? static_cast<MassSystem*>(NewComposite("Group", id))
+                                         : NewBody("Body", id, Number(0, 9), {1.0 / 3.0, 0.1, 7.0});
+                return std::make_unique<NewSystemCommand>(portal, system, parent);
+            }
+            case 15:
+            case 22:
+                return std::make_unique<DeleteSystemCommand>(portal, LooseID(), AnyID());
+            case 16:
+                return std::make_unique<SetSystemToCommand>(portal, AnyID());
+            case 17:
+                return std::make_unique<NewEpochCommand>(portal);
+            case 18:
+                return std::make_unique<DeleteEpochCommand>(portal, AnyEpoch());
+            case 19: {
+                AbEpoch* target = AnyEpoch();
+                if (target == &document_->root) break;
+                return std::make_unique<SetEpochToCommand>(portal, target);
+            }
+            case 20:
+                // Undoing the renaming of an inherited name makes it the epoch's own, by design.
+                if (focus->NameFromParent())
+                    return OfEpoch<bool>(&AbEpoch::NameFromParent, &AbEpoch::SetNameFromParent,
+                                         false);
+                return std::make_unique<SetEpochNameCommand>(portal, std::to_string(random_()));
+            case 21: {
+                const int32 old = document_->calculator.segmentLength;
+                return std::make_unique<SetCalcIntCommand>(
+                    &document_->calculator, &AbCalculator::SetSegmentLength, Number(1, 99), old);
+            }
+            default:
+                break;
+        }
+        auto macro = std::make_unique<MacroCommand>(2);
+        macro->AddCommand(OfSystem<bool>(AnyID(), &MassSystem::TrailOn, &MassSystem::SetTrailOn,
+                                         Number(0, 1) == 1));
+        macro->AddCommand(std::make_unique<SetSystemToCommand>(portal, AnyID()));
+        return macro;
+    }
+
+private:
+    int32 Number(int32 low, int32 high) {
+        return std::uniform_int_distribution<int32>(low, high)(random_);
+    }
+    DimValue Value() { return {static_cast<double>(Number(-99, 99)), Number(1, 9) * 1.0}; }
+    const VectorQuantity& Quantity() {
+        return Number(0, 1) == 0 ? kPositionQuantity : kVelocityQuantity;
+    }
+
+    int64 IDWhere(const std::function<bool(const MassSystem*)>& wanted) {
+        std::vector<int64> ids{12345};  // one that no system has
+        for (const MassSystem* system : document_->portal.SystemsInIDOrder()) {
+            if (wanted(system)) ids.push_back(system->ID());
+        }
+        return ids[static_cast<std::size_t>(Number(0, static_cast<int32>(ids.size()) - 1))];
+    }
+    // The pair's own bodies stay as they are, so that it moves without rounding.
+    static bool IsLoose(const MassSystem* s) { return s->ID() == 0 || s->ID() > 3; }
+    int64 AnyID() {
+        return IDWhere([](const MassSystem*) { return true; });
+    }
+    int64 LooseID() { return IDWhere(IsLoose); }
+    int64 LooseBodyID() {
+        return IDWhere(
+            [](const MassSystem* s) { return IsLoose(s) && dynamic_cast<const Body*>(s); });
+    }
+    int64 MovableID() { return Number(0, 3) == 0 ? kPairID : LooseBodyID(); }
+    AbEpoch* AnyEpoch() {
+        const auto epochs = document_->Epochs();
+        return epochs[static_cast<std::size_t>(Number(0, static_cast<int32>(epochs.size()) - 1))];
+    }
+
+    template <typename T>
+    std::unique_ptr<LCommand> OfSystem(int64 id, T (MassSystem::*get)() const,
+                                       void (MassSystem::*set)(T), std::type_identity_t<T> value) {
+        return std::make_unique<SetSystemPropertyCommand<T>>(&document_->portal, id, get, set,
+                                                             value, kBodyDataChanged);
+    }
+    template <typename T>
+    std::unique_ptr<LCommand> OfEpoch(T (AbEpoch::*get)() const, void (AbEpoch::*set)(T),
+                                      std::type_identity_t<T> value) {
+        return std::make_unique<SetEpochPropertyCommand<T>>(&document_->portal, get, set, value,
+                                                            kEpochSettingsChanged);
+    }
+
+    TestDocument* document_;
+    std::mt19937 random_;
+};
+
+class RandomEdit : public testing::TestWithParam<uint32> {};
+
+TEST_P(RandomEdit, UndoAndRedoVisitTheSameStates) {
+    constexpr int32 kEdits = 1000;
+    TestDocument document;
+    document.chain.SetMaxUndoLevel(kEdits);
+    RandomEditor editor(&document, GetParam());
+    const auto state = [&] {
+        return std::hash<std::string>{}(document.Snapshot() +
+                                        std::to_string(document.calculator.segmentLength));
+    };
+    std::vector<std::size_t> states{state()};
+    for (int32 i = 0; i < kEdits; i++) {
+        document.Run(editor.NextCommand().release());
+        states.push_back(state());
+    }
+    EXPECT_GT(document.Epochs().size(), 5u);
+    std::size_t depth = kEdits;
+    while (document.chain.CanUndo()) {
+        document.chain.Undo();
+        ASSERT_EQ(state(), states[--depth]) << "undone to " << depth;
+    }
+    EXPECT_EQ(depth, 0u);
+    while (document.chain.CanRedo()) {
+        document.chain.Redo();
+        ASSERT_EQ(state(), states[++depth]) << "redone to " << depth;
+    }
+    EXPECT_EQ(depth, static_cast<std::size_t>(kEdits));
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdit, testing::Values(1u, 2u));
+
+}  // namespace

@@ -1,0 +1,171 @@
+// The undo chain, and the commands that run and bundle others.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "LockingCommand.h"
+#include "MacroCommand.h"
+#include "TestDocument.h"
+
+namespace {
+
+// Writes down what happens to it: "+1" executed, "-1" undone, "~1" deleted.
+class LoggedCommand : public LCommand {
+public:
+    LoggedCommand(std::string* log, int id) : log_(log), name_(std::to_string(id) + " ") {}
+    ~LoggedCommand() override { *log_ += "~" + name_; }
+    void Execute() override { *log_ += "+" + name_; }
+    void Undo() override { *log_ += "-" + name_; }
+
+private:
+    std::string* log_;
+    std::string name_;
+};
+
+class CommitHook : public Observer {
+public:
+    void Changed(int32) override {}
+    bool CommitChanges() override {
+        if (onCommit) onCommit();
+        return false;
+    }
+    std::function<void()> onCommit;
+};
+
+std::string Taken(std::string* log) {
+    return std::exchange(*log, {});
+}
+
+TEST(UndoChain, ANewCommandDropsTheRedoHistory) {
+    std::string log;
+    UndoChain chain;
+    EXPECT_FALSE(chain.CanUndo() || chain.CanRedo());
+    chain.Undo();
+    chain.Redo();
+    for (int i = 1; i <= 3; i++)
+        chain.AddExecuted(new LoggedCommand(&log, i));
+    chain.Undo();
+    chain.Undo();
+    chain.Redo();
+    EXPECT_EQ(Taken(&log), "-3 -2 +2 ");
+    EXPECT_EQ(chain.ExecutedCount(), 2);
+    EXPECT_TRUE(chain.CanRedo());
+    chain.AddExecuted(new LoggedCommand(&log, 4));
+    EXPECT_EQ(Taken(&log), "~3 ");
+    EXPECT_FALSE(chain.CanRedo());
+    EXPECT_EQ(chain.ExecutedCount(), 3);
+}
+
+TEST(UndoChain, KeepsAHundredUnlessToldOtherwise) {
+    std::string log;
+    UndoChain chain;
+    for (int i = 1; i <= 101; i++)
+        chain.AddExecuted(new LoggedCommand(&log, i));
+    EXPECT_EQ(Taken(&log), "~1 ");
+    EXPECT_EQ(chain.ExecutedCount(), 101);
+    int undone = 0;
+    for (; chain.CanUndo(); undone++)
+        chain.Undo();
+    EXPECT_EQ(undone, 100);
+    chain.SetMaxUndoLevel(0);
+    chain.SetMaxUndoLevel(-4);
+    EXPECT_EQ(chain.MaxUndoLevel(), 100);
+}
+
+TEST(UndoChain, ASmallerLevelDropsTheOldestAndKeepsThePositionsIndex) {
+    std::string log;
+    UndoChain chain;
+    for (int i = 1; i <= 6; i++)
+        chain.AddExecuted(new LoggedCommand(&log, i));
+    chain.SetMaxUndoLevel(4);
+    EXPECT_EQ(Taken(&log), "~1 ~2 ");
+    chain.Undo();
+    chain.Undo();
+    chain.Undo();
+    EXPECT_EQ(Taken(&log), "-6 -5 -4 ");
+    chain.SetMaxUndoLevel(3);  // index 1 of 3 4 5 6 becomes index 1 of 4 5 6
+    chain.Redo();
+    EXPECT_EQ(Taken(&log), "~3 +5 ");
+}
+
+TEST(MacroCommand, UndoesInReverse) {
+    std::string log;
+    MacroCommand macro(2);
+    macro.Execute();
+    macro.Undo();
+    macro.AddCommand(std::make_unique<LoggedCommand>(&log, 1));
+    macro.AddCommand(std::make_unique<LoggedCommand>(&log, 2));
+    macro.Execute();
+    macro.Undo();
+    EXPECT_EQ(log, "+1 +2 -2 -1 ");
+}
+
+TEST(LockingCommand, CommitsFirstLocksAndFilesItselfOnce) {
+    std::string log;
+    TestDocument document;
+    CommitHook hook;
+    hook.onCommit = [&] { log += "commit "; };
+    document.portal.AddObserver(&hook);
+    document.Run(new LoggedCommand(&log, 1));
+    EXPECT_EQ(Taken(&log), "commit +1 ");
+    document.chain.Undo();
+    EXPECT_EQ(Taken(&log), "-1 ");
+    document.chain.Redo();
+    EXPECT_EQ(Taken(&log), "commit +1 ");
+    EXPECT_EQ(document.chain.ExecutedCount(), 1);
+    EXPECT_FALSE(document.chain.CanRedo());
+    document.chain.Undo();
+    EXPECT_FALSE(document.chain.CanUndo());
+    document.portal.RemoveObserver(&hook);
+}
+
+TEST(LockingCommand, AOneShotDeletesItselfUnderTheLockAndIsNotFiled) {
+    std::string log;
+    TestDocument document;
+    (new LockingCommand(new LoggedCommand(&log, 1), &document.portal, false))->Execute();
+    EXPECT_EQ(log, "+1 ~1 ");
+    EXPECT_FALSE(document.chain.CanUndo());
+    document.portal.WriteLock();  // was released
+    document.portal.WriteUnlock();
+}
+
+TEST(LockingCommand, APendingEditComesBeforeTheCommand) {
+    std::string log;
+    TestDocument document;
+    CommitHook hook;
+    hook.onCommit = [&] { document.Run(new LoggedCommand(&log, 2)); };
+    document.portal.AddObserver(&hook);
+    document.Run(new LoggedCommand(&log, 1));
+    document.portal.RemoveObserver(&hook);
+    EXPECT_EQ(Taken(&log), "+2 +1 ");
+    document.chain.Undo();
+    document.chain.Undo();
+    EXPECT_EQ(Taken(&log), "-1 -2 ");
+}
+
+// The edit that a redo commits first is new, and a new edit drops the redo history.
+TEST(LockingCommand, APendingEditCancelsTheRedoThatCommitsIt) {
+    std::string log;
+    TestDocument document;
+    document.Run(new LoggedCommand(&log, 1));
+    document.Run(new LoggedCommand(&log, 2));
+    document.chain.Undo();
+    document.chain.Undo();
+    CommitHook hook;
+    hook.onCommit = [&] { document.Run(new LoggedCommand(&log, 3)); };
+    document.portal.AddObserver(&hook);
+    Taken(&log);
+    document.chain.Redo();
+    document.portal.RemoveObserver(&hook);
+    EXPECT_EQ(Taken(&log), "+3 ~1 ~2 ");
+    EXPECT_FALSE(document.chain.CanRedo());
+    EXPECT_EQ(document.chain.ExecutedCount(), 1);
+    document.chain.Undo();
+    EXPECT_EQ(Taken(&log), "-3 ");
+    EXPECT_FALSE(document.chain.CanUndo());
+}
+
+}  // namespace

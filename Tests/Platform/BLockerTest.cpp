@@ -1,0 +1,94 @@
+// The recursive lock: its owner, its timeouts, and what happens to those who wait when it is
+// closed.
+#include "BLocker.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace {
+
+// Runs in another thread and waits for its end.
+template <typename Function>
+void Elsewhere(Function function) {
+    std::thread(function).join();
+}
+
+}  // namespace
+
+TEST(BLocker, IsRecursiveAndKnowsItsOwner) {
+    BLocker locker("Test locker");
+    EXPECT_EQ(locker.Name(), "Test locker");
+    EXPECT_EQ(locker.LockingThread(), -1);
+    EXPECT_TRUE(locker.Lock());
+    EXPECT_EQ(locker.LockWithTimeout(0), B_OK);
+    EXPECT_EQ(locker.CountLocks(), 2);
+    EXPECT_EQ(locker.LockingThread(), find_thread(nullptr));
+    EXPECT_TRUE(locker.IsLocked());
+
+    auto isRefused = [&locker] {
+        EXPECT_FALSE(locker.IsLocked()) << "it means: by the calling thread";
+        EXPECT_EQ(locker.LockWithTimeout(0), B_WOULD_BLOCK);
+        EXPECT_EQ(locker.LockWithTimeout(10'000), B_TIMED_OUT);
+    };
+    Elsewhere(isRefused);
+    locker.Unlock();
+    Elsewhere(isRefused);
+    locker.Unlock();
+    EXPECT_FALSE(locker.IsLocked());
+    Elsewhere([&locker] {
+        EXPECT_EQ(locker.LockWithTimeout(0), B_OK);
+        locker.Unlock();
+    });
+}
+
+TEST(BLocker, ExcludesOtherThreads) {
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 5000;
+    BLocker locker;
+    int counter = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; i++) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < kRounds; round++) {
+                locker.Lock();
+                counter++;
+                if (round % 16 == 0) {
+                    locker.Lock();
+                    counter++;
+                    locker.Unlock();
+                    counter--;
+                }
+                locker.Unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(counter, kThreads * kRounds);
+}
+
+TEST(BLocker, ClosingRefusesAllButTheHolder) {
+    BLocker locker;
+    locker.Lock();
+    std::vector<status_t> results(3, B_OK);
+    std::vector<std::thread> waiters;
+    for (status_t& result : results)
+        waiters.emplace_back([&] { result = locker.LockWithTimeout(B_INFINITE_TIMEOUT); });
+    locker.Close();
+    for (std::thread& waiter : waiters)
+        waiter.join();
+    for (const status_t result : results)
+        EXPECT_EQ(result, B_BAD_SEM_ID);
+    EXPECT_TRUE(locker.Lock());
+    locker.Unlock();
+    locker.Unlock();
+    EXPECT_FALSE(locker.Lock());
+}
+
+TEST(BLockerDeathTest, UnlockingWithoutTheLockStops) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    BLocker locker;
+    EXPECT_DEATH(locker.Unlock(), "Unlock\\(\\) of a BLocker");
+}

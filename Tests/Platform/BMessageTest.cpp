@@ -1,0 +1,441 @@
+#include "BMessage.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <numeric>
+#include <thread>
+
+#include "AllocationPeak.h"
+#include "RecordVectors.h"
+#include "entry_ref.h"
+
+namespace {
+
+TEST(BMessage, WritesTheStoredFormByteForByte) {
+    const BMessage message = VectorMessage();
+    RecordBytes bytes;
+    ASSERT_EQ(message.Flatten(&bytes, BMessage::ByteOrder::kLittleEndian), B_OK);
+    EXPECT_EQ(bytes, ReadVector("archive-le.bin"));
+    EXPECT_EQ(message.FlattenedSize(), bytes.size());
+    ASSERT_EQ(message.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
+    EXPECT_EQ(bytes, ReadVector("archive-be.bin"));
+    const BMessage empty;
+    ASSERT_EQ(empty.Flatten(&bytes, BMessage::ByteOrder::kLittleEndian), B_OK);
+    EXPECT_EQ(bytes, ReadVector("empty-le.bin"));
+    ASSERT_EQ(empty.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
+    EXPECT_EQ(bytes, ReadVector("empty-be.bin"));
+    EXPECT_EQ(empty.Flatten(nullptr), B_BAD_VALUE);
+}
+
+TEST(BMessage, AFieldKeepsItsTypeAndItemSize) {
+    BMessage message;
+    EXPECT_EQ(message.AddInt32("a", 1), B_OK);
+    EXPECT_EQ(message.AddInt64("a", 2), B_BAD_TYPE);
+    EXPECT_EQ(message.AddData("a", B_INT32_TYPE, "12345678", 8), B_BAD_VALUE);
+    EXPECT_EQ(message.AddData("a", B_INT32_TYPE, nullptr, 4), B_BAD_VALUE);
+    EXPECT_EQ(message.AddData("b", B_RAW_TYPE, "", 0), B_BAD_VALUE);
+    EXPECT_EQ(message.AddData("b", B_ANY_TYPE, "1", 1), B_BAD_VALUE);
+    EXPECT_EQ(message.AddInt32(nullptr, 1), B_BAD_VALUE);
+    EXPECT_EQ(message.AddMessage("b", nullptr), B_BAD_VALUE);
+    EXPECT_EQ(message.AddDoubles("b", nullptr, 3), B_BAD_VALUE);
+    const double number = 1;
+    EXPECT_EQ(message.AddDoubles("b", &number, 0), B_BAD_VALUE);
+    EXPECT_EQ(message.AddInt32(std::string(256, 'n').c_str(), 1), B_NAME_TOO_LONG);
+    EXPECT_EQ(message.CountNames(), 1) << "what fails leaves no field behind";
+    EXPECT_EQ(message.AddInt32(std::string(255, 'n').c_str(), 1), B_OK);
+    EXPECT_EQ(message.AddInt32("", 5), B_OK);
+
+    // Whether items have one size is settled by the first; a string of any length may follow.
+    EXPECT_EQ(message.AddData("text", B_STRING_TYPE, "a", 2, false), B_OK);
+    EXPECT_EQ(message.AddData("text", B_STRING_TYPE, "bcd", 4, true), B_OK);
+    std::string text;
+    EXPECT_EQ(message.FindString("text", 1, &text), B_OK);
+    EXPECT_EQ(text, "bcd");
+    int32 a = 0, count = 0;
+    EXPECT_EQ(message.GetInfo("a", nullptr, &count), B_OK);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(message.FindInt32("a", &a), B_OK);
+    EXPECT_EQ(a, 1);
+}
+
+TEST(BMessage, FailedFindsOverwriteTheResult) {
+    BMessage message;
+    ASSERT_EQ(message.AddInt16("short", 1), B_OK);
+    ASSERT_EQ(message.AddData("odd", B_INT32_TYPE, "12", 2), B_OK);
+    int32 number = 9;
+    EXPECT_EQ(message.FindInt32("none", 7, &number), B_NAME_NOT_FOUND);
+    EXPECT_EQ(number, 0);
+    number = 9;
+    EXPECT_EQ(message.FindInt32("short", 7, &number), B_BAD_TYPE) << "the type counts first";
+    EXPECT_EQ(number, 0);
+    int16 little = 9;
+    EXPECT_EQ(message.FindInt16("short", 1, &little), B_BAD_INDEX);
+    EXPECT_EQ(little, 0);
+    EXPECT_EQ(message.FindInt16("short", -1, &little), B_BAD_INDEX);
+    number = 9;
+    EXPECT_EQ(message.FindInt32("odd", &number), B_BAD_DATA);
+    EXPECT_EQ(number, 0);
+    EXPECT_EQ(message.FindInt32("odd", nullptr), B_BAD_VALUE);
+    EXPECT_EQ(message.FindInt32(nullptr, &number), B_BAD_VALUE);
+
+    bool flag = true;
+    EXPECT_EQ(message.FindBool("none", &flag), B_NAME_NOT_FOUND);
+    EXPECT_FALSE(flag);
+    double real = 9;
+    EXPECT_EQ(message.FindDouble("none", &real), B_NAME_NOT_FOUND);
+    EXPECT_EQ(real, 0);
+    BPoint point{1, 2};
+    EXPECT_EQ(message.FindPoint("none", &point), B_NAME_NOT_FOUND);
+    EXPECT_EQ(point, BPoint());
+    BRect rect{1, 2, 3, 4};
+    EXPECT_EQ(message.FindRect("none", &rect), B_NAME_NOT_FOUND);
+    EXPECT_EQ(rect, (BRect{0, 0, -1, -1}));
+    std::string text = "old";
+    EXPECT_EQ(message.FindString("none", &text), B_NAME_NOT_FOUND);
+    EXPECT_EQ(text, "");
+    void* pointer = &message;
+    EXPECT_EQ(message.FindPointer("none", &pointer), B_NAME_NOT_FOUND);
+    EXPECT_EQ(pointer, nullptr);
+    BMessage nested(5);
+    ASSERT_EQ(nested.AddBool("b", true), B_OK);
+    EXPECT_EQ(message.FindMessage("none", &nested), B_NAME_NOT_FOUND);
+    EXPECT_EQ(nested, BMessage());
+    const void* data = &message;
+    std::size_t size = 77;
+    EXPECT_EQ(message.FindData("none", B_RAW_TYPE, 0, &data, &size), B_NAME_NOT_FOUND);
+    EXPECT_EQ(data, nullptr);
+    EXPECT_EQ(size, 77u) << "the size stays";
+    double values[2] = {9, 9};
+    ASSERT_EQ(message.AddDouble("one", 1), B_OK);
+    EXPECT_EQ(message.FindDoubles("one", 0, 2, values), B_BAD_INDEX);
+    EXPECT_EQ(values[0], 0);
+}
+
+TEST(BMessage, ItemsOfSeveralFieldsInTurn) {
+    BMessage message;
+    std::vector<double> reals(1000);
+    std::iota(reals.begin(), reals.end(), 0.5);
+    for (int32 i = 0; i < 1000; i++) {
+        ASSERT_EQ(message.AddInt32("id", i), B_OK);
+        ASSERT_EQ(message.AddString("name", std::to_string(i)), B_OK);
+        ASSERT_EQ(message.AddDouble("r", reals[static_cast<std::size_t>(i)]), B_OK);
+    }
+    ASSERT_EQ(message.AddDoubles("bulk", reals.data(), 400), B_OK);
+    ASSERT_EQ(message.AddDoubles("bulk", reals.data() + 400, 600), B_OK);
+    RecordBytes bytes;
+    ASSERT_EQ(message.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
+    BMessage read;
+    ASSERT_EQ(read.Unflatten(bytes.data(), bytes.size()), B_OK);
+    for (const BMessage& each : {message, read}) {
+        for (int32 i = 0; i < 1000; i += 37) {
+            int32 id = 0;
+            std::string name;
+            EXPECT_EQ(each.FindInt32("id", i, &id), B_OK);
+            EXPECT_EQ(id, i);
+            EXPECT_EQ(each.FindString("name", i, &name), B_OK);
+            EXPECT_EQ(name, std::to_string(i));
+        }
+        for (const char* name : {"r", "bulk"}) {
+            std::vector<double> found(1000);
+            EXPECT_EQ(each.FindDoubles(name, 0, 1000, found.data()), B_OK);
+            EXPECT_EQ(found, reals);
+            EXPECT_EQ(each.FindDoubles(name, 990, 10, found.data()), B_OK);
+            EXPECT_EQ(found[0], 990.5);
+        }
+    }
+}
+
+TEST(BMessage, ReplacingAndRemovingItems) {
+    RecordBytes bytes = ReadVector("archive-le.bin");
+    BMessage stored;
+    ASSERT_EQ(stored.Unflatten(bytes.data(), bytes.size()), B_OK);
+    // The same whether fields are views into stored bytes or were added.
+    for (BMessage message : {VectorMessage(), stored}) {
+        ASSERT_EQ(message.AddString("class", "Thing"), B_OK);
+        EXPECT_EQ(message.ReplaceString("class", "A rather longer name"), B_OK);
+        EXPECT_EQ(message.ReplaceInt64("IDs", 77), B_OK);
+        const int64 last = -5;
+        EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 2, &last, sizeof last), B_OK);
+        EXPECT_EQ(message.ReplaceInt64("none", 1), B_NAME_NOT_FOUND);
+        EXPECT_EQ(message.ReplaceInt32("IDs", 1), B_BAD_TYPE);
+        EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 3, &last, sizeof last), B_BAD_INDEX);
+        EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 0, &last, 4), B_BAD_VALUE);
+        EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 0, nullptr, 8), B_BAD_VALUE);
+        EXPECT_EQ(message.RemoveData("r", 1), B_OK);
+        EXPECT_EQ(message.RemoveData("r", 2), B_BAD_INDEX);
+        EXPECT_EQ(message.RemoveData("r", -1), B_BAD_INDEX);
+        EXPECT_EQ(message.RemoveData("none"), B_NAME_NOT_FOUND);
+        EXPECT_EQ(message.RemoveName("none"), B_NAME_NOT_FOUND);
+        EXPECT_EQ(message.RemoveName("color"), B_OK);
+        EXPECT_EQ(message.RemoveData("fixed"), B_OK);
+        EXPECT_FALSE(message.HasName("fixed")) << "the last item takes the name with it";
+
+        BMessage expected(FourCC("ARCV"));
+        const int64 ids[] = {77, -2, -5};
+        BMessage meta(FourCC("info"));
+        ASSERT_EQ(expected.AddString("class", "A rather longer name"), B_OK);
+        ASSERT_EQ(expected.AddString("class", "Thing"), B_OK);
+        ASSERT_EQ(expected.AddInt64s("IDs", ids, 3), B_OK);
+        ASSERT_EQ(expected.AddDouble("r", 0.0), B_OK);
+        ASSERT_EQ(expected.AddDouble("r", 6.02214076e23), B_OK);
+        ASSERT_EQ(expected.AddPoint("pos", {1.5f, -2.25f}), B_OK);
+        ASSERT_EQ(meta.AddString("name", "Sol"), B_OK);
+        ASSERT_EQ(expected.AddMessage("meta", &meta), B_OK);
+        EXPECT_EQ(message, expected);
+
+        // Removed and added again, a name comes last.
+        EXPECT_EQ(message.RemoveName("IDs"), B_OK);
+        EXPECT_EQ(message.AddInt64("IDs", 1), B_OK);
+        std::string name;
+        EXPECT_EQ(message.GetInfo(B_ANY_TYPE, 4, &name, nullptr), B_OK);
+        EXPECT_EQ(name, "IDs");
+    }
+}
+
+TEST(BMessage, ChangingForeverDoesNotGrowWithoutBound) {
+    BMessage message;
+    ASSERT_EQ(message.AddInt32("keep", 1234), B_OK);
+    ASSERT_EQ(message.AddString("text", ""), B_OK);
+    const std::string large(10000, 'x');
+    (void)TakeLargestAllocation();
+    for (int32 i = 0; i < 2000; i++) {
+        ASSERT_EQ(message.ReplaceString("text", i % 2 == 0 ? large : "short"), B_OK);
+        ASSERT_EQ(message.AddInt32("passing", i), B_OK);
+        ASSERT_EQ(message.RemoveName("passing"), B_OK);
+    }
+    EXPECT_LT(TakeLargestAllocation(), 100000u);
+    int32 keep = 0;
+    std::string text;
+    EXPECT_EQ(message.FindInt32("keep", &keep), B_OK);
+    EXPECT_EQ(keep, 1234);
+    EXPECT_EQ(message.FindString("text", &text), B_OK);
+    EXPECT_EQ(text, "short");
+}
+
+TEST(BMessage, ItsOwnBytesMayBeAdded) {
+    BMessage message;
+    for (int32 i = 0; i < 40; i++) {
+        ASSERT_EQ(message.AddInt32("n", i), B_OK);
+        const void* data = nullptr;
+        std::size_t size = 0;
+        ASSERT_EQ(message.FindData("n", B_INT32_TYPE, i, &data, &size), B_OK);
+        ASSERT_EQ(message.AddData("copy", B_INT32_TYPE, data, size), B_OK);
+        int32 copy = -1;
+        ASSERT_EQ(message.FindInt32("copy", i, &copy), B_OK);
+        ASSERT_EQ(copy, i);
+    }
+}
+
+TEST(BMessage, EnumeratesNamesByType) {
+    const BMessage message = VectorMessage();
+    std::string name;
+    type_code type = 0;
+    int32 count = 0;
+    EXPECT_EQ(message.CountNames(), 7);
+    EXPECT_EQ(message.CountNames(B_DOUBLE_TYPE), 1);
+    EXPECT_EQ(message.GetInfo(B_ANY_TYPE, 2, &name, &type, &count), B_OK);
+    EXPECT_EQ(name, "r");
+    EXPECT_EQ(type, B_DOUBLE_TYPE);
+    EXPECT_EQ(count, 3);
+    EXPECT_EQ(message.GetInfo(B_POINT_TYPE, 0, &name, nullptr), B_OK);
+    EXPECT_EQ(name, "pos");
+    EXPECT_EQ(message.GetInfo(B_POINT_TYPE, 1, &name, nullptr), B_BAD_INDEX);
+    EXPECT_EQ(message.GetInfo(B_RECT_TYPE, 0, &name, nullptr), B_BAD_TYPE);
+    EXPECT_EQ(message.GetInfo(B_ANY_TYPE, 7, &name, nullptr), B_BAD_INDEX);
+    EXPECT_EQ(BMessage().GetInfo(B_ANY_TYPE, 0, &name, nullptr), B_BAD_INDEX);
+    count = 9;
+    EXPECT_EQ(message.GetInfo("none", &type, &count), B_NAME_NOT_FOUND);
+    EXPECT_EQ(count, 0);
+    EXPECT_TRUE(message.HasName("r", B_DOUBLE_TYPE));
+    EXPECT_FALSE(message.HasName("r", B_FLOAT_TYPE));
+    BMessage emptied = message;
+    EXPECT_EQ(emptied.MakeEmpty(), B_OK);
+    EXPECT_TRUE(emptied.IsEmpty());
+    EXPECT_EQ(emptied.what, message.what);
+}
+
+TEST(BMessage, NestedRecordsAreSnapshots) {
+    BMessage inner(1);
+    ASSERT_EQ(inner.AddInt32("n", 1), B_OK);
+    BMessage outer(2);
+    ASSERT_EQ(outer.AddMessage("m", &inner), B_OK);
+    ASSERT_EQ(inner.ReplaceInt32("n", 2), B_OK);
+    ASSERT_EQ(outer.AddMessage("m", &inner), B_OK);
+    ASSERT_EQ(outer.AddMessage("self", &outer), B_OK);
+
+    BMessage found;
+    int32 n = 0;
+    ASSERT_EQ(outer.FindMessage("m", 0, &found), B_OK);
+    EXPECT_EQ(found.FindInt32("n", &n), B_OK);
+    EXPECT_EQ(n, 1);
+    ASSERT_EQ(found.ReplaceInt32("n", 3), B_OK);
+    ASSERT_EQ(outer.FindMessage("m", 0, &found), B_OK);
+    EXPECT_EQ(found.FindInt32("n", &n), B_OK);
+    EXPECT_EQ(n, 1) << "what was found is a copy";
+    ASSERT_EQ(outer.FindMessage("self", &found), B_OK);
+    EXPECT_EQ(found.what, 2u);
+    EXPECT_FALSE(found.HasName("self"));
+    const void* data = nullptr;
+    EXPECT_EQ(outer.FindData("m", B_MESSAGE_TYPE, 0, &data, nullptr), B_NOT_ALLOWED);
+    ASSERT_EQ(outer.RemoveData("m", 0), B_OK);
+    ASSERT_EQ(outer.FindMessage("m", &outer), B_OK) << "into itself";
+    EXPECT_EQ(outer, inner);
+}
+
+TEST(BMessage, NestedRecordsAsObjectsAndAsBytesMix) {
+    BMessage inner(7);
+    ASSERT_EQ(inner.AddString("s", "text"), B_OK);
+    RecordBytes bytes;
+    ASSERT_EQ(inner.Flatten(&bytes), B_OK);
+    BMessage objects, stored;
+    ASSERT_EQ(objects.AddMessage("m", &inner), B_OK);
+    ASSERT_EQ(objects.AddData("m", B_MESSAGE_TYPE, bytes.data(), bytes.size(), false), B_OK);
+    ASSERT_EQ(stored.AddData("m", B_MESSAGE_TYPE, bytes.data(), bytes.size(), false), B_OK);
+    ASSERT_EQ(stored.AddMessage("m", &inner), B_OK);
+    EXPECT_EQ(objects, stored);
+    EXPECT_EQ(objects.AddData("m", B_MESSAGE_TYPE, "junk", 4, false), B_NOT_A_MESSAGE);
+    BMessage found;
+    for (int32 i = 0; i < 2; i++) {
+        ASSERT_EQ(objects.FindMessage("m", i, &found), B_OK);
+        EXPECT_EQ(found, inner);
+        ASSERT_EQ(stored.FindMessage("m", i, &found), B_OK);
+        EXPECT_EQ(found, inner);
+    }
+}
+
+// Copies share nested records; threads that use one copy each must not notice (run under TSan).
+TEST(BMessage, CopiesInSeveralThreads) {
+    BMessage system;
+    for (int32 i = 0; i < 50; i++)
+        ASSERT_EQ(system.AddMessage("children", VectorMessage()), B_OK);
+    auto shared = std::make_unique<const BMessage>(system);
+    std::vector<std::thread> threads;
+    for (int32 t = 0; t < 4; t++) {
+        threads.emplace_back([t, copy = *shared]() mutable {
+            BMessage child;
+            for (int32 i = 0; i < 50; i++) {
+                EXPECT_EQ(copy.FindMessage("children", i, &child), B_OK);
+                EXPECT_EQ(child.ReplaceInt64("IDs", t), B_OK);
+            }
+            RecordBytes bytes;
+            EXPECT_EQ(copy.Flatten(&bytes), B_OK);
+            EXPECT_EQ(copy.RemoveName("children"), B_OK);
+        });
+    }
+    shared.reset();
+    system = BMessage();
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(BMessage, ReferencesToFiles) {
+    BMessage message;
+    const entry_ref file{0xFFFFFFFE, 0x0102030405060708, "file"};
+    ASSERT_EQ(message.AddRef("refs", &file), B_OK);
+    const entry_ref none;
+    ASSERT_EQ(message.AddRef("refs", &none), B_OK);
+    const entry_ref unstorable{int64{1} << 40, 1, "x"};
+    EXPECT_EQ(message.AddRef("refs", &unstorable), B_BAD_VALUE);
+    EXPECT_EQ(message.AddRef("refs", nullptr), B_BAD_VALUE);
+    RecordBytes bytes;
+    ASSERT_EQ(message.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
+    ASSERT_EQ(message.Unflatten(bytes.data(), bytes.size()), B_OK);
+    entry_ref found;
+    EXPECT_EQ(message.FindRef("refs", &found), B_OK);
+    EXPECT_EQ(found, file);
+    EXPECT_EQ(message.FindRef("refs", 1, &found), B_OK);
+    EXPECT_EQ(found, none);
+
+    ASSERT_EQ(message.AddData("short", B_REF_TYPE, "12345678901", 11, false), B_OK);
+    found = file;
+    EXPECT_EQ(message.FindRef("short", &found), B_BAD_DATA);
+    EXPECT_EQ(found, none);
+    BMessage stored;
+    const RecordBytes all = ReadVector("alltypes-le.bin");
+    ASSERT_EQ(stored.Unflatten(all.data(), all.size()), B_OK);
+    EXPECT_EQ(stored.FindRef("ref", &found), B_OK);
+    EXPECT_EQ(found, (entry_ref{3, 0x0102030405060708, "file"}));
+    EXPECT_EQ(stored.FindRef("ref", 1, &found), B_OK);
+    EXPECT_EQ(found, none);
+}
+
+TEST(BMessage, EqualityLooksAtContentOnly) {
+    const BMessage message = VectorMessage();
+    const auto differs = [&](auto change) {
+        BMessage other = message;
+        change(other);
+        return !(message == other) && !(other == message);
+    };
+    EXPECT_FALSE(differs([](BMessage&) {}));
+    EXPECT_TRUE(differs([](BMessage& m) { m.what++; }));
+    EXPECT_TRUE(differs([](BMessage& m) { (void)m.ReplaceBool("fixed", false); }));
+    EXPECT_TRUE(differs([](BMessage& m) { (void)m.RemoveData("r", 2); }));
+    EXPECT_TRUE(differs([](BMessage& m) { (void)m.AddInt32("more", 1); }));
+    EXPECT_TRUE(differs([](BMessage& m) {
+        BMessage meta;
+        (void)m.FindMessage("meta", &meta);
+        (void)meta.ReplaceString("name", "Sal");
+        (void)m.RemoveName("meta");
+        (void)m.AddMessage("meta", &meta);
+    }));
+    // The order of the fields counts.
+    EXPECT_TRUE(differs([](BMessage& m) {
+        (void)m.RemoveName("class");
+        (void)m.AddString("class", "Body");
+    }));
+    // Items that vary in size where others do not: resource compilers write all numbers so.
+    BMessage fixed, varying;
+    const int32 n = 5;
+    ASSERT_EQ(fixed.AddInt32("n", n), B_OK);
+    ASSERT_EQ(varying.AddData("n", B_INT32_TYPE, &n, sizeof n, false), B_OK);
+    EXPECT_EQ(fixed, varying);
+    int32 found = 0;
+    EXPECT_EQ(varying.FindInt32("n", &found), B_OK);
+    EXPECT_EQ(found, n);
+    RecordBytes bytes;
+    ASSERT_EQ(varying.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
+    BMessage read;
+    ASSERT_EQ(read.Unflatten(bytes.data(), bytes.size()), B_OK);
+    EXPECT_EQ(read, fixed);
+}
+
+TEST(BMessage, TextShowsEveryField) {
+    BMessage message = VectorMessage();
+    ASSERT_EQ(message.AddData("own", FourCC("Body"), "\x01\xab", 2), B_OK);
+    ASSERT_EQ(message.AddString("quoted", "a \"b\"\n\x01"), B_OK);
+    ASSERT_EQ(message.AddDouble("third", 1.0 / 3.0), B_OK);
+    ASSERT_EQ(message.AddDouble("limit", std::numeric_limits<double>::infinity()), B_OK);
+    ASSERT_EQ(message.AddFloat("tenth", 0.1f), B_OK);
+    ASSERT_EQ(message.AddData("damaged", B_INT32_TYPE, "\x01\x02\x03", 3), B_OK);
+    ASSERT_EQ(message.AddData("bad", B_MESSAGE_TYPE, "junk", 4, false), B_OK);
+    ASSERT_EQ(message.AddMessage("none", BMessage()), B_OK);
+    EXPECT_EQ(message.ToText(), R"(message 'ARCV' {
+    string "class" = "Body"
+    int64 "IDs"[0] = 1
+    int64 "IDs"[1] = -2
+    int64 "IDs"[2] = 81985529216486895
+    double "r"[0] = 0
+    double "r"[1] = -1.5
+    double "r"[2] = 6.02214076e+23
+    bool "fixed" = true
+    color "color" = 255, 128, 0, 255
+    point "pos" = 1.5, -2.25
+    message "meta" = 'info' {
+        string "name" = "Sol"
+    }
+    'Body' "own" = $"01ab"
+    string "quoted" = "a \"b\"\n\x01"
+    double "third" = 0.3333333333333333
+    double "limit" = inf
+    float "tenth" = 0.1
+    int32 "damaged" = $"010203"
+    message "bad" = $"6a756e6b"
+    message "none" = 0x00000000 {
+    }
+}
+)");
+}
+
+}  // namespace

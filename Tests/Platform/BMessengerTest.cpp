@@ -1,0 +1,242 @@
+// Messengers: what they name, waiting for room in a port, and answers.
+#include "BMessenger.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "AppDefs.h"
+#include "BLooper.h"
+#include "BMessage.h"
+#include "TestLooper.h"
+
+namespace {
+
+constexpr uint32 kAsk = FourCC("ask?");
+constexpr uint32 kAnswer = FourCC("answ");
+constexpr bigtime_t kShort = 20'000;
+
+status_t StatusOf(const BHandler* handler, const BLooper* looper) {
+    status_t status = B_ERROR;
+    const BMessenger messenger(handler, looper, &status);
+    EXPECT_EQ(messenger.IsValid(), status == B_OK);
+    return status;
+}
+
+}  // namespace
+
+TEST(BMessenger, NamesAHandlerOrALooper) {
+    auto* const looper = new TestLooper;
+    auto* const other = new TestLooper;
+    BHandler handler;
+    EXPECT_FALSE(BMessenger().IsValid());
+    EXPECT_EQ(StatusOf(nullptr, nullptr), B_BAD_VALUE);
+    EXPECT_EQ(StatusOf(&handler, nullptr), B_MISMATCHED_VALUES);
+    looper->AddHandler(&handler);
+    EXPECT_EQ(StatusOf(&handler, nullptr), B_OK);
+    EXPECT_EQ(StatusOf(&handler, looper), B_OK);
+    EXPECT_EQ(StatusOf(&handler, other), B_MISMATCHED_VALUES);
+    EXPECT_EQ(StatusOf(nullptr, looper), B_OK);
+
+    const BMessenger toHandler(&handler);
+    const BMessenger toPreferred(nullptr, looper);
+    EXPECT_TRUE(toHandler == BMessenger(&handler, looper));
+    EXPECT_FALSE(toHandler == toPreferred);
+    EXPECT_FALSE(toPreferred == BMessenger(nullptr, other));
+
+    looper->RemoveHandler(&handler);
+    EXPECT_TRUE(toHandler.IsValid()) << "its looper still lives";
+    EXPECT_EQ(toHandler.SendMessage(kAsk), B_OK) << "and drops the message in silence";
+    looper->Quit();
+    EXPECT_FALSE(toHandler.IsValid());
+    EXPECT_EQ(toHandler.SendMessage(kAsk), B_BAD_PORT_ID);
+    EXPECT_EQ(StatusOf(nullptr, looper), B_BAD_VALUE);
+    const BMessage message(kAsk);
+    BMessage reply;
+    EXPECT_EQ(BMessenger().SendMessage(&message, &reply), B_BAD_PORT_ID);
+    other->Quit();
+}
+
+TEST(BMessenger, TravelsInRecords) {
+    auto* const looper = new TestLooper;
+    const BMessenger target(looper);
+    BMessage record;
+    EXPECT_EQ(record.AddMessenger("target", target), B_OK);
+    std::vector<std::byte> stored;
+    ASSERT_EQ(record.Flatten(&stored, BMessage::ByteOrder::kBigEndian), B_OK);
+    BMessage copy;
+    ASSERT_EQ(copy.Unflatten(stored.data(), stored.size()), B_OK);
+    BMessenger found;
+    EXPECT_EQ(copy.FindMessenger("target", &found), B_OK);
+    EXPECT_TRUE(found == target);
+    EXPECT_TRUE(found.IsValid());
+    EXPECT_EQ(copy.FindMessenger("nobody", &found), B_NAME_NOT_FOUND);
+    EXPECT_FALSE(found.IsValid());
+
+    // The same numbers from another process name nobody here.
+    const void* item = nullptr;
+    std::size_t size = 0;
+    ASSERT_EQ(record.FindData("target", B_MESSENGER_TYPE, 0, &item, &size), B_OK);
+    ASSERT_EQ(size, 24u);
+    std::vector<std::byte> foreign(size);
+    std::copy_n(static_cast<const std::byte*>(item), size, foreign.begin());
+    foreign[8] ^= std::byte{1};
+    ASSERT_EQ(record.ReplaceData("target", B_MESSENGER_TYPE, 0, foreign.data(), size), B_OK);
+    EXPECT_EQ(record.FindMessenger("target", &found), B_OK);
+    EXPECT_FALSE(found.IsValid());
+    looper->Quit();
+}
+
+TEST(BMessenger, WaitsForRoomInThePort) {
+    auto* const looper = new TestLooper(2);
+    const auto log = looper->Log();
+    const BMessenger target(looper);
+    const BMessage message(kAsk);
+    BMessage reply;
+    EXPECT_EQ(target.SendMessage(&message, bigtime_t{0}), B_OK);
+    EXPECT_EQ(target.SendMessage(&message), B_OK);
+    EXPECT_EQ(target.SendMessage(&message, bigtime_t{0}), B_WOULD_BLOCK);
+    EXPECT_EQ(target.SendMessage(&message, kShort), B_TIMED_OUT);
+    EXPECT_EQ(target.SendMessage(&message, &reply, 0, B_INFINITE_TIMEOUT), B_WOULD_BLOCK);
+    EXPECT_EQ(target.SendMessage(&message, &reply, kShort, B_INFINITE_TIMEOUT), B_TIMED_OUT);
+    EXPECT_EQ(target.SendMessage(static_cast<const BMessage*>(nullptr)), B_BAD_VALUE);
+
+    std::thread patient([&target] { EXPECT_EQ(target.SendMessage(kAnswer), B_OK); });
+    looper->Run();
+    patient.join();
+    QuitFromHere(looper);
+    EXPECT_EQ(log->Whats(), (std::vector<uint32>{kAsk, kAsk, kAnswer}));
+}
+
+TEST(BMessenger, BlockedSendersLearnOfTheEnd) {
+    auto* const looper = new TestLooper(1);
+    const BMessenger target(looper);
+    EXPECT_EQ(target.SendMessage(kAsk), B_OK);
+    std::vector<std::thread> senders;
+    for (int i = 0; i < 3; i++)
+        senders.emplace_back([&target] { EXPECT_EQ(target.SendMessage(kAsk), B_BAD_PORT_ID); });
+    looper->Quit();
+    for (std::thread& sender : senders)
+        sender.join();
+}
+
+TEST(BMessenger, BringsTheAnswer) {
+    auto* const looper = new TestLooper;
+    looper->SetAction([looper](BMessage* message) {
+        EXPECT_EQ(looper->CurrentMessage(), message);
+        int32 number = 0;
+        message->FindInt32("number", &number);
+        BMessage answer(kAnswer);
+        answer.AddInt32("number", number + 1);
+        const bool isAwaited = number >= 0;
+        EXPECT_EQ(looper->SendReply(answer), isAwaited ? B_OK : B_BAD_REPLY);
+        EXPECT_EQ(looper->SendReply(answer), isAwaited ? B_DUPLICATE_REPLY : B_BAD_REPLY);
+    });
+    looper->Run();
+    const BMessenger target(looper);
+    std::vector<std::thread> askers;
+    for (int asker = 0; asker < 3; asker++) {
+        askers.emplace_back([&target, asker] {
+            for (int32 i = 0; i < 100; i++) {
+                BMessage question(kAsk);
+                question.AddInt32("number", asker * 1000 + i);
+                BMessage answer;
+                int32 number = 0;
+                ASSERT_EQ(target.SendMessage(&question, &answer), B_OK);
+                EXPECT_EQ(answer.what, kAnswer);
+                EXPECT_EQ(answer.FindInt32("number", &number), B_OK);
+                EXPECT_EQ(number, asker * 1000 + i + 1);
+            }
+        });
+    }
+    BMessage notAQuestion(kAsk);
+    notAQuestion.AddInt32("number", -1);
+    EXPECT_EQ(target.SendMessage(&notAQuestion), B_OK);
+    for (std::thread& asker : askers)
+        asker.join();
+    ASSERT_TRUE(looper->Lock());
+    EXPECT_EQ(looper->CurrentMessage(), nullptr);
+    EXPECT_EQ(looper->SendReply(BMessage(kAnswer)), B_BAD_REPLY);
+    looper->Quit();
+}
+
+TEST(BMessenger, UnansweredMessageGivesNoReply) {
+    const BMessage question(kAsk);
+    BMessage reply;
+    auto* looper = new TestLooper;
+    looper->Run();
+    EXPECT_EQ(BMessenger(looper).SendMessage(&question, &reply), B_OK);
+    EXPECT_EQ(reply.what, B_NO_REPLY) << "handled, not answered";
+
+    // A looper that refuses to quit answers; one that quits is gone before it could.
+    const BMessage quit(B_QUIT_REQUESTED);
+    EXPECT_EQ(BMessenger(looper).SendMessage(&quit, &reply), B_OK);
+    EXPECT_EQ(reply.what, B_NO_REPLY);
+
+    looper = new TestLooper;
+    looper->SetQuitAnswer(false);
+    looper->Run();
+    bool result = true;
+    EXPECT_EQ(BMessenger(looper).SendMessage(&quit, &reply), B_OK);
+    EXPECT_EQ(reply.what, B_REPLY);
+    EXPECT_EQ(reply.FindBool("result", &result), B_OK);
+    EXPECT_FALSE(result);
+    QuitFromHere(looper);
+}
+
+TEST(BMessenger, UnreadMessageGivesNoReplyWhenThePortCloses) {
+    MessagePort port(1);
+    const auto slot = std::make_shared<ReplySlot>();
+    const BMessage question(kAsk);
+    ASSERT_EQ(port.Put(std::make_unique<Delivery>(question, 1, slot), 0), B_OK);
+    BMessage reply;
+    EXPECT_TRUE(slot->IsAwaited());
+    port.Close();
+    EXPECT_EQ(slot->Wait(&reply, 0), B_OK);
+    EXPECT_EQ(reply.what, B_NO_REPLY);
+}
+
+TEST(BMessenger, AnswerThatComesTooLateIsRefused) {
+    auto* const looper = new TestLooper;
+    std::unique_ptr<Delivery> detached;
+    looper->SetAction([&](BMessage*) { detached = looper->DetachCurrentMessage(); });
+    looper->Run();
+    const BMessenger target(looper);
+    const BMessage question(kAsk);
+    BMessage reply;
+    looper->Hold();
+    EXPECT_EQ(target.SendMessage(&question, &reply, B_INFINITE_TIMEOUT, 0), B_WOULD_BLOCK);
+    EXPECT_EQ(target.SendMessage(&question, &reply, B_INFINITE_TIMEOUT, kShort), B_TIMED_OUT);
+    looper->ReleaseHold();
+    QuitFromHere(looper);
+    ASSERT_NE(detached, nullptr);
+    EXPECT_FALSE(detached->IsSourceWaiting());
+    EXPECT_EQ(detached->SendReply(BMessage(kAnswer)), B_BAD_PORT_ID);
+}
+
+TEST(BMessenger, DetachedMessageIsAnsweredLaterByAnyone) {
+    auto* const looper = new TestLooper;
+    std::unique_ptr<Delivery> detached;
+    const sem_id isDetached = create_sem(0, "is detached");
+    looper->SetAction([&](BMessage*) {
+        detached = looper->DetachCurrentMessage();
+        release_sem(isDetached);
+    });
+    looper->Run();
+    const BMessenger target(looper);
+    const BMessage question(kAsk);
+    for (const bool isAnswered : {true, false}) {
+        BMessage reply;
+        std::thread asker([&] { EXPECT_EQ(target.SendMessage(&question, &reply), B_OK); });
+        acquire_sem(isDetached);
+        ASSERT_NE(detached, nullptr);
+        EXPECT_EQ(detached->Message()->what, kAsk);
+        EXPECT_TRUE(detached->IsSourceWaiting());
+        if (isAnswered) detached->SendReply(BMessage(kAnswer));
+        detached.reset();
+        asker.join();
+        EXPECT_EQ(reply.what, isAnswered ? kAnswer : B_NO_REPLY);
+    }
+    QuitFromHere(looper);
+    delete_sem(isDetached);
+}

@@ -1,0 +1,144 @@
+// Spawned threads: their start, end, result, names and identifiers; the clocks and the debugger
+// stop.
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "OS.h"
+
+namespace {
+
+struct Observed {
+    std::atomic<bool> hasRun{false};
+    thread_id self = 0;
+    std::string systemName;
+    int nice = 0;
+    sem_id started = create_sem(0, "started");
+    sem_id mayEnd = create_sem(0, "may end");
+    ~Observed() {
+        delete_sem(started);
+        delete_sem(mayEnd);
+    }
+};
+
+int32 Observe(void* argument) {
+    auto* const seen = static_cast<Observed*>(argument);
+    seen->hasRun = true;
+    seen->self = find_thread(nullptr);
+    char name[32] = {};
+    pthread_getname_np(pthread_self(), name, sizeof name);
+    seen->systemName = name;
+    seen->nice = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+    release_sem(seen->started);
+    acquire_sem(seen->mayEnd);
+    return 77;
+}
+
+int32 ReturnArgument(void* argument) {
+    return *static_cast<int32*>(argument);
+}
+
+struct SetsAtEnd {
+    bool& flag;
+    ~SetsAtEnd() { flag = true; }
+};
+
+void LeaveFromWithin(bool& wasUnwound) {
+    const SetsAtEnd guard{wasUnwound};
+    exit_thread(5);
+}
+
+int32 ExitEarly(void* argument) {
+    LeaveFromWithin(*static_cast<bool*>(argument));
+    return 6;
+}
+
+}  // namespace
+
+TEST(Thread, WaitsForResumeAndGivesItsResult) {
+    Observed seen;
+    const thread_id thread =
+        spawn_thread(Observe, "A name of more than 15 letters", B_LOW_PRIORITY, &seen);
+    ASSERT_GT(thread, 0);
+    EXPECT_FALSE(seen.hasRun);
+    EXPECT_EQ(resume_thread(thread), B_OK);
+    EXPECT_EQ(acquire_sem(seen.started), B_OK);
+    EXPECT_EQ(resume_thread(thread), B_BAD_THREAD_STATE);
+
+    EXPECT_EQ(seen.self, thread);
+    EXPECT_EQ(seen.systemName, "A name of more ");
+    EXPECT_GE(seen.nice, B_NORMAL_PRIORITY - B_LOW_PRIORITY);
+    EXPECT_EQ(find_thread("A name of more than 15 letters"), thread);
+
+    release_sem(seen.mayEnd);
+    status_t result = B_OK;
+    EXPECT_EQ(wait_for_thread(thread, &result), B_OK);
+    EXPECT_EQ(result, 77);
+    EXPECT_EQ(find_thread("A name of more than 15 letters"), B_NAME_NOT_FOUND);
+    EXPECT_EQ(wait_for_thread(thread, &result), B_BAD_THREAD_ID);
+    EXPECT_EQ(resume_thread(thread), B_BAD_THREAD_ID);
+}
+
+TEST(Thread, WaitingResumesAndServesEveryWaiter) {
+    Observed seen;
+    const thread_id thread = spawn_thread(Observe, "observed", B_NORMAL_PRIORITY, &seen);
+    std::vector<status_t> results(3, B_ERROR);
+    std::vector<std::thread> waiters;
+    for (status_t& result : results)
+        waiters.emplace_back([&result, thread] { wait_for_thread(thread, &result); });
+    acquire_sem(seen.started);
+    release_sem(seen.mayEnd);
+    for (std::thread& waiter : waiters)
+        waiter.join();
+    // A waiter that came after all others were served finds the thread forgotten.
+    for (const status_t result : results)
+        EXPECT_TRUE(result == 77 || result == B_ERROR);
+    EXPECT_EQ(wait_for_thread(thread, nullptr), B_BAD_THREAD_ID);
+}
+
+TEST(Thread, ExitUnwindsTheStack) {
+    bool wasUnwound = false;
+    status_t result = B_OK;
+    const thread_id thread = spawn_thread(ExitEarly, "early", B_NORMAL_PRIORITY, &wasUnwound);
+    EXPECT_EQ(wait_for_thread(thread, &result), B_OK);
+    EXPECT_EQ(result, 5);
+    EXPECT_TRUE(wasUnwound);
+}
+
+TEST(Thread, IdentifiersAreNeverUsedTwice) {
+    std::set<thread_id> identifiers{find_thread(nullptr)};
+    EXPECT_EQ(find_thread(nullptr), *identifiers.begin());
+    for (int32 i = 0; i < 20; i++) {
+        const thread_id spawned = spawn_thread(ReturnArgument, "short", B_NORMAL_PRIORITY, &i);
+        status_t result = B_ERROR;
+        EXPECT_EQ(wait_for_thread(spawned, &result), B_OK);
+        EXPECT_EQ(result, i);
+        thread_id foreign = 0;  // of a thread that the kit did not start
+        std::thread([&] { foreign = find_thread(nullptr); }).join();
+        EXPECT_TRUE(identifiers.insert(spawned).second);
+        EXPECT_TRUE(identifiers.insert(foreign).second);
+    }
+}
+
+TEST(Clock, RunsInMicroseconds) {
+    using std::chrono::microseconds;
+    const bigtime_t start = system_time();
+    EXPECT_EQ(snooze(3000), B_OK);
+    EXPECT_GE(system_time() - start, 3000);
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const bigtime_t expected = std::chrono::duration_cast<microseconds>(now).count();
+    EXPECT_NEAR(static_cast<double>(real_time_clock_usecs() - expected), 0.0, 60e6);
+}
+
+TEST(DebuggerDeathTest, PrintsItsTextAndStops) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(debugger("Found a mistake."), "Found a mistake\\.");
+}

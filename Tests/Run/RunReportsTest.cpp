@@ -1,0 +1,153 @@
+// What a run computes and writes.
+#include <cmath>
+#include <set>
+
+#include "ProgramRun.h"
+#include "RunFixture.h"
+#include "SimulationDocument.h"
+
+namespace {
+
+class RunReports : public RunFixture {
+protected:
+    // The rows that the options make; the program must have succeeded.
+    std::vector<CsvRow> Rows(std::vector<std::string> arguments) {
+        arguments.insert(arguments.end(), {"-q", "--csv", Path("out.csv"), document_});
+        const Outcome outcome = RunProgram(arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out + outcome.err, "");
+        return ParseCsv(Get(Path("out.csv")));
+    }
+
+    const std::string document_ = PutDocument("document", *TestSystem());
+};
+
+TEST_F(RunReports, RowsAreTheBodiesInMassOrderFromTheStartOn) {
+    const std::vector<CsvRow> rows = Rows({"--steps", "250"});
+    ASSERT_EQ(rows.size(), 251u * 4);
+    const int64 ids[] = {5, 2, 1, 0};
+    for (std::size_t i = 0; i < rows.size(); i++) {
+        EXPECT_EQ(rows[i].report, static_cast<int64>(i / 4));
+        EXPECT_EQ(rows[i].id, ids[i % 4]);
+    }
+    EXPECT_EQ(rows[0].name, "Sun, \"Sol\"");
+    EXPECT_EQ(rows[0].time, 1000.0);
+    // The centre of mass is at rest at the origin already in report 0.
+    const double gm[] = {1.32712440018e20, 4e15, 4e13, 0.0};
+    for (std::size_t k = 0; k < 6; k++) {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < 4; i++)
+            sum += gm[i] / gm[0] * rows[i].values[k];
+        EXPECT_NEAR(sum, 0.0, k < 3 ? 1e-4 : 1e-10);
+    }
+    for (std::size_t i = 4; i < rows.size(); i += 4)
+        EXPECT_GT(rows[i].time, rows[i - 4].time);
+}
+
+TEST_F(RunReports, BitsDependOnNothingButTheDocument) {
+    Rows({"--steps", "400"});
+    const std::string once = Get(Path("out.csv"));
+    Rows({"--steps", "400", "--threads", "2"});
+    EXPECT_EQ(Get(Path("out.csv")), once);
+    // A slow reader makes other batches.
+    const Outcome outcome =
+        RunProgram({"--steps", "400", "--csv", "-", "-q", "--threads", "1", document_});
+    EXPECT_EQ(outcome.out, once);
+}
+
+TEST_F(RunReports, NumbersReadBackToTheSameBits) {
+    const std::vector<CsvRow> rows = Rows({"--steps", "77", "--save", Path("saved")});
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(GetRecord(Path("saved"))).Failed());
+    std::size_t i = rows.size() - 4;
+    EXPECT_EQ(rows[i].time, document.Portal()->FocusEpoch()->Time());
+    for (const Body* body : document.Portal()->BodiesInMassOrder()) {
+        const double(&values)[6] = rows[i++].values;
+        EXPECT_EQ((ThreeVector{values[0], values[1], values[2]}), body->Position());
+        EXPECT_EQ((ThreeVector{values[3], values[4], values[5]}), body->Velocity());
+    }
+}
+
+TEST_F(RunReports, EveryNthAndAlwaysTheLast) {
+    const std::vector<CsvRow> all = Rows({"--steps", "250"});
+    for (const auto& [steps, every, wanted] :
+         {std::tuple{"250", "100", std::set<int64>{0, 100, 200, 250}},
+          std::tuple{"200", "100", std::set<int64>{0, 100, 200}},
+          std::tuple{"7", "1000", std::set<int64>{0, 7}},
+          std::tuple{"1", "1", std::set<int64>{0, 1}}}) {
+        std::vector<CsvRow> expected;
+        for (const CsvRow& row : all)
+            if (wanted.contains(row.report)) expected.push_back(row);
+        EXPECT_EQ(Rows({"--steps", steps, "--every", every}), expected) << steps << ' ' << every;
+    }
+}
+
+TEST_F(RunReports, ForStopsAtTheFirstReportAtOrPastTheTime) {
+    const std::vector<CsvRow> rows = Rows({"--for", "5 dy"});
+    const double goal = 1000.0 + 5 * 86400.0;
+    ASSERT_GT(rows.size(), 8u);
+    EXPECT_GE(rows.back().time, goal);
+    EXPECT_LT(rows[rows.size() - 8].time, goal);
+    EXPECT_EQ(Rows({"-f", "432000"}), rows);
+    EXPECT_EQ(Rows({"--for=120 hr"}), rows);
+    EXPECT_EQ(Rows({"--for", "5 Days", "--steps", "1000000"}), rows);
+    // Whichever comes first.
+    EXPECT_EQ(Rows({"--for", "5 dy", "-n3"}).back().report, 3);
+}
+
+TEST_F(RunReports, OverridesAreSavedWithTheNewEpoch) {
+    Rows({"--steps", "5", "--cutoff", "1e-8", "--order", "3", "--save", Path("saved")});
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(GetRecord(Path("saved"))).Failed());
+    const AbEpoch* focus = document.Portal()->FocusEpoch();
+    EXPECT_EQ(focus->Cutoff(), 1e-8);
+    EXPECT_EQ(focus->Order(), 3);
+    EXPECT_EQ(focus->Parent()->Cutoff(), 1e-11);
+    EXPECT_EQ(focus->Parent()->Order(), 4);
+    // Said aloud, and not when quiet.
+    const Outcome outcome = RunProgram({"--steps", "5", document_, "--order=2"});
+    EXPECT_NE(outcome.err.find("order 2"), std::string::npos);
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(RunReports, SummaryTellsTheRun) {
+    const Outcome outcome = RunProgram({"--steps", "300", "--json", document_});
+    ASSERT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    const std::string& json = outcome.out;
+    EXPECT_EQ(Member(json, "steps"), "300");
+    EXPECT_EQ(Member(json, "bodies"), "4");
+    EXPECT_EQ(Member(json, "massive_bodies"), "3");
+    EXPECT_EQ(Member(json, "start_time_s"), "1e+03");
+    EXPECT_EQ(Member(json, "ending"), "\"done\"");
+    EXPECT_LT(std::fabs(std::stod(Member(json, "relative_energy_error"))), 1e-9);
+    EXPECT_LT(std::stod(Member(json, "relative_momentum_drift")), 1e-12);
+    EXPECT_LT(std::stod(Member(json, "relative_angular_momentum_drift")), 1e-9);
+    EXPECT_EQ(Member(json, "sha256").size(), 66u);
+    // The same run for people.
+    const Outcome text = RunProgram({"--steps", "300", document_});
+    EXPECT_NE(text.out.find(Member(json, "sha256").substr(1, 64)), std::string::npos);
+    EXPECT_NE(text.out.find("300"), std::string::npos);
+}
+
+TEST_F(RunReports, ACollisionEndsTheRun) {
+    const std::unique_ptr<Epoch> epoch = TestSystem();
+    epoch->SystemFromID(1)->SetRadius(1e7);
+    epoch->SystemFromID(1)->SetPosition({1e8 - 1e11, 1e9, 0});
+    epoch->SystemFromID(1)->SetVelocity({-1e4, -3.5e4, 0});
+    const std::string colliding = PutDocument("colliding", *epoch);
+    const Outcome outcome = RunProgram(
+        {"--steps", "1000000", "--json", "--csv", Path("out.csv"), "--every", "7", colliding});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(Member(outcome.out, "ending"), "\"collision\"");
+    EXPECT_EQ(Member(outcome.out, "lighter"), "\"Light\"");
+    EXPECT_EQ(Member(outcome.out, "heavier"), "\"Heavy\"");
+    // The last state stands there once, under its own number.
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("out.csv")));
+    EXPECT_EQ(std::to_string(rows.back().report), Member(outcome.out, "steps"));
+    EXPECT_GT(rows.back().time, rows[rows.size() - 5].time);
+    EXPECT_NE(RunProgram({colliding, "-n", "1000000"}).out.find("\"Heavy\" and \"Light\""),
+              std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,178 @@
+// Documents that a run writes, and how runs are stopped.
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <utility>
+
+#include "ProgramRun.h"
+#include "RunControlView.h"
+#include "RunFixture.h"
+#include "SampleDocument.h"
+
+namespace {
+
+class RunSave : public RunFixture {
+protected:
+    const std::string document_ = PutDocument("document", *TestSystem());
+};
+
+// Disc full, as far as a process can have that for itself.
+void LimitFileSize(rlim_t bytes) {
+    const rlimit limit{bytes, bytes};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+TEST_F(RunSave, TheNewEpochStandsBelowTheOldOneAndInFocus) {
+    ASSERT_EQ(RunProgram({"-q", "-n", "50", "-o", Path("saved"), document_}).status, 0);
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(GetRecord(Path("saved"))).Failed());
+    const AbEpoch* focus = document.Portal()->FocusEpoch();
+    const AbEpoch* start = document.Root()->ChildAt(0);
+    EXPECT_EQ(document.Root()->CountChildren(), 1);
+    EXPECT_EQ(focus->Parent(), start);
+    EXPECT_EQ(focus->Name(), "Start");
+    EXPECT_FALSE(focus->Writeable());
+    EXPECT_FALSE(start->Writeable());
+    EXPECT_EQ(start->Time(), 1000.0);
+    EXPECT_EQ(start->SystemFromID(5)->Position(), (ThreeVector{1e9, -2e9, 0}));
+    EXPECT_NE(focus->CalculatorState(), nullptr);
+}
+
+TEST_F(RunSave, ASavedRunGoesOnLikeOneThatNeverStopped) {
+    // Beyond a promotion of the parts, so that losing them would show.
+    const std::string steps = "2000";
+    std::string digest;
+    std::string from = document_;
+    for (int run = 0; run < 3; run++) {
+        // The last one over its own document.
+        const std::string to = run < 2 ? Path("saved " + std::to_string(run)) : from;
+        const Outcome outcome = RunProgram({"-n", steps, "--json", "-o", to, from});
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        digest = Member(outcome.out, "sha256");
+        from = to;
+    }
+
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(GetRecord(document_)).Failed());
+    RunControlView view;
+    RunControl control(document.Portal(), document.GetCalculator(), &view);
+    StepRunner runner(&document);
+    for (int run = 0; run < 3; run++)
+        runner.Run(&control, std::stoll(steps));
+    SimulationDocument saved(nullptr);
+    ASSERT_FALSE(saved.Load(GetRecord(from)).Failed());
+    EXPECT_EQ(BitsOf(&saved), BitsOf(&document));
+    EXPECT_EQ(Outline(saved.Root()), Outline(document.Root()));
+}
+
+TEST_F(RunSave, WindowsAndDisplaysAreKept) {
+    BMessage record = GetRecord(document_);
+    BMessage display;
+    display.AddRect("Disp frame", {362, 73, 1019, 629});
+    record.AddMessage("Displays", &display);
+    record.AddInt32("Disp type", 1);
+    record.AddPoint("Edit at", {4, 76});
+    record.AddFloat("Epoch H", 14.916667f);
+    const std::string path = PutRecord("windows", record);
+    ASSERT_EQ(RunProgram({"-q", "-n", "5", "-o", path, path}).status, 0);
+    const BMessage saved = GetRecord(path);
+    BMessage found;
+    ASSERT_EQ(saved.FindMessage("Displays", &found), B_OK);
+    EXPECT_EQ(found, display);
+    BPoint at;
+    EXPECT_EQ(saved.FindPoint("Edit at", &at), B_OK);
+    EXPECT_EQ(at, (BPoint{4, 76}));
+    EXPECT_TRUE(saved.HasName("Epoch H", B_FLOAT_TYPE));
+}
+
+TEST_F(RunSave, AFullDiskLeavesTheOldFile) {
+    const std::string before = Get(document_);
+    const Outcome outcome = RunProgram({"-n", "5", "-o", document_, document_},
+                                       {.prepare = [] { LimitFileSize(1024); }});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "orvek-run: " + document_ + ": File too large\n");
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(Get(document_), before);
+}
+
+TEST_F(RunSave, ReportsThatCannotBeWrittenEndTheRun) {
+    for (const std::vector<std::string>& reports :
+         {std::vector<std::string>{"--csv", "/dev/full"}, {"--csv", "-"}}) {
+        std::vector<std::string> arguments{"-n", "1000000000", "-o", Path("saved"), document_};
+        arguments.insert(arguments.end(), reports.begin(), reports.end());
+        const Outcome outcome = RunProgram(arguments, {.outFile = "/dev/full"});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err, "orvek-run: " + reports[1] + ": No space left on device\n");
+        EXPECT_NE(access(Path("saved").c_str(), F_OK), 0);
+    }
+    // So does a summary.
+    EXPECT_EQ(RunProgram({"-n", "5", document_}, {.outFile = "/dev/full"}).status, 1);
+}
+
+TEST_F(RunSave, AReaderThatGoesAwayEndsTheRun) {
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    const auto read = [this](pid_t) {
+        std::ifstream pipe(Path("pipe"));
+        std::string line;
+        std::getline(pipe, line);
+    };
+    const Outcome outcome =
+        RunProgram({"-n", "1000000000", "--csv", Path("pipe"), document_}, {.meanwhile = read});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "orvek-run: " + Path("pipe") + ": Broken pipe\n");
+}
+
+TEST_F(RunSave, AnOutputMayNotBeTheDocument) {
+    const std::string before = Get(document_);
+    const std::string alias = Path("alias");
+    ASSERT_EQ(symlink(document_.c_str(), alias.c_str()), 0);
+    for (const std::string& csv : {document_, alias}) {
+        const Outcome outcome = RunProgram({"--csv", csv, document_});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.err.find(csv), std::string::npos);
+        EXPECT_EQ(Get(document_), before);
+    }
+    EXPECT_EQ(RunProgram({"--csv", Path("new"), "-o", Path("new"), document_}).status, 1);
+    EXPECT_NE(access(Path("new").c_str(), F_OK), 0);
+}
+
+TEST_F(RunSave, WhereItCannotSaveItDoesNotRun) {
+    const std::string nowhere = Path("no/folder");
+    const Outcome outcome =
+        RunProgram({"-n", "1000000000", "-o", nowhere, "--csv", Path("out.csv"), document_});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "orvek-run: " + nowhere + ": No such file or directory\n");
+    EXPECT_NE(access(Path("out.csv").c_str(), F_OK), 0);
+}
+
+// Sends the signal when the run is well on its way: reports come through the pipe.
+class RunInterrupted : public RunSave, public testing::WithParamInterface<int> {};
+
+TEST_P(RunInterrupted, WritesWhatWasAskedForAndSaysSo) {
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    std::string csv;
+    const auto interrupt = [&](pid_t program) {
+        std::ifstream pipe(Path("pipe"));
+        for (std::string line; std::getline(pipe, line); csv += line + '\n')
+            if (csv.size() > 100000 && program > 0) kill(std::exchange(program, 0), GetParam());
+    };
+    const Outcome outcome = RunProgram(
+        {"-n", "1000000000", "--json", "--csv", Path("pipe"), "-o", Path("saved"), document_},
+        {.meanwhile = interrupt});
+    EXPECT_EQ(outcome.status, 128 + GetParam());
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(Member(outcome.out, "ending"), "\"interrupted\"");
+    const std::vector<CsvRow> rows = ParseCsv(csv);
+    ASSERT_EQ(rows.size() % 4, 0u);
+    EXPECT_EQ(std::to_string(rows.back().report), Member(outcome.out, "steps"));
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(GetRecord(Path("saved"))).Failed());
+    EXPECT_EQ(document.Portal()->FocusEpoch()->Time(), rows.back().time);
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, RunInterrupted, testing::Values(SIGINT, SIGTERM));
+
+}  // namespace

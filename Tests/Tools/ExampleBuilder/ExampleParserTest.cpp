@@ -1,0 +1,206 @@
+#include "ExampleParser.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "ProgramResources.h"
+
+namespace {
+
+constexpr double kDegree = std::numbers::pi / 180.0;
+
+class ExampleParserTest : public testing::Test {
+protected:
+    ExampleText Parse(std::string_view text) {
+        ExampleText result;
+        EXPECT_TRUE(parser_.Parse(text, &result)) << parser_.Line() << ": " << parser_.Reason();
+        return result;
+    }
+
+    // What is wrong with the text: "LINE: REASON".
+    std::string Fault(std::string_view text) {
+        ExampleText result;
+        if (parser_.Parse(text, &result)) return "nothing";
+        return std::to_string(parser_.Line()) + ": " + parser_.Reason();
+    }
+
+    // The fault of one statement about a body.
+    std::string BodyFault(const std::string& statement) {
+        return Fault("epoch \"E\"\nbody \"B\"\n" + statement);
+    }
+
+    ProgramResources resources_;
+    ExampleParser parser_{resources_};
+};
+
+TEST_F(ExampleParserTest, ReadsTheWhole) {
+    const ExampleText text = Parse(
+        "# a comment\r\n"
+        "epoch \"One # two\"   # another\n"
+        "\n"
+        "time 2 dy\n"
+        "cutoff 1e-9\n"
+        "order 3\n"
+        "centred no\n"
+        "picture 3 km x\n"
+        "focus \"Moon\"");
+    EXPECT_EQ(text.epochName, "One # two");
+    EXPECT_EQ(text.time, 172800.0);
+    EXPECT_EQ(text.timeUnit, 86400.0);
+    EXPECT_EQ(text.cutoff, 1e-9);
+    EXPECT_EQ(text.order, 3);
+    EXPECT_FALSE(text.centred);
+    EXPECT_EQ(text.picture, 3000.0);
+    EXPECT_EQ(text.axis, 1);
+    EXPECT_EQ(text.focus, "Moon");
+    EXPECT_EQ(text.focusLine, 9);
+}
+
+TEST_F(ExampleParserTest, ReadsBodiesInTheirUnits) {
+    const ExampleText text = Parse(
+        "epoch \"E\"\n"
+        "show speed km/s\n"
+        "body \"A\"\n"
+        "  mass 2 \"Solar Masses\"\n"
+        "  radius 1 Re\n"
+        "  at 1 -2 +3e0 AU\n"
+        "  moving 0 30 0 km/s\n"
+        "  color 1 2 3\n"
+        "  disc 4 5 6\n"
+        "  trail off\n"
+        "show speed m/s\n"
+        "body \"B\"\n"
+        "  mass 7e14 m3/s2\n"
+        "  relative \"A\"\n");
+    ASSERT_EQ(text.systems.size(), 2u);
+    const ExampleSystem& a = text.systems[0];
+    EXPECT_EQ(a.line, 3);
+    EXPECT_EQ(a.mass, 2.0 * 1.3271244e20);
+    EXPECT_EQ(a.radius, 6378137.0);
+    EXPECT_EQ(a.position,
+              (ThreeVector{1.4959787066e11, -2.0 * 1.4959787066e11, 3.0 * 1.4959787066e11}));
+    EXPECT_EQ(a.velocity, (ThreeVector{0.0, 30000.0, 0.0}));
+    EXPECT_EQ(a.trail, (rgb_color{1, 2, 3, 255}));
+    EXPECT_EQ(a.disc, (rgb_color{4, 5, 6, 255}));
+    EXPECT_FALSE(a.trailOn);
+    EXPECT_TRUE(a.discOn);
+    EXPECT_EQ(a.shownIn.speed, 1000.0);
+    EXPECT_EQ(text.systems[1].mass, 7e14);
+    EXPECT_EQ(text.systems[1].relativeTo, "A");
+    EXPECT_EQ(text.systems[1].shownIn.speed, 1.0);
+}
+
+TEST_F(ExampleParserTest, NestsGroupsAndClusters) {
+    const ExampleText text = Parse(
+        "epoch \"E\"\n"
+        "group \"Outer\"\n"
+        "  body \"A\"\n"
+        "  group \"Inner\"\n"
+        "    cluster \"Star\"\n"
+        "      stars 12\n"
+        "      mass 3 kg\n"
+        "      length 2 m\n"
+        "      seed 5\n"
+        "  end\n"
+        "  body \"C\"\n"
+        "end\n"
+        "body \"D\"\n");
+    ASSERT_EQ(text.systems.size(), 2u);
+    const ExampleSystem& outer = text.systems[0];
+    ASSERT_EQ(outer.members.size(), 3u);
+    EXPECT_FALSE(outer.trailOn);
+    EXPECT_EQ(outer.members[2].name, "C");
+    ASSERT_EQ(outer.members[1].members.size(), 1u);
+    const ExampleSystem& cluster = outer.members[1].members[0];
+    EXPECT_EQ(cluster.stars, 12);
+    EXPECT_EQ(cluster.mass, 3.0 * 6.672e-11);
+    EXPECT_EQ(cluster.seed, 5u);
+    EXPECT_EQ(text.systems[1].name, "D");
+}
+
+TEST_F(ExampleParserTest, NaturalUnitsMakeTheGravitationalConstantOne) {
+    const ExampleText text = Parse(
+        "epoch \"E\"\n"
+        "natural 4 m3/s2 9 m\n"
+        "body \"A\"\n"
+        "  mass 2 u\n"
+        "  at 1 0 0 u\n"
+        "  moving 3 0 0 u\n"
+        "time 1 u\n");
+    EXPECT_EQ(text.systems[0].mass, 8.0);
+    EXPECT_EQ(text.systems[0].position->x, 9.0);
+    EXPECT_DOUBLE_EQ(text.systems[0].velocity->x, 3.0 * 2.0 / 3.0);
+    EXPECT_DOUBLE_EQ(text.time, 13.5);  // sqrt(9^3 / 4)
+}
+
+TEST_F(ExampleParserTest, OrbitsCountAnglesFromTheNodeOrFromTheReference) {
+    const std::string head = "epoch \"E\"\nbody \"B\"\norbit \"A\" a 2 m e 0.25 i 10 ";
+    const KeplerOrbit fromNode =
+        Parse(head + "node 40 peri 25 anomaly 15").systems[0].orbit->elements;
+    EXPECT_EQ(fromNode.semiMajorAxis, 2.0);
+    EXPECT_EQ(fromNode.eccentricity, 0.25);
+    EXPECT_DOUBLE_EQ(fromNode.inclination, 10.0 * kDegree);
+    EXPECT_DOUBLE_EQ(fromNode.ascendingNode, 40.0 * kDegree);
+    EXPECT_DOUBLE_EQ(fromNode.pericentreArgument, 25.0 * kDegree);
+    EXPECT_DOUBLE_EQ(fromNode.meanAnomaly, 15.0 * kDegree);
+
+    // The same orbit, the elements in another order.
+    const KeplerOrbit fromReference =
+        Parse(head + "longitude 80 longperi 65 node 40").systems[0].orbit->elements;
+    EXPECT_NEAR(fromReference.pericentreArgument, fromNode.pericentreArgument, 1e-15);
+    EXPECT_NEAR(fromReference.meanAnomaly, fromNode.meanAnomaly, 1e-15);
+}
+
+TEST_F(ExampleParserTest, SaysWhereAndWhatIsWrong) {
+    EXPECT_EQ(Fault("\n\nplanet \"X\""), "3: no such statement: \"planet\"");
+    EXPECT_EQ(Fault("body \"B\"\n"), "1: there is no epoch statement");
+    EXPECT_EQ(Fault("epoch \"E"), "1: a quotation mark is not closed");
+    EXPECT_EQ(Fault("epoch E"), "1: a name in quotation marks is missing");
+    EXPECT_EQ(Fault("epoch \"\""), "1: a name in quotation marks is missing");
+    EXPECT_EQ(Fault("epoch \"E\" 1"), "1: one word too many: \"1\"");
+    EXPECT_EQ(Fault("mass 1 kg"), "1: \"mass\" does not belong here");
+    EXPECT_EQ(Fault("group \"G\"\nmass 1 kg"), "2: \"mass\" does not belong here");
+    EXPECT_EQ(Fault("epoch \"E\"\nend"), "2: there is no group to end");
+    EXPECT_EQ(Fault("epoch \"E\"\ngroup \"G\"\nbody \"B\"\n"), "2: group \"G\" has no end");
+    EXPECT_EQ(Fault("cutoff 0.001"), "1: the cutoff must be more than 0 and less than 0.001");
+    EXPECT_EQ(Fault("order 5"), "1: not a whole number from 2 to 4");
+    EXPECT_EQ(Fault("order 2.5"), "1: not a whole number from 2 to 4");
+    EXPECT_EQ(Fault("centred maybe"), "1: neither yes nor no: \"maybe\"");
+    EXPECT_EQ(Fault("picture 0 m"), "1: must be more than 0");
+    EXPECT_EQ(Fault("picture 1 m w"), "1: no such axis: \"w\"");
+    EXPECT_EQ(Fault("show colour"), "1: none of position, speed, mass and radius: \"colour\"");
+
+    EXPECT_EQ(BodyFault("mass"), "3: a number is missing");
+    EXPECT_EQ(BodyFault("mass x kg"), "3: not a number: \"x\"");
+    EXPECT_EQ(BodyFault("mass 1e999 kg"), "3: not a number: \"1e999\"");
+    EXPECT_EQ(BodyFault("mass nan kg"), "3: not a number: \"nan\"");
+    EXPECT_EQ(BodyFault("mass 1kg"), "3: not a number: \"1kg\"");
+    EXPECT_EQ(BodyFault("mass 1"), "3: a unit is missing");
+    EXPECT_EQ(BodyFault("mass 1 km"), "3: no such unit here: \"km\"");
+    EXPECT_EQ(BodyFault("mass 1 u"), "3: no such unit here: \"u\"");
+    EXPECT_EQ(BodyFault("mass -1 kg"), "3: a mass cannot be negative");
+    EXPECT_EQ(BodyFault("radius -1 m"), "3: must be more than 0");
+    EXPECT_EQ(BodyFault("at 1 2 m"), "3: not a number: \"m\"");
+    EXPECT_EQ(BodyFault("color 1 2 256"), "3: not a whole number from 0 to 255");
+    EXPECT_EQ(BodyFault("stars 5"), "3: \"stars\" does not belong here");
+
+    EXPECT_EQ(BodyFault("orbit \"A\" e 0.1"), "3: an orbit needs its semi-major axis a");
+    EXPECT_EQ(BodyFault("orbit \"A\" a 1 m e 1"),
+              "3: the eccentricity must be at least 0 and less than 1");
+    EXPECT_EQ(BodyFault("orbit \"A\" a 1 m q 1"), "3: no such element of an orbit: \"q\"");
+    EXPECT_EQ(BodyFault("orbit \"A\" a 1 m peri 1 longperi 1"), "3: the pericentre is given twice");
+    EXPECT_EQ(BodyFault("orbit \"A\" a 1 m anomaly 1 longitude 1"),
+              "3: the place on the orbit is given twice");
+    EXPECT_EQ(BodyFault("orbit \"A\" a 1 m\nat 1 0 0 m"), "4: the orbit says this already");
+    EXPECT_EQ(BodyFault("at 1 0 0 m\norbit \"A\" a 1 m"),
+              "4: an orbit says itself where the body is and how it moves");
+
+    std::string deep = "epoch \"E\"\n";
+    for (int i = 0; i < 1000; ++i)
+        deep += "group \"G\"\n";
+    EXPECT_EQ(Fault(deep), "34: too many groups within groups");
+}
+
+}  // namespace

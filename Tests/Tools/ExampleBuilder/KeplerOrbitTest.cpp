@@ -1,0 +1,100 @@
+#include "KeplerOrbit.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+constexpr double kMu = 1.32712440018e20;  // m3/s2
+constexpr double kAu = 1.4959787066e11;   // m
+constexpr double kPi = std::numbers::pi;
+
+double Dot(const ThreeVector& a, const ThreeVector& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+double Length(const ThreeVector& v) {
+    return std::sqrt(Dot(v, v));
+}
+
+// The elements of a state by vector algebra: angular momentum, eccentricity vector, line of nodes.
+KeplerOrbit ElementsOf(const ThreeVector& r, const ThreeVector& v) {
+    const ThreeVector h = Cross(r, v);
+    const ThreeVector e = (1.0 / kMu) * Cross(v, h) - (1.0 / Length(r)) * r;
+    KeplerOrbit orbit;
+    orbit.semiMajorAxis = 1.0 / (2.0 / Length(r) - Dot(v, v) / kMu);
+    orbit.eccentricity = Length(e);
+    orbit.inclination = std::acos(h.z / Length(h));
+    orbit.ascendingNode = std::atan2(h.x, -h.y);
+    const ThreeVector node{std::cos(orbit.ascendingNode), std::sin(orbit.ascendingNode), 0.0};
+    const ThreeVector ahead = (1.0 / Length(h)) * Cross(h, node);
+    orbit.pericentreArgument = std::atan2(Dot(e, ahead), Dot(e, node));
+    const double anomaly = std::atan2(Dot(r, v) / std::sqrt(kMu * orbit.semiMajorAxis),
+                                      1.0 - Length(r) / orbit.semiMajorAxis);
+    orbit.meanAnomaly = anomaly - orbit.eccentricity * std::sin(anomaly);
+    return orbit;
+}
+
+TEST(KeplerOrbit, ApsidesAreWhereTheEquationsOfTheEllipsePutThem) {
+    KeplerOrbit orbit;
+    orbit.semiMajorAxis = 2.0 * kAu;
+    orbit.eccentricity = 0.6;
+    orbit.pericentreArgument = kPi / 2.0;
+    orbit.inclination = kPi / 2.0;
+    // The pericentre stands right above the node, the motion there is parallel to -x.
+    ThreeVector r;
+    ThreeVector v;
+    orbit.GetState(kMu, &r, &v);
+    const double atPericentre = std::sqrt(kMu / orbit.semiMajorAxis * (1.6 / 0.4));
+    EXPECT_NEAR(r.z, 0.8 * kAu, 1e-3);
+    EXPECT_NEAR(r.x, 0.0, 1e-3);
+    EXPECT_NEAR(r.y, 0.0, 1e-3);
+    EXPECT_NEAR(v.x, -atPericentre, 1e-9);
+    EXPECT_NEAR(v.z, 0.0, 1e-9);
+
+    orbit.meanAnomaly = kPi;
+    orbit.GetState(kMu, &r, &v);
+    EXPECT_NEAR(r.z, -3.2 * kAu, 1e-3);
+    EXPECT_NEAR(v.x, atPericentre / 4.0, 1e-9);
+}
+
+TEST(KeplerOrbit, StatesGiveTheirElementsBack) {
+    for (const double e : {0.0167, 0.25, 0.7, 0.97})
+        for (const double inclination : {0.1, 1.2, 3.0})
+            for (const double node : {-2.5, 0.4})
+                for (const double pericentre : {-1.0, 2.8})
+                    for (const double anomaly : {-3.0, -0.01, 0.5, 2.0}) {
+                        const KeplerOrbit orbit{kAu, e, inclination, node, pericentre, anomaly};
+                        ThreeVector r;
+                        ThreeVector v;
+                        orbit.GetState(kMu, &r, &v);
+                        const KeplerOrbit again = ElementsOf(r, v);
+                        EXPECT_NEAR(again.semiMajorAxis / kAu, 1.0, 1e-11);
+                        EXPECT_NEAR(again.eccentricity, e, 1e-11);
+                        EXPECT_NEAR(again.inclination, inclination, 1e-11);
+                        EXPECT_NEAR(again.ascendingNode, node, 1e-11);
+                        EXPECT_NEAR(again.pericentreArgument, pericentre, 1e-10);
+                        EXPECT_NEAR(again.meanAnomaly, anomaly, 1e-10);
+                    }
+}
+
+TEST(KeplerOrbit, KeplersEquationHoldsForNeedleThinEllipses) {
+    KeplerOrbit orbit;
+    for (const double e : {0.0, 0.5, 0.999999, std::nextafter(1.0, 0.0)})
+        for (const double m : {0.0, 1e-12, 0.003, 1.0, 3.14159, -2.0, 40.0}) {
+            orbit.eccentricity = e;
+            orbit.meanAnomaly = m;
+            const double anomaly = orbit.EccentricAnomaly();
+            const double reduced = std::remainder(m, 2.0 * kPi);
+            EXPECT_NEAR(anomaly - e * std::sin(anomaly), reduced, 4e-16 * (1.0 + std::abs(m)))
+                << "e = " << e << ", M = " << m;
+        }
+}
+
+}  // namespace

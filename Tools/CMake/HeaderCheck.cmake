@@ -1,0 +1,22 @@
+# orvek_header_check(FLOOR...): the target `header_check` compiles every header of these floors alone (and
+# twice, to see its guard), with the include path of its floor and nothing more. Not built by default.
+function(orvek_header_check)
+    add_custom_target(header_check)
+    foreach(floor IN LISTS ARGN)
+        get_target_property(headers ${floor} SOURCES)
+        list(FILTER headers INCLUDE REGEX "\\.h$")
+        set(sources "")
+        foreach(header IN LISTS headers)
+            get_filename_component(name "${header}" NAME_WE)
+            set(source "${CMAKE_CURRENT_BINARY_DIR}/header_check/${floor}/${name}.cpp")
+            file(CONFIGURE OUTPUT "${source}"
+                CONTENT "#include \"${name}.h\"\n#include \"${name}.h\"  // NOLINT\n")
+            list(APPEND sources "${source}")
+        endforeach()
+        if(sources)
+            add_library(header_check_${floor} OBJECT EXCLUDE_FROM_ALL ${sources})
+            target_link_libraries(header_check_${floor} PRIVATE ${floor})
+            add_dependencies(header_check header_check_${floor})
+        endif()
+    endforeach()
+endfunction()

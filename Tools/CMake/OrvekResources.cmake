@@ -1,0 +1,12 @@
+# Where the program's resources lie when Resources/ has been built.
+set(ORVEK_RESOURCE_FILE "${CMAKE_BINARY_DIR}/Resources/orvek.rsrc")
+set(ORVEK_RESOURCE_SECTION "${CMAKE_CURRENT_LIST_DIR}/ResourceSection.S")
+
+# orvek_add_resources(TARGET): puts the program's resources into an executable.
+function(orvek_add_resources target)
+    target_sources(${target} PRIVATE "${ORVEK_RESOURCE_SECTION}")
+    set_source_files_properties("${ORVEK_RESOURCE_SECTION}" TARGET_DIRECTORY ${target} PROPERTIES
+        COMPILE_DEFINITIONS "ORVEK_RESOURCES=\"${ORVEK_RESOURCE_FILE}\""
+        OBJECT_DEPENDS "${ORVEK_RESOURCE_FILE}")
+    add_dependencies(${target} orvek_resources)
+endfunction()

@@ -1,0 +1,44 @@
+# How every target of the project is built: one set of flags, one way to declare a floor, a program
+# and a test program.
+
+# Results must not depend on the machine: no contraction of a*b+c, no fast-math. Only errno from the
+# mathematics functions is given up, so that sqrt becomes one instruction.
+add_library(orvek_flags INTERFACE)
+target_compile_features(orvek_flags INTERFACE cxx_std_20)
+target_compile_options(orvek_flags INTERFACE
+    $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off;-fno-math-errno;-Wall;-Wextra;-Wpedantic;-Wshadow;-Wnon-virtual-dtor;-Woverloaded-virtual;-Wold-style-cast;-Wcast-qual;-Wformat=2>)
+# g++ 12 warns of overlapping copies inside its own string operator+ (GCC bug 105651).
+target_compile_options(orvek_flags INTERFACE
+    $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>)
+if(ORVEK_WERROR)
+    target_compile_options(orvek_flags INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Werror>)
+endif()
+if(ORVEK_SANITIZE)
+    target_compile_options(orvek_flags INTERFACE
+        -fsanitize=${ORVEK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(orvek_flags INTERFACE -fsanitize=${ORVEK_SANITIZE})
+endif()
+
+# orvek_floor(NAME DIRS dir... LINKS target...): a static library of all sources in DIRS. Its include
+# path is DIRS and that of what it links, so that a header of a higher floor cannot be reached.
+function(orvek_floor name)
+    cmake_parse_arguments(ARG "" "" "DIRS;LINKS" ${ARGN})
+    set(sources "")
+    foreach(dir IN LISTS ARG_DIRS)
+        file(GLOB found CONFIGURE_DEPENDS "${dir}/*.cpp" "${dir}/*.h")
+        list(APPEND sources ${found})
+    endforeach()
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC ${ARG_DIRS})
+    target_link_libraries(${name} PUBLIC orvek_flags ${ARG_LINKS})
+endfunction()
+
+# orvek_test(NAME DIR dir LINKS target...): the test program of one floor, all sources in DIR.
+function(orvek_test name)
+    cmake_parse_arguments(ARG "" "DIR" "LINKS" ${ARGN})
+    file(GLOB found CONFIGURE_DEPENDS "${ARG_DIR}/*.cpp" "${ARG_DIR}/*.h")
+    add_executable(${name} ${found})
+    target_include_directories(${name} PRIVATE ${ARG_DIR})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
+    add_test(NAME ${name} COMMAND ${name})
+endfunction()

@@ -1,0 +1,55 @@
+#include "ExampleDocument.h"
+
+#include "BMessage.h"
+#include "Epoch.h"
+#include "SimulationDocument.h"
+#include "SimulationFile.h"
+
+namespace {
+
+constexpr BRect kDisplayFrame{362.0f, 73.0f, 1019.0f, 629.0f};
+// What the frame leaves in height for the picture when menu bar and scroll bar are taken off.
+constexpr double kPicturePixels = 520.0;
+constexpr int32 kProjectionDisplay = 1;
+
+// A projection display on which the picture fits.
+status_t AddDisplay(const ExampleText& text, BMessage* record) {
+    BMessage display;
+    status_t status = display.AddRect("Disp frame", kDisplayFrame);
+    if (status == B_OK && text.picture > 0.0)
+        status = display.AddDouble("Scale", kPicturePixels / text.picture);
+    if (status == B_OK) status = display.AddInt32("Sup axis", text.axis);
+    if (status == B_OK) status = record->AddMessage("Displays", &display);
+    if (status == B_OK) status = record->AddInt32("Disp type", kProjectionDisplay);
+    return status;
+}
+
+status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, BMessage* record) {
+    BMessage archive;
+    status_t status = epoch.Archive(&archive);
+    if (status == B_OK) status = record->AddMessage("Epochs", &archive);
+    if (status == B_OK) status = record->AddInt32("Cur Epoch", 0);
+    if (status == B_OK) status = record->AddBool("Cur Ep Writ", true);
+    if (status == B_OK) status = record->AddInt64("Cur Sys", focusID);
+    if (status == B_OK) status = record->AddInt32("Body Name Index", 0);
+    if (status == B_OK) status = AddDisplay(text, record);
+    return status;
+}
+
+}  // namespace
+
+DocumentError WriteExample(const std::string& path, const ExampleText& text, const Epoch& epoch,
+                           int64 focusID) {
+    DocumentError error;
+    BMessage record;
+    error.status = MakeRecord(text, epoch, focusID, &record);
+    if (error.Failed()) return error;
+
+    SimulationDocument document(nullptr);
+    error = document.Load(record);
+    if (error.Failed()) return error;
+    BMessage stored;
+    error = document.Store(&stored, true);
+    if (error.Failed()) return error;
+    return SimulationFile::Write(path, stored);
+}

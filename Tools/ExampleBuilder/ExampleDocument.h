@@ -1,0 +1,14 @@
+// Writes an example as a document of the program. No state, any thread.
+#pragma once
+
+#include <string>
+
+#include "DocumentError.h"
+#include "ExampleText.h"
+
+class Epoch;
+
+// `focusID` is the system in focus. The document is read as the program reads it before it is
+// written: an example that could not be opened is not built.
+[[nodiscard]] DocumentError WriteExample(const std::string& path, const ExampleText& text,
+                                         const Epoch& epoch, int64 focusID);

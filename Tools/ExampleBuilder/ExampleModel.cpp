@@ -1,0 +1,134 @@
+#include "ExampleModel.h"
+
+#include "Body.h"
+#include "CompositeSystem.h"
+#include "Epoch.h"
+#include "PlummerSphere.h"
+
+namespace {
+
+MassSystem* ChildNamed(const MassSystem& parent, const std::string& name) {
+    for (int32 i = 0; i < parent.CountChildren(); ++i)
+        if (parent.ChildAt(i)->Name() == name) return parent.ChildAt(i);
+    return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<Epoch> ExampleModel::Build(const ExampleText& text) {
+    identifiers_.clear();
+    nextIdentifier_ = 0;
+    auto epoch = std::make_unique<Epoch>();
+    epoch->SetName(text.epochName);
+    epoch->SetTime(text.time);
+    epoch->SetTimeUval(text.timeUnit);
+    epoch->SetCutoff(text.cutoff);
+    epoch->SetOrder(text.order);
+    epoch->SetCOMOnGo(text.centred);
+    for (const ExampleSystem& system : text.systems)
+        if (!Add(system, epoch->RootSystem())) return nullptr;
+
+    focus_ = 0;
+    if (!text.focus.empty()) {
+        const auto found = identifiers_.find(text.focus);
+        if (found == identifiers_.end()) {
+            Fail(text.focusLine, "there is no system \"" + text.focus + '"');
+            return nullptr;
+        }
+        focus_ = found->second;
+    }
+    return epoch;
+}
+
+bool ExampleModel::Fail(int line, std::string reason) {
+    line_ = line;
+    reason_ = std::move(reason);
+    return false;
+}
+
+bool ExampleModel::Add(const ExampleSystem& text, MassSystem* parent) {
+    if (text.kind == ExampleSystem::Kind::kCluster) return AddCluster(text, parent);
+    int64 id = 0;
+    if (!GiveIdentifier(text, &id)) return false;
+    std::unique_ptr<DisplayedSystem> system;
+    if (text.kind == ExampleSystem::Kind::kGroup) {
+        auto group = std::make_unique<CompositeSystem>(text.name.c_str(), id, text.trail, text.disc,
+                                                       kOriginID);
+        if (!AddMembers(text, group.get())) return false;
+        system = std::move(group);
+    } else {
+        system = std::make_unique<Body>(text.name.c_str(), id, text.trail, text.disc, kOriginID);
+        system->SetM(text.mass);
+        system->SetRadius(text.radius);
+    }
+    if (!Place(text, *parent, system.get()) || !SetLook(text, system.get())) return false;
+    return parent->AddChild(system.release()) == B_OK;
+}
+
+bool ExampleModel::AddMembers(const ExampleSystem& text, CompositeSystem* group) {
+    for (const ExampleSystem& member : text.members)
+        if (!Add(member, group)) return false;
+    return true;
+}
+
+bool ExampleModel::AddCluster(const ExampleSystem& text, MassSystem* parent) {
+    if (text.stars == 0 || text.mass == 0.0 || text.length == 0.0)
+        return Fail(text.line, "a cluster needs its stars, its mass and its length");
+    int32 number = 0;
+    for (const PlummerStar& star : PlummerSphere(text.stars, text.mass, text.length, text.seed)) {
+        ExampleSystem body = text;
+        body.kind = ExampleSystem::Kind::kBody;
+        body.name += ' ' + std::to_string(++number);
+        body.mass = text.mass / text.stars;
+        body.position = star.position;
+        body.velocity = star.velocity;
+        if (!Add(body, parent)) return false;
+    }
+    return true;
+}
+
+bool ExampleModel::Place(const ExampleSystem& text, const MassSystem& parent, MassSystem* system) {
+    if (!text.orbit && !text.position && !text.velocity) return true;
+    const bool isGroup = text.kind == ExampleSystem::Kind::kGroup;
+    if (isGroup && !(system->M() > 0.0))
+        return Fail(text.line, "a group without mass has no centre to be placed by");
+    if (!text.orbit) {
+        if (text.position) system->SetPosition(*text.position);
+        if (text.velocity) system->SetVelocity(*text.velocity);
+        return true;
+    }
+    const MassSystem* const centre = ChildNamed(parent, text.orbit->centre);
+    if (centre == nullptr)
+        return Fail(text.line,
+                    "no system \"" + text.orbit->centre + "\" stands above it in the same group");
+    if (!(centre->M() > 0.0))
+        return Fail(text.line, '"' + text.orbit->centre + "\" has no mass to orbit");
+    ThreeVector position;
+    ThreeVector velocity;
+    text.orbit->elements.GetState(centre->M() + system->M(), &position, &velocity);
+    system->SetPosition(centre->Position() + position);
+    system->SetVelocity(centre->Velocity() + velocity);
+    return true;
+}
+
+bool ExampleModel::SetLook(const ExampleSystem& text, DisplayedSystem* system) {
+    system->SetTrailOn(text.trailOn);
+    system->SetDiscOn(text.discOn);
+    // The setters ignore 0, which stands for the program's own choice.
+    system->SetPositionUval(text.shownIn.position);
+    system->SetSpeedUval(text.shownIn.speed);
+    system->SetMassUval(text.shownIn.mass);
+    system->SetRadiusUval(text.shownIn.radius);
+    if (text.relativeTo.empty()) return true;
+    const auto found = identifiers_.find(text.relativeTo);
+    if (found == identifiers_.end() || found->second == system->ID())
+        return Fail(text.line, "no system \"" + text.relativeTo + "\" stands above it");
+    system->SetRelativeTo(found->second);
+    return true;
+}
+
+bool ExampleModel::GiveIdentifier(const ExampleSystem& text, int64* id) {
+    *id = nextIdentifier_++;
+    return identifiers_.emplace(text.name, *id).second ||
+           Fail(text.line, "there is a system \"" + text.name + "\" already");
+}

@@ -1,0 +1,63 @@
+// What the text of an example says, before anything is computed from it: plain values in SI units
+// (masses as GM in m3/s2), each system with the line on which it begins.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "GraphicsDefs.h"
+#include "KeplerOrbit.h"
+#include "SupportDefs.h"
+#include "ThreeVector.h"
+
+// The factors of the units in which a system's quantities are shown.
+struct ExampleUnits {
+    double position = 0.0;
+    double speed = 0.0;
+    double mass = 0.0;
+    double radius = 0.0;
+};
+
+struct ExampleOrbit {
+    std::string centre;  // a system of the same group
+    KeplerOrbit elements;
+};
+
+struct ExampleSystem {
+    enum class Kind { kBody, kGroup, kCluster };
+
+    Kind kind = Kind::kBody;
+    int line = 0;
+    std::string name;
+    double mass = 0.0;    // of a body, or of a whole cluster
+    double radius = 0.0;  // of a body, or of each star
+    std::optional<ThreeVector> position;
+    std::optional<ThreeVector> velocity;
+    std::optional<ExampleOrbit> orbit;
+    std::string relativeTo;  // empty: absolute
+    rgb_color trail{0, 0, 0, 255};
+    rgb_color disc{0, 0, 0, 255};
+    bool trailOn = true;
+    bool discOn = true;
+    ExampleUnits shownIn;
+    std::vector<ExampleSystem> members;  // of a group
+    int32 stars = 0;                     // of a cluster, as the next two
+    double length = 0.0;
+    uint64 seed = 1;
+};
+
+struct ExampleText {
+    std::string epochName;
+    double time = 0.0;
+    double timeUnit = 0.0;
+    double cutoff = 1e-11;
+    int32 order = 4;
+    bool centred = true;  // the centre of mass is put at the origin when a run starts
+    std::string focus;    // empty: the first system
+    int focusLine = 0;
+    double picture = 0.0;  // the length that the display shows across, 0: the program's own choice
+    int32 axis = 3;        // the axis that is looked along: 1, 2, 3 for x, y, z
+    ExampleUnits shownIn;
+    std::vector<ExampleSystem> systems;
+};

@@ -1,0 +1,71 @@
+#include "PlummerSphere.h"
+
+#include <cmath>
+
+namespace {
+
+// SplitMix64 (Steele, Lea and Flood, 2014).
+class Random {
+public:
+    explicit Random(std::uint64_t seed) : state_(seed) {}
+
+    // 0 <= x < 1, a multiple of 2^-53.
+    double Uniform() {
+        state_ += 0x9e3779b97f4a7c15;
+        std::uint64_t z = state_;
+        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9;
+        z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
+        z ^= z >> 31;
+        return static_cast<double>(z >> 11) * 0x1p-53;
+    }
+
+    // A point of the unit ball, all places alike.
+    ThreeVector InBall() {
+        for (;;) {
+            const double x = 2.0 * Uniform() - 1.0;
+            const double y = 2.0 * Uniform() - 1.0;
+            const double z = 2.0 * Uniform() - 1.0;
+            if (x * x + y * y + z * z < 1.0) return {x, y, z};
+        }
+    }
+
+private:
+    std::uint64_t state_;
+};
+
+double Square(const ThreeVector& v) {
+    return v.x * v.x + v.y * v.y + v.z * v.z;
+}
+
+}  // namespace
+
+std::vector<PlummerStar> PlummerSphere(int count, double totalMass, double length,
+                                       std::uint64_t seed) {
+    Random random(seed);
+    std::vector<PlummerStar> stars;
+    stars.reserve(static_cast<std::size_t>(count));
+    while (stars.size() < static_cast<std::size_t>(count)) {
+        // The share of the mass within r is u^3 with u2 = r2 / (r2 + a2), and so is the share of
+        // the unit ball within u: a point of the ball becomes one of the sphere when it is pushed
+        // outward.
+        const ThreeVector place = random.InBall();
+        const double u2 = Square(place);
+        if (u2 > 0.99) continue;
+        const double outward = length / std::sqrt(1.0 - u2);
+
+        // Speeds as parts q of the escape speed are spread as q2 (1 - q2)^(7/2): a point of the
+        // ball brings the q2, refusing some of them the rest.
+        ThreeVector part;
+        double q2 = 0.0;
+        double bound = 0.0;
+        do {
+            part = random.InBall();
+            q2 = Square(part);
+            bound = (1.0 - q2) * (1.0 - q2) * (1.0 - q2) * std::sqrt(1.0 - q2);
+        } while (random.Uniform() >= bound);
+        // v2 = 2 GM / sqrt(r2 + a2), and r2 + a2 is the square of `outward`.
+        const double escape = std::sqrt(2.0 * totalMass / outward);
+        stars.push_back({outward * place, escape * part});
+    }
+    return stars;
+}

@@ -1,0 +1,21 @@
+// A star cluster in balance after Plummer (1911): density ~ (1 + r2/a2)^(-5/2). The same seed gives
+// the same bits on every machine: only operations that the arithmetic standard rounds exactly are
+// used
+// (+ - * / and the square root), and a generator of our own.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "ThreeVector.h"
+
+struct PlummerStar {
+    ThreeVector position;  // m
+    ThreeVector velocity;  // m/s
+};
+
+// `count` stars of equal mass around the origin. `totalMass` is GM of the whole (m3/s2), `length`
+// is a (m). What lies beyond ten lengths (1.5 % of the mass) is left out. Method: Aarseth, Henon
+// and Wielen (1974), with powers replaced by points drawn from a ball.
+[[nodiscard]] std::vector<PlummerStar> PlummerSphere(int count, double totalMass, double length,
+                                                     std::uint64_t seed);

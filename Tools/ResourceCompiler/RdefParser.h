@@ -1,0 +1,43 @@
+// Reads a resource script, one statement after the other, and collects its resources.
+//
+//     enum { NAME [= number], ... };
+//     resource [(number, "name")] [#'type'] value;
+//
+// The values and their types are those of the platform's resource scripts; user-defined types are
+// not known. One cast is added: `(big_endian) message { ... }` stores the record, with all that are
+// nested in it, in that byte order. Used by one thread, for one script.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "RdefNumberParser.h"
+#include "RdefTokens.h"
+#include "RdefValueParser.h"
+#include "ResourceWriter.h"
+
+class RdefParser {
+public:
+    explicit RdefParser(ResourceWriter* writer) : writer_(*writer) {}
+
+    // False on a fault: Error() tells file, line and reason.
+    [[nodiscard]] bool Parse(const std::string& path);
+    [[nodiscard]] const std::string& Error() const { return tokens_.Error(); }
+
+private:
+    struct Id {
+        std::optional<int32> number;
+        std::optional<std::string> name;
+    };
+
+    bool ReadEnum();
+    bool ReadResource();
+    bool ReadId(Id* id);
+    bool ReadIdNumber(Id* id);
+    bool ReadTypeCode(std::optional<type_code>* type);
+
+    ResourceWriter& writer_;
+    RdefTokens tokens_;
+    RdefNumberParser numbers_{&tokens_};
+    RdefValueParser values_{&tokens_, &numbers_};
+};

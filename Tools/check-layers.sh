@@ -1,0 +1,82 @@
+#!/usr/bin/env bash
+# check-layers.sh [ROOT]: fails when a file below ROOT/Source includes a header of a floor that its own
+# floor may not include, or Qt where it may not. The floors stand in floors.txt beside this script;
+# ROOT is the project's folder unless given (the tests give one of their own).
+set -euo pipefail
+
+tools="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
+root="${1:-$tools/..}"
+cd "$root"
+
+find Source -type f \( -name '*.h' -o -name '*.cpp' \) | LC_ALL=C sort | awk -v floors="$tools/floors.txt" '
+    function trim(text) { gsub(/^[ \t]+|[ \t]+$/, "", text); return text }
+    function complain(text) { print text; ++faults }
+
+    # The floor of a file: the longest folder of floors.txt that holds it, or "".
+    function floor_of(path,   folder, best) {
+        best = ""
+        for (folder in floor_at)
+            if (index(path, folder "/") == 1 && length(folder) > length(best)) best = folder
+        return best == "" ? "" : floor_at[best]
+    }
+
+    function read_floors(   line, column, folder, allowed, n, i) {
+        while ((getline line < floors) > 0) {
+            if (line ~ /^#/ || split(line, column, "|") != 4) continue
+            column[1] = trim(column[1])
+            qt[column[1]] = trim(column[3]) == "yes"
+            may[column[1], column[1]] = 1
+            n = split(trim(column[2]), allowed, /[ \t]+/)
+            for (i = 1; i <= n; ++i) {
+                if (!(allowed[i] in qt)) complain(floors ": " column[1] " may include " allowed[i] ", which is not a lower floor")
+                may[column[1], allowed[i]] = 1
+            }
+            n = split(column[4], folder, ",")
+            for (i = 1; i <= n; ++i) floor_at[trim(folder[i])] = column[1]
+        }
+        close(floors)
+    }
+
+    function check_include(path, number, included,   name, from) {
+        name = included
+        sub(/.*\//, "", name)
+        from = floor_of(path)
+        if (name in header) {
+            if (!((from, header[name]) in may))
+                complain(path ":" number ": floor " from " includes " included " of floor " header[name])
+        } else if (included ~ /^(Qt[A-Za-z0-9]*\/|Q[A-Z][A-Za-z0-9]*$|q[a-z0-9]+\.h$)/ && !qt[from]) {
+            complain(path ":" number ": floor " from " includes Qt: " included)
+        }
+    }
+
+    BEGIN { read_floors() }
+
+    {
+        files[++count] = $0
+        floor = floor_of($0)
+        if (floor == "") complain($0 ": belongs to no floor")
+        name = $0
+        sub(/.*\//, "", name)
+        if (name ~ /\.h$/) {
+            # Includes are flat, so a name must say which header is meant.
+            if (name in header) complain($0 ": there is a second header of this name: " place[name])
+            header[name] = floor
+            place[name] = $0
+        }
+    }
+
+    END {
+        for (i = 1; i <= count; ++i) {
+            number = 0
+            while ((getline line < files[i]) > 0) {
+                ++number
+                if (line !~ /^[ \t]*#[ \t]*include[ \t]*["<]/) continue
+                sub(/^[^"<]*["<]/, "", line)
+                sub(/[">].*$/, "", line)
+                check_include(files[i], number, line)
+            }
+            close(files[i])
+        }
+        if (faults) exit 1
+        print "layers: " count " files keep to their floors"
+    }'
