@@ -25,7 +25,8 @@ test: build/build.ninja
 	ctest --preset release --no-tests=error
 
 bench: build/build.ninja
-	ninja -C build bench
+	ninja -C build orvek-bench orvek-run
+	build/bin/orvek-bench
 
 examples: build/build.ninja
 	ninja -C build examples

@@ -5,3 +5,4 @@ class BenchTable;
 
 void BenchForces(BenchTable* table);
 void BenchCalculator(BenchTable* table);
+void BenchRuns(BenchTable* table);

@@ -16,6 +16,7 @@ struct Topic {
 constexpr Topic kTopics[] = {
     {"forces", BenchForces},
     {"calculator", BenchCalculator},
+    {"runs", BenchRuns},
 };
 
 bool Wanted(const char* name, int argc, char** argv) {

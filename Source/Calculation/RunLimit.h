@@ -3,7 +3,6 @@
 // pauses and collisions on the way do not restart the count.
 #pragma once
 
-#include <cmath>
 #include <limits>
 #include <mutex>
 
@@ -14,7 +13,8 @@ public:
     // 0 reports and a time of +infinity (seconds): no limit.
     void Set(int64 reports, double time) {
         const std::lock_guard lock(mutex_);
-        next_ = {reports > 0 ? reports : kNoReports, std::isfinite(time) ? time : kNoTime};
+        next_ = {reports > 0 ? reports : kNoReports,
+                 time < std::numeric_limits<double>::infinity() ? time : kNoTime};
         changed_ = true;
     }
 

@@ -104,19 +104,22 @@ const OptionInfo* FindByLetter(char letter) {
     return nullptr;
 }
 
-// Goes through the arguments; each step answers what is wrong, or nothing.
+// What is wrong with the arguments, if anything is.
+using Wrong = std::optional<std::string>;
+
+// Goes through the arguments.
 class Parser {
 public:
     Parser(std::span<const std::string_view> arguments, const ProgramResources& resources,
            Options* options)
         : rest_(arguments), resources_(resources), options_(options) {}
 
-    std::string Parse() {
+    Wrong Parse() {
         while (!rest_.empty() && !options_->help && !options_->version)
-            if (std::string problem = TakeArgument(); !problem.empty()) return problem;
+            if (Wrong wrong = TakeArgument()) return wrong;
         if (options_->json && options_->csv == OutputFile::kStandardOutput)
             return Problem(kTextTwoOutputs);
-        return {};
+        return std::nullopt;
     }
 
 private:
@@ -131,25 +134,25 @@ private:
         return next;
     }
 
-    std::string TakeArgument() {
+    Wrong TakeArgument() {
         const std::string_view argument = TakeNext();
         if (onlyOperands_ || argument.size() < 2 || argument[0] != '-')
             return TakeOperand(argument);
         if (argument == "--") {
             onlyOperands_ = true;
-            return {};
+            return std::nullopt;
         }
         return argument[1] == '-' ? TakeLong(argument) : TakeLetters(argument);
     }
 
-    std::string TakeOperand(std::string_view operand) {
+    Wrong TakeOperand(std::string_view operand) {
         if (options_->document) return Problem(kTextSecondDocument, operand);
         options_->document = std::string(operand);
-        return {};
+        return std::nullopt;
     }
 
     // --name, --name VALUE, --name=VALUE.
-    std::string TakeLong(std::string_view argument) {
+    Wrong TakeLong(std::string_view argument) {
         const std::size_t equals = argument.find('=');
         const std::string_view shown = argument.substr(0, equals);
         const OptionInfo* option = FindByName(shown.substr(2));
@@ -160,27 +163,25 @@ private:
     }
 
     // -q, -n VALUE, -nVALUE, -qn VALUE.
-    std::string TakeLetters(std::string_view argument) {
+    Wrong TakeLetters(std::string_view argument) {
         for (std::size_t i = 1; i < argument.size(); i++) {
             const std::string shown{'-', argument[i]};
             const OptionInfo* option = FindByLetter(argument[i]);
             if (option == nullptr) return Problem(kTextUnknownOption, shown);
             std::optional<Value> value;
             if (option->takesValue && i + 1 < argument.size()) value = argument.substr(i + 1);
-            if (std::string problem = Apply(*option, shown, value); !problem.empty())
-                return problem;
+            if (Wrong wrong = Apply(*option, shown, value)) return wrong;
             if (option->takesValue) break;
         }
-        return {};
+        return std::nullopt;
     }
 
-    std::string Apply(const OptionInfo& option, std::string_view shown,
-                      std::optional<Value> value) {
+    Wrong Apply(const OptionInfo& option, std::string_view shown, std::optional<Value> value) {
         if (option.takesValue && !value) {
             if (rest_.empty()) return Problem(kTextMissingValue, shown);
             value = TakeNext();
         }
-        if (option.set(value.value_or(Value()), resources_, options_)) return {};
+        if (option.set(value.value_or(Value()), resources_, options_)) return std::nullopt;
         return Problem(kTextBadValue, shown, *value);
     }
 
@@ -192,7 +193,7 @@ private:
 
 }  // namespace
 
-std::string ParseOptions(const std::vector<std::string_view>& arguments,
-                         const ProgramResources& resources, Options* options) {
+std::optional<std::string> ParseOptions(const std::vector<std::string_view>& arguments,
+                                        const ProgramResources& resources, Options* options) {
     return Parser(arguments, resources, options).Parse();
 }

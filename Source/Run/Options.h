@@ -32,5 +32,6 @@ struct Options {
 
 // Reads the arguments that follow the program's name. The answer is empty, or says what is wrong
 // with them. Nothing after an argument that asks for help or the version is looked at.
-[[nodiscard]] std::string ParseOptions(const std::vector<std::string_view>& arguments,
-                                       const ProgramResources& resources, Options* options);
+[[nodiscard]] std::optional<std::string> ParseOptions(
+    const std::vector<std::string_view>& arguments, const ProgramResources& resources,
+    Options* options);

@@ -41,4 +41,21 @@ enum RunnerText : int32 {
     kTextSummaryCollision = 4148,  // %1, %2: bodies, %3: time, %4: unit
     kTextSummaryInterrupted = 4149,
     kTextUndefined = 4150,  // in place of a number that has no meaning for this document
+
+    // What is wrong with an edit.
+    kTextEdit = 4160,          // %1: the edit, %2: what is wrong with it
+    kTextEditNoValue = 4161,   // without "="
+    kTextEditNoSystem = 4162,  // %1: name
+    kTextEditNoField = 4163,   // %1: field, %2: system
+    kTextEditNoNumber = 4164,  // %1: value
+    kTextEditNoUnit = 4165,    // %1: value
+    kTextEditNoColor = 4166,   // %1: value
+    kTextEditNoSwitch = 4167,  // %1: value
+    kTextEditRefused = 4168,
+
+    // The epoch tree.
+    kTextEpochLine = 4170,  // %1: name, %2: time, %3: state, %4: bodies, %5: mark of the focus
+    kTextEpochWriteable = 4171,
+    kTextEpochReadOnly = 4172,
+    kTextEpochFocus = 4173,
 };

@@ -21,8 +21,8 @@ int RunWith(const ProgramResources& resources, const std::vector<std::string_vie
         return std::fflush(to) == 0 ? Runner::kDone : Runner::kCouldNot;
     };
     Options options;
-    if (const std::string wrong = ParseOptions(arguments, resources, &options); !wrong.empty()) {
-        print(stderr, kTextUsage, wrong);
+    if (const auto wrong = ParseOptions(arguments, resources, &options)) {
+        print(stderr, kTextUsage, *wrong);
         return Runner::kUsage;
     }
     if (options.help) return print(stdout, kTextHelp, std::to_string(Options::kDefaultSteps));

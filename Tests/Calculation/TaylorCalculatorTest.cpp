@@ -10,6 +10,7 @@
 #include "AllocationCounter.h"
 #include "BMessage.h"
 #include "Body.h"
+#include "CollisionLooper.h"
 #include "Epoch.h"
 #include "ScalarTaylor.h"
 #include "TestSystem.h"
@@ -314,16 +315,27 @@ TEST(TaylorCalculator, TheFirstStepAlreadyFitsTheFastestPair) {
 TEST(TaylorCalculator, BodiesThatTouchStopTheRunBeforeTheStep) {
     TestSystem system;
     system.GetEpoch()->SetTime(77.0);
-    system.Add(0, 4e14, {0, 0, 0}, {1, 2, 3}, 6e6);
-    system.Add(1, 1e14, {1e7, 0, 0}, {}, 4e6);
-    const auto calculator = MakeCalculator(&system);
-    RecordingConsumer consumer(&system, *calculator);
-    system.RunUntilParked(calculator.get());
-    EXPECT_EQ(consumer.Times(), (std::vector<double>{77.0}));
-    EXPECT_EQ(consumer.Positions(), (std::vector<double>{0, 0, 0, 1e7, 0, 0}));
-    EXPECT_EQ(consumer.Velocities(), (std::vector<double>{1, 2, 3, 0, 0, 0}));
-    EXPECT_EQ(Iteration(ArchiveOf(*calculator)), 0);
-    EXPECT_TRUE(system.Find(0)->Position() == ThreeVector{});
+    system.Add(4, 4e14, {0, 0, 0}, {1, 2, 3}, 6e6);
+    system.Add(9, 1e14, {1e7, 0, 0}, {}, 4e6);
+    system.Add(5, 2e14, {5e6, 0, 0}, {}, 1e6);
+    system.Add(1, 0.0, {1e9, 0, 0}, {}, 1.0);
+    auto* const looper = new CollisionLooper;
+    looper->Run();
+    {
+        TaylorCalculator calculator(system.Portal(), system.Consumers(), looper);
+        RecordingConsumer consumer(&system, calculator);
+        system.RunUntilParked(&calculator);
+        const CollisionLooper::Pairs expected = {{9, 5}, {9, 4}, {5, 4}};
+        EXPECT_EQ(looper->WaitForCollisions(), expected);
+        EXPECT_EQ(consumer.Times(), (std::vector<double>{77.0}));
+        EXPECT_EQ(consumer.Positions(),
+                  (std::vector<double>{0, 0, 0, 5e6, 0, 0, 1e7, 0, 0, 1e9, 0, 0}));
+        EXPECT_EQ(consumer.Velocities(), (std::vector<double>{1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+        EXPECT_EQ(Iteration(ArchiveOf(calculator)), 0);
+        EXPECT_TRUE(system.Find(4)->Position() == ThreeVector{});
+    }
+    looper->Lock();
+    looper->Quit();
 }
 
 TEST(TaylorCalculator, WithoutAttractionBodiesMoveInStraightLines) {

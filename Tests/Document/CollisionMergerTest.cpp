@@ -46,8 +46,8 @@ protected:
             energy += 0.5 * bodies[i]->M() * (v.x * v.x + v.y * v.y + v.z * v.z);
             for (std::size_t j = i + 1; j < bodies.size(); j++) {
                 const ThreeVector d = bodies[i]->Position() - bodies[j]->Position();
-                energy -= bodies[i]->M() * bodies[j]->M() /
-                          std::sqrt(d.x * d.x + d.y * d.y + d.z * d.z);
+                energy -=
+                    bodies[i]->M() * bodies[j]->M() / std::sqrt(d.x * d.x + d.y * d.y + d.z * d.z);
             }
         }
         return energy;

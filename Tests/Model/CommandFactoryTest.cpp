@@ -26,9 +26,9 @@ protected:
         planet_->SetPosition({13.0, 1.0, 0.0});
         planet_->SetRelativeTo(0);
         moons_->AddChild(moon_);
-        for (MassSystem* system : {static_cast<MassSystem*>(sun_),
-                                   static_cast<MassSystem*>(planet_),
-                                   static_cast<MassSystem*>(moons_)})
+        for (MassSystem* system :
+             {static_cast<MassSystem*>(sun_), static_cast<MassSystem*>(planet_),
+              static_cast<MassSystem*>(moons_)})
             epoch_->RootSystem()->AddChild(system);
         root_.AddChild(epoch_);
         portal_.SetEpochTo(epoch_);
@@ -80,8 +80,8 @@ TEST_F(CommandFactoryTest, QuantityAndUnitAreOneStepAndUnitAloneIsOne) {
 
 TEST_F(CommandFactoryTest, ValuesThatCannotBeTakenAreRefused) {
     for (const double bad : {kNaN, kInfinity, -kInfinity}) {
-        EXPECT_FALSE(CommitEntry(&portal_, SystemQuantityFactory(Quantity::kMass, 0),
-                                 DimValue{bad, 1.0}));
+        EXPECT_FALSE(
+            CommitEntry(&portal_, SystemQuantityFactory(Quantity::kMass, 0), DimValue{bad, 1.0}));
         EXPECT_FALSE(CommitEntry(&portal_, SystemVectorFactory(kVelocityQuantity, 0),
                                  DimVector{0.0, bad, 0.0, 1.0}));
         EXPECT_FALSE(CommitEntry(&portal_, EpochTimeFactory(), DimValue{bad, 1.0}));
@@ -93,8 +93,8 @@ TEST_F(CommandFactoryTest, ValuesThatCannotBeTakenAreRefused) {
     EXPECT_FALSE(CommitEntry(&portal_, NameFactory(99), std::string("nobody")));
     EXPECT_FALSE(chain_.CanUndo());
 
-    EXPECT_TRUE(CommitEntry(&portal_, SystemQuantityFactory(Quantity::kRadius, 0),
-                            DimValue{-3.0, 1.0}));
+    EXPECT_TRUE(
+        CommitEntry(&portal_, SystemQuantityFactory(Quantity::kRadius, 0), DimValue{-3.0, 1.0}));
     EXPECT_EQ(Now(0)->Radius(), 3.0);
 }
 
@@ -112,8 +112,8 @@ TEST_F(CommandFactoryTest, VectorsAreShownRelativeAndStoredAbsolute) {
     ASSERT_TRUE(CommitEntry(&portal_, position, DimVector{5.0, 5.0, 5.0, unit}));
     EXPECT_EQ(Now(1)->Position(), (ThreeVector{15.0, 5.0, 5.0}));
 
-    ASSERT_TRUE(ExecuteFiled(&portal_,
-                             position.MakeComponentCommand(&portal_, 1, DimValue{-2.0, unit})));
+    ASSERT_TRUE(
+        ExecuteFiled(&portal_, position.MakeComponentCommand(&portal_, 1, DimValue{-2.0, unit})));
     EXPECT_EQ(Now(1)->Position(), (ThreeVector{15.0, -2.0, 5.0}));
     EXPECT_EQ(position.MakeComponentCommand(&portal_, 1, DimValue{-2.0, unit}), nullptr);
     EXPECT_TRUE(Undo());

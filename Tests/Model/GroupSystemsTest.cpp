@@ -47,8 +47,8 @@ protected:
         return shape;
     }
     void Group(std::vector<int64> ids) {
-        ExecuteFiled(&portal_, std::make_unique<GroupSystemsCommand>(&portal_, std::move(ids),
-                                                                     "new", 20));
+        ExecuteFiled(&portal_,
+                     std::make_unique<GroupSystemsCommand>(&portal_, std::move(ids), "new", 20));
     }
     void Dissolve(int64 id) {
         ExecuteFiled(&portal_, std::make_unique<DissolveSystemCommand>(&portal_, id));

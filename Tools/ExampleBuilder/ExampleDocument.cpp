@@ -1,5 +1,6 @@
 #include "ExampleDocument.h"
 
+#include "AppDefs.h"
 #include "BMessage.h"
 #include "Epoch.h"
 #include "SimulationDocument.h"
@@ -25,7 +26,7 @@ status_t AddDisplay(const ExampleText& text, BMessage* record) {
 }
 
 status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, BMessage* record) {
-    BMessage archive;
+    BMessage archive(B_ARCHIVED_OBJECT);
     status_t status = epoch.Archive(&archive);
     if (status == B_OK) status = record->AddMessage("Epochs", &archive);
     if (status == B_OK) status = record->AddInt32("Cur Epoch", 0);
@@ -40,9 +41,8 @@ status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, 
 
 DocumentError WriteExample(const std::string& path, const ExampleText& text, const Epoch& epoch,
                            int64 focusID) {
-    DocumentError error;
     BMessage record;
-    error.status = MakeRecord(text, epoch, focusID, &record);
+    DocumentError error = DocumentError::Record(MakeRecord(text, epoch, focusID, &record));
     if (error.Failed()) return error;
 
     SimulationDocument document(nullptr);

@@ -1,5 +1,7 @@
 #include "ResourceWriter.h"
 
+#include <cstring>
+
 #include "ByteOrder.h"
 #include "ResourceFormat.h"
 
@@ -16,8 +18,9 @@ void Append(Bytes* bytes, Number value, bool swapped) {
 }
 
 void AppendBytes(Bytes* bytes, const void* data, std::size_t size) {
-    const auto* const from = static_cast<const std::byte*>(data);
-    bytes->insert(bytes->end(), from, from + size);
+    if (size == 0) return;
+    bytes->resize(bytes->size() + size);
+    std::memcpy(bytes->data() + bytes->size() - size, data, size);
 }
 
 // Everything before the data. Filled with the pattern first: what is not written over keeps it.

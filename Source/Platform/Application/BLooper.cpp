@@ -19,7 +19,7 @@ const char* NameOrDefault(const char* name) {
 
 BLooper::BLooper(const char* name, int32 priority, int32 portCapacity)
     : BHandler(NameOrDefault(name)),
-      link_(LooperRegistry::Add(this, NameOrDefault(name),
+      link_(LooperRegistry::Add(this, Token(), NameOrDefault(name),
                                 portCapacity > 0 ? portCapacity : kDefaultPortCapacity)),
       priority_(priority) {
     link_->lock.Lock();
@@ -166,23 +166,33 @@ void BLooper::AssertLocked() const {
 // --- Messages ---
 
 status_t BLooper::PostMessage(uint32 what) {
-    return PostMessage(what, this);
+    const BMessage message(what);
+    return Post(this, &message, this);
 }
 
 status_t BLooper::PostMessage(const BMessage* message) {
-    return PostMessage(message, this);
+    return Post(this, message, this);
 }
 
 status_t BLooper::PostMessage(uint32 what, const BHandler* handler) {
     const BMessage message(what);
-    return PostMessage(&message, handler);
+    return Post(this, &message, handler);
 }
 
 status_t BLooper::PostMessage(const BMessage* message, const BHandler* handler) {
-    const LooperRef link = LooperRegistry::Find(this);
+    return Post(this, message, handler);
+}
+
+status_t BLooper::Post(const BLooper* looper, const BMessage* message, const BHandler* handler) {
+    const LooperRef link = LooperRegistry::Find(looper);
     if (link == nullptr || message == nullptr) return B_BAD_VALUE;
-    if (handler != nullptr && handler->Looper() != this) return B_MISMATCHED_VALUES;
-    const int32 token = handler == nullptr ? Delivery::kPreferredHandler : handler->Token();
+    int32 token = Delivery::kPreferredHandler;
+    if (handler == looper) {
+        token = link->handlerToken;  // the looper itself may be gone by now
+    } else if (handler != nullptr) {
+        if (handler->Looper() != looper) return B_MISMATCHED_VALUES;
+        token = handler->Token();
+    }
     return link->port.Put(std::make_unique<Delivery>(*message, token), 0);
 }
 

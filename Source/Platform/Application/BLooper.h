@@ -92,6 +92,7 @@ protected:
 
 private:
     static int32 StartThread(void* looper);
+    static status_t Post(const BLooper* looper, const BMessage* message, const BHandler* handler);
 
     void AssertLocked() const;
     void QuitIfAllowed();

@@ -20,6 +20,8 @@ public:
 
     // True while the target's looper lives, even if the handler was removed.
     [[nodiscard]] bool IsValid() const;
+    // The number of the target's mailbox, the same for all handlers of a looper; -1 for none.
+    [[nodiscard]] int32 Port() const { return port_; }
 
     // Copies the message and does not wait until it is handled. B_BAD_PORT_ID: no target;
     // B_WOULD_BLOCK or B_TIMED_OUT: the port is full.

@@ -27,10 +27,11 @@ LooperRef Look(const Map& map, Key key) {
 
 }  // namespace
 
-LooperRef LooperRegistry::Add(BLooper* looper, const char* name, int32 portCapacity) {
+LooperRef LooperRegistry::Add(BLooper* looper, int32 handlerToken, const char* name,
+                              int32 portCapacity) {
     std::lock_guard lock(Live().mutex);
     const int32 port = ++Live().lastPort;
-    auto link = std::make_shared<LooperLink>(looper, port, name, portCapacity);
+    auto link = std::make_shared<LooperLink>(looper, handlerToken, port, name, portCapacity);
     Live().byLooper.emplace(looper, link);
     Live().byPort.emplace(port, link);
     return link;

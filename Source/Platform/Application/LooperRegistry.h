@@ -12,10 +12,11 @@ class BLooper;
 // What other threads touch of a looper. It outlives the looper for as long as one of them needs it:
 // the lock and the port are closed then.
 struct LooperLink {
-    LooperLink(BLooper* owner, int32 number, const char* name, int32 capacity)
-        : looper(owner), portNumber(number), lock(name), port(capacity) {}
+    LooperLink(BLooper* owner, int32 token, int32 number, const char* name, int32 capacity)
+        : looper(owner), handlerToken(token), portNumber(number), lock(name), port(capacity) {}
 
-    BLooper* const looper;  // alive while the lock is held
+    BLooper* const looper;     // alive while the lock is held
+    const int32 handlerToken;  // the looper's own
     const int32 portNumber;
     BLocker lock;
     MessagePort port;
@@ -25,7 +26,8 @@ using LooperRef = std::shared_ptr<LooperLink>;
 
 namespace LooperRegistry {
 
-[[nodiscard]] LooperRef Add(BLooper* looper, const char* name, int32 portCapacity);
+[[nodiscard]] LooperRef Add(BLooper* looper, int32 handlerToken, const char* name,
+                            int32 portCapacity);
 void Remove(const LooperRef& link);
 // Null if there is none. Neither follows the pointer.
 [[nodiscard]] LooperRef Find(const BLooper* looper);

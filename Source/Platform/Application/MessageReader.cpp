@@ -200,7 +200,6 @@ bool Parser::ResolveVariableItems(StoredField* field, bool isPadded) const {
     for (std::size_t i = 0; i < count; i++) {
         if (left < kSizeWord) return false;
         place = {static_cast<uint32>(at + kSizeWord), Number<uint32>(at)};
-        if (place.size > left - kSizeWord) return false;
         uint64 step = kSizeWord + uint64{place.size};
         if (isPadded && !(i + 1 == count && step == left))
             step = StoredRecord::PaddedItemSize(place.size);

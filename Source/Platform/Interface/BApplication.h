@@ -54,7 +54,6 @@ private:
 
     const std::string signature_;
     bool isLaunching_ = true;
-    bool wasRun_ = false;
 };
 
 extern BApplication* be_app;

@@ -7,6 +7,5 @@ class BButton : public BControl {
 public:
     BButton(const char* name, const char* label, BMessage* message);
 
-    // The default button of its window is pressed by the Enter key.
-    void MakeDefault(bool isDefault);
+    void SetLabel(const char* label) override;
 };

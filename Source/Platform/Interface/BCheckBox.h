@@ -6,4 +6,7 @@
 class BCheckBox : public BControl {
 public:
     BCheckBox(const char* name, const char* label, BMessage* message);
+
+    void SetLabel(const char* label) override;
+    void SetValue(int32 value) override;
 };

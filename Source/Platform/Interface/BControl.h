@@ -15,18 +15,18 @@ public:
     [[nodiscard]] bool IsEnabled() const { return isEnabled_; }
     virtual void SetEnabled(bool isEnabled);
 
-    // Adds int64 "when" (microseconds), pointer "source" and int32 "be:value".
+    // Adds int64 "when" (microseconds), pointer "source" and int32 "value".
     status_t Invoke(const BMessage* message = nullptr) override;
-    void AttachedToWindow() override;
 
 protected:
     BControl(const char* name, const char* label, BMessage* message,
              std::shared_ptr<ViewPart> part);
 
-    // Takes "value" over and invokes.
+    // Takes int32 "value" over and invokes.
     void Changed(const BMessage& message) override;
+    [[nodiscard]] BMessenger DefaultTarget() const override;
+    // Only the handle's own copy.
     void TakeValue(int32 value) { value_ = value; }
-    void TakeLabel(const char* label);
 
 private:
     std::string label_;

@@ -35,6 +35,10 @@ public:
     // B_BAD_VALUE: no message; B_BAD_PORT_ID: no target.
     virtual status_t Invoke(const BMessage* message = nullptr);
 
+protected:
+    // Where the message goes while no target is set; here: nowhere.
+    [[nodiscard]] virtual BMessenger DefaultTarget() const { return {}; }
+
 private:
     std::unique_ptr<BMessage> message_;
     BMessenger target_;

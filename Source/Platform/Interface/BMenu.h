@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "BMenuItem.h"
@@ -49,7 +50,7 @@ public:
     // Choosing an item marks it and unmarks the others.
     void SetRadioMode(bool isRadioMode);
     [[nodiscard]] bool IsRadioMode() const { return isRadioMode_; }
-    // A menu field shows the marked item's MarkedLabel instead of the menu's name.
+    // A menu field shows the marked item instead of the menu's name.
     void SetLabelFromMarked(bool isLabelFromMarked);
     [[nodiscard]] bool IsLabelFromMarked() const { return isLabelFromMarked_; }
     void SetEnabled(bool isEnabled);
@@ -67,19 +68,15 @@ protected:
     BMenu(const char* name, std::shared_ptr<ViewPart> part);
 
     void Changed(const BMessage& message) override;
-    // The marked item or its label is another one now. Menu fields follow by themselves.
-    virtual void MarkChanged();
+    BMenu(BMessage* archive, std::shared_ptr<ViewPart> part);
 
 private:
-    friend class BMenuField;
     friend class BMenuItem;
 
-    // `item` was marked or unmarked, or shows another text.
-    void ItemChanged(BMenuItem* item);
+    // An item was marked or has another label: the menu field around the menu may show it.
+    void UpdateField();
+    void UnmarkOthers(const BMenuItem* marked);
     void ReadArchive(BMessage* archive);
-    // What the menu field around this menu shows.
-    [[nodiscard]] std::string FieldText() const;
-    void UpdateFieldText();
 
     std::vector<std::unique_ptr<BMenuItem>> items_;
     BMenuItem* superitem_ = nullptr;

@@ -23,7 +23,19 @@ public:
     void SetEnabled(bool isEnabled);
     [[nodiscard]] bool IsEnabled() const { return isEnabled_; }
 
+    void AttachedToWindow() override;
+
+protected:
+    // Whether the field shows the marked item's MarkedLabel and not the menu's name; here: if the
+    // menu is labelled from the marked item.
+    [[nodiscard]] virtual bool ShowsMarked() const;
+
 private:
+    friend class BMenu;
+
+    void ShowMenu();
+    void UpdateText();
+
     std::string label_;
     bool isEnabled_ = true;
 };

@@ -52,11 +52,17 @@ public:
     // item without a target of its own sends to its menu's window.
     status_t Invoke(const BMessage* message = nullptr) override;
 
+protected:
+    struct Separator {};
+    explicit BMenuItem(Separator);
+    BMenuItem(Separator, BMessage* archive);
+
+    [[nodiscard]] BMessenger DefaultTarget() const override;
+
 private:
     friend class BMenu;
-    friend class BSeparatorItem;
 
-    BMenuItem(std::shared_ptr<MenuItemPart> part, BMessage* archive);
+    // Shows the item as it is now.
     void UpdatePart();
 
     std::shared_ptr<MenuItemPart> part_;

@@ -11,8 +11,6 @@ public:
 
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
 
-    // Opens the menu with its left-top corner at a point of `view` (in its window coordinates, as
-    // mouse input gives it) and returns at once. The menu must have been attached with
-    // `view->Attach...`; items send their messages as usual.
-    void Go(BView* view, BPoint where);
+    // Opens the menu where the mouse is and returns at once. It must be in a window (BView::Adopt).
+    void Go();
 };

@@ -7,6 +7,7 @@ class BRadioButton : public BControl {
 public:
     BRadioButton(const char* name, const char* label, BMessage* message);
 
+    void SetLabel(const char* label) override;
     // Turning it on turns the other radio buttons of its parent off.
     void SetValue(int32 value) override;
 

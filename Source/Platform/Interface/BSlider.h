@@ -8,6 +8,7 @@ public:
     // `message` is sent when the user lets go of the knob or steps it with a key.
     BSlider(const char* name, const char* label, BMessage* message, int32 minimum, int32 maximum);
 
+    void SetLabel(const char* label) override;
     void SetValue(int32 value) override;
     [[nodiscard]] int32 Minimum() const { return minimum_; }
     [[nodiscard]] int32 Maximum() const { return maximum_; }

@@ -12,6 +12,7 @@ class BTextControl : public BControl {
 public:
     BTextControl(const char* name, const char* label, const char* text, BMessage* message);
 
+    void SetLabel(const char* label) override;
     // What was last set or entered.
     [[nodiscard]] const std::string& Text() const { return text_; }
     // Replaces what is being typed, too. Sends nothing.
@@ -23,8 +24,8 @@ public:
     // window next handles messages.
     std::optional<std::string> TakePendingText();
 
-    // Sent, if set, at every key. Takes it over.
-    void SetModificationMessage(BMessage* message) { modification_.reset(message); }
+    // Sent, if set, at every key; PendingText tells what was typed. Takes it over.
+    void SetModificationMessage(BMessage* message);
     // Room for about so many characters; 0: as the toolkit thinks best.
     void SetColumns(int32 count);
     void SetRightAligned(bool isRightAligned);

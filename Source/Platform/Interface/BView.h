@@ -24,6 +24,8 @@ public:
 
     // Takes the child over and puts it at the end. Not for a view that has a parent.
     void AddChild(BView* child);
+    // The same for a child that has no place among the others: a menu that pops up.
+    void Adopt(BView* child);
     // The child belongs to the caller again. False if it is none of this view's.
     bool RemoveChild(BView* child);
     bool RemoveSelf();
@@ -70,8 +72,6 @@ protected:
 
     // The user changed something; `message` holds what, in fields of the class's own.
     virtual void Changed(const BMessage& message);
-    // A child without a place among the others, such as a submenu.
-    void Adopt(BView* child);
 
 private:
     friend class BWindow;

@@ -63,6 +63,8 @@ public:
     [[nodiscard]] BView* FindView(const char* name) const;
     // The button pressed by the Enter key; null for none.
     void SetDefaultButton(BButton* button);
+    // The button pressed by the Escape key; null for none.
+    void SetCancelButton(BButton* button);
 
     // `key`: a character; a capital letter means with the shift key. The command key is always part
     // of it. Takes the message over; it goes to `target`, or to this window. Replaces a shortcut of

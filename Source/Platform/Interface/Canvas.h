@@ -7,8 +7,8 @@
 // that the picture can grow on all sides without moving anything. `scale` device pixels make one
 // logical pixel; everything is drawn in device pixels.
 //
-// Lines have the width of one logical pixel and square, exclusive ends: a polyline drawn in many
-// short pieces has the pixels of the same line drawn in one, however short the pieces.
+// Lines have the width of one logical pixel and round ends. What a colour covers of a pixel it covers
+// once: a line drawn again, or in many short pieces, becomes neither thicker nor jagged.
 #pragma once
 
 #include <string>
@@ -55,8 +55,6 @@ public:
     // What was drawn on since the damage was last cleared, in device pixels of Pixels().
     [[nodiscard]] const DamageMap& Damage() const { return damage_; }
     void ClearDamage() { damage_.Clear(); }
-    // The same area of another canvas is damaged, too.
-    void AddDamage(const DamageMap& damage);
     // Copies all that is damaged in `source`, which must have the same bounds and scale.
     void CopyDamageFrom(const Canvas& source);
 
@@ -76,13 +74,17 @@ private:
     };
 
     [[nodiscard]] IntRect DeviceRect(BRect rect) const;
-    void Allocate();
+    [[nodiscard]] double DeviceX(float x) const;
+    [[nodiscard]] double DeviceY(float y) const;
+    void ForgetStrokes(const IntRect& area);
+    PixelBuffer& Strokes();
 
     BRect bounds_;
     rgb_color background_;
     double scale_;
     IntPoint origin_;
     PixelBuffer pixels_;
+    PixelBuffer strokes_;  // see Rasterizer.h; made when first needed
     DamageMap damage_;
     std::vector<Line> lines_;
 };

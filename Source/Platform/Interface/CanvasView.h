@@ -7,7 +7,7 @@
 // and in a program without windows, whoever owns it. The hooks are called on the window's thread.
 // Coordinates are those of Canvas: a point of the canvas keeps its coordinates for ever, whatever part
 // of the canvas the view shows. The canvas grows to cover what is shown and never gives up what
-// the view has shown, up to a limit of kMaxReach logical pixels around the shown part.
+// the view has shown, up to kMaxReach logical pixels around the shown part.
 #pragma once
 
 #include <memory>
@@ -28,7 +28,7 @@ public:
     enum class Anchor { kLeftTop, kCenter };
     enum class Transit { kEntered, kInside, kExited };
 
-    static constexpr float kMaxReach = 2048.0f;
+    static constexpr float kMaxReach = 512.0f;
 
     CanvasView(const char* name, Anchor anchor, rgb_color background);
     ~CanvasView() override;
@@ -67,6 +67,8 @@ public:
     void SetOverlay(std::vector<OverlayItem> items);
     // Brings what was drawn to the screen: hands it to the server, which copies the changed parts.
     void Sync();
+    // How many Syncs have reached the screen; several between two refreshes count once.
+    [[nodiscard]] int64 CountShown() const;
 
     // What the view shows, with or without the overlay. B_IO_ERROR if the file cannot be written.
     [[nodiscard]] status_t SavePNG(const std::string& path, bool withOverlay = true) const;

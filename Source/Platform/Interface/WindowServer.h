@@ -30,6 +30,9 @@ public:
     WindowServer(const WindowServer&) = delete;
     WindowServer& operator=(const WindowServer&) = delete;
 
+    // Null while there is none. Main thread.
+    [[nodiscard]] static WindowServer* Current();
+
     // The program's arguments without the toolkit's own; the first is the program.
     [[nodiscard]] const std::vector<std::string>& Arguments() const { return arguments_; }
 

@@ -41,12 +41,11 @@ status_t BResources::SetTo(const char* path) {
     char magic[SELFMAG] = {};
     const ssize_t got = file.ReadAt(0, magic, sizeof magic);
     if (got < 0) return static_cast<status_t>(got);
+    const bool isProgram = std::memcmp(magic, ELFMAG, SELFMAG) == 0;
     std::vector<std::byte> bytes;
-    if (std::memcmp(magic, ELFMAG, SELFMAG) == 0) {
-        const status_t status = ProgramSection::Read(file.Descriptor(), kSectionName, &bytes);
-        return status == B_OK ? SetToBlock(std::move(bytes)) : status;
-    }
-    const status_t status = ReadWhole(file, &bytes);
+    const status_t status = isProgram
+                                ? ProgramSection::Read(file.Descriptor(), kSectionName, &bytes)
+                                : ReadWhole(file, &bytes);
     return status == B_OK ? SetTo(std::move(bytes)) : status;
 }
 

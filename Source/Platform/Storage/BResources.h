@@ -1,9 +1,8 @@
 // The resources of a file: blocks of data known by type and number, some with a name. Read once by
 // SetTo, then read-only, when any thread may call. The object owns what its functions point to.
 //
-// Reads resource files of both byte orders and the block that a program file carries in an ELF
-// section. Nothing in the file is trusted: every offset, size and count is checked before it is
-// used.
+// Reads resource files of both byte orders, and the one that a program file carries as a section.
+// Nothing in the file is trusted: every offset, size and count is checked before it is used.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +18,7 @@
 
 class BResources {
 public:
-    // The section of a program file that holds its resource block.
+    // The section of a program file that holds its resource file.
     static constexpr const char* kSectionName = ".orvek_rsrc";
 
     // B_IO_ERROR: the file holds no resources; B_BAD_DATA: they are damaged; or why it could not be

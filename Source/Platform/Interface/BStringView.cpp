@@ -1,0 +1,55 @@
+#include "BStringView.h"
+
+#include <QLabel>
+
+#include "ViewPart.h"
+
+namespace {
+
+class StringPart : public ViewPart {
+public:
+    explicit StringPart(std::string text) : text_(std::move(text)) {}
+
+protected:
+    QWidget* Make() override {
+        auto* const label = new QLabel(ToText(text_));
+        label->setTextFormat(Qt::PlainText);
+        return label;
+    }
+
+private:
+    const std::string text_;
+};
+
+std::string StringOf(const char* text) {
+    return text == nullptr ? "" : text;
+}
+
+}  // namespace
+
+BStringView::BStringView(const char* name, const char* text)
+    : BView(name, std::make_shared<StringPart>(StringOf(text))), text_(StringOf(text)) {}
+
+void BStringView::SetText(const char* text) {
+    if (text_ == StringOf(text)) return;
+    text_ = StringOf(text);
+    ChangeWidget<QLabel>(Part(), [line = ToText(text_)](QLabel& label) { label.setText(line); });
+}
+
+void BStringView::SetWrapped(bool isWrapped) {
+    ChangeWidget<QLabel>(Part(), [=](QLabel& label) { label.setWordWrap(isWrapped); });
+}
+
+void BStringView::SetSelectable(bool isSelectable) {
+    ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
+        label.setTextInteractionFlags(isSelectable ? Qt::TextSelectableByMouse |
+                                                         Qt::TextSelectableByKeyboard
+                                                   : Qt::NoTextInteraction);
+    });
+}
+
+void BStringView::SetRightAligned(bool isRightAligned) {
+    ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
+        label.setAlignment((isRightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    });
+}

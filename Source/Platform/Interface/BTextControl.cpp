@@ -1,0 +1,139 @@
+#include "BTextControl.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+
+#include "ViewPart.h"
+
+namespace {
+
+class TextPart : public ViewPart {
+public:
+    TextPart(std::string label, std::string text)
+        : label_(std::move(label)), text_(std::move(text)) {}
+
+    QPointer<QLineEdit> line;  // asked for even when the widget is gone
+    QLabel* title = nullptr;
+
+    void SetText(const QString& text) {
+        entered_ = text;
+        if (line->text() != text) line->setText(text);
+    }
+
+    void SetWantsKeys(bool wantsKeys) { wantsKeys_ = wantsKeys; }
+
+    [[nodiscard]] std::optional<std::string> Pending() const {
+        if (line == nullptr || line->text() == entered_) return std::nullopt;
+        return line->text().toStdString();
+    }
+
+    // What is pending becomes what was entered; the handle hears of it.
+    std::optional<std::string> Enter(bool isSilent) {
+        std::optional<std::string> text = Pending();
+        if (!text) return text;
+        entered_ = line->text();
+        BMessage message(kViewChanged);
+        message.AddString("entered", *text);
+        message.AddBool("silent", isSilent);
+        Tell(message);
+        return text;
+    }
+
+protected:
+    QWidget* Make() override {
+        auto* const widget = new QWidget;
+        auto* const layout = new QHBoxLayout(widget);
+        layout->setContentsMargins(0, 0, 0, 0);
+        title = new QLabel(ToText(label_));
+        title->setVisible(!label_.empty());
+        entered_ = ToText(text_);
+        line = new QLineEdit(entered_);
+        line->setAccessibleName(ToText(label_));
+        layout->addWidget(title);
+        layout->addWidget(line, 1);
+        widget->setFocusProxy(line);
+        QObject::connect(line, &QLineEdit::editingFinished, widget, [this] { Enter(false); });
+        QObject::connect(line, &QLineEdit::textEdited, widget, [this] {
+            if (wantsKeys_) Tell(BMessage(kViewChanged));
+        });
+        return widget;
+    }
+
+private:
+    const std::string label_;
+    const std::string text_;
+    QString entered_;
+    bool wantsKeys_ = false;
+};
+
+}  // namespace
+
+BTextControl::BTextControl(const char* name, const char* label, const char* text,
+                           BMessage* message)
+    : BControl(name, label, message,
+               std::make_shared<TextPart>(label == nullptr ? "" : label,
+                                          text == nullptr ? "" : text)),
+      text_(text == nullptr ? "" : text) {}
+
+void BTextControl::SetLabel(const char* label) {
+    BControl::SetLabel(label);
+    ChangePart<TextPart>(Part(), [label = ToText(Label())](TextPart& part) {
+        part.title->setText(label);
+        part.title->setVisible(!label.isEmpty());
+        part.line->setAccessibleName(label);
+    });
+}
+
+void BTextControl::SetText(const char* text) {
+    text_ = text == nullptr ? "" : text;
+    ChangePart<TextPart>(Part(), [text = ToText(text_)](TextPart& part) { part.SetText(text); });
+}
+
+std::optional<std::string> BTextControl::PendingText() const {
+    return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Pending(); });
+}
+
+std::optional<std::string> BTextControl::TakePendingText() {
+    return WindowServer::Ask(
+        [part = Part()] { return static_cast<TextPart&>(*part).Enter(true); });
+}
+
+void BTextControl::SetModificationMessage(BMessage* message) {
+    modification_.reset(message);
+    ChangePart<TextPart>(
+        Part(), [wantsKeys = message != nullptr](TextPart& part) { part.SetWantsKeys(wantsKeys); });
+}
+
+void BTextControl::SetColumns(int32 count) {
+    ChangePart<TextPart>(Part(), [=](TextPart& part) {
+        const int width = part.line->fontMetrics().averageCharWidth() * (count + 2);
+        part.line->setMinimumWidth(count > 0 ? width : 0);
+        part.line->setSizePolicy(count > 0 ? QSizePolicy::Preferred : QSizePolicy::Expanding,
+                                 QSizePolicy::Fixed);
+    });
+}
+
+void BTextControl::SetRightAligned(bool isRightAligned) {
+    ChangePart<TextPart>(Part(), [=](TextPart& part) {
+        part.line->setAlignment((isRightAligned ? Qt::AlignRight : Qt::AlignLeft) |
+                                Qt::AlignVCenter);
+    });
+}
+
+void BTextControl::SelectAll() {
+    ChangePart<TextPart>(Part(), [](TextPart& part) { part.line->selectAll(); });
+}
+
+void BTextControl::Changed(const BMessage& message) {
+    std::string text;
+    if (message.FindString("entered", &text) != B_OK) {
+        if (modification_ != nullptr) Invoke(modification_.get());
+        return;
+    }
+    bool isSilent = false;
+    message.FindBool("silent", &isSilent);
+    text_ = text;
+    if (!isSilent) Invoke();
+}

@@ -1,0 +1,33 @@
+// The widget of a menu field: looks like a combo box and opens the field's own menu, so that menus have
+// their separators, marks and shortcuts wherever they are. Server's thread.
+#pragma once
+
+#include <QComboBox>
+#include <QMenu>
+#include <QPointer>
+#include <QWheelEvent>
+
+class PopUpButton : public QComboBox {
+public:
+    PopUpButton();
+
+    void SetMenu(QMenu* menu);
+    // What is shown, and everything that may be: the button is wide enough for each.
+    void SetTexts(const QString& shown, const QStringList& all);
+
+    void showPopup() override;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    // Only a click or a key changes a choice: the wheel is for the window around it.
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+
+private:
+    // Chooses the next item that can be chosen, upwards or downwards.
+    void Step(int direction);
+    void ChooseByLetter(const QString& letter);
+    [[nodiscard]] QList<QAction*> Choices() const;
+    [[nodiscard]] QAction* Marked() const;
+
+    QPointer<QMenu> menu_;
+};

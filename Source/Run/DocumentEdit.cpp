@@ -1,0 +1,257 @@
+#include "DocumentEdit.h"
+
+#include <charconv>
+#include <span>
+
+#include "CommandFactory.h"
+#include "EpochFactories.h"
+#include "ProgramResources.h"
+#include "RunnerTexts.h"
+#include "SimulationDocument.h"
+#include "SystemFactories.h"
+#include "TextTemplate.h"
+
+namespace {
+
+using Quantity = SystemQuantityFactory::Quantity;
+
+constexpr std::string_view kEpoch = "epoch";
+constexpr std::string_view kOrigin = "origin";
+constexpr std::string_view kOn = "on";
+constexpr std::string_view kOff = "off";
+
+std::string_view Trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+template <typename Number>
+bool ReadPlain(std::string_view text, Number* number, int base = 10) {
+    const char* const end = text.data() + text.size();
+    std::from_chars_result result{};
+    if constexpr (std::is_integral_v<Number>)
+        result = std::from_chars(text.data(), end, *number, base);
+    else
+        result = std::from_chars(text.data(), end, *number);
+    return result.ec == std::errc() && result.ptr == end;
+}
+
+// "#rrggbb".
+bool ReadColor(std::string_view text, rgb_color* color) {
+    uint32 rgb = 0;
+    if (text.size() != 7 || text[0] != '#' || !ReadPlain(text.substr(1), &rgb, 16)) return false;
+    *color = {static_cast<uint8>(rgb >> 16), static_cast<uint8>(rgb >> 8 & 0xff),
+              static_cast<uint8>(rgb & 0xff), 255};
+    return true;
+}
+
+bool ReadSwitch(std::string_view text, bool* on) {
+    *on = text == kOn;
+    return *on || text == kOff;
+}
+
+// The word at the front of the text, which loses it.
+std::string_view TakeWord(std::string_view* text) {
+    *text = Trimmed(*text);
+    const std::string_view word = text->substr(0, text->find(' '));
+    text->remove_prefix(word.size());
+    return word;
+}
+
+}  // namespace
+
+struct DocumentEdit::Field {
+    std::string_view name;
+    Wrong (DocumentEdit::*set)(Value);
+};
+
+const DocumentEdit::Field DocumentEdit::kSystemFields[] = {
+    {"name", &DocumentEdit::SetName},
+    {"mass", &DocumentEdit::SetMass},
+    {"radius", &DocumentEdit::SetRadius},
+    {"r", &DocumentEdit::SetVector<false>},
+    {"r.x", &DocumentEdit::SetComponent<false, 0>},
+    {"r.y", &DocumentEdit::SetComponent<false, 1>},
+    {"r.z", &DocumentEdit::SetComponent<false, 2>},
+    {"v", &DocumentEdit::SetVector<true>},
+    {"v.x", &DocumentEdit::SetComponent<true, 0>},
+    {"v.y", &DocumentEdit::SetComponent<true, 1>},
+    {"v.z", &DocumentEdit::SetComponent<true, 2>},
+    {"trail", &DocumentEdit::SetColorOrSwitch<false>},
+    {"disc", &DocumentEdit::SetColorOrSwitch<true>},
+    {"relative-to", &DocumentEdit::SetRelativeTo},
+};
+
+const DocumentEdit::Field DocumentEdit::kEpochFields[] = {
+    {"name", &DocumentEdit::SetEpochName},    {"time", &DocumentEdit::SetTime},
+    {"cutoff", &DocumentEdit::SetCutoff},     {"order", &DocumentEdit::SetOrder},
+    {"com-on-go", &DocumentEdit::SetCOMOnGo},
+};
+
+DocumentEdit::DocumentEdit(SimulationDocument* document, SimulationController* controller,
+                           const ProgramResources* resources)
+    : document_(document), controller_(controller), resources_(resources) {}
+
+std::optional<std::string> DocumentEdit::Apply(std::string_view text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos) return Problem(kTextEditNoValue, text);
+    const std::string_view target = Trimmed(text.substr(0, equals));
+    const Value value = Trimmed(text.substr(equals + 1));
+
+    // A name may hold points: the longest one that fits is meant.
+    for (std::size_t dot = target.rfind('.'); dot != std::string_view::npos && dot > 0;
+         dot = target.rfind('.', dot - 1)) {
+        const std::string_view owner = target.substr(0, dot);
+        const std::optional<int64> system = FindSystem(owner);
+        if (!system && owner != kEpoch) continue;
+        system_ = system.value_or(kNoSystemID);
+        const std::string_view name = target.substr(dot + 1);
+        const std::span<const Field> fields =
+            system ? std::span<const Field>(kSystemFields) : std::span<const Field>(kEpochFields);
+        for (const Field& field : fields)
+            if (field.name == name) return (this->*field.set)(value);
+        return Problem(kTextEditNoField, name, owner);
+    }
+    return Problem(kTextEditNoSystem, target.substr(0, target.find('.')));
+}
+
+std::optional<int64> DocumentEdit::FindSystem(std::string_view name) const {
+    for (const MassSystem* system : document_->Portal()->SystemsInIDOrder())
+        if (system->Name() == name) return system->ID();
+    return std::nullopt;
+}
+
+DocumentEdit::Wrong DocumentEdit::Problem(int32 text, std::string_view what,
+                                          std::string_view where) const {
+    return FillIn(resources_->InterfaceLabel(text), {what, where});
+}
+
+DocumentEdit::Wrong DocumentEdit::ReadNumber(Value value, const UnitTable& units,
+                                             double plainFactor, double* number,
+                                             double* unit) const {
+    const UnitTable::Parsed parsed = units.Parse(value, plainFactor);
+    switch (parsed.error) {
+        case UnitTable::ParseError::kNotANumber:
+            return Problem(kTextEditNoNumber, value);
+        case UnitTable::ParseError::kUnknownUnit:
+            return Problem(kTextEditNoUnit, value);
+        case UnitTable::ParseError::kNone:
+            break;
+    }
+    *number = parsed.value;
+    *unit = parsed.unit ? parsed.unit->factor : plainFactor;
+    return std::nullopt;
+}
+
+template <typename Factory, typename Entered>
+DocumentEdit::Wrong DocumentEdit::Commit(const Factory& factory, const Entered& entered) {
+    EpochPortal* const portal = document_->Portal();
+    if (factory.Current(*portal) == entered || CommitEntry(portal, factory, entered))
+        return std::nullopt;
+    return Problem(kTextEditRefused, {});
+}
+
+DocumentEdit::Wrong DocumentEdit::SetName(Value value) {
+    return Commit(NameFactory(system_), std::string(value));
+}
+
+DocumentEdit::Wrong DocumentEdit::SetMass(Value value) {
+    const SystemQuantityFactory mass(Quantity::kMass, system_);
+    double number, unit;
+    const double shown = mass.Current(*document_->Portal()).Uval();
+    if (Wrong wrong = ReadNumber(value, resources_->MassUnits(), shown, &number, &unit))
+        return wrong;
+    return Commit(mass, DimValue{number, unit});
+}
+
+DocumentEdit::Wrong DocumentEdit::SetRadius(Value value) {
+    const SystemQuantityFactory radius(Quantity::kRadius, system_);
+    double number, unit;
+    const double shown = radius.Current(*document_->Portal()).Uval();
+    if (Wrong wrong = ReadNumber(value, resources_->DistanceUnits(), shown, &number, &unit))
+        return wrong;
+    return Commit(radius, DimValue{number, unit});
+}
+
+template <bool kIsVelocity>
+DocumentEdit::Wrong DocumentEdit::SetVector(Value value) {
+    const SystemVectorFactory factory(kIsVelocity ? kVelocityQuantity : kPositionQuantity, system_);
+    // "X Y Z UNIT": the unit is that of all three.
+    std::string_view rest = value;
+    const std::string_view words[] = {TakeWord(&rest), TakeWord(&rest), TakeWord(&rest)};
+    double numbers[3];
+    double unit = factory.Current(*document_->Portal()).Uval();
+    const UnitTable& units = kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits();
+    for (int i = 0; i < 3; i++) {
+        const std::string component = std::string(words[i]) + ' ' + std::string(Trimmed(rest));
+        if (Wrong wrong = ReadNumber(Trimmed(component), units, unit, &numbers[i], &unit))
+            return wrong;
+    }
+    return Commit(factory, DimVector{numbers[0], numbers[1], numbers[2], unit});
+}
+
+template <bool kIsVelocity, int kComponent>
+DocumentEdit::Wrong DocumentEdit::SetComponent(Value value) {
+    const SystemVectorFactory factory(kIsVelocity ? kVelocityQuantity : kPositionQuantity, system_);
+    EpochPortal* const portal = document_->Portal();
+    double number, unit;
+    if (Wrong wrong =
+            ReadNumber(value, kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits(),
+                       factory.Current(*portal).Uval(), &number, &unit))
+        return wrong;
+    // No command is made for what is so already.
+    ExecuteFiled(portal, factory.MakeComponentCommand(portal, kComponent, DimValue{number, unit}));
+    return std::nullopt;
+}
+
+template <bool kIsDisc>
+DocumentEdit::Wrong DocumentEdit::SetColorOrSwitch(Value value) {
+    bool on;
+    if (ReadSwitch(value, &on))
+        return Commit(kIsDisc ? DiscOnFactory(system_) : TrailOnFactory(system_), on);
+    rgb_color color;
+    if (ReadColor(value, &color))
+        return Commit(kIsDisc ? DiscColorFactory(system_) : TrailColorFactory(system_), color);
+    return Problem(kTextEditNoColor, value);
+}
+
+DocumentEdit::Wrong DocumentEdit::SetRelativeTo(Value value) {
+    const std::optional<int64> referent = value == kOrigin ? kOriginID : FindSystem(value);
+    if (!referent) return Problem(kTextEditNoSystem, value);
+    if (*referent == system_) return Problem(kTextEditRefused, {});
+    controller_->EditBody(system_);
+    controller_->SetRelativeTo(*referent);
+    return std::nullopt;
+}
+
+DocumentEdit::Wrong DocumentEdit::SetEpochName(Value value) {
+    return Commit(EpochNameFactory(), std::string(value));
+}
+
+DocumentEdit::Wrong DocumentEdit::SetTime(Value value) {
+    const EpochTimeFactory time;
+    double number, unit;
+    const double shown = time.Current(*document_->Portal()).Uval();
+    if (Wrong wrong = ReadNumber(value, resources_->TimeUnits(), shown, &number, &unit))
+        return wrong;
+    return Commit(time, DimValue{number, unit});
+}
+
+DocumentEdit::Wrong DocumentEdit::SetCutoff(Value value) {
+    double cutoff;
+    if (!ReadPlain(value, &cutoff)) return Problem(kTextEditNoNumber, value);
+    return Commit(CutoffFactory(), cutoff);
+}
+
+DocumentEdit::Wrong DocumentEdit::SetOrder(Value value) {
+    int32 order;
+    if (!ReadPlain(value, &order)) return Problem(kTextEditNoNumber, value);
+    return Commit(OrderFactory(), order);
+}
+
+DocumentEdit::Wrong DocumentEdit::SetCOMOnGo(Value value) {
+    bool on;
+    if (!ReadSwitch(value, &on)) return Problem(kTextEditNoSwitch, value);
+    return Commit(COMOnGoFactory(), on);
+}

@@ -1,0 +1,64 @@
+// The edits of the command line, "SYSTEM.FIELD=VALUE UNIT", made by the same commands as those of
+// the entry controls. Owned by the runner; used on its thread while the simulation is paused.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "SimulationController.h"
+
+class ProgramResources;
+class SimulationDocument;
+class UnitTable;
+
+class DocumentEdit {
+public:
+    // None is owned.
+    DocumentEdit(SimulationDocument* document, SimulationController* controller,
+                 const ProgramResources* resources);
+
+    // Makes one edit. The answer is empty, or says what of the text was not understood or cannot be
+    // taken; then nothing was changed. SYSTEM is a system's name, or "epoch" for the epoch in
+    // focus. A number without a unit counts in the unit that the quantity is shown in.
+    [[nodiscard]] std::optional<std::string> Apply(std::string_view text);
+
+private:
+    struct Field;
+    static const Field kSystemFields[];
+    static const Field kEpochFields[];
+
+    // What is wrong, if anything is.
+    using Wrong = std::optional<std::string>;
+    using Value = std::string_view;
+
+    Wrong SetName(Value value);
+    Wrong SetMass(Value value);
+    Wrong SetRadius(Value value);
+    template <bool kIsVelocity>
+    Wrong SetVector(Value value);
+    template <bool kIsVelocity, int kComponent>
+    Wrong SetComponent(Value value);
+    template <bool kIsDisc>
+    Wrong SetColorOrSwitch(Value value);
+    Wrong SetRelativeTo(Value value);
+    Wrong SetEpochName(Value value);
+    Wrong SetTime(Value value);
+    Wrong SetCutoff(Value value);
+    Wrong SetOrder(Value value);
+    Wrong SetCOMOnGo(Value value);
+
+    [[nodiscard]] Wrong Problem(int32 text, std::string_view what,
+                                std::string_view where = {}) const;
+    // The number in SI units.
+    Wrong ReadNumber(Value value, const UnitTable& units, double plainFactor, double* number,
+                     double* unit) const;
+    template <typename Factory, typename Entered>
+    Wrong Commit(const Factory& factory, const Entered& entered);
+    [[nodiscard]] std::optional<int64> FindSystem(std::string_view name) const;
+
+    SimulationDocument* const document_;
+    SimulationController* const controller_;
+    const ProgramResources* const resources_;
+    int64 system_ = -1;  // the one being edited
+};

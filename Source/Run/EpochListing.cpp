@@ -1,0 +1,79 @@
+#include "EpochListing.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "Body.h"
+#include "EpochCursor.h"
+#include "NumberText.h"
+#include "ProgramResources.h"
+#include "RunnerTexts.h"
+#include "SimulationDocument.h"
+#include "TextTemplate.h"
+
+namespace {
+
+constexpr int kTimeDigits = 10;
+constexpr std::size_t kIndent = 2;
+// Every run is a level of its own: long histories go straight down from here.
+constexpr std::size_t kDeepestIndent = 20;
+
+std::size_t Depth(const AbEpoch* epoch, const AbEpoch* root) {
+    std::size_t depth = 0;
+    for (const AbEpoch* above = epoch->Parent(); above && above != root; above = above->Parent())
+        depth++;
+    return depth;
+}
+
+std::size_t CountBodies(const MassSystem* system) {
+    if (dynamic_cast<const Body*>(system)) return 1;
+    std::size_t count = 0;
+    for (int32 i = 0; i < system->CountChildren(); i++)
+        count += CountBodies(system->ChildAt(i));
+    return count;
+}
+
+// Columns of a text in UTF-8, where only its leading bytes count.
+std::size_t Columns(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [](char c) { return (c & 0xc0) != 0x80; }));
+}
+
+}  // namespace
+
+std::string ListEpochs(SimulationDocument* document, const ProgramResources& resources) {
+    struct Line {
+        std::string name, time, state, bodies, mark;
+    };
+    const auto label = [&resources](RunnerText text) { return resources.InterfaceLabel(text); };
+    const AbEpoch* const root = document->Root();
+    const std::string mark = label(kTextEpochFocus);
+    std::vector<Line> lines;
+    std::size_t nameWidth = 0;
+    std::size_t timeWidth = 0;
+
+    EpochCursor cursor(document->Root());
+    cursor.Increment();
+    for (; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment()) {
+        Line line;
+        line.name = std::string(std::min(kIndent * Depth(epoch, root), kDeepestIndent), ' ') +
+                    epoch->Name();
+        line.time = RoundedText(epoch->Time() / epoch->TimeUval(), kTimeDigits) + ' ' +
+                    resources.TimeUnits().Abbreviation(epoch->TimeUval());
+        line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);
+        line.bodies = std::to_string(CountBodies(epoch->RootSystem()));
+        line.mark =
+            epoch == document->Portal()->FocusEpoch() ? mark : std::string(Columns(mark), ' ');
+        nameWidth = std::max(nameWidth, Columns(line.name));
+        timeWidth = std::max(timeWidth, Columns(line.time));
+        lines.push_back(std::move(line));
+    }
+
+    std::string text;
+    for (const Line& line : lines) {
+        const std::string name = line.name + std::string(nameWidth - Columns(line.name), ' ');
+        const std::string time = std::string(timeWidth - Columns(line.time), ' ') + line.time;
+        text += FillIn(label(kTextEpochLine), {name, time, line.state, line.bodies, line.mark});
+    }
+    return text;
+}

@@ -1,0 +1,267 @@
+#include "SimulationController.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "AbEpoch.h"
+#include "Body.h"
+#include "BodyColors.h"
+#include "CenterOfMass.h"
+#include "ChangeFlags.h"
+#include "CommandFactory.h"
+#include "DeleteEpochCommand.h"
+#include "DeleteSystemCommand.h"
+#include "DissolveSystemCommand.h"
+#include "GroupSystemsCommand.h"
+#include "LockingCommand.h"
+#include "MacroCommand.h"
+#include "NewEpochCommand.h"
+#include "NewSystemCommand.h"
+#include "ProgramResources.h"
+#include "RunControl.h"
+#include "SetCompVectorCommand.h"
+#include "SetEpochNameCommand.h"
+#include "SetEpochToCommand.h"
+#include "SetPropertyCommand.h"
+#include "SetSystemToCommand.h"
+#include "SimulationDocument.h"
+
+namespace {
+
+constexpr int32 kLabelNameJoiner = 1513;  // stands between the names of merged bodies
+
+// A new body is an Earth.
+constexpr double kNewBodyGM = 3.98600448e14;        // m3/s2
+constexpr double kNewBodyRadius = 6378137.0;        // m
+constexpr double kFirstOrbit = 149597870660.0;      // m, where there is no other orbit to go by
+constexpr double kOrbitSpacing = 1.3;               // each new orbit against the widest one
+constexpr double kGoldenAngle = 2.399963229728653;  // radians; spreads new bodies round
+
+double Length(ThreeVector v) {
+    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
+
+}  // namespace
+
+SimulationController::SimulationController(SimulationDocument* document, RunControl* run,
+                                           const ProgramResources* resources)
+    : document_(document), run_(run), resources_(resources) {}
+
+EpochPortal* SimulationController::Portal() const {
+    return document_->Portal();
+}
+
+void SimulationController::PauseForEdit() {
+    run_->PauseForUser();
+}
+
+int64 SimulationController::NewSystemID() const {
+    return document_->Root()->MaxSystemID() + 1;
+}
+
+void SimulationController::CreateBody() {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->CommitChanges();
+
+    portal->ReadLock();
+    const MassSystem* focus = portal->FocusSystem();
+    const MassSystem* parent = focus->Parent();
+    if (!parent) parent = portal->FocusEpoch()->RootSystem();
+    std::unique_ptr<LCommand> command;
+    if (parent)
+        command = std::make_unique<NewSystemCommand>(portal, MakeBody().release(), parent->ID());
+    portal->ReadUnlock();
+
+    ExecuteFiled(portal, std::move(command));
+}
+
+std::unique_ptr<Body> SimulationController::MakeBody() {
+    const int32 index = document_->NextBodyNameIndex();
+    document_->SetNextBodyNameIndex(index + 1);
+
+    const std::vector<Body*> others = Portal()->BodiesInMassOrder();
+    std::vector<rgb_color> inUse;
+    for (const Body* body : others)
+        inUse.push_back(body->DiscColor());
+    const rgb_color color = BodyColors::Next(index, inUse);
+
+    const int32 names = resources_->CountBodyNames();
+    const char* const name = names > 0 ? resources_->BodyName(index % names) : "";
+    auto body = std::make_unique<Body>(name, NewSystemID(), color, color, kOriginID);
+    body->SetM(kNewBodyGM);
+    body->SetRadius(kNewBodyRadius);
+    Place(body.get(), others, index);
+    return body;
+}
+
+void SimulationController::Place(Body* body, const std::vector<Body*>& others, int32 turn) const {
+    if (others.empty()) return;
+    const Body& heaviest = *others.front();
+
+    double widest = 0.0;
+    for (const Body* other : others)
+        widest = std::max(widest, Length(other->Position() - heaviest.Position()));
+    double distance = widest > 0.0 ? kOrbitSpacing * widest : kFirstOrbit;
+    // Outside everything that could be touched, whatever its radius.
+    for (const Body* other : others)
+        distance = std::max(distance, Length(other->Position() - heaviest.Position()) +
+                                          2.0 * (other->Radius() + body->Radius()));
+
+    const double angle = kGoldenAngle * turn;
+    const double speed = std::sqrt((heaviest.M() + body->M()) / distance);
+    const ThreeVector outward{std::cos(angle), std::sin(angle), 0.0};
+    const ThreeVector forward{-std::sin(angle), std::cos(angle), 0.0};
+    body->SetPosition(heaviest.Position() + distance * outward);
+    body->SetVelocity(heaviest.Velocity() + speed * forward);
+}
+
+int64 SimulationController::NextFocusAfter(int64 deleted) const {
+    MassSystem* root = Portal()->FocusEpoch()->RootSystem();
+    const MassSystem* doomed = root ? root->SystemFromID(deleted) : nullptr;
+    const auto isDoomed = [doomed](const MassSystem* system) {
+        for (; system; system = system->Parent())
+            if (system == doomed) return true;
+        return false;
+    };
+    int64 before = kNoSystemID;
+    for (const MassSystem* system : Portal()->SystemsInIDOrder()) {
+        if (isDoomed(system)) continue;
+        if (system->ID() > deleted) return system->ID();
+        before = system->ID();
+    }
+    return before;
+}
+
+void SimulationController::DeleteBody(int64 id) {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->ReadLock();
+    const int64 next = NextFocusAfter(id);
+    portal->ReadUnlock();
+    if (id >= 0) ExecuteFiled(portal, std::make_unique<DeleteSystemCommand>(portal, id, next));
+}
+
+void SimulationController::DeleteCurrentBody() {
+    DeleteBody(Portal()->FocusSystem()->ID());
+}
+
+void SimulationController::EditBody(int64 id) {
+    (new LockingCommand(new SetSystemToCommand(Portal(), id), Portal(), false))->Execute();
+}
+
+void SimulationController::SetRelativeTo(int64 id) {
+    EpochPortal* portal = Portal();
+    const MassSystem* focus = portal->FocusSystem();
+    portal->ReadLock();
+    const bool changes = focus->ID() != kNoSystemID && focus->ID() != id &&
+                         focus->RelativeTo() != id && portal->FocusEpoch()->SystemFromID(id);
+    portal->ReadUnlock();
+    if (changes)
+        ExecuteFiled(portal, std::make_unique<SetSystemPropertyCommand<int64>>(
+                                 portal, focus->ID(), &MassSystem::RelativeTo,
+                                 &MassSystem::SetRelativeTo, id, kReferentChanged));
+}
+
+bool SimulationController::GroupSystems(const std::vector<int64>& ids, const std::string& name) {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->ReadLock();
+    const AbEpoch* epoch = portal->FocusEpoch();
+    const bool any = std::ranges::any_of(
+        ids, [=](int64 id) { return id >= 0 && epoch->SystemFromID(id) != nullptr; });
+    const int64 newID = NewSystemID();
+    portal->ReadUnlock();
+    return any &&
+           ExecuteFiled(portal, std::make_unique<GroupSystemsCommand>(portal, ids, name, newID));
+}
+
+bool SimulationController::DissolveSystem(int64 id) {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->ReadLock();
+    const MassSystem* system = id >= 0 ? portal->FocusEpoch()->SystemFromID(id) : nullptr;
+    const bool isGroup = system && !dynamic_cast<const Body*>(system);
+    portal->ReadUnlock();
+    return isGroup && ExecuteFiled(portal, std::make_unique<DissolveSystemCommand>(portal, id));
+}
+
+bool SimulationController::ToCenterOfMass() {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->CommitChanges();
+
+    std::unique_ptr<MacroCommand> command;
+    portal->ReadLock();
+    CenterOfMass center;
+    if (FindCenterOfMass(portal->BodiesInMassOrder(), &center)) {
+        const MassSystem* root = portal->FocusEpoch()->RootSystem();
+        command = std::make_unique<MacroCommand>(2);
+        command->AddCommand(std::make_unique<SetCompVectorCommand>(
+            portal, kPositionQuantity, root->ID(),
+            DimVector{root->Position(), root->PositionUval()},
+            DimVector{ThreeVector{}, root->PositionUval()}));
+        command->AddCommand(std::make_unique<SetCompVectorCommand>(
+            portal, kVelocityQuantity, root->ID(), DimVector{root->Velocity(), root->SpeedUval()},
+            DimVector{ThreeVector{}, root->SpeedUval()}));
+    }
+    portal->ReadUnlock();
+    return ExecuteFiled(portal, std::move(command));
+}
+
+void SimulationController::EditEpoch(AbEpoch* epoch) {
+    if (epoch == Portal()->FocusEpoch()) return;
+    PauseForEdit();
+    ExecuteFiled(Portal(), std::make_unique<SetEpochToCommand>(Portal(), epoch));
+}
+
+void SimulationController::RenameEpoch(AbEpoch* epoch, const std::string& name) {
+    EpochPortal* portal = Portal();
+    portal->ReadLock();
+    const bool changes = epoch->Name() != name;
+    portal->ReadUnlock();
+    if (!changes) return;
+    EditEpoch(epoch);
+    ExecuteFiled(portal, std::make_unique<SetEpochNameCommand>(portal, name));
+}
+
+bool SimulationController::DeleteEpoch(AbEpoch* epoch) {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->ReadLock();
+    const AbEpoch* parent = epoch->Parent();
+    const bool isLast = !parent || (!parent->Parent() && parent->CountChildren() == 1 &&
+                                    epoch->CountChildren() == 0);
+    portal->ReadUnlock();
+    return !isLast && ExecuteFiled(portal, std::make_unique<DeleteEpochCommand>(portal, epoch));
+}
+
+void SimulationController::DupCurrentEpoch() {
+    run_->Rest();
+    ExecuteFiled(Portal(), std::make_unique<NewEpochCommand>(Portal()));
+    run_->UnRest();
+}
+
+bool SimulationController::Undo() {
+    PauseForEdit();
+    UndoChain* chain = document_->GetUndoChain();
+    if (!chain->CanUndo()) return false;
+    chain->Undo();
+    return true;
+}
+
+bool SimulationController::Redo() {
+    PauseForEdit();
+    UndoChain* chain = document_->GetUndoChain();
+    if (!chain->CanRedo()) return false;
+    chain->Redo();
+    return true;
+}
+
+MergeResult SimulationController::Collide(const BMessage& collisions) {
+    run_->Rest();
+    MergeResult result =
+        MergeCollidingBodies(Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner));
+    run_->UnRest();
+    return result;
+}

@@ -1,0 +1,79 @@
+// What a user can do to a simulation, as operations that need no window: bodies, groups, epochs,
+// the centre of mass, undo and redo, and the resolution of collisions. The window and the runner
+// forward to it. Owned by what owns the document; all operations are called on that owner's thread,
+// with no lock of the document held. An operation that the calculation must not run through pauses
+// it first, as if the user had.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CollisionMerger.h"
+#include "SupportDefs.h"
+
+class AbEpoch;
+class BMessage;
+class Body;
+class EpochPortal;
+class LCommand;
+class MassSystem;
+class ProgramResources;
+class RunControl;
+class SimulationDocument;
+
+class SimulationController {
+public:
+    // None is owned.
+    SimulationController(SimulationDocument* document, RunControl* run,
+                         const ProgramResources* resources);
+
+    // Adds a body in the focus system's group: the next name, a colour unlike those in use, on a
+    // circular orbit about the heaviest body, outside all others, where it touches nothing. It
+    // becomes the focus system.
+    void CreateBody();
+    void DeleteBody(int64 id);
+    void DeleteCurrentBody();
+    // Puts the system into focus. No edit, so not a step of the history.
+    void EditBody(int64 id);
+    // What the focus system is shown relative to.
+    void SetRelativeTo(int64 id);
+
+    // Joins the systems in a new composite system; false when none of them exists.
+    bool GroupSystems(const std::vector<int64>& ids, const std::string& name);
+    // Puts a composite's members in its place; false for anything else.
+    bool DissolveSystem(int64 id);
+
+    // Puts the centre of mass at rest at the origin, as one undoable step; false when no body has
+    // mass.
+    bool ToCenterOfMass();
+
+    // Puts the epoch into focus. A step of the history, since the steps before it belong to the
+    // epoch that was in focus.
+    void EditEpoch(AbEpoch* epoch);
+    void RenameEpoch(AbEpoch* epoch, const std::string& name);
+    // False for an epoch that must stay: the last one.
+    bool DeleteEpoch(AbEpoch* epoch);
+    // Logs the state as it is now: a copy below the focus epoch becomes the focus. A run goes on in
+    // the copy.
+    void DupCurrentEpoch();
+
+    // False when there was nothing to undo or redo.
+    bool Undo();
+    bool Redo();
+
+    // Resolves a collision message of the calculator; a run goes on from the merged state.
+    MergeResult Collide(const BMessage& collisions);
+
+private:
+    EpochPortal* Portal() const;
+    void PauseForEdit();
+    std::unique_ptr<Body> MakeBody();
+    void Place(Body* body, const std::vector<Body*>& others, int32 turn) const;
+    int64 NextFocusAfter(int64 deleted) const;
+    int64 NewSystemID() const;
+
+    SimulationDocument* const document_;
+    RunControl* const run_;
+    const ProgramResources* const resources_;
+};

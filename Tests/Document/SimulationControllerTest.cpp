@@ -1,0 +1,185 @@
+#include "SimulationController.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+
+#include "BodyColors.h"
+#include "CommandFactory.h"
+#include "ProgramResources.h"
+#include "RunControlView.h"
+#include "SampleDocument.h"
+#include "SystemFactories.h"
+
+namespace {
+
+double Length(ThreeVector v) {
+    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
+
+class SimulationControllerTest : public testing::Test {
+protected:
+    SimulationControllerTest() { EXPECT_FALSE(document_.Load(PlanetRecord()).Failed()); }
+
+    EpochPortal* Portal() { return document_.Portal(); }
+    AbEpoch* Focus() { return Portal()->FocusEpoch(); }
+    std::size_t CountBodies() { return Portal()->BodiesInMassOrder().size(); }
+    BMessage Archive() {
+        BMessage archive;
+        EXPECT_EQ(Focus()->RootSystem()->Archive(&archive), B_OK);
+        return archive;
+    }
+
+    ProgramResources resources_;
+    SimulationDocument document_{nullptr};
+    RunControlView view_;
+    RunControl run_{Portal(), document_.GetCalculator(), &view_};
+    SimulationController controller_{&document_, &run_, &resources_};
+};
+
+TEST_F(SimulationControllerTest, NewBodiesAreDistinctTouchNothingAndStayInOrbit) {
+    const std::size_t before = CountBodies();
+    const BMessage archive = Archive();
+    for (int i = 0; i < 12; i++)
+        controller_.CreateBody();
+    const std::vector<Body*> bodies = Portal()->BodiesInMassOrder();
+    ASSERT_EQ(bodies.size(), before + 12);
+
+    std::set<std::string> names;
+    std::set<int64> ids;
+    for (const Body* body : bodies) {
+        names.insert(body->Name());
+        ids.insert(body->ID());
+        for (const Body* other : bodies)
+            if (other != body)
+                EXPECT_GT(Length(body->Position() - other->Position()),
+                          body->Radius() + other->Radius());
+    }
+    EXPECT_EQ(names.size(), bodies.size());
+    EXPECT_EQ(ids.size(), bodies.size());
+
+    const Body* heaviest = bodies.front();
+    const MassSystem* newest = Portal()->FocusSystem();
+    const double distance = Length(newest->Position() - heaviest->Position());
+    const double speed = Length(newest->Velocity() - heaviest->Velocity());
+    EXPECT_NEAR(speed * speed * distance / (heaviest->M() + newest->M()), 1.0, 1e-12);
+
+    while (controller_.Undo()) {
+    }
+    EXPECT_TRUE(archive == Archive());
+}
+
+TEST_F(SimulationControllerTest, NewBodyInAnEmptyDocumentRestsAtTheOrigin) {
+    Epoch empty;
+    ASSERT_FALSE(document_.Load(RecordOf({&empty})).Failed());
+    controller_.CreateBody();
+    ASSERT_EQ(CountBodies(), 1u);
+    EXPECT_EQ(Portal()->FocusSystem()->Position(), ThreeVector{});
+}
+
+TEST_F(SimulationControllerTest, DeletingBodiesMovesTheFocusAlongAndEndsWithNone) {
+    const std::size_t count = CountBodies();
+    for (std::size_t left = count; left > 0; left--) {
+        const Body* body = Portal()->BodiesInMassOrder().back();
+        controller_.EditBody(body->ID());
+        const int64 id = body->ID();
+        controller_.DeleteCurrentBody();
+        EXPECT_EQ(CountBodies(), left - 1);
+        EXPECT_NE(Portal()->FocusSystem()->ID(), id);
+    }
+    for (std::size_t i = 0; i < count; i++)
+        EXPECT_TRUE(controller_.Undo());
+    EXPECT_EQ(CountBodies(), count);
+    EXPECT_FALSE(controller_.Undo());
+}
+
+TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
+    const BMessage before = Archive();
+    ASSERT_TRUE(controller_.ToCenterOfMass());
+    const MassSystem* root = Focus()->RootSystem();
+    EXPECT_LT(Length(root->Position()), 1e-3);
+    EXPECT_LT(Length(root->Velocity()), 1e-9);
+    EXPECT_TRUE(controller_.Undo());
+    EXPECT_FALSE(controller_.Undo());
+    EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e12);
+    controller_.Redo();
+    EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e-3);
+}
+
+TEST_F(SimulationControllerTest, EditDuringARunPausesItAndGoResumesIt) {
+    run_.TogglePause();
+    AbEpoch* const running = Focus();
+    controller_.CreateBody();
+    EXPECT_EQ(run_.PauseCount(), 1);
+    EXPECT_TRUE(run_.UserPaused());
+    // The run's epoch is a record now; the new body went into a copy.
+    EXPECT_EQ(Focus()->Parent(), running);
+    run_.TogglePause();
+    EXPECT_EQ(run_.PauseCount(), 0);
+    run_.TogglePause();
+}
+
+TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
+    run_.TogglePause();
+    AbEpoch* const running = Focus();
+    controller_.DupCurrentEpoch();
+    EXPECT_EQ(run_.PauseCount(), 0);
+    EXPECT_EQ(Focus()->Parent(), running);
+    EXPECT_FALSE(running->Writeable());
+    EXPECT_NE(running->CalculatorState(), nullptr);
+    run_.TogglePause();
+    EXPECT_GE(Focus()->Time(), running->Time());
+}
+
+TEST_F(SimulationControllerTest, EpochsAreSwitchedRenamedAndDeleted) {
+    AbEpoch* const first = Focus();
+    controller_.DupCurrentEpoch();
+    AbEpoch* const second = Focus();
+    controller_.RenameEpoch(second, "Second");
+    controller_.EditEpoch(first);
+    EXPECT_EQ(Focus(), first);
+    EXPECT_EQ(Outline(document_.Root()), "Genesis(Second)");
+
+    EXPECT_TRUE(controller_.DeleteEpoch(first));
+    EXPECT_EQ(Outline(document_.Root()), "Second");
+    EXPECT_EQ(Focus(), second);
+    EXPECT_FALSE(controller_.DeleteEpoch(second));
+
+    while (controller_.Undo()) {
+    }
+    EXPECT_EQ(Outline(document_.Root()), "Genesis");
+    EXPECT_EQ(Focus(), first);
+    while (controller_.Redo()) {
+    }
+    EXPECT_EQ(Outline(document_.Root()), "Second");
+}
+
+TEST_F(SimulationControllerTest, UndoDuringARunTakesTheRunBack) {
+    AbEpoch* const first = Focus();
+    run_.TogglePause();
+    EXPECT_TRUE(controller_.Undo());
+    EXPECT_EQ(run_.PauseCount(), 1);
+    EXPECT_EQ(Focus(), first);
+    EXPECT_EQ(first->CountChildren(), 0);
+    EXPECT_TRUE(controller_.Redo());
+    EXPECT_EQ(Focus()->Parent(), first);
+}
+
+TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {
+    const rgb_color sky{8, 8, 16, 255};
+    std::vector<rgb_color> inUse;
+    for (int32 i = 0; i < 6; i++) {
+        const rgb_color color = BodyColors::Next(i, inUse);
+        EXPECT_GT(BodyColors::Distance(color, sky), 250.0);
+        for (const rgb_color used : inUse)
+            EXPECT_GE(BodyColors::Distance(color, used), 120.0);
+        inUse.push_back(color);
+    }
+    // With every colour taken the sequence simply goes on.
+    for (int32 i = 0; i < 200; i++)
+        inUse.push_back(BodyColors::At(i));
+    EXPECT_EQ(BodyColors::Next(5, inUse), BodyColors::At(5));
+}
+
+}  // namespace

@@ -1,0 +1,138 @@
+#include "UnitTable.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <string>
+#include <vector>
+
+#include "BResources.h"
+#include "ResourceWriter.h"
+
+namespace {
+
+using ParseError = UnitTable::ParseError;
+
+// A table from string resources with these texts in a row.
+UnitTable TableOf(const std::vector<std::string>& texts, int32 base = 1000) {
+    ResourceWriter writer;
+    for (const std::string& text : texts) {
+        const auto* const begin = reinterpret_cast<const std::byte*>(text.c_str());
+        EXPECT_TRUE(writer.Add(B_STRING_TYPE, base++, "", {begin, begin + text.size() + 1}));
+    }
+    BResources resources;
+    EXPECT_EQ(resources.SetTo(writer.File()), B_OK);
+    return {resources, base - static_cast<int32>(texts.size())};
+}
+
+UnitTable MassUnits() {
+    return TableOf({"Kilograms", "kg", "6.672e-11", "Grams", "g", "6.672e-14", "Earth Masses", "Me",
+                    "3.98600448e14", "Jupiter Masses", "Mj", "1.2671260e17", "Solar Masses", "Ms",
+                    "1.32712440e20"});
+}
+
+UnitTable TimeUnits() {
+    return TableOf({"Seconds", "s", "1.0", "Hours", "hr", "3600.0", "Days", "dy", "86400.0",
+                    "Years", "yr", "3.15569252e7"});
+}
+
+UnitTable DistanceUnits() {
+    return TableOf({"Meters", "m", "1.0", "Kilometers", "km", "1000.0", "Miles", "mi", "1609.344"});
+}
+
+TEST(UnitTableTest, AbbreviatesByTheNearestRatio) {
+    const UnitTable time = TimeUnits();
+    EXPECT_EQ(time.Abbreviation(86400.0), "dy");
+    EXPECT_EQ(time.Abbreviation(50000.0), "dy");
+    EXPECT_EQ(time.Abbreviation(60.0), "s");  // as far from a second as from an hour
+    EXPECT_EQ(time.Abbreviation(61.0), "hr");
+    EXPECT_EQ(time.Abbreviation(1e300), "yr");
+    EXPECT_EQ(time.Abbreviation(1e-300), "s");
+    EXPECT_EQ(MassUnits().Abbreviation(1.0), "kg");
+    EXPECT_EQ(MassUnits().Abbreviation(1e16), "Mj");
+    EXPECT_EQ(DistanceUnits().FindNearest(2000.0)->name, "Miles");
+    EXPECT_EQ(UnitTable().Abbreviation(1.0), "X");
+    EXPECT_EQ(UnitTable().FindNearest(1.0), nullptr);
+}
+
+TEST(UnitTableTest, FindsAnExactFactor) {
+    const UnitTable distance = DistanceUnits();
+    ASSERT_NE(distance.FindExact(1609.344), nullptr);
+    EXPECT_EQ(distance.FindExact(1609.344)->name, "Miles");
+    EXPECT_EQ(distance.FindExact(1609.345), nullptr);
+}
+
+TEST(UnitTableTest, AFactorThatIsNoneBecomesOne) {
+    for (const char* factor :
+         {"0", "-5", "", "much", "1e400", "1e-400", "inf", "nan", "1.5 km", "1,5", "0x10", "- 1"}) {
+        const UnitTable table = TableOf({"Unit", "u", factor, "Next", "n", " +2.5E1 "});
+        ASSERT_EQ(table.Rows().size(), 2u) << factor;
+        EXPECT_EQ(table.Rows()[0].factor, 1.0) << factor;
+        EXPECT_EQ(table.Rows()[1].factor, 25.0);
+    }
+}
+
+TEST(UnitTableTest, AnIncompleteRowEndsTheTable) {
+    EXPECT_EQ(TableOf({}).Rows().size(), 0u);
+    EXPECT_EQ(TableOf({"A", "a", "1", "B", "b"}).Rows().size(), 1u);
+    EXPECT_EQ(TableOf({"A", "a", "1", "B"}).Rows().size(), 1u);
+    const UnitTable whole = TableOf({"A", "a", "1", "B", "b", "2"}, 1300);
+    ASSERT_EQ(whole.Rows().size(), 2u);
+    EXPECT_EQ(whole.Rows()[1].name, "B");
+    EXPECT_EQ(whole.Rows()[1].abbreviation, "b");
+    EXPECT_EQ(whole.Rows()[1].factor, 2.0);
+}
+
+TEST(UnitTableTest, ReadsNumbersWithUnits) {
+    const UnitTable distance = DistanceUnits();
+    const auto value = [&](const char* text) {
+        const UnitTable::Parsed parsed = distance.Parse(text, 7.0);
+        EXPECT_TRUE(parsed) << text;
+        return parsed.value;
+    };
+    EXPECT_EQ(value("384400 km"), 384400.0 * 1000.0);
+    EXPECT_EQ(value("384400km"), 384400.0 * 1000.0);
+    EXPECT_EQ(value(" \t+2.5e-1 Miles \n"), 0.25 * 1609.344);
+    EXPECT_EQ(value("-.5 m"), -0.5);
+    EXPECT_EQ(value("2 MILES"), 2.0 * 1609.344);
+    EXPECT_EQ(value("3"), 21.0);
+    EXPECT_EQ(distance.Parse("3").value, 3.0);
+    EXPECT_EQ(distance.Parse("3").unit, nullptr);
+    EXPECT_EQ(distance.Parse("3 mi").unit, distance.FindExact(1609.344));
+    EXPECT_EQ(MassUnits().Parse("1.5 Solar Masses").value, 1.5 * 1.3271244e20);
+}
+
+TEST(UnitTableTest, TellsABadNumberFromAnUnknownUnit) {
+    const UnitTable distance = DistanceUnits();
+    for (const char* text : {"", " ", "km", "1,5 km", "1.2.3", "--1", "+-1", "nan", "inf km",
+                             "1e999 m", "1e308 km", "- 1 m", "1e5.5"})
+        EXPECT_EQ(distance.Parse(text).error, ParseError::kNotANumber) << text;
+    for (const char* text : {"1 parsec", "1 k m", "5e", "0x10", "1 km m", "1 kg"})
+        EXPECT_EQ(distance.Parse(text).error, ParseError::kUnknownUnit) << text;
+}
+
+TEST(UnitTableTest, CapitalsMatterOnlyWhereTheyTellUnitsApart) {
+    UnitTable table;
+    table.Add("Mega", "M", 1e6);
+    table.Add("Milli", "m", 1e-3);
+    table.Add("Kilo", "k", 1e3);
+    EXPECT_EQ(table.Find("M")->name, "Mega");
+    EXPECT_EQ(table.Find("m")->name, "Milli");
+    EXPECT_EQ(table.Find("K")->name, "Kilo");
+    EXPECT_EQ(table.Find("mEGA")->name, "Mega");
+    table.Add("Kelvin", "kk", 1.0);
+    table.Add("Kayser", "KK", 100.0);
+    EXPECT_EQ(table.Find("kK"), nullptr);
+    EXPECT_EQ(table.Find("KK")->name, "Kayser");
+}
+
+TEST(UnitTableTest, TheLocaleDoesNotMatter) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"})
+        if (std::setlocale(LC_ALL, name) != nullptr) break;
+    EXPECT_EQ(DistanceUnits().Parse("1.5 km").value, 1500.0);
+    EXPECT_EQ(DistanceUnits().Rows()[2].factor, 1609.344);
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+}  // namespace

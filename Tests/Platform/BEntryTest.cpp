@@ -1,0 +1,155 @@
+#include "BEntry.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <set>
+
+#include "BDirectory.h"
+#include "BMessage.h"
+#include "BPath.h"
+#include "TestFolder.h"
+
+namespace {
+
+std::string PathOf(const entry_ref& ref) {
+    std::string path;
+    EXPECT_EQ(get_path_for_ref(ref, &path), B_OK);
+    return path;
+}
+
+entry_ref RefOf(const std::string& path) {
+    entry_ref ref;
+    EXPECT_EQ(get_ref_for_path(path.c_str(), &ref), B_OK) << path;
+    return ref;
+}
+
+class BEntryTest : public testing::Test {
+protected:
+    TestFolder folder_;
+};
+
+TEST_F(BEntryTest, ReferencesLeadBackToTheirPaths) {
+    folder_.Write("file", "");
+    std::filesystem::create_directories(folder_.Path("a/b"));
+    EXPECT_EQ(PathOf(RefOf(folder_.Path("file"))), folder_.Path("file"));
+    EXPECT_EQ(PathOf(RefOf(folder_.Path("a/b/not there"))), folder_.Path("a/b/not there"));
+    // Two ways to one directory are one reference.
+    EXPECT_EQ(RefOf(folder_.Path("a//b/")), RefOf(folder_.Path("a/b/../b/.")));
+    EXPECT_EQ(PathOf(RefOf(folder_.Path("a/b/.."))), folder_.Path("a"));
+    std::filesystem::create_directory_symlink("a/b", folder_.Path("link"));
+    EXPECT_EQ(RefOf(folder_.Path("link/x")), RefOf(folder_.Path("a/b/x")));
+    EXPECT_EQ(PathOf(RefOf(folder_.Path("link"))), folder_.Path("link"));
+    EXPECT_EQ(PathOf(RefOf("/")), "/");
+    EXPECT_EQ(PathOf(RefOf("/usr")), "/usr");
+}
+
+TEST_F(BEntryTest, RelativePathsBeginAtTheCurrentDirectory) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.Path());
+    const entry_ref plain = RefOf("file");
+    const entry_ref dotted = RefOf("./file");
+    BPath path("sub/../file");
+    std::filesystem::current_path(before);
+    EXPECT_EQ(PathOf(plain), folder_.Path("file"));
+    EXPECT_EQ(plain, dotted);
+    EXPECT_EQ(path.Path(), folder_.Path("file"));
+}
+
+TEST_F(BEntryTest, ReferencesTravelInRecords) {
+    const entry_ref ref = RefOf(folder_.Path("file"));
+    BMessage message;
+    ASSERT_EQ(message.AddRef("refs", &ref), B_OK);
+    entry_ref found;
+    ASSERT_EQ(message.FindRef("refs", &found), B_OK);
+    EXPECT_EQ(found, ref);
+}
+
+TEST_F(BEntryTest, RefusesWhatLeadsNowhere) {
+    entry_ref ref;
+    EXPECT_EQ(get_ref_for_path("", &ref), B_BAD_VALUE);
+    EXPECT_EQ(get_ref_for_path(folder_.Path("no/file").c_str(), &ref), B_ENTRY_NOT_FOUND);
+    folder_.Write("file", "");
+    EXPECT_EQ(get_ref_for_path(folder_.Path("file/x").c_str(), &ref), B_NOT_A_DIRECTORY);
+    EXPECT_EQ(ref, entry_ref());
+
+    std::string path;
+    EXPECT_EQ(get_path_for_ref(entry_ref(), &path), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(get_path_for_ref({1, 2, "never seen"}, &path), B_ENTRY_NOT_FOUND);
+    // The directory has moved away, and another is in its place.
+    std::filesystem::create_directory(folder_.Path("old"));
+    ref = RefOf(folder_.Path("old/file"));
+    std::filesystem::rename(folder_.Path("old"), folder_.Path("new"));
+    std::filesystem::create_directory(folder_.Path("old"));
+    EXPECT_EQ(get_path_for_ref(ref, &path), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(path, "");
+}
+
+TEST_F(BEntryTest, FollowsLinksWhenAsked) {
+    folder_.Write("file", "");
+    std::filesystem::create_symlink("file", folder_.Path("link"));
+    std::filesystem::create_symlink("nothing", folder_.Path("dangling"));
+    EXPECT_STREQ(BEntry(folder_.Path("link").c_str(), false).Name(), "link");
+    EXPECT_STREQ(BEntry(folder_.Path("link").c_str(), true).Name(), "file");
+    EXPECT_STREQ(BEntry(RefOf(folder_.Path("link")), true).Name(), "file");
+    EXPECT_EQ(BEntry(folder_.Path("dangling").c_str(), true).InitCheck(), B_ENTRY_NOT_FOUND);
+    EXPECT_TRUE(BEntry(folder_.Path("dangling").c_str()).Exists());
+}
+
+TEST_F(BEntryTest, KnowsItsParentAndItself) {
+    std::filesystem::create_directory(folder_.Path("sub"));
+    folder_.Write("sub/file", "");
+    BEntry file(folder_.Path("sub/file").c_str());
+    EXPECT_TRUE(file.Exists());
+    EXPECT_FALSE(file.IsDirectory());
+    BEntry parent;
+    ASSERT_EQ(file.GetParent(&parent), B_OK);
+    EXPECT_STREQ(parent.Name(), "sub");
+    EXPECT_TRUE(parent.IsDirectory());
+    EXPECT_EQ(parent.Remove(), B_FILE_EXISTS);
+    EXPECT_EQ(file.Remove(), B_OK);
+    EXPECT_FALSE(file.Exists());
+    EXPECT_EQ(parent.Remove(), B_OK);
+    EXPECT_EQ(BEntry("/").GetParent(&parent), B_ENTRY_NOT_FOUND);
+    EXPECT_EQ(BEntry().GetParent(&parent), B_NO_INIT);
+}
+
+TEST_F(BEntryTest, DirectoriesAreSteppedThroughAndMade) {
+    ASSERT_EQ(create_directory(folder_.Path("a/b/c").c_str(), 0777), B_OK);
+    EXPECT_EQ(create_directory(folder_.Path("a/b/c").c_str(), 0777), B_OK);
+    folder_.Write("a/file", "");
+    EXPECT_EQ(create_directory(folder_.Path("a/file").c_str(), 0777), B_NOT_A_DIRECTORY);
+    EXPECT_EQ(create_directory(folder_.Path("a/file/x").c_str(), 0777), B_NOT_A_DIRECTORY);
+
+    BDirectory directory(folder_.Path("a").c_str());
+    for (int pass = 0; pass < 2; pass++) {
+        std::set<std::string> names;
+        BEntry entry;
+        while (directory.GetNextEntry(&entry) == B_OK)
+            names.insert(entry.Name());
+        EXPECT_EQ(names, (std::set<std::string>{"b", "file"}));
+        directory.Rewind();
+    }
+    EXPECT_EQ(BDirectory(folder_.Path("none").c_str()).InitCheck(), B_ENTRY_NOT_FOUND);
+}
+
+TEST(BPathTest, IsAbsoluteAndWithoutASlashAtItsEnd) {
+    EXPECT_STREQ(BPath("/a/./b//c/..").Path(), "/a/b");
+    EXPECT_STREQ(BPath("/a/b/").Leaf(), "b");
+    EXPECT_STREQ(BPath("/a", "b/c").Path(), "/a/b/c");
+    EXPECT_STREQ(BPath("/").Path(), "/");
+    EXPECT_EQ(BPath("/a", "/b").InitCheck(), B_NO_INIT);
+    BPath path;
+    EXPECT_EQ(path.SetTo(""), B_BAD_VALUE);
+    EXPECT_EQ(path.Append("x"), B_NO_INIT);
+    ASSERT_EQ(path.SetTo("/a"), B_OK);
+    EXPECT_EQ(path.Append("b"), B_OK);
+    EXPECT_STREQ(path.Path(), "/a/b");
+    EXPECT_EQ(path.GetParent(&path), B_OK);
+    EXPECT_EQ(path.GetParent(&path), B_OK);
+    EXPECT_STREQ(path.Path(), "/");
+    EXPECT_EQ(path.GetParent(&path), B_ENTRY_NOT_FOUND);
+}
+
+}  // namespace

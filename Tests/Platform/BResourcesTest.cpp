@@ -1,0 +1,290 @@
+#include "BResources.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "BFile.h"
+#include "ByteOrder.h"
+#include "RecordVectors.h"
+#include "ResourceFormat.h"
+#include "ResourceWriter.h"
+#include "TestFolder.h"
+
+using namespace ResourceFormat;
+
+namespace {
+
+using Bytes = std::vector<std::byte>;
+
+const std::string kSample = std::string(ORVEK_TEST_DATA_DIR) + "/sample.rsrc";
+constexpr std::size_t kBlock = sizeof kLittleEndianPrefix;  // where the sample's block begins
+constexpr std::size_t kSampleTable = 0x8AC;                 // in its block
+
+Bytes BytesOf(std::string_view text) {
+    const auto* const begin = reinterpret_cast<const std::byte*>(text.data());
+    return {begin, begin + text.size()};
+}
+
+template <typename Number>
+Bytes Numbers(std::initializer_list<Number> numbers, bool bigEndian) {
+    Bytes bytes(numbers.size() * sizeof(Number));
+    std::size_t at = 0;
+    for (const Number number : numbers) {
+        StoreNumber(&bytes[at], number, bigEndian != kHostIsBigEndian);
+        at += sizeof number;
+    }
+    return bytes;
+}
+
+// The sample with one word of its block changed.
+Bytes SampleWith(std::size_t blockOffset, uint32 word) {
+    return WithUInt32(ReadVector("sample.rsrc"), kBlock + blockOffset, word);
+}
+
+// The sample with a table that has no checksum, so that changes in it are looked at for themselves.
+Bytes UncheckedSample() {
+    return SampleWith(kTableSizeOffset, 114 - kTableEndSize);
+}
+
+status_t StatusOf(Bytes file) {
+    BResources resources;
+    const status_t status = resources.SetTo(std::move(file));
+    EXPECT_TRUE(status == B_OK || resources.CountResources() == 0);
+    return status;
+}
+
+template <typename Number>
+Number NumberAt(const BResources& resources, type_code type, int32 id, std::size_t at) {
+    std::size_t size = 0;
+    const auto* const data = static_cast<const std::byte*>(resources.LoadResource(type, id, &size));
+    if (data == nullptr || size < at + sizeof(Number)) {
+        ADD_FAILURE() << "no such number";
+        return {};
+    }
+    return LoadNumber<Number>(data + at, false);
+}
+
+TEST(BResourcesTest, FindsByNumberAndByName) {
+    BResources resources;
+    ASSERT_EQ(resources.SetTo(kSample.c_str()), B_OK);
+    EXPECT_EQ(resources.CountResources(), 4);
+    std::size_t size = 0;
+    EXPECT_STREQ(static_cast<const char*>(resources.LoadResource(B_MIME_STRING_TYPE, 1, &size)),
+                 "application/x-vnd.example");
+    EXPECT_EQ(size, 26u);
+    EXPECT_STREQ(static_cast<const char*>(resources.LoadResource(B_STRING_TYPE, "greeting", &size)),
+                 "hello");
+    EXPECT_EQ(resources.LoadString(7), "bye");
+    const void* const opening = resources.LoadResource(B_MESSAGE_TYPE, 101, &size);
+    ASSERT_NE(opening, nullptr);
+    const Bytes expected = ReadVector("archive-le.bin");
+    ASSERT_EQ(size, expected.size());
+    EXPECT_EQ(std::memcmp(opening, expected.data(), size), 0);
+
+    EXPECT_EQ(resources.LoadResource(B_STRING_TYPE, 101, &size), nullptr);
+    EXPECT_EQ(resources.LoadResource(B_MESSAGE_TYPE, "greeting", &size), nullptr);
+    EXPECT_FALSE(resources.LoadString(2));
+}
+
+TEST(BResourcesTest, ListsInTheFilesOrder) {
+    BResources resources;
+    ASSERT_EQ(resources.SetTo(kSample.c_str()), B_OK);
+    type_code type = 0;
+    int32 id = 0;
+    const char* name = nullptr;
+    std::size_t size = 0;
+    ASSERT_TRUE(resources.GetResourceInfo(2, &type, &id, &name, &size));
+    EXPECT_EQ(type, B_STRING_TYPE);
+    EXPECT_EQ(id, 7);
+    EXPECT_STREQ(name, "");
+    EXPECT_EQ(size, 4u);
+    EXPECT_FALSE(resources.GetResourceInfo(4, &type, &id, &name, &size));
+    EXPECT_FALSE(resources.GetResourceInfo(-1, &type, &id, &name, &size));
+}
+
+// Numbers come out in this machine's order from files of both.
+TEST(BResourcesTest, TurnsNumbersRoundByType) {
+    constexpr type_code kVersion = FourCC("APPV");
+    constexpr type_code kUnknown = FourCC("kwzx");
+    for (const bool bigEndian : {false, true}) {
+        SCOPED_TRACE(bigEndian ? "big-endian" : "little-endian");
+        ResourceWriter writer;
+        Bytes version = Numbers<uint32>({1, 2, 3, 4, 5}, bigEndian);
+        const Bytes text = BytesOf("short text");
+        version.insert(version.end(), text.begin(), text.end());
+        ASSERT_TRUE(writer.Add(kVersion, 1, "version", version));
+        ASSERT_TRUE(writer.Add(B_INT32_TYPE, -5, "", Numbers<int32>({7, -8}, bigEndian)));
+        ASSERT_TRUE(writer.Add(B_RECT_TYPE, 1, "", Numbers<float>({1, 2, 3, 4}, bigEndian)));
+        ASSERT_TRUE(writer.Add(B_DOUBLE_TYPE, 1, "", Numbers<double>({0.1}, bigEndian)));
+        ASSERT_TRUE(writer.Add(kUnknown, 0, "", BytesOf("KWZXNB00")));
+        ASSERT_TRUE(writer.Add(B_RAW_TYPE, 3, "empty", {}));
+
+        BResources resources;
+        ASSERT_EQ(
+            resources.SetTo(writer.File(bigEndian ? ResourceWriter::ByteOrder::kBigEndian
+                                                  : ResourceWriter::ByteOrder::kLittleEndian)),
+            B_OK);
+        EXPECT_EQ(NumberAt<uint32>(resources, kVersion, 1, 16), 5u);
+        EXPECT_EQ(NumberAt<char>(resources, kVersion, 1, 20), 's');
+        EXPECT_EQ(NumberAt<int32>(resources, B_INT32_TYPE, -5, 4), -8);
+        EXPECT_EQ(NumberAt<float>(resources, B_RECT_TYPE, 1, 12), 4.0f);
+        EXPECT_EQ(NumberAt<double>(resources, B_DOUBLE_TYPE, 1, 0), 0.1);
+        EXPECT_EQ(NumberAt<char>(resources, kUnknown, 0, 7), '0');
+        std::size_t size = 1;
+        EXPECT_NE(resources.LoadResource(B_RAW_TYPE, "empty", &size), nullptr);
+        EXPECT_EQ(size, 0u);
+    }
+}
+
+TEST(BResourcesTest, ReadsManyResourcesAndRunsOfTypes) {
+    constexpr int32 kCount = 500;
+    ResourceWriter writer;
+    for (int32 i = 0; i < kCount; i++) {
+        const std::string text = "text " + std::to_string(i);
+        const type_code type = i % 3 == 0 ? B_RAW_TYPE : B_STRING_TYPE;
+        ASSERT_TRUE(writer.Add(type, i, i % 2 == 0 ? text : "", BytesOf(text)));
+    }
+    BResources resources;
+    ASSERT_EQ(resources.SetTo(writer.File()), B_OK);
+    EXPECT_EQ(resources.CountResources(), kCount);
+    EXPECT_EQ(resources.LoadString(499), "text 499");
+    EXPECT_FALSE(resources.LoadString(498));
+    EXPECT_EQ(StatusOf(ResourceWriter().File()), B_OK);
+}
+
+TEST(BResourcesTest, ToleratesWhatOtherWritersDo) {
+    EXPECT_EQ(StatusOf({}), B_OK);
+    EXPECT_EQ(StatusOf(UncheckedSample()), B_OK);
+
+    // A count that is too low: the entries go on until the filler.
+    BResources resources;
+    ASSERT_EQ(resources.SetTo(SampleWith(kCountOffset, 1)), B_OK);
+    EXPECT_EQ(resources.CountResources(), 4);
+
+    // An entry of the table that belongs to no resource.
+    ASSERT_EQ(resources.SetTo(WithUInt32(UncheckedSample(), kBlock + kSampleTable + 0x3E, 99)),
+              B_OK);
+    EXPECT_EQ(resources.CountResources(), 3);
+    EXPECT_FALSE(resources.LoadString(7));
+
+    // A second resource of the same type and number replaces the first.
+    ASSERT_EQ(resources.SetTo(WithUInt32(UncheckedSample(), kBlock + kSampleTable + 0x3A, 1)),
+              B_OK);
+    EXPECT_EQ(resources.CountResources(), 3);
+    EXPECT_EQ(resources.LoadString(1), "bye");
+}
+
+TEST(BResourcesTest, RefusesWhatIsNoResourceFile) {
+    TestFolder folder;
+    BResources resources;
+    EXPECT_EQ(resources.SetTo(folder.Write("text", "resource(1) \"a\";").c_str()), B_IO_ERROR);
+    EXPECT_EQ(resources.SetTo(folder.Write("short", "R").c_str()), B_IO_ERROR);
+    EXPECT_EQ(resources.SetTo(folder.Path("missing").c_str()), B_ENTRY_NOT_FOUND);
+    EXPECT_NE(resources.SetTo(folder.Path().c_str()), B_OK);
+    // This program carries none; after a failure what was there before is gone too.
+    ASSERT_EQ(resources.SetTo(kSample.c_str()), B_OK);
+    EXPECT_EQ(resources.SetToProgram(), B_IO_ERROR);
+    EXPECT_EQ(resources.CountResources(), 0);
+}
+
+TEST(BResourcesTest, RefusesCutFiles) {
+    const Bytes whole = ReadVector("sample.rsrc");
+    for (std::size_t size = 1; size < whole.size(); size++)
+        ASSERT_NE(StatusOf({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)}),
+                  B_OK)
+            << size;
+    EXPECT_EQ(StatusOf(BytesOf("Joy!resf")), B_BAD_DATA);
+}
+
+TEST(BResourcesTest, RefusesDamagedBlocks) {
+    const std::pair<std::size_t, uint32> kChanges[] = {
+        {0, 0x444F1001},        // the magic
+        {kCountOffset, 10001},  // more than there may be
+        {kCountOffset, 200},    // more than the index holds
+        {kCountOffset, 0xFFFFFFFF},
+        {kIndexOffsetOffset, 0x48},
+        {kIndexSizeOffset, 0},
+        {kIndexSizeOffset, 0xFFFFFFF0},
+        {kEntriesOffset, 0xFFFFFFFF},      // data beyond the end
+        {kEntriesOffset + 4, 0x92C},       // the end of the data beyond the end
+        {kEntriesOffset + 4, 0xFFFFFFFF},  // offset and size together pass 32 bits
+        {kTableOffsetOffset, 0x92C},
+        {kTableOffsetOffset, 0xFFFFFFFF},
+        {kTableSizeOffset, 0},
+        {kTableSizeOffset, 0xFFFFFFFF},
+        {kSampleTable + 106, 0},  // the checksum
+        {kSampleTable + 4, 2},    // something that it covers
+    };
+    for (const auto& [offset, word] : kChanges)
+        EXPECT_EQ(StatusOf(SampleWith(offset, word)), B_BAD_DATA) << offset << ' ' << word;
+}
+
+TEST(BResourcesTest, RefusesDamagedTables) {
+    ASSERT_EQ(StatusOf(UncheckedSample()), B_OK);
+    const std::pair<std::size_t, uint32> kChanges[] = {
+        {0x08, 2},           // index 2 a second time
+        {0x0C, 0x4542FFFF},  // a name longer than the table
+        {0x0C, 0x4542000C},  // a name without its 0
+        {0x62, 0},           // no separator at the end
+    };
+    for (const auto& [offset, word] : kChanges)
+        EXPECT_EQ(StatusOf(WithUInt32(UncheckedSample(), kBlock + kSampleTable + offset, word)),
+                  B_BAD_DATA)
+            << offset;
+}
+
+// Many entries for one piece of data would be more than the file is long.
+TEST(BResourcesTest, RefusesResourcesThatOverlap) {
+    ResourceWriter writer;
+    for (int32 i = 0; i < 100; i++)
+        ASSERT_TRUE(writer.Add(B_RAW_TYPE, i, "", {std::byte{1}}));
+    Bytes file = writer.File();
+    const auto blockSize = static_cast<uint32>(file.size() - kBlock);
+    for (std::size_t i = 0; i < 100; i++) {
+        const std::size_t entry = kBlock + kEntriesOffset + kEntrySize * i;
+        file = WithUInt32(WithUInt32(std::move(file), entry, 0), entry + 4, blockSize / 2);
+    }
+    EXPECT_EQ(StatusOf(std::move(file)), B_BAD_DATA);
+}
+
+// Whatever is changed, what is found lies within the file (the sanitizers watch).
+TEST(BResourcesTest, SurvivesAnyChangedByte) {
+    const Bytes whole = ReadVector("sample.rsrc");
+    uint64 sum = 0;
+    for (std::size_t at = 0; at < whole.size(); at++) {
+        for (const uint8 byte : {0x00, 0x7F, 0xFF}) {
+            BResources resources;
+            if (resources.SetTo(WithByte(whole, at, byte)) != B_OK) continue;
+            type_code type = 0;
+            int32 id = 0;
+            std::size_t size = 0;
+            for (int32 i = 0; resources.GetResourceInfo(i, &type, &id, nullptr, nullptr); i++) {
+                const auto* data =
+                    static_cast<const std::byte*>(resources.LoadResource(type, id, &size));
+                ASSERT_LE(size, whole.size());
+                for (std::size_t j = 0; j < size; j++)
+                    sum += std::to_integer<uint64>(data[j]);
+            }
+        }
+    }
+    EXPECT_GT(sum, 0u);
+}
+
+TEST(BResourcesTest, RefusesDamagedPrograms) {
+    TestFolder folder;
+    std::string copy(100000, '\0');
+    {
+        BFile self("/proc/self/exe", B_READ_ONLY);
+        ASSERT_EQ(self.ReadAt(0, copy.data(), copy.size()), static_cast<ssize_t>(copy.size()));
+    }
+    BResources resources;
+    // The table of sections, at the end of the file, is gone.
+    EXPECT_EQ(resources.SetTo(folder.Write("cut", copy).c_str()), B_BAD_DATA);
+    EXPECT_EQ(resources.SetTo(folder.Write("head", copy.substr(0, 20)).c_str()), B_IO_ERROR);
+    copy[4] = 7;  // neither 32 nor 64 bits
+    EXPECT_EQ(resources.SetTo(folder.Write("other", copy).c_str()), B_IO_ERROR);
+}
+
+}  // namespace

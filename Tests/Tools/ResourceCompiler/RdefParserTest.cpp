@@ -1,0 +1,242 @@
+#include "RdefParser.h"
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "RdefFixture.h"
+
+namespace {
+
+std::string operator""_s(const char* text, std::size_t size) {
+    return {text, size};
+}
+
+// The sample was made by another writer: every byte is as the platform has it.
+TEST_F(RdefTest, ReproducesTheSample) {
+    const std::vector<std::byte> made = Compile(R"(
+        enum { R_GREETING = 1, R_BYE = 7 };
+        resource app_signature "application/x-vnd.example";
+        resource(R_GREETING, "greeting") "hello";
+        resource(R_BYE) "bye";
+        resource(101, "opening") message('ARCV') {
+            "class" = "Body",
+            int64 "IDs" = 1, int64 "IDs" = -2, int64 "IDs" = 0x0123456789abcdef,
+            double "r" = 0.0, double "r" = -1.5, double "r" = 1.495978707e11,
+            bool "fixed" = true,
+            "color" = rgb_color { 255, 128, 0 },
+            "pos" = point { 1.5, -2.25 },
+            "meta" = message('info') { "name" = "Sol" }
+        };)");
+    std::ifstream file(ORVEK_SAMPLE_RESOURCES, std::ios::binary);
+    const std::string sample{std::istreambuf_iterator<char>(file), {}};
+    ASSERT_FALSE(sample.empty());
+    ASSERT_EQ(made.size(), sample.size());
+    EXPECT_EQ(std::memcmp(made.data(), sample.data(), sample.size()), 0);
+}
+
+TEST_F(RdefTest, TextsHaveEscapesAndAJoiningOrder) {
+    EXPECT_EQ(Data(R"("a" /* no */ "b" // no
+                    "c")"),
+              "abc\0"_s);
+    EXPECT_EQ(Data(R"("\b\f\n\r\t\v\"\\\q")"), "\b\f\n\r\t\v\"\\q\0"_s);
+    EXPECT_EQ(Data(R"("\101\x41\0x42\0z")"), "AAB\0z\0"_s);
+    EXPECT_EQ(Data(R"("// no comment /* here */")"), "// no comment /* here */\0"_s);
+    EXPECT_EQ(Data(R"($"00fF" $"" $"7f")"), "\x00\xff\x7f"_s);
+}
+
+TEST_F(RdefTest, NumbersHaveTypesAndWidths) {
+    type_code type = 0;
+    EXPECT_EQ(Data("123", &type), "\x7b\0\0\0"_s);
+    EXPECT_EQ(type, B_INT32_TYPE);
+    EXPECT_EQ(Data("0x10"), "\x10\0\0\0"_s);
+    EXPECT_EQ(Data("010"), "\x08\0\0\0"_s);
+    EXPECT_EQ(Data("0b101"), "\x05\0\0\0"_s);
+    EXPECT_EQ(Data("'ABCD'"), "DCBA"_s);
+    EXPECT_EQ(Data("(int8) -2", &type), "\xfe"_s);
+    EXPECT_EQ(type, B_INT8_TYPE);
+    EXPECT_EQ(Data("(uint16) 0x12345"), "\x45\x23"_s);
+    EXPECT_EQ(Data("(int64) -1"), std::string(8, '\xff'));
+    EXPECT_EQ(Data("(uint64) 0xffffffffffffffff"), std::string(8, '\xff'));
+    EXPECT_EQ(Data("true", &type), "\x01"_s);
+    EXPECT_EQ(type, B_BOOL_TYPE);
+    EXPECT_EQ(Data("-1.5", &type), "\0\0\xc0\xbf"_s);
+    EXPECT_EQ(type, B_FLOAT_TYPE);
+    EXPECT_EQ(Data("(double) 1e0"), "\0\0\0\0\0\0\xf0\x3f"_s);
+    EXPECT_EQ(Data("(float) 2"), "\0\0\0\x40"_s);
+    EXPECT_EQ(Data("(raw) (int8) 5", &type), "\x05"_s);
+    EXPECT_EQ(type, B_RAW_TYPE);
+}
+
+TEST_F(RdefTest, ExpressionsFollowTheRulesOfArithmetic) {
+    EXPECT_EQ(Data("1 + 2 * 3"), "\x07\0\0\0"_s);
+    EXPECT_EQ(Data("(1 + 2) * 3 - -1"), "\x0a\0\0\0"_s);
+    EXPECT_EQ(Data("7 / 2 % 2 | 8 ^ 9 & ~1"), "\x01\0\0\0"_s);
+    EXPECT_EQ(Data("B_EXCLUSIVE_LAUNCH | B_BACKGROUND_APP"), "\x06\0\0\0"_s);
+}
+
+TEST_F(RdefTest, EnumsNameNumbers) {
+    const BResources resources = Resources(R"(
+        enum { A = 5, B, C = A * 2, D, };
+        enum { E };
+        resource(B) "b"; resource(D, "name of d") "d"; resource(E) "e"; resource(-C) "c";)");
+    EXPECT_EQ(resources.LoadString(6), "b");
+    EXPECT_EQ(resources.LoadString(11), "d");
+    EXPECT_EQ(resources.LoadString(0), "e");
+    EXPECT_EQ(resources.LoadString(-10), "c");
+    EXPECT_NE(resources.LoadResource(B_STRING_TYPE, "name of d", nullptr), nullptr);
+}
+
+TEST_F(RdefTest, ResourcesHaveNumberNameAndType) {
+    const BResources resources = Resources(R"(
+        resource() #'one ' "a";
+        resource("name") (#'two ') "b";
+        resource(3, "three") #0x74726565 "c";
+        resource large_icon array { $"01" $"02", (int16) 3 };
+        resource app_flags B_BACKGROUND_APP;
+        resource file_types message { "types" = "text/plain" };
+        resource array;)");
+    std::size_t size = 0;
+    EXPECT_NE(resources.LoadResource(FourCC("one "), 1, &size), nullptr);
+    EXPECT_NE(resources.LoadResource(FourCC("two "), "name", &size), nullptr);
+    EXPECT_NE(resources.LoadResource(FourCC("tree"), 3, &size), nullptr);
+    EXPECT_NE(resources.LoadResource(FourCC("ICON"), 101, &size), nullptr);
+    EXPECT_EQ(size, 4u);
+    EXPECT_NE(resources.LoadResource(FourCC("APPF"), "BEOS:APP_FLAGS", &size), nullptr);
+    EXPECT_NE(resources.LoadResource(B_MESSAGE_TYPE, "BEOS:FILE_TYPES", &size), nullptr);
+    EXPECT_NE(resources.LoadResource(B_RAW_TYPE, 1, &size), nullptr);
+    EXPECT_EQ(size, 0u);
+}
+
+TEST_F(RdefTest, Versions) {
+    type_code type = 0;
+    const std::string data = Data(
+        "app_version { major = 1, internal = 5, short_info = \"s\", long_info = \"l\" }", &type);
+    EXPECT_EQ(type, FourCC("APPV"));
+    ASSERT_EQ(data.size(), 340u);
+    EXPECT_EQ(data.substr(0, 8), "\x01\0\0\0\0\0\0\0"_s);
+    EXPECT_EQ(data[16], 5);
+    EXPECT_STREQ(&data[20], "s");
+    EXPECT_STREQ(&data[84], "l");
+}
+
+TEST_F(RdefTest, RecordsHaveFieldsOfEveryKind) {
+    const BMessage message = Message(R"(message('what') {
+        "text" = "t", int64 "n" = 1, int64 "n" = 2, float "f" = 3, "rect" = rect { 1, 2, 3, 4.5 },
+        #'RGBB' "color" = rgb_color { 1, 2, 3, 4 }, raw "bytes" = $"00ff",
+        "archive" = archive("image", 'ARCV') Thing { "a" = true },
+        "nothing" = archive Empty { "" = $"" },
+    })");
+    EXPECT_EQ(message.what, FourCC("what"));
+    std::string text;
+    EXPECT_EQ(message.FindString("text", &text), B_OK);
+    int64 number = 0;
+    EXPECT_EQ(message.FindInt64("n", 1, &number), B_OK);
+    EXPECT_EQ(number, 2);
+    float real = 0;
+    EXPECT_EQ(message.FindFloat("f", &real), B_OK);
+    EXPECT_EQ(real, 3.0f);
+    BRect rect;
+    EXPECT_EQ(message.FindRect("rect", &rect), B_OK);
+    EXPECT_EQ(rect, (BRect{1, 2, 3, 4.5}));
+    rgb_color color;
+    EXPECT_EQ(message.FindColor("color", &color), B_OK);
+    EXPECT_EQ(color, (rgb_color{1, 2, 3, 4}));
+    EXPECT_TRUE(message.HasName("color", B_RGB_32_BIT_TYPE));
+    BMessage archive;
+    ASSERT_EQ(message.FindMessage("archive", &archive), B_OK);
+    EXPECT_EQ(archive.what, FourCC("ARCV"));
+    std::string name;
+    ASSERT_EQ(archive.GetInfo(B_ANY_TYPE, 1, &name, nullptr), B_OK);
+    EXPECT_EQ(name, "class");
+    EXPECT_EQ(archive.FindString("add_on", &text), B_OK);
+    EXPECT_EQ(text, "image");
+    ASSERT_EQ(message.FindMessage("nothing", &archive), B_OK);
+    EXPECT_EQ(archive.CountNames(), 1);
+}
+
+TEST_F(RdefTest, RecordsCanBeBigEndianWithAllThatIsInThem) {
+    const std::string value = R"(message('what') { int32 "n" = 1, "in" = message { "m" = 2 } })";
+    const std::string little = Data(value);
+    const std::string big = Data("(big_endian) " + value);
+    EXPECT_TRUE(little.starts_with("1BOF"));
+    EXPECT_TRUE(big.starts_with("FOB1"));
+    EXPECT_EQ(big.find("1BOF"), std::string::npos);
+    EXPECT_EQ(little.size(), big.size());
+    EXPECT_EQ(Message("(big_endian) " + value), Message(value));
+    EXPECT_EQ(Data("array { $\"aa\", (big_endian) " + value + " }"), "\xaa" + big);
+}
+
+TEST_F(RdefTest, FilesAreRelativeToTheScriptThatNamesThem) {
+    Write("sub/inner.rdef", "#include \"deeper.rdef\"\nresource(2) import \"data\";");
+    Write("sub/deeper.rdef", "enum { DEEP = 4 };");
+    Write("sub/data", "in sub\0!"_s);
+    Write("data", "beside");
+    const BResources resources = Resources(R"(
+        #include "sub/inner.rdef"
+        resource(DEEP) array { import "data", array import "sub/data" };)");
+    std::size_t size = 0;
+    const void* data = resources.LoadResource(B_RAW_TYPE, 2, &size);
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(std::string(static_cast<const char*>(data), size), "in sub\0!"_s);
+    data = resources.LoadResource(B_RAW_TYPE, 4, &size);
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(std::string(static_cast<const char*>(data), size), "besidein sub\0!"_s);
+}
+
+TEST_F(RdefTest, FaultsTellFileLineAndReason) {
+    EXPECT_EQ(Fault("\n\nnonsense;"), "3: a statement begins with resource or enum");
+    EXPECT_EQ(Fault("resource(1) \"a\"\n\nresource(2) \"b\";"), "3: missing: ;");
+    EXPECT_EQ(Fault("resource(1) \"a"), "1: a text is not closed on its line");
+    EXPECT_EQ(Fault("/* never\nending"), "2: a comment is not closed");
+    EXPECT_EQ(Fault("resource(1) \"a\";\nresource(1) \"b\";"),
+              "2: the resource of line 2 with the number 1 is there already");
+    EXPECT_EQ(Fault("resource(1) name;"), "1: unknown: name");
+    EXPECT_EQ(Fault("resource(1);"), "1: a value is missing");
+    EXPECT_EQ(Fault("resource(1) 1 / 0;"), "1: a division that has no result");
+    EXPECT_EQ(Fault("resource(1) 08;"), "1: not a number: 08");
+    EXPECT_EQ(Fault("resource(1) 1.2.3;"), "1: not a number: 1.2.3");
+    EXPECT_EQ(Fault("resource(1) 99999999999999999999;"), "1: not a number: 99999999999999999999");
+    EXPECT_EQ(Fault("resource(1) 0x100000000;"),
+              "1: the value cannot be stored without another type");
+    EXPECT_EQ(Fault("resource(0x100000000) 1;"), "1: a resource's number has 32 bits");
+    EXPECT_EQ(Fault("resource(1) 'abc';"), "1: a code has four characters");
+    EXPECT_EQ(Fault("resource(1) #'abcde' 1;"), "1: a code has four characters");
+    EXPECT_EQ(Fault("resource(1) # 1;"), "1: a type code is missing after #");
+    EXPECT_EQ(Fault("resource(1) $\"0\";"), "1: a digit is missing");
+    EXPECT_EQ(Fault("resource(1) \"\\777\";"), "1: more than a byte holds");
+    EXPECT_EQ(Fault("resource(1) (int32) \"a\";"), "1: the value cannot become int32");
+    EXPECT_EQ(Fault("resource(1) (int32) 1.5;"), "1: the value cannot become int32");
+    EXPECT_EQ(Fault("resource(1) (big_endian) 1;"), "1: the value cannot become big_endian");
+    EXPECT_EQ(Fault("resource(1) point { 1 };"), "1: too few numbers");
+    EXPECT_EQ(Fault("resource(1) rect { 1, 2, 3, 4, 5 };"), "1: missing: }");
+    EXPECT_EQ(Fault("resource(1) rgb_color { 1, 2, 256 };"), "1: a colour is 0 to 255");
+    EXPECT_EQ(Fault("resource(1) import \"none\";").substr(0, 13), "1: cannot read");
+    EXPECT_EQ(Fault("#include \"none\""), "1: cannot read \"" + folder_ + "/none\"");
+    EXPECT_EQ(Fault("#define X"), "1: unknown directive #define");
+    EXPECT_EQ(Fault("@"), "1: a stray character: @");
+    EXPECT_EQ(Fault("enum { 1 };"), "1: a name is missing");
+    EXPECT_EQ(Fault("resource(1) app_version { size = 1 };"), "1: a version has no size");
+    EXPECT_EQ(Fault("resource(1) message { whole \"a\" = 1 };"), "1: unknown type whole");
+    EXPECT_EQ(Fault("resource(1) message { \"a\" = 1 \"b\" = 2 };"), "1: missing: ,");
+    EXPECT_EQ(Fault("resource(1) message { int32 \"a\" = \"1\" };"),
+              "1: field \"a\" cannot have this value");
+    EXPECT_EQ(Fault("resource(1) message { \"a\" = 1,\n\"a\" = true };"),
+              "2: field \"a\" is empty or has items of another type");
+    EXPECT_EQ(Fault("resource(1) archive Thing { bool \"class\" = true };"),
+              "1: a field of an archive may not be called class or add_on");
+    EXPECT_EQ(Fault("resource(1) archive { };"), "1: a class name is missing");
+}
+
+TEST_F(RdefTest, FaultsInIncludedFilesAndCircles) {
+    const std::string inner = Write("inner.rdef", "\nresource(1) ?;");
+    EXPECT_EQ(Fault("#include \"inner.rdef\""), inner + ":2: a stray character: ?");
+    const std::string fault = Fault("#include \"test.rdef\"");
+    EXPECT_NE(fault.find("too many files include each other"), std::string::npos) << fault;
+    ResourceWriter writer;
+    RdefParser parser(&writer);
+    EXPECT_FALSE(parser.Parse(folder_));
+    EXPECT_EQ(parser.Error(), "cannot read \"" + folder_ + '"');
+}
+
+}  // namespace
