@@ -103,6 +103,11 @@ protected:
         timeBase_ = time;
         if (limit_.Reached(time)) SetInternalPause();
     }
+    // The same for a step that was not taken because bodies touch: it counts for no limit.
+    void ReportInPlace(double time, const BodyArrays& bodies) {
+        batch_.Add(time, bodies);
+        timeBase_ = time;
+    }
     // Notes a pair that touches, by identifiers: the later body in mass order first.
     void AddCollision(int64 later, int64 earlier) { collisions_.Add(later, earlier); }
     // The step was not taken: parks the run and has the noted pairs posted to the target.

@@ -51,12 +51,15 @@ int32 TaylorCalculator::Calculate() {
     while (reports < most && !ShouldStop()) {
         const ForceEvaluator::Result result = evaluator_.Evaluate(order_, Stop());
         if (result == ForceEvaluator::Result::kStopped) break;
-        if (result == ForceEvaluator::Result::kCollision)
-            AddCollisions();  // and report where the bodies are: the step is not taken
-        else
+        if (result == ForceEvaluator::Result::kCollision) {
+            AddCollisions();
+            lastReport_ = anchor_ + elapsed_;
+            ReportInPlace(lastReport_, arrays_);
+        } else {
             TakeStep();
-        lastReport_ = anchor_ + elapsed_;
-        Report(lastReport_, arrays_);
+            lastReport_ = anchor_ + elapsed_;
+            Report(lastReport_, arrays_);
+        }
         reports++;
     }
     StoreBodies();

@@ -1,41 +1,51 @@
 #include "CollisionWatch.h"
 
+#include <utility>
+
 #include "BLooper.h"
-#include "BMessage.h"
+#include "BMessenger.h"
 #include "CollisionMailbox.h"
 
 namespace {
 
-class CollisionLooper final : public BLooper {
-public:
-    explicit CollisionLooper(std::vector<CollisionWatch::Pair>* pairs) : pairs_(pairs) {}
-
-    void MessageReceived(BMessage* message) override {
-        if (message->what != CollisionMailbox::kCollisionMessage) return;
-        int64 later = 0;
-        int64 earlier = 0;
-        for (int32 i = 0; message->FindInt64(CollisionMailbox::kLaterField, i, &later) == B_OK &&
-                          message->FindInt64(CollisionMailbox::kEarlierField, i, &earlier) == B_OK;
-             i++)
-            pairs_->emplace_back(later, earlier);
-    }
-
-private:
-    std::vector<CollisionWatch::Pair>* const pairs_;
-};
+// Asks for the pairs; what was posted before has been handled when it is answered.
+constexpr uint32 kTakePairs = FourCC("take");
 
 }  // namespace
 
-CollisionWatch::CollisionWatch() : looper_(new CollisionLooper(&pairs_)) {
+class CollisionWatch::CollisionLooper final : public BLooper {
+public:
+    void MessageReceived(BMessage* message) override {
+        if (message->what == CollisionMailbox::kCollisionMessage) {
+            pairs_ = *message;
+        } else if (message->what == kTakePairs) {
+            SendReply(pairs_);
+            pairs_.MakeEmpty();
+        } else {
+            BLooper::MessageReceived(message);
+        }
+    }
+
+private:
+    // One message at the most: the calculator parks with each.
+    BMessage pairs_{CollisionMailbox::kCollisionMessage};
+};
+
+CollisionWatch::CollisionWatch() : looper_(new CollisionLooper) {
     looper_->Run();
 }
 
 CollisionWatch::~CollisionWatch() {
-    Finish();
+    if (looper_->Lock()) looper_->Quit();
 }
 
-void CollisionWatch::Finish() {
-    if (looper_ == nullptr || !looper_->Lock()) return;
-    // Waits until the looper has handled its messages and is gone.
-    std::exchange(looper_, nullptr)->Quit();
+BLooper* CollisionWatch::Target() const {
+    return looper_;
+}
+
+BMessage CollisionWatch::Take() {
+    const BMessage request(kTakePairs);
+    BMessage pairs;
+    if (BMessenger(looper_).SendMessage(&request, &pairs) != B_OK) pairs.MakeEmpty();
+    return pairs;
 }

@@ -1,31 +1,24 @@
-// Learns which bodies ended a run by touching: the target of the calculator's collision messages.
-// Owned and called by the thread that owns the run.
+// Learns which bodies touch: the target of the calculator's collision messages. Owned and called by
+// the thread that owns the run.
 #pragma once
 
-#include <utility>
-#include <vector>
-
-#include "SupportDefs.h"
+#include "BMessage.h"
 
 class BLooper;
 
 class CollisionWatch {
 public:
-    // Identifiers: the lighter body (later in mass order), and the heavier one.
-    using Pair = std::pair<int64, int64>;
-
     CollisionWatch();
     ~CollisionWatch();
     CollisionWatch(const CollisionWatch&) = delete;
     CollisionWatch& operator=(const CollisionWatch&) = delete;
 
-    [[nodiscard]] BLooper* Target() const { return looper_; }
-    // Ends the watch: what was posted until now has been read, what comes later is lost.
-    void Finish();
-    // After Finish.
-    [[nodiscard]] const std::vector<Pair>& Pairs() const { return pairs_; }
+    [[nodiscard]] BLooper* Target() const;
+    // The pairs posted until now, as the calculator mails them, and forgets them; empty for none.
+    // The calculator must be parked.
+    [[nodiscard]] BMessage Take();
 
 private:
-    std::vector<Pair> pairs_;
-    BLooper* looper_;  // null when finished
+    class CollisionLooper;
+    CollisionLooper* const looper_;
 };

@@ -88,10 +88,20 @@ Conserved MeasureConserved(const SystemState& state) {
             angularMomentum.Scale()};
 }
 
-Drift MeasureDrift(const Conserved& start, const Conserved& end) {
-    return {Ratio(end.energy - start.energy, std::fabs(start.energy)),
+void MergerTotals::Add(const MergeResult& result) {
+    count += static_cast<int64>(result.mergers.size());
+    for (const Merger& merger : result.mergers)
+        kineticEnergyLoss += merger.kineticEnergyLoss;
+    energyChange += result.energyChange;
+    angularMomentumChange += result.angularMomentumChange;
+}
+
+Drift MeasureDrift(const Conserved& start, const Conserved& end, const MergerTotals& mergers) {
+    const double energy = start.energy + mergers.energyChange;
+    const ThreeVector angularMomentum = start.angularMomentum + mergers.angularMomentumChange;
+    return {Ratio(end.energy - energy, std::fabs(start.energy)),
             Ratio(Distance(end.momentum, start.momentum),
                   std::max(start.momentumScale, end.momentumScale)),
-            Ratio(Distance(end.angularMomentum, start.angularMomentum),
+            Ratio(Distance(end.angularMomentum, angularMomentum),
                   std::max(start.angularMomentumScale, end.angularMomentumScale))};
 }

@@ -6,6 +6,7 @@
 
 #include <optional>
 
+#include "CollisionMerger.h"
 #include "ThreeVector.h"
 
 struct SystemState;
@@ -28,4 +29,16 @@ struct Drift {
     std::optional<double> angularMomentum;  // |end - start| / the larger angularMomentumScale
 };
 
-[[nodiscard]] Drift MeasureDrift(const Conserved& start, const Conserved& end);
+// What the mergers of a run have turned into heat and spin. It is booked apart, so that the drifts
+// still tell how well the motion was computed.
+struct MergerTotals {
+    int64 count = 0;
+    double kineticEnergyLoss = 0.0;     // m5/s4
+    double energyChange = 0.0;          // m5/s4
+    ThreeVector angularMomentumChange;  // m5/s3
+
+    void Add(const MergeResult& result);
+};
+
+[[nodiscard]] Drift MeasureDrift(const Conserved& start, const Conserved& end,
+                                 const MergerTotals& mergers = {});

@@ -31,9 +31,14 @@ std::string Quoted(const std::string& name) {
 
 CsvWriter::CsvWriter(OutputFile* out, const SystemState& start) : out_(out) {
     out_->Write(kHeader);
-    bodies_.reserve(start.CountBodies());
-    for (std::size_t i = 0; i < start.CountBodies(); i++)
-        bodies_.push_back(',' + std::to_string(start.ids[i]) + ',' + Quoted(start.names[i]));
+    SetBodies(start);
+}
+
+void CsvWriter::SetBodies(const SystemState& state) {
+    bodies_.clear();
+    bodies_.reserve(state.CountBodies());
+    for (std::size_t i = 0; i < state.CountBodies(); i++)
+        bodies_.push_back(',' + std::to_string(state.ids[i]) + ',' + Quoted(state.names[i]));
 }
 
 void CsvWriter::WriteReport(int64 report, double time, const double* positions,

@@ -13,8 +13,11 @@ struct SystemState;
 
 class CsvWriter {
 public:
-    // `out` is not owned. The bodies are those of `start`.
+    // `out` is not owned.
     CsvWriter(OutputFile* out, const SystemState& start);
+
+    // From now on reports are of these bodies.
+    void SetBodies(const SystemState& state);
 
     // Positions and velocities: x, y, z of each body.
     void WriteReport(int64 report, double time, const double* positions, const double* velocities);

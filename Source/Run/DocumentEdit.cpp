@@ -127,9 +127,8 @@ DocumentEdit::Wrong DocumentEdit::Problem(int32 text, std::string_view what,
     return FillIn(resources_->InterfaceLabel(text), {what, where});
 }
 
-DocumentEdit::Wrong DocumentEdit::ReadNumber(Value value, const UnitTable& units,
-                                             double plainFactor, double* number,
-                                             double* unit) const {
+DocumentEdit::Wrong DocumentEdit::ReadQuantity(Value value, const UnitTable& units,
+                                               double plainFactor, DimValue* entered) const {
     const UnitTable::Parsed parsed = units.Parse(value, plainFactor);
     switch (parsed.error) {
         case UnitTable::ParseError::kNotANumber:
@@ -139,8 +138,7 @@ DocumentEdit::Wrong DocumentEdit::ReadNumber(Value value, const UnitTable& units
         case UnitTable::ParseError::kNone:
             break;
     }
-    *number = parsed.value;
-    *unit = parsed.unit ? parsed.unit->factor : plainFactor;
+    *entered = DimValue{parsed.value, parsed.unit ? parsed.unit->factor : plainFactor};
     return std::nullopt;
 }
 
@@ -158,20 +156,18 @@ DocumentEdit::Wrong DocumentEdit::SetName(Value value) {
 
 DocumentEdit::Wrong DocumentEdit::SetMass(Value value) {
     const SystemQuantityFactory mass(Quantity::kMass, system_);
-    double number, unit;
-    const double shown = mass.Current(*document_->Portal()).Uval();
-    if (Wrong wrong = ReadNumber(value, resources_->MassUnits(), shown, &number, &unit))
+    DimValue entered = mass.Current(*document_->Portal());
+    if (Wrong wrong = ReadQuantity(value, resources_->MassUnits(), entered.Uval(), &entered))
         return wrong;
-    return Commit(mass, DimValue{number, unit});
+    return Commit(mass, entered);
 }
 
 DocumentEdit::Wrong DocumentEdit::SetRadius(Value value) {
     const SystemQuantityFactory radius(Quantity::kRadius, system_);
-    double number, unit;
-    const double shown = radius.Current(*document_->Portal()).Uval();
-    if (Wrong wrong = ReadNumber(value, resources_->DistanceUnits(), shown, &number, &unit))
+    DimValue entered = radius.Current(*document_->Portal());
+    if (Wrong wrong = ReadQuantity(value, resources_->DistanceUnits(), entered.Uval(), &entered))
         return wrong;
-    return Commit(radius, DimValue{number, unit});
+    return Commit(radius, entered);
 }
 
 template <bool kIsVelocity>
@@ -180,13 +176,15 @@ DocumentEdit::Wrong DocumentEdit::SetVector(Value value) {
     // "X Y Z UNIT": the unit is that of all three.
     std::string_view rest = value;
     const std::string_view words[] = {TakeWord(&rest), TakeWord(&rest), TakeWord(&rest)};
-    double numbers[3];
+    double numbers[3] = {};
     double unit = factory.Current(*document_->Portal()).Uval();
     const UnitTable& units = kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits();
     for (int i = 0; i < 3; i++) {
         const std::string component = std::string(words[i]) + ' ' + std::string(Trimmed(rest));
-        if (Wrong wrong = ReadNumber(Trimmed(component), units, unit, &numbers[i], &unit))
-            return wrong;
+        DimValue entered{0.0, unit};
+        if (Wrong wrong = ReadQuantity(Trimmed(component), units, unit, &entered)) return wrong;
+        numbers[i] = entered.Value();
+        unit = entered.Uval();
     }
     return Commit(factory, DimVector{numbers[0], numbers[1], numbers[2], unit});
 }
@@ -195,13 +193,11 @@ template <bool kIsVelocity, int kComponent>
 DocumentEdit::Wrong DocumentEdit::SetComponent(Value value) {
     const SystemVectorFactory factory(kIsVelocity ? kVelocityQuantity : kPositionQuantity, system_);
     EpochPortal* const portal = document_->Portal();
-    double number, unit;
-    if (Wrong wrong =
-            ReadNumber(value, kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits(),
-                       factory.Current(*portal).Uval(), &number, &unit))
-        return wrong;
+    const UnitTable& units = kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits();
+    DimValue entered{0.0, factory.Current(*portal).Uval()};
+    if (Wrong wrong = ReadQuantity(value, units, entered.Uval(), &entered)) return wrong;
     // No command is made for what is so already.
-    ExecuteFiled(portal, factory.MakeComponentCommand(portal, kComponent, DimValue{number, unit}));
+    ExecuteFiled(portal, factory.MakeComponentCommand(portal, kComponent, entered));
     return std::nullopt;
 }
 
@@ -231,11 +227,10 @@ DocumentEdit::Wrong DocumentEdit::SetEpochName(Value value) {
 
 DocumentEdit::Wrong DocumentEdit::SetTime(Value value) {
     const EpochTimeFactory time;
-    double number, unit;
-    const double shown = time.Current(*document_->Portal()).Uval();
-    if (Wrong wrong = ReadNumber(value, resources_->TimeUnits(), shown, &number, &unit))
+    DimValue entered = time.Current(*document_->Portal());
+    if (Wrong wrong = ReadQuantity(value, resources_->TimeUnits(), entered.Uval(), &entered))
         return wrong;
-    return Commit(time, DimValue{number, unit});
+    return Commit(time, entered);
 }
 
 DocumentEdit::Wrong DocumentEdit::SetCutoff(Value value) {

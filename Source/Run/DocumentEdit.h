@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "DimValue.h"
 #include "SimulationController.h"
 
 class ProgramResources;
@@ -50,9 +51,9 @@ private:
 
     [[nodiscard]] Wrong Problem(int32 text, std::string_view what,
                                 std::string_view where = {}) const;
-    // The number in SI units.
-    Wrong ReadNumber(Value value, const UnitTable& units, double plainFactor, double* number,
-                     double* unit) const;
+    // The quantity in SI units with its unit.
+    Wrong ReadQuantity(Value value, const UnitTable& units, double plainFactor,
+                       DimValue* entered) const;
     template <typename Factory, typename Entered>
     Wrong Commit(const Factory& factory, const Entered& entered);
     [[nodiscard]] std::optional<int64> FindSystem(std::string_view name) const;

@@ -18,11 +18,12 @@ constexpr std::size_t kIndent = 2;
 // Every run is a level of its own: long histories go straight down from here.
 constexpr std::size_t kDeepestIndent = 20;
 
-std::size_t Depth(const AbEpoch* epoch, const AbEpoch* root) {
-    std::size_t depth = 0;
-    for (const AbEpoch* above = epoch->Parent(); above && above != root; above = above->Parent())
-        depth++;
-    return depth;
+std::size_t Indent(const AbEpoch* epoch, const AbEpoch* root) {
+    std::size_t indent = 0;
+    for (const AbEpoch* above = epoch->Parent(); above && above != root && indent < kDeepestIndent;
+         above = above->Parent())
+        indent += kIndent;
+    return indent;
 }
 
 std::size_t CountBodies(const MassSystem* system) {
@@ -56,8 +57,7 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
     cursor.Increment();
     for (; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment()) {
         Line line;
-        line.name = std::string(std::min(kIndent * Depth(epoch, root), kDeepestIndent), ' ') +
-                    epoch->Name();
+        line.name = std::string(Indent(epoch, root), ' ') + epoch->Name();
         line.time = RoundedText(epoch->Time() / epoch->TimeUval(), kTimeDigits) + ' ' +
                     resources.TimeUnits().Abbreviation(epoch->TimeUval());
         line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);

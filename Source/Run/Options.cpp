@@ -50,7 +50,18 @@ bool SetPath(Value value, const ProgramResources&, Options* options) {
 }
 
 bool SetSteps(Value value, const ProgramResources&, Options* options) {
-    return ParseInteger<int64>(value, 1, INT64_MAX, &options->steps.emplace());
+    return ParseInteger<int64>(value, 0, INT64_MAX, &options->steps.emplace());
+}
+
+bool AddEdit(Value value, const ProgramResources&, Options* options) {
+    options->edits.emplace_back(value);
+    return !value.empty();
+}
+
+bool SetOnCollision(Value value, const ProgramResources&, Options* options) {
+    const bool merge = value == "merge";
+    options->onCollision = merge ? Options::OnCollision::kMerge : Options::OnCollision::kStop;
+    return merge || value == "stop";
 }
 
 bool SetEvery(Value value, const ProgramResources&, Options* options) {
@@ -82,6 +93,9 @@ constexpr OptionInfo kOptions[] = {
     {"csv", '\0', true, SetPath<&Options::csv>},
     {"every", '\0', true, SetEvery},
     {"save", 'o', true, SetPath<&Options::save>},
+    {"edit", '\0', true, AddEdit},
+    {"on-collision", '\0', true, SetOnCollision},
+    {"epochs", '\0', false, SetFlag<&Options::epochs>},
     {"cutoff", '\0', true, SetCutoff},
     {"order", '\0', true, SetOrder},
     {"threads", '\0', true, SetThreads},

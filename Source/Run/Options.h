@@ -15,11 +15,15 @@ struct Options {
     static constexpr int64 kDefaultSteps = 1000;
 
     std::optional<std::string> document;  // none: the new-simulation template
-    std::optional<int64> steps;
-    std::optional<double> duration;  // s
+    std::optional<int64> steps;           // 0: no run
+    std::optional<double> duration;       // s
     std::optional<std::string> csv;
     int64 every = 1;
     std::optional<std::string> save;
+    std::vector<std::string> edits;  // "SYSTEM.FIELD=VALUE UNIT", in order
+    enum class OnCollision { kMerge, kStop };
+    OnCollision onCollision = OnCollision::kMerge;
+    bool epochs = false;
     std::optional<double> cutoff;
     std::optional<int32> order;
     std::optional<int32> threads;
@@ -28,6 +32,11 @@ struct Options {
     bool quiet = false;
     bool help = false;
     bool version = false;
+
+    // A listing of the epochs alone, and 0 steps, run nothing.
+    [[nodiscard]] bool WantsRun() const {
+        return steps ? *steps > 0 : duration.has_value() || !epochs;
+    }
 };
 
 // Reads the arguments that follow the program's name. The answer is empty, or says what is wrong

@@ -46,7 +46,11 @@ RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
     do {
         ready = poll(sources, 2, milliseconds.value_or(-1));
     } while (ready < 0 && errno == EINTR);
-    if ((sources[0].revents & kReadable) != 0) return Event::kParked;
+    if ((sources[0].revents & kReadable) != 0) {
+        eventfd_t count = 0;
+        static_cast<void>(eventfd_read(parked_, &count));
+        return Event::kParked;
+    }
     if ((sources[1].revents & kReadable) == 0) return Event::kTimeout;
     TakeSignal();
     return Event::kSignal;

@@ -25,6 +25,16 @@ void RunRecorder::Begin(const SystemState& start) {
     writer_->WriteReport(0, start.time, heldPositions_.data(), heldVelocities_.data());
 }
 
+void RunRecorder::Resume(const SystemState& merged) {
+    steps_--;  // the collision's own report repeats the one before
+    stride_ = merged.positions.size();
+    if (writer_ == nullptr) return;
+    WriteHeldIfDue();
+    writer_->SetBodies(merged);
+    heldPositions_ = merged.positions;
+    heldVelocities_ = merged.velocities;
+}
+
 void RunRecorder::End(bool collided) {
     if (collided) steps_--;
     if (writer_ != nullptr && written_ != steps_)
@@ -37,10 +47,14 @@ void RunRecorder::Write(int64 report, double time, const double* positions,
     written_ = report;
 }
 
-void RunRecorder::WriteBatch(int32 count, const double* times, const double* positions,
-                             const double* velocities) {
+void RunRecorder::WriteHeldIfDue() {
     if (steps_ % every_ == 0 && written_ != steps_)
         Write(steps_, time_, heldPositions_.data(), heldVelocities_.data());
+}
+
+void RunRecorder::WriteBatch(int32 count, const double* times, const double* positions,
+                             const double* velocities) {
+    WriteHeldIfDue();
     const auto last = static_cast<std::size_t>(count - 1);
     for (std::size_t k = 0; k < last; k++) {
         const int64 report = steps_ + static_cast<int64>(k) + 1;

@@ -22,6 +22,9 @@ public:
 
     // Report 0.
     void Begin(const SystemState& start);
+    // Bodies have merged; `merged` is what goes on from the time of the last report. That report,
+    // if it is due, still shows them apart.
+    void Resume(const SystemState& merged);
     // The run is over. A run that ended in a collision has reported its last state twice.
     void End(bool collided);
 
@@ -36,6 +39,7 @@ public:
 
 private:
     void Write(int64 report, double time, const double* positions, const double* velocities);
+    void WriteHeldIfDue();
     void WriteBatch(int32 count, const double* times, const double* positions,
                     const double* velocities);
 

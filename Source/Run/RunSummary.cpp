@@ -65,6 +65,9 @@ std::string RunSummary::Text(const ProgramResources& resources) const {
     text += line(kTextSummarySteps, {std::to_string(steps), RoundedText(seconds, kSecondsDigits),
                                      RateText(Rate(*this))});
     text += line(kTextSummaryBodies, {std::to_string(bodies), std::to_string(massiveBodies)});
+    if (mergers.count > 0)
+        text += line(kTextSummaryMergers, {std::to_string(mergers.count),
+                                           RoundedText(mergers.kineticEnergyLoss, kErrorDigits)});
     text += line(kTextSummaryEnergy, {ratio(drift.energy)});
     text += line(kTextSummaryMomentum, {ratio(drift.momentum)});
     text += line(kTextSummaryAngular, {ratio(drift.angularMomentum)});
@@ -87,6 +90,8 @@ std::string RunSummary::Json() const {
     object.Add("steps_per_second", Rate(*this));
     object.Add("bodies", static_cast<int64>(bodies));
     object.Add("massive_bodies", static_cast<int64>(massiveBodies));
+    object.Add("mergers", mergers.count);
+    object.Add("merger_kinetic_energy_loss_m5_s4", mergers.kineticEnergyLoss);
     object.Add("relative_energy_error", drift.energy);
     object.Add("relative_momentum_drift", drift.momentum);
     object.Add("relative_angular_momentum_drift", drift.angularMomentum);

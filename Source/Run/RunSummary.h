@@ -29,6 +29,7 @@ struct RunSummary {
     std::size_t bodies = 0;
     std::size_t massiveBodies = 0;
     Drift drift;
+    MergerTotals mergers;
     std::string digest;  // SystemState::Digest of the final state
     Ending ending = Ending::kDone;
     std::vector<Touch> touches;  // the bodies that ended the run by touching

@@ -10,7 +10,11 @@
 #include <memory>
 
 #include "BMessage.h"
+#include "CollisionMailbox.h"
 #include "CsvWriter.h"
+#include "DocumentEdit.h"
+#include "EpochListing.h"
+#include "NumberText.h"
 #include "ProgramResources.h"
 #include "RunnerTexts.h"
 #include "SimulationFile.h"
@@ -22,6 +26,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kProgressInterval = 200;  // ms
 constexpr int32 kScienceOrder = 4;
+constexpr int kTimeDigits = 10;
 constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
 
 // True when both paths lead to one file, which need not exist.
@@ -40,6 +45,7 @@ Runner::Runner(const Options& options, const ProgramResources& resources)
       resources_(resources),
       document_(collisions_.Target()),
       control_(document_.Portal(), document_.GetCalculator(), this),
+      controller_(&document_, &control_, &resources_),
       recorder_(document_.GetCalculator()) {
     document_.AddConsumer(&recorder_);
     document_.Portal()->AddObserver(&events_);
@@ -57,7 +63,17 @@ int Runner::Run() {
     if (options_.dump) return PrintText(std::string(OutputFile::kStandardOutput), record.ToText());
     if (const DocumentError error = document_.Load(record); error.Failed())
         return Fail(DocumentName(), error.Reason(resources_));
+    if (const int status = EditDocument(); status != kDone) return status;
     return RunDocument();
+}
+
+int Runner::EditDocument() {
+    DocumentEdit edit(&document_, &controller_, &resources_);
+    for (const std::string& text : options_.edits)
+        if (const auto wrong = edit.Apply(text))
+            return Fail(DocumentName(),
+                        FillIn(resources_.InterfaceLabel(kTextEdit), {text, *wrong}));
+    return kDone;
 }
 
 std::string Runner::DocumentName() const {
@@ -82,6 +98,10 @@ int Runner::RunDocument() {
         if (const int error = csvFile_.Open(*options_.csv); error != 0)
             return Fail(*options_.csv, std::strerror(error));
     if (options_.threads) document_.GetCalculator()->SetThreads(*options_.threads);
+    if (!options_.WantsRun()) {
+        const int status = options_.save ? Save() : kDone;
+        return status == kDone ? ListEpochTree() : status;
+    }
     control_.UnPause();
     WaitForEnd();
     return WriteResults();
@@ -124,20 +144,43 @@ void Runner::RunStarting() {
 void Runner::WaitForEnd() {
     Progress progress(resources_, !options_.quiet, goal_, start_.time, Focus()->TimeUval());
     const auto interval = progress.IsShown() ? std::optional(kProgressInterval) : std::nullopt;
-    while (events_.Wait(interval) == RunEvents::Event::kTimeout)
-        progress.Show(recorder_.Steps(), recorder_.Time());
+    for (;;) {
+        const RunEvents::Event event = events_.Wait(interval);
+        if (event == RunEvents::Event::kTimeout)
+            progress.Show(recorder_.Steps(), recorder_.Time());
+        else if (event == RunEvents::Event::kSignal || !ResolveCollision(&progress))
+            break;
+    }
     control_.Pause();
+    touches_ = collisions_.Take();
     seconds_ = std::chrono::duration<double>(Clock::now() - begin_).count();
 }
 
+// True when the run, which has stopped, goes on from bodies that have merged.
+bool Runner::ResolveCollision(Progress* progress) {
+    if (options_.onCollision == Options::OnCollision::kStop) return false;
+    const BMessage pairs = collisions_.Take();
+    if (pairs.IsEmpty()) return false;
+    const MergeResult result = controller_.Collide(
+        pairs, [this](const MergeResult&) { recorder_.Resume(TakeState(document_.Portal())); });
+    mergers_.Add(result);
+    progress->Clear();
+    const std::string unit = resources_.TimeUnits().Abbreviation(Focus()->TimeUval());
+    for (const Merger& merger : result.mergers)
+        Note(FillIn(resources_.InterfaceLabel(kTextMerger),
+                    {merger.survivorName, merger.absorbedName,
+                     RoundedText(merger.time / Focus()->TimeUval(), kTimeDigits), unit}));
+    return true;
+}
+
 int Runner::WriteResults() {
-    collisions_.Finish();
-    recorder_.End(!collisions_.Pairs().empty());
+    recorder_.End(!touches_.IsEmpty());
     if (const int error = csvFile_.Close(); error != 0)
         return Fail(*options_.csv, std::strerror(error));
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
+    if (const int status = ListEpochTree(); status != kDone) return status;
     return events_.Signal() == 0 ? kDone : kStoppedBySignal + events_.Signal();
 }
 
@@ -146,6 +189,11 @@ int Runner::Save() {
     DocumentError error = document_.Store(&record, true);
     if (!error.Failed()) error = SimulationFile::Write(*options_.save, record);
     return error.Failed() ? Fail(*options_.save, error.Reason(resources_)) : kDone;
+}
+
+int Runner::ListEpochTree() {
+    if (!options_.epochs) return kDone;
+    return PrintText(std::string(OutputFile::kStandardOutput), ListEpochs(&document_, resources_));
 }
 
 int Runner::Tell() {
@@ -174,9 +222,14 @@ RunSummary Runner::Summarize() {
     summary.seconds = seconds_;
     summary.bodies = end.CountBodies();
     summary.massiveBodies = end.CountMassive();
-    summary.drift = MeasureDrift(MeasureConserved(start_), MeasureConserved(end));
+    summary.mergers = mergers_;
+    summary.drift = MeasureDrift(MeasureConserved(start_), MeasureConserved(end), mergers_);
     summary.digest = end.Digest();
-    for (const auto& [lighter, heavier] : collisions_.Pairs())
+    int64 lighter = 0;
+    int64 heavier = 0;
+    for (int32 i = 0; touches_.FindInt64(CollisionMailbox::kLaterField, i, &lighter) == B_OK &&
+                      touches_.FindInt64(CollisionMailbox::kEarlierField, i, &heavier) == B_OK;
+         i++)
         summary.touches.push_back({lighter, heavier, end.NameOf(lighter), end.NameOf(heavier)});
     if (!summary.touches.empty())
         summary.ending = RunSummary::Ending::kCollision;

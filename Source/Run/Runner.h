@@ -16,6 +16,7 @@
 #include "RunEvents.h"
 #include "RunRecorder.h"
 #include "RunSummary.h"
+#include "SimulationController.h"
 #include "SimulationDocument.h"
 #include "SystemState.h"
 
@@ -38,11 +39,14 @@ private:
     [[nodiscard]] std::string DocumentName() const;
     DocumentError ReadRecord(BMessage* record) const;
     int Dump(const BMessage& record);
+    int EditDocument();
     int RunDocument();
     // The output that must not be written because it is the document or another output, if any.
     [[nodiscard]] std::optional<std::string> ClashingOutput() const;
     void RunStarting() override;
     void WaitForEnd();
+    [[nodiscard]] bool ResolveCollision(Progress* progress);
+    int ListEpochTree();
     int WriteResults();
     int Save();
     int Tell();
@@ -58,6 +62,7 @@ private:
     CollisionWatch collisions_;
     SimulationDocument document_;
     RunControl control_;
+    SimulationController controller_;
     RunRecorder recorder_;
     OutputFile csvFile_;
     std::unique_ptr<CsvWriter> csv_;
@@ -65,4 +70,6 @@ private:
     SystemState start_;
     std::chrono::steady_clock::time_point begin_;
     double seconds_ = 0.0;  // of real time that the run has taken
+    MergerTotals mergers_;
+    BMessage touches_;  // the pairs that ended the run, if any did
 };

@@ -40,7 +40,9 @@ enum RunnerText : int32 {
     kTextSummaryDigest = 4147,     // %1: hexadecimal digits
     kTextSummaryCollision = 4148,  // %1, %2: bodies, %3: time, %4: unit
     kTextSummaryInterrupted = 4149,
-    kTextUndefined = 4150,  // in place of a number that has no meaning for this document
+    kTextUndefined = 4150,       // in place of a number that has no meaning for this document
+    kTextMerger = 4151,          // %1: survivor, %2: absorbed, %3: time, %4: unit
+    kTextSummaryMergers = 4152,  // %1: count, %2: kinetic energy lost
 
     // What is wrong with an edit.
     kTextEdit = 4160,          // %1: the edit, %2: what is wrong with it

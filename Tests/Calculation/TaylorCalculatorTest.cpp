@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -420,6 +420,35 @@ TEST(TaylorCalculator, PromotionLeavesTheSums) {
         const Body* const body = system.Find(i);
         EXPECT_NEAR(sum, body->Position().x, 4e-16 * std::fabs(sum));
         EXPECT_NEAR(speed, body->Velocity().x, 4e-16 * std::fabs(speed));
+    }
+}
+
+// Parts above those that the order feeds can only be left from a run of a higher order.
+TEST(TaylorParts, PromotionDropsPartsThatTheOrderDoesNotFeed) {
+    const std::vector<double> r = {1, 10, 100, 1000, 10000}, v = {2, 20, 200, 2000};
+    const struct {
+        int32 order;
+        std::vector<double> r, v;
+    } cases[] = {{4, {11, 100, 1000, 10000, 0}, {22, 200, 2000, 0}},
+                 {3, {11, 100, 1000, 0, 0}, {22, 200, 2000, 0}},
+                 {2, {11, 100, 0, 0, 0}, {22, 200, 0, 0}}};
+    for (const auto& [order, expectedR, expectedV] : cases) {
+        BMessage archive, promoted;
+        archive.AddInt64("IDs", 5);
+        for (int axis = 0; axis < 3; axis++) {
+            archive.AddDoubles("DelR", r.data(), 5);
+            archive.AddDoubles("DelV", v.data(), 4);
+        }
+        TaylorParts parts;
+        ASSERT_EQ(parts.Regenerate(archive), B_OK);
+        parts.Promote(order);
+        ASSERT_EQ(parts.Archive(&promoted), B_OK);
+        for (int axis = 0; axis < 3; axis++) {
+            const std::vector<double> foundR = Doubles(promoted, "DelR");
+            const std::vector<double> foundV = Doubles(promoted, "DelV");
+            EXPECT_TRUE(std::equal(expectedR.begin(), expectedR.end(), &foundR[5 * axis]));
+            EXPECT_TRUE(std::equal(expectedV.begin(), expectedV.end(), &foundV[4 * axis]));
+        }
     }
 }
 

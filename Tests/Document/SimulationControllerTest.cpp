@@ -52,9 +52,8 @@ TEST_F(SimulationControllerTest, NewBodiesAreDistinctTouchNothingAndStayInOrbit)
         names.insert(body->Name());
         ids.insert(body->ID());
         for (const Body* other : bodies)
-            if (other != body)
-                EXPECT_GT(Length(body->Position() - other->Position()),
-                          body->Radius() + other->Radius());
+            EXPECT_TRUE(other == body || Length(body->Position() - other->Position()) >
+                                             body->Radius() + other->Radius());
     }
     EXPECT_EQ(names.size(), bodies.size());
     EXPECT_EQ(ids.size(), bodies.size());

@@ -133,9 +133,8 @@ TEST(SimulationDocument, EarlierLayoutHangsEpochsWhereTheySay) {
 }
 
 TEST(SimulationDocument, EarlierLayoutIsNotNestedWithoutEnd) {
-    std::vector<int64> parents(5000);
     BMessage record;
-    for (int64 i = 0; i < 5000; i++) {
+    for (int64 i = 0; i < BMessage::kMaxNesting; i++) {
         const int64 parent = i - 1;
         AddFlatEpoch(&record, "E", i, &parent);
     }

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <set>
+#include <thread>
+#include <vector>
 
 #include "BDirectory.h"
 #include "BMessage.h"
@@ -132,6 +135,29 @@ TEST_F(BEntryTest, DirectoriesAreSteppedThroughAndMade) {
         directory.Rewind();
     }
     EXPECT_EQ(BDirectory(folder_.Path("none").c_str()).InitCheck(), B_ENTRY_NOT_FOUND);
+}
+
+TEST_F(BEntryTest, ReferencesMayBeMadeByManyThreads) {
+    constexpr int kThreads = 4;
+    constexpr int kFolders = 50;
+    for (int i = 0; i < kFolders; i++)
+        std::filesystem::create_directory(folder_.Path(std::to_string(i)));
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; thread++)
+        threads.emplace_back([&] {
+            for (int i = 0; i < kFolders; i++) {
+                const std::string path = folder_.Path(std::to_string(i) + "/file");
+                entry_ref ref;
+                std::string found;
+                if (get_ref_for_path(path.c_str(), &ref) != B_OK ||
+                    get_path_for_ref(ref, &found) != B_OK || found != path)
+                    wrong++;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(BPathTest, IsAbsoluteAndWithoutASlashAtItsEnd) {

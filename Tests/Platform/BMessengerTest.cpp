@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "AppDefs.h"
 #include "BLooper.h"
@@ -109,15 +112,21 @@ TEST(BMessenger, WaitsForRoomInThePort) {
 }
 
 TEST(BMessenger, BlockedSendersLearnOfTheEnd) {
-    auto* const looper = new TestLooper(1);
-    const BMessenger target(looper);
-    EXPECT_EQ(target.SendMessage(kAsk), B_OK);
-    std::vector<std::thread> senders;
-    for (int i = 0; i < 3; i++)
-        senders.emplace_back([&target] { EXPECT_EQ(target.SendMessage(kAsk), B_BAD_PORT_ID); });
-    looper->Quit();
-    for (std::thread& sender : senders)
+    // Several rounds, because a sender may come too late to be blocked.
+    for (int round = 0; round < 100; round++) {
+        auto* const looper = new TestLooper(1);
+        const BMessenger target(looper);
+        EXPECT_EQ(target.SendMessage(kAsk), B_OK);
+        const sem_id isAbout = create_sem(0, "is about to send");
+        std::thread sender([&] {
+            release_sem(isAbout);
+            EXPECT_EQ(target.SendMessage(kAsk), B_BAD_PORT_ID);
+        });
+        acquire_sem(isAbout);
+        looper->Quit();
         sender.join();
+        delete_sem(isAbout);
+    }
 }
 
 TEST(BMessenger, BringsTheAnswer) {

@@ -136,8 +136,8 @@ TEST_F(RunReports, ACollisionEndsTheRun) {
     epoch->SystemFromID(1)->SetPosition({1e8 - 1e11, 1e9, 0});
     epoch->SystemFromID(1)->SetVelocity({-1e4, -3.5e4, 0});
     const std::string colliding = PutDocument("colliding", *epoch);
-    const Outcome outcome = RunProgram(
-        {"--steps", "1000000", "--json", "--csv", Path("out.csv"), "--every", "7", colliding});
+    const Outcome outcome = RunProgram({"--steps", "1000000", "--on-collision", "stop", "--json",
+                                        "--csv", Path("out.csv"), "--every", "7", colliding});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(Member(outcome.out, "ending"), "\"collision\"");
     EXPECT_EQ(Member(outcome.out, "lighter"), "\"Light\"");
@@ -146,7 +146,8 @@ TEST_F(RunReports, ACollisionEndsTheRun) {
     const std::vector<CsvRow> rows = ParseCsv(Get(Path("out.csv")));
     EXPECT_EQ(std::to_string(rows.back().report), Member(outcome.out, "steps"));
     EXPECT_GT(rows.back().time, rows[rows.size() - 5].time);
-    EXPECT_NE(RunProgram({colliding, "-n", "1000000"}).out.find("\"Heavy\" and \"Light\""),
+    EXPECT_NE(RunProgram({colliding, "-n", "1000000", "--on-collision=stop"})
+                  .out.find("\"Heavy\" and \"Light\""),
               std::string::npos);
 }
 

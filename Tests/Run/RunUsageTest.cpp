@@ -14,7 +14,7 @@ TEST_F(RunUsage, WrongUseIsSaidOnStandardErrorWithStatusTwo) {
         {{"--frobnicate"}, "--frobnicate"},
         {{"-x"}, "-x"},
         {{"--steps"}, "--steps"},
-        {{"--steps", "0"}, "\"0\""},
+        {{"--steps", "-1"}, "\"-1\""},
         {{"-n", "1e3"}, "\"1e3\""},
         {{"-n", "99999999999999999999"}, "-n"},
         {{"--for", "10 parsecs"}, "10 parsecs"},
@@ -145,7 +145,6 @@ TEST_F(RunBadFile, NumbersThatAreNone) {
 }
 
 TEST_F(RunBadFile, NestingWithoutEnd) {
-    const std::string reason = "the document's records are nested too deeply";
     // Groups in groups; each is a good archive by itself.
     BMessage group;
     for (int32 depth = 0; depth < 1000; depth++) {
@@ -161,12 +160,12 @@ TEST_F(RunBadFile, NestingWithoutEnd) {
     archive.AddMessage("Root", &group);
     BMessage record;
     record.AddMessage("Epochs", &archive);
-    ExpectRefused(PutRecord("groups", record), reason);
+    ExpectRefused(PutRecord("groups", record), "the document's records are nested too deeply");
     // Records in records that mean nothing, made byte by byte from the inside out.
     std::string inner;
     for (int32 depth = 0; depth < 6000; depth++)
         inner = NestedRecord(inner);
-    ExpectRefused(Put("records", "KWZXNB00" + inner), reason);
+    ExpectRefused(Put("records", "KWZXNB00" + inner), "the document holds no epoch");
 }
 
 }  // namespace

@@ -99,8 +99,8 @@ bool RdefValueParser::ReadWordValue(RdefValue* value) {
     if (word.IsWord("rect")) return ReadFloats(B_RECT_TYPE, 4, value);
     if (word.IsWord("rgb_color")) return ReadColor(value);
     bool known = false;
-    if (!ReadAppValue(value, &known) || known) return known;
-    return numbers_.ReadNumber(value);
+    if (!ReadAppValue(value, &known)) return false;
+    return known || numbers_.ReadNumber(value);
 }
 
 // --- Arrays and imports ---

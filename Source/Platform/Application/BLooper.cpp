@@ -30,8 +30,6 @@ BLooper::~BLooper() {
     if (thread_ >= 0 && !isQuitting_) debugger("A looper was deleted while its thread runs.");
     link_->lock.Lock();
     link_->port.Close();
-    queue_.clear();
-    current_.reset();
     while (!handlers_.empty())
         RemoveHandler(handlers_.back());
     LooperRegistry::Remove(link_);

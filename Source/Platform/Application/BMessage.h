@@ -152,7 +152,7 @@ public:
     [[nodiscard]] std::string ToText() const;
 
     // Records nested in records more deeply than this are neither written nor read.
-    static constexpr int32 kMaxNesting = 4096;
+    static constexpr int32 kMaxNesting = 65536;
 
     // Equal what, and equal fields in the same order.
     bool operator==(const BMessage& other) const;

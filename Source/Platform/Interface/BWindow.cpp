@@ -1,6 +1,8 @@
 #include "BWindow.h"
 
 #include <QIcon>
+#include <QLayout>
+#include <QMenuBar>
 #include <cctype>
 
 #include "AppDefs.h"
@@ -29,6 +31,18 @@ QSize ToSize(float width, float height) {
     return {pixels(width), pixels(height)};
 }
 
+// What lies in the window: its views one below the other, the menu bar on top.
+class RootPart : public ViewPart {
+public:
+    void Place(ViewPart& child) override {
+        auto* const bar = qobject_cast<QMenuBar*>(child.Widget());
+        if (bar != nullptr && Widget() != nullptr)
+            Widget()->layout()->setMenuBar(bar);
+        else
+            ViewPart::Place(child);
+    }
+};
+
 // A capital letter of a shortcut is one with the shift key.
 uint32 WithShift(uint32 key, uint32 modifiers) {
     const bool isCapital = key < 128 && std::isupper(static_cast<int>(key)) != 0;
@@ -40,7 +54,7 @@ uint32 WithShift(uint32 key, uint32 modifiers) {
 BWindow::BWindow(BRect frame, const char* title, window_type type, uint32 flags)
     : BLooper(title),
       part_(std::make_shared<WindowPart>(type, flags)),
-      root_(std::make_unique<BView>("root")),
+      root_(new BView("root", std::make_shared<RootPart>())),
       flags_(flags) {
     part_->state.frame = frame;
     part_->state.title = title == nullptr ? "" : title;

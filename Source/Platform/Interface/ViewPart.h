@@ -32,7 +32,7 @@ public:
     virtual void Place(ViewPart& child);
     static void Remove(ViewPart& child);
 
-    void SetHandle(const BMessenger& handle) { handle_ = handle; }
+    virtual void SetHandle(const BMessenger& handle) { handle_ = handle; }
     void Tell(const BMessage& message) const { WindowServer::Deliver(handle_, message); }
 
 protected:

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 #include "BNode.h"
@@ -21,8 +22,8 @@ constexpr const char* kDesktopTypeAttribute = "user.mime_type";
 constexpr type_code kForeignMimeStringType = FourCC("SMIM");
 
 // A terminating 0 may be missing.
-status_t TextOf(const char* data, std::size_t size, std::string* text) {
-    text->assign(data, strnlen(data, size));
+status_t TextOf(std::string_view data, std::string* text) {
+    text->assign(data.substr(0, data.find('\0')));
     const bool isPrintable =
         std::all_of(text->begin(), text->end(), [](char c) { return c >= ' ' && c <= '~'; });
     if (text->empty() || text->size() >= BNodeInfo::kMimeTypeLength || !isPrintable) {
@@ -38,13 +39,13 @@ status_t ReadText(const BNode& node, const char* name, std::string* text) {
     std::vector<char> data;
     if (const status_t status = node.ReadAttr(name, &type, &data); status != B_OK) return status;
     if (type != B_MIME_STRING_TYPE && type != kForeignMimeStringType) return B_BAD_TYPE;
-    return TextOf(data.data(), data.size(), text);
+    return TextOf({data.data(), data.size()}, text);
 }
 
 status_t ReadDesktopType(const BNode& node, std::string* type) {
     char value[BNodeInfo::kMimeTypeLength];
     const ssize_t size = fgetxattr(node.Descriptor(), kDesktopTypeAttribute, value, sizeof value);
-    if (size >= 0) return TextOf(value, static_cast<std::size_t>(size), type);
+    if (size >= 0) return TextOf({value, static_cast<std::size_t>(size)}, type);
     return errno == ENODATA ? B_ENTRY_NOT_FOUND : ErrnoStatus(errno);
 }
 

@@ -21,6 +21,12 @@ double KineticEnergy(const Body& body) {
     return 0.5 * body.M() * Squared(body.Velocity());
 }
 
+ThreeVector AngularMomentum(const Body& body) {
+    const ThreeVector r = body.Position(), v = body.Velocity();
+    return body.M() *
+           ThreeVector{r.y * v.z - r.z * v.y, r.z * v.x - r.x * v.z, r.x * v.y - r.y * v.x};
+}
+
 // -(GM)1 (GM)2 / r; 0 at zero distance, where it is infinite before and after.
 double BindingEnergy(const Body& one, const Body& other) {
     const double distance = std::sqrt(Squared(one.Position() - other.Position()));
@@ -88,6 +94,7 @@ void Resolution::Merge(Body* a, Body* b) {
     const double kineticBefore = KineticEnergy(*a) + KineticEnergy(*b);
     // The pair's own binding energy is in both sums.
     const double before = kineticBefore + EnergyAmong(*a) + EnergyAmong(*b) - BindingEnergy(*a, *b);
+    const ThreeVector spinBefore = AngularMomentum(*a) + AngularMomentum(*b);
     result_.mergers.push_back(
         {b->ID(), a->ID(), b->Name(), a->Name(), portal_->FocusEpoch()->Time(), 0.0});
 
@@ -108,6 +115,7 @@ void Resolution::Merge(Body* a, Body* b) {
 
     std::erase(alive_, a);
     result_.mergers.back().kineticEnergyLoss = kineticBefore - KineticEnergy(*b);
+    result_.angularMomentumChange += AngularMomentum(*b) - spinBefore;
     result_.energyChange += KineticEnergy(*b) + EnergyAmong(*b) - before;
 }
 

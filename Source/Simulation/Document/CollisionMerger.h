@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "SupportDefs.h"
+#include "ThreeVector.h"
 
 class BMessage;
 class EpochPortal;
@@ -28,6 +29,8 @@ struct MergeResult {
     // kinetic energy lost, binding energy of the merged pairs, and what moving a body to the pair's
     // centre of mass changed in the field of the others.
     double energyChange = 0.0;
+    // Likewise for the angular momentum about the origin, in units of GM: what became spin.
+    ThreeVector angularMomentumChange;
 };
 
 // `collisions` holds the parallel int64 fields "p" (lighter) and "q" (heavier). Commits pending

@@ -78,14 +78,9 @@ void RunControl::StartRun() {
     UnRest();
 }
 
-// A state saved with an epoch belongs to that epoch. The copy that the run is going to change must
-// not keep it: it would be taken for the state in which the run ended.
 void RunControl::DupCurrentEpoch() {
     auto* command = new LockingCommand(new NewEpochCommand(portal_), portal_, true);
     command->Execute();
-    portal_->WriteLock();
-    portal_->FocusEpoch()->SetCalculatorState(nullptr);
-    portal_->WriteUnlock();
 }
 
 // With the state in the epoch a document saved after the run goes on from it bit for bit. It does

@@ -258,10 +258,11 @@ bool SimulationController::Redo() {
     return true;
 }
 
-MergeResult SimulationController::Collide(const BMessage& collisions) {
+MergeResult SimulationController::Collide(const BMessage& collisions, const Merged& merged) {
     run_->Rest();
     MergeResult result =
         MergeCollidingBodies(Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner));
+    if (merged) merged(result);
     run_->UnRest();
     return result;
 }

@@ -5,6 +5,7 @@
 // it first, as if the user had.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -63,7 +64,9 @@ public:
     bool Redo();
 
     // Resolves a collision message of the calculator; a run goes on from the merged state.
-    MergeResult Collide(const BMessage& collisions);
+    // `merged`, if given, is called between the two, with the calculator at rest.
+    using Merged = std::function<void(const MergeResult&)>;
+    MergeResult Collide(const BMessage& collisions, const Merged& merged = {});
 
 private:
     EpochPortal* Portal() const;

@@ -22,7 +22,7 @@ TEST_F(RdefTest, ReproducesTheSample) {
         resource(101, "opening") message('ARCV') {
             "class" = "Body",
             int64 "IDs" = 1, int64 "IDs" = -2, int64 "IDs" = 0x0123456789abcdef,
-            double "r" = 0.0, double "r" = -1.5, double "r" = 1.495978707e11,
+            double "r" = 0.0, double "r" = -1.5, double "r" = 6.02214076e23,
             bool "fixed" = true,
             "color" = rgb_color { 255, 128, 0 },
             "pos" = point { 1.5, -2.25 },
@@ -211,7 +211,7 @@ TEST_F(RdefTest, FaultsTellFileLineAndReason) {
     EXPECT_EQ(Fault("resource(1) point { 1 };"), "1: too few numbers");
     EXPECT_EQ(Fault("resource(1) rect { 1, 2, 3, 4, 5 };"), "1: missing: }");
     EXPECT_EQ(Fault("resource(1) rgb_color { 1, 2, 256 };"), "1: a colour is 0 to 255");
-    EXPECT_EQ(Fault("resource(1) import \"none\";").substr(0, 13), "1: cannot read");
+    EXPECT_EQ(Fault("resource(1) import \"none\";").substr(0, 14), "1: cannot read");
     EXPECT_EQ(Fault("#include \"none\""), "1: cannot read \"" + folder_ + "/none\"");
     EXPECT_EQ(Fault("#define X"), "1: unknown directive #define");
     EXPECT_EQ(Fault("@"), "1: a stray character: @");

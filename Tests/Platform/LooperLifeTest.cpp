@@ -1,0 +1,296 @@
+// The life of a looper: its lock, every way to quit, and calls that meet its end.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "AppDefs.h"
+#include "BLooper.h"
+#include "BMessage.h"
+#include "BMessenger.h"
+#include "TestLooper.h"
+
+namespace {
+
+constexpr uint32 kWork = FourCC("work");
+
+// Calls on a looper that is gone are allowed: they compare the pointer only. A sanitizer that looks
+// at the object before each call cannot know that.
+#define ON_DEAD_LOOPER __attribute__((no_sanitize("vptr")))
+
+ON_DEAD_LOOPER bool LockDead(BLooper* looper) {
+    return looper->Lock();
+}
+
+ON_DEAD_LOOPER status_t LockDead(BLooper* looper, bigtime_t timeout) {
+    return looper->LockWithTimeout(timeout);
+}
+
+ON_DEAD_LOOPER status_t PostToAnyone(BLooper* looper) {
+    return looper->PostMessage(kWork);
+}
+
+ON_DEAD_LOOPER bool IsDeadLocked(BLooper* looper) {
+    return looper->IsLocked();
+}
+
+// A looper that its owner deletes after its thread has ended, as an application object is.
+class OwnedLooper : public BLooper {
+public:
+    using BLooper::BLooper;
+    void Quit() override { EndLoop(); }
+
+protected:
+    void ThreadMain() override {
+        Loop();
+        Unlock();
+    }
+};
+
+}  // namespace
+
+// --- Lock ---
+
+TEST(LooperLife, IsBornLockedAndUnlockedByRun) {
+    auto* const looper = new TestLooper;
+    EXPECT_TRUE(looper->IsLocked());
+    EXPECT_EQ(looper->CountLocks(), 1);
+    EXPECT_EQ(looper->LockingThread(), find_thread(nullptr));
+    EXPECT_EQ(looper->Thread(), -1);
+    const thread_id thread = looper->Run();
+    EXPECT_EQ(looper->Thread(), thread);
+    EXPECT_FALSE(looper->IsLocked());
+
+    looper->Hold();
+    EXPECT_EQ(looper->LockingThread(), thread) << "its thread holds the lock meanwhile";
+    EXPECT_EQ(looper->LockWithTimeout(0), B_WOULD_BLOCK);
+    EXPECT_EQ(looper->LockWithTimeout(10'000), B_TIMED_OUT);
+    looper->ReleaseHold();
+    EXPECT_TRUE(looper->Lock());
+    EXPECT_TRUE(looper->Lock());
+    EXPECT_EQ(looper->CountLocks(), 2);
+    looper->Quit();  // gives up all locks
+}
+
+TEST(LooperLife, RefusesEverythingWhenItIsGone) {
+    BLooper* const looper = new TestLooper;
+    looper->Run();
+    QuitFromHere(looper);
+    EXPECT_FALSE(LockDead(looper));
+    EXPECT_EQ(LockDead(looper, 0), B_BAD_VALUE);
+    EXPECT_EQ(PostToAnyone(looper), B_BAD_VALUE);
+    EXPECT_FALSE(IsDeadLocked(looper));
+    EXPECT_EQ(BLooper::LockIfAlive(looper), B_BAD_VALUE);
+    EXPECT_EQ(BLooper::LockIfAlive(nullptr), B_BAD_VALUE);
+}
+
+TEST(LooperLife, LockFailsWhenItGoesMeanwhile) {
+    auto* const looper = new TestLooper;
+    looper->Run();
+    looper->Hold();
+    EXPECT_EQ(looper->PostMessage(B_QUIT_REQUESTED), B_OK);
+    const auto log = looper->Log();
+    std::vector<std::thread> lockers;
+    for (int i = 0; i < 3; i++) {
+        lockers.emplace_back([looper] {
+            // The looper's thread gets its turn among these, and then ends.
+            while (LockDead(looper, B_INFINITE_TIMEOUT) == B_OK)
+                looper->Unlock();
+            EXPECT_EQ(LockDead(looper, B_INFINITE_TIMEOUT), B_BAD_VALUE);
+        });
+    }
+    looper->ReleaseHold();
+    for (std::thread& locker : lockers)
+        locker.join();
+    log->AwaitDeletion();
+}
+
+TEST(LooperLife, WaitingLockerLearnsOfTheEnd) {
+    auto* const looper = new TestLooper;
+    looper->Lock();
+    status_t result = B_OK;
+    const sem_id isAbout = create_sem(0, "is about to wait");
+    std::thread locker([&] {
+        release_sem(isAbout);
+        result = BLooper::LockIfAlive(looper);
+    });
+    acquire_sem(isAbout);
+    looper->Quit();  // never run: deleted at once
+    locker.join();
+    EXPECT_TRUE(result == B_BAD_SEM_ID || result == B_BAD_VALUE) << result;
+    delete_sem(isAbout);
+}
+
+// --- Quitting ---
+
+TEST(LooperLife, QuitBeforeRunDeletesIt) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    EXPECT_EQ(looper->PostMessage(kWork), B_OK);
+    looper->Quit();
+    EXPECT_TRUE(log->IsDeleted());
+    EXPECT_TRUE(log->Whats().empty());
+}
+
+TEST(LooperLife, QuitFromAnotherThreadHandlesWhatWaits) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    looper->Run();
+    looper->Hold();
+    for (uint32 what = 1; what <= 3; what++)
+        EXPECT_EQ(looper->PostMessage(what), B_OK);
+    looper->ReleaseHold();
+    QuitFromHere(looper);
+    EXPECT_TRUE(log->IsDeleted()) << "Quit returns when all is over";
+    EXPECT_EQ(log->Whats(), (std::vector<uint32>{1, 2, 3})) << "and does not ask QuitRequested";
+}
+
+TEST(LooperLife, QuitFromItsOwnThreadDoesNotReturn) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    looper->SetAction([looper, log](BMessage* message) {
+        if (message->what != 1) return;
+        looper->Lock();
+        looper->Quit();
+        log->Add(FourCC("back"));
+    });
+    EXPECT_EQ(looper->PostMessage(1), B_OK);
+    EXPECT_EQ(looper->PostMessage(2), B_OK);
+    const thread_id thread = looper->Run();
+    wait_for_thread(thread, nullptr);
+    EXPECT_TRUE(log->IsDeleted());
+    EXPECT_EQ(log->Whats(), std::vector<uint32>{1}) << "what waits is not handled any more";
+}
+
+TEST(LooperLife, QuitRequestedDecides) {
+    for (const bool answer : {false, true}) {
+        auto* const looper = new TestLooper;
+        const auto log = looper->Log();
+        looper->SetQuitAnswer(answer);
+        EXPECT_EQ(looper->PostMessage(B_QUIT_REQUESTED), B_OK);
+        EXPECT_EQ(looper->PostMessage(kWork), B_OK);
+        const thread_id thread = looper->Run();
+        if (answer) {
+            wait_for_thread(thread, nullptr);
+            EXPECT_EQ(log->Whats(), std::vector<uint32>{B_QUIT_REQUESTED});
+        } else {
+            log->AwaitCount(2);
+            EXPECT_FALSE(log->IsDeleted());
+            QuitFromHere(looper);
+            EXPECT_EQ(log->Whats(), (std::vector<uint32>{B_QUIT_REQUESTED, kWork}));
+        }
+        EXPECT_TRUE(log->IsDeleted());
+    }
+}
+
+TEST(LooperLife, QuitWithoutTheLockTakesItAndComplains) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    looper->Run();
+    testing::internal::CaptureStderr();
+    looper->Quit();
+    const std::string complaint = testing::internal::GetCapturedStderr();
+    EXPECT_NE(complaint.find("ERROR - you must Lock a looper before calling Quit(), team="),
+              std::string::npos);
+    EXPECT_TRUE(log->IsDeleted());
+}
+
+TEST(LooperLife, SeveralThreadsMayQuitIt) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    looper->Run();
+    std::atomic<int> quitters{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; i++) {
+        threads.emplace_back([&] {
+            if (!LockDead(looper)) return;
+            quitters++;
+            looper->Quit();
+            EXPECT_TRUE(log->IsDeleted());
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_GE(quitters, 1);
+}
+
+TEST(LooperLife, PostingWhileItQuitsIsSafe) {
+    for (const bool fromWithin : {false, true}) {
+        auto* const looper = new TestLooper(4);
+        const auto log = looper->Log();
+        const BMessenger target(looper);
+        looper->Run();
+        std::vector<std::thread> posters;
+        for (int i = 0; i < 2; i++) {
+            posters.emplace_back([looper] {
+                status_t status = B_OK;
+                while (status == B_OK || status == B_WOULD_BLOCK)
+                    status = PostToAnyone(looper);
+                EXPECT_TRUE(status == B_BAD_VALUE || status == B_BAD_PORT_ID);
+            });
+            posters.emplace_back([&target] {
+                status_t status = B_OK;
+                while (status == B_OK)
+                    status = target.SendMessage(kWork);
+                EXPECT_EQ(status, B_BAD_PORT_ID);
+            });
+        }
+        log->AwaitCount(200);
+        if (fromWithin)
+            EXPECT_EQ(target.SendMessage(B_QUIT_REQUESTED), B_OK);
+        else
+            QuitFromHere(looper);
+        for (std::thread& poster : posters)
+            poster.join();
+        log->AwaitDeletion();
+        EXPECT_FALSE(target.IsValid());
+    }
+}
+
+TEST(LooperLife, OwnerMayDeleteItAfterItsThread) {
+    const auto looper = std::make_unique<OwnedLooper>("owned");
+    const BMessenger target(looper.get());
+    const thread_id thread = looper->Run();
+    const BMessage request(B_QUIT_REQUESTED);
+    BMessage reply;
+    EXPECT_EQ(target.SendMessage(&request, &reply), B_OK);
+    // This one outlives its Quit and answers.
+    EXPECT_EQ(reply.what, B_REPLY);
+    bool result = false;
+    int32 answering = 0;
+    EXPECT_EQ(reply.FindBool("result", &result), B_OK);
+    EXPECT_TRUE(result);
+    EXPECT_EQ(reply.FindInt32("thread", &answering), B_OK);
+    EXPECT_EQ(answering, thread);
+    wait_for_thread(thread, nullptr);
+    EXPECT_TRUE(target.IsValid());
+}
+
+TEST(LooperLifeDeathTest, ProgrammingErrorsStop) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            auto* const looper = new TestLooper;
+            looper->Run();
+            BHandler handler;
+            looper->AddHandler(&handler);
+        },
+        "must be locked");
+    EXPECT_DEATH(
+        {
+            auto* const looper = new TestLooper;
+            looper->Run();
+            looper->Lock();
+            looper->Run();
+        },
+        "was run before");
+    EXPECT_DEATH(
+        {
+            auto* const looper = new TestLooper;
+            looper->Run();
+            delete looper;
+        },
+        "deleted while its thread runs");
+}

@@ -1,0 +1,75 @@
+// Edits on the command line, and the listing of the epochs.
+#include <filesystem>
+
+#include "ProgramRun.h"
+#include "RunFixture.h"
+
+namespace {
+
+class RunEdit : public RunFixture {
+protected:
+    // The state after the edits, from a run's report 0.
+    std::vector<CsvRow> StateAfter(std::vector<std::string> edits) {
+        std::vector<std::string> arguments{"-q", "-n", "1", "--csv", "-", "--every", "1000"};
+        for (std::string& edit : edits) {
+            arguments.emplace_back("--edit");
+            arguments.push_back(std::move(edit));
+        }
+        const Outcome outcome = RunProgram(arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return ParseCsv(outcome.out);
+    }
+};
+
+TEST_F(RunEdit, ValuesAreReadInTheirUnitsAndThoseShown) {
+    // The template: "Arrakis" at rest, "BoskVeld" at 2 AU, shown in km/s.
+    const std::vector<CsvRow> rows =
+        StateAfter({"epoch.com-on-go=off", "BoskVeld.v.y=15 km/s", "BoskVeld.v.z=-7",
+                    "BoskVeld.r=1 2 3 km", "Arrakis.name=Sun"});
+    ASSERT_GE(rows.size(), 2u);
+    EXPECT_EQ(rows[0].name, "Sun");
+    const double expected[6] = {1000.0, 2000.0, 3000.0, 3000.0, 15000.0, -7000.0};
+    for (int i = 0; i < 6; i++)
+        EXPECT_EQ(rows[1].values[i], expected[i]) << i;
+}
+
+TEST_F(RunEdit, VectorsAreRelativeToTheReferent) {
+    const std::vector<CsvRow> rows =
+        StateAfter({"epoch.com-on-go=off", "Arrakis.r.x=5 km", "BoskVeld.relative-to=Arrakis",
+                    "BoskVeld.r.x=1 km"});
+    EXPECT_EQ(rows[1].values[0], 6000.0);
+}
+
+TEST_F(RunEdit, WhatIsNotUnderstoodIsNamedAndNothingIsWritten) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"Nobody.mass=1 kg", "\"Nobody\""}, {"BoskVeld.weight=1 kg", "\"weight\""},
+        {"BoskVeld.mass=1 parsec", "unit"}, {"BoskVeld.mass=heavy", "\"heavy\" is not a number"},
+        {"BoskVeld.mass", "\"=\""},         {"BoskVeld.trail=blue", "\"blue\""},
+        {"epoch.cutoff=0.5", "cannot be"},  {"epoch.order=7", "cannot be"},
+        {"BoskVeld.r=1 2 km", "number"},    {"BoskVeld.relative-to=BoskVeld", "cannot be"},
+    };
+    for (const auto& [edit, complaint] : cases) {
+        const Outcome outcome = RunProgram(
+            {"-n", "5", "--edit", "Arrakis.mass=2 Ms", "--edit", edit, "-o", Path("saved")});
+        EXPECT_EQ(outcome.status, 1) << edit;
+        EXPECT_NE(outcome.err.find(complaint), std::string::npos) << outcome.err;
+        EXPECT_NE(outcome.err.find(edit), std::string::npos) << outcome.err;
+        EXPECT_FALSE(std::filesystem::exists(Path("saved"))) << edit;
+    }
+}
+
+TEST_F(RunEdit, EditsOfARecordGoIntoACopyThatIsListedAndSaved) {
+    ASSERT_EQ(RunProgram({"-q", "-n", "5", "-o", Path("run")}).status, 0);
+    const Outcome outcome = RunProgram({"--epochs", "--edit", "BoskVeld.mass=2 Me", "--edit",
+                                        "epoch.name=Heavier", "-o", Path("edited"), Path("run")});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const Outcome listing = RunProgram({"--epochs", Path("edited")});
+    EXPECT_EQ(outcome.out, listing.out);
+    // Genesis, the run's epoch and the edited copy of it, in focus.
+    EXPECT_EQ(std::count(listing.out.begin(), listing.out.end(), '\n'), 3);
+    EXPECT_NE(listing.out.find("* "), std::string::npos);
+    EXPECT_LT(listing.out.find("read-only"), listing.out.find("*     Heavier")) << listing.out;
+    EXPECT_LT(listing.out.find("Heavier"), listing.out.find("writeable"));
+}
+
+}  // namespace
