@@ -2,10 +2,11 @@
 // report, and how soon a pause takes effect.
 #include <algorithm>
 #include <chrono>
-#include <cmath>
+#include <functional>
 #include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "BenchTable.h"
 #include "Benchmarks.h"
@@ -18,6 +19,18 @@
 namespace {
 
 constexpr double kCutoff = 1e-11;
+
+double Seconds(const std::function<void()>& piece) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point begin = Clock::now();
+    piece();
+    return std::chrono::duration<double>(Clock::now() - begin).count();
+}
+
+double Median(std::vector<double>* numbers) {
+    std::sort(numbers->begin(), numbers->end());
+    return (*numbers)[numbers->size() / 2];
+}
 
 // Bodies at rest in a wide cloud, so that nothing happens and all steps are alike.
 PairWalk Cloud(int32 count) {
@@ -67,6 +80,8 @@ void BenchAgainstScalar(BenchTable* table, int32 count) {
 // The parts of TaylorCalculator's step, with the report or without it.
 class Stepper {
 public:
+    static constexpr int32 kBatch = 100;
+
     explicit Stepper(const PairWalk& walk) : system_(walk, 4, kCutoff), evaluator_(1) {
         walk.CopyTo(&evaluator_);
         parts_.ResortDels(system_.Portal()->BodiesInMassOrder());
@@ -78,9 +93,10 @@ public:
         }
         stop_.pauseCount = 0;
     }
-    void Batch(bool report) {
+    // At most kBatch of them.
+    void Step(int32 steps, bool report) {
         batch_.Clear();
-        for (int32 i = 0; i < kBatch; i++) {
+        for (int32 i = 0; i < steps; i++) {
             if (evaluator_.Evaluate(4, stop_) != ForceEvaluator::Result::kDone) return;
             step_.Adapt(evaluator_.Rate());
             parts_.Advance(4, step_.Powers(), &evaluator_);
@@ -89,8 +105,6 @@ public:
     }
 
 private:
-    static constexpr int32 kBatch = 100;
-
     TestSystem system_;
     ForceEvaluator evaluator_;
     StopFlags stop_;
@@ -100,36 +114,42 @@ private:
     BodyArrays arrays_{};
 };
 
-// From the least times: a hundredth of a step drowns in whatever else the machine does.
+// The median of comparisons between neighbouring moments: a hundredth of a step would drown in
+// whatever else the machine does.
+double ReportShare(int32 count) {
+    constexpr int32 kComparisons = 3000;
+    const int32 steps = std::clamp(40'000 / (count * count), 4, Stepper::kBatch);
+    Stepper stepper(Cloud(count));
+    std::vector<double> shares;
+    for (int32 i = 0; i < kComparisons; i++) {
+        const bool reportFirst = i % 2 == 0;
+        const double first = Seconds([&] { stepper.Step(steps, reportFirst); });
+        const double second = Seconds([&] { stepper.Step(steps, !reportFirst); });
+        shares.push_back((reportFirst ? first / second : second / first) - 1);
+    }
+    return Median(&shares);
+}
+
 void BenchReport(BenchTable* table) {
     const struct {
         int32 count;
         double mostPercent;
     } cases[] = {{2, 15}, {3, 15}, {4, 15}, {10, 5}, {100, 1}, {300, 1}};
-    for (const auto& [count, mostPercent] : cases) {
-        Stepper with(Cloud(count)), without(Cloud(count));
-        const int32 calls = std::max(1, 20000 / (count * count));
-        const auto times =
-            Measure({[&] { with.Batch(true); }, [&] { without.Batch(false); }}, calls, 101);
+    for (const auto& [count, mostPercent] : cases)
         table->AddAtMost("report's share of a step, " + std::to_string(count) + " bodies",
-                         mostPercent, 100 * (times[0].least / times[1].least - 1), "%");
-    }
+                         mostPercent, 100 * ReportShare(count), "%");
 }
 
 void BenchPause(BenchTable* table) {
-    using Clock = std::chrono::steady_clock;
     TestSystem system(Cloud(5000), 4, kCutoff);
     TaylorCalculator calculator(system.Portal(), system.Consumers(), nullptr);
     std::vector<double> delays;
     for (int i = 0; i < 41; i++) {
         calculator.UnPause();
         std::this_thread::sleep_for(std::chrono::milliseconds(3 + 17 * i % 101));
-        const Clock::time_point asked = Clock::now();
-        calculator.Pause();
-        delays.push_back(std::chrono::duration<double>(Clock::now() - asked).count());
+        delays.push_back(Seconds([&] { calculator.Pause(); }));
     }
-    std::sort(delays.begin(), delays.end());
-    table->AddAtMost("pause, 5000 massive bodies", 10, 1e3 * delays[delays.size() / 2], "ms");
+    table->AddAtMost("pause, 5000 massive bodies", 10, 1e3 * Median(&delays), "ms");
     table->AddFigure("pause, 5000 massive bodies, the longest of 41", 1e3 * delays.back(), "ms");
 }
 

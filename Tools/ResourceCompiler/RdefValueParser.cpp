@@ -115,13 +115,12 @@ bool RdefValueParser::ReadArray(RdefValue* value) {
         return true;
     }
     if (!tokens_.Current().IsSymbol('{')) return true;
-    bool more = false;
     if (!tokens_.Advance()) return false;
-    while (!tokens_.Current().IsSymbol('}')) {
+    bool more = true;
+    while (more && !tokens_.Current().IsSymbol('}')) {
         RdefValue element;
         if (!ReadValue(&element)) return false;
         value->data.insert(value->data.end(), element.data.begin(), element.data.end());
-        // Neighbouring values need no comma: byte strings are often written in lines.
         if (!tokens_.Skip(',', &more)) return false;
     }
     return tokens_.Expect('}');
@@ -181,11 +180,9 @@ bool RdefValueParser::ReadArchive(RdefValue* value) {
 
 bool RdefValueParser::ReadFields(BMessage* message) {
     if (!tokens_.Expect('{')) return false;
-    while (!tokens_.Current().IsSymbol('}')) {
-        bool more = false;
+    bool more = true;
+    while (more && !tokens_.Current().IsSymbol('}'))
         if (!ReadField(message) || !tokens_.Skip(',', &more)) return false;
-        if (!more && !tokens_.Current().IsSymbol('}')) return tokens_.Fail("missing: ,");
-    }
     return tokens_.Expect('}');
 }
 

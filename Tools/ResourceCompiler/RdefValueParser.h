@@ -1,5 +1,5 @@
-// Reads the values of a resource script. Refers to the tokens and to the parser of numbers; owned by
-// the parser of the script.
+// Reads the values of a resource script. Refers to the tokens and to the parser of numbers; owned
+// by the parser of the script.
 #pragma once
 
 #include <string>

@@ -1,5 +1,6 @@
 #include "BMenuItem.h"
 
+#include "AppDefs.h"
 #include "BBitmap.h"
 #include "BMenu.h"
 #include "BWindow.h"

@@ -1,5 +1,6 @@
 #include "CanvasPart.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QRegion>
 #include <cmath>
@@ -101,10 +102,13 @@ void CanvasPart::Publish(const Canvas& picture, const std::vector<OverlayItem>& 
     if (overlay != overlay_) {
         const QSizeF size(place.width, place.height);
         const BRect bounds = Bounds(place);
-        for (const auto* const items : {&overlay_, &overlay})
-            for (const OverlayItem& item : *items)
-                pending_.Add(DeviceBox(OverlayBox(item, size, {bounds.left, bounds.top}),
-                                       place.scale));
+        const auto damage = [&](const std::vector<OverlayItem>& items) {
+            for (const OverlayItem& item : items)
+                pending_.Add(
+                    DeviceBox(OverlayBox(item, size, {bounds.left, bounds.top}), place.scale));
+        };
+        damage(overlay_);
+        damage(overlay);
         overlay_ = overlay;
     }
     isNews_ = true;
@@ -133,7 +137,7 @@ void CanvasPart::UpdateWidget() {
     Widget()->update(rects.size() > kMaxRects ? QRegion(region.boundingRect()) : region);
 }
 
-void CanvasPart::Paint(Surface* surface, const QPaintEvent& event) {
+void CanvasPart::Paint(QWidget* surface, const QPaintEvent& event) {
     const Place place = GetPlace();
     const IntRect area = DeviceArea(place);
     const BRect bounds = Bounds(place);

@@ -53,7 +53,7 @@ private:
     // A point of the widget as a point of the canvas.
     [[nodiscard]] BPoint ToCanvas(QPointF point) const;
     void UpdateWidget();
-    void Paint(Surface* surface, const QPaintEvent& event);
+    void Paint(QWidget* surface, const QPaintEvent& event);
     void SizeChanged(const QWidget& surface);
 
     const CanvasView::Anchor anchor_;

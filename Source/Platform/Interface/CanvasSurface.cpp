@@ -1,7 +1,6 @@
 #include "CanvasSurface.h"
 
 #include <QGestureEvent>
-#include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPinchGesture>
 #include <QWheelEvent>

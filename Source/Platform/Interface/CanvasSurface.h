@@ -1,6 +1,7 @@
 // The widget of a canvas view: paints the front buffer, and notes what the user does. Server's thread.
 #pragma once
 
+#include <QMouseEvent>
 #include <QWidget>
 
 #include "CanvasPart.h"

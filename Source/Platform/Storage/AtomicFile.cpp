@@ -1,11 +1,11 @@
 #include "AtomicFile.h"
 
 #include <fcntl.h>
-#include <limits.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <random>
 #include <vector>

@@ -1,11 +1,11 @@
 #include "BEntry.h"
 
-#include <limits.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
 
 #include "BPath.h"
 #include "ErrnoStatus.h"

@@ -1,10 +1,10 @@
 #include "entry_ref.h"
 
-#include <limits.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <map>
 #include <mutex>
 #include <utility>

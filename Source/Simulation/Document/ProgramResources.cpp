@@ -46,8 +46,8 @@ ProgramResources::ProgramResources(const BResources& resources)
     ReadTemplate(resources);
 }
 
-// The template is a document's bytes. Without them, or when they are damaged, the record stays empty
-// and new simulations begin with nothing.
+// The template is a document's bytes. Without them, or when they are damaged, the record stays
+// empty and new simulations begin with nothing.
 void ProgramResources::ReadTemplate(const BResources& resources) {
     constexpr std::string_view kTag = SimulationFile::kTag;
     std::size_t size = 0;

@@ -71,7 +71,10 @@ void RunControl::StartRun() {
     view_->EnableRunControls(false);
     view_->ShowGoPause(RunControlView::Offer::kPause);
     DupCurrentEpoch();
-    if (portal_->FocusEpoch()->COMOnGo()) PutCenterOfMassAtOrigin(portal_);
+    portal_->ReadLock();
+    const bool toOrigin = portal_->FocusEpoch()->COMOnGo();
+    portal_->ReadUnlock();
+    if (toOrigin) PutCenterOfMassAtOrigin(portal_);
     view_->RunStarting();
     hasRun_ = true;
     running_ = true;

@@ -218,7 +218,8 @@ TEST_F(RdefTest, FaultsTellFileLineAndReason) {
     EXPECT_EQ(Fault("enum { 1 };"), "1: a name is missing");
     EXPECT_EQ(Fault("resource(1) app_version { size = 1 };"), "1: a version has no size");
     EXPECT_EQ(Fault("resource(1) message { whole \"a\" = 1 };"), "1: unknown type whole");
-    EXPECT_EQ(Fault("resource(1) message { \"a\" = 1 \"b\" = 2 };"), "1: missing: ,");
+    EXPECT_EQ(Fault("resource(1) message { \"a\" = 1 \"b\" = 2 };"), "1: missing: }");
+    EXPECT_EQ(Fault("resource(1) array { 1 2 };"), "1: missing: }");
     EXPECT_EQ(Fault("resource(1) message { int32 \"a\" = \"1\" };"),
               "1: field \"a\" cannot have this value");
     EXPECT_EQ(Fault("resource(1) message { \"a\" = 1,\n\"a\" = true };"),
