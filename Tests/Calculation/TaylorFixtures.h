@@ -1,0 +1,23 @@
+// Calculators, systems and views of archives for the tests of TaylorCalculator.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "BMessage.h"
+#include "PairWalk.h"
+#include "TaylorCalculator.h"
+#include "TestSystem.h"
+
+// Parked; posts its collisions to nobody.
+std::unique_ptr<TaylorCalculator> MakeCalculator(TestSystem* system, int32 threads = 1);
+
+// A heavy body with others on roughly circular orbits about it at many distances, and massless ones
+// among them.
+PairWalk Planets(int32 count, int32 massive);
+
+double Length(const ThreeVector& v);
+
+BMessage ArchiveOf(const TaylorCalculator& calculator);
+std::vector<double> Doubles(const BMessage& archive, const char* field);
+int32 Iteration(const BMessage& archive);

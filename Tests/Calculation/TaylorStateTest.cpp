@@ -1,0 +1,169 @@
+// What a calculator keeps from run to run and saves with an epoch.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "Body.h"
+#include "Epoch.h"
+#include "TaylorFixtures.h"
+
+TEST(TaylorCalculator, PromotionLeavesTheSums) {
+    const double cutoff = 1e-4;
+    const PairWalk planets = Planets(5, 5);
+    TestSystem system(planets, 4, cutoff);
+    const auto calculator = MakeCalculator(&system);
+    const auto interval =
+        static_cast<int32>(std::pow(std::pow(cutoff, -1.0 / 3), 0.6666666666666666) * 4.281);
+    system.Run(calculator.get(), interval);
+    const std::vector<double> before = Doubles(ArchiveOf(*calculator), "DelR");
+    EXPECT_EQ(Iteration(ArchiveOf(*calculator)), interval);
+    system.Run(calculator.get(), 1);
+    const BMessage archive = ArchiveOf(*calculator);
+    EXPECT_EQ(Iteration(archive), 0);
+    const std::vector<double> r = Doubles(archive, "DelR"), v = Doubles(archive, "DelV");
+    for (int64 i = 0; i < 5; i++) {
+        const size_t at = static_cast<size_t>(i) * 15;  // x
+        EXPECT_NE(r[at], before[at]) << "the base took in the first part";
+        EXPECT_EQ(r[at + 4], 0.0);
+        EXPECT_NE(r[at + 3], 0.0);
+        const double sum = r[at + 4] + r[at + 3] + r[at + 2] + r[at + 1] + r[at];
+        const double speed =
+            v[at / 15 * 12 + 3] + v[at / 15 * 12 + 2] + v[at / 15 * 12 + 1] + v[at / 15 * 12];
+        const Body* const body = system.Find(i);
+        EXPECT_NEAR(sum, body->Position().x, 4e-16 * std::fabs(sum));
+        EXPECT_NEAR(speed, body->Velocity().x, 4e-16 * std::fabs(speed));
+    }
+}
+
+// Parts above those that the order feeds can only be left from a run of a higher order.
+TEST(TaylorParts, PromotionDropsPartsThatTheOrderDoesNotFeed) {
+    const std::vector<double> r = {1, 10, 100, 1000, 10000}, v = {2, 20, 200, 2000};
+    const struct {
+        int32 order;
+        std::vector<double> r, v;
+    } cases[] = {{4, {11, 100, 1000, 10000, 0}, {22, 200, 2000, 0}},
+                 {3, {11, 100, 1000, 0, 0}, {22, 200, 2000, 0}},
+                 {2, {11, 100, 0, 0, 0}, {22, 200, 0, 0}}};
+    for (const auto& [order, expectedR, expectedV] : cases) {
+        BMessage archive, promoted;
+        archive.AddInt64("IDs", 5);
+        for (int axis = 0; axis < 3; axis++) {
+            archive.AddDoubles("DelR", r.data(), 5);
+            archive.AddDoubles("DelV", v.data(), 4);
+        }
+        TaylorParts parts;
+        ASSERT_EQ(parts.Regenerate(archive), B_OK);
+        parts.Promote(order);
+        ASSERT_EQ(parts.Archive(&promoted), B_OK);
+        for (int axis = 0; axis < 3; axis++) {
+            const std::vector<double> foundR = Doubles(promoted, "DelR");
+            const std::vector<double> foundV = Doubles(promoted, "DelV");
+            EXPECT_TRUE(std::equal(expectedR.begin(), expectedR.end(), &foundR[5 * axis]));
+            EXPECT_TRUE(std::equal(expectedV.begin(), expectedV.end(), &foundV[4 * axis]));
+        }
+    }
+}
+
+TEST(TaylorCalculator, AnEditedBodyRestartsAndTheOthersKeepTheirParts) {
+    TestSystem system(Planets(3, 3), 4, 1e-6);
+    const auto calculator = MakeCalculator(&system);
+    system.Run(calculator.get(), 50);
+    const std::vector<double> r = Doubles(ArchiveOf(*calculator), "DelR");
+    const std::vector<double> v = Doubles(ArchiveOf(*calculator), "DelV");
+    system.Find(1)->SetVelocity({1, 2, 3});
+    system.Find(2)->SetPosition({4, 5, 6});
+    system.Add(9, 1e30, {7, 8, 9}, {10, 11, 12});  // becomes the first
+    system.Portal()->WriteLock();
+    calculator->Recache();
+    system.Portal()->WriteUnlock();
+
+    const BMessage archive = ArchiveOf(*calculator);
+    std::vector<double> expectedR = r, expectedV = v;
+    std::fill_n(&expectedV[12], 12, 0.0);
+    std::fill_n(&expectedR[30], 15, 0.0);
+    const double plain[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+    std::vector<double> newR(15, 0.0), newV(12, 0.0);
+    for (size_t k = 0; k < 3; k++) {
+        expectedV[12 + 4 * k] = plain[k];
+        expectedR[30 + 5 * k] = plain[3 + k];
+        newR[5 * k] = plain[6 + k];
+        newV[4 * k] = plain[9 + k];
+    }
+    expectedR.insert(expectedR.begin(), newR.begin(), newR.end());
+    expectedV.insert(expectedV.begin(), newV.begin(), newV.end());
+    EXPECT_EQ(Doubles(archive, "DelR"), expectedR);
+    EXPECT_EQ(Doubles(archive, "DelV"), expectedV);
+}
+
+TEST(TaylorCalculator, ASavedStateContinuesBitForBit) {
+    const PairWalk planets = Planets(6, 4);
+    TestSystem through(planets, 4, 1e-5), first(planets, 4, 1e-5);
+    const auto uninterrupted = MakeCalculator(&through);
+    through.Run(uninterrupted.get(), 500);
+    BMessage state;
+    {
+        const auto calculator = MakeCalculator(&first);
+        first.Run(calculator.get(), 500);
+        state = ArchiveOf(*calculator);
+    }
+    // Through a file, to a new calculator.
+    std::vector<std::byte> bytes;
+    BMessage read;
+    ASSERT_EQ(state.Flatten(&bytes), B_OK);
+    ASSERT_EQ(read.Unflatten(bytes.data(), bytes.size()), B_OK);
+    EXPECT_TRUE(read == state);
+    TestSystem forgotten;
+    for (int64 i = 0; i < 6; i++) {
+        const Body* const body = first.Find(i);
+        forgotten.Add(i, body->M(), body->Position(), body->Velocity());
+    }
+    forgotten.GetEpoch()->SetCutoff(1e-5);
+    forgotten.Run(MakeCalculator(&forgotten).get(), 300);
+    const auto resumed = MakeCalculator(&first);
+    resumed->Regenerate(&read);
+    EXPECT_TRUE(ArchiveOf(*resumed) == state);
+    first.Run(resumed.get(), 300);
+    through.Run(uninterrupted.get(), 300);
+    EXPECT_TRUE(ArchiveOf(*resumed) == ArchiveOf(*uninterrupted));
+    EXPECT_EQ(first.GetEpoch()->Time(), through.GetEpoch()->Time());
+    for (int64 i = 0; i < 6; i++)
+        EXPECT_TRUE(first.Find(i)->Position() == through.Find(i)->Position());
+    EXPECT_FALSE(forgotten.Find(3)->Position() == through.Find(3)->Position())
+        << "without the state the last digits differ";
+}
+
+TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
+    const PairWalk planets = Planets(3, 2);
+    TestSystem system(planets, 4, 1e-6);
+    const auto source = MakeCalculator(&system);
+    system.Run(source.get(), 20);
+    const BMessage whole = ArchiveOf(*source);
+    EXPECT_EQ(whole.what, FourCC("ARCV"));
+    EXPECT_EQ(whole.CountNames(), 5);
+    EXPECT_EQ(Iteration(whole), 20);
+
+    for (const char* field : {"IDs", "DelR", "DelV", "Iter"}) {
+        SCOPED_TRACE(field);
+        BMessage without = whole, shorter = whole;
+        without.RemoveName(field);
+        shorter.RemoveData(field, 0);
+        const auto fresh = MakeCalculator(&system);
+        const BMessage nothing = ArchiveOf(*fresh);
+        EXPECT_FALSE(nothing.HasName("IDs"));
+        fresh->Regenerate(&without);
+        EXPECT_TRUE(ArchiveOf(*fresh) == nothing);
+        // Fewer identifiers than parts is a smaller system; all else is broken.
+        fresh->Regenerate(&shorter);
+        EXPECT_EQ(ArchiveOf(*fresh).HasName("IDs"), field == std::string("IDs"));
+    }
+
+    // A calculator that has a state keeps its parts, but not its place between promotions.
+    const auto other = MakeCalculator(&system);
+    other->Regenerate(const_cast<BMessage*>(&whole));
+    other->Regenerate(nullptr);
+    const BMessage kept = ArchiveOf(*other);
+    EXPECT_EQ(Doubles(kept, "DelR"), Doubles(whole, "DelR"));
+    EXPECT_EQ(Iteration(kept), 0);
+}
