@@ -4,6 +4,7 @@
 #include <span>
 
 #include "CommandFactory.h"
+#include "EditText.h"
 #include "EpochFactories.h"
 #include "ProgramResources.h"
 #include "RunnerTexts.h"
@@ -19,12 +20,6 @@ constexpr std::string_view kEpoch = "epoch";
 constexpr std::string_view kOrigin = "origin";
 constexpr std::string_view kOn = "on";
 constexpr std::string_view kOff = "off";
-
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 template <typename Number>
 bool ReadPlain(std::string_view text, Number* number, int base = 10) {
@@ -49,14 +44,6 @@ bool ReadColor(std::string_view text, rgb_color* color) {
 bool ReadSwitch(std::string_view text, bool* on) {
     *on = text == kOn;
     return *on || text == kOff;
-}
-
-// The word at the front of the text, which loses it.
-std::string_view TakeWord(std::string_view* text) {
-    *text = Trimmed(*text);
-    const std::string_view word = text->substr(0, text->find(' '));
-    text->remove_prefix(word.size());
-    return word;
 }
 
 }  // namespace
@@ -91,19 +78,24 @@ const DocumentEdit::Field DocumentEdit::kEpochFields[] = {
 
 DocumentEdit::DocumentEdit(SimulationDocument* document, SimulationController* controller,
                            const ProgramResources* resources)
-    : document_(document), controller_(controller), resources_(resources) {}
+    : document_(document),
+      controller_(controller),
+      resources_(resources),
+      action_(document, controller, resources) {}
 
 std::optional<std::string> DocumentEdit::Apply(std::string_view text) {
     const std::size_t equals = text.find('=');
-    if (equals == std::string_view::npos) return Problem(kTextEditNoValue, text);
+    const bool hasValue = equals != std::string_view::npos;
     const std::string_view target = Trimmed(text.substr(0, equals));
-    const Value value = Trimmed(text.substr(equals + 1));
+    const Value value = hasValue ? Trimmed(text.substr(equals + 1)) : Value();
+    if (DocumentAction::IsAction(target)) return action_.Do(target, value);
+    if (!hasValue) return Problem(kTextEditNoValue, text);
 
     // A name may hold points: the longest one that fits is meant.
     for (std::size_t dot = target.rfind('.'); dot != std::string_view::npos && dot > 0;
          dot = target.rfind('.', dot - 1)) {
         const std::string_view owner = target.substr(0, dot);
-        const std::optional<int64> system = FindSystem(owner);
+        const std::optional<int64> system = FindSystem(document_, owner);
         if (!system && owner != kEpoch) continue;
         system_ = system.value_or(kNoSystemID);
         const std::string_view name = target.substr(dot + 1);
@@ -114,12 +106,6 @@ std::optional<std::string> DocumentEdit::Apply(std::string_view text) {
         return Problem(kTextEditNoField, name, owner);
     }
     return Problem(kTextEditNoSystem, target.substr(0, target.find('.')));
-}
-
-std::optional<int64> DocumentEdit::FindSystem(std::string_view name) const {
-    for (const MassSystem* system : document_->Portal()->SystemsInIDOrder())
-        if (system->Name() == name) return system->ID();
-    return std::nullopt;
 }
 
 DocumentEdit::Wrong DocumentEdit::Problem(int32 text, std::string_view what,
@@ -175,7 +161,8 @@ DocumentEdit::Wrong DocumentEdit::SetVector(Value value) {
     const SystemVectorFactory factory(kIsVelocity ? kVelocityQuantity : kPositionQuantity, system_);
     // "X Y Z UNIT": the unit is that of all three.
     std::string_view rest = value;
-    const std::string_view words[] = {TakeWord(&rest), TakeWord(&rest), TakeWord(&rest)};
+    const std::string_view words[] = {TakeUpTo(' ', &rest), TakeUpTo(' ', &rest),
+                                      TakeUpTo(' ', &rest)};
     double numbers[3] = {};
     double unit = factory.Current(*document_->Portal()).Uval();
     const UnitTable& units = kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits();
@@ -213,7 +200,8 @@ DocumentEdit::Wrong DocumentEdit::SetColorOrSwitch(Value value) {
 }
 
 DocumentEdit::Wrong DocumentEdit::SetRelativeTo(Value value) {
-    const std::optional<int64> referent = value == kOrigin ? kOriginID : FindSystem(value);
+    const std::optional<int64> referent =
+        value == kOrigin ? kOriginID : FindSystem(document_, value);
     if (!referent) return Problem(kTextEditNoSystem, value);
     if (*referent == system_) return Problem(kTextEditRefused, {});
     controller_->EditBody(system_);

@@ -1,5 +1,6 @@
-// The edits of the command line, "SYSTEM.FIELD=VALUE UNIT", made by the same commands as those of
-// the entry controls. Owned by the runner; used on its thread while the simulation is paused.
+// The edits of the command line, "SYSTEM.FIELD=VALUE UNIT" and actions such as "new-body", made by
+// the same commands as those of the entry controls. Owned by the runner; used on its thread while
+// the simulation is paused.
 #pragma once
 
 #include <optional>
@@ -7,7 +8,7 @@
 #include <string_view>
 
 #include "DimValue.h"
-#include "SimulationController.h"
+#include "DocumentAction.h"
 
 class ProgramResources;
 class SimulationDocument;
@@ -56,10 +57,10 @@ private:
                        DimValue* entered) const;
     template <typename Factory, typename Entered>
     Wrong Commit(const Factory& factory, const Entered& entered);
-    [[nodiscard]] std::optional<int64> FindSystem(std::string_view name) const;
 
     SimulationDocument* const document_;
     SimulationController* const controller_;
     const ProgramResources* const resources_;
+    DocumentAction action_;
     int64 system_ = -1;  // the one being edited
 };

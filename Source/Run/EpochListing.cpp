@@ -70,10 +70,15 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
     }
 
     std::string text;
-    for (const Line& line : lines) {
+    const std::size_t numberWidth = std::to_string(lines.size() - 1).size();
+    for (std::size_t i = 0; i < lines.size(); i++) {
+        const Line& line = lines[i];
+        std::string number = std::to_string(i);
+        number.insert(0, numberWidth - number.size(), ' ');
         const std::string name = line.name + std::string(nameWidth - Columns(line.name), ' ');
         const std::string time = std::string(timeWidth - Columns(line.time), ' ') + line.time;
-        text += FillIn(label(kTextEpochLine), {name, time, line.state, line.bodies, line.mark});
+        text +=
+            FillIn(label(kTextEpochLine), {name, time, line.state, line.bodies, line.mark, number});
     }
     return text;
 }

@@ -54,9 +54,14 @@ enum RunnerText : int32 {
     kTextEditNoColor = 4166,   // %1: value
     kTextEditNoSwitch = 4167,  // %1: value
     kTextEditRefused = 4168,
+    kTextEditUnwanted = 4169,   // %1: value
+    kTextEditNoMembers = 4180,  // %1: value
+    kTextEditNoEpoch = 4181,    // %1: number or name
+    kTextEditNothingToDo = 4182,
 
     // The epoch tree.
-    kTextEpochLine = 4170,  // %1: name, %2: time, %3: state, %4: bodies, %5: mark of the focus
+    kTextEpochLine = 4170,  // %1: name, %2: time, %3: state, %4: bodies, %5: mark of the focus,
+                            // %6: number
     kTextEpochWriteable = 4171,
     kTextEpochReadOnly = 4172,
     kTextEpochFocus = 4173,

@@ -68,8 +68,39 @@ TEST_F(RunEdit, EditsOfARecordGoIntoACopyThatIsListedAndSaved) {
     // Genesis, the run's epoch and the edited copy of it, in focus.
     EXPECT_EQ(std::count(listing.out.begin(), listing.out.end(), '\n'), 3);
     EXPECT_NE(listing.out.find("* "), std::string::npos);
-    EXPECT_LT(listing.out.find("read-only"), listing.out.find("*     Heavier")) << listing.out;
+    EXPECT_LT(listing.out.find("read-only"), listing.out.find("* 2      Heavier")) << listing.out;
     EXPECT_LT(listing.out.find("Heavier"), listing.out.find("writeable"));
+}
+
+TEST_F(RunEdit, ActionsDoWhatTheMenusDo) {
+    const auto edit = [this](std::vector<std::string> edits) {
+        std::vector<std::string> arguments{"--epochs", "-o", Path("saved")};
+        for (std::string& text : edits) {
+            arguments.emplace_back("--edit");
+            arguments.push_back(std::move(text));
+        }
+        return RunProgram(arguments);
+    };
+    const auto countBodies = [](const Outcome& outcome) {
+        return outcome.out.substr(outcome.out.rfind(' ') + 1);
+    };
+    EXPECT_EQ(countBodies(edit({"new-body", "new-body"})), "4\n");
+    EXPECT_EQ(countBodies(edit({"new-body", "new-body", "undo"})), "3\n");
+    EXPECT_EQ(countBodies(edit({"new-body", "undo", "redo", "delete=BoskVeld"})), "2\n");
+    ASSERT_EQ(edit({"group=Pair: Arrakis, BoskVeld", "Pair.r=1 0 0 AU"}).status, 0);
+    EXPECT_EQ(GetRecord(Path("saved")).ToText().find("\"Pair\"") == std::string::npos, false);
+    ASSERT_EQ(edit({"group=Pair: Arrakis, BoskVeld", "dissolve=Pair"}).status, 0);
+    EXPECT_EQ(GetRecord(Path("saved")).ToText().find("\"Pair\"") == std::string::npos, true);
+
+    const Outcome branched = edit({"log-epoch", "epoch.name=A", "focus-epoch=0", "log-epoch",
+                                   "epoch.name=B", "delete-epoch=A", "center-of-mass"});
+    EXPECT_EQ(branched.out.find('A'), std::string::npos) << branched.out;
+    EXPECT_NE(branched.out.find("* 1"), std::string::npos) << branched.out;
+
+    for (const char* bad :
+         {"undo", "delete=Nobody", "dissolve=Arrakis", "focus-epoch=9", "delete-epoch=Genesis",
+          "group=Pair", "group=Pair: Nobody", "new-body=3", "delete"})
+        EXPECT_EQ(edit({bad}).status, 1) << bad;
 }
 
 }  // namespace

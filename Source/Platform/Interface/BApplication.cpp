@@ -107,8 +107,13 @@ void BApplication::DispatchMessage(BMessage* message, BHandler* handler) {
             ArgvReceived(arguments);
             break;
         }
-        case B_REFS_RECEIVED: RefsReceived(message); break;
-        case B_ABOUT_REQUESTED: AboutRequested(); break;
-        default: BLooper::DispatchMessage(message, handler);
+        case B_REFS_RECEIVED:
+            RefsReceived(message);
+            break;
+        case B_ABOUT_REQUESTED:
+            AboutRequested();
+            break;
+        default:
+            BLooper::DispatchMessage(message, handler);
     }
 }

@@ -1,5 +1,5 @@
-// The application object, of which a program has one: a looper that the main function makes, runs and
-// deletes. Its windows are those that live while it does.
+// The application object, of which a program has one: a looper that the main function makes, runs
+// and deletes. Its windows are those that live while it does.
 //
 // `main` makes the WindowServer first. Run() is called on the main thread: it starts the
 // application's own looper thread, runs the window server until that thread has ended, and returns.

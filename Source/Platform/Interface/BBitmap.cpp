@@ -47,6 +47,6 @@ rgb_color BBitmap::SystemColor(uint8 index) {
     }
     const int32 cube = std::min(index - kGreys, kCubeColors - 1);
     return {Share(cube / (kCubeSide * kCubeSide), kCubeSide - 1),
-            Share(cube / kCubeSide % kCubeSide, kCubeSide - 1), Share(cube % kCubeSide, kCubeSide - 1),
-            255};
+            Share(cube / kCubeSide % kCubeSide, kCubeSide - 1),
+            Share(cube % kCubeSide, kCubeSide - 1), 255};
 }

@@ -57,7 +57,8 @@ void BFilePanel::SetMessage(const BMessage* message) {
 }
 
 void BFilePanel::SetPanelDirectory(const entry_ref* directory) {
-    ChangePanel(part_, [path = ToPath(directory)](FilePanelPart& part) { part.SetDirectory(path); });
+    ChangePanel(part_,
+                [path = ToPath(directory)](FilePanelPart& part) { part.SetDirectory(path); });
 }
 
 status_t BFilePanel::GetPanelDirectory(entry_ref* directory) const {

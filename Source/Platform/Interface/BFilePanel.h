@@ -2,9 +2,9 @@
 // used by one thread at a time; returns at once, the choice comes as a message.
 //
 // Open panel: B_REFS_RECEIVED (or the panel's message) with refs "refs". Save panel:
-// B_SAVE_REQUESTED (or the panel's message) with ref "directory" and string "name". Closed without a
-// choice: B_CANCEL with int32 "old_what" (the code of the message that is not sent). All with pointer
-// "source", the panel.
+// B_SAVE_REQUESTED (or the panel's message) with ref "directory" and string "name". Closed without
+// a choice: B_CANCEL with int32 "old_what" (the code of the message that is not sent). All with
+// pointer "source", the panel.
 #pragma once
 
 #include <memory>

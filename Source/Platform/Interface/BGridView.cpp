@@ -33,10 +33,14 @@ QGridLayout& LayoutOf(const QWidget& widget) {
 
 Qt::Alignment ToAlignment(BGridView::Align align) {
     switch (align) {
-        case BGridView::Align::kLeft: return Qt::AlignLeft | Qt::AlignVCenter;
-        case BGridView::Align::kCenter: return Qt::AlignCenter;
-        case BGridView::Align::kRight: return Qt::AlignRight | Qt::AlignVCenter;
-        default: return {};
+        case BGridView::Align::kLeft:
+            return Qt::AlignLeft | Qt::AlignVCenter;
+        case BGridView::Align::kCenter:
+            return Qt::AlignCenter;
+        case BGridView::Align::kRight:
+            return Qt::AlignRight | Qt::AlignVCenter;
+        default:
+            return {};
     }
 }
 
@@ -68,6 +72,6 @@ void BGridView::SetRowWeight(int32 row, int32 weight) {
 void BGridView::SetInsets(float left, float top, float right, float bottom) {
     const QMargins margins(static_cast<int>(left), static_cast<int>(top), static_cast<int>(right),
                            static_cast<int>(bottom));
-    ChangeWidget<QWidget>(
-        Part(), [=](QWidget& widget) { LayoutOf(widget).setContentsMargins(margins); });
+    ChangeWidget<QWidget>(Part(),
+                          [=](QWidget& widget) { LayoutOf(widget).setContentsMargins(margins); });
 }

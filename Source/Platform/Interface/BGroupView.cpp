@@ -15,8 +15,8 @@ public:
 protected:
     QWidget* Make() override {
         auto* const widget = new QWidget;
-        auto* const layout = new QBoxLayout(
-            isRow_ ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, widget);
+        auto* const layout =
+            new QBoxLayout(isRow_ ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, widget);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->setSpacing(spacing_);
         return widget;
@@ -49,8 +49,8 @@ void BGroupView::AddSpace(float size) {
 void BGroupView::SetInsets(float left, float top, float right, float bottom) {
     const QMargins margins(static_cast<int>(left), static_cast<int>(top), static_cast<int>(right),
                            static_cast<int>(bottom));
-    ChangeWidget<QWidget>(
-        Part(), [=](QWidget& widget) { LayoutOf(widget).setContentsMargins(margins); });
+    ChangeWidget<QWidget>(Part(),
+                          [=](QWidget& widget) { LayoutOf(widget).setContentsMargins(margins); });
 }
 
 void BGroupView::SetWindowInsets() {

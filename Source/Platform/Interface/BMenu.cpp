@@ -80,7 +80,8 @@ bool BMenu::AddItem(BMenuItem* item) {
 }
 
 bool BMenu::AddItem(BMenuItem* item, int32 index) {
-    if (item == nullptr || item->menu_ != nullptr || index < 0 || index > CountItems()) return false;
+    if (item == nullptr || item->menu_ != nullptr || index < 0 || index > CountItems())
+        return false;
     items_.insert(items_.begin() + index, std::unique_ptr<BMenuItem>(item));
     item->menu_ = this;
     std::shared_ptr<ViewPart> submenu;

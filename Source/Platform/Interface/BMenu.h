@@ -1,6 +1,6 @@
-// A list of items that the user chooses from. Lies in a menu bar, in a menu field or in another menu,
-// which owns it, and owns its items. Rules as for BView; archives can be made and read without a
-// window or a window server.
+// A list of items that the user chooses from. Lies in a menu bar, in a menu field or in another
+// menu, which owns it, and owns its items. Rules as for BView; archives can be made and read
+// without a window or a window server.
 #pragma once
 
 #include <memory>

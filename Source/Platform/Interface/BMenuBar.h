@@ -1,4 +1,5 @@
-// The row of menus at the top of a window. Add menus to it, and it to the window. Rules as for BMenu.
+// The row of menus at the top of a window. Add menus to it, and it to the window. Rules as for
+// BMenu.
 #pragma once
 
 #include "BMenu.h"

@@ -1,5 +1,5 @@
-// The screen that a window is on, as it was when the object was made. A plain value; any thread, with
-// or without the window's lock.
+// The screen that a window is on, as it was when the object was made. A plain value; any thread,
+// with or without the window's lock.
 #pragma once
 
 #include "GraphicsDefs.h"

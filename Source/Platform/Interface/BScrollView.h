@@ -1,5 +1,5 @@
-// Shows a part of a view that may be larger, with scroll bars where they are needed. A view that has
-// no size of its own, such as a canvas, fills it. Rules as for BView.
+// Shows a part of a view that may be larger, with scroll bars where they are needed. A view that
+// has no size of its own, such as a canvas, fills it. Rules as for BView.
 #pragma once
 
 #include "BView.h"

@@ -14,5 +14,5 @@ BSeparatorItem::BSeparatorItem(BMessage* archive) : BMenuItem(Separator{}, archi
 
 BArchivable* BSeparatorItem::Instantiate(BMessage* archive) {
     return validate_instantiation(archive, "BSeparatorItem") ? new BSeparatorItem(archive)
-                                                              : nullptr;
+                                                             : nullptr;
 }

@@ -42,9 +42,9 @@ void BStringView::SetWrapped(bool isWrapped) {
 
 void BStringView::SetSelectable(bool isSelectable) {
     ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
-        label.setTextInteractionFlags(isSelectable ? Qt::TextSelectableByMouse |
-                                                         Qt::TextSelectableByKeyboard
-                                                   : Qt::NoTextInteraction);
+        label.setTextInteractionFlags(isSelectable
+                                          ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
+                                          : Qt::NoTextInteraction);
     });
 }
 

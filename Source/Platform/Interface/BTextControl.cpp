@@ -70,11 +70,10 @@ private:
 
 }  // namespace
 
-BTextControl::BTextControl(const char* name, const char* label, const char* text,
-                           BMessage* message)
-    : BControl(name, label, message,
-               std::make_shared<TextPart>(label == nullptr ? "" : label,
-                                          text == nullptr ? "" : text)),
+BTextControl::BTextControl(const char* name, const char* label, const char* text, BMessage* message)
+    : BControl(
+          name, label, message,
+          std::make_shared<TextPart>(label == nullptr ? "" : label, text == nullptr ? "" : text)),
       text_(text == nullptr ? "" : text) {}
 
 void BTextControl::SetLabel(const char* label) {
@@ -96,8 +95,7 @@ std::optional<std::string> BTextControl::PendingText() const {
 }
 
 std::optional<std::string> BTextControl::TakePendingText() {
-    return WindowServer::Ask(
-        [part = Part()] { return static_cast<TextPart&>(*part).Enter(true); });
+    return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Enter(true); });
 }
 
 void BTextControl::SetModificationMessage(BMessage* message) {

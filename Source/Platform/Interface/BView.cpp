@@ -120,8 +120,7 @@ void BView::MakeFocus(bool isFocus) {
 }
 
 void BView::SetToolTip(const char* text) {
-    ChangeWidget<QWidget>(part_,
-                          [tip = ToText(text)](QWidget& widget) { widget.setToolTip(tip); });
+    ChangeWidget<QWidget>(part_, [tip = ToText(text)](QWidget& widget) { widget.setToolTip(tip); });
 }
 
 void BView::SetAccessibleName(const char* text) {

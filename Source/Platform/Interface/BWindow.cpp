@@ -165,9 +165,8 @@ void BWindow::CenterOnScreen() {
 }
 
 void BWindow::SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight) {
-    ChangeWindow(part_,
-                 [least = ToSize(minWidth, minHeight), most = ToSize(maxWidth, maxHeight)](
-                     WindowPart& part) { part.SetSizeLimits(least, most); });
+    ChangeWindow(part_, [least = ToSize(minWidth, minHeight), most = ToSize(maxWidth, maxHeight)](
+                            WindowPart& part) { part.SetSizeLimits(least, most); });
 }
 
 void BWindow::Activate(bool isActive) {
@@ -241,8 +240,7 @@ void BWindow::SetCancelButton(BButton* button) {
     });
 }
 
-void BWindow::AddShortcut(uint32 key, uint32 modifiers, BMessage* message,
-                          const BHandler* target) {
+void BWindow::AddShortcut(uint32 key, uint32 modifiers, BMessage* message, const BHandler* target) {
     const std::unique_ptr<BMessage> owned(message);
     if (owned == nullptr) return RemoveShortcut(key, modifiers);
     const BMessenger messenger(target == nullptr ? static_cast<BHandler*>(this) : target);
@@ -288,7 +286,8 @@ void BWindow::DispatchMessage(BMessage* message, BHandler* handler) {
             take(&WindowPart::State::isPulseTold);
             BLooper::DispatchMessage(message, handler);
             break;
-        default: BLooper::DispatchMessage(message, handler);
+        default:
+            BLooper::DispatchMessage(message, handler);
     }
 }
 

@@ -68,9 +68,9 @@ public:
 
     // `key`: a character; a capital letter means with the shift key. The command key is always part
     // of it. Takes the message over; it goes to `target`, or to this window. Replaces a shortcut of
-    // the same key. Shortcuts of menus come before those of the window. At first there is 'W', which
-    // sends B_QUIT_REQUESTED to the window, unless it is not closable, and 'Q', which sends it to
-    // the application.
+    // the same key. Shortcuts of menus come before those of the window. At first there is 'W',
+    // which sends B_QUIT_REQUESTED to the window, unless it is not closable, and 'Q', which sends
+    // it to the application.
     void AddShortcut(uint32 key, uint32 modifiers, BMessage* message,
                      const BHandler* target = nullptr);
     void RemoveShortcut(uint32 key, uint32 modifiers);

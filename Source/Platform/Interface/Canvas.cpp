@@ -44,9 +44,9 @@ void AddLineDamage(DamageMap* damage, const IntRect& drawn, double x0, double y0
         const double ay = y0 + from * (y1 - y0);
         const double bx = x0 + to * (x1 - x0);
         const double by = y0 + to * (y1 - y0);
-        damage->Add(IntRect{DeviceFloor(std::min(ax, bx) - margin), DeviceFloor(std::min(ay, by) - margin),
-                            DeviceCeil(std::max(ax, bx) + margin),
-                            DeviceCeil(std::max(ay, by) + margin)});
+        damage->Add(
+            IntRect{DeviceFloor(std::min(ax, bx) - margin), DeviceFloor(std::min(ay, by) - margin),
+                    DeviceCeil(std::max(ax, bx) + margin), DeviceCeil(std::max(ay, by) + margin)});
     }
 }
 
@@ -134,13 +134,13 @@ void Canvas::DrawDisc(BPoint center, float radius, rgb_color color) {
     if (!IsFinite(center) || !std::isfinite(radius)) return;
     Rasterizer rasterizer(pixels_, Strokes());
     const double size = std::max(static_cast<double>(radius), 0.5) * scale_;
-    damage_.Add(
-        rasterizer.DrawDisc(DeviceX(center.x), DeviceY(center.y), size, ToPixel(color)));
+    damage_.Add(rasterizer.DrawDisc(DeviceX(center.x), DeviceY(center.y), size, ToPixel(color)));
 }
 
 void Canvas::DrawString(const std::string& text, BPoint where, rgb_color color) {
     if (!IsFinite(where)) return;
-    const IntRect area = DrawText(&pixels_, text, DeviceX(where.x), DeviceY(where.y), scale_, color);
+    const IntRect area =
+        DrawText(&pixels_, text, DeviceX(where.x), DeviceY(where.y), scale_, color);
     ForgetStrokes(area);
     damage_.Add(area);
 }

@@ -1,14 +1,14 @@
-// A picture in memory, drawn into with anti-aliased lines and discs. A plain object: needs no window,
-// no event loop and no window server (only texts need fonts, see HeadlessGraphics.h). Used by one
-// thread at a time.
+// A picture in memory, drawn into with anti-aliased lines and discs. A plain object: needs no
+// window, no event loop and no window server (only texts need fonts, see HeadlessGraphics.h). Used
+// by one thread at a time.
 //
 // Coordinates are logical pixels: pixel (x, y) has its centre at the point (x, y), and a rectangle
 // covers the pixels left ... right and top ... bottom, both included. Bounds may lie anywhere, so
 // that the picture can grow on all sides without moving anything. `scale` device pixels make one
 // logical pixel; everything is drawn in device pixels.
 //
-// Lines have the width of one logical pixel and round ends. What a colour covers of a pixel it covers
-// once: a line drawn again, or in many short pieces, becomes neither thicker nor jagged.
+// Lines have the width of one logical pixel and round ends. What a colour covers of a pixel it
+// covers once: a line drawn again, or in many short pieces, becomes neither thicker nor jagged.
 #pragma once
 
 #include <string>

@@ -113,8 +113,7 @@ void CanvasPart::Publish(const Canvas& picture, const std::vector<OverlayItem>& 
     }
     isNews_ = true;
     if (isUpdateQueued_) return;
-    isUpdateQueued_ =
-        WindowServer::Queue([part = shared_from_this(), this] { UpdateWidget(); });
+    isUpdateQueued_ = WindowServer::Queue([part = shared_from_this(), this] { UpdateWidget(); });
 }
 
 void CanvasPart::UpdateWidget() {
@@ -161,8 +160,7 @@ void CanvasPart::Paint(QWidget* surface, const QPaintEvent& event) {
             painter.fillRect(outside, background);
     }
     painter.restore();
-    PaintOverlay(&painter, overlay_, QSizeF(place.width, place.height),
-                 {bounds.left, bounds.top});
+    PaintOverlay(&painter, overlay_, QSizeF(place.width, place.height), {bounds.left, bounds.top});
     if (std::exchange(isNews_, false)) shown_++;
 }
 

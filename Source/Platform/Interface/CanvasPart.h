@@ -1,6 +1,6 @@
-// The window server's half of a canvas view: the widget, the pixels that the user sees, and the input.
-// The two sides meet here under two short mutexes: the place that the view shows, and the front
-// buffer, which is held only while pixels are copied.
+// The window server's half of a canvas view: the widget, the pixels that the user sees, and the
+// input. The two sides meet here under two short mutexes: the place that the view shows, and the
+// front buffer, which is held only while pixels are copied.
 #pragma once
 
 #include <atomic>

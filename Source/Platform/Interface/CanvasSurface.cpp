@@ -96,10 +96,9 @@ void CanvasPart::Surface::leaveEvent(QEvent* /*event*/) {
 
 void CanvasPart::Surface::wheelEvent(QWheelEvent* event) {
     const QPoint angle = event->angleDelta();
-    part_.Put(WheelInput{part_.ToCanvas(event->position()),
-                         static_cast<float>(angle.x()) / kWheelNotch,
-                         static_cast<float>(angle.y()) / kWheelNotch,
-                         ToModifiers(event->modifiers())});
+    part_.Put(
+        WheelInput{part_.ToCanvas(event->position()), static_cast<float>(angle.x()) / kWheelNotch,
+                   static_cast<float>(angle.y()) / kWheelNotch, ToModifiers(event->modifiers())});
     event->accept();
 }
 

@@ -1,4 +1,5 @@
-// The widget of a canvas view: paints the front buffer, and notes what the user does. Server's thread.
+// The widget of a canvas view: paints the front buffer, and notes what the user does. Server's
+// thread.
 #pragma once
 
 #include <QMouseEvent>

@@ -12,7 +12,8 @@
 
 namespace {
 
-// The canvas grows by so much more than it must, so that it need not grow at every step of a resize.
+// The canvas grows by so much more than it must, so that it need not grow at every step of a
+// resize.
 constexpr float kSlack = 128.0f;
 
 bool Contains(BRect outer, BRect inner) {
@@ -36,10 +37,14 @@ BRect Common(BRect a, BRect b) {
 
 Qt::CursorShape ToShape(CanvasView::Pointer pointer) {
     switch (pointer) {
-        case CanvasView::Pointer::kOpenHand: return Qt::OpenHandCursor;
-        case CanvasView::Pointer::kClosedHand: return Qt::ClosedHandCursor;
-        case CanvasView::Pointer::kCrosshair: return Qt::CrossCursor;
-        default: return Qt::ArrowCursor;
+        case CanvasView::Pointer::kOpenHand:
+            return Qt::OpenHandCursor;
+        case CanvasView::Pointer::kClosedHand:
+            return Qt::ClosedHandCursor;
+        case CanvasView::Pointer::kCrosshair:
+            return Qt::CrossCursor;
+        default:
+            return Qt::ArrowCursor;
     }
 }
 
@@ -141,8 +146,8 @@ status_t CanvasView::SavePNG(const std::string& path, bool withOverlay) const {
 }
 
 void CanvasView::SetPointer(Pointer pointer) {
-    ChangeWidget<QWidget>(
-        Part(), [shape = ToShape(pointer)](QWidget& widget) { widget.setCursor(shape); });
+    ChangeWidget<QWidget>(Part(),
+                          [shape = ToShape(pointer)](QWidget& widget) { widget.setCursor(shape); });
 }
 
 // --- Input ---
@@ -154,11 +159,16 @@ void CanvasView::Changed(const BMessage& /*message*/) {
 void CanvasView::HandleInput() {
     const auto mouse = [this](const MouseEvent& event) {
         switch (event.kind) {
-            case MouseEvent::Kind::kDown: return MouseDown(event.input);
-            case MouseEvent::Kind::kUp: return MouseUp(event.input);
-            case MouseEvent::Kind::kEntered: return MouseMoved(event.input, Transit::kEntered);
-            case MouseEvent::Kind::kExited: return MouseMoved(event.input, Transit::kExited);
-            default: return MouseMoved(event.input, Transit::kInside);
+            case MouseEvent::Kind::kDown:
+                return MouseDown(event.input);
+            case MouseEvent::Kind::kUp:
+                return MouseUp(event.input);
+            case MouseEvent::Kind::kEntered:
+                return MouseMoved(event.input, Transit::kEntered);
+            case MouseEvent::Kind::kExited:
+                return MouseMoved(event.input, Transit::kExited);
+            default:
+                return MouseMoved(event.input, Transit::kInside);
         }
     };
     for (const InputEvent& event : CanvasServer().TakeInput()) {

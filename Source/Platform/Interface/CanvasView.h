@@ -3,11 +3,11 @@
 // removed by copying the canvas back. Over both lies an overlay of texts. The user sees nothing of
 // it until Sync(), and then all of it at once.
 //
-// Whoever holds the lock of the view's window may draw, on any thread; before the view is in a window,
-// and in a program without windows, whoever owns it. The hooks are called on the window's thread.
-// Coordinates are those of Canvas: a point of the canvas keeps its coordinates for ever, whatever part
-// of the canvas the view shows. The canvas grows to cover what is shown and never gives up what
-// the view has shown, up to kMaxReach logical pixels around the shown part.
+// Whoever holds the lock of the view's window may draw, on any thread; before the view is in a
+// window, and in a program without windows, whoever owns it. The hooks are called on the window's
+// thread. Coordinates are those of Canvas: a point of the canvas keeps its coordinates for ever,
+// whatever part of the canvas the view shows. The canvas grows to cover what is shown and never
+// gives up what the view has shown, up to kMaxReach logical pixels around the shown part.
 #pragma once
 
 #include <memory>
@@ -53,7 +53,8 @@ public:
     [[nodiscard]] const Canvas& LowerLayer() const { return canvas_; }
     // Copies what was drawn on the canvas since the last time into the picture, over what is there.
     void SyncLayers();
-    // Copies the canvas's pixels of the rectangle into the picture, so removing what was drawn there.
+    // Copies the canvas's pixels of the rectangle into the picture, so removing what was drawn
+    // there.
     void CopyFromCanvas(BRect rect) { picture_.CopyFrom(canvas_, rect); }
     // Draws on the picture.
     void DrawDisc(BPoint center, float radius, rgb_color color) {

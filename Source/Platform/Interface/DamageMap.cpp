@@ -14,7 +14,8 @@ void DamageMap::Add(const IntRect& rect) {
     const int32 lastColumn = (area.right - 1) / kTileSize;
     const int32 lastRow = (area.bottom - 1) / kTileSize;
     for (int32 row = area.top / kTileSize; row <= lastRow; row++) {
-        uint8* const tiles = &tiles_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_)];
+        uint8* const tiles =
+            &tiles_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_)];
         std::fill(tiles + firstColumn, tiles + lastColumn + 1, uint8{1});
     }
     isEmpty_ = false;

@@ -9,7 +9,7 @@ void FilePanelPart::Make() {
     dialog_ = new QFileDialog;
     QObject::connect(dialog_, &QObject::destroyed, [part = shared_from_this()] {});
     dialog_->setAcceptMode(isSave_ ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog_->setFileMode(isSave_            ? QFileDialog::AnyFile
+    dialog_->setFileMode(isSave_           ? QFileDialog::AnyFile
                          : allowsMultiple_ ? QFileDialog::ExistingFiles
                                            : QFileDialog::ExistingFile);
     if (!title_.isEmpty()) dialog_->setWindowTitle(title_);

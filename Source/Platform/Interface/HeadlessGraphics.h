@@ -1,5 +1,5 @@
-// Fonts for a program without windows and without a display, so that a Canvas can draw texts. `main`
-// makes one before the first text; not together with a WindowServer.
+// Fonts for a program without windows and without a display, so that a Canvas can draw texts.
+// `main` makes one before the first text; not together with a WindowServer.
 #pragma once
 
 #include <memory>

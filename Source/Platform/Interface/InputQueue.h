@@ -1,6 +1,6 @@
 // What the user did to a canvas and its view has not yet handled, in order. Filled by the window
-// server, emptied by the view's looper; a looper that is late finds many moves as one, so that the queue
-// stays short. Any thread.
+// server, emptied by the view's looper; a looper that is late finds many moves as one, so that the
+// queue stays short. Any thread.
 #pragma once
 
 #include <deque>

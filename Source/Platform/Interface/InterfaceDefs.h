@@ -1,5 +1,5 @@
-// Constants of the interface classes: keys, modifiers, mouse buttons, kinds of windows, message codes
-// of windows. No state, any thread.
+// Constants of the interface classes: keys, modifiers, mouse buttons, kinds of windows, message
+// codes of windows. No state, any thread.
 #pragma once
 
 #include "SupportDefs.h"

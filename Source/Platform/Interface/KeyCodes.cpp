@@ -11,13 +11,20 @@ struct KeyPair {
 };
 
 constexpr std::array kSpecialKeys = {
-    KeyPair{Qt::Key_Home, B_HOME},          KeyPair{Qt::Key_End, B_END},
-    KeyPair{Qt::Key_Insert, B_INSERT},      KeyPair{Qt::Key_Backspace, B_BACKSPACE},
-    KeyPair{Qt::Key_Tab, B_TAB},            KeyPair{Qt::Key_Return, B_ENTER},
-    KeyPair{Qt::Key_Enter, B_ENTER},        KeyPair{Qt::Key_PageUp, B_PAGE_UP},
-    KeyPair{Qt::Key_PageDown, B_PAGE_DOWN}, KeyPair{Qt::Key_Escape, B_ESCAPE},
-    KeyPair{Qt::Key_Left, B_LEFT_ARROW},    KeyPair{Qt::Key_Right, B_RIGHT_ARROW},
-    KeyPair{Qt::Key_Up, B_UP_ARROW},        KeyPair{Qt::Key_Down, B_DOWN_ARROW},
+    KeyPair{Qt::Key_Home, B_HOME},
+    KeyPair{Qt::Key_End, B_END},
+    KeyPair{Qt::Key_Insert, B_INSERT},
+    KeyPair{Qt::Key_Backspace, B_BACKSPACE},
+    KeyPair{Qt::Key_Tab, B_TAB},
+    KeyPair{Qt::Key_Return, B_ENTER},
+    KeyPair{Qt::Key_Enter, B_ENTER},
+    KeyPair{Qt::Key_PageUp, B_PAGE_UP},
+    KeyPair{Qt::Key_PageDown, B_PAGE_DOWN},
+    KeyPair{Qt::Key_Escape, B_ESCAPE},
+    KeyPair{Qt::Key_Left, B_LEFT_ARROW},
+    KeyPair{Qt::Key_Right, B_RIGHT_ARROW},
+    KeyPair{Qt::Key_Up, B_UP_ARROW},
+    KeyPair{Qt::Key_Down, B_DOWN_ARROW},
     KeyPair{Qt::Key_Delete, B_DELETE},
 };
 

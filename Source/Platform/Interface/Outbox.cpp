@@ -9,7 +9,8 @@ constexpr bigtime_t kNoWaiting = 0;
 bool Outbox::Send(const BMessenger& target, const BMessage& message) {
     const std::lock_guard lock(mutex_);
     const auto found = waiting_.find(target.Port());
-    if (found == waiting_.end() && target.SendMessage(&message, kNoWaiting) != B_WOULD_BLOCK) return false;
+    if (found == waiting_.end() && target.SendMessage(&message, kNoWaiting) != B_WOULD_BLOCK)
+        return false;
     waiting_[target.Port()].emplace_back(target, message);
     return true;
 }

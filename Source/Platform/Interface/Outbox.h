@@ -1,5 +1,5 @@
-// Messages on their way to loopers, from any thread, none of which may wait: what a full port refuses
-// stays here until there is room, in order; what is for a looper that is gone is dropped.
+// Messages on their way to loopers, from any thread, none of which may wait: what a full port
+// refuses stays here until there is room, in order; what is for a looper that is gone is dropped.
 #pragma once
 
 #include <deque>

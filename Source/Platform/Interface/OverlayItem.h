@@ -1,4 +1,5 @@
-// What stands over a canvas and does not belong to its picture: a text or a scale bar. Plain values.
+// What stands over a canvas and does not belong to its picture: a text or a scale bar. Plain
+// values.
 #pragma once
 
 #include <string>
@@ -10,8 +11,9 @@ struct OverlayItem {
         kText,
         kBar,  // a horizontal line with a tick at each end, the text above its middle
     };
-    // What `where` is counted from: a point of the canvas (x right, y down), or inward from a corner
-    // of the view. Texts grow away from that corner; at kCanvas to the right, above the point.
+    // What `where` is counted from: a point of the canvas (x right, y down), or inward from a
+    // corner of the view. Texts grow away from that corner; at kCanvas to the right, above the
+    // point.
     enum class Anchor { kCanvas, kLeftTop, kRightTop, kLeftBottom, kRightBottom };
 
     Kind kind = Kind::kText;

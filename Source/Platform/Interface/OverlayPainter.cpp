@@ -17,19 +17,24 @@ QRectF ItemBox(const OverlayItem& item, QSizeF viewSize, BPoint leftTop) {
     QSizeF size(metrics.horizontalAdvance(QString::fromStdString(item.text)), metrics.height());
     if (item.kind == OverlayItem::Kind::kBar) {
         if (item.text.empty()) size.setHeight(0.0);
-        size = QSizeF(std::max(size.width(), static_cast<double>(item.length)),
-                      size.height() + kTick);
+        size =
+            QSizeF(std::max(size.width(), static_cast<double>(item.length)), size.height() + kTick);
     }
     const double x = item.where.x;
     const double y = item.where.y;
     const double fromRight = viewSize.width() - x - size.width();
     const double fromBottom = viewSize.height() - y - size.height();
     switch (item.anchor) {
-        case OverlayItem::Anchor::kLeftTop: return {QPointF(x, y), size};
-        case OverlayItem::Anchor::kRightTop: return {QPointF(fromRight, y), size};
-        case OverlayItem::Anchor::kLeftBottom: return {QPointF(x, fromBottom), size};
-        case OverlayItem::Anchor::kRightBottom: return {QPointF(fromRight, fromBottom), size};
-        default: break;
+        case OverlayItem::Anchor::kLeftTop:
+            return {QPointF(x, y), size};
+        case OverlayItem::Anchor::kRightTop:
+            return {QPointF(fromRight, y), size};
+        case OverlayItem::Anchor::kLeftBottom:
+            return {QPointF(x, fromBottom), size};
+        case OverlayItem::Anchor::kRightBottom:
+            return {QPointF(fromRight, fromBottom), size};
+        default:
+            break;
     }
     // The point is the centre of its pixel.
     return {QPointF(x - leftTop.x + 0.5, y - leftTop.y + 0.5 - size.height()), size};

@@ -14,8 +14,8 @@ void PixelBuffer::Fill(const IntRect& rect, Pixel pixel) {
 
 void PixelBuffer::Copy(const PixelBuffer& source, const IntRect& area, IntPoint to) {
     const IntPoint shift{to.x - area.left, to.y - area.top};
-    const IntRect from = Intersection(Intersection(area, source.Bounds()),
-                                      Bounds().MovedBy({-shift.x, -shift.y}));
+    const IntRect from =
+        Intersection(Intersection(area, source.Bounds()), Bounds().MovedBy({-shift.x, -shift.y}));
     if (from.IsEmpty()) return;
     for (int32 y = from.top; y < from.bottom; y++)
         std::copy(source.Row(y) + from.left, source.Row(y) + from.right,

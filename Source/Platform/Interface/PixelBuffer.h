@@ -1,5 +1,5 @@
-// Rows of opaque pixels, 0xffRRGGBB, and rectangles of whole device pixels (right and bottom are the
-// first ones outside). Plain values.
+// Rows of opaque pixels, 0xffRRGGBB, and rectangles of whole device pixels (right and bottom are
+// the first ones outside). Plain values.
 #pragma once
 
 #include <algorithm>

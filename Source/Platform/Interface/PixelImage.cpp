@@ -34,9 +34,10 @@ QImage AsImage(PixelBuffer* pixels, double scale) {
 PixelBuffer ScaledPixels(const PixelBuffer& pixels, int32 width, int32 height) {
     PixelBuffer result(width, height, 0);
     if (pixels.Bounds().IsEmpty() || result.Bounds().IsEmpty()) return result;
-    const QImage scaled = AsImage(pixels, 1.0)
-                              .scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                              .convertToFormat(QImage::Format_RGB32);
+    const QImage scaled =
+        AsImage(pixels, 1.0)
+            .scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .convertToFormat(QImage::Format_RGB32);
     for (int32 y = 0; y < height; y++) {
         const auto* const row = reinterpret_cast<const Pixel*>(scaled.constScanLine(y));
         std::copy(row, row + width, result.Row(y));

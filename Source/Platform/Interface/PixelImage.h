@@ -15,8 +15,8 @@ class QImage;
 
 [[nodiscard]] PixelBuffer ScaledPixels(const PixelBuffer& pixels, int32 width, int32 height);
 
-// Draws a text with the left end of its base line at a device pixel; where it may have drawn. Nothing
-// where there are no fonts.
+// Draws a text with the left end of its base line at a device pixel; where it may have drawn.
+// Nothing where there are no fonts.
 IntRect DrawText(PixelBuffer* pixels, const std::string& text, double x, double y, double scale,
                  rgb_color color);
 

@@ -31,11 +31,18 @@ void PopUpButton::showPopup() {
 void PopUpButton::keyPressEvent(QKeyEvent* event) {
     const bool isPlain = event->modifiers() == Qt::NoModifier;
     switch (event->key()) {
-        case Qt::Key_Up: isPlain ? Step(-1) : showPopup(); return;
-        case Qt::Key_Down: isPlain ? Step(1) : showPopup(); return;
+        case Qt::Key_Up:
+            isPlain ? Step(-1) : showPopup();
+            return;
+        case Qt::Key_Down:
+            isPlain ? Step(1) : showPopup();
+            return;
         case Qt::Key_Space:
-        case Qt::Key_F4: showPopup(); return;
-        default: break;
+        case Qt::Key_F4:
+            showPopup();
+            return;
+        default:
+            break;
     }
     if (!event->text().isEmpty() && event->text().front().isLetterOrNumber())
         ChooseByLetter(event->text());

@@ -1,5 +1,5 @@
-// The widget of a menu field: looks like a combo box and opens the field's own menu, so that menus have
-// their separators, marks and shortcuts wherever they are. Server's thread.
+// The widget of a menu field: looks like a combo box and opens the field's own menu, so that menus
+// have their separators, marks and shortcuts wherever they are. Server's thread.
 #pragma once
 
 #include <QComboBox>

@@ -1,5 +1,5 @@
-// The window server's half of a window: its widget, and what both sides know of the window. Shared by
-// the window, the widget and whatever is queued. For the server's thread, except for State.
+// The window server's half of a window: its widget, and what both sides know of the window. Shared
+// by the window, the widget and whatever is queued. For the server's thread, except for State.
 #pragma once
 
 #include <QPointer>
@@ -21,8 +21,8 @@
 
 class WindowPart : public std::enable_shared_from_this<WindowPart> {
 public:
-    // Any thread, with the mutex held for a moment. The flags tell that a message about it is on its
-    // way, so that a second one need not be sent.
+    // Any thread, with the mutex held for a moment. The flags tell that a message about it is on
+    // its way, so that a second one need not be sent.
     struct State {
         std::mutex mutex;
         BRect frame;

@@ -1,0 +1,37 @@
+#include "EditText.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "EpochCursor.h"
+#include "SimulationDocument.h"
+
+std::string_view Trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string_view TakeUpTo(char separator, std::string_view* text) {
+    const std::size_t end = std::min(text->find(separator), text->size());
+    const std::string_view piece = Trimmed(text->substr(0, end));
+    text->remove_prefix(std::min(end + 1, text->size()));
+    return piece;
+}
+
+std::optional<int64> FindSystem(SimulationDocument* document, std::string_view name) {
+    for (const MassSystem* system : document->Portal()->SystemsInIDOrder())
+        if (system->Name() == name) return system->ID();
+    return std::nullopt;
+}
+
+AbEpoch* FindEpoch(SimulationDocument* document, std::string_view numberOrName) {
+    int32 wanted = -1;
+    const char* const end = numberOrName.data() + numberOrName.size();
+    if (std::from_chars(numberOrName.data(), end, wanted).ptr != end) wanted = -1;
+    EpochCursor cursor(document->Root());
+    cursor.Increment();
+    for (int32 number = 0; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment(), number++)
+        if (number == wanted || epoch->Name() == numberOrName) return epoch;
+    return nullptr;
+}

@@ -1,0 +1,227 @@
+#include "Canvas.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <random>
+
+#include "TestFolder.h"
+
+namespace {
+
+constexpr rgb_color kBlack{0, 0, 0, 255};
+constexpr rgb_color kWhite{255, 255, 255, 255};
+constexpr rgb_color kRed{255, 0, 0, 255};
+
+void DrawLine(Canvas* canvas, BPoint from, BPoint to, rgb_color color = kWhite) {
+    canvas->BeginLineArray(1);
+    canvas->AddLine(from, to, color);
+    canvas->EndLineArray();
+}
+
+// The light of all pixels, in whole white ones.
+double Light(const Canvas& canvas) {
+    double sum = 0;
+    for (int32 y = 0; y < canvas.Pixels().Height(); y++)
+        for (int32 x = 0; x < canvas.Pixels().Width(); x++)
+            sum += ToColor(canvas.Pixels().Row(y)[x]).green;
+    return sum / 255;
+}
+
+double LargestDifference(const Canvas& a, const Canvas& b) {
+    int32 largest = 0;
+    for (int32 y = 0; y < a.Pixels().Height(); y++)
+        for (int32 x = 0; x < a.Pixels().Width(); x++)
+            largest = std::max(largest, std::abs(ToColor(a.Pixels().Row(y)[x]).green -
+                                                 ToColor(b.Pixels().Row(y)[x]).green));
+    return largest;
+}
+
+TEST(Canvas, LinesCoverWhatTheyShould) {
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        SCOPED_TRACE(scale);
+        for (double angle = 0; angle < 6.28; angle += 0.1) {
+            Canvas canvas({-60, -60, 60, 60}, kBlack, scale);
+            const float x = static_cast<float>(50 * std::cos(angle));
+            const float y = static_cast<float>(50 * std::sin(angle));
+            DrawLine(&canvas, {0, 0}, {x, y});
+            // A strip one logical pixel wide, with its round ends.
+            const double device = scale * scale;
+            EXPECT_NEAR(Light(canvas), (50.0 + 0.8) * device, 0.03 * 50 * device + 1.5 * scale);
+            EXPECT_GT(canvas.PixelAt({x / 2, y / 2}).green, 110);
+            EXPECT_EQ(canvas.PixelAt({x / 2 + y / 20, y / 2 - x / 20}), kBlack);
+        }
+    }
+    Canvas canvas({0, 0, 9, 9}, kBlack);
+    DrawLine(&canvas, {2, 5}, {7, 5});
+    EXPECT_EQ(canvas.PixelAt({2, 5}), kWhite);
+    EXPECT_EQ(canvas.PixelAt({7, 5}), kWhite);
+    EXPECT_EQ(canvas.PixelAt({9, 5}), kBlack);
+    EXPECT_EQ(canvas.PixelAt({5, 3}), kBlack);
+    DrawLine(&canvas, {4, 1}, {4, 1});
+    EXPECT_EQ(canvas.PixelAt({4, 1}), kWhite);
+}
+
+TEST(Canvas, ManyPiecesLookLikeOneLine) {
+    // A slow body: hundreds of pieces to the pixel, drawn again on every orbit.
+    Canvas whole({0, 0, 99, 99}, kBlack);
+    Canvas pieces({0, 0, 99, 99}, kBlack);
+    DrawLine(&whole, {5, 10}, {90, 75});
+    for (int round = 0; round < 3; round++) {
+        pieces.BeginLineArray(128);
+        constexpr int kPieces = 8500;
+        const auto at = [](int i) {
+            const float part = static_cast<float>(i) / kPieces;
+            return BPoint{5 + 85 * part, 10 + 65 * part};
+        };
+        for (int i = 0; i < kPieces; i++)
+            pieces.AddLine(at(i), at(i + 1), kWhite);
+        pieces.EndLineArray();
+    }
+    EXPECT_LT(LargestDifference(whole, pieces), 24);
+    // Another colour covers what is there.
+    DrawLine(&pieces, {5, 10}, {90, 75}, kRed);
+    EXPECT_EQ(pieces.PixelAt({22, 23}), kRed);
+}
+
+TEST(Canvas, ACircleLiesOnTheCircle) {
+    for (const double scale : {1.0, 2.0}) {
+        Canvas canvas({-120, -120, 120, 120}, kBlack, scale);
+        canvas.BeginLineArray(200);
+        const auto at = [](int i) {
+            const double angle = i * 2 * M_PI / 200;
+            return BPoint{static_cast<float>(100 * std::cos(angle)),
+                          static_cast<float>(100 * std::sin(angle))};
+        };
+        for (int i = 0; i < 200; i++)
+            canvas.AddLine(at(i), at(i + 1), kWhite);
+        canvas.EndLineArray();
+        for (int32 y = 0; y < canvas.Pixels().Height(); y++)
+            for (int32 x = 0; x < canvas.Pixels().Width(); x++) {
+                const double px = (x + canvas.Origin().x + 0.5) / scale - 0.5;
+                const double py = (y + canvas.Origin().y + 0.5) / scale - 0.5;
+                const double off = std::fabs(std::hypot(px, py) - 100);
+                const uint8 light = ToColor(canvas.Pixels().Row(y)[x]).green;
+                if (off > 0.5 + 1 / scale) ASSERT_EQ(light, 0) << px << ' ' << py;
+                if (off < 0.25 / scale) ASSERT_GT(light, 120) << px << ' ' << py;
+            }
+    }
+}
+
+TEST(Canvas, LinesAreClippedAndNonsenseIsLeftOut) {
+    Canvas clipped({0, 0, 49, 49}, kBlack);
+    DrawLine(&clipped, {-1e6f, -1e6f}, {1e6f, 1e6f});
+    for (float i = 0; i < 50; i++)
+        EXPECT_GT(clipped.PixelAt({i, i}).green, 200) << i;
+    EXPECT_EQ(clipped.PixelAt({10, 14}), kBlack);
+
+    Canvas empty({0, 0, 49, 49}, kBlack);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float infinite = std::numeric_limits<float>::infinity();
+    DrawLine(&empty, {nan, 1}, {20, 20});
+    DrawLine(&empty, {1, 1}, {infinite, 20});
+    DrawLine(&empty, {-30, -3e38f}, {-30, 3e38f});
+    DrawLine(&empty, {60, 100}, {80, 3});
+    empty.DrawDisc({nan, 3}, 5, kWhite);
+    empty.DrawDisc({3, 3}, nan, kWhite);
+    empty.DrawDisc({1e30f, 3}, 8192, kWhite);
+    EXPECT_EQ(Light(empty), 0);
+
+    // Random ones of any size stay inside their memory (a sanitizer would tell).
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> near(-80, 130);
+    for (int i = 0; i < 20000; i++) {
+        const float far = i % 100 == 0 ? 1e7f : 1.0f;
+        DrawLine(&clipped, {near(random) * far, near(random)}, {near(random), near(random) * far});
+        clipped.DrawDisc({near(random), near(random)}, near(random) / 10, kRed);
+    }
+}
+
+TEST(Canvas, DiscsAreRoundAndCanBeErasedByCopying) {
+    for (const double scale : {1.0, 2.0}) {
+        for (const float radius : {0.5f, 1.0f, 3.3f, 20.0f}) {
+            Canvas canvas({-40, -40, 40, 40}, kBlack, scale);
+            canvas.DrawDisc({0.3f, -0.2f}, radius, kWhite);
+            const double area = M_PI * radius * radius * scale * scale;
+            EXPECT_NEAR(Light(canvas), area, 0.06 * area + 0.35);
+            const double before = Light(canvas);
+            canvas.DrawDisc({0.3f, -0.2f}, radius, kWhite);  // again: its edge stays soft
+            EXPECT_EQ(Light(canvas), before);
+        }
+        Canvas lower({0, 0, 99, 99}, kBlack, scale);
+        DrawLine(&lower, {0, 50}, {99, 50});
+        Canvas upper({0, 0, 99, 99}, kBlack, scale);
+        upper.CopyFrom(lower, upper.Bounds());
+        upper.DrawDisc({40.4f, 50.7f}, 6.2f, kRed);
+        EXPECT_EQ(upper.PixelAt({40, 50}), kRed);
+        // The square of whole pixels around the rounded centre.
+        upper.CopyFrom(lower, {40 - 8, 51 - 8, 40 + 8, 51 + 8});
+        EXPECT_EQ(LargestDifference(upper, lower), 0);
+    }
+    Canvas huge({0, 0, 99, 99}, kBlack);
+    huge.DrawDisc({50, 8192 + 50}, 8192, kWhite);
+    EXPECT_EQ(huge.PixelAt({50, 48}), kBlack);
+    EXPECT_EQ(huge.PixelAt({50, 52}), kWhite);
+    EXPECT_EQ(huge.PixelAt({0, 52}), kWhite);
+}
+
+TEST(Canvas, GrowingAndScalingKeepThePicture) {
+    Canvas canvas({0, 0, 49, 49}, kBlack);
+    canvas.FillRect({10, 20, 19, 29}, kRed);
+    canvas.SetBounds({-30, -7, 99, 60});
+    EXPECT_EQ(canvas.PixelAt({10, 20}), kRed);
+    EXPECT_EQ(canvas.PixelAt({19, 29}), kRed);
+    EXPECT_EQ(canvas.PixelAt({20, 29}), kBlack);
+    EXPECT_EQ(canvas.PixelAt({-30, -7}), kBlack);
+    canvas.SetScale(2);
+    EXPECT_EQ(canvas.Pixels().Width(), 260);
+    EXPECT_EQ(canvas.PixelAt({10, 20}), kRed);
+    EXPECT_EQ(canvas.PixelAt({19, 29}), kRed);
+    EXPECT_EQ(canvas.PixelAt({21, 29}), kBlack);
+    canvas.SetBounds({0, 0, 12, 60});
+    EXPECT_EQ(canvas.PixelAt({11, 25}), kRed);
+    EXPECT_EQ(canvas.PixelAt({13, 25}), kBlack);
+}
+
+TEST(Canvas, DamageCoversEveryChange) {
+    std::mt19937 random(2);
+    std::uniform_real_distribution<float> place(-20, 320);
+    Canvas drawn({0, 0, 299, 199}, kBlack);
+    Canvas copy({0, 0, 299, 199}, kBlack);
+    drawn.ClearDamage();
+    for (int i = 0; i < 300; i++) {
+        DrawLine(&drawn, {place(random), place(random)}, {place(random), place(random)});
+        drawn.DrawDisc({place(random), place(random)}, 5, kRed);
+        drawn.FillRect({place(random), 7, place(random), 9}, kWhite);
+        copy.CopyDamageFrom(drawn);
+        drawn.ClearDamage();
+        ASSERT_EQ(LargestDifference(drawn, copy), 0) << i;
+    }
+    EXPECT_TRUE(drawn.Damage().IsEmpty());
+    // A slanted line damages a strip, not the rectangle around it.
+    DrawLine(&drawn, {0, 0}, {299, 199});
+    double area = 0;
+    for (const IntRect& rect : drawn.Damage().Rects())
+        area += rect.Width() * rect.Height();
+    EXPECT_LT(area, 0.5 * 300 * 200);
+}
+
+TEST(Canvas, PicturesAreWrittenToFiles) {
+    const TestFolder folder;
+    Canvas canvas({-10, -10, 29, 19}, kBlack, 2);
+    canvas.FillRect({0, 0, 4, 4}, kRed);
+    canvas.DrawString("t", {15, 15}, kWhite);
+    const std::string path = folder.Path() + "/picture.png";
+    ASSERT_EQ(canvas.SavePNG(path), B_OK);
+    const QImage image(QString::fromStdString(path));
+    ASSERT_EQ(image.size(), QSize(80, 60));
+    EXPECT_EQ(image.pixelColor(20, 20), QColor(255, 0, 0));
+    EXPECT_EQ(image.pixelColor(30, 30), QColor(0, 0, 0));
+    EXPECT_GT(Light(canvas), 1);
+    EXPECT_EQ(canvas.SavePNG(folder.Path() + "/no/such/folder.png"), B_IO_ERROR);
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+#include "TestMain.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <semaphore>
+#include <thread>
+
+#include "WindowServer.h"
+
+namespace {
+
+int gArgumentCount = 1;
+char** gArguments = nullptr;
+std::unique_ptr<WindowServer> gServer;
+
+const std::function<void()>* gJob = nullptr;
+std::binary_semaphore gJobDone{0};
+
+}  // namespace
+
+void RunOnMainThread(const std::function<void()>& job) {
+    WindowServer::Perform([&job] { gJob = &job; });
+    WindowServer::Stop();
+    gJobDone.acquire();
+}
+
+void RenewServer() {
+    gServer.reset();
+    gServer = std::make_unique<WindowServer>(gArgumentCount, gArguments,
+                                             WindowServer::Screen::kOffscreen);
+}
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    gArguments = argv;
+    RenewServer();
+    int result = 1;
+    std::thread tests([&result] {
+        result = RUN_ALL_TESTS();
+        WindowServer::Stop();
+    });
+    for (;;) {
+        gServer->Run();
+        if (gJob == nullptr) break;
+        (*gJob)();
+        gJob = nullptr;
+        gJobDone.release();
+    }
+    tests.join();
+    gServer.reset();
+    return result;
+}
