@@ -68,9 +68,9 @@ public:
     [[nodiscard]] int32 ReportsPerDraw() const { return reportsPerDraw_; }
 
     // Kept for the displays, which draw trails in segments of so many reports.
-    [[nodiscard]] int32 SegmentLength() const { return segmentLength_; }
+    [[nodiscard]] int32 SegmentLength() const override { return segmentLength_; }
     void SetSegmentLength(int32 length) override;
-    [[nodiscard]] int32 UpdatesPerSecond() const {
+    [[nodiscard]] int32 UpdatesPerSecond() const override {
         return static_cast<int32>(updatesPerSecond_.load());
     }
     // Positive.

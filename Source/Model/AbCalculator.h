@@ -9,6 +9,8 @@ public:
     AbCalculator() = default;
     explicit AbCalculator(BMessage* archive) : BArchivable(archive) {}
 
+    virtual int32 SegmentLength() const = 0;
     virtual void SetSegmentLength(int32 length) = 0;
+    virtual int32 UpdatesPerSecond() const = 0;
     virtual void SetUpdatesPerSecond(int32 updates) = 0;
 };

@@ -61,3 +61,11 @@ std::unique_ptr<LCommand> CalculatorIntFactory::MakeCommand(EpochPortal* portal,
     if (value < 1 || value == current) return nullptr;
     return std::make_unique<SetCalcIntCommand>(portal->GetCalculator(), set_, value, current);
 }
+
+CalculatorIntFactory SegmentLengthFactory() {
+    return {&AbCalculator::SegmentLength, &AbCalculator::SetSegmentLength};
+}
+
+CalculatorIntFactory UpdatesPerSecondFactory() {
+    return {&AbCalculator::UpdatesPerSecond, &AbCalculator::SetUpdatesPerSecond};
+}

@@ -68,3 +68,7 @@ private:
     Getter get_;
     Setter set_;
 };
+
+// Trail segment length in pixels, and display updates per second.
+CalculatorIntFactory SegmentLengthFactory();
+CalculatorIntFactory UpdatesPerSecondFactory();

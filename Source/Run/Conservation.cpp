@@ -30,9 +30,7 @@ public:
         z_.Add(weight * v.z);
         scale_.Add(weight * std::hypot(v.x, v.y, v.z));
     }
-    [[nodiscard]] ThreeVector Value() const {
-        return ThreeVector(x_.Value(), y_.Value(), z_.Value());
-    }
+    [[nodiscard]] ThreeVector Value() const { return {x_.Value(), y_.Value(), z_.Value()}; }
     [[nodiscard]] double Scale() const { return scale_.Value(); }
 
 private:
@@ -40,11 +38,11 @@ private:
 };
 
 ThreeVector At(const std::vector<double>& triples, std::size_t i) {
-    return ThreeVector(triples[3 * i], triples[3 * i + 1], triples[3 * i + 2]);
+    return {triples[3 * i], triples[3 * i + 1], triples[3 * i + 2]};
 }
 
 ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return ThreeVector(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
 // sum of mu_j / r_ij over j < i.

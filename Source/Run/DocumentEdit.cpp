@@ -17,6 +17,7 @@ namespace {
 using Quantity = SystemQuantityFactory::Quantity;
 
 constexpr std::string_view kEpoch = "epoch";
+constexpr std::string_view kAnimation = "animation";
 constexpr std::string_view kOrigin = "origin";
 constexpr std::string_view kOn = "on";
 constexpr std::string_view kOff = "off";
@@ -76,6 +77,11 @@ const DocumentEdit::Field DocumentEdit::kEpochFields[] = {
     {"com-on-go", &DocumentEdit::SetCOMOnGo},
 };
 
+const DocumentEdit::Field DocumentEdit::kAnimationFields[] = {
+    {"segment-length", &DocumentEdit::SetCalculatorInt<SegmentLengthFactory>},
+    {"updates-per-second", &DocumentEdit::SetCalculatorInt<UpdatesPerSecondFactory>},
+};
+
 DocumentEdit::DocumentEdit(SimulationDocument* document, SimulationController* controller,
                            const ProgramResources* resources)
     : document_(document),
@@ -96,11 +102,13 @@ std::optional<std::string> DocumentEdit::Apply(std::string_view text) {
          dot = target.rfind('.', dot - 1)) {
         const std::string_view owner = target.substr(0, dot);
         const std::optional<int64> system = FindSystem(document_, owner);
-        if (!system && owner != kEpoch) continue;
+        if (!system && owner != kEpoch && owner != kAnimation) continue;
         system_ = system.value_or(kNoSystemID);
         const std::string_view name = target.substr(dot + 1);
-        const std::span<const Field> fields =
-            system ? std::span<const Field>(kSystemFields) : std::span<const Field>(kEpochFields);
+        const std::span<const Field> fields = system ? std::span<const Field>(kSystemFields)
+                                              : owner == kEpoch
+                                                  ? std::span<const Field>(kEpochFields)
+                                                  : std::span<const Field>(kAnimationFields);
         for (const Field& field : fields)
             if (field.name == name) return (this->*field.set)(value);
         return Problem(kTextEditNoField, name, owner);
@@ -237,4 +245,11 @@ DocumentEdit::Wrong DocumentEdit::SetCOMOnGo(Value value) {
     bool on;
     if (!ReadSwitch(value, &on)) return Problem(kTextEditNoSwitch, value);
     return Commit(COMOnGoFactory(), on);
+}
+
+template <CalculatorIntFactory (*kFactory)()>
+DocumentEdit::Wrong DocumentEdit::SetCalculatorInt(Value value) {
+    int32 setting;
+    if (!ReadPlain(value, &setting)) return Problem(kTextEditNoNumber, value);
+    return Commit(kFactory(), setting);
 }

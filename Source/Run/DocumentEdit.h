@@ -9,6 +9,7 @@
 
 #include "DimValue.h"
 #include "DocumentAction.h"
+#include "EpochFactories.h"
 
 class ProgramResources;
 class SimulationDocument;
@@ -21,14 +22,16 @@ public:
                  const ProgramResources* resources);
 
     // Makes one edit. The answer is empty, or says what of the text was not understood or cannot be
-    // taken; then nothing was changed. SYSTEM is a system's name, or "epoch" for the epoch in
-    // focus. A number without a unit counts in the unit that the quantity is shown in.
+    // taken; then nothing was changed. SYSTEM is a system's name, "epoch" for the epoch in
+    // focus or "animation" for the calculator's pacing. A number without a unit counts in the unit
+    // that the quantity is shown in.
     [[nodiscard]] std::optional<std::string> Apply(std::string_view text);
 
 private:
     struct Field;
     static const Field kSystemFields[];
     static const Field kEpochFields[];
+    static const Field kAnimationFields[];
 
     // What is wrong, if anything is.
     using Wrong = std::optional<std::string>;
@@ -49,6 +52,8 @@ private:
     Wrong SetCutoff(Value value);
     Wrong SetOrder(Value value);
     Wrong SetCOMOnGo(Value value);
+    template <CalculatorIntFactory (*kFactory)()>
+    Wrong SetCalculatorInt(Value value);
 
     [[nodiscard]] Wrong Problem(int32 text, std::string_view what,
                                 std::string_view where = {}) const;

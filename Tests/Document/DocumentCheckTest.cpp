@@ -48,9 +48,10 @@ TEST(DocumentCheck, NamesTheBodyWithANumberThatIsNone) {
         std::pair(kTextBadMass, std::function([](MassSystem* m) { m->SetM(kInfinity); })),
         std::pair(kTextBadRadius, std::function([](MassSystem* m) { m->SetRadius(kNaN); })),
     };
-    for (const auto& [text, change] : changes) {
-        const DocumentError error = ErrorAfter([&](Epoch*, MassSystem* moon) { change(moon); });
-        EXPECT_EQ(error.text, text);
+    for (const auto& change : changes) {
+        const DocumentError error =
+            ErrorAfter([&change](Epoch*, MassSystem* moon) { change.second(moon); });
+        EXPECT_EQ(error.text, change.first);
         EXPECT_EQ(error.subject, "Moon");
     }
 }

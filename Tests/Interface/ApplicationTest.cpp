@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QTest>
 #include <filesystem>
 #include <fstream>
@@ -123,8 +125,10 @@ TEST_F(FilePanelTest, OpenPanelSendsTheFilesOrACancel) {
         QFileDialog* const dialog = Dialog();
         ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->directory().absolutePath().toStdString(), folder_.Path());
-        dialog->selectFile("one");
-        static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
+        auto* const name = dialog->findChild<QLineEdit*>();
+        name->clear();
+        QTest::keyClicks(name, "one");
+        QTest::keyClick(name, Qt::Key_Return);
     });
     window_->Settle();
     EXPECT_FALSE(panel.IsShowing());

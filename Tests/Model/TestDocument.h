@@ -18,7 +18,9 @@
 class TestCalculator : public AbCalculator {
 public:
     [[nodiscard]] status_t Archive(BMessage* into, bool deep) const override;
+    int32 SegmentLength() const override { return segmentLength; }
     void SetSegmentLength(int32 length) override { segmentLength = length; }
+    int32 UpdatesPerSecond() const override { return updatesPerSecond; }
     void SetUpdatesPerSecond(int32 updates) override { updatesPerSecond = updates; }
 
     int32 segmentLength = 1;

@@ -42,11 +42,17 @@ TEST_F(RunEdit, VectorsAreRelativeToTheReferent) {
 
 TEST_F(RunEdit, WhatIsNotUnderstoodIsNamedAndNothingIsWritten) {
     const std::pair<const char*, const char*> cases[] = {
-        {"Nobody.mass=1 kg", "\"Nobody\""}, {"BoskVeld.weight=1 kg", "\"weight\""},
-        {"BoskVeld.mass=1 parsec", "unit"}, {"BoskVeld.mass=heavy", "\"heavy\" is not a number"},
-        {"BoskVeld.mass", "\"=\""},         {"BoskVeld.trail=blue", "\"blue\""},
-        {"epoch.cutoff=0.5", "cannot be"},  {"epoch.order=7", "cannot be"},
-        {"BoskVeld.r=1 2 km", "number"},    {"BoskVeld.relative-to=BoskVeld", "cannot be"},
+        {"Nobody.mass=1 kg", "\"Nobody\""},
+        {"BoskVeld.weight=1 kg", "\"weight\""},
+        {"BoskVeld.mass=1 parsec", "unit"},
+        {"BoskVeld.mass=heavy", "\"heavy\" is not a number"},
+        {"BoskVeld.mass", "\"=\""},
+        {"BoskVeld.trail=blue", "\"blue\""},
+        {"epoch.cutoff=0.5", "cannot be"},
+        {"epoch.order=7", "cannot be"},
+        {"animation.segment-length=0", "cannot be"},
+        {"BoskVeld.r=1 2 km", "number"},
+        {"BoskVeld.relative-to=BoskVeld", "cannot be"},
     };
     for (const auto& [edit, complaint] : cases) {
         const Outcome outcome = RunProgram(
@@ -65,6 +71,13 @@ TEST_F(RunEdit, EditsOfARecordGoIntoACopyThatIsListedAndSaved) {
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     const Outcome listing = RunProgram({"--epochs", Path("edited")});
     EXPECT_EQ(outcome.out, listing.out);
+    EXPECT_EQ(RunProgram({"--epochs", "--edit", "animation.updates-per-second=25", "-o",
+                          Path("slow"), Path("edited")})
+                  .status,
+              0);
+    float updates = 0.0f;
+    EXPECT_EQ(GetRecord(Path("slow")).FindFloat("Updates per sec", &updates), B_OK);
+    EXPECT_EQ(updates, 25.0f);
     // Genesis, the run's epoch and the edited copy of it, in focus.
     EXPECT_EQ(std::count(listing.out.begin(), listing.out.end(), '\n'), 3);
     EXPECT_NE(listing.out.find("* "), std::string::npos);

@@ -1,9 +1,9 @@
 // Documents that a run writes, and how runs are stopped.
-#include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <fstream>
 #include <utility>
 

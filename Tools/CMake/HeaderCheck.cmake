@@ -1,8 +1,12 @@
 # orvek_header_check(FLOOR...): the target `header_check` compiles every header of these floors alone (and
-# twice, to see its guard), with the include path of its floor and nothing more. Not built by default.
+# twice, to see its guard), with the include path of its floor and nothing more. Not built by default; a
+# floor that is not built is passed over.
 function(orvek_header_check)
     add_custom_target(header_check)
     foreach(floor IN LISTS ARGN)
+        if(NOT TARGET ${floor})
+            continue()
+        endif()
         get_target_property(headers ${floor} SOURCES)
         list(FILTER headers INCLUDE REGEX "\\.h$")
         set(sources "")
@@ -15,7 +19,8 @@ function(orvek_header_check)
         endforeach()
         if(sources)
             add_library(header_check_${floor} OBJECT EXCLUDE_FROM_ALL ${sources})
-            target_link_libraries(header_check_${floor} PRIVATE ${floor})
+            get_target_property(links ${floor} LINK_LIBRARIES)
+            target_link_libraries(header_check_${floor} PRIVATE ${floor} ${links})
             add_dependencies(header_check header_check_${floor})
         endif()
     endforeach()

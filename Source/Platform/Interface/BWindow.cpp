@@ -144,7 +144,8 @@ void BWindow::MoveTo(BPoint leftTop) {
     BRect& frame = part_->state.frame;
     frame = {leftTop.x, leftTop.y, leftTop.x + frame.Width(), leftTop.y + frame.Height()};
     ChangeWindow(part_, [=](WindowPart& part) {
-        part.Widget()->move(static_cast<int>(leftTop.x), static_cast<int>(leftTop.y));
+        const QPoint place(static_cast<int>(leftTop.x), static_cast<int>(leftTop.y));
+        part.Widget()->setGeometry(QRect(place, part.Widget()->size()));
     });
 }
 

@@ -86,10 +86,19 @@ void CanvasView::ResizeTo(float width, float height, double scale) {
 void CanvasView::CoverBounds() {
     const double scale = CanvasServer().GetPlace().scale;
     const BRect shown = Bounds();
+    const BRect before = canvas_.Bounds();
+    const bool isCovered = shown.right < shown.left || Contains(before, shown);
+    if (isCovered && canvas_.Scale() == scale) return;
+    // Both layers change alike: what was the same in them still is.
+    const bool wasDamaged = !canvas_.Damage().IsEmpty();
     canvas_.SetScale(scale);
     picture_.SetScale(scale);
+    if (!isCovered) Grow(shown);
+    if (!wasDamaged) canvas_.ClearDamage();
+}
+
+void CanvasView::Grow(BRect shown) {
     const BRect before = canvas_.Bounds();
-    if (shown.right < shown.left || Contains(before, shown)) return;
     const bool isFirst = before.right < before.left;
     const BRect bounds =
         isFirst ? shown : Common(Union(before, Grown(shown, kSlack)), Grown(shown, kMaxReach));
@@ -182,7 +191,6 @@ void CanvasView::HandleInput() {
             KeyDown(*key);
         } else {
             CoverBounds();
-            SyncLayers();
             FrameResized(Bounds());
             Sync();
         }

@@ -99,6 +99,7 @@ private:
     [[nodiscard]] CanvasPart& CanvasServer() const;
     void HandleInput();
     void CoverBounds();
+    void Grow(BRect shown);
 
     Canvas canvas_;
     Canvas picture_;

@@ -26,6 +26,7 @@ void PopUpButton::showPopup() {
     menu_->setMinimumWidth(width());
     QAction* const marked = Marked();
     menu_->popup(mapToGlobal(marked == nullptr ? QPoint(0, height()) : QPoint(0, 0)), marked);
+    if (marked != nullptr) menu_->setActiveAction(marked);
 }
 
 void PopUpButton::keyPressEvent(QKeyEvent* event) {

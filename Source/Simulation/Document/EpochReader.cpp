@@ -106,6 +106,7 @@ DocumentError ReadEpochs(const BMessage& record, std::vector<std::unique_ptr<AbE
     if (!links.Resolve()) return DocumentError::Content(kTextNestedTooDeeply);
     // The raw pointers stay good while the owners below take the epochs over one by one.
     std::vector<AbEpoch*> epochs;
+    epochs.reserve(entries.size());
     for (const FlatEntry& entry : entries)
         epochs.push_back(entry.epoch.get());
     for (std::size_t i = 0; i < entries.size(); i++) {

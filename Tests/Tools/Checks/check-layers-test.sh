@@ -80,6 +80,11 @@ for include in '<QString>' '<QtCore/QString>' '"qglobal.h"'; do
     expect_fault "qt$number" 'Source/Run/Main.cpp:1: floor run includes Qt: '
 done
 
+# One floor is the bridge to Qt; those above it go by way of it.
+good bridge
+file bridge "Source/Interface Widgets/Box.cpp" '#include <QLabel>'
+expect_fault bridge 'Source/Interface Widgets/Box.cpp:1: floor widgets includes Qt: QLabel'
+
 good homeless
 file homeless "Source/Elsewhere/Lost.h" '#pragma once'
 expect_fault homeless 'Source/Elsewhere/Lost.h: belongs to no floor'
