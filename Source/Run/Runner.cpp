@@ -241,8 +241,10 @@ RunSummary Runner::Summarize() {
 int Runner::PrintText(const std::string& path, const std::string& text) {
     OutputFile out;
     int error = out.Open(path);
-    out.Write(text);
-    error = out.Close();
+    if (error == 0) {
+        out.Write(text);
+        error = out.Close();
+    }
     return error == 0 ? kDone : Fail(path, std::strerror(error));
 }
 

@@ -25,8 +25,11 @@ void RunOnMainThread(const std::function<void()>& job) {
     gJobDone.acquire();
 }
 
-void RenewServer() {
+void EndServer() {
     gServer.reset();
+}
+
+void StartServer() {
     gServer = std::make_unique<WindowServer>(gArgumentCount, gArguments,
                                              WindowServer::Screen::kOffscreen);
 }
@@ -34,7 +37,7 @@ void RenewServer() {
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     gArguments = argv;
-    RenewServer();
+    StartServer();
     int result = 1;
     std::thread tests([&result] {
         result = RUN_ALL_TESTS();

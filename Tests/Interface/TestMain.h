@@ -4,7 +4,8 @@
 
 #include <functional>
 
-// Has the main thread end the server's event loop, do this, and go on. The job may end the server.
+// Has the main thread leave the server's event loop, do this, and go on.
 void RunOnMainThread(const std::function<void()>& job);
-// For such a job: ends the server and makes another.
-void RenewServer();
+// For such a job, which must leave a server behind.
+void EndServer();
+void StartServer();

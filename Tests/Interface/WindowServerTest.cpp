@@ -135,24 +135,27 @@ TEST(WindowServer, MeasuresItsLongestTurn) {
 }
 
 TEST(WindowServer, AskersGetTheDefaultWhenItEnds) {
-    std::atomic<bool> isEnding{false};
+    constexpr int kAskers = 4;
     std::atomic<int> answered{0};
-    std::atomic<int> refused{0};
+    std::counting_semaphore<kAskers> refused{0};
     std::vector<std::thread> askers;
-    for (int t = 0; t < 4; t++)
+    for (int t = 0; t < kAskers; t++)
         askers.emplace_back([&] {
-            while (!isEnding || refused < 100)
-                (WindowServer::Ask([] { return 1; }, 2) == 1 ? answered : refused)++;
+            while (WindowServer::Ask([] { return true; }))
+                answered++;
+            refused.release();
         });
+    while (answered < 1000)
+        WindowServer::Perform([] {});
     RunOnMainThread([&] {
-        isEnding = true;
-        RenewServer();
-        // The new server answers only when it runs; the rest is asked of it.
-        refused += 100;
+        EndServer();
+        EXPECT_FALSE(WindowServer::Queue([] {}));
+        for (int t = 0; t < kAskers; t++)
+            refused.acquire();
+        StartServer();
     });
     for (std::thread& asker : askers)
         asker.join();
-    EXPECT_GT(answered, 0);
     EXPECT_TRUE(WindowServer::Ask([] { return true; }));
 }
 

@@ -225,8 +225,12 @@ void BMenu::Changed(const BMessage& message) {
     message.FindInt64("item", &id);
     const auto found = std::find_if(items_.begin(), items_.end(),
                                     [id](const auto& item) { return item->part_->Id() == id; });
-    // It was removed or disabled after the user had chosen it.
-    if (found == items_.end() || !(*found)->IsEnabled()) return;
+    if (found == items_.end() || !(*found)->IsEnabled()) {
+        // It was removed or disabled after the user had chosen it: the marks are as they were.
+        for (const auto& item : items_)
+            item->UpdatePart();
+        return;
+    }
     if (isRadioMode_) (*found)->SetMarked(true);
     (*found)->Invoke();
 }

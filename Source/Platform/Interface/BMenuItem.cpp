@@ -119,8 +119,11 @@ void BMenuItem::SetIcon(const BBitmap* icon) {
 void BMenuItem::UpdatePart() {
     if (menu_ == nullptr) return;
     const MenuItemPart::Look look{ToLabel(label_),
-                                  ToSequence(static_cast<uint8>(shortcut_), modifiers_), isEnabled_,
-                                  isMarked_, isMarked_ || menu_->IsRadioMode()};
+                                  ToSequence(static_cast<uint8>(shortcut_), modifiers_),
+                                  isEnabled_,
+                                  isMarked_,
+                                  isMarked_ || menu_->IsRadioMode(),
+                                  menu_->IsRadioMode()};
     WindowServer::Queue([part = part_, look] { part->SetLook(look); });
 }
 

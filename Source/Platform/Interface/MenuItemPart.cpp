@@ -1,5 +1,6 @@
 #include "MenuItemPart.h"
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QPixmap>
 #include <atomic>
@@ -9,6 +10,12 @@ namespace {
 int64 NewId() {
     static std::atomic<int64> last{0};
     return ++last;
+}
+
+// The group of a menu's items that exclude each other.
+QActionGroup* MarksOf(QObject& menu) {
+    auto* const group = menu.findChild<QActionGroup*>(QString(), Qt::FindDirectChildrenOnly);
+    return group != nullptr ? group : new QActionGroup(&menu);
 }
 
 }  // namespace
@@ -33,8 +40,9 @@ void MenuItemPart::Insert(ViewPart& menu, int32 index, ViewPart* submenu) {
 }
 
 void MenuItemPart::Chosen(const ViewPart& menu) const {
-    // The toolkit has turned the mark over; that is for the menu to decide.
-    if (action_ != nullptr) action_->setChecked(look_.isMarked);
+    // The toolkit has turned the mark over; that is for the menu to decide. Among those of which
+    // one is marked the menu will decide the same.
+    if (action_ != nullptr && !look_.isRadio) action_->setChecked(look_.isMarked);
     BMessage message(kViewChanged);
     message.AddInt64("item", id_);
     menu.Tell(message);
@@ -65,6 +73,7 @@ void MenuItemPart::ShowLook() {
     action_->setShortcut(look_.shortcut);
     action_->setEnabled(look_.isEnabled);
     action_->setCheckable(look_.isMarkable);
+    action_->setActionGroup(look_.isRadio ? MarksOf(*action_->parent()) : nullptr);
     action_->setChecked(look_.isMarked);
     action_->setIcon(icon_);
     action_->setIconVisibleInMenu(!icon_.isNull());

@@ -17,6 +17,7 @@ public:
         bool isEnabled = true;
         bool isMarked = false;
         bool isMarkable = false;
+        bool isRadio = false;  // one of several that exclude each other
     };
 
     explicit MenuItemPart(bool isSeparator);

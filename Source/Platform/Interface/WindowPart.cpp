@@ -114,7 +114,7 @@ void WindowPart::Create(BRect frame, const QString& title, ViewPart& root) {
     layout->addWidget(root.Widget());
     wantsPreferredSize_ = frame.right < frame.left || frame.bottom < frame.top;
     if (wantsPreferredSize_)
-        widget_->move(static_cast<int>(frame.left), static_cast<int>(frame.top));
+        widget_->setGeometry(static_cast<int>(frame.left), static_cast<int>(frame.top), 1, 1);
     else
         SetFrame(frame);
 }

@@ -44,18 +44,17 @@ void SimulationDocument::RemoveConsumer(ReportConsumer* consumer) {
     std::erase(consumers_, consumer);
 }
 
+// The epochs first: only they can be refused.
 DocumentError SimulationDocument::Load(const BMessage& record) {
-    if (DocumentError error = CheckRecord(record); error.Failed()) return error;
-    std::vector<std::unique_ptr<AbEpoch>> epochs;
-    if (DocumentError error = ReadEpochs(record, &epochs); error.Failed()) return error;
-    if (DocumentError error = CheckEpochs(epochs); error.Failed()) return error;
     portal_.Broadcast(false);
-    FindSimInfo(record);
-    InstallEpochs(std::move(epochs), record);
-    windowFields_ = ExtractWindowFields(record);
+    const DocumentError error = FindEpochs(record);
+    if (!error.Failed()) {
+        FindSimInfo(record);
+        windowFields_ = ExtractWindowFields(record);
+    }
     portal_.Broadcast(true);
-    portal_.TellObservers(kEverythingChanged);
-    return {};
+    if (!error.Failed()) portal_.TellObservers(kEverythingChanged);
+    return error;
 }
 
 DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
@@ -78,8 +77,10 @@ void SimulationDocument::FindSimInfo(const BMessage& record) {
 }
 
 DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
+    if (DocumentError error = CheckRecord(record); error.Failed()) return error;
     std::vector<std::unique_ptr<AbEpoch>> epochs;
     if (DocumentError error = ReadEpochs(record, &epochs); error.Failed()) return error;
+    if (DocumentError error = CheckEpochs(epochs); error.Failed()) return error;
     InstallEpochs(std::move(epochs), record);
     return {};
 }

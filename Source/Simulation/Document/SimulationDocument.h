@@ -41,7 +41,8 @@ public:
     // portal's read lock.
     DocumentError Store(BMessage* record, bool allEpochs);
 
-    // The groups of a record, in the order in which they are read and written.
+    // The groups of a record, in the order in which they are written. Epochs that cannot be used
+    // change nothing.
     void FindSimInfo(const BMessage& record);
     DocumentError FindEpochs(const BMessage& record);
     [[nodiscard]] status_t SetEpochs(BMessage* record, bool allEpochs) const;
