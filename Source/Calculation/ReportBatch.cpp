@@ -1,20 +1,19 @@
 #include "ReportBatch.h"
 
-namespace {
+#include <algorithm>
 
-// To that size exactly: a vector left to itself would reserve twice as much.
-void Grow(std::vector<double>* array, std::size_t size) {
-    if (size <= array->size()) return;
-    array->reserve(size);
-    array->resize(size);
+void ReportBatch::Array::Grow(std::size_t size, std::size_t used) {
+    if (size <= capacity) return;
+    auto larger = std::make_unique_for_overwrite<double[]>(size);
+    std::copy_n(data.get(), used, larger.get());
+    data = std::move(larger);
+    capacity = size;
 }
-
-}  // namespace
 
 void ReportBatch::SetSize(int32 bodies, int32 reports) {
     bodies_ = static_cast<std::size_t>(bodies);
     const auto count = static_cast<std::size_t>(reports);
-    Grow(&times_, count);
-    Grow(&positions_, 3 * bodies_ * count);
-    Grow(&velocities_, 3 * bodies_ * count);
+    times_.Grow(count, nextTime_);
+    positions_.Grow(3 * bodies_ * count, nextPosition_);
+    velocities_.Grow(3 * bodies_ * count, nextPosition_);
 }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
+#include <memory>
 
 #include "SupportDefs.h"
 
@@ -28,24 +28,24 @@ public:
 
     // Appends one report. There is no bounds check: nobody makes more than SetSize has room for.
     void Add(double time, const BodyArrays& bodies) {
-        times_[nextTime_++] = time;
-        Interleave(bodies.position, positions_.data() + nextPosition_);
-        Interleave(bodies.velocity, velocities_.data() + nextPosition_);
+        times_.data[nextTime_++] = time;
+        Interleave(bodies.position, positions_.data.get() + nextPosition_);
+        Interleave(bodies.velocity, velocities_.data.get() + nextPosition_);
         nextPosition_ += 3 * bodies_;
     }
 
     // Report k: times[k], and body i's coordinates at k * stride + 3i ... 3i + 2, where the stride
     // is three times the number of bodies.
-    [[nodiscard]] double* Times() { return times_.data(); }
-    [[nodiscard]] double* Positions() { return positions_.data(); }
-    [[nodiscard]] double* Velocities() { return velocities_.data(); }
-    [[nodiscard]] const double* Times() const { return times_.data(); }
-    [[nodiscard]] const double* Positions() const { return positions_.data(); }
-    [[nodiscard]] const double* Velocities() const { return velocities_.data(); }
+    [[nodiscard]] double* Times() { return times_.data.get(); }
+    [[nodiscard]] double* Positions() { return positions_.data.get(); }
+    [[nodiscard]] double* Velocities() { return velocities_.data.get(); }
+    [[nodiscard]] const double* Times() const { return times_.data.get(); }
+    [[nodiscard]] const double* Positions() const { return positions_.data.get(); }
+    [[nodiscard]] const double* Velocities() const { return velocities_.data.get(); }
 
     // In doubles; the position capacity is that of each of the two coordinate arrays.
-    [[nodiscard]] std::size_t TimeCapacity() const { return times_.size(); }
-    [[nodiscard]] std::size_t PositionCapacity() const { return positions_.size(); }
+    [[nodiscard]] std::size_t TimeCapacity() const { return times_.capacity; }
+    [[nodiscard]] std::size_t PositionCapacity() const { return positions_.capacity; }
 
 private:
     void Interleave(const double* const axes[3], double* __restrict out) const {
@@ -59,9 +59,18 @@ private:
         }
     }
 
-    std::vector<double> times_;
-    std::vector<double> positions_;
-    std::vector<double> velocities_;
+    // Memory that is not filled is not touched: with very many bodies a batch seldom gets full.
+    struct Array {
+        std::unique_ptr<double[]> data;
+        std::size_t capacity = 0;
+
+        // Keeps the first `used` numbers.
+        void Grow(std::size_t size, std::size_t used);
+    };
+
+    Array times_;
+    Array positions_;
+    Array velocities_;
     std::size_t bodies_ = 0;
     std::size_t nextTime_ = 0;
     std::size_t nextPosition_ = 0;

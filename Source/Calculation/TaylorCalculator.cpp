@@ -10,6 +10,12 @@ namespace {
 
 constexpr int32 kLeastOrder = 2;
 constexpr int32 kMostOrder = 4;
+// A batch of slow steps is handed over after this time, however few reports it holds, so that
+// consumers stay up to date. Results do not depend on how a run is cut into batches.
+constexpr bigtime_t kLongestSlowBatch = 100'000;  // us
+// Steps of so many interactions take longer than it takes to look at the clock.
+constexpr int64 kSlowInteractions = 10'000;
+
 constexpr const char* kIterationField = "Iter";
 constexpr const char* kMaxOrderField = "MaxOrd";
 
@@ -47,8 +53,11 @@ void TaylorCalculator::Recache() {
 int32 TaylorCalculator::Calculate() {
     AnchorTime();
     const int32 most = ReportsPerDraw();
+    const bool slow = int64{CountBodies()} * CountMassiveBodies() >= kSlowInteractions;
+    const bigtime_t start = slow ? system_time() : 0;
     int32 reports = 0;
     while (reports < most && !ShouldStop()) {
+        if (slow && reports > 0 && system_time() - start > kLongestSlowBatch) break;
         const ForceEvaluator::Result result = evaluator_.Evaluate(order_, Stop());
         if (result == ForceEvaluator::Result::kStopped) break;
         if (result == ForceEvaluator::Result::kCollision) {
