@@ -1,5 +1,6 @@
-// The units that quantities are shown in where a document names none: factors in SI units (masses as
-// GM). Set at start-up by whoever reads the user's preferences, read-only while documents are open.
+// The units that quantities are shown in where a document names none: factors in SI units (masses
+// as GM). Set at start-up by whoever reads the user's preferences, read-only while documents are
+// open.
 #pragma once
 
 extern double POSITION_UVAL_PREF;  // m

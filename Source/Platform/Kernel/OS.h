@@ -55,5 +55,6 @@ status_t wait_for_thread(thread_id thread, status_t* result);
 [[nodiscard]] bigtime_t system_time();
 status_t snooze(bigtime_t microseconds);
 
-// Prints the text to standard error and stops the program with a trap: a programming error was found.
+// Prints the text to standard error and stops the program with a trap: a programming error was
+// found.
 [[noreturn]] void debugger(const char* text);

@@ -18,7 +18,7 @@ constexpr int32 kTimeUnits = 1300;
 // The texts of the windows come in runs, one for every hundred numbers; a run ends where a number
 // is missing. Above them every text counts.
 constexpr int32 kFirstRun = 1500;
-constexpr int32 kLastRun = 3200;
+constexpr int32 kLastRun = 3900;
 constexpr int32 kRunDistance = 100;
 constexpr int32 kFirstFreeLabel = 4000;
 

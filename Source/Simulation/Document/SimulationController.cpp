@@ -82,6 +82,7 @@ std::unique_ptr<Body> SimulationController::MakeBody() {
 
     const std::vector<Body*> others = Portal()->BodiesInMassOrder();
     std::vector<rgb_color> inUse;
+    inUse.reserve(others.size());
     for (const Body* body : others)
         inUse.push_back(body->DiscColor());
     const rgb_color color = BodyColors::Next(index, inUse);
