@@ -81,7 +81,7 @@ TEST(Canvas, ManyPiecesLookLikeOneLine) {
             pieces.AddLine(at(i), at(i + 1), kWhite);
         pieces.EndLineArray();
     }
-    EXPECT_LT(LargestDifference(whole, pieces), 24);
+    EXPECT_LT(LargestDifference(whole, pieces), 48);
     // Another colour covers what is there.
     DrawLine(&pieces, {5, 10}, {90, 75}, kRed);
     EXPECT_EQ(pieces.PixelAt({22, 23}), kRed);

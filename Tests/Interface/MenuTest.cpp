@@ -140,7 +140,8 @@ TEST(Menu, ItemsKeepTheirPlaces) {
     EXPECT_TRUE(menu.AddItem(a));
     EXPECT_TRUE(menu.AddItem(b, 0));
     EXPECT_FALSE(menu.AddItem(a));
-    EXPECT_FALSE(menu.AddItem(new BMenu("too far"), 7));
+    BMenu tooFar("too far");
+    EXPECT_FALSE(menu.AddItem(&tooFar, 7));
     EXPECT_EQ(menu.IndexOf(a), 1);
     EXPECT_EQ(menu.RemoveItem(0), b);
     EXPECT_EQ(b->Menu(), nullptr);

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <mutex>
 
 #include "AppDefs.h"
 #include "BMessage.h"
@@ -17,6 +18,16 @@ class FieldPart : public ViewPart {
 public:
     PopUpButton* button = nullptr;
     QLabel* title = nullptr;
+
+    // Any thread. A menu that is being filled changes its field with each item; the last change
+    // counts.
+    void SetTexts(const QString& shown, const QStringList& all) {
+        const std::lock_guard lock(mutex_);
+        shown_ = shown;
+        all_ = all;
+        if (isQueued_) return;
+        isQueued_ = WindowServer::Queue([part = shared_from_this(), this] { ShowTexts(); });
+    }
 
     void SetLabel(const QString& label) const {
         title->setText(label);
@@ -37,6 +48,18 @@ protected:
         widget->setFocusProxy(button);
         return widget;
     }
+
+private:
+    void ShowTexts() {
+        const std::lock_guard lock(mutex_);
+        isQueued_ = false;
+        if (Widget() != nullptr) button->SetTexts(shown_, all_);
+    }
+
+    std::mutex mutex_;
+    QString shown_;
+    QStringList all_;
+    bool isQueued_ = false;
 };
 
 }  // namespace
@@ -124,5 +147,5 @@ void BMenuField::UpdateText() {
         for (int32 i = 0; i < Menu()->CountItems(); i++)
             all.append(ToText(Menu()->ItemAt(i)->MarkedLabel()));
     }
-    ChangePart<FieldPart>(Part(), [=](FieldPart& part) { part.button->SetTexts(shown, all); });
+    static_cast<FieldPart&>(*Part()).SetTexts(shown, all);
 }

@@ -64,9 +64,8 @@ Canvas::Canvas(BRect bounds, rgb_color background, double scale)
 void Canvas::SetBounds(BRect bounds) {
     if (bounds == bounds_) return;
     Canvas other(bounds, background_, scale_);
-    const IntPoint to{origin_.x - other.origin_.x, origin_.y - other.origin_.y};
-    other.pixels_.Copy(pixels_, pixels_.Bounds(), to);
-    if (strokes_.Height() > 0) other.Strokes().Copy(strokes_, strokes_.Bounds(), to);
+    other.pixels_.Copy(pixels_, pixels_.Bounds(),
+                       {origin_.x - other.origin_.x, origin_.y - other.origin_.y});
     *this = std::move(other);
 }
 
@@ -89,31 +88,27 @@ IntRect Canvas::DeviceRect(BRect rect) const {
     return DevicePixels(rect, scale_).MovedBy({-origin_.x, -origin_.y});
 }
 
-PixelBuffer& Canvas::Strokes() {
-    if (strokes_.Height() != pixels_.Height())
-        strokes_ = PixelBuffer(pixels_.Width(), pixels_.Height(), 0);
-    return strokes_;
-}
-
-void Canvas::ForgetStrokes(const IntRect& area) {
-    if (strokes_.Height() > 0) strokes_.Fill(area, 0);
-}
-
 void Canvas::BeginLineArray(int32 count) {
     lines_.clear();
     lines_.reserve(static_cast<std::size_t>(std::max(count, 0)));
 }
 
 void Canvas::EndLineArray() {
-    Rasterizer rasterizer(pixels_, Strokes());
+    Rasterizer rasterizer(pixels_);
     const double width = std::max(scale_, 1.0);
+    rgb_color color;
+    rasterizer.SetColor(ToPixel(color));
     for (const Line& line : lines_) {
-        if (!IsFinite(line.from) || !IsFinite(line.to)) continue;
         const double x0 = DeviceX(line.from.x);
         const double y0 = DeviceY(line.from.y);
         const double x1 = DeviceX(line.to.x);
         const double y1 = DeviceY(line.to.y);
-        const IntRect drawn = rasterizer.DrawLine(x0, y0, x1, y1, width, ToPixel(line.color));
+        if (!std::isfinite(x0 + y0 + x1 + y1)) continue;
+        if (line.color != color) {
+            color = line.color;
+            rasterizer.SetColor(ToPixel(color));
+        }
+        const IntRect drawn = rasterizer.DrawLine(x0, y0, x1, y1, width);
         if (!drawn.IsEmpty()) AddLineDamage(&damage_, drawn, x0, y0, x1, y1, width);
     }
     lines_.clear();
@@ -126,22 +121,21 @@ void Canvas::Fill(rgb_color color) {
 void Canvas::FillRect(BRect rect, rgb_color color) {
     const IntRect area = DeviceRect(rect);
     pixels_.Fill(area, ToPixel(color));
-    ForgetStrokes(area);
     damage_.Add(area);
 }
 
 void Canvas::DrawDisc(BPoint center, float radius, rgb_color color) {
     if (!IsFinite(center) || !std::isfinite(radius)) return;
-    Rasterizer rasterizer(pixels_, Strokes());
+    Rasterizer rasterizer(pixels_);
     const double size = std::max(static_cast<double>(radius), 0.5) * scale_;
-    damage_.Add(rasterizer.DrawDisc(DeviceX(center.x), DeviceY(center.y), size, ToPixel(color)));
+    rasterizer.SetColor(ToPixel(color));
+    damage_.Add(rasterizer.DrawDisc(DeviceX(center.x), DeviceY(center.y), size));
 }
 
 void Canvas::DrawString(const std::string& text, BPoint where, rgb_color color) {
     if (!IsFinite(where)) return;
     const IntRect area =
         DrawText(&pixels_, text, DeviceX(where.x), DeviceY(where.y), scale_, color);
-    ForgetStrokes(area);
     damage_.Add(area);
 }
 
@@ -150,16 +144,13 @@ void Canvas::CopyFrom(const Canvas& source, BRect rect) {
     if (area.IsEmpty() || source.scale_ != scale_) return;
     const IntPoint shift{origin_.x - source.origin_.x, origin_.y - source.origin_.y};
     pixels_.Copy(source.pixels_, area.MovedBy(shift), {area.left, area.top});
-    ForgetStrokes(area);
     damage_.Add(area);
 }
 
 void Canvas::CopyDamageFrom(const Canvas& source) {
     if (source.origin_ != origin_ || source.pixels_.Bounds() != pixels_.Bounds()) return;
-    for (const IntRect& area : source.damage_.Rects()) {
+    for (const IntRect& area : source.damage_.Rects())
         pixels_.Copy(source.pixels_, area, {area.left, area.top});
-        ForgetStrokes(area);
-    }
     damage_.Add(source.damage_);
 }
 
@@ -172,5 +163,7 @@ rgb_color Canvas::PixelAt(BPoint where) const {
 }
 
 status_t Canvas::SavePNG(const std::string& path) const {
-    return WritePNG(pixels_, scale_, path);
+    PixelBuffer opaque(pixels_.Width(), pixels_.Height(), 0);
+    opaque.Copy(pixels_, pixels_.Bounds(), {0, 0});
+    return WritePNG(opaque, scale_, path);
 }

@@ -76,15 +76,12 @@ private:
     [[nodiscard]] IntRect DeviceRect(BRect rect) const;
     [[nodiscard]] double DeviceX(float x) const;
     [[nodiscard]] double DeviceY(float y) const;
-    void ForgetStrokes(const IntRect& area);
-    PixelBuffer& Strokes();
 
     BRect bounds_;
     rgb_color background_;
     double scale_;
     IntPoint origin_;
     PixelBuffer pixels_;
-    PixelBuffer strokes_;  // see Rasterizer.h; made when first needed
     DamageMap damage_;
     std::vector<Line> lines_;
 };

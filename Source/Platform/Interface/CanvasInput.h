@@ -11,6 +11,8 @@ struct MouseInput {
     uint32 buttons = 0;    // B_PRIMARY_MOUSE_BUTTON ...; of a release: those that are still down
     uint32 modifiers = 0;  // B_SHIFT_KEY ...
     int32 clicks = 1;      // 2 for the second press of a double click
+    BPoint inView;         // the same place, counted from the view's left-top corner: a view that
+                           // scrolls while the mouse moves needs it
 };
 
 struct WheelInput {

@@ -58,8 +58,12 @@ void CanvasPart::Surface::Note(MouseEvent::Kind kind, const QSinglePointEvent& e
                                int32 clicks) {
     MouseEvent noted;
     noted.kind = kind;
-    noted.input = {part_.ToCanvas(event.position()), ToButtons(event.buttons()),
-                   ToModifiers(event.modifiers()), clicks};
+    noted.input = {
+        part_.ToCanvas(event.position()),
+        ToButtons(event.buttons()),
+        ToModifiers(event.modifiers()),
+        clicks,
+        {static_cast<float>(event.position().x()), static_cast<float>(event.position().y())}};
     part_.Put(noted);
 }
 
@@ -90,7 +94,9 @@ void CanvasPart::Surface::enterEvent(QEnterEvent* event) {
 void CanvasPart::Surface::leaveEvent(QEvent* /*event*/) {
     MouseEvent noted;
     noted.kind = MouseEvent::Kind::kExited;
-    noted.input.where = part_.ToCanvas(mapFromGlobal(QCursor::pos()));
+    const QPoint at = mapFromGlobal(QCursor::pos());
+    noted.input.where = part_.ToCanvas(at);
+    noted.input.inView = {static_cast<float>(at.x()), static_cast<float>(at.y())};
     part_.Put(noted);
 }
 

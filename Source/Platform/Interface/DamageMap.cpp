@@ -3,23 +3,9 @@
 DamageMap::DamageMap(int32 width, int32 height)
     : width_(width),
       height_(height),
-      columns_((width + kTileSize - 1) / kTileSize),
-      rows_((height + kTileSize - 1) / kTileSize),
-      tiles_(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_), 0) {}
-
-void DamageMap::Add(const IntRect& rect) {
-    const IntRect area = Intersection(rect, {0, 0, width_, height_});
-    if (area.IsEmpty()) return;
-    const int32 firstColumn = area.left / kTileSize;
-    const int32 lastColumn = (area.right - 1) / kTileSize;
-    const int32 lastRow = (area.bottom - 1) / kTileSize;
-    for (int32 row = area.top / kTileSize; row <= lastRow; row++) {
-        uint8* const tiles =
-            &tiles_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_)];
-        std::fill(tiles + firstColumn, tiles + lastColumn + 1, uint8{1});
-    }
-    isEmpty_ = false;
-}
+      columns_(TileOf(width + kTileSize - 1)),
+      rows_(TileOf(height + kTileSize - 1)),
+      tiles_(std::size_t{columns_} * rows_, 0) {}
 
 void DamageMap::Add(const DamageMap& other) {
     if (other.width_ != width_ || other.height_ != height_) return AddAll();
@@ -42,18 +28,17 @@ std::vector<IntRect> DamageMap::Rects() const {
     std::vector<IntRect> rects;
     if (isEmpty_) return rects;
     std::size_t above = 0;  // the first run of the row above
-    for (int32 row = 0; row < rows_; row++) {
-        const uint8* const tiles =
-            &tiles_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_)];
-        const int32 top = row * kTileSize;
+    for (uint32 row = 0; row < rows_; row++) {
+        const uint8* const tiles = &tiles_[std::size_t{row} * columns_];
+        const auto top = static_cast<int32>(row) * kTileSize;
         const int32 bottom = std::min(top + kTileSize, height_);
         const std::size_t first = rects.size();
-        for (int32 column = 0; column < columns_; column++) {
+        for (uint32 column = 0; column < columns_; column++) {
             if (tiles[column] == 0) continue;
-            const int32 left = column * kTileSize;
+            const auto left = static_cast<int32>(column) * kTileSize;
             while (column < columns_ && tiles[column] != 0)
                 column++;
-            const int32 right = std::min(column * kTileSize, width_);
+            const auto right = std::min(static_cast<int32>(column) * kTileSize, width_);
             rects.push_back({left, top, right, bottom});
         }
         // A row with the same runs as the one above only makes those taller.

@@ -14,7 +14,17 @@ public:
     DamageMap(int32 width, int32 height);
 
     // Parts outside the picture do not count.
-    void Add(const IntRect& rect);
+    void Add(const IntRect& rect) {
+        const IntRect area = Intersection(rect, {0, 0, width_, height_});
+        if (area.IsEmpty()) return;
+        isEmpty_ = false;
+        const uint32 left = TileOf(area.left);
+        const uint32 right = TileOf(area.right - 1);
+        const uint32 bottom = TileOf(area.bottom - 1);
+        for (uint32 row = TileOf(area.top); row <= bottom; row++)
+            for (uint32 column = left; column <= right; column++)
+                tiles_[std::size_t{row} * columns_ + column] = 1;
+    }
     void Add(const DamageMap& other);
     void AddAll();
     void Clear();
@@ -25,10 +35,14 @@ public:
     [[nodiscard]] std::vector<IntRect> Rects() const;
 
 private:
+    [[nodiscard]] static uint32 TileOf(int32 pixel) {
+        return static_cast<uint32>(pixel) / uint32{kTileSize};
+    }
+
     int32 width_ = 0;
     int32 height_ = 0;
-    int32 columns_ = 0;
-    int32 rows_ = 0;
+    uint32 columns_ = 0;
+    uint32 rows_ = 0;
     bool isEmpty_ = true;
     std::vector<uint8> tiles_;
 };

@@ -18,6 +18,7 @@ void PixelBuffer::Copy(const PixelBuffer& source, const IntRect& area, IntPoint 
         Intersection(Intersection(area, source.Bounds()), Bounds().MovedBy({-shift.x, -shift.y}));
     if (from.IsEmpty()) return;
     for (int32 y = from.top; y < from.bottom; y++)
-        std::copy(source.Row(y) + from.left, source.Row(y) + from.right,
-                  Row(y + shift.y) + from.left + shift.x);
+        std::transform(source.Row(y) + from.left, source.Row(y) + from.right,
+                       Row(y + shift.y) + from.left + shift.x,
+                       [](Pixel pixel) { return pixel | kOpaque; });
 }

@@ -1,4 +1,5 @@
-// Rows of opaque pixels, 0xffRRGGBB, and rectangles of whole device pixels (right and bottom are
+// Rows of opaque pixels, 0xffRRGGBB (in the highest byte a Rasterizer may keep something of its own
+// until the pixel is copied), and rectangles of whole device pixels (right and bottom are
 // the first ones outside). Plain values.
 #pragma once
 
@@ -10,9 +11,11 @@
 
 using Pixel = uint32;
 
+inline constexpr Pixel kOpaque = 0xff000000u;
+
 [[nodiscard]] constexpr Pixel ToPixel(rgb_color color) {
-    return 0xff000000u | static_cast<uint32>(color.red) << 16 |
-           static_cast<uint32>(color.green) << 8 | color.blue;
+    return kOpaque | static_cast<uint32>(color.red) << 16 | static_cast<uint32>(color.green) << 8 |
+           color.blue;
 }
 
 [[nodiscard]] constexpr rgb_color ToColor(Pixel pixel) {
@@ -36,6 +39,10 @@ struct IntRect {
     [[nodiscard]] int32 Width() const { return right - left; }
     [[nodiscard]] int32 Height() const { return bottom - top; }
     [[nodiscard]] bool IsEmpty() const { return right <= left || bottom <= top; }
+    // The right and lower edges count as inside.
+    [[nodiscard]] bool Contains(double x, double y) const {
+        return x >= left && x <= right && y >= top && y <= bottom;
+    }
     [[nodiscard]] IntRect MovedBy(IntPoint by) const {
         return {left + by.x, top + by.y, right + by.x, bottom + by.y};
     }
@@ -59,7 +66,7 @@ public:
     [[nodiscard]] const Pixel* Row(int32 y) const { return pixels_.data() + Offset(y); }
 
     void Fill(const IntRect& rect, Pixel pixel);
-    // Puts `area` of `source` to `to`; clips to both.
+    // Puts `area` of `source` to `to`, made opaque; clips to both.
     void Copy(const PixelBuffer& source, const IntRect& area, IntPoint to);
 
 private:

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "BBitmap.h"
@@ -40,7 +41,8 @@ PixelBuffer ScaledPixels(const PixelBuffer& pixels, int32 width, int32 height) {
             .convertToFormat(QImage::Format_RGB32);
     for (int32 y = 0; y < height; y++) {
         const auto* const row = reinterpret_cast<const Pixel*>(scaled.constScanLine(y));
-        std::copy(row, row + width, result.Row(y));
+        std::transform(row, row + width, result.Row(y),
+                       [](Pixel pixel) { return pixel | kOpaque; });
     }
     return result;
 }

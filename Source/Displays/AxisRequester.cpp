@@ -1,0 +1,26 @@
+#include "AxisRequester.h"
+
+#include "AxisBox.h"
+#include "BMessage.h"
+#include "Display.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "RequesterButtons.h"
+#include "WindowServer.h"
+
+AxisRequester::AxisRequester(int32 axis, Display* display)
+    : BWindow(BRect{}, display->Texts().Text(kLabelChooseAxis), B_MODAL_WINDOW,
+              B_NOT_RESIZABLE | B_NOT_ZOOMABLE | B_NOT_MINIMIZABLE),
+      display_(display),
+      axes_(new AxisBox("axes", display->Texts())) {
+    axes_->SetAxis(axis);
+    AddRequesterContent(this, axes_, display, kCancel);
+}
+
+bool AxisRequester::QuitRequested() {
+    if (!IsHidden()) Hide();
+    BMessage answer(kSetAxis);
+    if (const int32 axis = axes_->Axis(); axis != 0) answer.AddInt32("Axis", axis);
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(display_)), answer);
+    return false;
+}

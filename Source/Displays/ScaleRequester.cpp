@@ -1,0 +1,103 @@
+#include "ScaleRequester.h"
+
+#include "BMessage.h"
+#include "BScreen.h"
+#include "Display.h"
+#include "DisplayContext.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "MenuArchives.h"
+#include "RequesterButtons.h"
+#include "ScaleBox.h"
+#include "WindowServer.h"
+
+namespace {
+
+// As a number of pixels.
+double Width(BRect frame) {
+    return static_cast<double>(frame.Width()) + 1.0;
+}
+
+double Height(BRect frame) {
+    return static_cast<double>(frame.Height()) + 1.0;
+}
+
+}  // namespace
+
+ScaleRequester::ScaleRequester(double scale, int32 reference, double units, Display* display,
+                               const DisplayContext& context)
+    : BWindow(BRect{}, context.texts->Text(kLabelChooseScale), B_MODAL_WINDOW,
+              B_NOT_RESIZABLE | B_NOT_ZOOMABLE | B_NOT_MINIMIZABLE),
+      display_(display),
+      box_(new ScaleBox("scale", *context.texts, context.distanceUnits,
+                        context.menus->DistanceUnitMenuArchive())),
+      scale_(scale) {
+    AddRequesterContent(this, box_, display, kCancel);
+    box_->SetReference(reference);
+    box_->Length().SetUval(units);
+    SetScaleRef(box_->GetReference());
+    box_->Length().MakeFocus();
+}
+
+double ScaleRequester::PixelsOf(int32 reference) const {
+    switch (reference) {
+        case ScaleBox::kScreenWidth:
+            return Width(BScreen(display_).Frame());
+        case ScaleBox::kScreenHeight:
+            return Height(BScreen(display_).Frame());
+        case ScaleBox::kWindowWidth:
+            return Width(display_->Frame());
+        case ScaleBox::kWindowHeight:
+            return Height(display_->Frame());
+        default:
+            return 1.0;
+    }
+}
+
+void ScaleRequester::SetScaleRef(int32 reference) {
+    pixels_ = PixelsOf(reference);
+    Redisplay();
+}
+
+void ScaleRequester::Redisplay() {
+    box_->Length().SetValue(pixels_ / scale_);
+}
+
+// A length that nobody has changed leaves the scale what it was, to the last bit.
+void ScaleRequester::CommitLength() {
+    const double unit = box_->Length().Uval();
+    if (box_->Length().Commit()) scale_ = pixels_ / box_->Length().Value();
+    // A unit typed behind the number was chosen as well.
+    if (box_->Length().Uval() != unit) isUnitChanged_ = true;
+}
+
+void ScaleRequester::MessageReceived(BMessage* message) {
+    switch (message->what) {
+        case ScaleBox::kReferenceChosen: {
+            int32 index = 0;
+            const bool isGiven = message->FindInt32("index", &index) == B_OK;
+            SetScaleRef(isGiven ? index + 1 : box_->GetReference());
+            break;
+        }
+        case NumberBox::kUnitChosen:
+            isUnitChanged_ = true;
+            Redisplay();
+            break;
+        case NumberBox::kNumberEntered:
+            CommitLength();
+            break;
+        default:
+            BWindow::MessageReceived(message);
+    }
+}
+
+bool ScaleRequester::QuitRequested() {
+    if (!IsHidden()) Hide();
+    CommitLength();
+    BMessage answer(kSetScale);
+    answer.AddInt32("Scale Ref", box_->GetReference());
+    if (isUnitChanged_) answer.AddDouble("Units Pref", box_->Length().Uval());
+    answer.AddDouble("Scale", scale_);
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(display_)), answer);
+    return false;
+}

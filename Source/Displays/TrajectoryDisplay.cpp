@@ -1,0 +1,75 @@
+#include "TrajectoryDisplay.h"
+
+#include "AbCalculator.h"
+#include "BScrollView.h"
+#include "ChangeFlags.h"
+#include "EpochPortal.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+
+namespace {
+
+constexpr int32 kShown = kTrailChanged | kDiscChanged | kPositionChanged | kMassOrRadiusChanged |
+                         kSystemRemoved | kSystemAdded | kCalculatorSettingsChanged;
+static_assert(kShown == 0x10c2e);
+
+}  // namespace
+
+TrajectoryDisplay::TrajectoryDisplay(BRect frame, const char* title, EpochPortal* portal,
+                                     Benaphore* done, BLooper* owner, const InterfaceTexts* texts)
+    : Display(frame, title, B_DOCUMENT_WINDOW, portal, done, owner, texts) {
+    SetKind(0, "Trajectories");
+}
+
+int32 TrajectoryDisplay::Init(const char* simulationName) {
+    if (const int32 result = Display::Init(simulationName); result != 0) return result;
+    view_ = MakeView();
+    view_->SetAccessibleName(Texts().Text(kLabelSky));
+    scrollView_ = new BScrollView("trajectories", view_);
+    scrollView_->SetStretch(1, 1);
+    AddChild(scrollView_);
+    return 0;
+}
+
+TrajectoryView* TrajectoryDisplay::MakeView() {
+    return new TrajectoryView("sky", this);
+}
+
+void TrajectoryDisplay::DisplayData() {
+    view_->DisplayData();
+}
+
+void TrajectoryDisplay::ReadData(int32 reports, double* /*times*/, double* positions,
+                                 double* /*velocities*/) {
+    if (!Lock()) return;
+    view_->ReadPositions(reports, positions);
+    Unlock();
+}
+
+void TrajectoryDisplay::Redisplay(int32 changes) {
+    if ((changes & kShown) == 0) return;
+    EpochPortal* const portal = Epoch();
+    portal->ReadLock();
+    if ((changes & kCalculatorSettingsChanged) != 0 && portal->GetCalculator() != nullptr)
+        view_->SetSegmentLength(static_cast<float>(portal->GetCalculator()->SegmentLength()));
+    const std::vector<Body*> bodies = portal->BodiesInMassOrder();
+    TakeBodies(bodies);
+    view_->Redisplay(changes & ~kCalculatorSettingsChanged, bodies);
+    portal->ReadUnlock();
+}
+
+void TrajectoryDisplay::PrepareForGo(int32 reportsPerSegment) {
+    Display::PrepareForGo(reportsPerSegment);
+    if (!Lock()) return;
+    EpochPortal* const portal = Epoch();
+    portal->ReadLock();
+    const std::vector<Body*> bodies = portal->BodiesInMassOrder();
+    TakeBodies(bodies);
+    view_->PrepareForGo(reportsPerSegment, bodies);
+    portal->ReadUnlock();
+    Unlock();
+}
+
+void TrajectoryDisplay::ScreenChanged(BRect /*frame*/) {
+    DrawDiscs();
+}

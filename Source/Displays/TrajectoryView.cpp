@@ -1,0 +1,185 @@
+#include "TrajectoryView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "ChangeFlags.h"
+#include "LineClipping.h"
+#include "ViewLock.h"
+
+namespace {
+
+constexpr int32 kLinesPerArray = 128;
+// Around the picture; discs and lines beyond it are left alone.
+constexpr float kClippingMargin = 512.0f;
+constexpr float kMaxDiscRadius = 8192.0f;
+
+// What asks for which step of a redisplay.
+constexpr int32 kBodiesChanged = kSystemRemoved | kSystemAdded;
+constexpr int32 kOptionsChanged =
+    kTrailChanged | kDiscChanged | kMassOrRadiusChanged | kBodiesChanged;
+constexpr int32 kPlacesChanged = kTrailChanged | kPositionChanged | kBodiesChanged;
+constexpr int32 kDiscsChanged =
+    kDiscChanged | kPositionChanged | kMassOrRadiusChanged | kBodiesChanged;
+static_assert(kBodiesChanged == 0xc00 && kOptionsChanged == 0xc26 && kPlacesChanged == 0xc0a &&
+              kDiscsChanged == 0xc2c);
+
+float round_to_unit(float value) {
+    return std::floor(value + 0.5f);
+}
+
+bool IsFinite(BPoint point) {
+    return std::isfinite(point.x) && std::isfinite(point.y);
+}
+
+}  // namespace
+
+TrajectoryView::TrajectoryView(const char* name, TrajectoryMap* map, rgb_color sky)
+    : SmartView(name, sky), cache_(map) {}
+
+BRect TrajectoryView::ClippingFrame() const {
+    const BRect bounds = BitmapBounds();
+    return {bounds.left - kClippingMargin, bounds.top - kClippingMargin,
+            bounds.right + kClippingMargin, bounds.bottom + kClippingMargin};
+}
+
+// --- The model ---
+
+void TrajectoryView::PrepareForGo(int32 reportsPerSegment, const std::vector<Body*>& bodies) {
+    const ViewLock lock(this);
+    if (!lock) return;
+    DrawBatch();
+    EraseDiscs(true);
+    cache_.ResizeCache(reportsPerSegment, static_cast<int32>(bodies.size()));
+    cache_.CacheDrawOptions(bodies);
+    cache_.CacheInitialPositions(bodies);
+}
+
+void TrajectoryView::Redisplay(int32 changes, const std::vector<Body*>& bodies) {
+    const ViewLock lock(this);
+    if (!lock) return;
+    // A batch that still waits to be drawn ends where the model is now.
+    if ((changes & kPlacesChanged) != 0) DrawBatch();
+    if ((changes & kDiscsChanged) != 0) EraseDiscs(true);
+    if ((changes & kBodiesChanged) != 0)
+        cache_.ResizeCache(cache_.Capacity(), static_cast<int32>(bodies.size()));
+    if ((changes & kOptionsChanged) != 0) cache_.CacheDrawOptions(bodies);
+    if ((changes & kPlacesChanged) != 0) cache_.CacheInitialPositions(bodies);
+    DrawDiscs();
+}
+
+void TrajectoryView::ReadPositions(int32 reports, const double* positions) {
+    const ViewLock lock(this);
+    if (lock) cache_.ReadPositions(reports, positions);
+}
+
+// --- Drawing ---
+
+void TrajectoryView::DisplayData() {
+    const ViewLock lock(this);
+    if (!lock || !cache_.HasBatch()) return;
+    DrawBatch();
+    DrawDiscs();
+}
+
+// All but the discs at their new places.
+void TrajectoryView::DrawBatch() {
+    if (!cache_.HasBatch()) return;
+    cache_.MakeTrails();
+    DrawTrails();
+    SVSync();
+    cache_.SetLastR();
+    EraseDiscs(false);
+    cache_.SetDrawn();
+}
+
+// Lines are cut here, and not when trails are made: a trail that leaves the frame and comes back
+// would otherwise take a short cut through it.
+void TrajectoryView::DrawTrails() {
+    const BRect frame = ClippingFrame();
+    int32 lines = 0;
+    SVBeginLineArray(kLinesPerArray);
+    for (int32 body = 0; body < cache_.CountBodies(); body++) {
+        const TrajectoryCache::Trail trail = cache_.TrailAt(body);
+        for (int32 i = 1; i < trail.count; i++) {
+            BPoint start = trail.points[i - 1];
+            BPoint end = trail.points[i];
+            if (!FixStartEnd(&start, &end, frame)) continue;
+            if (lines == kLinesPerArray) {
+                SVEndLineArray();
+                SVBeginLineArray(kLinesPerArray);
+                lines = 0;
+            }
+            SVAddLine(start, end, trail.color);
+            lines++;
+        }
+    }
+    SVEndLineArray();
+}
+
+void TrajectoryView::EraseDiscs(bool all) {
+    const BRect frame = ClippingFrame();
+    const ThreeVector reference = cache_.LastReference();
+    for (int32 body = 0; body < cache_.CountBodies(); body++) {
+        const BPoint from = cache_.DiscAt(body).center;
+        const BPoint to = cache_.LastPoint(body, reference);
+        cache_.SetDiscCenter(body, to);
+        const bool hasMoved = std::abs(round_to_unit(from.x) - round_to_unit(to.x)) >= 1.0f ||
+                              std::abs(round_to_unit(from.y) - round_to_unit(to.y)) >= 1.0f;
+        const bool isErased =
+            all || (hasMoved && IsInside(from, frame)) || !cache_.DiscAt(body).isOn;
+        if (isErased && IsFinite(from)) CopyFromCanvas(cache_.DomainCenteredAt(body, from));
+    }
+}
+
+void TrajectoryView::DrawDiscs() {
+    const ViewLock lock(this);
+    if (!lock) return;
+    const BRect bounds = BitmapBounds();
+    for (int32 body = 0; body < cache_.CountBodies(); body++) {
+        const TrajectoryCache::Disc& disc = cache_.DiscAt(body);
+        if (!disc.isOn || !IsInside(disc.center, bounds)) continue;
+        SetHighColor(disc.color);
+        DrawDisc(disc.center, std::min(disc.radius, kMaxDiscRadius), HighColor());
+    }
+    ShowPicture();
+}
+
+void TrajectoryView::ClearLow() {
+    const ViewLock lock(this);
+    if (!lock) return;
+    SVFillRect(BitmapBounds(), B_SOLID_LOW);
+    SVSync();
+}
+
+void TrajectoryView::ShowPicture() {
+    SetOverlay(MakeOverlay());
+    SyncBitmapView();
+}
+
+// What was newly uncovered may hold bodies.
+void TrajectoryView::FrameResized(BRect /*bounds*/) {
+    DrawDiscs();
+}
+
+// --- The map ---
+
+void TrajectoryView::SetSegmentLength(float length) {
+    const ViewLock lock(this);
+    if (lock) cache_.SetSegmentLength(length);
+}
+
+void TrajectoryView::SetReference(std::vector<TrajectoryCache::Member> members) {
+    const ViewLock lock(this);
+    if (lock) cache_.SetReference(std::move(members));
+}
+
+void TrajectoryView::MakeDiscDomains() {
+    const ViewLock lock(this);
+    if (lock) cache_.MakeDiscDomains();
+}
+
+void TrajectoryView::SetLastDisp() {
+    const ViewLock lock(this);
+    if (lock) cache_.SetLastDisp();
+}

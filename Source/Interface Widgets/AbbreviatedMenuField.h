@@ -1,0 +1,15 @@
+// A menu field that shows the short form of the marked item. Rules as for BMenuField.
+#pragma once
+
+#include "BMenuField.h"
+
+class AbbreviatedMenuField : public BMenuField {
+public:
+    AbbreviatedMenuField(const char* name, const char* label, BMenu* menu);
+    explicit AbbreviatedMenuField(BMessage* archive);
+
+    [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
+
+protected:
+    [[nodiscard]] bool ShowsMarked() const override { return true; }
+};

@@ -1,0 +1,22 @@
+// A menu item with a short form of its label, which an AbbreviatedMenuField shows while the item is
+// marked. Rules as for BMenuItem.
+#pragma once
+
+#include "BMenuItem.h"
+
+class AbbreviatedMenuItem : public BMenuItem {
+public:
+    AbbreviatedMenuItem(const char* label, const char* abbreviation, BMessage* message,
+                        char shortcut = 0, uint32 modifiers = 0);
+    explicit AbbreviatedMenuItem(BMessage* archive);
+
+    [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
+    // Adds string "Abbreviation" to the item's fields.
+    [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+
+    [[nodiscard]] const std::string& Abbreviation() const { return abbreviation_; }
+    [[nodiscard]] std::string MarkedLabel() const override { return abbreviation_; }
+
+private:
+    std::string abbreviation_;
+};

@@ -1,0 +1,42 @@
+// An entry for a quantity: a number and a menu of its units. What is typed may name a unit of its
+// own: "384400 km". The value is kept in SI units, exactly as it was set or typed. Rules as for
+// BView.
+//
+// Sends kNumberEntered to its window when the user has entered something; the unit menu sends
+// kUnitChosen with double "Units Pref".
+#pragma once
+
+#include "BGroupView.h"
+#include "UnitTable.h"
+
+class BTextControl;
+class UnitMenu;
+
+class NumberBox : public BGroupView {
+public:
+    static constexpr uint32 kNumberEntered = FourCC("nmen");
+    static constexpr uint32 kUnitChosen = FourCC("unit");
+
+    // `unitMenuField`: the archive of the unit menu's field. `units` is not owned. `accessibleName`
+    // is what a screen reader says.
+    NumberBox(const char* name, const char* accessibleName, const UnitTable* units,
+              const BMessage& unitMenuField);
+
+    [[nodiscard]] double Value() const { return value_; }
+    void SetValue(double value);
+    [[nodiscard]] double Uval() const;
+    // Shows the value in the unit nearest to this one.
+    void SetUval(double uval);
+    // Takes over what the user has typed, finished or not; true if that is another value. What is
+    // no number of a known unit gives way to the value that was there.
+    bool Commit();
+    // Shows the value again: the user has chosen another unit.
+    void ShowValue();
+    void MakeFocus(bool isFocus = true) override;
+
+private:
+    const UnitTable* const units_;
+    BTextControl* const number_;
+    UnitMenu* menu_ = nullptr;
+    double value_ = 0.0;
+};

@@ -1,0 +1,45 @@
+#include "SubWindow.h"
+
+#include "BApplication.h"
+#include "BMessage.h"
+#include "BMessenger.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "WindowServer.h"
+
+SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 flags, BLooper* owner,
+                     const InterfaceTexts* texts)
+    : BWindow(frame, title, look, flags), owner_(owner), texts_(texts) {
+    AddKey(Texts().LowerKey(kLabelNewSimulationKey), kNewSimulation);
+    AddKey(Texts().LowerKey(kLabelOpenKey), kOpen);
+    AddKey(Texts().LowerKey(kLabelSaveKey), kSave);
+    AddKey(Texts().LowerKey(kLabelUndoKey), kUndo);
+    AddKey(Texts().UpperKey(kLabelUndoKey), kRedo);
+    AddKey(Texts().LowerKey(kLabelGoKey), kTogglePause);
+}
+
+void SubWindow::AddKey(char key, uint32 what) {
+    if (key != '\0') AddShortcut(static_cast<uint8>(key), 0, new BMessage(what));
+}
+
+void SubWindow::SendToOwner(const BMessage& message) const {
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(owner_)), message);
+}
+
+void SubWindow::MessageReceived(BMessage* message) {
+    switch (message->what) {
+        case kNewSimulation:
+        case kOpen:
+            if (be_app != nullptr)
+                WindowServer::Deliver(BMessenger(static_cast<BHandler*>(be_app)), *message);
+            break;
+        case kSave:
+        case kUndo:
+        case kRedo:
+        case kTogglePause:
+            SendToOwner(*message);
+            break;
+        default:
+            break;
+    }
+}

@@ -1,0 +1,46 @@
+#include "UnitMenuItem.h"
+
+#include "BMessage.h"
+#include "DimValue.h"
+
+namespace {
+
+constexpr const char* kUval = "uval";
+constexpr const char* kUnitsPref = "Units Pref";
+
+const ArchivableClass kClass("UnitMenuItem", UnitMenuItem::Instantiate);
+
+}  // namespace
+
+UnitMenuItem::UnitMenuItem(const char* label, const char* abbreviation, double uval,
+                           BMessage* message, char shortcut, uint32 modifiers)
+    : AbbreviatedMenuItem(label, abbreviation, nullptr, shortcut, modifiers) {
+    SetUval(uval);
+    UnitMenuItem::SetMessage(message);
+}
+
+UnitMenuItem::UnitMenuItem(BMessage* archive) : AbbreviatedMenuItem(archive) {
+    double uval = 1.0;
+    if (archive != nullptr && archive->FindDouble(kUval, &uval) == B_OK) SetUval(uval);
+}
+
+BArchivable* UnitMenuItem::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "UnitMenuItem") ? new UnitMenuItem(archive) : nullptr;
+}
+
+status_t UnitMenuItem::Archive(BMessage* into, bool deep) const {
+    const status_t status = AbbreviatedMenuItem::Archive(into, deep);
+    return status == B_OK ? into->AddDouble(kUval, uval_) : status;
+}
+
+void UnitMenuItem::SetUval(double uval) {
+    if (IsValidUval(uval)) uval_ = uval;
+}
+
+status_t UnitMenuItem::SetMessage(BMessage* message) {
+    if (message != nullptr) {
+        message->RemoveName(kUnitsPref);
+        message->AddDouble(kUnitsPref, uval_);
+    }
+    return AbbreviatedMenuItem::SetMessage(message);
+}

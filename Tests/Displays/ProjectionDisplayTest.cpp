@@ -1,0 +1,285 @@
+#include "ProjectionDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "BMessenger.h"
+#include "ProjectionView.h"
+#include "TestDocument.h"
+#include "UserHand.h"
+
+namespace {
+
+using UserHand::Press;
+using UserHand::WaitForWindow;
+
+constexpr double kAU = 1.4959787066e11;
+const std::string kAxisTitle = "Choose Suppressed Axis";
+const std::string kScaleTitle = "Choose Display Scale";
+
+class ProjectionDisplayTest : public testing::Test {
+protected:
+    void SetUp() override {
+        display_ = document_.AddProjection();
+        ASSERT_NE(display_, nullptr);
+        ::Settle(display_);
+    }
+
+    // Does it with the display's lock.
+    template <typename Work>
+    auto Locked(Work work) {
+        display_->Lock();
+        struct Unlocker {
+            ~Unlocker() { display->Unlock(); }
+            BWindow* display;
+        } const unlocker{display_};
+        return work();
+    }
+
+    void Send(uint32 what) { Send(BMessage(what)); }
+    void Send(const BMessage& message) {
+        ASSERT_EQ(display_->PostMessage(&message), B_OK);
+        ::Settle(display_);
+    }
+
+    BPoint Place(int32 body) {
+        return Locked([&] { return display_->View()->Cache().DiscAt(body).center; });
+    }
+    Projection GetProjection() {
+        return Locked([&] { return display_->GetProjection(); });
+    }
+
+    TestDocument document_;
+    ProjectionDisplay* display_ = nullptr;
+};
+
+}  // namespace
+
+TEST_F(ProjectionDisplayTest, IsNamedAndShowsTheBodies) {
+    EXPECT_EQ(display_->Title(), "Projection of Tests");
+    EXPECT_EQ(display_->Type(), 1);
+    EXPECT_NEAR(Place(1).x, 150, 1);  // the planet, heaviest after the star
+    Locked([&] { display_->SetTitle("Others"); });
+    EXPECT_EQ(display_->Title(), "Projection of Others");
+}
+
+TEST_F(ProjectionDisplayTest, ArchivesWhatReadersKnowAndItsOwnFields) {
+    BMessage usual;
+    Locked([&] { return display_->MiniArchive(&usual); });
+    EXPECT_EQ(usual.CountNames(), 5);
+    for (const char* name : {"Disp frame", "Scale", "Sup axis", "Ref to", "Units"})
+        EXPECT_TRUE(usual.HasName(name)) << name;
+
+    BMessage archive;
+    archive.AddRect("Disp frame", {150, 120, 449, 379});
+    archive.AddPoint("Axis at", {70, 80});
+    archive.AddPoint("Scale at", {90, 100});
+    archive.AddDouble("Scale", 3e-10);
+    archive.AddInt32("Sup axis", 2);
+    archive.AddInt32("Ref to", 5);
+    archive.AddDouble("Units", 1000.0);
+    const double center[] = {1e10, 2e10, 3e10};
+    archive.AddDoubles("View center", center, 3);
+    archive.AddInt64("View follows", 2);
+    archive.AddBool("View names", true);
+    archive.AddBool("View scale bar", false);
+    archive.AddBool("View time", false);
+    BMessage again;
+    Locked([&] {
+        EXPECT_EQ(display_->Regenerate(archive), B_OK);
+        return display_->MiniArchive(&again);
+    });
+    EXPECT_EQ(again, archive) << again.ToText();
+
+    // What is missing stays as it was, and only "Units" tells.
+    Locked([&] {
+        BMessage sparse;
+        sparse.AddInt32("Sup axis", 1);
+        EXPECT_EQ(display_->Regenerate(sparse), B_NAME_NOT_FOUND);
+    });
+    EXPECT_EQ(GetProjection().axis, 1);
+    EXPECT_EQ(GetProjection().scale, 3e-10);
+}
+
+TEST_F(ProjectionDisplayTest, TheAxisDialogWorksWithMouseAndKeys) {
+    Send(FourCC("rqax"));
+    WaitForWindow(kAxisTitle);
+    EXPECT_EQ(UserHand::WindowPlace(kAxisTitle), (BPoint{40, 40}));
+    EXPECT_TRUE(UserHand::IsRadioOn(kAxisTitle, "Z"));
+    UserHand::ClickRadio(kAxisTitle, "X");
+    UserHand::MoveWindow(kAxisTitle, {200, 210});
+    Press(kAxisTitle, UserHand::Key::kEnter);
+    WaitForWindow(kAxisTitle, false);
+    while (GetProjection().axis != Projection::kX)
+        snooze(2000);
+    EXPECT_NEAR(Place(1).y, -1, 1e-3);  // the planet is at (150, 0, 1) 10^9 m
+
+    // It opens where it was, and the Escape key changes nothing.
+    Send(FourCC("rqax"));
+    WaitForWindow(kAxisTitle);
+    EXPECT_EQ(UserHand::WindowPlace(kAxisTitle), (BPoint{200, 210}));
+    Press(kAxisTitle, UserHand::Key::kEscape);
+    WaitForWindow(kAxisTitle, false);
+    ::Settle(display_);
+    EXPECT_EQ(GetProjection().axis, Projection::kX);
+}
+
+TEST_F(ProjectionDisplayTest, TheScaleDialogMakesTheWindowALength) {
+    Send(FourCC("rqsc"));
+    WaitForWindow(kScaleTitle);
+    EXPECT_EQ(UserHand::EntryText(kScaleTitle), "4.01e+11");  // 401 pixels
+    UserHand::Type(kScaleTitle, "10 AU");
+    Press(kScaleTitle, UserHand::Key::kEnter);
+    WaitForWindow(kScaleTitle, false);
+    while (GetProjection().scale == 1e-9)
+        snooze(2000);
+    EXPECT_DOUBLE_EQ(GetProjection().scale, 401 / (10 * kAU));
+    BMessage archive;
+    Locked([&] { return display_->MiniArchive(&archive); });
+    double units = 0;
+    EXPECT_EQ(archive.FindDouble("Units", &units), B_OK);
+    EXPECT_EQ(units, kAU);
+    BPoint at;
+    EXPECT_EQ(archive.FindPoint("Scale at", &at), B_OK);
+    EXPECT_EQ(at, (BPoint{40, 40}));
+}
+
+TEST_F(ProjectionDisplayTest, TheScaleDialogFollowsTheWindow) {
+    Send(FourCC("rqsc"));
+    WaitForWindow(kScaleTitle);
+    display_->ResizeTo(299, 300);
+    while (UserHand::EntryText(kScaleTitle) != "3e+11")
+        snooze(5000);
+    EXPECT_EQ(GetProjection().scale, 1e-9);
+    // Untouched, it changes nothing, to the bit.
+    Press(kScaleTitle, UserHand::Key::kEnter);
+    WaitForWindow(kScaleTitle, false);
+    ::Settle(display_);
+    EXPECT_EQ(GetProjection().scale, 1e-9);
+}
+
+TEST_F(ProjectionDisplayTest, RefusesWhatIsNoScaleAndAnswersNobodyElse) {
+    BMessage message(FourCC("stsc"));
+    message.AddDouble("Scale", 5e-9);
+    Send(message);  // no dialog is open
+    EXPECT_EQ(GetProjection().scale, 1e-9);
+    for (const double bad : {0.0, -1.0, HUGE_VAL, std::nan("")}) {
+        Send(FourCC("rqsc"));
+        message.ReplaceDouble("Scale", bad);
+        Send(message);
+        EXPECT_EQ(GetProjection().scale, 1e-9) << bad;
+    }
+    Send(FourCC("rqax"));
+    BMessage axis(FourCC("stax"));
+    axis.AddInt32("Axis", 4);
+    BMessage reply;
+    EXPECT_EQ(BMessenger(static_cast<BHandler*>(display_)).SendMessage(&axis, &reply), B_OK);
+    EXPECT_EQ(reply.what, FourCC("rnok"));
+    EXPECT_EQ(GetProjection().axis, Projection::kZ);
+}
+
+// The axis that is in force already leaves the trails.
+TEST_F(ProjectionDisplayTest, ErasesOnlyWhenItMust) {
+    const auto hasTrail = [&] {
+        return Locked([&] {
+            const Canvas& canvas = display_->View()->LowerLayer();
+            const BPoint place = display_->View()->Cache().DiscAt(1).center;
+            for (float y = place.y; y < place.y + 50; y++)
+                if (canvas.PixelAt({std::round(place.x), std::round(y)}).green > 15) return true;
+            return false;
+        });
+    };
+    document_.Run(2000);
+    ::Settle(display_);
+    ASSERT_TRUE(hasTrail());
+    const auto choose = [&](int32 axis) {
+        Send(FourCC("rqax"));
+        BMessage message(FourCC("stax"));
+        message.AddInt32("Axis", axis);
+        Send(message);
+    };
+    choose(Projection::kZ);
+    EXPECT_TRUE(hasTrail());
+    choose(Projection::kY);
+    choose(Projection::kZ);
+    EXPECT_FALSE(hasTrail());
+}
+
+TEST_F(ProjectionDisplayTest, GoItemFollowsTheRun) {
+    const auto label = [] { return UserHand::ItemText("Ctrl+G"); };
+    EXPECT_EQ(label(), "Go");
+    Send(FourCC("gook"));
+    EXPECT_EQ(label(), "Pause");
+    Send(FourCC("psar"));
+    EXPECT_EQ(label(), "Go");
+}
+
+TEST_F(ProjectionDisplayTest, WheelDragAndKeysMoveTheView) {
+    const BPoint before = Place(1);
+    const BRect bounds = Locked([&] { return display_->View()->Bounds(); });
+    // Turn the wheel over the planet: it stays under the pointer.
+    UserHand::TurnWheel(display_->View(),
+                        {before.x - bounds.left + 0.5f, before.y - bounds.top + 0.5f}, 1);
+    ::Settle(display_);
+    EXPECT_DOUBLE_EQ(GetProjection().scale, 1.25e-9);
+    EXPECT_NEAR(Place(1).x, before.x, 0.6);
+    EXPECT_NEAR(Place(1).y, before.y, 0.6);
+
+    const BRect zoomed = Locked([&] { return display_->View()->Bounds(); });
+    UserHand::Drag(display_->View(), {50, 50}, {60, 45}, {80, 30});
+    UserHand::PressIn(display_->View(), UserHand::Key::kLeftArrow);
+    ::Settle(display_);
+    const BRect moved = Locked([&] { return display_->View()->Bounds(); });
+    EXPECT_EQ(moved.left, zoomed.left - 30 - 40);
+    EXPECT_EQ(moved.top, zoomed.top + 20);
+    // The places on the canvas are what they were: trails stay.
+    EXPECT_NEAR(Place(1).x, before.x, 0.6);
+
+    Send(FourCC("fit "));
+    const BRect fitted = Locked([&] { return display_->View()->Bounds(); });
+    for (int32 body = 0; body < 4; body++) {
+        EXPECT_GT(Place(body).x, fitted.left);
+        EXPECT_LT(Place(body).x, fitted.right);
+    }
+}
+
+TEST_F(ProjectionDisplayTest, FollowsASystemAndLeavesItWhereItIs) {
+    Locked([&] { display_->Follow(1); });
+    EXPECT_EQ(Place(1), (BPoint{0, 0}));
+    document_.Run(500);
+    ::Settle(display_);
+    EXPECT_EQ(Place(1), (BPoint{0, 0}));
+    Locked([&] { display_->Follow(kNoSystemID); });
+    EXPECT_NEAR(Place(1).x, 0, 1e-3);
+    EXPECT_NEAR(Place(1).y, 0, 1e-3);
+
+    // A followed body that is deleted is followed no more.
+    Locked([&] { display_->Follow(2); });
+    document_.portal->WriteLock();
+    MassSystem* const root = document_.portal->FocusEpoch()->RootSystem();
+    const std::unique_ptr<MassSystem> moon(root->SystemFromID(2));
+    root->RemoveChild(moon.get());
+    document_.portal->WriteUnlock();
+    document_.portal->TellObservers(0xc00);
+    ::Settle(display_);
+    EXPECT_EQ(Locked([&] { return display_->Followed(); }), kNoSystemID);
+    EXPECT_EQ(Locked([&] { return display_->View()->Cache().CountBodies(); }), 3);
+}
+
+TEST_F(ProjectionDisplayTest, TextsOverThePicture) {
+    const auto texts = [&](int32 pointedAt = -1) {
+        std::vector<std::string> all;
+        for (const OverlayItem& item : Locked([&] { return display_->MakeTexts(pointedAt); }))
+            all.push_back(item.text);
+        return all;
+    };
+    EXPECT_EQ(texts(), (std::vector<std::string>{"1 AU", "t = 0.000 yr"}));
+    EXPECT_EQ(texts(2).front(), "Moon");
+    Send(FourCC("tbar"));
+    Send(FourCC("ttim"));
+    EXPECT_TRUE(texts().empty());
+    Send(FourCC("tnam"));
+    // The moon's name would lie on the planet's.
+    EXPECT_EQ(texts(), (std::vector<std::string>{"Star", "Planet", "Probe"}));
+}

@@ -1,0 +1,84 @@
+#include "TestDocument.h"
+
+#include <algorithm>
+
+#include "BMessenger.h"
+#include "WindowServer.h"
+
+const ProgramResources& TestResources() {
+    static const ProgramResources resources;
+    return resources;
+}
+
+const DisplayContext& TestContext() {
+    static const ResourceTexts texts(&TestResources());
+    static const MenuArchives menus(texts, TestResources().MassUnits(),
+                                    TestResources().DistanceUnits(), TestResources().SpeedUnits(),
+                                    TestResources().TimeUnits());
+    static const DisplayContext context{&texts, &TestResources().DistanceUnits(),
+                                        &TestResources().TimeUnits(), &menus};
+    return context;
+}
+
+BMessage TestOwner::WaitFor(uint32 what) {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        const auto found =
+            std::find_if(received_.begin(), received_.end(),
+                         [what](const BMessage& message) { return message.what == what; });
+        if (found != received_.end()) {
+            BMessage message = *found;
+            received_.erase(received_.begin(), found + 1);
+            return message;
+        }
+        arrived_.wait(lock);
+    }
+}
+
+TestDocument::TestDocument() {
+    static_cast<void>(document.Load(PlanetRecord()).Failed());
+}
+
+TestDocument::~TestDocument() {
+    control.Pause();
+    while (!displays_.empty())
+        Remove(displays_.back());
+    if (owner->Lock()) owner->Quit();
+}
+
+void TestDocument::Add(Display* display) {
+    control.Rest();
+    displays_.push_back(display);
+    document.AddConsumer(display);
+    control.UnRest();
+}
+
+void TestDocument::Remove(Display* display) {
+    control.Rest();
+    std::erase(displays_, display);
+    document.RemoveConsumer(display);
+    if (display->Lock()) display->Quit();
+    control.UnRest();
+}
+
+ProjectionDisplay* TestDocument::AddProjection() {
+    auto* const display =
+        new ProjectionDisplay({100, 100, 500, 400}, "test", portal, writeOk, owner, TestContext());
+    if (display->Init("Tests") != 0) return nullptr;
+    Add(display);
+    display->Show();
+    return display;
+}
+
+void TestDocument::Run(int64 steps) {
+    StepRunner(&document).Run(&control, steps);
+}
+
+void Settle(BWindow* window) {
+    for (int i = 0; i < 3; i++) {
+        WindowServer::Perform([] {});
+        BMessage reply;
+        const BMessage ping(FourCC("ping"));
+        (void)BMessenger(static_cast<BHandler*>(window)).SendMessage(&ping, &reply);
+    }
+}

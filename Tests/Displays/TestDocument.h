@@ -1,0 +1,72 @@
+// A document with displays, as its owner has it: rests while displays come and go.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <vector>
+
+#include "BLooper.h"
+#include "BMessage.h"
+#include "DisplayContext.h"
+#include "MenuArchives.h"
+#include "ProgramResources.h"
+#include "ProjectionDisplay.h"
+#include "ResourceTexts.h"
+#include "RunControl.h"
+#include "RunControlView.h"
+#include "SampleDocument.h"
+
+// What all documents of the tests share.
+const ProgramResources& TestResources();
+const DisplayContext& TestContext();
+
+// Notes what it is sent; needs no thread of a document.
+class TestOwner : public BLooper {
+public:
+    TestOwner() : BLooper("owner") { Run(); }
+
+    void MessageReceived(BMessage* message) override {
+        const std::lock_guard lock(mutex_);
+        received_.push_back(*message);
+        arrived_.notify_all();
+    }
+    // Waits for one with this code, and forgets all up to it.
+    BMessage WaitFor(uint32 what);
+
+private:
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::vector<BMessage> received_;
+};
+
+class TestDocument {
+public:
+    TestDocument();
+    ~TestDocument();
+    TestDocument(const TestDocument&) = delete;
+    TestDocument& operator=(const TestDocument&) = delete;
+
+    // A display of the caller's, made with `portal`, `writeOk` and `owner`.
+    void Add(Display* display);
+    void Remove(Display* display);
+    ProjectionDisplay* AddProjection();
+
+    // Lets the calculation run for so many steps, and pauses it.
+    void Run(int64 steps);
+    void Go() { control.UnPause(); }
+    void Pause() { control.Pause(); }
+
+    TestOwner* const owner = new TestOwner;
+    RunControlView view;
+    SimulationDocument document{nullptr};
+    EpochPortal* const portal = document.Portal();
+    Benaphore* const writeOk = document.GetCalculator()->WriteOk();
+    RunControl control{portal, document.GetCalculator(), &view};
+
+private:
+    std::vector<Display*> displays_;
+};
+
+// Waits until the window has handled what was sent to it, and the server what came of that.
+void Settle(BWindow* window);

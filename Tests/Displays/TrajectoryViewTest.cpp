@@ -1,0 +1,173 @@
+#include "TrajectoryView.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "ChangeFlags.h"
+#include "TestSky.h"
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+bool HasTrail(const TestSky& sky, BPoint point) {
+    return sky.TrailAt(point).green > 40;  // smoothed: two pixels may share it
+}
+
+}  // namespace
+
+TEST(TrajectoryView, ACircularOrbitLeavesACircle) {
+    for (const double scale : {1.0, 2.0}) {
+        TestSky sky(scale);
+        constexpr double kRadius = 80.0;
+        sky.Add(0, {kRadius, 0, 0});
+        sky.Start();
+        constexpr int kSteps = 2000;
+        std::vector<double> batch;
+        for (int i = 1; i <= kSteps; i++) {
+            const double angle = 2 * kPi * i / kSteps;
+            batch.insert(batch.end(), {kRadius * std::cos(angle), kRadius * std::sin(angle), 0});
+            if (i % 50 != 0) continue;
+            sky.Draw(batch);
+            batch.clear();
+        }
+        // Every place of the circle is drawn ...
+        for (int i = 0; i < 720; i++) {
+            const double angle = kPi * i / 360;
+            EXPECT_TRUE(HasTrail(sky, {static_cast<float>(kRadius * std::cos(angle)),
+                                       static_cast<float>(kRadius * std::sin(angle))}))
+                << scale << ", half degree " << i;
+        }
+        // ... and nothing that is farther from it than a pixel.
+        const float step = static_cast<float>(1.0 / scale);
+        for (float x = -100.0f; x <= 100.0f; x += step)
+            for (float y = -100.0f; y <= 100.0f; y += step)
+                ASSERT_TRUE(std::abs(std::hypot(x, y) - kRadius) <= 1.5 ||
+                            sky.IsSky(sky.TrailAt({x, y})))
+                    << scale << ": " << x << ", " << y;
+    }
+}
+
+TEST(TrajectoryView, DiscsMoveOverTheTrailAndLeaveIt) {
+    TestSky sky;
+    sky.Add(5, {-50, 0, 0});
+    sky.Start();
+    sky.Draw({0, 0, 0});
+    EXPECT_EQ(sky.SeenAt({0, 0}), TestSky::kDisc);
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({-50, 4})));
+    sky.Draw({50, 0, 0});
+    EXPECT_EQ(sky.SeenAt({50, 3}), TestSky::kDisc);
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({0, 4})));
+    EXPECT_EQ(sky.SeenAt({0, 0}), sky.TrailAt({0, 0}));
+    EXPECT_TRUE(HasTrail(sky, {0, 0}));
+    EXPECT_FALSE(HasTrail(sky, {50, 4}));
+}
+
+TEST(TrajectoryView, ADiscThatMovesLessThanAPixelIsOnlyDrawnAgain) {
+    TestSky sky;
+    sky.Add(5).SetTrailOn(false);
+    sky.Start();
+    sky.Draw({0.2, 0, 0});
+    const BPoint mark{0, 9};
+    // Stands for what an erasure would copy over: within the disc's square, outside the disc.
+    const BPoint corner{5, 5};
+    sky.view.UpperLayer().FillRect({5, 5, 5, 5}, {0, 0, 255, 255});
+    sky.Draw({0.4, 0, 0});
+    EXPECT_EQ(sky.SeenAt(corner), (rgb_color{0, 0, 255, 255}));
+    sky.Draw({0.6, 0, 0});  // rounded, a pixel away from where it was
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt(corner)));
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt(mark)));
+}
+
+TEST(TrajectoryView, SwitchesOfTrailAndDisc) {
+    TestSky sky;
+    Body& body = sky.Add(5, {-50, 0, 0});
+    body.SetTrailOn(false);
+    sky.Start();
+    sky.Draw({0, 0, 0});
+    EXPECT_TRUE(sky.IsSky(sky.TrailAt({-25, 0})));
+    EXPECT_EQ(sky.SeenAt({0, 0}), TestSky::kDisc);
+
+    body.SetPosition({0, 0, 0});
+    body.SetTrailOn(true);
+    body.SetDiscOn(false);
+    sky.view.Redisplay(kTrailChanged | kDiscChanged, sky.Bodies());
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({0, 3})));
+    // Without a disc its place is restored on every batch, moved or not.
+    sky.view.UpperLayer().FillRect({1, 3, 1, 3}, {0, 0, 255, 255});
+    sky.Draw({0, 0, 0});
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({1, 3})));
+}
+
+TEST(TrajectoryView, DiscsBeyondThePictureAndEnormousOnes) {
+    TestSky sky;
+    sky.Add(5, {95, 0, 0});
+    sky.Start();
+    sky.Draw({96, 0, 0});
+    EXPECT_EQ(sky.SeenAt({96, 4}), TestSky::kDisc);
+    // Its centre has left; its old place is restored, and no half of it is drawn.
+    sky.Draw({103, 0, 0});
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({96, 4})));
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({99, 2})));
+
+    TestSky large;
+    large.Add(1e12);
+    large.Start();
+    large.Draw({0, 0, 0});
+    EXPECT_EQ(large.SeenAt({100, 100}), TestSky::kDisc);
+}
+
+// What has left the margin around the picture and comes back elsewhere takes no short cut.
+TEST(TrajectoryView, TrailsThatLeaveThePictureKeepTheirDirection) {
+    TestSky sky;
+    sky.Add(0, {0, 50, 0});
+    sky.Start();
+    sky.Draw({-3000, 50, 0, -3000, -50, 0, 0, -50, 0});
+    for (float x = -100; x < 0; x += 5) {
+        EXPECT_TRUE(HasTrail(sky, {x, -50})) << x;
+        EXPECT_TRUE(HasTrail(sky, {x, 50})) << x;
+        EXPECT_TRUE(sky.IsSky(sky.TrailAt({x, 0}))) << x;
+    }
+}
+
+TEST(TrajectoryView, ErasingResizingAndChangesOfTheModel) {
+    TestSky sky;
+    sky.Add(5, {-50, 0, 0});
+    sky.Start();
+    sky.Draw({50, 0, 0});
+    sky.view.ResizeTo(400, 300);
+    EXPECT_TRUE(HasTrail(sky, {0, 0}));
+    EXPECT_EQ(sky.view.Cache().DiscAt(0).center, (BPoint{50, 0}));
+
+    sky.view.ClearLow();
+    sky.view.DrawDiscs();
+    EXPECT_FALSE(HasTrail(sky, {0, 0}));
+    EXPECT_EQ(sky.SeenAt({50, 0}), TestSky::kDisc);
+
+    // A body more, and the other one moved by hand: no line leads there.
+    sky.Bodies()[0]->SetPosition({0, 60, 0});
+    sky.Add(5, {0, -60, 0});
+    sky.view.Redisplay(kSystemAdded | kPositionChanged, sky.Bodies());
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({50, 0})));
+    EXPECT_EQ(sky.SeenAt({0, -60}), TestSky::kDisc);
+    EXPECT_EQ(sky.SeenAt({0, 60}), TestSky::kDisc);
+    sky.Draw({10, 60, 0, 10, -60, 0});
+    EXPECT_TRUE(HasTrail(sky, {5, 60}));
+    EXPECT_TRUE(sky.IsSky(sky.TrailAt({25, -30})));
+}
+
+// The calculator tells that it has parked before its last batch is drawn.
+TEST(TrajectoryView, ABatchThatWaitsIsDrawnBeforeTheModelTakesOver) {
+    TestSky sky;
+    sky.Add(0, {-50, 0, 0});
+    sky.Start();
+    sky.view.ReadPositions(2, std::vector<double>{0, 0, 0, 0, 50, 0}.data());
+    sky.Bodies()[0]->SetPosition({0, 50, 0});
+    sky.view.Redisplay(kCalculatorParked, sky.Bodies());
+    EXPECT_TRUE(HasTrail(sky, {-25, 0}));
+    EXPECT_TRUE(HasTrail(sky, {0, -25}));
+    sky.view.DisplayData();
+    EXPECT_TRUE(sky.IsSky(sky.TrailAt({-25, -25})));
+}
