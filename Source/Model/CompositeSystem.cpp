@@ -69,10 +69,11 @@ void CompositeSystem::AddChildrenFrom(const BMessage* archive) {
         BMessage record;
         if (archive->FindMessage("Bodies", i, &record) != B_OK) continue;
         std::unique_ptr<BArchivable> object(instantiate_object(&record));
-        MassSystem* system = dynamic_cast<MassSystem*>(object.get());
+        auto* system = dynamic_cast<MassSystem*>(object.get());
         if (!system) continue;
         // A second system of the same identifier is not taken over, and deleted here.
-        if (AddChild(system) == B_OK && system->Parent() == this) object.release();
+        if (AddChild(system) == B_OK && system->Parent() == this)
+            static_cast<void>(object.release());
     }
 }
 
@@ -132,7 +133,7 @@ void CompositeSystem::RemoveChild(MassSystem* child) {
     const int32 index = IndexOfChild(child);
     if (index < 0) return;
     const auto entry = children_.begin() + index;
-    entry->release();
+    static_cast<void>(entry->release());
     children_.erase(entry);
     child->SetParent(nullptr);
 }

@@ -81,7 +81,7 @@ std::unique_ptr<MassSystem> Epoch::ReadRootSystem(BMessage* archive) {
     if (archive->FindMessage("Root", &record) == B_OK) {
         std::unique_ptr<BArchivable> object(instantiate_object(&record));
         if (auto* system = dynamic_cast<MassSystem*>(object.get())) {
-            object.release();
+            static_cast<void>(object.release());
             return std::unique_ptr<MassSystem>(system);
         }
         return NewRootSystem();
@@ -110,7 +110,7 @@ void Epoch::ReadChildren(const BMessage* archive) {
             // Epochs are the only class that is kept, so others need not be made at all.
             if (FieldOr(&record, &BMessage::FindString, "class", std::string()) != kClassName)
                 continue;
-            Epoch* child = new Epoch(&record, WithoutChildren{});
+            auto* child = new Epoch(&record, WithoutChildren{});
             child->parent_ = next.epoch;
             next.epoch->children_.push_back(child);
             unread.push_back({child, std::move(record)});

@@ -180,8 +180,9 @@ TEST(Calculator, GrowingBatchesKeepWhatTheyHold) {
     SetReportsPerDraw(&calculator, 150);
     EXPECT_EQ(calculator.TRep()[99], 100.0);
     for (int i = 0; i < 9; i++) {
-        EXPECT_EQ(calculator.RRep()[891 + i], 1.0 + i / 3);
-        EXPECT_EQ(calculator.VRep()[891 + i], 1.0 + i / 3);
+        const double expected = 1 + i / 3;  // one value for each body
+        EXPECT_EQ(calculator.RRep()[891 + i], expected);
+        EXPECT_EQ(calculator.VRep()[891 + i], expected);
     }
 
     ReportBatch batch;

@@ -31,7 +31,8 @@ void PutCode(std::string& text, uint32 code) {
     std::byte bytes[sizeof code];
     StoreNumber(bytes, code, !kHostIsBigEndian);
     const std::string_view letters(reinterpret_cast<const char*>(bytes), sizeof code);
-    if (std::ranges::all_of(letters, IsPrintable) && letters.find_first_of("'\\") == letters.npos) {
+    if (std::ranges::all_of(letters, IsPrintable) &&
+        letters.find_first_of("'\\") == std::string::npos) {
         text.append("'").append(letters).append("'");
         return;
     }

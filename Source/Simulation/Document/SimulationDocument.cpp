@@ -47,7 +47,7 @@ void SimulationDocument::RemoveConsumer(ReportConsumer* consumer) {
 // The epochs first: only they can be refused.
 DocumentError SimulationDocument::Load(const BMessage& record) {
     portal_.Broadcast(false);
-    const DocumentError error = FindEpochs(record);
+    DocumentError error = FindEpochs(record);
     if (!error.Failed()) {
         FindSimInfo(record);
         windowFields_ = ExtractWindowFields(record);
