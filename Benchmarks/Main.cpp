@@ -17,6 +17,9 @@ constexpr Topic kTopics[] = {
     {"forces", BenchForces},
     {"calculator", BenchCalculator},
     {"runs", BenchRuns},
+#ifdef ORVEK_GUI
+    {"displays", BenchDisplays},
+#endif
 };
 
 bool Wanted(const char* name, int argc, char** argv) {

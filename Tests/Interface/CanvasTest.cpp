@@ -45,8 +45,8 @@ TEST(Canvas, LinesCoverWhatTheyShould) {
         SCOPED_TRACE(scale);
         for (double angle = 0; angle < 6.28; angle += 0.1) {
             Canvas canvas({-60, -60, 60, 60}, kBlack, scale);
-            const float x = static_cast<float>(50 * std::cos(angle));
-            const float y = static_cast<float>(50 * std::sin(angle));
+            const auto x = static_cast<float>(50 * std::cos(angle));
+            const auto y = static_cast<float>(50 * std::sin(angle));
             DrawLine(&canvas, {0, 0}, {x, y});
             // A strip one logical pixel wide, with its round ends.
             const double device = scale * scale;

@@ -174,7 +174,7 @@ TEST_F(CanvasViewTest, InputComesInOrderAndMovesAreJoined) {
         };
         send(QEvent::MouseButtonPress, {10.5, 20.5}, Qt::LeftButton, Qt::LeftButton);
         for (int i = 0; i < 500; i++)
-            send(QEvent::MouseMove, {10.5 + i / 5, 30.5}, Qt::NoButton, Qt::LeftButton);
+            send(QEvent::MouseMove, {10.5 + i * 0.2, 30.5}, Qt::NoButton, Qt::LeftButton);
         send(QEvent::MouseButtonRelease, {120.5, 30.5}, Qt::LeftButton, Qt::NoButton);
         for (int i = 0; i < 100; i++)
             send(QEvent::MouseMove, {50.5, 60.5}, Qt::NoButton, Qt::NoButton);

@@ -1,8 +1,7 @@
 // A folder for one test, removed with all that is in it.
 #pragma once
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 

@@ -267,7 +267,10 @@ TEST(Window, ViewsAreFoundMovedAndTakenOut) {
     window->AddChild(button);
     window->Unlock();
     window->Settle();
-    EXPECT_TRUE(WindowServer::Ask([&] { return button->Part()->Widget()->isVisible(); }));
+    EXPECT_TRUE(WindowServer::Ask([&] {
+        QCoreApplication::sendPostedEvents();  // the toolkit shows what is added in a later turn
+        return button->Part()->Widget()->isVisible();
+    }));
     WindowServer::Perform([&] { FindWidget<QAbstractButton>(button)->click(); });
     window->Settle();
     EXPECT_EQ(window->Take().size(), 1u);

@@ -54,7 +54,7 @@ void BMenu::ReadArchive(BMessage* archive) {
         std::unique_ptr<BArchivable> object(instantiate_object(&nested));
         auto* const item = dynamic_cast<BMenuItem*>(object.get());
         if (item == nullptr) continue;
-        object.release();
+        (void)object.release();
         BMenu::AddItem(item, CountItems());
     }
 }
@@ -106,11 +106,20 @@ bool BMenu::AddItem(BMenu* submenu) {
 bool BMenu::AddItem(BMenu* submenu, int32 index) {
     if (submenu == nullptr || submenu->Parent() != nullptr || index < 0 || index > CountItems())
         return false;
-    return AddItem(new BMenuItem(submenu), index);
+    auto item = std::make_unique<BMenuItem>(submenu);
+    if (AddItem(item.get(), index)) {
+        (void)item.release();
+        return true;
+    }
+    (void)item->submenu_.release();  // the caller keeps it
+    return false;
 }
 
 bool BMenu::AddSeparatorItem() {
-    return AddItem(new BSeparatorItem);
+    auto item = std::make_unique<BSeparatorItem>();
+    if (!AddItem(item.get())) return false;
+    (void)item.release();
+    return true;
 }
 
 bool BMenu::RemoveItem(BMenuItem* item) {

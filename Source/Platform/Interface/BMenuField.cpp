@@ -84,7 +84,7 @@ BMenuField::BMenuField(BMessage* archive) : BView(archive, std::make_shared<Fiel
     std::unique_ptr<BArchivable> object(instantiate_object(&nested));
     auto* const menu = dynamic_cast<BMenu*>(object.get());
     if (menu == nullptr) return;
-    object.release();
+    (void)object.release();
     Adopt(menu);
     ShowMenu();
 }

@@ -49,7 +49,7 @@ BMenuItem::BMenuItem(BMessage* archive)
     if (archive->FindMessage("_submenu", &nested) == B_OK) {
         std::unique_ptr<BArchivable> object(instantiate_object(&nested));
         if (auto* const menu = dynamic_cast<BMenu*>(object.get()); menu != nullptr) {
-            object.release();
+            (void)object.release();
             submenu_.reset(menu);
         }
     }

@@ -143,10 +143,9 @@ void BWindow::MoveTo(BPoint leftTop) {
     const std::lock_guard lock(part_->state.mutex);
     BRect& frame = part_->state.frame;
     frame = {leftTop.x, leftTop.y, leftTop.x + frame.Width(), leftTop.y + frame.Height()};
-    ChangeWindow(part_, [=](WindowPart& part) {
-        const QPoint place(static_cast<int>(leftTop.x), static_cast<int>(leftTop.y));
-        part.Widget()->setGeometry(QRect(place, part.Widget()->size()));
-    });
+    part_->state.placesAsked++;
+    ChangeWindow(part_, [place = QPoint(static_cast<int>(leftTop.x), static_cast<int>(leftTop.y))](
+                            WindowPart& part) { part.MoveTo(place); });
 }
 
 void BWindow::ResizeTo(float width, float height) {
@@ -154,7 +153,8 @@ void BWindow::ResizeTo(float width, float height) {
     BRect& frame = part_->state.frame;
     frame.right = frame.left + width;
     frame.bottom = frame.top + height;
-    ChangeWindow(part_, [place = frame](WindowPart& part) { part.SetFrame(place); });
+    part_->state.placesAsked++;
+    ChangeWindow(part_, [size = ToSize(width, height)](WindowPart& part) { part.ResizeTo(size); });
 }
 
 void BWindow::ResizeToPreferred() {

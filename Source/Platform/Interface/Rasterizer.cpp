@@ -36,7 +36,7 @@ int64 ToFixed(double x) {
 }
 
 uint32 LevelOf(double coverage) {
-    return coverage >= 1.0 ? kAll : static_cast<uint32>(coverage * kAll + 0.5);
+    return coverage >= 1.0 ? kAll : static_cast<uint32>(Floor(coverage * kAll + 0.5));
 }
 
 // The first pixel of a row or column whose centre is at or after `x`, and the first one after it.
@@ -177,7 +177,7 @@ void Rasterizer::FillSpans(const Spans& spans) {
                 pen.Cover(pixel, static_cast<uint32>((part + kHalfLevel) >> kLevelShift));
         };
         // What is left of the section, counted from the first pixel's edge.
-        const int32 begin = static_cast<int32>(low & (kOne - 1));
+        const auto begin = static_cast<int32>(low & (kOne - 1));
         int32 rest = begin + line.section;
         cover(kOne - begin);
         for (rest -= kOne; rest > kHalfLevel; rest -= kOne) {

@@ -116,7 +116,7 @@ void WindowPart::Create(BRect frame, const QString& title, ViewPart& root) {
     if (wantsPreferredSize_)
         widget_->setGeometry(static_cast<int>(frame.left), static_cast<int>(frame.top), 1, 1);
     else
-        SetFrame(frame);
+        widget_->setGeometry(ToQtRect(frame));
 }
 
 void WindowPart::Destroy() {
@@ -142,14 +142,22 @@ void WindowPart::Hide() {
     pulse_->stop();
 }
 
-void WindowPart::SetFrame(BRect frame) {
-    if (widget_ == nullptr) return;
+void WindowPart::MoveTo(QPoint leftTop) {
+    widget_->setGeometry(QRect(leftTop, widget_->size()));
+    PlaceDone();
+}
+
+void WindowPart::ResizeTo(QSize size) {
     wantsPreferredSize_ = false;
-    if ((flags_ & B_NOT_RESIZABLE) != 0) {
-        widget_->setMinimumSize(0, 0);
-        widget_->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    }
-    widget_->setGeometry(ToQtRect(frame));
+    if ((flags_ & B_NOT_RESIZABLE) != 0) widget_->setFixedSize(size);
+    widget_->resize(size);
+    PlaceDone();
+}
+
+// The toolkit may have refused some of it.
+void WindowPart::PlaceDone() {
+    const std::lock_guard lock(state.mutex);
+    if (--state.placesAsked == 0) state.frame = ToFrame(widget_->geometry());
 }
 
 void WindowPart::ResizeToPreferred() {
@@ -176,7 +184,7 @@ void WindowPart::SetSizeLimits(QSize least, QSize greatest) {
 void WindowPart::FrameChanged(bool isResized) {
     {
         const std::lock_guard lock(state.mutex);
-        state.frame = ToFrame(widget_->geometry());
+        if (state.placesAsked == 0) state.frame = ToFrame(widget_->geometry());
     }
     if (isResized)
         TellOnce(B_WINDOW_RESIZED, &State::isResizeTold);

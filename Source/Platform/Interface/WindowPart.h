@@ -26,6 +26,8 @@ public:
     struct State {
         std::mutex mutex;
         BRect frame;
+        int32 placesAsked =
+            0;  // by the window, and not yet carried out: until then `frame` is what it asked
         std::string title;
         bool isHidden = true;
         bool isActive = false;
@@ -46,7 +48,9 @@ public:
 
     void Show();
     void Hide();
-    void SetFrame(BRect frame);
+    // Carry out one of the places asked.
+    void MoveTo(QPoint leftTop);
+    void ResizeTo(QSize size);
     void ResizeToPreferred();
     void CenterOnScreen();
     void SetSizeLimits(QSize least, QSize greatest);
@@ -64,6 +68,7 @@ private:
     // Tells `what` unless it is told already.
     void TellOnce(uint32 what, bool State::*isTold);
     void FrameChanged(bool isResized);
+    void PlaceDone();
     void ActivationChanged();
     void WatchScreen();
     // Shortcuts of the window give way to those of its menus.

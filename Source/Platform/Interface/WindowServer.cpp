@@ -62,6 +62,13 @@ public:
 
     void StartRetrying() { retry_.start(kRetryMilliseconds); }
 
+    void RetryDeliveries() {
+        Desk& desk = TheDesk();
+        desk.isRetrying = false;  // before looking: who finds no room from now on calls again
+        retry_.stop();
+        if (desk.outbox.Retry() && !desk.isRetrying.exchange(true)) StartRetrying();
+    }
+
 protected:
     bool event(QEvent* event) override {
         if (event->type() != kWorkEvent) return QApplication::event(event);
@@ -93,13 +100,6 @@ private:
         return change;
     }
 
-    void RetryDeliveries() {
-        Desk& desk = TheDesk();
-        desk.isRetrying = false;  // before looking: who finds no room from now on calls again
-        retry_.stop();
-        if (desk.outbox.Retry() && !desk.isRetrying.exchange(true)) StartRetrying();
-    }
-
     QTimer resume_;
     QTimer retry_;
     int depth_ = 0;
@@ -118,9 +118,13 @@ WindowServer::WindowServer(int& argc, char** argv, Screen screen) {
         arguments_.push_back(argument.toStdString());
     gCurrent = this;
     Desk& desk = TheDesk();
-    const std::lock_guard lock(desk.mutex);
-    desk.server = application_.get();
-    desk.thread = std::this_thread::get_id();
+    {
+        const std::lock_guard lock(desk.mutex);
+        desk.server = application_.get();
+        desk.thread = std::this_thread::get_id();
+    }
+    // Messages may be waiting from before.
+    application_->RetryDeliveries();
 }
 
 WindowServer::~WindowServer() {
@@ -186,7 +190,9 @@ bool WindowServer::Perform(const std::function<void()>& question) {
 void WindowServer::Deliver(const BMessenger& target, const BMessage& message) {
     Desk& desk = TheDesk();
     if (!desk.outbox.Send(target, message) || desk.isRetrying.exchange(true)) return;
-    Queue([] { static_cast<Application*>(QCoreApplication::instance())->StartRetrying(); });
+    const bool isCalled =
+        Queue([] { static_cast<Application*>(QCoreApplication::instance())->StartRetrying(); });
+    if (!isCalled) desk.isRetrying = false;  // the next server will look
 }
 
 bigtime_t WindowServer::LongestTurn() {

@@ -54,7 +54,8 @@ public:
     static Answer Ask(Question question, Answer otherwise = Answer{});
 
     // Sends the message without waiting: keeps the order for each looper, holds back what a full
-    // port refuses until there is room, drops what is for a looper that is gone.
+    // port refuses until there is room (and a server runs), drops what is for a looper that is
+    // gone.
     static void Deliver(const BMessenger& target, const BMessage& message);
 
     // The longest time in microseconds that one event kept the server from the next one.

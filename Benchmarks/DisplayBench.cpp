@@ -1,0 +1,270 @@
+// Displays: how fast trails are drawn, how many updates of a large system reach the screen, how
+// busy the window server is with it, and what a display costs the engine. All rows but the first
+// use the real widgets, on the toolkit's platform without a screen.
+#include <unistd.h>
+
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <thread>
+
+#include "BLooper.h"
+#include "BenchTable.h"
+#include "Benchmarks.h"
+#include "Canvas.h"
+#include "DisplayContext.h"
+#include "Epoch.h"
+#include "MenuArchives.h"
+#include "ProgramResources.h"
+#include "ProgramRun.h"
+#include "ProjectionDisplay.h"
+#include "ResourceTexts.h"
+#include "RunControl.h"
+#include "RunControlView.h"
+#include "SimulationDocument.h"
+#include "Stopwatch.h"
+#include "TrajectoryView.h"
+#include "WindowServer.h"
+
+namespace {
+
+constexpr float kWidth = 800.0f;
+constexpr float kHeight = 600.0f;
+constexpr double kMicroseconds = 1e-6;
+constexpr double kMilliseconds = 1e-3;
+// The pacing measures over a second; this many let it settle.
+constexpr bigtime_t kSettling = 5'000'000;
+constexpr bigtime_t kMeasuring = 3'000'000;
+
+// --- Lines ---
+
+struct Line {
+    BPoint from;
+    BPoint to;
+    rgb_color color;
+};
+
+// Pieces of trails: every line goes on where the last one of its body ended.
+std::vector<Line> TrailLines() {
+    constexpr int kBodies = 10;
+    constexpr int kLinesPerBody = 2000;
+    std::vector<Line> lines;
+    for (int piece = 0; piece < kLinesPerBody; piece++)
+        for (int body = 0; body < kBodies; body++) {
+            const auto at = [body](int step) {
+                const double angle = 0.01 * step;
+                const double radius = 40.0 + 24.0 * body + 0.01 * step;
+                return BPoint{static_cast<float>(400.0 + radius * std::cos(angle)),
+                              static_cast<float>(300.0 + radius * std::sin(angle))};
+            };
+            const auto shade = static_cast<uint8>(60 + 19 * body);
+            lines.push_back({at(piece), at(piece + 1), {shade, 255, 90, 255}});
+        }
+    return lines;
+}
+
+void BenchLines(BenchTable* table) {
+    constexpr std::size_t kArray = 128;
+    const std::vector<Line> lines = TrailLines();
+    Canvas canvas({0, 0, kWidth - 1, kHeight - 1}, TrajectoryView::kSky);
+    QImage image(static_cast<int>(kWidth), static_cast<int>(kHeight), QImage::Format_RGB32);
+    image.fill(QColor(6, 7, 12));
+    const auto arrays = [&] {
+        for (std::size_t at = 0; at < lines.size(); at += kArray) {
+            canvas.BeginLineArray(kArray);
+            for (std::size_t i = at; i < std::min(at + kArray, lines.size()); i++)
+                canvas.AddLine(lines[i].from, lines[i].to, lines[i].color);
+            canvas.EndLineArray();
+        }
+    };
+    const auto calls = [&] {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        for (const Line& line : lines) {
+            painter.setPen(QPen(QColor(line.color.red, line.color.green, line.color.blue), 1.0,
+                                Qt::SolidLine, Qt::RoundCap));
+            painter.drawLine(QPointF(line.from.x, line.from.y), QPointF(line.to.x, line.to.y));
+        }
+    };
+    const std::vector<Timing> timings = Measure({arrays, calls}, 1, 15);
+    table->AddAtLeast("trail lines, smoothed, against single calls", 4,
+                      timings[1].median / timings[0].median, "x");
+    table->AddFigure("trail lines, smoothed",
+                     static_cast<double>(lines.size()) / timings[0].median * 1e-6, "million/s");
+}
+
+// --- Displays ---
+
+// A star with planets on circular orbits and a belt of massless bodies.
+BMessage MakeRecord(int32 massive, int32 massless) {
+    constexpr double kStar = 1.32712440018e20;
+    constexpr double kAU = 1.495978707e11;
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    Epoch epoch;
+    for (int32 i = 0; i < massive + massless; i++) {
+        const bool isPlanet = i < massive;
+        auto body = std::make_unique<Body>("body", i, rgb_color{255, 200, 60, 255},
+                                           rgb_color{90, 200, 255, 255}, kOriginID);
+        const double radius = isPlanet ? 0.4 * i * kAU : (1.0 + 1.2 * unit(random)) * kAU;
+        const double angle = 2 * 3.14159265358979 * unit(random);
+        const double speed = i == 0 ? 0.0 : std::sqrt(kStar / radius);
+        body->SetM(i == 0 ? kStar : isPlanet ? 1e14 / i : 0.0);
+        body->SetRadius(isPlanet ? 7e6 : 0.0);
+        body->SetPosition({radius * std::cos(angle), radius * std::sin(angle), 0});
+        body->SetVelocity({-speed * std::sin(angle), speed * std::cos(angle), 0});
+        epoch.RootSystem()->AddChild(body.release());
+    }
+    BMessage archive;
+    BMessage record;
+    if (epoch.Archive(&archive, true) == B_OK) record.AddMessage("Epochs", &archive);
+    return record;
+}
+
+class Program {
+public:
+    Program()
+        : texts_(&resources_),
+          menus_(texts_, resources_.MassUnits(), resources_.DistanceUnits(),
+                 resources_.SpeedUnits(), resources_.TimeUnits()) {}
+
+    [[nodiscard]] const DisplayContext& Context() const { return context_; }
+    [[nodiscard]] const ProgramResources& Resources() const { return resources_; }
+
+private:
+    const ProgramResources resources_;
+    const ResourceTexts texts_;
+    const MenuArchives menus_;
+    const DisplayContext context_{&texts_, &resources_.DistanceUnits(), &resources_.TimeUnits(),
+                                  &menus_};
+};
+
+class OpenDocument {
+public:
+    OpenDocument(const Program& program, const BMessage& record, bool hasDisplay) {
+        static_cast<void>(document_.Load(record).Failed());
+        owner_->Run();
+        if (!hasDisplay) return;
+        display_ = new ProjectionDisplay({100, 100, 100 + kWidth - 1, 100 + kHeight - 1}, "bench",
+                                         document_.Portal(), document_.GetCalculator()->WriteOk(),
+                                         owner_, program.Context());
+        static_cast<void>(display_->Init("bench"));
+        document_.AddConsumer(display_);
+        display_->Show();
+    }
+    ~OpenDocument() {
+        control_.Pause();
+        if (display_ != nullptr) {
+            document_.RemoveConsumer(display_);
+            if (display_->Lock()) display_->Quit();
+        }
+        if (owner_->Lock()) owner_->Quit();
+    }
+    OpenDocument(const OpenDocument&) = delete;
+    OpenDocument& operator=(const OpenDocument&) = delete;
+
+    void Go() { control_.UnPause(); }
+    void Pause() { control_.Pause(); }
+
+    [[nodiscard]] int64 CountShown() {
+        display_->Lock();
+        const int64 shown = display_->View()->CountShown();
+        display_->Unlock();
+        return shown;
+    }
+    // s, of the simulation.
+    [[nodiscard]] double Time() {
+        document_.Portal()->ReadLock();
+        const double time = document_.Portal()->FocusEpoch()->Time();
+        document_.Portal()->ReadUnlock();
+        return time;
+    }
+
+private:
+    BLooper* const owner_ = new BLooper("owner");
+    RunControlView view_;
+    SimulationDocument document_{nullptr};
+    RunControl control_{document_.Portal(), document_.GetCalculator(), &view_};
+    ProjectionDisplay* display_ = nullptr;
+};
+
+double Seconds(bigtime_t start) {
+    return static_cast<double>(system_time() - start) * kMicroseconds;
+}
+
+void BenchUpdates(BenchTable* table, const Program& program) {
+    OpenDocument open(program, MakeRecord(10, 10'000), true);
+    open.Go();
+    snooze(kSettling);
+    WindowServer::ResetLongestTurn();
+    const int64 before = open.CountShown();
+    const bigtime_t start = system_time();
+    snooze(kMeasuring);
+    const auto shown = static_cast<double>(open.CountShown() - before);
+    const double rate = shown / Seconds(start);
+    open.Pause();
+    table->AddAtLeast("10 + 10000 bodies, updates that reach the screen", 30, rate, "/s");
+    table->AddAtMost("longest time that keeps the window server, Pause included", 16,
+                     static_cast<double>(WindowServer::LongestTurn()) * kMilliseconds, "ms");
+}
+
+// Simulated seconds in a second.
+double Speed(const Program& program, const BMessage& record, bool hasDisplay) {
+    OpenDocument open(program, record, hasDisplay);
+    open.Go();
+    snooze(kSettling);
+    const double before = open.Time();
+    const bigtime_t start = system_time();
+    snooze(kMeasuring);
+    return (open.Time() - before) / Seconds(start);
+}
+
+void BenchEngine(BenchTable* table, const Program& program) {
+    const BMessage record = MakeRecord(10, 0);
+    double alone = 0.0;
+    double shown = 0.0;
+    for (int round = 0; round < 2; round++) {
+        alone = std::max(alone, Speed(program, record, false));
+        shown = std::max(shown, Speed(program, record, true));
+    }
+    table->AddAtLeast("10 bodies, engine speed with a display against none", 80,
+                      100 * shown / alone, "%");
+}
+
+// The program's start, and then what leads from there to the first picture.
+// `serving`: how long the window server took to be there, s.
+void BenchStart(BenchTable* table, double serving) {
+    const auto start = [] {
+        RunProgram({}, {.prepare = [] { execl(ORVEK_PROGRAM, "orvek", "--version", nullptr); }});
+    };
+    const double loading = Measure({start}, 1, 5)[0].median;
+    const bigtime_t begin = system_time();
+    const Program program;
+    OpenDocument open(program, program.Resources().NewSimulation(), true);
+    while (open.CountShown() == 0)
+        snooze(1000);
+    table->AddAtMost("start to first picture", 0.5, loading + serving + Seconds(begin), "s");
+}
+
+}  // namespace
+
+void BenchDisplays(BenchTable* table) {
+    int argc = 1;
+    char name[] = "orvek-bench";
+    char* argv[] = {name, nullptr};
+    const bigtime_t begin = system_time();
+    WindowServer server(argc, argv, WindowServer::Screen::kOffscreen);
+    const double serving = Seconds(begin);
+    std::thread work([table, serving] {
+        BenchStart(table, serving);
+        BenchLines(table);
+        const Program program;
+        BenchUpdates(table, program);
+        BenchEngine(table, program);
+        WindowServer::Stop();
+    });
+    server.Run();
+    work.join();
+}
