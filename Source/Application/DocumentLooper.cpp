@@ -7,15 +7,15 @@
 #include "BFilePanel.h"
 #include "BMessage.h"
 #include "BMessenger.h"
+#include "CollisionMailbox.h"
 #include "InterfaceTexts.h"
+#include "ProgramMessages.h"
 #include "ProgramResources.h"
 #include "ProjectionDisplay.h"
 #include "SimulationFile.h"
 #include "WindowServer.h"
 
 namespace {
-
-constexpr uint32 kCollision = FourCC("clsn");
 
 constexpr const char* kDisplays = "Displays";
 constexpr const char* kDisplayTypes = "Disp type";
@@ -90,12 +90,12 @@ void DocumentLooper::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kTogglePause:
             return run_.TogglePause();
-        case kCollision:
+        case CollisionMailbox::kCollisionMessage:
             controller_.Collide(*message);
             break;
-        case Display::kDeleteMe: {
+        case kDeleteMe: {
             void* display = nullptr;
-            if (message->FindPointer(Display::kDoomedDisplay, &display) == B_OK)
+            if (message->FindPointer(kDoomedDisplay, &display) == B_OK)
                 DeleteDisplay(static_cast<ProjectionDisplay*>(static_cast<Display*>(display)));
             if (!displays_.empty()) break;
             BMessage doomed(kDeleteMe);

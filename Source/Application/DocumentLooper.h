@@ -20,10 +20,6 @@ class ProgramResources;
 
 class DocumentLooper : public BLooper, private RunControlView {
 public:
-    // To the application, with pointer "Doomed Simulation".
-    static constexpr uint32 kDeleteMe = FourCC("klme");
-    static constexpr const char* kDoomedSimulation = "Doomed Simulation";
-
     // None is owned. `path` is empty for a document that is in no file yet.
     DocumentLooper(const ProgramResources* resources, const DisplayContext* context,
                    std::string name, std::string path);

@@ -10,6 +10,8 @@
 #include "BPath.h"
 #include "DocumentError.h"
 #include "DocumentLooper.h"
+#include "InterfaceLabels.h"
+#include "ProgramMessages.h"
 #include "ProgramTexts.h"
 #include "SimulationFile.h"
 #include "SubWindow.h"
@@ -18,7 +20,6 @@
 namespace {
 
 constexpr const char* kSignature = SimulationFile::kPreferredApplication;
-constexpr int32 kLabelUntitled = 1500;
 
 }  // namespace
 
@@ -108,9 +109,9 @@ void SimApp::MessageReceived(BMessage* message) {
             return CreateSimulation();
         case kOpen:
             return Open();
-        case DocumentLooper::kDeleteMe: {
+        case kDeleteMe: {
             void* simulation = nullptr;
-            if (message->FindPointer(DocumentLooper::kDoomedSimulation, &simulation) == B_OK)
+            if (message->FindPointer(kDoomedSimulation, &simulation) == B_OK)
                 DeleteSimulation(static_cast<DocumentLooper*>(simulation));
             break;
         }

@@ -5,6 +5,7 @@
 #include "EpochPortal.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
+#include "ProgramMessages.h"
 #include "WindowPlacement.h"
 #include "WindowServer.h"
 

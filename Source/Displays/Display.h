@@ -22,11 +22,6 @@ class EpochPortal;
 
 class Display : public SubWindow, public Observer, public ReportConsumer {
 public:
-    static constexpr uint32 kRedisplay = FourCC("rdsp");
-    // To the owner, with pointer "Doomed Display": delete this display.
-    static constexpr uint32 kDeleteMe = FourCC("klme");
-    static constexpr const char* kDoomedDisplay = "Doomed Display";
-
     // Portal, benaphore, owner and texts are not owned. Everything waits to be redisplayed.
     Display(BRect frame, const char* title, window_type look, EpochPortal* portal, Benaphore* done,
             BLooper* owner, const InterfaceTexts* texts);

@@ -12,6 +12,7 @@
 #include "InterfaceTexts.h"
 #include "MassSystem.h"
 #include "MenuArchives.h"
+#include "ProgramMessages.h"
 
 namespace {
 
@@ -80,7 +81,7 @@ void DisplayMenus::AddViewMenu() {
     menu->AddSeparatorItem();
     names_ = AddItem(menu, kLabelNames, kToggleNames, kLabelNamesKey);
     scaleBar_ = AddItem(menu, kLabelScaleBar, kToggleScaleBar);
-    time_ = AddItem(menu, kLabelTime, kToggleTime);
+    time_ = AddItem(menu, kLabelShowTime, kToggleTime);
     menu->AddSeparatorItem();
     AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
     menu->SetTargetForItems(display_);

@@ -8,7 +8,6 @@
 #include "BFilePanel.h"
 #include "BMenuBar.h"
 #include "BMessage.h"
-#include "BScreen.h"
 #include "ChangeFlags.h"
 #include "DefaultUnits.h"
 #include "EpochPortal.h"
@@ -18,14 +17,10 @@
 #include "ProjectionView.h"
 #include "ScaleBox.h"
 #include "ScaleRequester.h"
-#include "WindowPlacement.h"
 
 namespace {
 
 constexpr uint32 kPictureNamed = FourCC("svpn");
-
-constexpr BPoint kFirstPlace{40.0f, 40.0f};
-constexpr float kDialogsFraction = 0.9f;
 
 constexpr bigtime_t kPulse = 500'000;
 
@@ -37,27 +32,6 @@ constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
 
 bool IsPositive(double value) {
     return value > 0.0 && value < std::numeric_limits<double>::infinity();
-}
-
-bool IsPlaced(BPoint place) {
-    return place.x != kNeverPlaced.x;
-}
-
-// Records where the dialog stands.
-void NotePlace(BWindow* requester, BPoint* place) {
-    if (requester == nullptr || !requester->Lock()) return;
-    *place = {requester->Frame().left, requester->Frame().top};
-    requester->Unlock();
-}
-
-// Quits the dialog and notes where it stood; false if there is none.
-template <typename Requester>
-bool CloseRequester(Requester** requester, BPoint* place) {
-    if (*requester == nullptr) return false;
-    NotePlace(*requester, place);
-    if ((*requester)->Lock()) (*requester)->Quit();
-    *requester = nullptr;
-    return true;
 }
 
 }  // namespace
@@ -155,8 +129,9 @@ void ProjectionDisplay::FrameResized(float width, float height) {
 
 // The scale dialog's figures follow the window's size.
 void ProjectionDisplay::Pulse() {
-    if (!isResized_ || scaleRequester_ == nullptr) return;
-    if (scaleRequester_->PostMessage(ScaleBox::kReferenceChosen) == B_OK) isResized_ = false;
+    BWindow* const requester = scaleRequester_.Requester();
+    if (!isResized_ || requester == nullptr) return;
+    if (requester->PostMessage(ScaleBox::kReferenceChosen) == B_OK) isResized_ = false;
 }
 
 void ProjectionDisplay::Quit() {
@@ -223,28 +198,13 @@ void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
 
 // --- Axis and scale ---
 
-void ProjectionDisplay::ShowRequester(BWindow* requester, bool isNew, BPoint place) {
-    if (isNew) {
-        const BRect screen = BScreen(this).Frame();
-        requester->MoveTo(IsPlaced(place) ? confine_point_to_frame(place, screen, kDialogsFraction)
-                                          : kFirstPlace);
-        requester->Show();
-        return;
-    }
-    if (!requester->Lock()) return;
-    if (requester->IsHidden()) requester->Show();
-    requester->Activate();
-    requester->Unlock();
-}
-
 void ProjectionDisplay::RequestAxis() {
-    const bool isNew = axisRequester_ == nullptr;
-    if (isNew) axisRequester_ = new AxisRequester(fields_.projection.axis, this);
-    ShowRequester(axisRequester_, isNew, fields_.axisAt);
+    axisRequester_.Open(this, fields_.axisAt,
+                        [this] { return new AxisRequester(fields_.projection.axis, this); });
 }
 
 bool ProjectionDisplay::CancelAxisRequest() {
-    return CloseRequester(&axisRequester_, &fields_.axisAt);
+    return axisRequester_.Close(&fields_.axisAt);
 }
 
 void ProjectionDisplay::SetAxis(BMessage* message) {
@@ -260,15 +220,14 @@ void ProjectionDisplay::SetAxis(BMessage* message) {
 }
 
 void ProjectionDisplay::RequestScale() {
-    const bool isNew = scaleRequester_ == nullptr;
-    if (isNew)
-        scaleRequester_ = new ScaleRequester(fields_.projection.scale, fields_.reference,
-                                             fields_.units, this, context_);
-    ShowRequester(scaleRequester_, isNew, fields_.scaleAt);
+    scaleRequester_.Open(this, fields_.scaleAt, [this] {
+        return new ScaleRequester(fields_.projection.scale, fields_.reference, fields_.units, this,
+                                  context_);
+    });
 }
 
 bool ProjectionDisplay::CancelScaleRequest() {
-    return CloseRequester(&scaleRequester_, &fields_.scaleAt);
+    return scaleRequester_.Close(&fields_.scaleAt);
 }
 
 void ProjectionDisplay::SetScale(BMessage* message) {
@@ -333,6 +292,7 @@ void ProjectionDisplay::PanBy(float right, float down) {
 void ProjectionDisplay::FitAll() {
     const TrajectoryCache& cache = View()->Cache();
     std::vector<ThreeVector> places;
+    places.reserve(static_cast<std::size_t>(cache.CountBodies()));
     for (int32 body = 0; body < cache.CountBodies(); body++)
         places.push_back(cache.LastPosition(body) - cache.LastReference());
     const BRect bounds = View()->Bounds();
@@ -364,8 +324,8 @@ void ProjectionDisplay::FollowBody(int32 body) {
 
 status_t ProjectionDisplay::MiniArchive(BMessage* archive) const {
     ProjectionFields fields = fields_;
-    NotePlace(axisRequester_, &fields.axisAt);
-    NotePlace(scaleRequester_, &fields.scaleAt);
+    fields.axisAt = axisRequester_.Place(fields.axisAt);
+    fields.scaleAt = scaleRequester_.Place(fields.scaleAt);
     const BPoint anchor = View()->AnchorPoint();
     fields.projection.Shift(anchor.x, anchor.y);
     const status_t status = TrajectoryDisplay::MiniArchive(archive);

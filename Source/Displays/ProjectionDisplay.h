@@ -9,22 +9,22 @@
 #include "DisplayContext.h"
 #include "DisplayMenus.h"
 #include "OverlayItem.h"
+#include "ProgramMessages.h"
 #include "ProjectionFields.h"
+#include "RequesterSlot.h"
 #include "TrajectoryDisplay.h"
 
-class AxisRequester;
 class BFilePanel;
 class ProjectionView;
-class ScaleRequester;
 
 class ProjectionDisplay : public TrajectoryDisplay {
 public:
     static constexpr int32 kType = 1;
     // From the owner, when a run has stopped and when one starts.
-    static constexpr uint32 kRunStopped = FourCC("psar");
-    static constexpr uint32 kRunStarted = FourCC("gook");
+    static constexpr uint32 kRunStopped = kPauseRun;
+    static constexpr uint32 kRunStarted = kUnPauseRun;
     // The answer to an axis message.
-    static constexpr uint32 kAxisDone = FourCC("rnok");
+    static constexpr uint32 kAxisDone = kUnRestRun;
 
     ProjectionDisplay(BRect frame, const char* title, EpochPortal* portal, Benaphore* done,
                       BLooper* owner, const DisplayContext& context);
@@ -78,7 +78,6 @@ protected:
 
 private:
     void RemoveMenuShortcuts();
-    void ShowRequester(BWindow* requester, bool isNew, BPoint place);
     void Center();
     void ShowMap(bool isScaleChanged);
     void TakeReference(const std::vector<Body*>& bodies);
@@ -90,8 +89,8 @@ private:
 
     const DisplayContext context_;
     ProjectionFields fields_;
-    AxisRequester* axisRequester_ = nullptr;
-    ScaleRequester* scaleRequester_ = nullptr;
+    RequesterSlot axisRequester_;
+    RequesterSlot scaleRequester_;
     std::unique_ptr<DisplayMenus> menus_;
     bool areUnitsChosen_ = false;
     bool isResized_ = false;

@@ -6,16 +6,12 @@
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "NumberBox.h"
-#include "SubWindow.h"
+#include "ProgramMessages.h"
 #include "UnitMenu.h"
 #include "UnitMenuItem.h"
 #include "UnitTable.h"
 
 namespace {
-
-constexpr uint32 kReenableWarnings = FourCC("cdmr");
-constexpr uint32 kShowAnimation = FourCC("sanm");
-constexpr uint32 kShowEpochs = FourCC("sepw");
 
 BMessage ArchiveOf(const BArchivable& object) {
     BMessage archive(B_ARCHIVED_OBJECT);
@@ -47,11 +43,11 @@ BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts) {
     menu.AddItem(new BMenuItem(texts.Text(kLabelNewSimulation), new BMessage(kNewSimulation),
                                texts.Key(kLabelNewSimulationKey)));
     auto* const open = new BMessage(kOpen);
-    open->AddPointer("Simulation", nullptr);
+    open->AddPointer(kSimulationField, nullptr);
     menu.AddItem(new BMenuItem(texts.Text(kLabelOpen), open, texts.Key(kLabelOpenKey)));
     menu.AddSeparatorItem();
     menu.AddItem(new BMenuItem(texts.Text(kLabelAbout), new BMessage(B_ABOUT_REQUESTED)));
-    menu.AddItem(new BMenuItem(texts.Text(kLabelReenable), new BMessage(kReenableWarnings)));
+    menu.AddItem(new BMenuItem(texts.Text(kLabelReenable), new BMessage(kClearDefaultResponses)));
     menu.AddSeparatorItem();
     menu.AddItem(new BMenuItem(texts.Text(kLabelQuit), new BMessage(B_QUIT_REQUESTED),
                                texts.Key(kLabelQuitKey)));

@@ -5,6 +5,7 @@
 #include "BMessenger.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
+#include "ProgramMessages.h"
 #include "WindowServer.h"
 
 SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 flags, BLooper* owner,

@@ -7,14 +7,6 @@
 
 class InterfaceTexts;
 
-// Messages that every such window understands.
-inline constexpr uint32 kNewSimulation = FourCC("nwsm");  // to the application
-inline constexpr uint32 kOpen = FourCC("open");
-inline constexpr uint32 kSave = FourCC("save");  // to the owner
-inline constexpr uint32 kUndo = FourCC("undo");
-inline constexpr uint32 kRedo = FourCC("redo");
-inline constexpr uint32 kTogglePause = FourCC("tgps");
-
 class SubWindow : public BWindow {
 public:
     // Owner and texts must outlive the window. Adds the shortcuts of the messages above.

@@ -1,0 +1,45 @@
+#include "RequesterSlot.h"
+
+#include "BScreen.h"
+#include "BWindow.h"
+#include "ProjectionFields.h"
+#include "WindowPlacement.h"
+
+namespace {
+
+constexpr BPoint kFirstPlace{40.0f, 40.0f};
+constexpr float kScreenFraction = 0.9f;
+
+}  // namespace
+
+BPoint RequesterSlot::Place(BPoint place) const {
+    if (requester_ == nullptr || !requester_->Lock()) return place;
+    const BRect frame = requester_->Frame();
+    requester_->Unlock();
+    return {frame.left, frame.top};
+}
+
+void RequesterSlot::Open(const BWindow* display, BPoint place,
+                         const std::function<BWindow*()>& make) {
+    if (requester_ == nullptr) {
+        requester_ = make();
+        const BRect screen = BScreen(display).Frame();
+        requester_->MoveTo(place.x == kNeverPlaced.x
+                               ? kFirstPlace
+                               : confine_point_to_frame(place, screen, kScreenFraction));
+        requester_->Show();
+        return;
+    }
+    if (!requester_->Lock()) return;
+    if (requester_->IsHidden()) requester_->Show();
+    requester_->Activate();
+    requester_->Unlock();
+}
+
+bool RequesterSlot::Close(BPoint* place) {
+    if (requester_ == nullptr) return false;
+    *place = Place(*place);
+    if (requester_->Lock()) requester_->Quit();
+    requester_ = nullptr;
+    return true;
+}

@@ -1,0 +1,66 @@
+// Codes of the messages that travel between the program's windows, its simulations and the
+// application. Those that stay inside one window stand in its header. Fields that name a window
+// hold a pointer.
+#pragma once
+
+#include "SupportDefs.h"
+
+// --- To the application ---
+inline constexpr uint32 kNewSimulation = FourCC("nwsm");
+// With pointer "Simulation": the window that an opened file may replace, or null. Simulations take
+// it too, and pass it on with themselves in that field.
+inline constexpr uint32 kOpen = FourCC("open");
+// A simulation (with pointer "Doomed Simulation"), or to a simulation: a display (with pointer
+// "Doomed Display") has closed and wants to be deleted.
+inline constexpr uint32 kDeleteMe = FourCC("klme");
+// A message box has closed: pointer "Doomed Msg Window". To the application or a simulation.
+inline constexpr uint32 kDeleteMessageWindow = FourCC("klms");
+// A standing answer to a question: int32 "Window ID" and int32 "Default".
+inline constexpr uint32 kSetDefaultResponse = FourCC("sdmr");
+inline constexpr uint32 kClearDefaultResponses = FourCC("cdmr");
+// Steps in which a simulation's window is built. They go to the application, which hands them back
+// to the pointer "Simulation".
+inline constexpr uint32 kBuildMenuBar = FourCC("bmmu");
+inline constexpr uint32 kBuildRootView = FourCC("brtv");
+inline constexpr uint32 kBuildBodySettings = FourCC("bbst");
+inline constexpr uint32 kBuildGlobalControls = FourCC("bgct");
+inline constexpr uint32 kArrangeWindow = FourCC("arsw");
+inline constexpr uint32 kShowWindow = FourCC("bld8");
+
+// --- To a simulation ---
+inline constexpr uint32 kSave = FourCC("save");
+inline constexpr uint32 kSaveAs = FourCC("svas");
+inline constexpr uint32 kSaveCurrentEpoch = FourCC("svep");
+inline constexpr uint32 kCloseThenOpen = FourCC("c_op");
+inline constexpr uint32 kUndo = FourCC("undo");
+inline constexpr uint32 kRedo = FourCC("redo");
+inline constexpr uint32 kNewBody = FourCC("nwbd");
+inline constexpr uint32 kDeleteCurrentBody = FourCC("dlcb");
+inline constexpr uint32 kDeleteBody = FourCC("dlbd");     // int64 "Body ID"
+inline constexpr uint32 kEditBody = FourCC("edbd");       // int64 "Body ID"
+inline constexpr uint32 kSetRelativeTo = FourCC("rel2");  // int64 "Body ID"
+inline constexpr uint32 kEditEpoch = FourCC("edep");      // int32 "index" in the epoch window
+inline constexpr uint32 kLogEpoch = FourCC("lgep");
+inline constexpr uint32 kToCenterOfMass = FourCC("2com");
+inline constexpr uint32 kTogglePause = FourCC("tgps");
+// Pause, and let go again; "rest" and "rnok" hold the calculator only. Answered with message
+// "Reply", if there is one, when done.
+inline constexpr uint32 kPauseRun = FourCC("psar");
+inline constexpr uint32 kUnPauseRun = FourCC("gook");
+inline constexpr uint32 kRestRun = FourCC("rest");
+inline constexpr uint32 kUnRestRun = FourCC("rnok");
+inline constexpr uint32 kPauseForUser = FourCC("psur");
+inline constexpr uint32 kRedisplay = FourCC("rdsp");
+inline constexpr uint32 kNewDisplay = FourCC("nwds");  // int32 "Display Type"
+inline constexpr uint32 kShowTrailDisc = FourCC("s_td");
+inline constexpr uint32 kShowAnimation = FourCC("sanm");
+inline constexpr uint32 kShowEpochs = FourCC("sepw");
+
+// --- Their fields ---
+inline constexpr const char* kSimulationField = "Simulation";
+inline constexpr const char* kDoomedSimulation = "Doomed Simulation";
+inline constexpr const char* kDoomedDisplay = "Doomed Display";
+inline constexpr const char* kDoomedMessageWindow = "Doomed Msg Window";
+inline constexpr const char* kBodyIDField = "Body ID";
+inline constexpr const char* kDisplayTypeField = "Display Type";
+inline constexpr const char* kReplyField = "Reply";
