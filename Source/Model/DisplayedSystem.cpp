@@ -66,6 +66,7 @@ DisplayedSystem::DisplayedSystem(const DisplayedSystem& other)
       relativeTo_(other.relativeTo_) {}
 
 DisplayedSystem& DisplayedSystem::operator=(const DisplayedSystem& other) {
+    if (this == &other) return *this;
     MassSystem::operator=(other);
     name_ = other.name_;
     positionUval_ = other.positionUval_;

@@ -1,7 +1,5 @@
 #include "MacroCommand.h"
 
-#include <ranges>
-
 MacroCommand::MacroCommand(int32 expected) {
     if (expected > 0) commands_.reserve(static_cast<std::size_t>(expected));
 }
@@ -16,6 +14,6 @@ void MacroCommand::Execute() {
 }
 
 void MacroCommand::Undo() {
-    for (const auto& command : commands_ | std::views::reverse)
-        command->Undo();
+    for (std::size_t i = commands_.size(); i-- > 0;)
+        commands_[i]->Undo();
 }

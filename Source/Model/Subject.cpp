@@ -34,6 +34,7 @@ void Subject::TellObservers(int32 what) {
     if (!broadcast_) return;
     listLock_.Lock();
     // By index: an observer may remove itself meanwhile.
+    // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t i = 0; i < observers_.size(); i++)
         observers_[i]->Changed(what);
     listLock_.Unlock();

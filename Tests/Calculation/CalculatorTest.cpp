@@ -180,7 +180,8 @@ TEST(Calculator, GrowingBatchesKeepWhatTheyHold) {
     SetReportsPerDraw(&calculator, 150);
     EXPECT_EQ(calculator.TRep()[99], 100.0);
     for (int i = 0; i < 9; i++) {
-        const double expected = 1 + i / 3;  // one value for each body
+        const int body = i / 3;
+        const double expected = 1 + body;  // one value for each body
         EXPECT_EQ(calculator.RRep()[891 + i], expected);
         EXPECT_EQ(calculator.VRep()[891 + i], expected);
     }

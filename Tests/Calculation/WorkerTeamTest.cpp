@@ -1,10 +1,10 @@
 #include "WorkerTeam.h"
 
 #include <gtest/gtest.h>
-#include <time.h>
 
 #include <atomic>
 #include <chrono>
+#include <ctime>
 #include <memory>
 #include <thread>
 #include <vector>

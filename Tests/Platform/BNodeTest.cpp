@@ -45,8 +45,8 @@ TEST_F(BNodeTest, AttributesHaveTypeAndData) {
     std::vector<char> data;
     ASSERT_EQ(BNode(path_.c_str()).ReadAttr("a/b%c", &type, &data), B_OK);
     EXPECT_EQ(type, B_STRING_TYPE);
-    EXPECT_EQ(std::string(data.data(), data.size()), std::string("hello", 6));
-    EXPECT_EQ(Extended("user.haiku.a%\\b%%c").substr(4), std::string("hello", 6));
+    EXPECT_EQ(std::string(data.data(), data.size()), std::string("hello\0", 6));
+    EXPECT_EQ(Extended("user.haiku.a%\\b%%c").substr(4), std::string("hello\0", 6));
 
     // A shorter value leaves nothing of the longer one.
     ASSERT_EQ(node_.WriteAttr("a/b%c", B_RAW_TYPE, "", 0), B_OK);

@@ -110,7 +110,8 @@ TEST(MessageReader, NestedRecordsTellTheirOwnForm) {
         bytes = WithUInt32(std::move(bytes), 32, static_cast<uint32>(inner.size()));
         bytes.insert(bytes.end(), inner.begin(), inner.end());
         bytes.resize(32 + padded + 1);
-        bytes = WithSize(std::move(bytes), static_cast<int32>(bytes.size()));
+        const auto whole = static_cast<int32>(bytes.size());
+        bytes = WithSize(std::move(bytes), whole);
         BMessage mixed;
         ASSERT_EQ(Unflatten(bytes, &mixed), B_OK) << name;
         EXPECT_EQ(mixed.what, FourCC("test"));

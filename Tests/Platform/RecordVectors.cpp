@@ -43,7 +43,7 @@ RecordBytes WithByte(RecordBytes bytes, std::size_t at, uint8 byte) {
 
 RecordBytes WithSize(RecordBytes bytes, int32 size) {
     bytes = WithUInt32(std::move(bytes), 8, static_cast<uint32>(size));
-    uint32 sum = std::to_integer<uint32>(bytes.at(16));
+    auto sum = std::to_integer<uint32>(bytes.at(16));
     for (std::size_t at = 8; at < 16; at++)
         sum += std::to_integer<uint32>(bytes[at]) << (8 * (3 - at % 4));
     return WithUInt32(std::move(bytes), 4, sum);

