@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <thread>
 
-#include "TestFolder.h"
 #include "TestWindow.h"
 
 namespace {
@@ -230,7 +229,6 @@ TEST_F(CanvasViewTest, OverlayLiesOverThePictureAndLeavesNoTrace) {
 }
 
 TEST(CanvasViewAlone, DrawsWithoutAWindow) {
-    const TestFolder folder;
     CanvasView view("alone", CanvasView::Anchor::kCenter, kSky);
     view.ResizeTo(199, 99, 2.0);
     EXPECT_EQ(view.Bounds(), (BRect{-100, -50, 99, 49}));
@@ -240,9 +238,9 @@ TEST(CanvasViewAlone, DrawsWithoutAWindow) {
     view.SyncLayers();
     view.DrawDisc({0, 0}, 5, kGreen);
     view.Sync();
-    const std::string path = folder.Path() + "/view.png";
-    ASSERT_EQ(view.SavePNG(path), B_OK);
-    const QImage image(QString::fromStdString(path));
+    const std::vector<std::byte> bytes = view.EncodePNG();
+    const QImage image = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
+                                          static_cast<int>(bytes.size()));
     ASSERT_EQ(image.size(), QSize(400, 200));
     EXPECT_EQ(image.pixelColor(201, 101), QColor(0, 255, 0));
     EXPECT_EQ(image.pixelColor(101, 101), QColor(255, 0, 0));

@@ -195,6 +195,18 @@ TEST_F(ControlTest, TypedTextIsPendingUntilItIsEntered) {
     EXPECT_EQ(text->Text(), "3.5");
     EXPECT_TRUE(window_->Take().empty());
 
+    // Entered, but the window has not heard of it yet.
+    type("3.7");
+    window_->Lock();
+    WindowServer::Perform([&] { QTest::keyClick(FindWidget<QLineEdit>(text), Qt::Key_Return); });
+    EXPECT_EQ(text->TakePendingText(), "3.7");
+    EXPECT_EQ(text->TakePendingText(), std::nullopt);
+    window_->Unlock();
+    window_->Settle();
+    EXPECT_EQ(text->Text(), "3.7");
+    EXPECT_EQ(text->PendingText(), std::nullopt);
+    window_->Take();
+
     type("4");
     window_->Lock();
     text->SetText("5");

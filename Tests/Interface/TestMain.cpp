@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QString>
+#include <cstdio>
 #include <memory>
 #include <semaphore>
 #include <thread>
@@ -29,7 +31,14 @@ void EndServer() {
     gServer.reset();
 }
 
+// The platform without a screen remarks on every window what it cannot do.
+void DropRemarks(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (!text.startsWith(QLatin1String("This plugin does not support")) && type != QtInfoMsg)
+        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+}
+
 void StartServer() {
+    qInstallMessageHandler(DropRemarks);
     gServer = std::make_unique<WindowServer>(gArgumentCount, gArguments,
                                              WindowServer::Screen::kOffscreen);
 }

@@ -5,6 +5,8 @@
 
 inline constexpr uint32 B_ABOUT_REQUESTED = FourCC("_ABR");
 inline constexpr uint32 B_QUIT_REQUESTED = FourCC("_QRQ");
+// The user's session or the program's process is about to end: quit without asking. Of this kit.
+inline constexpr uint32 B_SESSION_ENDING = FourCC("_SEN");
 inline constexpr uint32 B_READY_TO_RUN = FourCC("_RTR");
 inline constexpr uint32 B_ARGV_RECEIVED = FourCC("_ARG");
 inline constexpr uint32 B_REFS_RECEIVED = FourCC("_RRC");

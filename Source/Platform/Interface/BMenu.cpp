@@ -10,6 +10,7 @@
 #include "BWindow.h"
 #include "ClassName.h"
 #include "MenuItemPart.h"
+#include "Mnemonics.h"
 #include "ViewPart.h"
 
 namespace {
@@ -18,7 +19,11 @@ const ArchivableClass kClass("BMenu", BMenu::Instantiate);
 
 class MenuPart : public ViewPart {
 protected:
-    QWidget* Make() override { return new QMenu; }
+    QWidget* Make() override {
+        auto* const menu = new QMenu;
+        QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] { MarkMnemonics(*menu); });
+        return menu;
+    }
 };
 
 }  // namespace

@@ -121,6 +121,11 @@ void BMenuField::SetEnabled(bool isEnabled) {
     ChangeWidget<QWidget>(Part(), [=](QWidget& widget) { widget.setEnabled(isEnabled); });
 }
 
+void BMenuField::SetColumns(int32 count) {
+    ChangePart<FieldPart>(Part(),
+                          [=](FieldPart& part) { part.button->setMinimumContentsLength(count); });
+}
+
 void BMenuField::AttachedToWindow() {
     // What is shown may depend on the derived class, which was not there before.
     UpdateText();

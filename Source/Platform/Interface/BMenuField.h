@@ -22,6 +22,8 @@ public:
     void SetLabel(const char* label);
     void SetEnabled(bool isEnabled);
     [[nodiscard]] bool IsEnabled() const { return isEnabled_; }
+    // Room for at least so many characters.
+    void SetColumns(int32 count);
 
     void AttachedToWindow() override;
 

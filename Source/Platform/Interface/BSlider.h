@@ -5,7 +5,7 @@
 
 class BSlider : public BControl {
 public:
-    // `message` is sent when the user lets go of the knob or steps it with a key.
+    // `message` is sent when the user lets go of the knob, or of the key that moves it.
     BSlider(const char* name, const char* label, BMessage* message, int32 minimum, int32 maximum);
 
     void SetLabel(const char* label) override;

@@ -40,6 +40,14 @@ void BStringView::SetWrapped(bool isWrapped) {
     ChangeWidget<QLabel>(Part(), [=](QLabel& label) { label.setWordWrap(isWrapped); });
 }
 
+void BStringView::LimitWidth(float width) {
+    ChangeWidget<QLabel>(Part(), [width = static_cast<int>(width)](QLabel& label) {
+        if (label.sizeHint().width() <= width) return;
+        label.setWordWrap(true);
+        label.setMinimumSize(width, label.heightForWidth(width));
+    });
+}
+
 void BStringView::SetSelectable(bool isSelectable) {
     ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
         label.setTextInteractionFlags(isSelectable

@@ -11,6 +11,9 @@ public:
     void SetText(const char* text);
     // Breaks long lines at the view's width. Off at first; the text's own lines are always kept.
     void SetWrapped(bool isWrapped);
+    // Breaks lines that are longer than this, in logical pixels, and asks for the room they then
+    // take. For a text that does not change.
+    void LimitWidth(float width);
     // The user can select and copy the text.
     void SetSelectable(bool isSelectable);
     void SetRightAligned(bool isRightAligned);

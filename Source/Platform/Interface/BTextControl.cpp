@@ -18,26 +18,26 @@ public:
     QLabel* title = nullptr;
 
     void SetText(const QString& text) {
-        entered_ = text;
+        told_ = known_ = text;
         if (line->text() != text) line->setText(text);
     }
+
+    // The handle has taken over what it was told.
+    void SetKnown(const QString& text) { known_ = text; }
 
     void SetWantsKeys(bool wantsKeys) { wantsKeys_ = wantsKeys; }
 
     [[nodiscard]] std::optional<std::string> Pending() const {
-        if (line == nullptr || line->text() == entered_) return std::nullopt;
+        if (line == nullptr || line->text() == known_) return std::nullopt;
         return line->text().toStdString();
     }
 
-    // What is pending becomes what was entered; the handle hears of it.
-    std::optional<std::string> Enter(bool isSilent) {
+    // What is pending becomes what was entered, and the caller's.
+    std::optional<std::string> Take() {
         std::optional<std::string> text = Pending();
         if (!text) return text;
-        entered_ = line->text();
-        BMessage message(kViewChanged);
-        message.AddString("entered", *text);
-        message.AddBool("silent", isSilent);
-        Tell(message);
+        known_ = line->text();
+        TellEntered(true);
         return text;
     }
 
@@ -48,13 +48,15 @@ protected:
         layout->setContentsMargins(0, 0, 0, 0);
         title = new QLabel(ToText(label_));
         title->setVisible(!label_.empty());
-        entered_ = ToText(text_);
-        line = new QLineEdit(entered_);
+        told_ = known_ = ToText(text_);
+        line = new QLineEdit(told_);
         line->setAccessibleName(ToText(label_));
         layout->addWidget(title);
         layout->addWidget(line, 1);
         widget->setFocusProxy(line);
-        QObject::connect(line, &QLineEdit::editingFinished, widget, [this] { Enter(false); });
+        QObject::connect(line, &QLineEdit::editingFinished, widget, [this] {
+            if (line->text() != told_) TellEntered(false);
+        });
         QObject::connect(line, &QLineEdit::textEdited, widget, [this] {
             if (wantsKeys_) Tell(BMessage(kViewChanged));
         });
@@ -62,9 +64,18 @@ protected:
     }
 
 private:
+    void TellEntered(bool isSilent) {
+        told_ = line->text();
+        BMessage message(kViewChanged);
+        message.AddString("entered", told_.toStdString());
+        message.AddBool("silent", isSilent);
+        Tell(message);
+    }
+
     const std::string label_;
     const std::string text_;
-    QString entered_;
+    QString told_;   // to the handle, or by it
+    QString known_;  // to the handle: what it was told may be on its way still
     bool wantsKeys_ = false;
 };
 
@@ -95,7 +106,7 @@ std::optional<std::string> BTextControl::PendingText() const {
 }
 
 std::optional<std::string> BTextControl::TakePendingText() {
-    return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Enter(true); });
+    return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Take(); });
 }
 
 void BTextControl::SetModificationMessage(BMessage* message) {
@@ -133,5 +144,6 @@ void BTextControl::Changed(const BMessage& message) {
     bool isSilent = false;
     message.FindBool("silent", &isSilent);
     text_ = text;
+    ChangePart<TextPart>(Part(), [text = ToText(text_)](TextPart& part) { part.SetKnown(text); });
     if (!isSilent) Invoke();
 }

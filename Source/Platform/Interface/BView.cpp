@@ -124,8 +124,11 @@ void BView::SetToolTip(const char* text) {
 }
 
 void BView::SetAccessibleName(const char* text) {
-    ChangeWidget<QWidget>(
-        part_, [name = ToText(text)](QWidget& widget) { widget.setAccessibleName(name); });
+    ChangeWidget<QWidget>(part_, [name = ToText(text)](QWidget& widget) {
+        // What has the keyboard is what a screen reader looks at.
+        QWidget* const inner = widget.focusProxy();
+        (inner == nullptr ? widget : *inner).setAccessibleName(name);
+    });
 }
 
 void BView::SetExplicitMinSize(float width, float height) {

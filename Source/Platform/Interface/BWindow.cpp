@@ -161,6 +161,12 @@ void BWindow::ResizeToPreferred() {
     ChangeWindow(part_, [](WindowPart& part) { part.ResizeToPreferred(); });
 }
 
+void BWindow::GetPreferredSize(float* width, float* height) const {
+    const QSize size = WindowServer::Ask([part = part_] { return part->PreferredSize(); });
+    *width = static_cast<float>(size.width() - 1);
+    *height = static_cast<float>(size.height() - 1);
+}
+
 void BWindow::CenterOnScreen() {
     ChangeWindow(part_, [](WindowPart& part) { part.CenterOnScreen(); });
 }

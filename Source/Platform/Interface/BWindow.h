@@ -37,6 +37,8 @@ public:
     void MoveTo(BPoint leftTop);
     void ResizeTo(float width, float height);  // right - left, bottom - top
     void ResizeToPreferred();
+    // What the content wants, as Frame().Width() and Height() would be. Asks the server.
+    void GetPreferredSize(float* width, float* height) const;
     void CenterOnScreen();
     // The least and the greatest Frame().Width() and Height().
     void SetSizeLimits(float minWidth, float maxWidth, float minHeight, float maxHeight);

@@ -64,8 +64,8 @@ Canvas::Canvas(BRect bounds, rgb_color background, double scale)
 void Canvas::SetBounds(BRect bounds) {
     if (bounds == bounds_) return;
     Canvas other(bounds, background_, scale_);
-    other.pixels_.Copy(pixels_, pixels_.Bounds(),
-                       {origin_.x - other.origin_.x, origin_.y - other.origin_.y});
+    other.pixels_.TakeOver(pixels_, pixels_.Bounds(),
+                           {origin_.x - other.origin_.x, origin_.y - other.origin_.y});
     *this = std::move(other);
 }
 
@@ -132,13 +132,6 @@ void Canvas::DrawDisc(BPoint center, float radius, rgb_color color) {
     damage_.Add(rasterizer.DrawDisc(DeviceX(center.x), DeviceY(center.y), size));
 }
 
-void Canvas::DrawString(const std::string& text, BPoint where, rgb_color color) {
-    if (!IsFinite(where)) return;
-    const IntRect area =
-        DrawText(&pixels_, text, DeviceX(where.x), DeviceY(where.y), scale_, color);
-    damage_.Add(area);
-}
-
 void Canvas::CopyFrom(const Canvas& source, BRect rect) {
     const IntRect area = Intersection(DeviceRect(rect), pixels_.Bounds());
     if (area.IsEmpty() || source.scale_ != scale_) return;
@@ -160,10 +153,4 @@ rgb_color Canvas::PixelAt(BPoint where) const {
     const int32 y = DeviceFloor(DeviceY(where.y));
     if (x < 0 || y < 0 || x >= pixels_.Width() || y >= pixels_.Height()) return background_;
     return ToColor(pixels_.Row(y)[x]);
-}
-
-status_t Canvas::SavePNG(const std::string& path) const {
-    PixelBuffer opaque(pixels_.Width(), pixels_.Height(), 0);
-    opaque.Copy(pixels_, pixels_.Bounds(), {0, 0});
-    return WritePNG(opaque, scale_, path);
 }

@@ -1,6 +1,5 @@
 // A picture in memory, drawn into with anti-aliased lines and discs. A plain object: needs no
-// window, no event loop and no window server (only texts need fonts, see HeadlessGraphics.h). Used
-// by one thread at a time.
+// window, no event loop and no window server. Used by one thread at a time.
 //
 // Coordinates are logical pixels: pixel (x, y) has its centre at the point (x, y), and a rectangle
 // covers the pixels left ... right and top ... bottom, both included. Bounds may lie anywhere, so
@@ -11,11 +10,9 @@
 // covers once: a line drawn again, or in many short pieces, becomes neither thicker nor jagged.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "DamageMap.h"
-#include "Errors.h"
 #include "GraphicsDefs.h"
 #include "PixelBuffer.h"
 
@@ -44,8 +41,6 @@ public:
     void FillRect(BRect rect, rgb_color color);
     // Radius in logical pixels; a smaller one than 0.5 is drawn as 0.5, so that it can be seen.
     void DrawDisc(BPoint center, float radius, rgb_color color);
-    // The left end of the base line. Left out where there are no fonts.
-    void DrawString(const std::string& text, BPoint where, rgb_color color);
     // Copies what both pictures have of the rectangle. The scales must be the same.
     void CopyFrom(const Canvas& source, BRect rect);
 
@@ -62,9 +57,6 @@ public:
     [[nodiscard]] const PixelBuffer& Pixels() const { return pixels_; }
     // Device pixel of the left-top corner, counted from the point where coordinates begin.
     [[nodiscard]] IntPoint Origin() const { return origin_; }
-
-    // The whole picture. B_IO_ERROR if the file cannot be written.
-    [[nodiscard]] status_t SavePNG(const std::string& path) const;
 
 private:
     struct Line {

@@ -136,11 +136,11 @@ int64 CanvasView::CountShown() const {
     return CanvasServer().CountShown();
 }
 
-status_t CanvasView::SavePNG(const std::string& path, bool withOverlay) const {
+std::vector<std::byte> CanvasView::EncodePNG(bool withOverlay) const {
     const CanvasPart& part = CanvasServer();
     const CanvasPart::Place place = part.GetPlace();
     const IntRect area = part.DeviceArea(place);
-    if (area.IsEmpty()) return B_NO_INIT;
+    if (area.IsEmpty()) return {};
     PixelBuffer pixels(area.Width(), area.Height(), ToPixel(Background()));
     pixels.Copy(picture_.Pixels(), picture_.Pixels().Bounds(),
                 {picture_.Origin().x - area.left, picture_.Origin().y - area.top});
@@ -151,7 +151,7 @@ status_t CanvasView::SavePNG(const std::string& path, bool withOverlay) const {
         PaintOverlay(&painter, overlay_, QSizeF(place.width, place.height),
                      {bounds.left, bounds.top});
     }
-    return WritePNG(pixels, place.scale, path);
+    return ::EncodePNG(pixels);
 }
 
 void CanvasView::SetPointer(Pointer pointer) {

@@ -10,6 +10,7 @@
 // gives up what the view has shown, up to kMaxReach logical pixels around the shown part.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,8 +72,9 @@ public:
     // How many Syncs have reached the screen; several between two refreshes count once.
     [[nodiscard]] int64 CountShown() const;
 
-    // What the view shows, with or without the overlay. B_IO_ERROR if the file cannot be written.
-    [[nodiscard]] status_t SavePNG(const std::string& path, bool withOverlay = true) const;
+    // What the view shows, with or without the overlay, as the bytes of a PNG file; none for a view
+    // without a size.
+    [[nodiscard]] std::vector<std::byte> EncodePNG(bool withOverlay = true) const;
 
     // Asks for a pointer shape: an open hand that says "can be dragged", a closed one while it is.
     enum class Pointer { kArrow, kOpenHand, kClosedHand, kCrosshair };

@@ -1,5 +1,6 @@
-// Fonts for a program without windows and without a display, so that a Canvas can draw texts.
-// `main` makes one before the first text; not together with a WindowServer.
+// Fonts for a program without windows and without a display, so that a CanvasView can put texts
+// over its picture. `main`'s thread makes one before the first text; not together with a
+// WindowServer.
 #pragma once
 
 #include <memory>

@@ -18,6 +18,8 @@ inline constexpr uint32 B_NOT_CLOSABLE = 0x20;
 inline constexpr uint32 B_NOT_RESIZABLE = 0x02;
 inline constexpr uint32 B_NOT_ZOOMABLE = 0x40;
 inline constexpr uint32 B_NOT_MINIMIZABLE = 0x4000;
+// Without a cancel button the Escape key does what the close box does.
+inline constexpr uint32 B_CLOSE_ON_ESCAPE = 0x1000000;
 // Controls act while the user holds them; they always do, the flag is accepted.
 inline constexpr uint32 B_ASYNCHRONOUS_CONTROLS = 0x80000;
 

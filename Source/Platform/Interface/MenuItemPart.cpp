@@ -5,6 +5,8 @@
 #include <QPixmap>
 #include <atomic>
 
+#include "Mnemonics.h"
+
 namespace {
 
 int64 NewId() {
@@ -77,4 +79,8 @@ void MenuItemPart::ShowLook() {
     action_->setChecked(look_.isMarked);
     action_->setIcon(icon_);
     action_->setIconVisibleInMenu(!icon_.isNull());
+    // A menu that is not seen is marked when it is shown.
+    if (const auto* const menu = qobject_cast<QWidget*>(action_->parent());
+        menu != nullptr && (qobject_cast<const QMenu*>(menu) == nullptr || menu->isVisible()))
+        MarkMnemonics(*menu);
 }

@@ -12,13 +12,25 @@ void PixelBuffer::Fill(const IntRect& rect, Pixel pixel) {
         std::fill(Row(y) + area.left, Row(y) + area.right, pixel);
 }
 
-void PixelBuffer::Copy(const PixelBuffer& source, const IntRect& area, IntPoint to) {
+template <typename CopyRow>
+void PixelBuffer::CopyRows(const PixelBuffer& source, const IntRect& area, IntPoint to,
+                           CopyRow copy) {
     const IntPoint shift{to.x - area.left, to.y - area.top};
     const IntRect from =
         Intersection(Intersection(area, source.Bounds()), Bounds().MovedBy({-shift.x, -shift.y}));
     if (from.IsEmpty()) return;
     for (int32 y = from.top; y < from.bottom; y++)
-        std::transform(source.Row(y) + from.left, source.Row(y) + from.right,
-                       Row(y + shift.y) + from.left + shift.x,
-                       [](Pixel pixel) { return pixel | kOpaque; });
+        copy(source.Row(y) + from.left, source.Row(y) + from.right,
+             Row(y + shift.y) + from.left + shift.x);
+}
+
+void PixelBuffer::Copy(const PixelBuffer& source, const IntRect& area, IntPoint to) {
+    CopyRows(source, area, to, [](const Pixel* from, const Pixel* end, Pixel* row) {
+        std::transform(from, end, row, [](Pixel pixel) { return pixel | kOpaque; });
+    });
+}
+
+void PixelBuffer::TakeOver(const PixelBuffer& source, const IntRect& area, IntPoint to) {
+    CopyRows(source, area, to,
+             [](const Pixel* from, const Pixel* end, Pixel* row) { std::copy(from, end, row); });
 }

@@ -68,8 +68,13 @@ public:
     void Fill(const IntRect& rect, Pixel pixel);
     // Puts `area` of `source` to `to`, made opaque; clips to both.
     void Copy(const PixelBuffer& source, const IntRect& area, IntPoint to);
+    // The same with what a Rasterizer keeps of the pixels: the drawing goes on here.
+    void TakeOver(const PixelBuffer& source, const IntRect& area, IntPoint to);
 
 private:
+    // Calls `copy` for each row: from, end, to.
+    template <typename CopyRow>
+    void CopyRows(const PixelBuffer& source, const IntRect& area, IntPoint to, CopyRow copy);
     [[nodiscard]] std::size_t Offset(int32 y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
     }

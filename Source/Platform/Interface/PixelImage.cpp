@@ -1,11 +1,8 @@
 #include "PixelImage.h"
 
-#include <QFontMetricsF>
-#include <QGuiApplication>
+#include <QBuffer>
 #include <QImage>
-#include <QPainter>
 #include <algorithm>
-#include <cmath>
 
 #include "BBitmap.h"
 
@@ -47,24 +44,12 @@ PixelBuffer ScaledPixels(const PixelBuffer& pixels, int32 width, int32 height) {
     return result;
 }
 
-IntRect DrawText(PixelBuffer* pixels, const std::string& text, double x, double y, double scale,
-                 rgb_color color) {
-    if (qGuiApp == nullptr || pixels->Bounds().IsEmpty()) return {};
-    QImage image = AsImage(pixels, scale);
-    QPainter painter(&image);
-    const QPointF at(x / scale, y / scale);
-    const QString string = QString::fromStdString(text);
-    painter.setPen(QColor(color.red, color.green, color.blue));
-    painter.drawText(at, string);
-    const QRectF box = painter.fontMetrics().boundingRect(string).toRectF().translated(at);
-    constexpr double kMargin = 2.0;
-    const auto device = [scale](double value) { return static_cast<int32>(value * scale); };
-    return {device(box.left() - kMargin), device(box.top() - kMargin),
-            device(box.right() + kMargin), device(box.bottom() + kMargin)};
-}
-
-status_t WritePNG(const PixelBuffer& pixels, double scale, const std::string& path) {
-    return AsImage(pixels, scale).save(QString::fromStdString(path), "PNG") ? B_OK : B_IO_ERROR;
+std::vector<std::byte> EncodePNG(const PixelBuffer& pixels) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!AsImage(pixels, 1.0).save(&buffer, "PNG")) return {};
+    const auto* const bytes = reinterpret_cast<const std::byte*>(buffer.data().constData());
+    return {bytes, bytes + buffer.size()};
 }
 
 QImage ToImage(const BBitmap* bitmap) {

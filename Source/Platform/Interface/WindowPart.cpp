@@ -14,6 +14,9 @@
 
 namespace {
 
+// What window managers put beside the title.
+constexpr int kTitleButtons = 120;
+
 QRect ToQtRect(BRect frame) {
     return {static_cast<int>(frame.left), static_cast<int>(frame.top),
             static_cast<int>(frame.Width()) + 1, static_cast<int>(frame.Height()) + 1};
@@ -160,11 +163,23 @@ void WindowPart::PlaceDone() {
     if (--state.placesAsked == 0) state.frame = ToFrame(widget_->geometry());
 }
 
+QSize WindowPart::PreferredSize() const {
+    if (widget_ == nullptr) return {};
+    widget_->layout()->activate();
+    return widget_->sizeHint().expandedTo(widget_->minimumSize());
+}
+
 void WindowPart::ResizeToPreferred() {
     if (widget_ == nullptr) return;
     wantsPreferredSize_ = false;
     widget_->layout()->activate();
-    widget_->resize(widget_->sizeHint().expandedTo(widget_->minimumSize()));
+    // Wide enough for the title, too.
+    QFont font = widget_->font();
+    font.setBold(true);
+    const QString title = widget_->windowTitle().remove(QLatin1String("[*]"));
+    const int width = QFontMetrics(font).horizontalAdvance(title) + kTitleButtons;
+    widget_->resize(
+        widget_->sizeHint().expandedTo(widget_->minimumSize()).expandedTo(QSize(width, 0)));
 }
 
 void WindowPart::CenterOnScreen() {
@@ -268,6 +283,10 @@ bool WindowPart::PressButton(int key) const {
     QWidget* wanted = nullptr;
     if (key == Qt::Key_Return || key == Qt::Key_Enter) wanted = default_;
     if (key == Qt::Key_Escape) wanted = cancel_;
+    if (key == Qt::Key_Escape && cancel_ == nullptr && (flags_ & B_CLOSE_ON_ESCAPE) != 0) {
+        Tell(BMessage(B_QUIT_REQUESTED));
+        return true;
+    }
     auto* const button = qobject_cast<QPushButton*>(wanted);
     if (button == nullptr || !button->isEnabled() || !button->isVisible()) return false;
     button->click();

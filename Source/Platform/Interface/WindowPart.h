@@ -52,6 +52,7 @@ public:
     void MoveTo(QPoint leftTop);
     void ResizeTo(QSize size);
     void ResizeToPreferred();
+    [[nodiscard]] QSize PreferredSize() const;
     void CenterOnScreen();
     void SetSizeLimits(QSize least, QSize greatest);
     void SetPulse(bigtime_t microseconds);

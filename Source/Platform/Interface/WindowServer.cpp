@@ -2,14 +2,23 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QEventLoop>
+#include <QIcon>
+#include <QPixmap>
+#include <QSessionManager>
 #include <QTimer>
 #include <atomic>
+#include <cstdio>
+#include <cstdlib>
 #include <deque>
 #include <future>
 #include <mutex>
 #include <thread>
 
+#include "AppDefs.h"
+#include "BApplication.h"
 #include "Outbox.h"
+#include "PixelImage.h"
 
 namespace {
 
@@ -45,6 +54,7 @@ public:
     Application(int& argc, char** argv) : QApplication(argc, argv) {
         setQuitOnLastWindowClosed(false);
         QObject::connect(&retry_, &QTimer::timeout, this, [this] { RetryDeliveries(); });
+        QObject::connect(this, &QGuiApplication::commitDataRequest, this, [] { EndSession(); });
         resume_.setSingleShot(true);
         QObject::connect(&resume_, &QTimer::timeout, this, [this] { Work(); });
     }
@@ -88,6 +98,19 @@ private:
         }
     }
 
+    // The desktop ends the session as soon as this returns: not before the application has put
+    // everything in order, or was given time enough.
+    static void EndSession() {
+        constexpr int kPatienceMilliseconds = 8000;
+        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(be_app)),
+                              BMessage(B_SESSION_ENDING));
+        QEventLoop loop;
+        QTimer patience;
+        QObject::connect(&patience, &QTimer::timeout, &loop, &QEventLoop::quit);
+        patience.start(kPatienceMilliseconds);
+        loop.exec();  // ends with the program, too
+    }
+
     static Change NextChange() {
         Desk& desk = TheDesk();
         const std::lock_guard lock(desk.mutex);
@@ -108,12 +131,27 @@ private:
 namespace {
 
 WindowServer* gCurrent = nullptr;
+std::string gNoDisplayText;
+
+// While the toolkit starts it has one reason to stop the program: no display.
+void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& /*text*/) {
+    if (type != QtFatalMsg) return;
+    std::fputs(gNoDisplayText.c_str(), stderr);
+    std::_Exit(EXIT_FAILURE);
+}
 
 }  // namespace
 
+void WindowServer::SetNoDisplayText(std::string text) {
+    gNoDisplayText = std::move(text);
+}
+
 WindowServer::WindowServer(int& argc, char** argv, Screen screen) {
     if (screen == Screen::kOffscreen) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QtMessageHandler usual = nullptr;
+    if (!gNoDisplayText.empty()) usual = qInstallMessageHandler(TellOfNoDisplay);
     application_ = std::make_unique<Application>(argc, argv);
+    if (!gNoDisplayText.empty()) qInstallMessageHandler(usual);
     for (const QString& argument : QCoreApplication::arguments())
         arguments_.push_back(argument.toStdString());
     gCurrent = this;
@@ -193,6 +231,14 @@ void WindowServer::Deliver(const BMessenger& target, const BMessage& message) {
     const bool isCalled =
         Queue([] { static_cast<Application*>(QCoreApplication::instance())->StartRetrying(); });
     if (!isCalled) desk.isRetrying = false;  // the next server will look
+}
+
+void WindowServer::SetProgramIcon(const BBitmap* icon) {
+    Queue([image =
+               ToImage(icon)] {  // Where the program is installed the desktop has it in every size.
+        QApplication::setWindowIcon(QIcon::fromTheme(QCoreApplication::applicationName(),
+                                                     QIcon(QPixmap::fromImage(image))));
+    });
 }
 
 bigtime_t WindowServer::LongestTurn() {

@@ -18,6 +18,8 @@
 #include "BMessenger.h"
 #include "OS.h"
 
+class BBitmap;
+
 class WindowServer {
 public:
     enum class Screen { kDesktop, kOffscreen };
@@ -29,6 +31,10 @@ public:
     ~WindowServer();
     WindowServer(const WindowServer&) = delete;
     WindowServer& operator=(const WindowServer&) = delete;
+
+    // Printed to standard error when there is no display to be had, which ends the program (1).
+    // Before the server is made.
+    static void SetNoDisplayText(std::string text);
 
     // Null while there is none. Main thread.
     [[nodiscard]] static WindowServer* Current();
@@ -57,6 +63,9 @@ public:
     // port refuses until there is room (and a server runs), drops what is for a looper that is
     // gone.
     static void Deliver(const BMessenger& target, const BMessage& message);
+
+    // The icon of all windows that have none of their own. Any thread; copies the bitmap.
+    static void SetProgramIcon(const BBitmap* icon);
 
     // The longest time in microseconds that one event kept the server from the next one.
     [[nodiscard]] static bigtime_t LongestTurn();
