@@ -95,8 +95,10 @@ void Calculator::Pause() {
     }
 }
 
-void Calculator::UnPause() {
-    if (atomic_add(&stop_.pauseCount, -1) == 1) release_ben(iterateOk_.get());
+void Calculator::UnPause(bool isHeldRun) {
+    if (atomic_add(&stop_.pauseCount, -1) != 1) return;
+    isHeldRun_ = isHeldRun;
+    release_ben(iterateOk_.get());
 }
 
 void Calculator::SetInternalPause() {

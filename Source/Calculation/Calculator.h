@@ -51,7 +51,9 @@ public:
     // Returns when the thread has parked and every consumer has finished its last batch; at once if
     // it was paused already.
     void Pause();
-    void UnPause();
+    // The last UnPause starts a run; or lets the one go on that was held, `isHeldRun`: if nothing
+    // of the model has changed meanwhile, its results are as if it had never been held.
+    void UnPause(bool isHeldRun = false);
     // Parks the thread without touching the pause count; the next UnPause starts another run.
     void SetInternalPause();
     [[nodiscard]] bool ShouldStop() const { return stop_.ShouldStop(); }
@@ -95,6 +97,8 @@ public:
 
 protected:
     [[nodiscard]] const std::vector<Body*>& Bodies() const { return bodies_; }
+    // For Recache: the run that was held goes on.
+    [[nodiscard]] bool IsHeldRun() const { return isHeldRun_; }
     // What an integrator polls between its steps, or within them.
     [[nodiscard]] const StopFlags& Stop() const { return stop_; }
     // Records one report (time in s), and parks the run if it is the last one of the run's limit.
@@ -143,6 +147,7 @@ private:
     std::atomic<float> updatesPerSecond_{80.0f};
     std::atomic<int64> measuringInterval_{1'000'000};
     std::atomic<bool> quit_{false};
+    std::atomic<bool> isHeldRun_{false};
     StopFlags stop_;
     CollisionMailbox collisions_;
     RunLimit limit_;

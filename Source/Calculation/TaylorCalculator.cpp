@@ -42,12 +42,32 @@ void TaylorCalculator::Regenerate(BMessage* archive) {
 
 void TaylorCalculator::Recache() {
     Calculator::Recache();
-    order_ = std::clamp(GetEpoch()->Order(), kLeastOrder, kMostOrder);
+    // A display that is opened or closed in the middle of a run must not be seen in its results.
+    const bool isSameRun = IsHeldRun() && IsUntouched();
     parts_.ResortDels(Bodies());
     LoadBodies();
     ComputeKissDist();
-    step_.Restart(Cutoff(), order_);
+    if (isSameRun) return;
+    epoch_ = GetEpoch();
+    order_ = std::clamp(epoch_->Order(), kLeastOrder, kMostOrder);
+    runCutoff_ = Cutoff();
+    step_.Restart(runCutoff_, order_);
     anchored_ = false;
+}
+
+bool TaylorCalculator::IsUntouched() const {
+    if (GetEpoch() != epoch_ || std::clamp(epoch_->Order(), kLeastOrder, kMostOrder) != order_ ||
+        Cutoff() != runCutoff_ || CountBodies() != loadedBodies_)
+        return false;
+    const auto& [r, v] = arrays_;
+    for (int32 i = 0; i < CountBodies(); i++) {
+        const Body& body = *BodyAt(i);
+        if (body.Position() != ThreeVector{r[0][i], r[1][i], r[2][i]} ||
+            body.Velocity() != ThreeVector{v[0][i], v[1][i], v[2][i]} ||
+            body.M() != evaluator_.GM()[i])
+            return false;
+    }
+    return true;
 }
 
 int32 TaylorCalculator::Calculate() {
@@ -85,6 +105,7 @@ void TaylorCalculator::AnchorTime() {
 
 void TaylorCalculator::LoadBodies() {
     evaluator_.Resize(CountBodies(), CountMassiveBodies());
+    loadedBodies_ = CountBodies();
     for (int32 i = 0; i < CountBodies(); i++) {
         const Body& body = *BodyAt(i);
         const ThreeVector position = body.Position();

@@ -27,6 +27,8 @@ public:
 
 private:
     void AnchorTime();
+    // The model is as this calculator left it.
+    [[nodiscard]] bool IsUntouched() const;
     void LoadBodies();
     void ComputeKissDist();
     void StoreBodies() const;
@@ -40,6 +42,9 @@ private:
     TaylorParts parts_;
     StepControl step_;
     int32 order_ = 4;
+    const AbEpoch* epoch_ = nullptr;  // of the last run; only compared
+    double runCutoff_ = 0.0;
+    int32 loadedBodies_ = 0;
     int32 iteration_ = 0;  // steps since the last promotion
     // Reports are at anchor + elapsed: the sum of the steps of the whole run, not a running sum of
     // times and not of the steps of a batch, whose size follows the clock.

@@ -16,7 +16,7 @@ inline constexpr int32 kBodyDataChanged = 0x3f;  // all of the above
 
 // Data of the focus epoch.
 inline constexpr int32 kTimeChanged = 0x40;
-inline constexpr int32 kEpochSettingsChanged = 0x80;  // order, cutoff, centre of mass on Go
+inline constexpr int32 kEpochSettingsChanged = 0x80;  // also whether it is read-only
 inline constexpr int32 kEpochRenamed = 0x100;
 inline constexpr int32 kReferentChanged = 0x200;  // what a system is shown relative to
 

@@ -5,14 +5,17 @@
 void EpochCursor::SetTo(AbEpoch* start) {
     current_ = start;
     done_ = start == nullptr;
+    places_.clear();
 }
 
 void EpochCursor::Increment() {
     if (done_) return;
-    if (current_->CountChildren() > 0)
+    if (current_->CountChildren() > 0) {
         current_ = current_->ChildAt(0);
-    else
+        places_.push_back(0);
+    } else {
         RightUp();
+    }
 }
 
 void EpochCursor::RightUp() {
@@ -22,11 +25,19 @@ void EpochCursor::RightUp() {
             done_ = true;
             return;
         }
-        const int32 next = parent->IndexOfChild(current_) + 1;
+        const int32 next = TakePlace(parent) + 1;
         if (next != parent->CountChildren()) {
             current_ = parent->ChildAt(next);
+            places_.push_back(next);
             return;
         }
         current_ = parent;
     }
+}
+
+int32 EpochCursor::TakePlace(AbEpoch* parent) {
+    if (places_.empty()) return parent->IndexOfChild(current_);
+    const int32 place = places_.back();
+    places_.pop_back();
+    return place;
 }

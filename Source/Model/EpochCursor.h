@@ -3,6 +3,10 @@
 // tree. A value for one thread, used under the document's read lock.
 #pragma once
 
+#include <vector>
+
+#include "SupportDefs.h"
+
 class AbEpoch;
 
 class EpochCursor {
@@ -17,6 +21,12 @@ public:
     void RightUp();
 
 private:
+    // The index of the current epoch in its parent.
+    int32 TakePlace(AbEpoch* parent);
+
     AbEpoch* current_ = nullptr;
     bool done_ = false;
+    // The indices on the way down to the current epoch, from the highest epoch that the walk has
+    // been at; so that siblings need not be searched for it.
+    std::vector<int32> places_;
 };

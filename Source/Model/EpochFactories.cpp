@@ -16,7 +16,7 @@ std::string EpochNameFactory::Current(const EpochPortal& portal) const {
 std::unique_ptr<LCommand> EpochNameFactory::MakeCommand(EpochPortal* portal,
                                                         const std::string& name) const {
     if (Current(*portal) == name) return nullptr;
-    return std::make_unique<SetEpochNameCommand>(portal, name);
+    return Named(kCommandNameEpoch, std::make_unique<SetEpochNameCommand>(portal, name));
 }
 
 DimValue EpochTimeFactory::Current(const EpochPortal& portal) const {
@@ -34,21 +34,22 @@ std::unique_ptr<LCommand> EpochTimeFactory::MakeCommand(EpochPortal* portal,
     if (time.Uval() != current.Uval())
         command->AddCommand(std::make_unique<SetEpochPropertyCommand<double>>(
             portal, &AbEpoch::TimeUval, &AbEpoch::SetTimeUval, time.Uval(), kTimeChanged));
-    return command;
+    return Named(kCommandSetTime, std::move(command));
 }
 
 EpochPropertyFactory<double> CutoffFactory() {
     return {&AbEpoch::Cutoff, &AbEpoch::SetCutoff,
-            [](double cutoff) { return cutoff > 0.0 && cutoff < 0.001; }};
+            [](double cutoff) { return cutoff > 0.0 && cutoff < 0.001; }, kCommandSetCutoff};
 }
 
 EpochPropertyFactory<int32> OrderFactory() {
     return {&AbEpoch::Order, &AbEpoch::SetOrder,
-            [](int32 order) { return order >= 2 && order <= 4; }};
+            [](int32 order) { return order >= 2 && order <= 4; }, kCommandSetOrder};
 }
 
 EpochPropertyFactory<bool> COMOnGoFactory() {
-    return {&AbEpoch::COMOnGo, &AbEpoch::SetCOMOnGo, [](bool) { return true; }};
+    return {&AbEpoch::COMOnGo, &AbEpoch::SetCOMOnGo, [](bool) { return true; },
+            kCommandSetCenterOnGo};
 }
 
 int32 CalculatorIntFactory::Current(const EpochPortal& portal) const {
@@ -59,7 +60,8 @@ std::unique_ptr<LCommand> CalculatorIntFactory::MakeCommand(EpochPortal* portal,
                                                             const int32& value) const {
     const int32 current = Current(*portal);
     if (value < 1 || value == current) return nullptr;
-    return std::make_unique<SetCalcIntCommand>(portal->GetCalculator(), set_, value, current);
+    return Named(kCommandSetAnimation, std::make_unique<SetCalcIntCommand>(portal->GetCalculator(),
+                                                                           set_, value, current));
 }
 
 CalculatorIntFactory SegmentLengthFactory() {

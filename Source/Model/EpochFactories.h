@@ -30,20 +30,21 @@ public:
     using Getter = T (AbEpoch::*)() const;
     using Setter = void (AbEpoch::*)(T);
 
-    EpochPropertyFactory(Getter get, Setter set, bool (*accepts)(T))
-        : get_(get), set_(set), accepts_(accepts) {}
+    EpochPropertyFactory(Getter get, Setter set, bool (*accepts)(T), CommandName name)
+        : get_(get), set_(set), accepts_(accepts), name_(name) {}
 
     T Current(const EpochPortal& portal) const override { return (portal.FocusEpoch()->*get_)(); }
     std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal, const T& value) const override {
         if (!accepts_(value) || Current(*portal) == value) return nullptr;
-        return std::make_unique<SetEpochPropertyCommand<T>>(portal, get_, set_, value,
-                                                            kEpochSettingsChanged);
+        return Named(name_, std::make_unique<SetEpochPropertyCommand<T>>(portal, get_, set_, value,
+                                                                         kEpochSettingsChanged));
     }
 
 private:
     Getter get_;
     Setter set_;
     bool (*accepts_)(T);
+    CommandName name_;
 };
 
 // 0 < cutoff < 0.001.

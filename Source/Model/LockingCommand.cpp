@@ -4,7 +4,9 @@
 #include "UndoChain.h"
 
 LockingCommand::LockingCommand(LCommand* command, EpochPortal* portal, bool addToChain)
-    : command_(command), portal_(portal), addToChain_(addToChain), keep_(addToChain) {}
+    : command_(command), portal_(portal), addToChain_(addToChain), keep_(addToChain) {
+    SetName(command_->Name());
+}
 
 void LockingCommand::Execute() {
     portal_->CommitChanges();

@@ -3,12 +3,12 @@
 #include "ChangeFlags.h"
 #include "EpochPortal.h"
 
-const VectorQuantity kPositionQuantity{&MassSystem::DisplaceCommand, &MassSystem::Position,
-                                       &MassSystem::PositionUval, &MassSystem::SetPositionUval,
-                                       kPositionChanged};
+const VectorQuantity kPositionQuantity{
+    &MassSystem::DisplaceCommand, &MassSystem::Position, &MassSystem::PositionUval,
+    &MassSystem::SetPositionUval, kPositionChanged,      kCommandSetPosition};
 const VectorQuantity kVelocityQuantity{&MassSystem::BoostCommand, &MassSystem::Velocity,
-                                       &MassSystem::SpeedUval, &MassSystem::SetSpeedUval,
-                                       kVelocityChanged};
+                                       &MassSystem::SpeedUval,    &MassSystem::SetSpeedUval,
+                                       kVelocityChanged,          kCommandSetVelocity};
 
 namespace {
 

@@ -15,6 +15,7 @@ struct VectorQuantity {
     double (MassSystem::*getUval)() const;
     void (MassSystem::*setUval)(double);
     int32 changeFlag;
+    CommandName name;
 };
 extern const VectorQuantity kPositionQuantity;
 extern const VectorQuantity kVelocityQuantity;

@@ -1,5 +1,6 @@
-// Gives the focus epoch a name. Deliberately, undoing restores the old name as the epoch's own,
-// even if it was inherited before.
+// Gives an epoch a name: the one that is in focus when it is first executed, or the one given, if
+// it is in the tree then. Deliberately, undoing restores the old name as the epoch's own, even if
+// it was inherited before.
 #pragma once
 
 #include <string>
@@ -13,6 +14,7 @@ class SetEpochNameCommand final : public LCommand {
 public:
     SetEpochNameCommand(EpochPortal* portal, std::string newName);
     SetEpochNameCommand(EpochPortal* portal, std::string newName, std::string oldName);
+    SetEpochNameCommand(EpochPortal* portal, std::string newName, AbEpoch* epoch);
 
     void Execute() override;
     void Undo() override;
@@ -22,5 +24,6 @@ private:
     std::string newName_;
     std::string oldName_;
     bool oldNameKnown_;
-    AbEpoch* epoch_ = nullptr;
+    AbEpoch* const wanted_ = nullptr;  // null: the one in focus
+    AbEpoch* epoch_ = nullptr;         // the one that was renamed
 };

@@ -14,15 +14,19 @@ struct QuantityAccess {
     double (MassSystem::*getUval)() const;
     void (MassSystem::*setUval)(double);
     int32 changeFlags;
+    CommandName name;
 };
 
 const QuantityAccess& AccessTo(SystemQuantityFactory::Quantity quantity) {
-    static constexpr QuantityAccess kMass{&MassSystem::M, &MassSystem::SetM, &MassSystem::MassUval,
+    static constexpr QuantityAccess kMass{&MassSystem::M,
+                                          &MassSystem::SetM,
+                                          &MassSystem::MassUval,
                                           &MassSystem::SetMassUval,
-                                          kMassOrRadiusChanged | kPositionChanged};
-    static constexpr QuantityAccess kRadius{&MassSystem::Radius, &MassSystem::SetRadius,
+                                          kMassOrRadiusChanged | kPositionChanged,
+                                          kCommandSetMass};
+    static constexpr QuantityAccess kRadius{&MassSystem::Radius,     &MassSystem::SetRadius,
                                             &MassSystem::RadiusUval, &MassSystem::SetRadiusUval,
-                                            kMassOrRadiusChanged};
+                                            kMassOrRadiusChanged,    kCommandSetRadius};
     return quantity == SystemQuantityFactory::Quantity::kMass ? kMass : kRadius;
 }
 
@@ -49,23 +53,25 @@ MassSystem* ChosenSystem(const EpochPortal& portal, SystemChoice choice) {
 }
 
 SystemPropertyFactory<std::string> NameFactory(SystemChoice choice) {
-    return {&MassSystem::Name, &MassSystem::SetName, kNameChanged, choice};
+    return {&MassSystem::Name, &MassSystem::SetName, kNameChanged, kCommandSetName, choice};
 }
 
 SystemPropertyFactory<rgb_color> TrailColorFactory(SystemChoice choice) {
-    return {&MassSystem::TrailColor, &MassSystem::SetTrailColor, kTrailChanged, choice};
+    return {&MassSystem::TrailColor, &MassSystem::SetTrailColor, kTrailChanged, kCommandSetTrail,
+            choice};
 }
 
 SystemPropertyFactory<rgb_color> DiscColorFactory(SystemChoice choice) {
-    return {&MassSystem::DiscColor, &MassSystem::SetDiscColor, kDiscChanged, choice};
+    return {&MassSystem::DiscColor, &MassSystem::SetDiscColor, kDiscChanged, kCommandSetDisc,
+            choice};
 }
 
 SystemPropertyFactory<bool> TrailOnFactory(SystemChoice choice) {
-    return {&MassSystem::TrailOn, &MassSystem::SetTrailOn, kTrailChanged, choice};
+    return {&MassSystem::TrailOn, &MassSystem::SetTrailOn, kTrailChanged, kCommandSetTrail, choice};
 }
 
 SystemPropertyFactory<bool> DiscOnFactory(SystemChoice choice) {
-    return {&MassSystem::DiscOn, &MassSystem::SetDiscOn, kDiscChanged, choice};
+    return {&MassSystem::DiscOn, &MassSystem::SetDiscOn, kDiscChanged, kCommandSetDisc, choice};
 }
 
 DimValue SystemQuantityFactory::Current(const EpochPortal& portal) const {
@@ -97,7 +103,7 @@ std::unique_ptr<LCommand> SystemQuantityFactory::MakeCommand(EpochPortal* portal
         changes = true;
     }
     if (!changes) return nullptr;
-    return command;
+    return Named(access.name, std::move(command));
 }
 
 DimVector SystemVectorFactory::Current(const EpochPortal& portal) const {
@@ -113,7 +119,8 @@ std::unique_ptr<LCommand> SystemVectorFactory::MakeCommand(EpochPortal* portal,
     if (!system || !IsFinite(value) || value == Current(*portal)) return nullptr;
     const DimVector from{(system->*quantity_.get)(), (system->*quantity_.getUval)()};
     const DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
-    return std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), from, to);
+    return Named(quantity_.name,
+                 std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), from, to));
 }
 
 std::unique_ptr<LCommand> SystemVectorFactory::MakeComponentCommand(EpochPortal* portal,
@@ -124,6 +131,6 @@ std::unique_ptr<LCommand> SystemVectorFactory::MakeComponentCommand(EpochPortal*
     const DimVector current = Current(*portal);
     const double now = component == 0 ? current.x : component == 1 ? current.y : current.z;
     if (value == DimValue{now, current.Uval()}) return nullptr;
-    return std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), component,
-                                                  value);
+    return Named(quantity_.name, std::make_unique<SetCompVectorCommand>(
+                                     portal, quantity_, system->ID(), component, value));
 }

@@ -21,8 +21,9 @@ public:
     using Getter = T (MassSystem::*)() const;
     using Setter = void (MassSystem::*)(T);
 
-    SystemPropertyFactory(Getter get, Setter set, int32 changeFlags, SystemChoice choice = {})
-        : get_(get), set_(set), changeFlags_(changeFlags), choice_(choice) {}
+    SystemPropertyFactory(Getter get, Setter set, int32 changeFlags, CommandName name,
+                          SystemChoice choice = {})
+        : get_(get), set_(set), changeFlags_(changeFlags), name_(name), choice_(choice) {}
 
     T Current(const EpochPortal& portal) const override {
         const MassSystem* system = ChosenSystem(portal, choice_);
@@ -31,14 +32,15 @@ public:
     std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal, const T& value) const override {
         const MassSystem* system = ChosenSystem(*portal, choice_);
         if (!system || (system->*get_)() == value) return nullptr;
-        return std::make_unique<SetSystemPropertyCommand<T>>(portal, system->ID(), get_, set_,
-                                                             value, changeFlags_);
+        return Named(name_, std::make_unique<SetSystemPropertyCommand<T>>(
+                                portal, system->ID(), get_, set_, value, changeFlags_));
     }
 
 private:
     Getter get_;
     Setter set_;
     int32 changeFlags_;
+    CommandName name_;
     SystemChoice choice_;
 };
 

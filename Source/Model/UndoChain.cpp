@@ -9,6 +9,7 @@ UndoChain::~UndoChain() = default;
 
 void UndoChain::AddExecuted(LCommand* command) {
     lock_.Lock();
+    if (savedCount_ && *savedCount_ > executedCount_) savedCount_.reset();
     executedCount_++;
     const auto undone = commands_.begin() + static_cast<std::ptrdiff_t>(position_);
     if (redoing_) std::move(undone, commands_.end(), std::back_inserter(dropped_));
@@ -63,6 +64,48 @@ int32 UndoChain::ExecutedCount() {
     const int32 count = executedCount_;
     lock_.Unlock();
     return count;
+}
+
+CommandName UndoChain::UndoName() {
+    lock_.Lock();
+    const CommandName name = position_ > 0 ? commands_[position_ - 1]->Name() : kUnnamedCommand;
+    lock_.Unlock();
+    return name;
+}
+
+CommandName UndoChain::RedoName() {
+    lock_.Lock();
+    const CommandName name =
+        position_ < commands_.size() ? commands_[position_]->Name() : kUnnamedCommand;
+    lock_.Unlock();
+    return name;
+}
+
+void UndoChain::MarkSaved() {
+    lock_.Lock();
+    savedCount_ = executedCount_;
+    lock_.Unlock();
+}
+
+void UndoChain::MarkUnsaved() {
+    lock_.Lock();
+    savedCount_.reset();
+    lock_.Unlock();
+}
+
+bool UndoChain::IsSaved() {
+    lock_.Lock();
+    const bool isSaved = savedCount_ == executedCount_;
+    lock_.Unlock();
+    return isSaved;
+}
+
+void UndoChain::Clear() {
+    lock_.Lock();
+    commands_.clear();
+    position_ = 0;
+    MarkSaved();
+    lock_.Unlock();
 }
 
 void UndoChain::SetMaxUndoLevel(int32 level) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "BLocker.h"
@@ -25,6 +26,20 @@ public:
     bool CanRedo();
     // +1 for every command filed and every redo, -1 for every undo.
     int32 ExecutedCount();
+    // What would be undone or redone; kUnnamedCommand also for nothing.
+    CommandName UndoName();
+    CommandName RedoName();
+
+    // The document is saved as it is now. It counts as saved whenever the history is back at this
+    // count, unless the way there was lost by undoing past it and filing another command.
+    void MarkSaved();
+    // There are changes that no command tells of.
+    void MarkUnsaved();
+    // At first true.
+    bool IsSaved();
+
+    // Forgets all commands, for another document: it is saved.
+    void Clear();
 
     // Not positive: ignored.
     void SetMaxUndoLevel(int32 level);
@@ -46,6 +61,7 @@ private:
     std::size_t position_ = 0;
     int32 maxUndoLevel_ = 100;
     int32 executedCount_ = 0;
+    std::optional<int32> savedCount_ = 0;
     bool redoing_ = false;
     // Commands dropped during a redo; the one being redone may be among them, so they live until
     // its end.

@@ -187,6 +187,21 @@ TEST_F(ModelCommands, RenamingMakesTheNameTheEpochsOwn) {
     EXPECT_EQ(copy->Name(), "Typed over");
 }
 
+TEST_F(ModelCommands, AnyEpochOfTheTreeIsRenamed) {
+    document.Run(new NewEpochCommand(&portal));
+    AbEpoch* const copy = portal.FocusEpoch();
+    document.Run(new SetEpochNameCommand(&portal, "Origin", document.genesis));
+    EXPECT_EQ(document.genesis->Name(), "Origin");
+    EXPECT_EQ(portal.FocusEpoch(), copy);
+    document.Run(new SetEpochToCommand(&portal, document.genesis));
+    document.Run(new DeleteEpochCommand(&portal, copy));
+    // One that has gone since the user chose it.
+    document.Run(new SetEpochNameCommand(&portal, "Gone", copy));
+    EXPECT_EQ(copy->Name(), "Genesis");
+    document.chain.Undo();
+    EXPECT_EQ(copy->Name(), "Genesis");
+}
+
 TEST_F(ModelCommands, NewSystemIsAddedAndFocused) {
     CheckCopyOnWrite([&] { return new NewSystemCommand(&portal, NewBody("New", 9, 1.0, {}), 1); },
                      [&] {

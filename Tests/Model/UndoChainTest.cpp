@@ -39,6 +39,54 @@ std::string Taken(std::string* log) {
     return std::exchange(*log, {});
 }
 
+TEST(UndoChain, KnowsWhetherTheDocumentIsAsItWasSaved) {
+    std::string log;
+    UndoChain chain;
+    const auto add = [&](int id) { chain.AddExecuted(new LoggedCommand(&log, id)); };
+    EXPECT_TRUE(chain.IsSaved());
+    add(1);
+    EXPECT_FALSE(chain.IsSaved());
+    chain.Undo();
+    EXPECT_TRUE(chain.IsSaved());
+    chain.Redo();
+    add(2);
+    chain.MarkSaved();
+    chain.Undo();
+    EXPECT_FALSE(chain.IsSaved());
+    chain.Redo();
+    EXPECT_TRUE(chain.IsSaved());
+    // As many commands as were saved, but another one: the way back is lost.
+    chain.Undo();
+    add(3);
+    EXPECT_EQ(chain.ExecutedCount(), 2);
+    EXPECT_FALSE(chain.IsSaved());
+    chain.Undo();
+    chain.Undo();
+    EXPECT_FALSE(chain.IsSaved());
+    chain.MarkSaved();
+    chain.MarkUnsaved();
+    EXPECT_FALSE(chain.IsSaved());
+    chain.Clear();
+    EXPECT_TRUE(chain.IsSaved());
+    EXPECT_FALSE(chain.CanUndo() || chain.CanRedo());
+}
+
+TEST(UndoChain, TellsTheNamesOfItsNextSteps) {
+    UndoChain chain;
+    TestDocument document;
+    std::string log;
+    EXPECT_EQ(chain.UndoName(), kUnnamedCommand);
+    for (const CommandName name : {kCommandSetMass, kCommandGo})
+        chain.AddExecuted(
+            new LockingCommand(Named(name, std::make_unique<LoggedCommand>(&log, 1)).release(),
+                               &document.portal, false));
+    EXPECT_EQ(chain.UndoName(), kCommandGo);
+    EXPECT_EQ(chain.RedoName(), kUnnamedCommand);
+    chain.Undo();
+    EXPECT_EQ(chain.UndoName(), kCommandSetMass);
+    EXPECT_EQ(chain.RedoName(), kCommandGo);
+}
+
 TEST(UndoChain, ANewCommandDropsTheRedoHistory) {
     std::string log;
     UndoChain chain;
