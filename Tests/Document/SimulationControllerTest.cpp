@@ -10,6 +10,7 @@
 #include "ProgramResources.h"
 #include "RunControlView.h"
 #include "SampleDocument.h"
+#include "SetEpochNameCommand.h"
 #include "SystemFactories.h"
 
 namespace {
@@ -67,6 +68,18 @@ TEST_F(SimulationControllerTest, NewBodiesAreDistinctTouchNothingAndStayInOrbit)
     while (controller_.Undo()) {
     }
     EXPECT_TRUE(archive == Archive());
+}
+
+TEST_F(SimulationControllerTest, NewBodiesAreShownInTheUnitsBeforeTheUsersEyes) {
+    MassSystem* const before = Portal()->FocusSystem();
+    before->SetPositionUval(1000.0);
+    before->SetSpeedUval(1000.0);
+    controller_.CreateBody();
+    const MassSystem* const newest = Portal()->FocusSystem();
+    ASSERT_NE(newest, before);
+    EXPECT_EQ(newest->PositionUval(), 1000.0);
+    EXPECT_EQ(newest->SpeedUval(), 1000.0);
+    EXPECT_EQ(newest->M() / newest->MassUval(), 1.0);
 }
 
 TEST_F(SimulationControllerTest, NewBodyInAnEmptyDocumentRestsAtTheOrigin) {
@@ -135,7 +148,8 @@ TEST_F(SimulationControllerTest, EpochsAreSwitchedRenamedAndDeleted) {
     AbEpoch* const first = Focus();
     controller_.DupCurrentEpoch();
     AbEpoch* const second = Focus();
-    controller_.RenameEpoch(second, "Second");
+    ExecuteFiled(document_.Portal(),
+                 std::make_unique<SetEpochNameCommand>(document_.Portal(), "Second", second));
     controller_.EditEpoch(first);
     EXPECT_EQ(Focus(), first);
     EXPECT_EQ(Outline(document_.Root()), "Genesis(Second)");

@@ -6,8 +6,9 @@
 #include "BMessage.h"
 #include "Calculator.h"
 #include "CenterOfMass.h"
+#include "ChangeFlags.h"
+#include "CommandFactory.h"
 #include "EpochPortal.h"
-#include "LockingCommand.h"
 #include "NewEpochCommand.h"
 #include "RunControlView.h"
 
@@ -46,6 +47,7 @@ void RunControl::Pause() {
     portal_->WriteLock();
     KeepCalculatorState();
     portal_->FocusEpoch()->SetWriteable(false);
+    portal_->TellObservers(kEpochSettingsChanged);
     portal_->WriteUnlock();
 }
 
@@ -78,12 +80,11 @@ void RunControl::StartRun() {
     view_->RunStarting();
     hasRun_ = true;
     running_ = true;
-    UnRest();
+    calculator_->UnPause();
 }
 
 void RunControl::DupCurrentEpoch() {
-    auto* command = new LockingCommand(new NewEpochCommand(portal_), portal_, true);
-    command->Execute();
+    ExecuteFiled(portal_, Named(kCommandGo, std::make_unique<NewEpochCommand>(portal_)));
 }
 
 // With the state in the epoch a document saved after the run goes on from it bit for bit. It does
@@ -119,5 +120,5 @@ void RunControl::Rest() {
 
 void RunControl::UnRest() {
     const WindowLock lock(view_);
-    calculator_->UnPause();
+    calculator_->UnPause(true);
 }

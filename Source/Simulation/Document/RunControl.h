@@ -24,7 +24,8 @@ public:
     // Pauses for the user unless that is done already: what an edit that needs a standing
     // simulation asks for.
     void PauseForUser();
-    // Short holds that the pause count does not see, used in pairs.
+    // Short holds that the pause count does not see, used in pairs. A run that was held and not
+    // edited has the results of one that was not held.
     void Rest();
     void UnRest();
 

@@ -20,7 +20,6 @@
 #include "ProgramResources.h"
 #include "RunControl.h"
 #include "SetCompVectorCommand.h"
-#include "SetEpochNameCommand.h"
 #include "SetEpochToCommand.h"
 #include "SetPropertyCommand.h"
 #include "SetSystemToCommand.h"
@@ -73,7 +72,7 @@ void SimulationController::CreateBody() {
         command = std::make_unique<NewSystemCommand>(portal, MakeBody().release(), parent->ID());
     portal->ReadUnlock();
 
-    ExecuteFiled(portal, std::move(command));
+    ExecuteFiled(portal, Named(kCommandNewBody, std::move(command)));
 }
 
 std::unique_ptr<Body> SimulationController::MakeBody() {
@@ -92,8 +91,20 @@ std::unique_ptr<Body> SimulationController::MakeBody() {
     auto body = std::make_unique<Body>(name, NewSystemID(), color, color, kOriginID);
     body->SetM(kNewBodyGM);
     body->SetRadius(kNewBodyRadius);
+    ShowAsBefore(body.get());
     Place(body.get(), others, index);
     return body;
+}
+
+// An Earth's mass and radius are one; place and velocity are in the units that the user has before
+// the eyes.
+void SimulationController::ShowAsBefore(Body* body) const {
+    body->SetMassUval(kNewBodyGM);
+    body->SetRadiusUval(kNewBodyRadius);
+    const MassSystem* const focus = Portal()->FocusSystem();
+    if (focus->ID() == kNoSystemID) return;
+    body->SetPositionUval(focus->PositionUval());
+    body->SetSpeedUval(focus->SpeedUval());
 }
 
 void SimulationController::Place(Body* body, const std::vector<Body*>& others, int32 turn) const {
@@ -140,7 +151,9 @@ void SimulationController::DeleteBody(int64 id) {
     portal->ReadLock();
     const int64 next = NextFocusAfter(id);
     portal->ReadUnlock();
-    if (id >= 0) ExecuteFiled(portal, std::make_unique<DeleteSystemCommand>(portal, id, next));
+    if (id >= 0)
+        ExecuteFiled(portal, Named(kCommandDeleteBody,
+                                   std::make_unique<DeleteSystemCommand>(portal, id, next)));
 }
 
 void SimulationController::DeleteCurrentBody() {
@@ -159,9 +172,10 @@ void SimulationController::SetRelativeTo(int64 id) {
                          focus->RelativeTo() != id && portal->FocusEpoch()->SystemFromID(id);
     portal->ReadUnlock();
     if (changes)
-        ExecuteFiled(portal, std::make_unique<SetSystemPropertyCommand<int64>>(
-                                 portal, focus->ID(), &MassSystem::RelativeTo,
-                                 &MassSystem::SetRelativeTo, id, kReferentChanged));
+        ExecuteFiled(portal, Named(kCommandSetRelativeTo,
+                                   std::make_unique<SetSystemPropertyCommand<int64>>(
+                                       portal, focus->ID(), &MassSystem::RelativeTo,
+                                       &MassSystem::SetRelativeTo, id, kReferentChanged)));
 }
 
 bool SimulationController::GroupSystems(const std::vector<int64>& ids, const std::string& name) {
@@ -173,8 +187,8 @@ bool SimulationController::GroupSystems(const std::vector<int64>& ids, const std
         ids, [=](int64 id) { return id >= 0 && epoch->SystemFromID(id) != nullptr; });
     const int64 newID = NewSystemID();
     portal->ReadUnlock();
-    return any &&
-           ExecuteFiled(portal, std::make_unique<GroupSystemsCommand>(portal, ids, name, newID));
+    return any && ExecuteFiled(portal, Named(kCommandGroup, std::make_unique<GroupSystemsCommand>(
+                                                                portal, ids, name, newID)));
 }
 
 bool SimulationController::DissolveSystem(int64 id) {
@@ -184,7 +198,9 @@ bool SimulationController::DissolveSystem(int64 id) {
     const MassSystem* system = id >= 0 ? portal->FocusEpoch()->SystemFromID(id) : nullptr;
     const bool isGroup = system && !dynamic_cast<const Body*>(system);
     portal->ReadUnlock();
-    return isGroup && ExecuteFiled(portal, std::make_unique<DissolveSystemCommand>(portal, id));
+    return isGroup &&
+           ExecuteFiled(portal, Named(kCommandDissolveGroup,
+                                      std::make_unique<DissolveSystemCommand>(portal, id)));
 }
 
 bool SimulationController::ToCenterOfMass() {
@@ -207,23 +223,14 @@ bool SimulationController::ToCenterOfMass() {
             DimVector{ThreeVector{}, root->SpeedUval()}));
     }
     portal->ReadUnlock();
-    return ExecuteFiled(portal, std::move(command));
+    return ExecuteFiled(portal, Named(kCommandCenterOfMass, std::move(command)));
 }
 
 void SimulationController::EditEpoch(AbEpoch* epoch) {
     if (epoch == Portal()->FocusEpoch()) return;
     PauseForEdit();
-    ExecuteFiled(Portal(), std::make_unique<SetEpochToCommand>(Portal(), epoch));
-}
-
-void SimulationController::RenameEpoch(AbEpoch* epoch, const std::string& name) {
-    EpochPortal* portal = Portal();
-    portal->ReadLock();
-    const bool changes = epoch->Name() != name;
-    portal->ReadUnlock();
-    if (!changes) return;
-    EditEpoch(epoch);
-    ExecuteFiled(portal, std::make_unique<SetEpochNameCommand>(portal, name));
+    ExecuteFiled(Portal(),
+                 Named(kCommandGoToEpoch, std::make_unique<SetEpochToCommand>(Portal(), epoch)));
 }
 
 bool SimulationController::DeleteEpoch(AbEpoch* epoch) {
@@ -234,12 +241,14 @@ bool SimulationController::DeleteEpoch(AbEpoch* epoch) {
     const bool isLast = !parent || (!parent->Parent() && parent->CountChildren() == 1 &&
                                     epoch->CountChildren() == 0);
     portal->ReadUnlock();
-    return !isLast && ExecuteFiled(portal, std::make_unique<DeleteEpochCommand>(portal, epoch));
+    return !isLast &&
+           ExecuteFiled(portal, Named(kCommandDeleteEpoch,
+                                      std::make_unique<DeleteEpochCommand>(portal, epoch)));
 }
 
 void SimulationController::DupCurrentEpoch() {
     run_->Rest();
-    ExecuteFiled(Portal(), std::make_unique<NewEpochCommand>(Portal()));
+    ExecuteFiled(Portal(), Named(kCommandLogEpoch, std::make_unique<NewEpochCommand>(Portal())));
     run_->UnRest();
 }
 

@@ -30,8 +30,8 @@ public:
                          const ProgramResources* resources);
 
     // Adds a body in the focus system's group: the next name, a colour unlike those in use, on a
-    // circular orbit about the heaviest body, outside all others, where it touches nothing. It
-    // becomes the focus system.
+    // circular orbit about the heaviest body, outside all others, where it touches nothing, shown
+    // in the units of the focus system. It becomes the focus system.
     void CreateBody();
     void DeleteBody(int64 id);
     void DeleteCurrentBody();
@@ -52,7 +52,6 @@ public:
     // Puts the epoch into focus. A step of the history, since the steps before it belong to the
     // epoch that was in focus.
     void EditEpoch(AbEpoch* epoch);
-    void RenameEpoch(AbEpoch* epoch, const std::string& name);
     // False for an epoch that must stay: the last one.
     bool DeleteEpoch(AbEpoch* epoch);
     // Logs the state as it is now: a copy below the focus epoch becomes the focus. A run goes on in
@@ -72,6 +71,7 @@ private:
     EpochPortal* Portal() const;
     void PauseForEdit();
     std::unique_ptr<Body> MakeBody();
+    void ShowAsBefore(Body* body) const;
     void Place(Body* body, const std::vector<Body*>& others, int32 turn) const;
     int64 NextFocusAfter(int64 deleted) const;
     int64 NewSystemID() const;

@@ -1,0 +1,99 @@
+#include "DocumentFile.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "BMessage.h"
+#include "BPath.h"
+#include "SimulationFile.h"
+
+namespace {
+
+// Empty when the directory is gone.
+std::string PathOf(const entry_ref& directory, const std::string& name) {
+    std::string path;
+    if (get_path_for_ref(directory, &path) != B_OK) return {};
+    return path + '/' + name;
+}
+
+}  // namespace
+
+void DocumentFile::SetPlace(const entry_ref& directory, const std::string& name, bool hasFile) {
+    directory_ = directory;
+    name_ = name;
+    hasFile_ = hasFile;
+    ownPath_ = hasFile ? PathOf(directory, name) : std::string();
+    copy_.clear();
+    isRecovered_ = false;
+}
+
+void DocumentFile::SetUntitled(const entry_ref& directory, const std::string& name) {
+    SetPlace(directory, name, false);
+}
+
+void DocumentFile::SetFile(const entry_ref& directory, const std::string& name) {
+    SetPlace(directory, name, true);
+}
+
+void DocumentFile::SetRecovered(const RecoveryCopy& copy, const std::string& untitledName) {
+    const BPath original(copy.originalPath.c_str());
+    BPath parent;
+    entry_ref directory;
+    std::error_code failure;
+    const bool hasPlace = original.InitCheck() == B_OK && original.GetParent(&parent) == B_OK &&
+                          std::filesystem::is_directory(parent.Path(), failure) &&
+                          get_ref_for_path(parent.Path(), &directory) == B_OK;
+    const std::string name = hasPlace ? std::string(original.Leaf()) : copy.documentName;
+    SetPlace(directory, name.empty() ? untitledName : name, hasPlace);
+    copy_ = copy.path;
+    isRecovered_ = true;
+}
+
+std::string DocumentFile::Path() const {
+    return hasFile_ ? PathOf(directory_, name_) : std::string();
+}
+
+bool DocumentFile::WouldReplaceAnother() const {
+    const std::string path = Path();
+    struct stat info {};
+    return !path.empty() && path != ownPath_ && lstat(path.c_str(), &info) == 0;
+}
+
+void DocumentFile::TakePlace(const entry_ref& directory) {
+    directory_ = directory;
+    hasFile_ = true;
+}
+
+DocumentError DocumentFile::Write(const BMessage& record, const entry_ref& directory,
+                                  const std::string& name, std::string* path) {
+    *path = PathOf(directory, name);
+    if (path->empty()) {
+        *path = name == name_ && !ownPath_.empty() ? ownPath_ : name;
+        return DocumentError::System(ENOENT);
+    }
+    return SimulationFile::Write(*path, record);
+}
+
+void DocumentFile::Saved(const std::string& path) {
+    ownPath_ = path;
+    DiscardCopy();
+}
+
+DocumentError DocumentFile::KeepCopy(const BMessage& record, const std::string& name,
+                                     const std::string& path) {
+    isRecovered_ = false;
+    return folder_.Keep(record, name, path.starts_with('/') ? path : std::string(), &copy_);
+}
+
+void DocumentFile::DiscardRecovered() {
+    if (isRecovered_) DiscardCopy();
+}
+
+void DocumentFile::DiscardCopy() {
+    if (!copy_.empty()) folder_.Discard(copy_);
+    copy_.clear();
+    isRecovered_ = false;
+}

@@ -1,0 +1,56 @@
+// Where the document of a simulation lies, and how it is kept: its name and folder, and the
+// recovery copy that holds what could not be saved. Owned by what owns the simulation, used on its
+// thread.
+#pragma once
+
+#include <string>
+
+#include "RecoveryFolder.h"
+#include "entry_ref.h"
+
+class DocumentFile {
+public:
+    explicit DocumentFile(RecoveryFolder folder = RecoveryFolder()) : folder_(std::move(folder)) {}
+
+    // In no file yet; the folder is the one to propose.
+    void SetUntitled(const entry_ref& directory, const std::string& name);
+    // Read from there. Forgets the copy of the document that was there before.
+    void SetFile(const entry_ref& directory, const std::string& name);
+    // Read from a recovery copy, which stays until the document is saved.
+    void SetRecovered(const RecoveryCopy& copy, const std::string& untitledName);
+
+    [[nodiscard]] const std::string& Name() const { return name_; }
+    void SetName(const std::string& name) { name_ = name; }
+    [[nodiscard]] bool HasFile() const { return hasFile_; }
+    [[nodiscard]] const entry_ref& Directory() const { return directory_; }
+    // Where it would be saved; empty when its folder is gone, or when it has no file.
+    [[nodiscard]] std::string Path() const;
+    // There is another file than the one that the document was read from or last saved in as a
+    // whole.
+    [[nodiscard]] bool WouldReplaceAnother() const;
+
+    // From now on the document's place is this folder, whether or not it could be written there.
+    void TakePlace(const entry_ref& directory);
+    // `path` becomes that of the file; where its folder is gone, what is known of it.
+    DocumentError Write(const BMessage& record, const entry_ref& directory, const std::string& name,
+                        std::string* path);
+    // The whole document lies at that path now.
+    void Saved(const std::string& path);
+
+    DocumentError KeepCopy(const BMessage& record, const std::string& name,
+                           const std::string& path);
+    // The user does not want what the document was recovered with.
+    void DiscardRecovered();
+
+private:
+    void SetPlace(const entry_ref& directory, const std::string& name, bool hasFile);
+    void DiscardCopy();
+
+    RecoveryFolder folder_;
+    std::string name_;
+    entry_ref directory_;
+    bool hasFile_ = false;
+    std::string ownPath_;       // of the file that holds the document, empty for none
+    std::string copy_;          // path of the recovery copy, empty for none
+    bool isRecovered_ = false;  // the copy is what the document was read from
+};

@@ -1,0 +1,41 @@
+#include "DocumentSaver.h"
+
+#include "BMessage.h"
+#include "DocumentFile.h"
+#include "SimulationDocument.h"
+
+SaveResult SaveDocument(SimulationDocument* document, DocumentFile* file,
+                        const entry_ref& directory, const std::string& name, bool allEpochs) {
+    SaveResult result;
+    UndoChain* const history = document->GetUndoChain();
+    BMessage record;
+    BMessage whole;
+    // No command comes between what is written and the saved point.
+    history->Lock();
+    const bool wasSaved = history->IsSaved();
+    result.error = document->Store(&record, allEpochs);
+    DocumentError wholeError;
+    if (!allEpochs && !wasSaved) wholeError = document->Store(&whole, true);
+    history->MarkSaved();
+    history->Unlock();
+
+    if (!result.error.Failed()) result.error = file->Write(record, directory, name, &result.path);
+    file->TakePlace(directory);
+    const bool isWritten = !result.error.Failed();
+    if (allEpochs && isWritten) file->Saved(result.path);
+
+    result.isCopyNeeded = allEpochs ? !isWritten : !wasSaved;
+    if (!result.isCopyNeeded) return result;
+    result.copyError = allEpochs              ? file->KeepCopy(record, name, result.path)
+                       : !wholeError.Failed() ? file->KeepCopy(whole, file->Name(), file->Path())
+                                              : wholeError;
+    if (result.copyError.Failed()) history->MarkUnsaved();
+    return result;
+}
+
+DocumentError KeepCopyIfUnsaved(SimulationDocument* document, DocumentFile* file) {
+    if (document->GetUndoChain()->IsSaved()) return {};
+    BMessage record;
+    if (DocumentError error = document->Store(&record, true); error.Failed()) return error;
+    return file->KeepCopy(record, file->Name(), file->Path());
+}

@@ -1,0 +1,203 @@
+#include "RecoveryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "CommandFactory.h"
+#include "DocumentFile.h"
+#include "DocumentSaver.h"
+#include "NewEpochCommand.h"
+#include "SampleDocument.h"
+#include "SimulationFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct RecoveryFolderTest : testing::Test {
+    static fs::path MakeHome() {
+        std::string name = (fs::temp_directory_path() / "orvek-XXXXXX").string();
+        return mkdtemp(name.data());
+    }
+    ~RecoveryFolderTest() override { fs::remove_all(home); }
+
+    std::string Keep(const char* name, const char* original) {
+        std::string copy;
+        EXPECT_FALSE(folder.Keep(PlanetRecord(), name, original, &copy).Failed());
+        return copy;
+    }
+
+    const fs::path home = MakeHome();
+    const RecoveryFolder folder{home / "state/orvek/recovery"};
+};
+
+TEST_F(RecoveryFolderTest, ACopyIsADocumentThatKnowsItsOrigin) {
+    const std::string copy = Keep("Comets", "/somewhere/Comets");
+    struct stat info {};
+    ASSERT_EQ(stat(copy.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600u) << "nobody else's business";
+    BMessage record;
+    ASSERT_FALSE(SimulationFile::Read(copy, &record).Failed());
+    SimulationDocument document(nullptr);
+    EXPECT_FALSE(document.Load(record).Failed());
+    EXPECT_EQ(document.Portal()->BodiesInMassOrder().size(), 4u);
+    BMessage again;
+    ASSERT_FALSE(document.Store(&again, true).Failed());
+    EXPECT_FALSE(again.HasName("Recovered name")) << "saved, it is a document like others";
+
+    const std::vector<RecoveryCopy> list = folder.List();
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].path, copy);
+    EXPECT_EQ(list[0].documentName, "Comets");
+    EXPECT_EQ(list[0].originalPath, "/somewhere/Comets");
+    EXPECT_EQ(list[0].time, info.st_mtime);
+}
+
+TEST_F(RecoveryFolderTest, CopiesOfTheSameNameStandBesideEachOther) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; i++)
+        threads.emplace_back([this] { Keep("New Simulation", ""); });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(folder.List().size(), 8u);
+    std::string copy = folder.List()[3].path;
+    EXPECT_FALSE(folder.Keep(PlanetRecord(), "New Simulation", "", &copy).Failed());
+    EXPECT_EQ(folder.List().size(), 8u) << "the same document's copy is replaced";
+    folder.Discard(copy);
+    EXPECT_EQ(folder.List().size(), 7u);
+}
+
+TEST_F(RecoveryFolderTest, NamesThatAreNoFileNames) {
+    std::string snowmen;
+    for (int i = 0; i < 200; i++)
+        snowmen += "\u2603";
+    const std::set<std::string> names{"a/b", "..", "", ".hidden", snowmen};
+    for (const std::string& name : names)
+        Keep(name.c_str(), "");
+    std::set<std::string> found;
+    for (const RecoveryCopy& copy : folder.List())
+        found.insert(copy.documentName);
+    EXPECT_EQ(found, names);
+}
+
+TEST_F(RecoveryFolderTest, OnlyCopiesAreListedAndDiscarded) {
+    EXPECT_TRUE(folder.List().empty()) << "there is no such folder";
+    Keep("Comets", "");
+    ASSERT_FALSE(SimulationFile::Write(folder.Path() + "/stray", PlanetRecord()).Failed());
+    std::ofstream(folder.Path() + "/text") << "KWZXNB00";
+    fs::create_directory(folder.Path() + "/folder");
+    EXPECT_EQ(folder.List().size(), 1u);
+    const std::string outside = (home / "outside").string();
+    std::ofstream(outside) << "precious";
+    folder.Discard(outside);
+    folder.Discard(folder.Path() + "/../../../outside");
+    EXPECT_TRUE(fs::exists(outside));
+}
+
+TEST_F(RecoveryFolderTest, AFailureLeavesNoTraceAndTheLastCopy) {
+    std::ofstream(home / "state") << "not a folder";
+    std::string copy;
+    EXPECT_TRUE(folder.Keep(PlanetRecord(), "Comets", "", &copy).Failed());
+    EXPECT_TRUE(copy.empty());
+    fs::remove(home / "state");
+    copy = Keep("Comets", "");
+    BMessage tooDeep;
+    for (int i = 0; i <= BMessage::kMaxNesting; i++) {
+        BMessage outer;
+        outer.AddMessage("m", std::move(tooDeep));
+        tooDeep = std::move(outer);
+    }
+    EXPECT_TRUE(folder.Keep(tooDeep, "Comets", "", &copy).Failed());
+    std::string other;
+    EXPECT_TRUE(folder.Keep(tooDeep, "Comets", "", &other).Failed());
+    EXPECT_EQ(folder.List().size(), 1u);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+}
+
+TEST(UsualRecoveryFolder, LiesInTheStateDirectory) {
+    setenv("XDG_STATE_HOME", "/var/state", 1);
+    EXPECT_EQ(RecoveryFolder().Path(), "/var/state/orvek/recovery");
+    setenv("XDG_STATE_HOME", "relative", 1);
+    setenv("HOME", "/users/eve", 1);
+    EXPECT_EQ(RecoveryFolder().Path(), "/users/eve/.local/state/orvek/recovery");
+    unsetenv("XDG_STATE_HOME");
+    EXPECT_EQ(RecoveryFolder().Path(), "/users/eve/.local/state/orvek/recovery");
+}
+
+// --- Saving ---
+
+struct DocumentSaverTest : RecoveryFolderTest {
+    DocumentSaverTest() {
+        EXPECT_FALSE(document.Load(PlanetRecord()).Failed());
+        EXPECT_EQ(get_ref_for_path(home.c_str(), &place), B_OK);
+        file.SetUntitled(place, "Comets");
+    }
+    void Edit() {
+        ExecuteFiled(document.Portal(), std::make_unique<NewEpochCommand>(document.Portal()));
+    }
+
+    SimulationDocument document{nullptr};
+    DocumentFile file{folder};
+    entry_ref place;
+};
+
+// Edits that come after an epoch alone was saved have the copy that is there renewed.
+TEST_F(DocumentSaverTest, TheTreeBehindASavedEpochIsKept) {
+    Edit();
+    EXPECT_FALSE(SaveDocument(&document, &file, place, "epoch", false).error.Failed());
+    EXPECT_TRUE(document.GetUndoChain()->IsSaved());
+    EXPECT_EQ(folder.List().size(), 1u);
+    Edit();
+    EXPECT_FALSE(KeepCopyIfUnsaved(&document, &file).Failed());
+    ASSERT_EQ(folder.List().size(), 1u);
+    BMessage record;
+    ASSERT_FALSE(SimulationFile::Read(folder.List()[0].path, &record).Failed());
+    SimulationDocument copy(nullptr);
+    ASSERT_FALSE(copy.Load(record).Failed());
+    EXPECT_EQ(Outline(copy.Root()), Outline(document.Root()));
+
+    EXPECT_FALSE(SaveDocument(&document, &file, place, "whole", true).error.Failed());
+    EXPECT_TRUE(folder.List().empty());
+    EXPECT_FALSE(KeepCopyIfUnsaved(&document, &file).Failed());
+    EXPECT_TRUE(folder.List().empty()) << "nothing is unsaved";
+}
+
+TEST_F(DocumentSaverTest, ASavedDocumentNeedsNoCopyForAnEpoch) {
+    EXPECT_FALSE(SaveDocument(&document, &file, place, "whole", true).isCopyNeeded);
+    const SaveResult result = SaveDocument(&document, &file, place, "no/such/folder", false);
+    EXPECT_TRUE(result.error.Failed());
+    EXPECT_FALSE(result.isCopyNeeded);
+    EXPECT_TRUE(folder.List().empty());
+}
+
+TEST_F(DocumentSaverTest, WhatIsKeptNowhereStaysUnsaved) {
+    Edit();
+    std::ofstream(home / "state") << "no place for copies";
+    const SaveResult result = SaveDocument(&document, &file, place, "no/such/folder", true);
+    EXPECT_TRUE(result.error.Failed());
+    EXPECT_TRUE(result.copyError.Failed());
+    EXPECT_FALSE(document.GetUndoChain()->IsSaved());
+}
+
+TEST_F(DocumentSaverTest, ARecoveredDocumentGoesBackToItsPlaceIfThatIsThere) {
+    fs::create_directory(home / "there");
+    file.SetRecovered({Keep("Comets", ""), "Comets", (home / "there/Halley").string(), 0}, "new");
+    EXPECT_TRUE(file.HasFile());
+    EXPECT_EQ(file.Path(), (home / "there/Halley").string());
+    file.SetRecovered({Keep("Comets", ""), "Comets", (home / "gone/Halley").string(), 0}, "new");
+    EXPECT_FALSE(file.HasFile());
+    EXPECT_EQ(file.Name(), "Comets");
+    file.SetRecovered({Keep("Comets", ""), "", "", 0}, "new");
+    EXPECT_EQ(file.Name(), "new");
+    EXPECT_EQ(folder.List().size(), 3u);
+    file.DiscardRecovered();
+    EXPECT_EQ(folder.List().size(), 2u);
+}
+
+}  // namespace
