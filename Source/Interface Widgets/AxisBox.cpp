@@ -1,5 +1,7 @@
 #include "AxisBox.h"
 
+#include <algorithm>
+
 #include "BRadioButton.h"
 #include "BStringView.h"
 #include "InterfaceLabels.h"
@@ -30,4 +32,9 @@ int32 AxisBox::Axis() const {
 void AxisBox::SetAxis(int32 axis) {
     for (BRadioButton* button : buttons_)
         button->SetValue(--axis == 0 ? B_CONTROL_ON : B_CONTROL_OFF);
+}
+
+void AxisBox::MakeFocus(bool isFocus) {
+    const auto chosen = static_cast<std::size_t>(std::max(Axis(), 1)) - 1;
+    buttons_[chosen]->MakeFocus(isFocus);
 }

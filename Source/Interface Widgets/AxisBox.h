@@ -16,6 +16,8 @@ public:
     [[nodiscard]] int32 Axis() const;
     // Chooses none for another number.
     void SetAxis(int32 axis);
+    // The keyboard goes to the axis that is chosen.
+    void MakeFocus(bool isFocus = true) override;
 
 private:
     std::array<BRadioButton*, 3> buttons_{};

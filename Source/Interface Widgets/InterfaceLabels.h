@@ -157,4 +157,8 @@ enum InterfaceLabel : int32 {
     kLabelSky = 3313,
     kLabelLength = 3314,
     kLabelReference = 3315,
+    kLabelSavePictureTitle = 3316,
+
+    kLabelOpenRecent = 3500,
+    kLabelClearRecent = 3501,
 };

@@ -7,6 +7,7 @@
 #include "InterfaceTexts.h"
 #include "NumberBox.h"
 #include "ProgramMessages.h"
+#include "RecentMenu.h"
 #include "UnitMenu.h"
 #include "UnitMenuItem.h"
 #include "UnitTable.h"
@@ -45,6 +46,7 @@ BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts) {
     auto* const open = new BMessage(kOpen);
     open->AddPointer(kSimulationField, nullptr);
     menu.AddItem(new BMenuItem(texts.Text(kLabelOpen), open, texts.Key(kLabelOpenKey)));
+    menu.AddItem(new RecentMenu(texts.Text(kLabelOpenRecent), texts.Text(kLabelClearRecent)));
     menu.AddSeparatorItem();
     menu.AddItem(new BMenuItem(texts.Text(kLabelAbout), new BMessage(B_ABOUT_REQUESTED)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelReenable), new BMessage(kClearDefaultResponses)));

@@ -1,25 +1,17 @@
 #include "NumberBox.h"
 
-#include <charconv>
-#include <memory>
 #include <optional>
 
-#include "AbbreviatedMenuField.h"
+#include "BMenuField.h"
 #include "BMessage.h"
 #include "BTextControl.h"
+#include "QuantityText.h"
+#include "UnitField.h"
 #include "UnitMenu.h"
 
 namespace {
 
-constexpr int kDigits = 10;
 constexpr int32 kColumns = 14;
-
-std::string NumberText(double value) {
-    char text[32];
-    const auto end =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::general, kDigits).ptr;
-    return {text, end};
-}
 
 }  // namespace
 
@@ -32,16 +24,10 @@ NumberBox::NumberBox(const char* name, const char* accessibleName, const UnitTab
     number_->SetRightAligned(true);
     number_->SetAccessibleName(accessibleName);
     AddChild(number_);
-    BMessage archive(unitMenuField);
-    std::unique_ptr<BArchivable> object(instantiate_object(&archive));
-    if (auto* const field = dynamic_cast<BMenuField*>(object.get()); field != nullptr) {
-        object.release();
-        menu_ = dynamic_cast<UnitMenu*>(field->Menu());
+    if (BMenuField* const field = MakeUnitField(unitMenuField, accessibleName); field != nullptr) {
+        menu_ = UnitMenuOf(field);
         AddChild(field);
     }
-    // The first unit is marked until another one is asked for.
-    if (menu_ != nullptr && menu_->FindMarked() == nullptr && menu_->CountItems() > 0)
-        menu_->ItemAt(0)->SetMarked(true);
 }
 
 double NumberBox::Uval() const {
@@ -59,11 +45,11 @@ void NumberBox::SetValue(double value) {
 }
 
 void NumberBox::ShowValue() {
-    number_->SetText(NumberText(value_ / Uval()).c_str());
+    number_->SetText(print_double(value_ / Uval()).c_str());
 }
 
 bool NumberBox::Commit() {
-    const std::string shown = NumberText(value_ / Uval());
+    const std::string shown = print_double(value_ / Uval());
     const std::optional<std::string> pending = number_->TakePendingText();
     const std::string typed = pending.value_or(number_->Text());
     if (typed == shown) return false;

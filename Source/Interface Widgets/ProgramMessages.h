@@ -18,6 +18,18 @@ inline constexpr uint32 kDeleteMessageWindow = FourCC("klms");
 // A standing answer to a question: int32 "Window ID" and int32 "Default".
 inline constexpr uint32 kSetDefaultResponse = FourCC("sdmr");
 inline constexpr uint32 kClearDefaultResponses = FourCC("cdmr");
+// With pointer "Simulation": it was asked to close, and the user decided that it stays open
+// (Cancel, the question's or the save panel's close box), or it could not be saved. Ends the
+// quitting of the program.
+inline constexpr uint32 kCloseCancelled = FourCC("clcn");
+// With pointer "Simulation": its window has built itself and is shown.
+inline constexpr uint32 kSimulationShown = FourCC("shwn");
+// From the menu of recent documents: open the one with string "path"; forget them all.
+inline constexpr uint32 kOpenRecent = FourCC("rcop");
+inline constexpr uint32 kClearRecent = FourCC("rccl");
+// The program was started once more: come to the front. With refs "refs" in a B_REFS_RECEIVED the
+// files are opened instead.
+inline constexpr uint32 kActivateProgram = FourCC("actv");
 // Steps in which a simulation's window is built. They go to the application, which hands them back
 // to the pointer "Simulation".
 inline constexpr uint32 kBuildMenuBar = FourCC("bmmu");
@@ -39,7 +51,9 @@ inline constexpr uint32 kDeleteCurrentBody = FourCC("dlcb");
 inline constexpr uint32 kDeleteBody = FourCC("dlbd");     // int64 "Body ID"
 inline constexpr uint32 kEditBody = FourCC("edbd");       // int64 "Body ID"
 inline constexpr uint32 kSetRelativeTo = FourCC("rel2");  // int64 "Body ID"
-inline constexpr uint32 kEditEpoch = FourCC("edep");      // int32 "index" in the epoch window
+// Of the epoch window, with int32 "index" in visiting order and pointer "Epoch".
+inline constexpr uint32 kEditEpoch = FourCC("edep");
+inline constexpr uint32 kDeleteEpoch = FourCC("dlep");
 inline constexpr uint32 kLogEpoch = FourCC("lgep");
 inline constexpr uint32 kToCenterOfMass = FourCC("2com");
 inline constexpr uint32 kTogglePause = FourCC("tgps");
@@ -62,5 +76,7 @@ inline constexpr const char* kDoomedSimulation = "Doomed Simulation";
 inline constexpr const char* kDoomedDisplay = "Doomed Display";
 inline constexpr const char* kDoomedMessageWindow = "Doomed Msg Window";
 inline constexpr const char* kBodyIDField = "Body ID";
+inline constexpr const char* kEpochIndexField = "index";
+inline constexpr const char* kEpochField = "Epoch";
 inline constexpr const char* kDisplayTypeField = "Display Type";
 inline constexpr const char* kReplyField = "Reply";

@@ -1,0 +1,94 @@
+// An entry of one quantity of a document: shows the value in force, and turns what the user enters
+// into one undoable command. A view of a window, which owns it; works through the document's own
+// portal.
+//
+// Threads. All calls need the lock of the window, except Commit. To refresh, Read with the portal's
+// read lock, for all entries of a window at once, then ShowValue without it. Commit may be called
+// by any thread that holds no lock of the document, with or without the window's: half-typed text
+// lives in the window server, and what else it takes stands behind a mutex that is held for a
+// moment only, never while a command runs.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+#include "BGroupView.h"
+#include "CommandFactory.h"
+
+class Entry : public BGroupView {
+public:
+    // Reads the value in force.
+    virtual void Read() = 0;
+    // Shows what was read. Leaves alone what the user is just entering.
+    virtual void ShowValue() = 0;
+    // Makes what is pending the value in force; true if that changed something. What cannot be
+    // taken gives way to the value in force, and the user is told why.
+    virtual bool Commit() = 0;
+    virtual void SetEnabled(bool isEnabled) = 0;
+
+protected:
+    using BGroupView::BGroupView;
+};
+
+// An entry of the value that a factory speaks of.
+template <typename Value, typename Factory = CommandFactory<Value>>
+class ValueEntry : public Entry {
+public:
+    using FactoryRef = std::shared_ptr<const Factory>;
+
+    // What the entry speaks of from the next Read on; commit before. Null: of nothing.
+    void SetFactory(FactoryRef factory) { next_ = std::move(factory); }
+
+    void Read() override {
+        read_.reset();
+        if (next_ != nullptr) read_.emplace(next_->Current(*portal_));
+    }
+
+    void ShowValue() override {
+        bool isOther = false;
+        {
+            const std::lock_guard lock(mutex_);
+            isOther = source_.factory != next_;
+            source_ = {next_, read_};
+        }
+        // With another factory what is half entered is no longer for this entry.
+        Present(read_, isOther);
+    }
+
+protected:
+    // What is shown, and where it comes from. The value is there whenever the factory is and was
+    // read.
+    struct Source {
+        FactoryRef factory;
+        std::optional<Value> value;
+
+        explicit operator bool() const { return factory != nullptr && value.has_value(); }
+    };
+
+    ValueEntry(const char* name, orientation direction, EpochPortal* portal)
+        : Entry(name, direction), portal_(portal) {}
+
+    // `replacesAll`: also what the user is just entering.
+    virtual void Present(const std::optional<Value>& value, bool replacesAll) = 0;
+
+    // Any thread. Takes what is pending together with what it is for: nobody changes that between.
+    template <typename Take>
+    Source TakePending(Take take) const {
+        const std::lock_guard lock(mutex_);
+        take();
+        return source_;
+    }
+    [[nodiscard]] Source Shown() const {
+        return TakePending([] {});
+    }
+    [[nodiscard]] EpochPortal* Portal() const { return portal_; }
+
+private:
+    EpochPortal* const portal_;
+    FactoryRef next_;
+    std::optional<Value> read_;
+    mutable std::mutex mutex_;
+    Source source_;
+};

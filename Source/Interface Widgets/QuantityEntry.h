@@ -1,0 +1,39 @@
+// An entry of a quantity: a number and a menu of its units. What is typed may name a unit of its
+// own. Choosing another unit is an edit like any other. Rules as for Entry.
+#pragma once
+
+#include "Entry.h"
+
+class BMenuField;
+class InterfaceTexts;
+class QuantityLine;
+class UnitMenu;
+class UnitTable;
+
+class QuantityEntry : public ValueEntry<DimValue> {
+public:
+    // `unitMenuField`: the archive of the unit menu's field. `units` is not owned. `label` is what
+    // a screen reader says.
+    QuantityEntry(const char* name, const char* label, EpochPortal* portal, const UnitTable* units,
+                  const BMessage& unitMenuField, const InterfaceTexts& texts);
+
+    bool Commit() override;
+    void SetEnabled(bool isEnabled) override;
+    // The number can only be read; its unit can still be chosen.
+    void SetEditable(bool isEditable);
+
+    void AttachedToWindow() override;
+    void MessageReceived(BMessage* message) override;
+
+protected:
+    void Present(const std::optional<DimValue>& value, bool replacesAll) override;
+
+private:
+    static constexpr uint32 kEntered = FourCC("qnen");
+
+    void ChooseUnit(double uval);
+
+    QuantityLine* const number_;
+    BMenuField* const unitField_;
+    UnitMenu* const units_;
+};

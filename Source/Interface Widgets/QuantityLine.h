@@ -1,0 +1,38 @@
+// The line of a quantity, a number and perhaps a unit: "384400 km". The one place where such texts
+// are shown, read, and answered when they are of no use. Part of an entry, whose window's lock
+// guards it; but what stands under "Any thread" needs no lock.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "BEntryControl.h"
+#include "DimValue.h"
+
+class InterfaceTexts;
+class UnitTable;
+
+class QuantityLine : public BEntryControl {
+public:
+    // `units` and `texts` are not owned; without units the line takes plain numbers. `label` is
+    // what a screen reader says.
+    QuantityLine(const char* name, const char* label, const UnitTable* units,
+                 const InterfaceTexts& texts, BMessage* message);
+
+    // `replacesAll`: also what the user is just typing. Nothing for no value.
+    void ShowValue(const std::optional<DimValue>& value, bool replacesAll);
+
+    // --- Any thread ---
+    // Answers a text that was taken: the value that it means, shown in the unit it names, else in
+    // that of `inForce`. Nothing if it means none: then the user has been told why.
+    [[nodiscard]] std::optional<DimValue> Read(const std::string& text, const DimValue& inForce);
+    // The value was not taken after all.
+    void RefuseRange(const DimValue& inForce);
+
+private:
+    [[nodiscard]] double FactorFor(double uval) const;
+    [[nodiscard]] std::string TextOf(const DimValue& value) const;
+
+    const UnitTable* const units_;
+    const InterfaceTexts& texts_;
+};

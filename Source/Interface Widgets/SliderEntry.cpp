@@ -1,0 +1,107 @@
+#include "SliderEntry.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "BMessage.h"
+#include "BSlider.h"
+#include "BStringView.h"
+#include "QuantityLine.h"
+
+namespace {
+
+constexpr int32 kColumns = 8;
+constexpr int32 kPage = 10;  // steps of the arrow keys to one of the page keys
+
+DimValue Plain(double value) {
+    return {value, 1.0};
+}
+
+}  // namespace
+
+SliderEntry::SliderEntry(const char* name, const Texts& labels, std::vector<double> stops,
+                         EpochPortal* portal, const InterfaceTexts& texts)
+    : ValueEntry(name, B_VERTICAL, portal),
+      stops_(std::move(stops)),
+      slider_(new BSlider("slider", labels.title.c_str(), new BMessage(kMoved), 0,
+                          static_cast<int32>(stops_.size()) - 1)),
+      number_(new QuantityLine("number", labels.before.c_str(), nullptr, texts,
+                               new BMessage(kEntered))) {
+    slider_->SetModificationMessage(new BMessage(kMoving));
+    slider_->SetLimitLabels(labels.left.c_str(), labels.right.c_str());
+    slider_->SetSteps(1, kPage);
+    AddChild(slider_);
+    auto* const row = new BGroupView("sentence", B_HORIZONTAL);
+    number_->SetColumns(kColumns);
+    row->AddChild(new BStringView("before", labels.before.c_str()));
+    row->AddChild(number_);
+    row->AddChild(new BStringView("after", labels.after.c_str()));
+    row->AddStretch();
+    AddChild(row);
+}
+
+void SliderEntry::AttachedToWindow() {
+    slider_->SetTarget(this);
+    number_->SetTarget(this);
+}
+
+void SliderEntry::SetEnabled(bool isEnabled) {
+    // A knob that is held when it is disabled tells no end.
+    if (!isEnabled && std::exchange(isHeld_, false)) Present(Shown().value, true);
+    slider_->SetEnabled(isEnabled);
+    number_->SetEnabled(isEnabled);
+}
+
+int32 SliderEntry::NearestStop(double value) const {
+    const auto distance = [value](double stop) { return std::fabs(std::log(stop / value)); };
+    const auto nearest = std::min_element(stops_.begin(), stops_.end(), [&](double a, double b) {
+        return distance(a) < distance(b);
+    });
+    return static_cast<int32>(nearest - stops_.begin());
+}
+
+double SliderEntry::StopAt(const BMessage& message) const {
+    int32 index = 0;
+    message.FindInt32("value", &index);
+    return stops_[static_cast<std::size_t>(index)];
+}
+
+void SliderEntry::Present(const std::optional<double>& value, bool replacesAll) {
+    if (isHeld_) return;
+    if (!value) return number_->ShowValue(std::nullopt, replacesAll);
+    slider_->SetValue(NearestStop(*value));
+    number_->ShowValue(Plain(*value), replacesAll);
+}
+
+bool SliderEntry::Commit() {
+    std::optional<std::string> typed;
+    const Source source = TakePending([&] { typed = number_->TakeText(); });
+    if (!typed || !source) return false;
+    const DimValue inForce = Plain(*source.value);
+    const std::optional<DimValue> value = number_->Read(*typed, inForce);
+    if (!value) return false;
+    if (CommitEntry(Portal(), *source.factory, value->Value())) return true;
+    if (!(*value == inForce)) number_->RefuseRange(inForce);
+    return false;
+}
+
+void SliderEntry::MessageReceived(BMessage* message) {
+    switch (message->what) {
+        case kMoving:
+            isHeld_ = true;
+            number_->ShowValue(Plain(StopAt(*message)), true);
+            break;
+        case kMoved: {
+            isHeld_ = false;
+            const Source source = Shown();
+            if (source && !CommitEntry(Portal(), *source.factory, StopAt(*message)))
+                Present(source.value, true);
+            break;
+        }
+        case kEntered:
+            Commit();
+            break;
+        default:
+            Entry::MessageReceived(message);
+    }
+}

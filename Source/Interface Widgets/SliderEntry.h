@@ -1,0 +1,50 @@
+// An entry of a positive number without a unit: a slider that goes through some chosen numbers, and
+// a line in a sentence for any other. While the knob is held the line follows; letting go is one
+// edit. Rules as for Entry.
+#pragma once
+
+#include <vector>
+
+#include "Entry.h"
+
+class BSlider;
+class InterfaceTexts;
+class QuantityLine;
+
+class SliderEntry : public ValueEntry<double> {
+public:
+    struct Texts {
+        std::string title;
+        std::string left;  // below the slider's ends
+        std::string right;
+        std::string before;  // around the number
+        std::string after;
+    };
+
+    // `stops`: what the slider goes through from left to right, positive and in order, upwards or
+    // downwards.
+    SliderEntry(const char* name, const Texts& labels, std::vector<double> stops,
+                EpochPortal* portal, const InterfaceTexts& texts);
+
+    bool Commit() override;
+    void SetEnabled(bool isEnabled) override;
+
+    void AttachedToWindow() override;
+    void MessageReceived(BMessage* message) override;
+
+protected:
+    void Present(const std::optional<double>& value, bool replacesAll) override;
+
+private:
+    static constexpr uint32 kMoving = FourCC("slmv");
+    static constexpr uint32 kMoved = FourCC("slen");
+    static constexpr uint32 kEntered = FourCC("slnm");
+
+    [[nodiscard]] int32 NearestStop(double value) const;
+    [[nodiscard]] double StopAt(const BMessage& message) const;
+
+    const std::vector<double> stops_;
+    BSlider* const slider_;
+    QuantityLine* const number_;
+    bool isHeld_ = false;
+};

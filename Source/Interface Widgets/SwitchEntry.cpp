@@ -1,0 +1,36 @@
+#include "SwitchEntry.h"
+
+#include "BCheckBox.h"
+#include "BMessage.h"
+
+SwitchEntry::SwitchEntry(const char* name, const char* label, EpochPortal* portal)
+    : ValueEntry(name, B_HORIZONTAL, portal),
+      box_(new BCheckBox("switch", label, new BMessage(kSwitched))) {
+    AddChild(box_);
+}
+
+void SwitchEntry::AttachedToWindow() {
+    box_->SetTarget(this);
+}
+
+bool SwitchEntry::IsOn() const {
+    return box_->Value() != B_CONTROL_OFF;
+}
+
+void SwitchEntry::SetEnabled(bool isEnabled) {
+    box_->SetEnabled(isEnabled);
+}
+
+void SwitchEntry::Present(const std::optional<bool>& value, bool /*replacesAll*/) {
+    box_->SetValue(value.value_or(false) ? B_CONTROL_ON : B_CONTROL_OFF);
+}
+
+void SwitchEntry::MessageReceived(BMessage* message) {
+    if (message->what != kSwitched) return Entry::MessageReceived(message);
+    // Not the box's own value: a refresh may have been handled since.
+    int32 value = B_CONTROL_OFF;
+    message->FindInt32("value", &value);
+    const Source source = Shown();
+    if (source && !CommitEntry(Portal(), *source.factory, value != B_CONTROL_OFF))
+        Present(source.value, false);
+}

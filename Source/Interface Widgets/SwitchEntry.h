@@ -1,0 +1,28 @@
+// An entry of a switch: a check box. Rules as for Entry; nothing of it is ever pending.
+#pragma once
+
+#include "Entry.h"
+
+class BCheckBox;
+
+class SwitchEntry : public ValueEntry<bool> {
+public:
+    SwitchEntry(const char* name, const char* label, EpochPortal* portal);
+
+    // What is shown.
+    [[nodiscard]] bool IsOn() const;
+
+    bool Commit() override { return false; }
+    void SetEnabled(bool isEnabled) override;
+
+    void AttachedToWindow() override;
+    void MessageReceived(BMessage* message) override;
+
+protected:
+    void Present(const std::optional<bool>& value, bool replacesAll) override;
+
+private:
+    static constexpr uint32 kSwitched = FourCC("swen");
+
+    BCheckBox* const box_;
+};

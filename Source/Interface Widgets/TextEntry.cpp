@@ -1,0 +1,50 @@
+#include "TextEntry.h"
+
+#include "BEntryControl.h"
+#include "BMessage.h"
+#include "EntryTexts.h"
+#include "InterfaceTexts.h"
+
+TextEntry::TextEntry(const char* name, const char* label, EpochPortal* portal,
+                     const InterfaceTexts& texts)
+    : ValueEntry(name, B_HORIZONTAL, portal),
+      texts_(texts),
+      line_(new BEntryControl("text", label, new BMessage(kEntered))) {
+    AddChild(line_);
+}
+
+void TextEntry::AttachedToWindow() {
+    line_->SetTarget(this);
+}
+
+void TextEntry::SetEnabled(bool isEnabled) {
+    line_->SetEnabled(isEnabled);
+}
+
+void TextEntry::Present(const std::optional<std::string>& value, bool replacesAll) {
+    const std::string text = value.value_or("");
+    if (replacesAll)
+        line_->SetText(text.c_str());
+    else
+        line_->ShowText(text.c_str());
+}
+
+bool TextEntry::Commit() {
+    std::optional<std::string> typed;
+    const Source source = TakePending([&] { typed = line_->TakeText(); });
+    if (!typed) return false;
+    const std::string inForce = source.value.value_or("");
+    if (!source || typed->find_first_not_of(' ') == std::string::npos) {
+        line_->RefuseText(inForce.c_str(), texts_.Text(kTextNameNeeded));
+        return false;
+    }
+    line_->AcceptText(typed->c_str());
+    return CommitEntry(Portal(), *source.factory, *typed);
+}
+
+void TextEntry::MessageReceived(BMessage* message) {
+    if (message->what == kEntered)
+        Commit();
+    else
+        Entry::MessageReceived(message);
+}

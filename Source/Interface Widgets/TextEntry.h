@@ -1,0 +1,29 @@
+// An entry of a text, such as a name. Rules as for Entry.
+#pragma once
+
+#include "Entry.h"
+
+class BEntryControl;
+class InterfaceTexts;
+
+class TextEntry : public ValueEntry<std::string> {
+public:
+    // `label` is what a screen reader says.
+    TextEntry(const char* name, const char* label, EpochPortal* portal,
+              const InterfaceTexts& texts);
+
+    bool Commit() override;
+    void SetEnabled(bool isEnabled) override;
+
+    void AttachedToWindow() override;
+    void MessageReceived(BMessage* message) override;
+
+protected:
+    void Present(const std::optional<std::string>& value, bool replacesAll) override;
+
+private:
+    static constexpr uint32 kEntered = FourCC("teen");
+
+    const InterfaceTexts& texts_;
+    BEntryControl* const line_;
+};

@@ -1,0 +1,32 @@
+#include "UnitField.h"
+
+#include <memory>
+
+#include "AbbreviatedMenuField.h"
+#include "BMessage.h"
+#include "UnitMenu.h"
+
+namespace {
+
+constexpr int32 kColumns = 5;  // "AU/dy"
+
+}  // namespace
+
+BMenuField* MakeUnitField(const BMessage& archive, const char* label) {
+    BMessage copy(archive);
+    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
+    auto* const field = dynamic_cast<BMenuField*>(object.get());
+    if (field == nullptr) return nullptr;
+    (void)object.release();
+    field->SetColumns(kColumns);
+    field->SetAccessibleName(label);
+    // The first unit is marked until another one is asked for.
+    const UnitMenu* const menu = UnitMenuOf(field);
+    if (menu != nullptr && menu->FindMarked() == nullptr && menu->CountItems() > 0)
+        menu->ItemAt(0)->SetMarked(true);
+    return field;
+}
+
+UnitMenu* UnitMenuOf(const BMenuField* field) {
+    return field == nullptr ? nullptr : dynamic_cast<UnitMenu*>(field->Menu());
+}
