@@ -15,6 +15,7 @@ AxisRequester::AxisRequester(int32 axis, Display* display)
       axes_(new AxisBox("axes", display->Texts())) {
     axes_->SetAxis(axis);
     AddRequesterContent(this, axes_, display, kCancel);
+    axes_->MakeFocus();
 }
 
 bool AxisRequester::QuitRequested() {

@@ -9,10 +9,10 @@ namespace {
 
 void AddGroups(const MassSystem* parent, std::vector<BodyLabels::Label>* groups) {
     for (int32 i = 0; i < parent->CountChildren(); i++) {
-        const MassSystem* const child = parent->ChildAt(i);
-        if (dynamic_cast<const Body*>(child) != nullptr) continue;
-        groups->push_back({child->ID(), child->Name()});
-        AddGroups(child, groups);
+        const MassSystem& child = *parent->ChildAt(i);
+        if (dynamic_cast<const Body*>(&child) != nullptr) continue;
+        groups->push_back({child.ID(), child.Name()});
+        AddGroups(&child, groups);
     }
 }
 

@@ -23,7 +23,7 @@ BMenu* Unarchive(const BMessage& archive) {
     BMessage copy(archive);
     std::unique_ptr<BArchivable> object(instantiate_object(&copy));
     auto* const menu = dynamic_cast<BMenu*>(object.get());
-    if (menu != nullptr) object.release();
+    if (menu != nullptr) (void)object.release();
     return menu;
 }
 

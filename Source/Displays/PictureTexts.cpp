@@ -24,9 +24,9 @@ constexpr int kTimeDecimals = 3;
 constexpr int kTimeDigits = 8;
 constexpr int kBarDigits = 6;
 
-// Names: more are not readable, and this much room is left to each of them.
+// Names: more are not readable. Their room is guessed, as there may be no fonts to ask.
 constexpr std::size_t kMaxNames = 200;
-constexpr float kNameWidth = 70.0f;
+constexpr float kLetterWidth = 7.5f;
 constexpr float kNameHeight = 15.0f;
 constexpr float kNameGap = 3.0f;
 
@@ -44,6 +44,13 @@ double RoundLength(double limit) {
     for (const double factor : {5.0, 2.0})
         if (factor * power <= limit) return factor * power;
     return power;
+}
+
+// What is to the right of a name's begin must be free of it.
+bool Overlap(const OverlayItem& a, const OverlayItem& b) {
+    const OverlayItem& left = a.where.x <= b.where.x ? a : b;
+    const float width = kLetterWidth * static_cast<float>(left.text.size() + 1);
+    return std::abs(a.where.x - b.where.x) < width && std::abs(a.where.y - b.where.y) < kNameHeight;
 }
 
 bool IsTooSmall(double scale, double unit) {
@@ -105,10 +112,8 @@ std::vector<OverlayItem> MakeNames(const TrajectoryCache& cache, const BodyLabel
         const OverlayItem name =
             MakeName(disc, labels.bodies[static_cast<std::size_t>(body)].name, false);
         const bool isFree =
-            std::none_of(names.begin(), names.end(), [&name](const OverlayItem& other) {
-                return std::abs(other.where.x - name.where.x) < kNameWidth &&
-                       std::abs(other.where.y - name.where.y) < kNameHeight;
-            });
+            std::none_of(names.begin(), names.end(),
+                         [&name](const OverlayItem& other) { return Overlap(name, other); });
         if (isFree) names.push_back(name);
     }
     return names;

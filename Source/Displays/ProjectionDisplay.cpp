@@ -4,7 +4,9 @@
 #include <limits>
 
 #include "AppDefs.h"
+#include "AtomicFile.h"
 #include "AxisRequester.h"
+#include "BEntry.h"
 #include "BFilePanel.h"
 #include "BMenuBar.h"
 #include "BMessage.h"
@@ -375,7 +377,7 @@ void ProjectionDisplay::RequestPicture() {
         const BMessage named(kPictureNamed);
         picturePanel_ = std::make_unique<BFilePanel>(
             B_SAVE_PANEL, BMessenger(static_cast<BHandler*>(this)), nullptr, false, &named);
-        picturePanel_->SetTitle(Texts().Text(kLabelSavePicture));
+        picturePanel_->SetTitle(Texts().Text(kLabelSavePictureTitle));
     }
     picturePanel_->SetSaveText((Title() + Texts().Label(kLabelPictureSuffix)).c_str());
     picturePanel_->Show();
@@ -389,7 +391,13 @@ void ProjectionDisplay::SavePicture(const BMessage& message) {
     if (message.FindRef("directory", &directory) != B_OK ||
         message.FindString("name", &name) != B_OK || get_path_for_ref(directory, &path) != B_OK)
         return;
+    // The user was asked about a file of the name that was typed, and not of another one.
     const std::string& suffix = Texts().Label(kLabelPictureSuffix);
-    if (!name.ends_with(suffix)) name += suffix;
-    static_cast<void>(View()->SavePNG(path + '/' + name));
+    if (!name.ends_with(suffix) && !BEntry((path + '/' + name + suffix).c_str()).Exists())
+        name += suffix;
+    const std::vector<std::byte> picture = View()->EncodePNG();
+    AtomicFile file;
+    if (picture.empty() || file.Open(path + '/' + name) != B_OK) return;
+    file.Write(picture.data(), picture.size());
+    static_cast<void>(file.Commit());
 }

@@ -128,8 +128,8 @@ std::vector<ThreeVector> RunPicture::Places() const {
     return places;
 }
 
-status_t RunPicture::Write(const std::string& path, const PictureSettings& settings) const {
-    if (stages_.empty()) return B_NO_INIT;
+std::vector<std::byte> RunPicture::Encode(const PictureSettings& settings) const {
+    if (stages_.empty()) return {};
     ProjectionMap map;
     map.projection.axis = settings.axis;
     if (settings.scale > 0.0)
@@ -140,5 +140,5 @@ status_t RunPicture::Write(const std::string& path, const PictureSettings& setti
     PictureView view(&map, settings, time_);
     for (const Stage& stage : stages_)
         view.DrawStage(stage);
-    return view.SavePNG(path);
+    return view.EncodePNG();
 }

@@ -3,12 +3,12 @@
 // draws them with the view that displays use. Used by one thread at a time.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Body.h"
-#include "Errors.h"
 #include "Projection.h"
 
 class UnitTable;
@@ -38,8 +38,8 @@ public:
     // A batch as the calculator hands it over.
     void ReadData(int32 reports, const double* times, const double* positions);
 
-    // As a PNG file. B_NO_INIT: there is nothing; B_IO_ERROR: the file cannot be written.
-    [[nodiscard]] status_t Write(const std::string& path, const PictureSettings& settings) const;
+    // The bytes of a PNG file; none if there was nothing to keep.
+    [[nodiscard]] std::vector<std::byte> Encode(const PictureSettings& settings) const;
 
 private:
     static constexpr std::size_t kUsualCoordinates = 6'000'000;

@@ -1,5 +1,7 @@
 #include "ScaleRequester.h"
 
+#include <utility>
+
 #include "BMessage.h"
 #include "BScreen.h"
 #include "Display.h"
@@ -35,7 +37,8 @@ ScaleRequester::ScaleRequester(double scale, int32 reference, double units, Disp
     AddRequesterContent(this, box_, display, kCancel);
     box_->SetReference(reference);
     box_->Length().SetUval(units);
-    SetScaleRef(box_->GetReference());
+    pixels_ = PixelsOf(box_->GetReference());
+    Redisplay();
     box_->Length().MakeFocus();
 }
 
@@ -55,8 +58,9 @@ double ScaleRequester::PixelsOf(int32 reference) const {
 }
 
 void ScaleRequester::SetScaleRef(int32 reference) {
-    pixels_ = PixelsOf(reference);
-    Redisplay();
+    const double before = std::exchange(pixels_, PixelsOf(reference));
+    // What the user is typing stays where nothing has changed.
+    if (pixels_ != before) Redisplay();
 }
 
 void ScaleRequester::Redisplay() {

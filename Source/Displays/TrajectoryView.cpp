@@ -157,8 +157,9 @@ void TrajectoryView::ShowPicture() {
     SyncBitmapView();
 }
 
-// What was newly uncovered may hold bodies.
+// What was newly uncovered may hold bodies; on a screen of another scale the discs are blurred.
 void TrajectoryView::FrameResized(BRect /*bounds*/) {
+    EraseDiscs(true);
     DrawDiscs();
 }
 

@@ -32,6 +32,27 @@ void confine_to_frame_and_screen(BWindow* window, BRect frame, float width, floa
     window->ResizeTo(frame.Width(), frame.Height());
 }
 
+BRect FrameOnScreen(BRect frame, BRect screen) {
+    frame = MovedBy(frame, std::min(0.0f, screen.right - kBorder - frame.right),
+                    std::min(0.0f, screen.bottom - kBorder - frame.bottom));
+    return MovedBy(frame, std::max(0.0f, screen.left + kBorder - frame.left),
+                   std::max(0.0f, screen.top + kTitleHeight - frame.top));
+}
+
+void keep_on_screen(BWindow* window) {
+    const BScreen screen(window);
+    if (!screen.IsValid()) return;
+    float width = 0.0f;
+    float height = 0.0f;
+    window->GetPreferredSize(&width, &height);
+    const BRect frame = window->Frame();
+    const BRect moved =
+        FrameOnScreen({frame.left, frame.top, std::max(frame.right, frame.left + width),
+                       std::max(frame.bottom, frame.top + height)},
+                      screen.Frame());
+    if (moved.left != frame.left || moved.top != frame.top) window->MoveTo({moved.left, moved.top});
+}
+
 BPoint confine_point_to_frame(BPoint point, BRect frame, float fraction) {
     return {std::max(frame.left, std::min(point.x, frame.left + fraction * frame.Width())),
             std::max(frame.top, std::min(point.y, frame.top + fraction * frame.Height()))};

@@ -6,6 +6,7 @@
 
 #include "OutputFile.h"
 #include "ProgramResources.h"
+#include "RunPainter.h"
 #include "RunnerTexts.h"
 #include "TextTemplate.h"
 
@@ -15,6 +16,8 @@ constexpr double kMaxCutoff = 0.001;
 constexpr int32 kMinOrder = 2;
 constexpr int32 kMaxOrder = 4;
 constexpr int32 kMaxThreads = 1024;
+constexpr int32 kMinPixels = 16;
+constexpr int32 kMaxPixels = 16384;
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number* number) {
@@ -47,6 +50,31 @@ template <std::optional<std::string> Options::*path>
 bool SetPath(Value value, const ProgramResources&, Options* options) {
     options->*path = std::string(value);
     return !value.empty();
+}
+
+// A picture and not standard output, which has the summary.
+bool SetPicture(Value value, const ProgramResources&, Options* options) {
+    options->png = std::string(value);
+    return !value.empty() && value != OutputFile::kStandardOutput;
+}
+
+// "1200x900"
+bool SetSize(Value value, const ProgramResources&, Options* options) {
+    const std::size_t x = value.find('x');
+    return x != Value::npos &&
+           ParseInteger(value.substr(0, x), kMinPixels, kMaxPixels, &options->width) &&
+           ParseInteger(value.substr(x + 1), kMinPixels, kMaxPixels, &options->height);
+}
+
+bool SetAxis(Value value, const ProgramResources&, Options* options) {
+    constexpr Value kAxes = "xyz";
+    options->axis = static_cast<int32>(kAxes.find(value)) + 1;
+    return value.size() == 1 && kAxes.find(value) != Value::npos;
+}
+
+bool SetScale(Value value, const ProgramResources&, Options* options) {
+    return ParseNumber(value, &options->scale) && options->scale > 0.0 &&
+           std::isfinite(options->scale);
 }
 
 bool SetSteps(Value value, const ProgramResources&, Options* options) {
@@ -93,6 +121,10 @@ constexpr OptionInfo kOptions[] = {
     {"csv", '\0', true, SetPath<&Options::csv>},
     {"every", '\0', true, SetEvery},
     {"save", 'o', true, SetPath<&Options::save>},
+    {"png", '\0', true, SetPicture},
+    {"size", '\0', true, SetSize},
+    {"axis", '\0', true, SetAxis},
+    {"scale", '\0', true, SetScale},
     {"edit", '\0', true, AddEdit},
     {"on-collision", '\0', true, SetOnCollision},
     {"epochs", '\0', false, SetFlag<&Options::epochs>},
@@ -133,6 +165,8 @@ public:
             if (Wrong wrong = TakeArgument()) return wrong;
         if (options_->json && options_->csv == OutputFile::kStandardOutput)
             return Problem(kTextTwoOutputs);
+        if (options_->png && !options_->help && !options_->version && !RunPainter::IsPossible())
+            return Problem(kTextNoPictures);
         return std::nullopt;
     }
 

@@ -20,6 +20,11 @@ struct Options {
     std::optional<std::string> csv;
     int64 every = 1;
     std::optional<std::string> save;
+    std::optional<std::string> png;
+    int32 width = 1200;  // pixels of the picture
+    int32 height = 900;
+    int32 axis = 3;                  // looked along: 1, 2, 3 for x, y, z
+    double scale = 0.0;              // pixels per metre; 0: the picture shows all that happened
     std::vector<std::string> edits;  // "SYSTEM.FIELD=VALUE UNIT", in order
     enum class OnCollision { kMerge, kStop };
     OnCollision onCollision = OnCollision::kMerge;

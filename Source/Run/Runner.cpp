@@ -9,6 +9,7 @@
 #include <limits>
 #include <memory>
 
+#include "AtomicFile.h"
 #include "BMessage.h"
 #include "CollisionMailbox.h"
 #include "CsvWriter.h"
@@ -18,6 +19,7 @@
 #include "ProgramResources.h"
 #include "RunnerTexts.h"
 #include "SimulationFile.h"
+#include "StateDigest.h"
 #include "TextTemplate.h"
 
 namespace {
@@ -48,11 +50,16 @@ Runner::Runner(const Options& options, const ProgramResources& resources)
       controller_(&document_, &control_, &resources_),
       recorder_(document_.GetCalculator()) {
     document_.AddConsumer(&recorder_);
+    if (options_.png) {
+        painter_ = RunPainter::Make(document_.Portal(), document_.GetCalculator(), resources_);
+        document_.AddConsumer(painter_.get());
+    }
     document_.Portal()->AddObserver(&events_);
 }
 
 Runner::~Runner() {
     document_.Portal()->RemoveObserver(&events_);
+    if (painter_ != nullptr) document_.RemoveConsumer(painter_.get());
     document_.RemoveConsumer(&recorder_);
 }
 
@@ -94,12 +101,18 @@ int Runner::RunDocument() {
         const DocumentError error = SimulationFile::CanWrite(*options_.save);
         if (error.Failed()) return Fail(*options_.save, error.Reason(resources_));
     }
+    if (options_.png) {
+        AtomicFile file;
+        if (file.Open(*options_.png) != B_OK) return FailPicture(file);
+    }
     if (options_.csv)
         if (const int error = csvFile_.Open(*options_.csv); error != 0)
             return Fail(*options_.csv, std::strerror(error));
     if (options_.threads) document_.GetCalculator()->SetThreads(*options_.threads);
     if (!options_.WantsRun()) {
-        const int status = options_.save ? Save() : kDone;
+        if (painter_ != nullptr) painter_->PrepareForGo(0);
+        int status = options_.save ? Save() : kDone;
+        if (status == kDone && options_.png) status = WritePicture();
         return status == kDone ? ListEpochTree() : status;
     }
     control_.UnPause();
@@ -110,9 +123,16 @@ int Runner::RunDocument() {
 // The reports are written while the document may still be needed, the document at the end and
 // whole.
 std::optional<std::string> Runner::ClashingOutput() const {
-    if (!options_.csv || options_.csv == OutputFile::kStandardOutput) return std::nullopt;
-    for (const auto& other : {options_.document, options_.save})
-        if (other && IsSameFile(*options_.csv, *other)) return options_.csv;
+    const bool isCsvFile = options_.csv && options_.csv != OutputFile::kStandardOutput;
+    std::optional<std::string> csv = isCsvFile ? options_.csv : std::nullopt;
+    const auto clashes = [this](const std::optional<std::string>& output,
+                                const std::optional<std::string>& alsoWritten) {
+        for (const auto& other : {options_.document, options_.save, alsoWritten})
+            if (output && other && IsSameFile(*output, *other)) return true;
+        return false;
+    };
+    if (clashes(csv, std::nullopt)) return csv;
+    if (clashes(options_.png, csv)) return options_.png;
     return std::nullopt;
 }
 
@@ -179,6 +199,8 @@ int Runner::WriteResults() {
         return Fail(*options_.csv, std::strerror(error));
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
+    if (options_.png)
+        if (const int status = WritePicture(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
     if (const int status = ListEpochTree(); status != kDone) return status;
     return events_.Signal() == 0 ? kDone : kStoppedBySignal + events_.Signal();
@@ -189,6 +211,21 @@ int Runner::Save() {
     DocumentError error = document_.Store(&record, true);
     if (!error.Failed()) error = SimulationFile::Write(*options_.save, record);
     return error.Failed() ? Fail(*options_.save, error.Reason(resources_)) : kDone;
+}
+
+int Runner::WritePicture() {
+    const std::vector<std::byte> picture = painter_->Draw(options_);
+    AtomicFile file;
+    status_t status = file.Open(*options_.png);
+    if (status == B_OK) {
+        file.Write(picture.data(), picture.size());  // a failure shows in Commit
+        status = file.Commit();
+    }
+    return status == B_OK ? kDone : FailPicture(file);
+}
+
+int Runner::FailPicture(const AtomicFile& file) const {
+    return Fail(*options_.png, std::strerror(file.SystemError()));
 }
 
 int Runner::ListEpochTree() {
@@ -224,7 +261,7 @@ RunSummary Runner::Summarize() {
     summary.massiveBodies = end.CountMassive();
     summary.mergers = mergers_;
     summary.drift = MeasureDrift(MeasureConserved(start_), MeasureConserved(end), mergers_);
-    summary.digest = end.Digest();
+    summary.digest = DigestOf(end);
     int64 lighter = 0;
     int64 heavier = 0;
     for (int32 i = 0; touches_.FindInt64(CollisionMailbox::kLaterField, i, &lighter) == B_OK &&

@@ -14,12 +14,14 @@
 #include "RunControl.h"
 #include "RunControlView.h"
 #include "RunEvents.h"
+#include "RunPainter.h"
 #include "RunRecorder.h"
 #include "RunSummary.h"
 #include "SimulationController.h"
 #include "SimulationDocument.h"
 #include "SystemState.h"
 
+class AtomicFile;
 class CsvWriter;
 
 class Runner : private RunControlView {
@@ -49,9 +51,11 @@ private:
     int ListEpochTree();
     int WriteResults();
     int Save();
+    int WritePicture();
     int Tell();
     int PrintText(const std::string& path, const std::string& text);
     int Fail(const std::string& file, const std::string& reason) const;
+    int FailPicture(const AtomicFile& file) const;
     void Note(const std::string& text) const;
     [[nodiscard]] AbEpoch* Focus() { return document_.Portal()->FocusEpoch(); }
     [[nodiscard]] RunSummary Summarize();
@@ -66,6 +70,7 @@ private:
     RunRecorder recorder_;
     OutputFile csvFile_;
     std::unique_ptr<CsvWriter> csv_;
+    std::unique_ptr<RunPainter> painter_;  // if a picture is asked for
     RunGoal goal_;
     SystemState start_;
     std::chrono::steady_clock::time_point begin_;

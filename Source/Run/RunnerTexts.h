@@ -9,7 +9,7 @@ enum RunnerText : int32 {
     kTextTemplateName = 1500,
 
     // Usage.
-    kTextHelp = 4100,            // %1: steps of a run without a limit
+    kTextHelp = 4100,            // %1: steps of a run without a limit, %2: 4111 or nothing
     kTextVersion = 4101,         // %1: version
     kTextFailure = 4102,         // %1: file, %2: reason
     kTextUsage = 4103,           // %1: what is wrong
@@ -19,6 +19,8 @@ enum RunnerText : int32 {
     kTextSecondDocument = 4107,  // %1: document
     kTextTwoOutputs = 4108,
     kTextUnwantedValue = 4109,  // %1: option
+    kTextNoPictures = 4110,
+    kTextNotInThisBuild = 4111,
 
     // Before a run.
     kTextSameFile = 4120,

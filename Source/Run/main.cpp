@@ -8,6 +8,7 @@
 
 #include "Options.h"
 #include "ProgramResources.h"
+#include "RunPainter.h"
 #include "Runner.h"
 #include "RunnerTexts.h"
 #include "TextTemplate.h"
@@ -15,8 +16,9 @@
 namespace {
 
 int RunWith(const ProgramResources& resources, const std::vector<std::string_view>& arguments) {
-    const auto print = [&resources](FILE* to, RunnerText text, std::string_view value) {
-        const std::string filled = FillIn(resources.InterfaceLabel(text), {value});
+    const auto print = [&resources](FILE* to, RunnerText text, std::string_view value,
+                                    std::string_view more = {}) {
+        const std::string filled = FillIn(resources.InterfaceLabel(text), {value, more});
         std::fwrite(filled.data(), 1, filled.size(), to);
         return std::fflush(to) == 0 ? Runner::kDone : Runner::kCouldNot;
     };
@@ -25,7 +27,10 @@ int RunWith(const ProgramResources& resources, const std::vector<std::string_vie
         print(stderr, kTextUsage, *wrong);
         return Runner::kUsage;
     }
-    if (options.help) return print(stdout, kTextHelp, std::to_string(Options::kDefaultSteps));
+    if (options.help)
+        return print(stdout, kTextHelp, std::to_string(Options::kDefaultSteps),
+                     RunPainter::IsPossible() ? std::string()
+                                              : resources.InterfaceLabel(kTextNotInThisBuild));
     if (options.version) return print(stdout, kTextVersion, ORVEK_VERSION);
     try {
         return Runner(options, resources).Run();

@@ -95,6 +95,9 @@ TEST(WindowPlacement, SavedFramesComeBackOntoTheScreen) {
     EXPECT_EQ(ConfinedFrame({2000, 2000, 2400, 2300}, screen, 200, 100),
               (BRect{818, 662, 1018, 762}));
     EXPECT_EQ(ConfinedFrame({-300, -200, 0, 0}, screen, 200, 100), (BRect{5, 24, 305, 224}));
+    // All of it, or what is most of use: its title and its left-top corner.
+    EXPECT_EQ(FrameOnScreen({900, 700, 1200, 900}, screen), (BRect{718, 562, 1018, 762}));
+    EXPECT_EQ(FrameOnScreen({0, 0, 300, 2000}, screen), (BRect{5, 24, 305, 2024}));
     EXPECT_EQ(confine_point_to_frame({1000, 760}, {0, 0, 1000, 500}, 0.9f), (BPoint{900, 450}));
     EXPECT_EQ(confine_point_to_frame({-7, 30}, {0, 0, 1000, 500}, 0.9f), (BPoint{0, 30}));
 }

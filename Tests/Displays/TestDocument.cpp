@@ -15,8 +15,12 @@ const DisplayContext& TestContext() {
     static const MenuArchives menus(texts, TestResources().MassUnits(),
                                     TestResources().DistanceUnits(), TestResources().SpeedUnits(),
                                     TestResources().TimeUnits());
-    static const DisplayContext context{&texts, &TestResources().DistanceUnits(),
-                                        &TestResources().TimeUnits(), &menus};
+    static const DisplayContext context{&texts,
+                                        &TestResources().MassUnits(),
+                                        &TestResources().DistanceUnits(),
+                                        &TestResources().SpeedUnits(),
+                                        &TestResources().TimeUnits(),
+                                        &menus};
     return context;
 }
 

@@ -41,7 +41,7 @@ TEST(TrajectoryView, ACircularOrbitLeavesACircle) {
                 << scale << ", half degree " << i;
         }
         // ... and nothing that is farther from it than a pixel.
-        const float step = static_cast<float>(1.0 / scale);
+        const auto step = static_cast<float>(1.0 / scale);
         for (float x = -100.0f; x <= 100.0f; x += step)
             for (float y = -100.0f; y <= 100.0f; y += step)
                 ASSERT_TRUE(std::abs(std::hypot(x, y) - kRadius) <= 1.5 ||

@@ -1,5 +1,7 @@
 #include "UserHand.h"
 
+#include <gtest/gtest.h>
+
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
@@ -8,13 +10,11 @@
 #include <QWheelEvent>
 
 #include "BView.h"
-#include "OS.h"
 #include "ViewPart.h"
+#include "WaitUntil.h"
 #include "WindowServer.h"
 
 namespace {
-
-constexpr bigtime_t kPatience = 2000;
 
 // Null for none that is seen.
 QWidget* WindowTitled(const std::string& title) {
@@ -50,8 +50,10 @@ QPoint ToQt(BPoint point) {
 namespace UserHand {
 
 void WaitForWindow(const std::string& title, bool isThere) {
-    while (WindowServer::Ask([&] { return WindowTitled(title) != nullptr; }) != isThere)
-        snooze(kPatience);
+    const auto isSeen = [&] {
+        return WindowServer::Ask([&] { return WindowTitled(title) != nullptr; });
+    };
+    EXPECT_TRUE(WaitUntil([&] { return isSeen() == isThere; })) << title;
 }
 
 void Press(const std::string& title, Key key) {

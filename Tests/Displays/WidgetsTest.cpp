@@ -141,7 +141,7 @@ TEST(MenuArchives, HaveTheMenusOfTheResources) {
     const std::unique_ptr<BArchivable> object(instantiate_object(&app));
     auto* const menu = dynamic_cast<BMenu*>(object.get());
     ASSERT_NE(menu, nullptr);
-    ASSERT_EQ(menu->CountItems(), 7);
+    ASSERT_EQ(menu->CountItems(), 8);
     BMenuItem* const open = menu->ItemAt(1);
     EXPECT_EQ(open->Label(), "Open…");
     EXPECT_EQ(open->Shortcut(), 'O');

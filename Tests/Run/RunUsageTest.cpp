@@ -28,6 +28,16 @@ TEST_F(RunUsage, WrongUseIsSaidOnStandardErrorWithStatusTwo) {
         {{"a", "b"}, "\"b\""},
         {{"--json", "--csv", "-"}, "--json"},
         {{"--save", ""}, "--save"},
+        {{"--png", "-"}, "--png"},
+        {{"--size", "640"}, "\"640\""},
+        {{"--size", "8x480"}, "8x480"},
+        {{"--size", "640x99999"}, "640x99999"},
+        {{"--axis", "xy"}, "\"xy\""},
+        {{"--axis", ""}, "--axis"},
+        {{"--scale", "inf"}, "inf"},
+#ifndef ORVEK_GUI
+        {{"--png", "run.png"}, "built without"},
+#endif
     };
     for (const auto& [arguments, named] : wrongUses) {
         const Outcome outcome = RunProgram(arguments);
@@ -42,8 +52,9 @@ TEST_F(RunUsage, HelpAndVersionGoToStandardOutput) {
     const Outcome help = RunProgram({"--help", "--frobnicate"});
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.err, "");
-    for (const char* option : {"--steps", "--for", "--csv", "--every", "--save", "--cutoff",
-                               "--order", "--threads", "--json", "--dump", "--quiet", "--version"})
+    for (const char* option :
+         {"--steps", "--for", "--csv", "--every", "--save", "--cutoff", "--order", "--threads",
+          "--json", "--dump", "--quiet", "--version", "--png"})
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     EXPECT_TRUE(RunProgram({"--version"}).out.starts_with("orvek-run "));
 }

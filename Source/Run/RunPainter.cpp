@@ -1,0 +1,66 @@
+#include "RunPainter.h"
+
+#include "Calculator.h"
+#include "EpochPortal.h"
+#include "HeadlessGraphics.h"
+#include "InterfaceLabels.h"
+#include "Options.h"
+#include "ProgramResources.h"
+#include "RunPicture.h"
+
+namespace {
+
+class PicturePainter final : public RunPainter {
+public:
+    PicturePainter(EpochPortal* portal, Calculator* calculator, const ProgramResources& resources)
+        : portal_(portal), calculator_(calculator), resources_(resources) {
+        // Ready for the first batch.
+        release_ben(calculator_->WriteOk());
+    }
+
+    // A run goes on from the bodies as they are now: others than before if some have merged.
+    void PrepareForGo(int32 /*reportsPerSegment*/) override {
+        portal_->ReadLock();
+        picture_.PrepareForGo(portal_->BodiesInMassOrder(), portal_->FocusEpoch()->Time());
+        portal_->ReadUnlock();
+    }
+
+    bool LockConsumer() override { return true; }
+    void UnlockConsumer() override {}
+    void ReadData(int32 count, double* times, double* positions, double*) override {
+        picture_.ReadData(count, times, positions);
+    }
+    void ReadOk() override { release_ben(calculator_->WriteOk()); }
+
+    [[nodiscard]] std::vector<std::byte> Draw(const Options& options) const override {
+        char name[] = "orvek-run";
+        const HeadlessGraphics fonts(name);
+        PictureSettings settings;
+        settings.width = static_cast<float>(options.width);
+        settings.height = static_cast<float>(options.height);
+        settings.axis = options.axis;
+        settings.scale = options.scale;
+        settings.distanceUnits = &resources_.DistanceUnits();
+        settings.timeUnits = &resources_.TimeUnits();
+        settings.timePrefix = resources_.InterfaceLabel(kLabelTimeIs);
+        settings.timeUval = portal_->FocusEpoch()->TimeUval();
+        return picture_.Encode(settings);
+    }
+
+private:
+    EpochPortal* const portal_;
+    Calculator* const calculator_;
+    const ProgramResources& resources_;
+    RunPicture picture_;
+};
+
+}  // namespace
+
+bool RunPainter::IsPossible() {
+    return true;
+}
+
+std::unique_ptr<RunPainter> RunPainter::Make(EpochPortal* portal, Calculator* calculator,
+                                             const ProgramResources& resources) {
+    return std::make_unique<PicturePainter>(portal, calculator, resources);
+}

@@ -1,0 +1,272 @@
+#include "DesktopSession.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QtEndian>
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <thread>
+
+#include "WindowFrame.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kLook{15};
+constexpr mode_t kOnlyOwner = 0700;
+
+// Of the screen's file in memory: a header of big-endian numbers, a colour table, the pixels.
+enum HeaderField : std::size_t {
+    kHeaderSize = 0,
+    kWidth = 4,
+    kHeight = 5,
+    kBytesPerLine = 12,
+    kColors = 19,
+    kHeaderFields = 25,
+};
+constexpr std::size_t kColorSize = 12;
+
+std::string Contents(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// What comes out of the pipe or queue, up to the end of the line; empty when nothing comes.
+std::string ReadLine(int descriptor) {
+    std::string line;
+    const auto end = Clock::now() + DesktopSession::kPatience;
+    while (!line.ends_with('\n')) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+        pollfd source{descriptor, POLLIN, 0};
+        char byte = 0;
+        if (left.count() <= 0 || poll(&source, 1, static_cast<int>(left.count())) != 1 ||
+            read(descriptor, &byte, 1) != 1)
+            return {};
+        line += byte;
+    }
+    line.pop_back();
+    return line;
+}
+
+std::string Text(int number) {
+    return std::to_string(number);
+}
+
+}  // namespace
+
+std::string DesktopSession::MissingProgram() {
+    for (const char* const program : {"Xvfb", "openbox", "xdotool"})
+        if (!IsInstalled(program)) return program;
+    return {};
+}
+
+DesktopSession::DesktopSession(int width, int height) {
+    std::string name = (fs::temp_directory_path() / "orvek-desktop-XXXXXX").string();
+    folder_ = mkdtemp(name.data());
+    for (const char* const folder : {"screen", "config", "data", "state", "cache", "runtime"}) {
+        fs::create_directory(folder_ / folder);
+        chmod((folder_ / folder).c_str(), kOnlyOwner);
+    }
+    const auto in = [this](const char* folder) { return (folder_ / folder).string(); };
+    variables_ = {{"HOME", folder_.string()},
+                  {"XDG_CONFIG_HOME", in("config")},
+                  {"XDG_DATA_HOME", in("data")},
+                  {"XDG_STATE_HOME", in("state")},
+                  {"XDG_CACHE_HOME", in("cache")},
+                  {"XDG_RUNTIME_DIR", in("runtime")},
+                  {"XDG_CURRENT_DESKTOP", std::nullopt},
+                  {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
+                  {"WAYLAND_DISPLAY", std::nullopt},
+                  {"SESSION_MANAGER", std::nullopt},
+                  {"QT_QPA_PLATFORM", "xcb"},
+                  {"QT_QPA_PLATFORMTHEME", std::nullopt},
+                  {"QT_SCALE_FACTOR", std::nullopt},
+                  {"LC_ALL", "C.UTF-8"}};
+    isReady_ = StartScreen(width, height) && StartWindowManager();
+}
+
+DesktopSession::~DesktopSession() {
+    manager_.reset();
+    screen_.reset();
+    std::error_code error;
+    fs::remove_all(folder_, error);
+}
+
+bool DesktopSession::StartScreen(int width, int height) {
+    std::array<int, 2> pipe{};
+    if (pipe2(pipe.data(), O_CLOEXEC) != 0) return false;
+    screen_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"Xvfb", "-displayfd", Text(pipe[1]), "-screen", "0",
+                                 Text(width) + 'x' + Text(height) + "x24", "-fbdir",
+                                 (folder_ / "screen").string(), "-nolisten", "tcp", "-noreset"},
+        variables_, (folder_ / "screen.log").string(), pipe[1]);
+    close(pipe[1]);
+    const std::string number = ReadLine(pipe[0]);
+    close(pipe[0]);
+    variables_["DISPLAY"] = ':' + number;
+    return !number.empty();
+}
+
+// It says that it is ready by running a command.
+bool DesktopSession::StartWindowManager() {
+    const std::string queue = (folder_ / "ready").string();
+    if (mkfifo(queue.c_str(), kOnlyOwner) != 0) return false;
+    const int ready = open(queue.c_str(), O_RDWR | O_CLOEXEC);
+    manager_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"openbox", "--sm-disable", "--startup",
+                                 "sh -c 'echo ready > " + queue + "'"},
+        variables_, (folder_ / "manager.log").string());
+    const std::string answer = ReadLine(ready);
+    close(ready);
+    return !answer.empty();
+}
+
+// --- Programs ---
+
+std::unique_ptr<ChildProcess> DesktopSession::Start(const std::vector<std::string>& arguments) {
+    return std::make_unique<ChildProcess>(arguments, variables_,
+                                          (folder_ / "program.log").string());
+}
+
+std::string DesktopSession::Output() const {
+    return Contents(folder_ / "program.log");
+}
+
+std::optional<std::string> DesktopSession::Hand(const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{"xdotool"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const fs::path answer = folder_ / "hand.out";
+    fs::remove(answer);
+    ChildProcess hand(command, variables_, answer.string());
+    const auto ending = hand.Wait(kPatience);
+    if (ending != ChildProcess::Ending{0, 0}) return std::nullopt;
+    return Contents(answer);
+}
+
+// --- Windows ---
+
+std::vector<DesktopSession::Window> DesktopSession::WindowsTitled(const std::string& title) const {
+    std::istringstream numbers(
+        Hand({"search", "--onlyvisible", "--name", title}).value_or(std::string()));
+    std::vector<Window> windows;
+    for (Window window; numbers >> window;)
+        windows.push_back(window);
+    return windows;
+}
+
+DesktopSession::Window DesktopSession::WaitForWindow(const std::string& title) const {
+    const auto numbers =
+        Hand({"search", "--sync", "--onlyvisible", "--limit", "1", "--name", title});
+    return numbers ? numbers->substr(0, numbers->find('\n')) : Window();
+}
+
+bool DesktopSession::WaitForNoWindow(const std::string& title) const {
+    return WaitFor([&] { return WindowsTitled(title).empty(); });
+}
+
+std::string DesktopSession::Title(const Window& window) const {
+    std::string title = Hand({"getwindowname", window}).value_or(std::string());
+    if (title.ends_with('\n')) title.pop_back();
+    return title;
+}
+
+QRect DesktopSession::Frame(const Window& window) const {
+    return WindowFrame(variables_.at("DISPLAY").value_or(std::string()), window);
+}
+
+void DesktopSession::Activate(const Window& window) const {
+    Hand({"windowactivate", "--sync", window});
+}
+
+void DesktopSession::Resize(const Window& window, QSize size) const {
+    Hand({"windowsize", window, Text(size.width()), Text(size.height())});
+}
+
+void DesktopSession::Close(const Window& window) const {
+    Press(window, "alt+F4");
+}
+
+// --- Keyboard and mouse ---
+
+void DesktopSession::Press(const Window& window, const std::string& keys) const {
+    Activate(window);
+    Press(keys);
+}
+
+void DesktopSession::Press(const std::string& keys) const {
+    Hand({"key", "--clearmodifiers", keys});
+}
+
+void DesktopSession::Type(const std::string& text) const {
+    Hand({"type", "--delay", "10", text});
+}
+
+void DesktopSession::MoveMouse(const Window& window, QPoint to) const {
+    Hand({"mousemove", "--window", window, Text(to.x()), Text(to.y())});
+}
+
+void DesktopSession::Click(const Window& window, QPoint at, int button) const {
+    MoveMouse(window, at);
+    Hand({"click", Text(button)});
+}
+
+void DesktopSession::DoubleClick(const Window& window, QPoint at) const {
+    MoveMouse(window, at);
+    Hand({"click", "--repeat", "2", "--delay", "60", "1"});
+}
+
+void DesktopSession::Drag(const Window& window, QPoint from, QPoint to) const {
+    MoveMouse(window, from);
+    Hand({"mousedown", "1"});
+    // A program that waits for a drag to begin sees it move on the way.
+    MoveMouse(window, (from + to) / 2);
+    MoveMouse(window, to);
+    Hand({"mouseup", "1"});
+}
+
+void DesktopSession::TurnWheel(const Window& window, QPoint at, int notches) const {
+    MoveMouse(window, at);
+    Hand({"click", "--repeat", Text(std::abs(notches)), "--delay", "20", notches > 0 ? "4" : "5"});
+}
+
+// --- What is seen ---
+
+QImage DesktopSession::Screen() const {
+    const std::string bytes = Contents(folder_ / "screen" / "Xvfb_screen0");
+    std::array<std::size_t, kHeaderFields> header{};
+    if (bytes.size() < sizeof(quint32) * header.size()) return {};
+    for (std::size_t i = 0; i < header.size(); i++)
+        header[i] = qFromBigEndian<quint32>(bytes.data() + sizeof(quint32) * i);
+    const std::size_t pixels = header[kHeaderSize] + kColorSize * header[kColors];
+    if (bytes.size() < pixels + header[kBytesPerLine] * header[kHeight]) return {};
+    return QImage(reinterpret_cast<const uchar*>(bytes.data()) + pixels,
+                  static_cast<int>(header[kWidth]), static_cast<int>(header[kHeight]),
+                  static_cast<qsizetype>(header[kBytesPerLine]), QImage::Format_RGB32)
+        .copy();
+}
+
+QImage DesktopSession::Picture(const Window& window) const {
+    return Screen().copy(Frame(window));
+}
+
+bool DesktopSession::WaitForPicture(const Window& window,
+                                    const std::function<bool(const QImage&)>& isRight) const {
+    return WaitFor([&] { return isRight(Picture(window)); });
+}
+
+bool DesktopSession::WaitFor(const std::function<bool()>& isRight) {
+    const auto end = Clock::now() + kPatience;
+    while (!isRight()) {
+        if (Clock::now() > end) return false;
+        std::this_thread::sleep_for(kLook);
+    }
+    return true;
+}

@@ -1,0 +1,180 @@
+// The picture of a run. What is where in it follows from the positions in the documents and the
+// reports.
+#include <sys/resource.h>
+
+#include <QImage>
+#include <cmath>
+#include <cstdlib>
+
+#include "Body.h"
+#include "ProgramRun.h"
+#include "RunFixture.h"
+#include "SampleDocument.h"
+
+namespace {
+
+constexpr QRgb kRed = qRgb(255, 0, 0);
+constexpr QRgb kGreen = qRgb(0, 255, 0);
+constexpr double kScale = 1e-9;
+const char* const kScaleText = "1e-9";
+
+class RunPng : public RunFixture {
+protected:
+    // Without a display server, and although the environment asks for one.
+    Outcome Run(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.end(), {"--png", picture_, "--size", "640x480"});
+        return RunProgram(arguments, {.prepare = [] {
+                              unsetenv("DISPLAY");
+                              unsetenv("WAYLAND_DISPLAY");
+                              setenv("QT_QPA_PLATFORM", "xcb", 1);
+                          }});
+    }
+
+    [[nodiscard]] QImage Picture() const { return QImage(QString::fromStdString(picture_)); }
+
+    // Metres to the right of and above the picture's middle.
+    [[nodiscard]] QRgb At(double right, double up) const {
+        return Picture().pixel(static_cast<int>(std::floor(320 + kScale * right + 0.5)),
+                               static_cast<int>(std::floor(240 - kScale * up + 0.5)));
+    }
+
+    const std::string picture_ = Path("run.png");
+    const std::string document_ = PutDocument("test.orvek", *TestSystem());
+    // "Light" red and "Heavy" green, so that they can be told from the sky, and large enough.
+    const std::vector<std::string> colors_{
+        "--edit", "Light.disc=#ff0000", "--edit", "Light.trail=#ff0000",
+        "--edit", "Heavy.disc=#00ff00", "--edit", "Heavy.trail=#00ff00",
+        "--edit", "Light.radius=3e9 m", "--edit", "Heavy.radius=3e9 m"};
+};
+
+}  // namespace
+
+TEST_F(RunPng, ShowsBodiesWhereTheyAreWithoutARun) {
+    std::vector<std::string> arguments = colors_;
+    arguments.insert(arguments.end(), {"--steps", "0", "--scale", kScaleText, document_});
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out + outcome.err, "");
+    EXPECT_EQ(Picture().size(), QSize(640, 480));
+    EXPECT_EQ(At(2e11, 0), kRed);
+    EXPECT_EQ(At(-1e11, 1e9), kGreen);
+    EXPECT_NE(At(1e11, 0), kRed);
+    // Along the y axis the third coordinate is up; without a scale everything is in the picture.
+    arguments.insert(arguments.end(), {"--axis", "y"});
+    EXPECT_EQ(Run(arguments).status, 0);
+    EXPECT_EQ(At(-1e11, 0), kGreen);
+    EXPECT_EQ(Run({"--steps", "0", "--edit", "Light.disc=#ff0000", "--edit", "Light.radius=1e13 m",
+                   "--edit", "Light.r.x=1e15 m", document_})
+                  .status,
+              0);
+    const QImage fitted = Picture();
+    int red = 0;
+    for (int x = 0; x < fitted.width(); x++)
+        for (int y = 0; y < fitted.height(); y++)
+            red += fitted.pixel(x, y) == kRed ? 1 : 0;
+    EXPECT_GT(red, 0);
+}
+
+TEST_F(RunPng, ShowsTrailsAndEndsWhereTheReportsDo) {
+    std::vector<std::string> arguments = colors_;
+    arguments.insert(arguments.end(), {"--for", "60 dy", "--csv", Path("run.csv"), "--every", "100",
+                                       "--scale", kScaleText, "--quiet", document_});
+    const Outcome outcome = Run(arguments);
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("run.csv")));
+    ASSERT_GT(rows.size(), 100U);
+    int onTrail = 0;
+    int reports = 0;
+    for (const CsvRow& row : rows) {
+        if (row.name != "Light" && row.name != "Heavy") continue;
+        const QRgb pixel = At(row.values[0], row.values[1]);
+        const int color = row.name == "Light" ? qRed(pixel) : qGreen(pixel);
+        onTrail += color > 80 ? 1 : 0;
+        reports++;
+        const bool isLast = row.report == rows.back().report;
+        EXPECT_TRUE(!isLast || pixel == (row.name == "Light" ? kRed : kGreen)) << row.name;
+    }
+    // A line's smoothed edge may lie between two pixels.
+    EXPECT_GT(onTrail, reports * 95 / 100);
+    // The same run has the same state with and without a picture.
+    const Outcome drawn = Run({"--for", "60 dy", "--json", document_});
+    const Outcome plain = RunProgram({"--for", "60 dy", "--json", document_});
+    EXPECT_EQ(Member(drawn.out, "sha256"), Member(plain.out, "sha256"));
+    EXPECT_NE(Member(plain.out, "sha256"), "");
+}
+
+TEST_F(RunPng, ShowsWhatWasBeforeAndAfterAMerger) {
+    Epoch epoch;
+    const auto add = [&epoch](const char* name, int64 id, double gm, ThreeVector place,
+                              ThreeVector velocity) {
+        auto body = MakeBody(name, id, gm, place, velocity);
+        body->SetRadius(gm < 1.0 ? 1.0 : 0.05);
+        body->SetTrailColor({0, 255, 0, 255});
+        body->SetDiscColor({255, 0, 0, 255});
+        epoch.RootSystem()->AddChild(body.release());
+    };
+    add("b0", 0, 1.0, {0, 0, 0}, {});
+    add("b1", 1, 1.0, {1, 0, 0}, {});
+    add("b2", 2, 1e-6, {50, 0, 0}, {0, 0.24, 0});  // in orbit about them
+    const std::string document = PutDocument("merging.orvek", epoch);
+    const auto run = [&](const char* scale) {
+        const Outcome outcome =
+            Run({"-n", "3000", "--cutoff", "1e-6", "--scale", scale, "--csv", Path("csv"), "--edit",
+                 "epoch.com-on-go=off", "-o", Path("merged.orvek"), document});
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_NE(outcome.err.find("\"b1\" merges into \"b0\""), std::string::npos);
+    };
+    // Close by: both have left a trail on their way to each other.
+    run("200");
+    for (const int x : {340, 380, 460, 500})
+        EXPECT_GT(qGreen(Picture().pixel(x, 240)), 120) << x;
+    EXPECT_LT(qGreen(Picture().pixel(530, 240)), 40);
+    // From afar: the third went on.
+    run("2");
+    const auto pixel = [](double metres) { return static_cast<int>(std::floor(2 * metres + 0.5)); };
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
+    ASSERT_EQ(rows.back().name, "b2");
+    EXPECT_EQ(
+        Picture().pixel(320 + pixel(rows.back().values[0]), 240 - pixel(rows.back().values[1])),
+        kRed);
+    // Two rows a report by now.
+    const CsvRow& before = rows[rows.size() - 1001];
+    ASSERT_EQ(before.name, "b2");
+    EXPECT_GT(qGreen(Picture().pixel(320 + pixel(before.values[0]), 240 - pixel(before.values[1]))),
+              80);
+
+    // Each epoch as it is.
+    const std::vector<std::string> look{"--steps", "0", "--scale", "200", Path("merged.orvek")};
+    EXPECT_EQ(Run(look).status, 0);
+    EXPECT_NE(Picture().pixel(520, 240), kRed);
+    std::vector<std::string> first = look;
+    first.insert(first.end(), {"--edit", "focus-epoch=0"});
+    EXPECT_EQ(Run(first).status, 0);
+    EXPECT_EQ(Picture().pixel(520, 240), kRed);
+}
+
+TEST_F(RunPng, FailuresNameTheFileAndTheReasonAndLeaveWhatWasThere) {
+    const auto fails = [&](const std::string& picture, const char* reason) {
+        const Outcome outcome = RunProgram({"--steps", "1000000000", "--png", picture, document_});
+        EXPECT_EQ(outcome.status, 1) << picture;
+        EXPECT_EQ(outcome.err, "orvek-run: " + picture + ": " + reason + "\n");
+    };
+    fails(Path("none/run.png"), "No such file or directory");
+    fails(Path(""), "Is a directory");
+    const std::string before = Get(document_);
+    fails(document_, "this would overwrite the document or another output");
+    EXPECT_EQ(Get(document_), before);
+    const Outcome twice = RunProgram({"--csv", Path("a"), "--png", Path("a"), document_});
+    EXPECT_NE(twice.err.find("another output"), std::string::npos) << twice.err;
+    // The disk is full when the picture comes.
+    const std::string old = Put("old.png", "old");
+    const Outcome full =
+        RunProgram({"--steps", "10", "-q", "--png", old, document_}, {.prepare = [] {
+                       const rlimit limit{1000, 1000};
+                       setrlimit(RLIMIT_FSIZE, &limit);
+                       ;
+                   }});
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.err, "orvek-run: " + old + ": File too large\n");
+    EXPECT_EQ(Get(old), "old");
+}
