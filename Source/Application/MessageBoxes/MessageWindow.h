@@ -1,9 +1,11 @@
 // A small box that tells or asks something: a text, up to three buttons, and a check box if asked
-// for. Every button sends a message of its maker's. Made by its owner's thread, shown by it, and
+// for. Every button sends a message of its maker's. The Enter key presses the rightmost button, the
+// Escape key closes the box as its close box does. Made by its owner's thread, shown by it, and
 // deleted by it when it asks for that ("klms"); otherwise the rules of BWindow.
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "BMessage.h"
@@ -11,6 +13,7 @@
 #include "BWindow.h"
 
 class BCheckBox;
+class BView;
 class InterfaceTexts;
 
 // One button of a box.
@@ -38,7 +41,8 @@ public:
                   const InterfaceTexts& texts);
 
     [[nodiscard]] int32 ID() const { return id_; }
-    // Sends the option's message, with bool "CheckBox" if there is a check box, and closes.
+    // Sends the option's message, with bool "CheckBox" if there is a check box, and closes. Only
+    // the first answer counts.
     void DoMessage(const error_option& option);
 
     void MessageReceived(BMessage* message) override;
@@ -46,8 +50,12 @@ public:
     bool QuitRequested() override;
 
 private:
+    BView* MakeButtons();
+
     const int32 id_;
-    BLooper* const owner_;
-    std::array<error_option, 3> options_;
+    const BMessenger owner_;
+    // From left to right.
+    const std::array<std::optional<error_option>, 3> options_;
     BCheckBox* checkBox_ = nullptr;
+    bool isDone_ = false;
 };

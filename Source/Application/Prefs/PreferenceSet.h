@@ -1,4 +1,23 @@
-// One named set of remembered settings of one application.
+// One named set of remembered values of one application, as the store's functions keep it; nobody
+// else looks inside. The items are guarded by the store's lock.
 #pragma once
 
-struct PreferenceSet;
+#include <memory>
+#include <string>
+
+#include "BMessage.h"
+#include "PrefsListener.h"
+#include "PrefsTransaction.h"
+
+struct PREFHandle;
+
+struct PreferenceSet {
+    PreferenceSet(PREFHandle* owner, std::string setName, const std::string& path)
+        : handle(owner), name(std::move(setName)), file(path) {}
+
+    PREFHandle* const handle;
+    const std::string name;
+    PrefsTransaction file;
+    BMessage items;
+    std::unique_ptr<PrefsListener> listener;  // null: nobody listens
+};
