@@ -1,0 +1,126 @@
+#include "DisplayList.h"
+
+#include <algorithm>
+
+#include "BMessage.h"
+#include "BMessenger.h"
+#include "BScreen.h"
+#include "DisplayContext.h"
+#include "ProgramMessages.h"
+#include "ProjectionDisplay.h"
+#include "RunControl.h"
+#include "SimulationDocument.h"
+#include "WindowPlacement.h"
+#include "WindowServer.h"
+
+namespace {
+
+constexpr const char* kDisplays = "Displays";
+constexpr const char* kTypes = "Disp type";
+
+// A display that no document has placed, beside the simulation's window; the next ones below it.
+constexpr BRect kUsualFrame{460.0f, 76.0f, 1259.0f, 675.0f};
+constexpr float kCascade = 28.0f;
+constexpr int32 kCascadeLength = 8;
+// Of two windows that stand side by side.
+constexpr float kBorders = 12.0f;
+constexpr float kLeastWidth = 200.0f;
+constexpr float kLeastHeight = 100.0f;
+
+void Deliver(Display* display, uint32 what) {
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(display)), BMessage(what));
+}
+
+}  // namespace
+
+DisplayList::DisplayList(SimulationDocument* document, RunControl* run, BLooper* owner,
+                         const DisplayContext& context)
+    : document_(document), run_(run), owner_(owner), context_(context) {}
+
+Display* DisplayList::Make(int32 type, const char* simulationName) const {
+    if (type != ProjectionDisplay::kType) return nullptr;
+    auto* const display =
+        new ProjectionDisplay(kUsualFrame, simulationName, document_->Portal(),
+                              document_->GetCalculator()->WriteOk(), owner_, context_);
+    if (display->Init(simulationName) == 0) return display;
+    display->Quit();
+    return nullptr;
+}
+
+bool DisplayList::Create(int32 type, const BMessage* archive, const char* simulationName) {
+    run_->Rest();
+    Display* const display = Make(type, simulationName);
+    if (display != nullptr) {
+        const float shift = kCascade * static_cast<float>(Count() % kCascadeLength);
+        BRect frame = kUsualFrame;
+        frame = {frame.left + shift, frame.top + shift, frame.right + shift, frame.bottom + shift};
+        confine_to_frame_and_screen(display, frame, kLeastWidth, kLeastHeight);
+        // Fields that are missing or wrong leave what is usual.
+        if (archive != nullptr) static_cast<void>(display->Regenerate(*archive));
+        displays_.push_back(display);
+        document_->AddConsumer(display);
+        if (run_->PauseCount() <= 0) Deliver(display, ProjectionDisplay::kRunStarted);
+        display->Show();
+    }
+    run_->UnRest();
+    return display != nullptr;
+}
+
+void DisplayList::Delete(const Display* display) {
+    const auto found = std::find(displays_.begin(), displays_.end(), display);
+    if (found == displays_.end()) return;
+    Display* const doomed = *found;
+    displays_.erase(found);
+    run_->Rest();
+    document_->RemoveConsumer(doomed);
+    if (doomed->Lock()) doomed->Quit();
+    run_->UnRest();
+}
+
+void DisplayList::DeleteAll() {
+    run_->Rest();
+    while (!displays_.empty())
+        Delete(displays_.back());
+    run_->UnRest();
+}
+
+void DisplayList::KeepClearOf(BRect frame) const {
+    const float left = frame.right + kBorders;
+    for (Display* const display : displays_) {
+        const BRect covered = display->Frame();
+        const BScreen screen(display);
+        const bool hasRoom = screen.IsValid() && left + covered.Width() < screen.Frame().right;
+        if (hasRoom && covered.left > frame.left && covered.left < left)
+            display->MoveTo({left, covered.top});
+    }
+}
+
+void DisplayList::Tell(uint32 what) const {
+    for (Display* const display : displays_)
+        Deliver(display, what);
+}
+
+void DisplayList::SetTitles(const char* simulationName) const {
+    for (Display* const display : displays_)
+        display->SetTitle(simulationName);
+}
+
+void DisplayList::Find(const BMessage& archive, const char* simulationName) {
+    DeleteAll();
+    BMessage display;
+    int32 type = 0;
+    for (int32 i = 0; archive.FindMessage(kDisplays, i, &display) == B_OK; i++)
+        if (archive.FindInt32(kTypes, i, &type) == B_OK) Create(type, &display, simulationName);
+}
+
+void DisplayList::Archive(BMessage* into) const {
+    for (Display* const display : displays_) {
+        if (!display->Lock()) continue;
+        BMessage archive;
+        const status_t status = display->MiniArchive(&archive);
+        display->Unlock();
+        if (status != B_OK) continue;
+        into->AddMessage(kDisplays, std::move(archive));
+        into->AddInt32(kTypes, display->Type());
+    }
+}

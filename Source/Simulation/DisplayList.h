@@ -1,0 +1,49 @@
+// The displays of one simulation: made, deleted, told and archived together. Owned by the
+// simulation's window and used on its thread, with the window locked; the calculator is held at
+// rest while the list changes.
+#pragma once
+
+#include <vector>
+
+#include "GraphicsDefs.h"
+#include "SupportDefs.h"
+
+class BLooper;
+class BMessage;
+class Display;
+class RunControl;
+class SimulationDocument;
+struct DisplayContext;
+
+class DisplayList {
+public:
+    // None is owned. `owner` gets the messages of the displays.
+    DisplayList(SimulationDocument* document, RunControl* run, BLooper* owner,
+                const DisplayContext& context);
+
+    // A display of the type (1: projection), as the archive has it or as they usually are; false
+    // if there is none such.
+    bool Create(int32 type, const BMessage* archive, const char* simulationName);
+    // Nothing for a pointer that is not in the list.
+    void Delete(const Display* display);
+    void DeleteAll();
+    [[nodiscard]] int32 Count() const { return static_cast<int32>(displays_.size()); }
+
+    // Moves displays that the frame covers to its right, as far as the screen has room there.
+    void KeepClearOf(BRect frame) const;
+    void Tell(uint32 what) const;
+    void SetTitles(const char* simulationName) const;
+
+    // Replace all displays by those of a document, and write them.
+    void Find(const BMessage& archive, const char* simulationName);
+    void Archive(BMessage* into) const;
+
+private:
+    [[nodiscard]] Display* Make(int32 type, const char* simulationName) const;
+
+    SimulationDocument* const document_;
+    RunControl* const run_;
+    BLooper* const owner_;
+    const DisplayContext& context_;
+    std::vector<Display*> displays_;
+};

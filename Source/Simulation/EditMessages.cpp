@@ -1,0 +1,100 @@
+#include "EditMessages.h"
+
+#include "BMessage.h"
+#include "EpochCursor.h"
+#include "EpochPortal.h"
+#include "EpochWindow.h"
+#include "GroupWindow.h"
+#include "ProgramMessages.h"
+#include "SimulationController.h"
+#include "SimulationMenus.h"
+
+namespace {
+
+// Positions count from the first top-level epoch, as in the epoch window.
+AbEpoch* EpochAt(EpochPortal* portal, int32 position) {
+    AbEpoch* found = nullptr;
+    portal->ReadLock();
+    if (AbEpoch* const first = portal->RootEpoch()->ChildAt(0); first != nullptr && position >= 0) {
+        EpochCursor cursor(first);
+        for (; position > 0 && cursor.GetEpoch() != nullptr; position--)
+            cursor.Increment();
+        found = cursor.GetEpoch();
+    }
+    portal->ReadUnlock();
+    return found;
+}
+
+// The epoch window names it by a pointer, too.
+AbEpoch* EpochOf(const BMessage& message, EpochPortal* portal, const EpochWindow& epochs) {
+    int32 position = 0;
+    if (message.HasName(kEpochField)) return epochs.EpochFor(message);
+    return message.FindInt32(kEpochIndexField, &position) == B_OK ? EpochAt(portal, position)
+                                                                  : nullptr;
+}
+
+void Group(const BMessage& message, SimulationController* controller) {
+    std::vector<int64> ids;
+    std::string name;
+    int64 id = kNoSystemID;
+    while (message.FindInt64(kBodyIDField, static_cast<int32>(ids.size()), &id) == B_OK)
+        ids.push_back(id);
+    if (message.FindString(GroupWindow::kNameField, &name) == B_OK)
+        controller->GroupSystems(ids, name);
+}
+
+}  // namespace
+
+bool CarryOutEdit(const BMessage& message, SimulationController* controller, EpochPortal* portal,
+                  const EpochWindow& epochs) {
+    int64 system = kNoSystemID;
+    const bool hasSystem = message.FindInt64(kBodyIDField, &system) == B_OK;
+    switch (message.what) {
+        case kUndo:
+            portal->CommitChanges();
+            controller->Undo();
+            break;
+        case kRedo:
+            portal->CommitChanges();
+            controller->Redo();
+            break;
+        case kNewBody:
+            controller->CreateBody();
+            break;
+        case kDeleteCurrentBody:
+            controller->DeleteCurrentBody();
+            break;
+        case kDeleteBody:
+            if (hasSystem) controller->DeleteBody(system);
+            break;
+        case kEditBody:
+            if (hasSystem) controller->EditBody(system);
+            break;
+        case kSetRelativeTo:
+            if (hasSystem) controller->SetRelativeTo(system);
+            break;
+        case kEditEpoch:
+            if (AbEpoch* const epoch = EpochOf(message, portal, epochs); epoch != nullptr)
+                controller->EditEpoch(epoch);
+            break;
+        case kDeleteEpoch:
+            if (AbEpoch* const epoch = EpochOf(message, portal, epochs); epoch != nullptr)
+                controller->DeleteEpoch(epoch);
+            break;
+        case GroupWindow::kGroup:
+            Group(message, controller);
+            break;
+        case SimulationMenus::kDissolveGroup:
+            controller->DissolveSystem(portal->FocusSystem()->ID());
+            break;
+        case kLogEpoch:
+            controller->DupCurrentEpoch();
+            break;
+        case kToCenterOfMass:
+            controller->ToCenterOfMass();
+            break;
+        default:
+            return false;
+    }
+    return true;
+}

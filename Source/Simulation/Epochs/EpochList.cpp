@@ -1,0 +1,162 @@
+#include "EpochList.h"
+
+#include <algorithm>
+
+#include "AbEpoch.h"
+#include "EpochTexts.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "QuantityText.h"
+#include "TextTemplate.h"
+#include "UnitTable.h"
+
+namespace {
+
+// At first, in characters.
+constexpr int32 kNameWidth = 24;
+constexpr int32 kTimeWidth = 14;
+constexpr int32 kBodiesWidth = 6;
+constexpr int32 kStateWidth = 11;
+
+// More is for the window in which the time is edited.
+constexpr int kTimeDigits = 8;
+
+constexpr int32 kCircumstanceMade = 1;
+constexpr int32 kLastNamedCircumstance = kCircumstanceMade + kLabelStateLogged - kLabelStateEdited;
+
+int32 CountBodies(const MassSystem& system) {
+    if (dynamic_cast<const Body*>(&system) != nullptr) return 1;
+    int32 count = 0;
+    for (int32 i = 0; i < system.CountChildren(); i++)
+        count += CountBodies(*system.ChildAt(i));
+    return count;
+}
+
+}  // namespace
+
+int64 EpochList::KeyOf(const AbEpoch* epoch) {
+    return static_cast<int64>(reinterpret_cast<std::intptr_t>(epoch));
+}
+
+AbEpoch* EpochList::EpochOf(int64 key) {
+    return reinterpret_cast<AbEpoch*>(static_cast<std::intptr_t>(key));
+}
+
+// --- Reading ---
+
+void EpochList::Read(const AbEpoch* root, const AbEpoch* focus) {
+    struct Unread {
+        const AbEpoch* epoch;
+        std::size_t parent;
+    };
+    std::vector<Unread> unread;
+    const auto addChildren = [&unread](const AbEpoch& parent, std::size_t index) {
+        for (int32 i = parent.CountChildren() - 1; i >= 0; i--)
+            unread.push_back({parent.ChildAt(i), index});
+    };
+    entries_.clear();
+    focus_ = kNone;
+    addChildren(*root, kNone);
+    while (!unread.empty()) {
+        const auto [epoch, parent] = unread.back();
+        unread.pop_back();
+        Entry entry;
+        entry.epoch = epoch;
+        entry.parent = parent;
+        // Asking the epoch would climb the whole chain, for each of its epochs.
+        entry.name =
+            epoch->NameFromParent() && parent != kNone ? entries_[parent].name : epoch->Name();
+        entry.children = epoch->CountChildren();
+        ReadContents(*epoch, &entry);
+        FindLine(&entry);
+        if (epoch == focus) focus_ = entries_.size();
+        entries_.push_back(std::move(entry));
+        addChildren(*epoch, entries_.size() - 1);
+    }
+}
+
+bool EpochList::ReadFocus(const AbEpoch* focus) {
+    if (focus_ == kNone || entries_[focus_].epoch != focus) return false;
+    ReadContents(*focus, &entries_[focus_]);
+    return true;
+}
+
+void EpochList::ReadContents(const AbEpoch& epoch, Entry* entry) {
+    entry->time = epoch.Time();
+    entry->timeUval = epoch.TimeUval();
+    entry->bodies = epoch.RootSystem() == nullptr ? 0 : CountBodies(*epoch.RootSystem());
+    entry->circumstance = epoch.Circumstance();
+    entry->isWriteable = epoch.Writeable();
+}
+
+bool EpochList::IsBranch(const Entry& entry) const {
+    return entry.parent != kNone && entries_[entry.parent].children > 1;
+}
+
+void EpochList::FindLine(Entry* entry) const {
+    if (entry->parent == kNone) return;
+    const Entry& parent = entries_[entry->parent];
+    const bool parentBeginsLine = parent.parent == kNone || IsBranch(parent);
+    entry->line = parentBeginsLine ? entry->parent : parent.line;
+}
+
+// --- Rows ---
+
+std::vector<BColumnListView::Column> EpochList::Columns() const {
+    return {{texts_->Label(kTextNameColumn), kNameWidth, false},
+            {texts_->Label(kTextTimeColumn), kTimeWidth, true},
+            {texts_->Label(kTextBodiesColumn), kBodiesWidth, true},
+            {texts_->Label(kTextStateColumn), kStateWidth, false}};
+}
+
+std::vector<ColumnListRow> EpochList::Rows() const {
+    std::vector<ColumnListRow> rows;
+    rows.reserve(entries_.size());
+    for (std::size_t i = 0; i < entries_.size(); i++)
+        rows.push_back(RowOf(i));
+    return rows;
+}
+
+int64 EpochList::FocusKey() const {
+    return focus_ == kNone ? ColumnListRow::kNoKey : KeyOf(entries_[focus_].epoch);
+}
+
+int32 EpochList::IndexOf(int64 key) const {
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [key](const Entry& entry) {
+        return KeyOf(entry.epoch) == key;
+    });
+    return found == entries_.end() ? -1 : static_cast<int32>(found - entries_.begin());
+}
+
+ColumnListRow EpochList::RowOf(std::size_t index) const {
+    const Entry& entry = entries_[index];
+    ColumnListRow row;
+    row.key = KeyOf(entry.epoch);
+    if (entry.line != kNone) row.parent = KeyOf(entries_[entry.line].epoch);
+    row.isEditable = true;
+    row.isMarked = index == focus_;
+    row.isBranch = IsBranch(entry);
+    row.tip = texts_->Label(entry.isWriteable ? kTextWriteableTip : kTextReadOnlyTip);
+    const std::string& state = StateOf(index);
+    row.cells = {
+        {entry.name},
+        {FillIn(texts_->Label(kTextTime), {print_double(entry.time / entry.timeUval, kTimeDigits),
+                                           timeUnits_->Abbreviation(entry.timeUval)}),
+         entry.time},
+        {std::to_string(entry.bodies), static_cast<double>(entry.bodies)},
+        {row.isMarked ? FillIn(texts_->Label(kTextCurrentState), {state}) : state}};
+    return row;
+}
+
+// The circumstance where it says more than that an epoch was made, as it does for all that this
+// program makes; otherwise what the tree itself tells.
+const std::string& EpochList::StateOf(std::size_t index) const {
+    const Entry& entry = entries_[index];
+    if (index == focus_ && isRunning_) return texts_->Label(kLabelStateGo);
+    if (entry.circumstance > kCircumstanceMade && entry.circumstance <= kLastNamedCircumstance)
+        return texts_->Label(kLabelStateEdited + entry.circumstance - kCircumstanceMade);
+    if (entry.isWriteable) return texts_->Label(kLabelStateEdited);
+    // A record at another time than the one it was derived from is where a run paused.
+    const bool isRun = entry.parent != kNone && entries_[entry.parent].time != entry.time;
+    return texts_->Label(isRun ? kLabelStatePaused : kLabelStateLogged);
+}

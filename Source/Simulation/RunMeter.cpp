@@ -1,0 +1,46 @@
+#include "RunMeter.h"
+
+#include "Benaphore.h"
+#include "Body.h"
+#include "Calculator.h"
+#include "EpochPortal.h"
+
+RunMeter::RunMeter(EpochPortal* portal, Calculator* calculator)
+    : portal_(portal), calculator_(calculator) {
+    release_ben(calculator_->WriteOk());
+}
+
+void RunMeter::PrepareForGo(int32 /*reportsPerDraw*/) {
+    portal_->ReadLock();
+    gm_.clear();
+    for (int32 i = 0; i < calculator_->CountBodies(); i++)
+        gm_.push_back(calculator_->BodyAt(i)->M());
+    portal_->ReadUnlock();
+}
+
+void RunMeter::ReadData(int32 count, double* times, double* positions, double* velocities) {
+    if (count <= 0) return;
+    steps_ += count;
+    time_ = times[count - 1];
+    if (!isWanted_.exchange(false)) return;
+    const std::size_t stride = 3 * gm_.size();
+    const std::size_t last = static_cast<std::size_t>(count - 1) * stride;
+    const std::lock_guard lock(mutex_);
+    state_.time = times[count - 1];
+    state_.gm = gm_;
+    state_.positions.assign(positions + last, positions + last + stride);
+    state_.velocities.assign(velocities + last, velocities + last + stride);
+    hasState_ = true;
+}
+
+void RunMeter::ReadOk() {
+    release_ben(calculator_->WriteOk());
+}
+
+bool RunMeter::Take(SystemState* state) {
+    const std::lock_guard lock(mutex_);
+    if (!hasState_) return false;
+    hasState_ = false;
+    std::swap(*state, state_);
+    return true;
+}

@@ -1,0 +1,45 @@
+// Counts the reports of a run, and hands over its state when somebody asks for it. Taken into the
+// calculator's list of consumers by the simulation's window; it needs no thread of its own, so the
+// calculation never waits for it. Steps, Time, Want and Take: any thread.
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <vector>
+
+#include "ReportConsumer.h"
+#include "SystemState.h"
+
+class Calculator;
+class EpochPortal;
+
+class RunMeter final : public ReportConsumer {
+public:
+    // Neither is owned.
+    RunMeter(EpochPortal* portal, Calculator* calculator);
+
+    // Reports since the meter was made.
+    [[nodiscard]] int64 Steps() const { return steps_; }
+    [[nodiscard]] double Time() const { return time_; }  // s, of the last report
+    // The next batch's last state is to be kept.
+    void Want() { isWanted_ = true; }
+    // True, once, when it is there: masses, positions, velocities and the time, without names.
+    [[nodiscard]] bool Take(SystemState* state);
+
+    bool LockConsumer() override { return true; }
+    void UnlockConsumer() override {}
+    void PrepareForGo(int32 reportsPerDraw) override;
+    void ReadData(int32 count, double* times, double* positions, double* velocities) override;
+    void ReadOk() override;
+
+private:
+    EpochPortal* const portal_;
+    Calculator* const calculator_;
+    std::atomic<int64> steps_{0};
+    std::atomic<double> time_{0.0};
+    std::atomic<bool> isWanted_{false};
+    std::vector<double> gm_;  // m3/s2, calculation thread
+    std::mutex mutex_;
+    SystemState state_;
+    bool hasState_ = false;
+};

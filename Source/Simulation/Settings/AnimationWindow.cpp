@@ -1,0 +1,52 @@
+#include "AnimationWindow.h"
+
+#include "BBox.h"
+#include "DisplayContext.h"
+#include "EpochFactories.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "SliderEntry.h"
+#include "WholeNumberFactory.h"
+
+namespace {
+
+// As in a new simulation.
+constexpr BPoint kFirstPlace{609.0f, 559.0f};
+
+std::shared_ptr<const NumberCommandFactory> WholeNumbers(const CalculatorIntFactory& factory) {
+    return std::make_shared<const WholeNumberFactory>(
+        std::make_unique<CalculatorIntFactory>(factory));
+}
+
+}  // namespace
+
+AnimationWindow::AnimationWindow(EpochPortal* portal, BLooper* owner, const DisplayContext& context)
+    : SettingsWindow(kFirstPlace, portal, owner, context, kLabelAnimationOf) {
+    const InterfaceTexts& texts = *context.texts;
+    const SliderEntry::Texts lines{texts.Label(kLabelSmoothness), texts.Label(kLabelSmoothTrails),
+                                   texts.Label(kLabelJaggedTrails), texts.Label(kLabelLinesUpTo),
+                                   texts.Label(kLabelPixelsLong)};
+    const SliderEntry::Texts updates{texts.Label(kLabelFrequency), texts.Label(kLabelSmooth),
+                                     texts.Label(kLabelChoppy), texts.Label(kLabelUpdateScreen),
+                                     texts.Label(kLabelTimesPerSecond)};
+    auto* const smoothness = new SliderEntry(
+        "smoothness", lines,
+        {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 15, 20, 25, 30, 40, 50, 60, 80, 100}, portal, texts);
+    auto* const frequency = new SliderEntry(
+        "frequency", updates,
+        {120, 100, 90, 80, 70, 60, 50, 40, 30, 25, 20, 15, 12, 10, 8, 6, 5, 4, 3, 2, 1}, portal,
+        texts);
+    smoothness->SetFactory(WholeNumbers(SegmentLengthFactory()));
+    frequency->SetFactory(WholeNumbers(UpdatesPerSecondFactory()));
+
+    auto* const column = new BGroupView("content", B_VERTICAL);
+    column->SetWindowInsets();
+    auto* const box = new BBox("animation", texts.Text(kLabelAnimationBox));
+    box->AddChild(smoothness);
+    box->AddChild(frequency);
+    column->AddChild(box);
+    column->AddStretch();
+    AddChild(column);
+    AddEntries({smoothness, frequency});
+    StartObserving();
+}

@@ -1,0 +1,9 @@
+// The window of how finely and how often the displays draw a run. Rules as for SettingsWindow.
+#pragma once
+
+#include "SettingsWindow.h"
+
+class AnimationWindow : public SettingsWindow {
+public:
+    AnimationWindow(EpochPortal* portal, BLooper* owner, const DisplayContext& context);
+};

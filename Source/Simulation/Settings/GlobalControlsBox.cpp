@@ -1,0 +1,145 @@
+#include "GlobalControlsBox.h"
+
+#include <charconv>
+#include <string>
+
+#include "BButton.h"
+#include "BFont.h"
+#include "BGroupView.h"
+#include "BMessage.h"
+#include "BStringView.h"
+#include "ChangeFlags.h"
+#include "DisplayContext.h"
+#include "EpochFactories.h"
+#include "EpochPortal.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "MenuArchives.h"
+#include "MenuEntry.h"
+#include "ProgramMessages.h"
+#include "QuantityEntry.h"
+#include "SettingsTexts.h"
+#include "SliderEntry.h"
+#include "SwitchEntry.h"
+
+namespace {
+
+constexpr int32 kShown = kTimeChanged | kEpochSettingsChanged | kFocusEpochChanged;
+constexpr float kGoWidth = 8.0f;  // in sizes of the plain font
+
+// Ten to a decade, evenly spaced to the eye. Made from text, so that each is the number that its
+// text means.
+std::vector<double> CutoffStops() {
+    constexpr int kFirstDecade = -15;
+    constexpr int kLastDecade = -4;
+    constexpr const char* kMantissas[] = {"1",   "1.3", "1.6", "2",   "2.5",
+                                          "3.2", "4",   "5",   "6.3", "7.9"};
+    std::vector<double> stops;
+    for (int decade = kFirstDecade; decade <= kLastDecade; decade++)
+        for (const char* mantissa : kMantissas) {
+            const std::string text = mantissa + ("e" + std::to_string(decade));
+            std::from_chars(text.data(), text.data() + text.size(), stops.emplace_back());
+            if (decade == kLastDecade) break;
+        }
+    return stops;
+}
+
+}  // namespace
+
+GlobalControlsBox::GlobalControlsBox(EpochPortal* portal, const DisplayContext& context)
+    : BBox("Global Controls", context.texts->Text(kLabelGlobalControls)), portal_(portal) {
+    AddRun(context);
+    AddCenter(*context.texts);
+    AddCalculation(*context.texts);
+}
+
+// --- Layout ---
+
+void GlobalControlsBox::AddRun(const DisplayContext& context) {
+    const InterfaceTexts& texts = *context.texts;
+    auto* const row = new BGroupView("run", B_HORIZONTAL);
+    go_ = new BButton("go", texts.Text(kLabelGo), new BMessage(kTogglePause));
+    go_->SetToolTip(texts.Text(kTextGoTip));
+    // Its labels differ in length; the time beside it stays where it is.
+    go_->SetExplicitMinSize(kGoWidth * BFont().Size(), -1.0f);
+    row->AddChild(go_);
+    row->AddChild(new BStringView("label", texts.Text(kLabelTime)));
+    time_ = new QuantityEntry("time", texts.Text(kLabelTime), portal_, context.timeUnits,
+                              context.menus->TimeUnitMenuArchive(), texts);
+    time_->SetFactory(std::make_shared<const EpochTimeFactory>());
+    time_->SetStretch(1, 0);
+    row->AddChild(time_);
+    AddChild(row);
+}
+
+void GlobalControlsBox::AddCenter(const InterfaceTexts& texts) {
+    auto* const row = new BGroupView("center", B_HORIZONTAL);
+    row->AddChild(new BStringView("label", texts.Text(kLabelCenterOfMass)));
+    now_ = new BButton("now", texts.Text(kLabelNow), new BMessage(kToCenterOfMass));
+    now_->SetToolTip(texts.Text(kTextCenterTip));
+    row->AddChild(now_);
+    uponGo_ = new SwitchEntry("upon go", texts.Text(kLabelUponGo), portal_);
+    uponGo_->SetFactory(std::make_shared<const EpochPropertyFactory<bool>>(COMOnGoFactory()));
+    uponGo_->SetToolTip(texts.Text(kTextUponGoTip));
+    row->AddChild(uponGo_);
+    row->AddStretch();
+    AddChild(row);
+}
+
+void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
+    const SliderEntry::Texts labels{texts.Label(kLabelCutoff),
+                                    texts.Label(kLabelSlow) + '\n' + texts.Label(kLabelSmallErrors),
+                                    texts.Label(kLabelFast) + '\n' + texts.Label(kLabelLargeErrors),
+                                    texts.Label(kLabelIgnoreSmaller), texts.Label(kLabelBlank)};
+    cutoff_ = new SliderEntry("cutoff", labels, CutoffStops(), portal_, texts);
+    cutoff_->SetFactory(std::make_shared<const EpochPropertyFactory<double>>(CutoffFactory()));
+    cutoff_->SetToolTip(texts.Text(kTextCutoffTip));
+    AddChild(cutoff_);
+
+    auto* const row = new BGroupView("order", B_HORIZONTAL);
+    row->AddChild(new BStringView("label", texts.Text(kLabelOrder)));
+    constexpr int32 kLeastOrder = 2;
+    constexpr int32 kGreatestOrder = 4;
+    order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, kLeastOrder, kGreatestOrder);
+    order_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OrderFactory()));
+    order_->SetToolTip(texts.Text(kTextOrderTip));
+    row->AddChild(order_);
+    row->AddStretch();
+    AddChild(row);
+}
+
+// --- What is shown ---
+
+std::array<Entry*, 4> GlobalControlsBox::Entries() const {
+    return {time_, uponGo_, cutoff_, order_};
+}
+
+void GlobalControlsBox::Redisplay(int32 changes) {
+    if ((changes & kShown) == 0) return;
+    portal_->ReadLock();
+    for (Entry* const entry : Entries())
+        entry->Read();
+    portal_->ReadUnlock();
+    for (Entry* const entry : Entries())
+        entry->ShowValue();
+}
+
+void GlobalControlsBox::EnableRunControls(bool enable) {
+    for (Entry* const entry : Entries())
+        entry->SetEnabled(enable);
+    now_->SetEnabled(enable);
+}
+
+void GlobalControlsBox::ShowGoPause(const char* label, bool isEnabled) {
+    go_->SetLabel(label);
+    go_->SetEnabled(isEnabled);
+}
+
+// --- Edits ---
+
+bool GlobalControlsBox::CommitEpochValues() {
+    bool changes = false;
+    for (Entry* const entry : Entries())
+        changes = entry->Commit() || changes;
+    return changes;
+}

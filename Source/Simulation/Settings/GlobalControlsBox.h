@@ -1,0 +1,48 @@
+// The box "Global Controls" of a simulation's window: Go and Pause, the centre of mass, and entries
+// of what the epoch in focus is calculated with. Owned by the window, which takes its messages
+// ("tgps", "2com"). Rules as for BView; but what the user has typed may be committed by any thread.
+#pragma once
+
+#include <array>
+
+#include "BBox.h"
+
+class BButton;
+class Entry;
+class EpochPortal;
+class InterfaceTexts;
+class MenuEntry;
+class QuantityEntry;
+class SliderEntry;
+class SwitchEntry;
+struct DisplayContext;
+
+class GlobalControlsBox : public BBox {
+public:
+    // The portal is the document's own; neither is owned.
+    GlobalControlsBox(EpochPortal* portal, const DisplayContext& context);
+
+    // Shows what is in force after these changes of the model (-1: all). Takes the read lock; the
+    // caller must not hold it.
+    void Redisplay(int32 changes);
+    // Makes what is half typed undoable commands; true if that changed something. Any thread that
+    // holds no lock of the document, with or without the window's.
+    bool CommitEpochValues();
+    // Entries that would change the motion rest while it is calculated.
+    void EnableRunControls(bool enable);
+    void ShowGoPause(const char* label, bool isEnabled);
+
+private:
+    void AddRun(const DisplayContext& context);
+    void AddCenter(const InterfaceTexts& texts);
+    void AddCalculation(const InterfaceTexts& texts);
+    [[nodiscard]] std::array<Entry*, 4> Entries() const;
+
+    EpochPortal* const portal_;
+    BButton* go_ = nullptr;
+    BButton* now_ = nullptr;
+    SwitchEntry* uponGo_ = nullptr;
+    QuantityEntry* time_ = nullptr;
+    SliderEntry* cutoff_ = nullptr;
+    MenuEntry* order_ = nullptr;
+};

@@ -1,0 +1,36 @@
+// The window of the system in focus's trail and disc: their colours, and whether they are drawn,
+// with a picture of how they will look. Rules as for SettingsWindow.
+#pragma once
+
+#include <string>
+
+#include "MassSystem.h"
+#include "SettingsWindow.h"
+
+class BBox;
+class ColorEntry;
+class SwitchEntry;
+class TrailPreview;
+
+class TrailDiscWindow : public SettingsWindow {
+public:
+    TrailDiscWindow(EpochPortal* portal, BLooper* owner, const DisplayContext& context);
+
+    void MessageReceived(BMessage* message) override;
+
+protected:
+    void AboutToRefresh() override;
+    void Refreshed() override;
+
+private:
+    void ShowPreview();
+
+    ColorEntry* trailColor_ = nullptr;
+    SwitchEntry* trailOn_ = nullptr;
+    ColorEntry* discColor_ = nullptr;
+    SwitchEntry* discOn_ = nullptr;
+    TrailPreview* preview_ = nullptr;
+    BBox* colors_ = nullptr;
+    int64 system_ = kNoSystemID;
+    std::string name_;
+};

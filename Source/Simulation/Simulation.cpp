@@ -1,0 +1,467 @@
+#include "Simulation.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "AppDefs.h"
+#include "AttemptMessage.h"
+#include "BMessage.h"
+#include "BMessenger.h"
+#include "CollisionMailbox.h"
+#include "DocumentSaver.h"
+#include "EditMessages.h"
+#include "GroupWindow.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "MessageWindow.h"
+#include "ProgramMessages.h"
+#include "ProgramResources.h"
+#include "ProjectionDisplay.h"
+#include "QuantityText.h"
+#include "SimulationHost.h"
+#include "SimulationMenus.h"
+#include "SimulationTexts.h"
+#include "SubsidiaryWindows.h"
+#include "TextTemplate.h"
+#include "WindowFields.h"
+#include "WindowPlaces.h"
+#include "WindowServer.h"
+
+namespace {
+
+// Each has the next one posted.
+constexpr uint32 kBuildSteps[] = {kBuildMenuBar,        kBuildRootView, kBuildBodySettings,
+                                  kBuildGlobalControls, kArrangeWindow, kShowWindow};
+// Steps of old, and what still may ask for them.
+constexpr uint32 kNothingToDo[] = {FourCC("bld9"), FourCC("txmd")};
+
+constexpr int32 kEverything = -1;
+
+constexpr const char* kWindowAt = "Edit at";
+
+constexpr float kWidest = 2.0f;  // the window, against what it needs
+
+// A window that is built faster than this needs no box that says so.
+constexpr bigtime_t kPatience = 300'000;
+}  // namespace
+
+Simulation::Simulation(BRect frame, SimulationHost* host)
+    : BWindow(frame, "", B_DOCUMENT_WINDOW, B_NOT_ZOOMABLE),
+      host_(host),
+      document_(this),
+      history_(document_.GetUndoChain()),
+      controls_(this, host, &document_, &displays_),
+      run_(document_.Portal(), document_.GetCalculator(), &controls_),
+      controller_(&document_, &run_, &host->Resources()),
+      displays_(&document_, &run_, this, host->Context()),
+      saver_(this, host, &document_, &run_, &controls_, &displays_),
+      boxes_(this, host) {
+    document_.Portal()->Broadcast(false);
+}
+
+Simulation::~Simulation() = default;
+
+void Simulation::Init(std::unique_ptr<BMessage> archive, const entry_ref& directory,
+                      const char* name, bool isNewlyCreated) {
+    archive_ = std::move(archive);
+    isNewlyCreated_ = isNewlyCreated;
+    if (name == nullptr)
+        saver_.File().SetUntitled(directory, host_->Resources().InterfaceLabel(kLabelUntitled));
+    else
+        saver_.File().SetFile(directory, name);
+    StartBuilding();
+}
+
+void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy) {
+    archive_ = std::move(archive);
+    saver_.File().SetRecovered(copy, host_->Resources().InterfaceLabel(kLabelUntitled));
+    history_->MarkUnsaved();
+    StartBuilding();
+}
+
+void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory,
+                        const char* name) {
+    if (!Lock()) return;
+    EpochPortal* const portal = document_.Portal();
+    if (!isBuilt_) {
+        archive_ = std::move(archive);
+        saver_.File().SetFile(directory, name);
+    } else {
+        // Normally it stands, untouched, and has no history.
+        run_.PauseForUser();
+        portal->Broadcast(false);
+        if (const DocumentError error = Find(*archive); error.Failed()) {
+            saver_.TellNotOpened(name, error);
+        } else {
+            history_->Clear();
+            saver_.File().SetFile(directory, name);
+            if (displays_.Count() == 0) displays_.Create(ProjectionDisplay::kType, nullptr, name);
+            SetName(name);
+            host_->NoteDocument(saver_.File().Path().c_str());
+        }
+        portal->Broadcast(true);
+        portal->TellObservers(kEverything);
+    }
+    isNewlyCreated_ = false;
+    Unlock();
+}
+
+bool Simulation::IsNewlyCreated() const {
+    return isNewlyCreated_ && !history_->CanUndo() && !history_->CanRedo();
+}
+
+// --- Building ---
+
+void Simulation::StartBuilding() {
+    buildingSince_ = system_time();
+    PostBuildMessage(kBuildMenuBar);
+    Run();
+}
+
+// Through the application, which hands it back: other windows get their turn between the steps.
+void Simulation::PostBuildMessage(uint32 what) {
+    BMessage message(what);
+    message.AddPointer(kSimulationField, this);
+    AttemptMessage(message, host_->Application());
+}
+
+bool Simulation::BuildStep(uint32 what) {
+    if (std::find(std::begin(kNothingToDo), std::end(kNothingToDo), what) != std::end(kNothingToDo))
+        return true;
+    const auto* const step = std::find(std::begin(kBuildSteps), std::end(kBuildSteps), what);
+    if (step == std::end(kBuildSteps) || isBuilt_) return false;
+    switch (what) {
+        case kBuildMenuBar:
+            controls_.BuildMainMenuBar();
+            break;
+        case kBuildRootView:
+            controls_.BuildRootView();
+            boxes_.MakeBuilding();
+            break;
+        case kBuildBodySettings:
+            controls_.BuildBodySettingsBox();
+            break;
+        case kBuildGlobalControls:
+            controls_.BuildGlobalControlsBox();
+            break;
+        case kArrangeWindow:
+            ArrangeWindow();
+            break;
+        default:
+            ShowSelf();
+    }
+    if (!isBuilt_ && !isQuitting_) PostBuildMessage(step[1]);
+    return true;
+}
+
+void Simulation::ArrangeWindow() {
+    if (system_time() - buildingSince_ > kPatience) boxes_.ShowBuilding();
+    // Wider entries show longer numbers; there is nothing to fill a higher window with.
+    float width = 0.0f;
+    float height = 0.0f;
+    GetPreferredSize(&width, &height);
+    SetSizeLimits(width, kWidest * width, height, height);
+    ResizeTo(width, height);
+    SetName(saver_.File().Name());
+    const std::unique_ptr<BMessage> archive = std::move(archive_);
+    // Without any epoch, as where the program's template is missing, the simulation has none.
+    if (const DocumentError error = Find(*archive); error.Failed() && error.text != kTextNoEpoch) {
+        saver_.TellNotOpened(saver_.File().Name(), error);
+        return SendQuitRequest();
+    }
+    if (saver_.File().HasFile()) host_->NoteDocument(saver_.File().Path().c_str());
+}
+
+void Simulation::ShowSelf() {
+    if (displays_.Count() == 0)
+        displays_.Create(ProjectionDisplay::kType, nullptr, saver_.File().Name().c_str());
+    // The template cannot know how wide the boxes are with this font.
+    if (isNewlyCreated_) displays_.KeepClearOf(Frame());
+    document_.Portal()->AddObserver(this);
+    document_.Portal()->Broadcast(true);
+    document_.Portal()->TellObservers(kEverything);
+    const bool isAwaited = boxes_.EndBuilding();
+    isBuilt_ = true;
+    SetAcceptsFiles(true);
+    Show();
+    if (isAwaited) Activate();
+    PassToApplication(BMessage(kSimulationShown), true);
+}
+
+// --- Messages ---
+
+void Simulation::MessageReceived(BMessage* message) {
+    if (isQuitting_) return;
+    if (BuildStep(message->what)) return;
+    const bool hasAllParts = controls_.Windows() != nullptr;
+    if (hasAllParts &&
+        (FileMessage(message) || RunMessage(message) || WindowMessage(message) ||
+         CarryOutEdit(*message, &controller_, document_.Portal(), *controls_.Windows()->Epochs())))
+        return;
+    BWindow::MessageReceived(message);
+}
+
+bool Simulation::FileMessage(BMessage* message) {
+    switch (message->what) {
+        case kSave:
+            saver_.Save(SimulationSaver::kSaveNamed);
+            break;
+        case kSaveAs:
+            saver_.SaveAs(SimulationSaver::kSaveNamed);
+            break;
+        case kSaveCurrentEpoch:
+            saver_.SaveCurrentEpoch();
+            break;
+        case SimulationSaver::kSaveNamed:
+            if (std::string name; saver_.SaveRequested(*message, true) &&
+                                  message->FindString(SimulationSaver::kName, &name) == B_OK)
+                SetName(name);
+            break;
+        case SimulationSaver::kSaveEpochNamed:
+            saver_.SaveRequested(*message, false);
+            break;
+        case MessageBoxes::kSaveThenQuit:
+            SaveThenQuit(*message);
+            break;
+        case MessageBoxes::kCancelQuit:
+            isAsked_ = false;
+            CloseCancelled();
+            break;
+        case B_CANCEL:
+            if (int32 answer = 0; message->FindInt32("old_what", &answer) == B_OK &&
+                                  answer == static_cast<int32>(MessageBoxes::kSaveThenQuit))
+                CloseCancelled();
+            break;
+        case MessageBoxes::kReallyQuit:
+            boxes_.HandleDefaultResponse(*message, MessageWindow::kSaveConfirmation,
+                                         MessageBoxes::kReallyQuit);
+            // The user was asked: what was recovered is not wanted either.
+            if (message->HasName(MessageBoxes::kCheckBox)) saver_.File().DiscardRecovered();
+            SendQuitRequest();
+            break;
+        case kCloseThenOpen:
+            PassToApplication(BMessage(kOpen), false);
+            WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)),
+                                  BMessage(B_QUIT_REQUESTED));
+            break;
+        case kOpen:
+        case B_REFS_RECEIVED:  // files were dropped on the window
+            PassToApplication(*message, true);
+            break;
+        case kKeepRecoveryCopy:
+            if (isBuilt_) saver_.KeepRecoveryCopy();
+            SendReply(BMessage(B_REPLY));
+            break;
+        default:
+            return false;
+    }
+    if (saver_.File().HasFile()) isNewlyCreated_ = false;
+    return true;
+}
+
+bool Simulation::RunMessage(BMessage* message) {
+    switch (message->what) {
+        case kTogglePause:
+            run_.TogglePause();
+            break;
+        case kPauseRun:
+            run_.Pause();
+            Reply(*message);
+            break;
+        case kUnPauseRun:
+            run_.UnPause();
+            Reply(*message);
+            break;
+        case kRestRun:
+            run_.Rest();
+            Reply(*message);
+            break;
+        case kUnRestRun:
+            run_.UnRest();
+            Reply(*message);
+            break;
+        case kPauseForUser:
+            run_.PauseForUser();
+            break;
+        case CollisionMailbox::kCollisionMessage:
+            Collide(*message);
+            break;
+        case B_PULSE:
+            if (run_.PauseCount() <= 0) controls_.ShowRun();
+            break;
+        default:
+            return false;
+    }
+    return true;
+}
+
+bool Simulation::WindowMessage(BMessage* message) {
+    void* pointer = nullptr;
+    switch (message->what) {
+        case kRedisplay:
+            controls_.Redisplay(pendingChanges_.exchange(0));
+            break;
+        case kNewDisplay:
+            if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
+                displays_.Create(type, nullptr, saver_.File().Name().c_str());
+            break;
+        case kShowTrailDisc:
+            controls_.Windows()->ShowTrailDisc();
+            break;
+        case kShowAnimation:
+            controls_.Windows()->ShowAnimation();
+            break;
+        case SimulationMenus::kRequestGroup:
+            controls_.Windows()->RequestGroup(*this);
+            break;
+        case GroupWindow::kClosed:
+            controls_.Windows()->EndGroupRequest();
+            break;
+        case kShowEpochs:
+            controls_.Windows()->ShowEpochs();
+            break;
+        case kDeleteMe:
+            if (message->FindPointer(kDoomedDisplay, &pointer) == B_OK)
+                displays_.Delete(static_cast<Display*>(pointer));
+            break;
+        case kDeleteMessageWindow:
+            if (message->FindPointer(kDoomedMessageWindow, &pointer) == B_OK)
+                MessageBoxClosed(static_cast<MessageWindow*>(pointer));
+            break;
+        default:
+            return false;
+    }
+    return true;
+}
+
+void Simulation::Reply(const BMessage& message) {
+    BMessage reply;
+    if (message.FindMessage(kReplyField, &reply) == B_OK) SendReply(reply);
+}
+
+void Simulation::PassToApplication(const BMessage& message, bool withThis) {
+    BMessage copy(message);
+    copy.RemoveName(kSimulationField);
+    if (withThis) copy.AddPointer(kSimulationField, this);
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), copy);
+}
+
+void Simulation::Collide(const BMessage& message) {
+    const bool isRunning = run_.PauseCount() <= 0;
+    const MergeResult result = controller_.Collide(
+        message, [this](const MergeResult& merged) { controls_.NoteMergers(merged); });
+    // A run's mergers belong to the step that began it; later ones are in no step of the history.
+    if (!isRunning && !result.mergers.empty()) {
+        history_->MarkUnsaved();
+        controls_.ShowHistory();
+    }
+}
+
+// --- Observer ---
+
+void Simulation::Changed(int32 changes) {
+    if (pendingChanges_.fetch_or(changes) != 0) return;
+    // The one message of this burst must arrive, even if the port is full.
+    if (PostMessage(kRedisplay) == B_WOULD_BLOCK)
+        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+}
+
+bool Simulation::CommitChanges() {
+    return controls_.CommitBoxes();
+}
+
+// --- Reading a document ---
+
+void Simulation::SetName(const std::string& name) {
+    saver_.File().SetName(name);
+    SetTitle(name.c_str());
+    displays_.SetTitles(name.c_str());
+    controls_.Windows()->SetTitles(name.c_str());
+}
+
+DocumentError Simulation::Find(const BMessage& archive) {
+    if (DocumentError error = document_.FindEpochs(archive); error.Failed()) return error;
+    document_.FindSimInfo(archive);
+    FindSimWindowInfo(archive);
+    displays_.Find(archive, saver_.File().Name().c_str());
+    // It was never saved by a window, and cannot know where this one stands.
+    if (!archive.HasName(kWindowAt)) displays_.KeepClearOf(Frame());
+    return {};
+}
+
+void Simulation::FindSimWindowInfo(const BMessage& archive) {
+    // A key that is never written: whether this window is seen is not the document's affair.
+    FindWindowInfo(archive, this, kWindowAt, "Nothing");
+    controls_.Windows()->Find(archive);
+    saver_.Panel().FindArea(archive);
+}
+
+// --- Closing ---
+
+bool Simulation::QuitRequested() {
+    if (isQuitting_) return false;
+    // Half a word that the user has typed is a change, too.
+    if (isBuilt_) document_.Portal()->CommitChanges();
+    if (history_->IsSaved()) {
+        SendQuitRequest();
+    } else if (const uint32 answer = host_->DefaultResponse(MessageWindow::kSaveConfirmation);
+               answer != 0) {
+        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(answer));
+    } else {
+        isAsked_ = true;
+        boxes_.MakeQuitConfirm(saver_.File().Name());
+    }
+    return false;
+}
+
+void Simulation::CloseCancelled() {
+    PassToApplication(BMessage(kCloseCancelled), true);
+}
+
+// An answer comes before the end of its box; a box that ends without one was closed.
+void Simulation::MessageBoxClosed(const MessageWindow* box) {
+    const bool isQuestion = box == boxes_.MessageWindowFromID(MessageWindow::kSaveConfirmation);
+    boxes_.DeleteMessageWindow(box);
+    if (!isQuestion || !isAsked_) return;
+    isAsked_ = false;
+    CloseCancelled();
+}
+
+void Simulation::SaveThenQuit(const BMessage& message) {
+    isAsked_ = false;
+    if (!saver_.SaveRequested(message, true)) {
+        // Deliberately, "Never ask me again" makes "Don't Save" the standing answer even though the
+        // user has chosen to save this time.
+        boxes_.HandleDefaultResponse(message, MessageWindow::kSaveConfirmation,
+                                     MessageBoxes::kReallyQuit);
+        if (!saver_.Save(MessageBoxes::kSaveThenQuit)) return;
+    }
+    // What could be written nowhere, not even as a recovery copy, stays.
+    if (history_->IsSaved())
+        SendQuitRequest();
+    else
+        CloseCancelled();
+}
+
+void Simulation::SendQuitRequest() {
+    Hide();
+    run_.Pause();
+    isQuitting_ = true;
+    BMessage doomed(kDeleteMe);
+    doomed.AddPointer(kDoomedSimulation, this);
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), doomed);
+}
+
+// Called by the application's thread, which holds this window's lock until the end. None of the
+// threads that are waited for here takes that lock: they send messages, which are ignored from now
+// on.
+void Simulation::Quit() {
+    isQuitting_ = true;
+    document_.Portal()->RemoveObserver(this);
+    run_.Pause();
+    displays_.DeleteAll();
+    boxes_.DeleteAll();
+    saver_.Panel().Close();
+    controls_.QuitWindows();
+    BWindow::Quit();
+}

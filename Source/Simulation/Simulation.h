@@ -1,0 +1,103 @@
+// The window of one open simulation: its document, its run control, the boxes in which bodies and
+// the run are edited, its displays and subsidiary windows, and saving and closing. Made by the
+// application on its thread, which calls Init once; the window then builds itself step by step on
+// a thread of its own and shows itself when it is complete. It asks the application to be deleted
+// ("klme"), which locks and quits it. What concerns the document is done with the window locked,
+// on the window's thread unless it says otherwise.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "BWindow.h"
+#include "DisplayList.h"
+#include "MessageBoxes.h"
+#include "Observer.h"
+#include "RunControl.h"
+#include "SimulationController.h"
+#include "SimulationControls.h"
+#include "SimulationDocument.h"
+#include "SimulationSaver.h"
+
+class MessageWindow;
+class SimulationHost;
+
+class Simulation : public BWindow, public Observer {
+public:
+    // Keep a recovery copy if there are changes that are not saved. Answered (B_REPLY) when done.
+    static constexpr uint32 kKeepRecoveryCopy = FourCC("krcv");
+
+    // The host is not owned.
+    Simulation(BRect frame, SimulationHost* host);
+    ~Simulation() override;
+
+    // Takes the record over, which is read when the window has built itself. Without a name the
+    // simulation is untitled and in no file yet. Runs the window's thread, hidden, and so gives up
+    // the maker's lock: the last call of its maker.
+    void Init(std::unique_ptr<BMessage> archive, const entry_ref& directory, const char* name,
+              bool isNewlyCreated);
+    // Instead of Init: the record is that of a recovery copy. The simulation has its old name and
+    // place, and is not saved.
+    void InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy);
+    // Replaces everything by another document. Any thread. A record that cannot be used changes
+    // nothing.
+    void ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory, const char* name);
+    // An untouched new simulation, in whose window a file may be opened. Any thread.
+    [[nodiscard]] bool IsNewlyCreated() const;
+
+    // Any thread.
+    void Changed(int32 changes) override;
+    bool CommitChanges() override;
+
+    void MessageReceived(BMessage* message) override;
+    // Closes the simulation, or asks whether to save it first; never agrees.
+    bool QuitRequested() override;
+    void Quit() override;
+
+private:
+    // --- Building ---
+    void StartBuilding();
+    void PostBuildMessage(uint32 what);
+    bool BuildStep(uint32 what);
+    void ArrangeWindow();
+    void ShowSelf();
+
+    // --- Messages ---
+    bool FileMessage(BMessage* message);
+    bool RunMessage(BMessage* message);
+    bool WindowMessage(BMessage* message);
+    void Reply(const BMessage& message);
+    void PassToApplication(const BMessage& message, bool withThis);
+    void Collide(const BMessage& message);
+
+    // --- Reading a document ---
+    void SetName(const std::string& name);
+    DocumentError Find(const BMessage& archive);
+    void FindSimWindowInfo(const BMessage& archive);
+
+    // --- Closing ---
+    void SaveThenQuit(const BMessage& message);
+    void MessageBoxClosed(const MessageWindow* box);
+    // The simulation stays open after all.
+    void CloseCancelled();
+    void SendQuitRequest();
+
+    SimulationHost* const host_;
+    SimulationDocument document_;
+    UndoChain* const history_;  // the document's
+    SimulationControls controls_;
+    RunControl run_;
+    SimulationController controller_;
+    DisplayList displays_;
+    SimulationSaver saver_;
+    MessageBoxes boxes_;
+    std::unique_ptr<BMessage> archive_;  // until it is read
+
+    std::atomic<int32> pendingChanges_{0};
+    std::atomic<bool> isNewlyCreated_{false};
+    bool isBuilt_ = false;
+    bool isAsked_ = false;     // whether to save before closing, and has not answered
+    bool isQuitting_ = false;  // the application has been asked to delete the window
+    bigtime_t buildingSince_ = 0;
+};

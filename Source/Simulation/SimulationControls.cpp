@@ -1,0 +1,197 @@
+#include "SimulationControls.h"
+
+#include "BGroupView.h"
+#include "BMenuBar.h"
+#include "Body.h"
+#include "BodySettingsBox.h"
+#include "ChangeFlags.h"
+#include "DisplayList.h"
+#include "EpochWindow.h"
+#include "GlobalControlsBox.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "ProgramResources.h"
+#include "ProjectionDisplay.h"
+#include "Simulation.h"
+#include "SimulationDocument.h"
+#include "SimulationHost.h"
+#include "SimulationMenus.h"
+#include "SimulationTexts.h"
+#include "StatusLine.h"
+#include "SubsidiaryWindows.h"
+#include "TextTemplate.h"
+
+namespace {
+
+constexpr float kSpacing = 8.0f;
+
+// How often the figures of a run are renewed.
+constexpr bigtime_t kRunPulse = 400'000;
+
+constexpr int32 kCountChanged = kSystemAdded | kSystemRemoved | kFocusEpochChanged;
+
+}  // namespace
+
+SimulationControls::SimulationControls(Simulation* simulation, SimulationHost* host,
+                                       SimulationDocument* document, DisplayList* displays)
+    : simulation_(simulation),
+      window_(simulation),
+      host_(host),
+      document_(document),
+      displays_(displays),
+      monitor_(document->Portal(), document->GetCalculator()) {
+    document_->AddConsumer(monitor_.Consumer());
+}
+
+SimulationControls::~SimulationControls() = default;
+
+// --- Building ---
+
+void SimulationControls::BuildMainMenuBar() {
+    menus_ = std::make_unique<SimulationMenus>(simulation_, host_);
+    window_->AddChild(menus_->Bar());
+}
+
+void SimulationControls::BuildRootView() {
+    rootView_ = new BGroupView("Root View", B_VERTICAL, kSpacing);
+    rootView_->SetWindowInsets();
+    window_->AddChild(rootView_);
+}
+
+void SimulationControls::BuildBodySettingsBox() {
+    bodySettings_ = new BodySettingsBox(document_->Portal(), host_->Context());
+    rootView_->AddChild(bodySettings_);
+}
+
+void SimulationControls::BuildGlobalControlsBox() {
+    globalControls_ = new GlobalControlsBox(document_->Portal(), host_->Context());
+    rootView_->AddChild(globalControls_);
+    status_ = new StatusLine(&host_->Resources());
+    rootView_->AddChild(status_);
+    windows_ = std::make_unique<SubsidiaryWindows>(document_, window_, host_->Context());
+    ShowGoPause(Offer::kGo);
+}
+
+void SimulationControls::QuitWindows() {
+    if (windows_ != nullptr) windows_->Quit();
+}
+
+// --- What the user sees ---
+
+void SimulationControls::Redisplay(int32 changes) {
+    if (status_ == nullptr) return;
+    bodySettings_->Redisplay(changes);
+    globalControls_->Redisplay(changes);
+    ShowHistory();
+    if ((changes & (kCountChanged | kFocusSystemChanged)) == 0) return;
+    EpochPortal* const portal = document_->Portal();
+    portal->ReadLock();
+    const std::size_t bodies = portal->BodiesInMassOrder().size();
+    const MassSystem* const focus = portal->FocusSystem();
+    const bool isGroup = focus->ID() >= 0 && dynamic_cast<const Body*>(focus) == nullptr;
+    portal->ReadUnlock();
+    status_->ShowBodies(bodies);
+    menus_->ShowFocus(isGroup);
+}
+
+void SimulationControls::ShowHistory() {
+    menus_->ShowHistory(document_->GetUndoChain());
+    window_->SetModified(!document_->GetUndoChain()->IsSaved());
+}
+
+void SimulationControls::ShowMessage(const std::string& text) {
+    if (status_ != nullptr) status_->ShowMessage(text);
+}
+
+void SimulationControls::ShowRun() {
+    ShowFigures(monitor_.Measure(system_time()));
+    // A run tells nobody how it goes on.
+    bodySettings_->Redisplay(kBodyDataChanged);
+    globalControls_->Redisplay(kTimeChanged);
+}
+
+void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {
+    if (status_ == nullptr) return;
+    EpochPortal* const portal = document_->Portal();
+    portal->ReadLock();
+    const double timeUval = portal->FocusEpoch()->TimeUval();
+    portal->ReadUnlock();
+    status_->ShowRun(figures, timeUval);
+}
+
+void SimulationControls::NoteMergers(const MergeResult& merged) {
+    if (merged.mergers.empty()) return;
+    monitor_.Add(merged);
+    const ProgramResources& resources = host_->Resources();
+    const Merger& first = merged.mergers.front();
+    std::string text =
+        FillIn(resources.InterfaceLabel(kTextMerger), {first.absorbedName, first.survivorName});
+    if (const std::size_t more = merged.mergers.size() - 1; more > 0)
+        text = FillIn(resources.InterfaceLabel(kTextManyMergers), {text, std::to_string(more)});
+    ShowMessage(text);
+}
+
+// --- Entries ---
+
+bool SimulationControls::CommitBoxes() {
+    const bool name = bodySettings_->CommitNonPhysical();
+    const bool motion = bodySettings_->CommitPhysical();
+    const bool epoch = globalControls_->CommitEpochValues();
+    return name || motion || epoch;
+}
+
+void SimulationControls::SetNonPhysicalBodyValues() {
+    if (bodySettings_ != nullptr) bodySettings_->CommitNonPhysical();
+}
+
+void SimulationControls::SetPhysicalBodyValues() {
+    if (bodySettings_ != nullptr) bodySettings_->CommitPhysical();
+}
+
+void SimulationControls::SetEpochValues() {
+    if (globalControls_ != nullptr) globalControls_->CommitEpochValues();
+}
+
+void SimulationControls::SetSimValues() {
+    if (windows_ != nullptr) windows_->CommitAnimation();
+}
+
+// --- The run ---
+
+void SimulationControls::LockWindow() {
+    window_->Lock();
+}
+
+void SimulationControls::UnlockWindow() {
+    window_->Unlock();
+}
+
+void SimulationControls::ShowGoPause(Offer offer) {
+    if (globalControls_ == nullptr) return;
+    const int32 label = offer == Offer::kGo      ? kLabelGo
+                        : offer == Offer::kPause ? kLabelPause
+                                                 : kLabelWait;
+    const char* const text = host_->Context().texts->Text(label);
+    const bool isEnabled = offer != Offer::kWait;
+    globalControls_->ShowGoPause(text, isEnabled);
+    menus_->ShowGo(text, isEnabled);
+}
+
+void SimulationControls::EnableRunControls(bool enable) {
+    if (bodySettings_ != nullptr) bodySettings_->EnableRunControls(enable);
+    if (globalControls_ != nullptr) globalControls_->EnableRunControls(enable);
+}
+
+void SimulationControls::RunStarting() {
+    monitor_.Begin();
+    if (windows_ != nullptr) windows_->Epochs()->SetRunning(true);
+    displays_->Tell(ProjectionDisplay::kRunStarted);
+    window_->SetPulseRate(kRunPulse);
+}
+
+void SimulationControls::RunStopped() {
+    window_->SetPulseRate(0);
+    displays_->Tell(ProjectionDisplay::kRunStopped);
+    if (windows_ != nullptr) windows_->Epochs()->SetRunning(false);
+    ShowFigures(monitor_.End());
+}

@@ -1,0 +1,84 @@
+// What there is in a simulation's window: menus, boxes, status, and the subsidiary windows; built
+// in steps, brought up to date after changes of the model, and told by the run control. Owned by
+// the window and used on its thread with the window locked, except where it says otherwise. Until a
+// part is built, what concerns it does nothing.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "RunControlView.h"
+#include "RunMonitor.h"
+
+class BGroupView;
+class BWindow;
+class BodySettingsBox;
+class DisplayList;
+class GlobalControlsBox;
+class Simulation;
+class SimulationDocument;
+class SimulationHost;
+class SimulationMenus;
+class StatusLine;
+class SubsidiaryWindows;
+
+class SimulationControls final : public RunControlView {
+public:
+    // None is owned.
+    SimulationControls(Simulation* simulation, SimulationHost* host, SimulationDocument* document,
+                       DisplayList* displays);
+    ~SimulationControls() override;
+
+    // --- Building, in this order ---
+    void BuildMainMenuBar();
+    void BuildRootView();
+    void BuildBodySettingsBox();
+    void BuildGlobalControlsBox();
+    // The views lie in the window, which deletes them; the subsidiary windows end here. With no
+    // lock of the document held.
+    void QuitWindows();
+
+    // Null until they are built.
+    [[nodiscard]] SubsidiaryWindows* Windows() const { return windows_.get(); }
+
+    void Redisplay(int32 changes);
+    // What can be undone and redone, and whether the document is saved.
+    void ShowHistory();
+    void ShowMessage(const std::string& text);
+    // The figures of the run as they are now.
+    void ShowRun();
+    // In the run that goes on; the calculator rests.
+    void NoteMergers(const MergeResult& merged);
+
+    // Everything that is half typed becomes commands; true if that changed something. Any thread
+    // that holds no lock of the document, once all is built.
+    bool CommitBoxes();
+
+    // --- RunControlView ---
+    void LockWindow() override;
+    void UnlockWindow() override;
+    void ShowGoPause(Offer offer) override;
+    void EnableRunControls(bool enable) override;
+    void SetNonPhysicalBodyValues() override;
+    void SetPhysicalBodyValues() override;
+    void SetEpochValues() override;
+    void SetSimValues() override;
+    void RunStarting() override;
+    void RunStopped() override;
+
+private:
+    void ShowFigures(const RunMonitor::Figures& figures);
+
+    const Simulation* const simulation_;
+    BWindow* const window_;
+    SimulationHost* const host_;
+    SimulationDocument* const document_;
+    DisplayList* const displays_;
+    RunMonitor monitor_;
+    std::unique_ptr<SimulationMenus> menus_;
+    std::unique_ptr<SubsidiaryWindows> windows_;
+    BGroupView* rootView_ = nullptr;
+    BodySettingsBox* bodySettings_ = nullptr;
+    GlobalControlsBox* globalControls_ = nullptr;
+    StatusLine* status_ = nullptr;
+};

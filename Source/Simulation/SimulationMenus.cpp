@@ -1,0 +1,138 @@
+#include "SimulationMenus.h"
+
+#include <memory>
+
+#include "AppDefs.h"
+#include "BLooper.h"
+#include "BMenuBar.h"
+#include "BMessage.h"
+#include "DisplayContext.h"
+#include "InterfaceLabels.h"
+#include "InterfaceTexts.h"
+#include "MenuArchives.h"
+#include "ProgramMessages.h"
+#include "ProjectionDisplay.h"
+#include "SimulationHost.h"
+#include "SimulationTexts.h"
+#include "TextTemplate.h"
+#include "UndoChain.h"
+
+namespace {
+
+BMenu* Unarchive(const BMessage& archive) {
+    BMessage copy(archive);
+    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
+    auto* const menu = dynamic_cast<BMenu*>(object.get());
+    if (menu != nullptr) static_cast<void>(object.release());
+    return menu;
+}
+
+}  // namespace
+
+SimulationMenus::SimulationMenus(const Simulation* simulation, SimulationHost* host)
+    : texts_(*host->Context().texts), bar_(new BMenuBar("Main Menu Bar")) {
+    AddAppMenu(simulation, host);
+    AddFileMenu();
+    AddEditMenu();
+    AddBodiesMenu();
+    AddSimulationMenu(host);
+    AddDisplayMenu();
+}
+
+BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key,
+                                    uint32 modifiers) {
+    auto* const item = new BMenuItem(texts_.Text(label), new BMessage(what),
+                                     key == 0 ? '\0' : texts_.Key(key), modifiers);
+    menu->AddItem(item);
+    return item;
+}
+
+// An item for the application; the file that "Open..." opens may take the place of an untouched
+// simulation.
+void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* host) {
+    const DisplayContext& context = host->Context();
+    BMenu* const menu = Unarchive(context.menus->AppMenuArchive());
+    if (menu == nullptr) return;
+    menu->SetTargetForItems(static_cast<BHandler*>(host->Application()));
+    if (BMenuItem* const open = menu->FindItem(kOpen); open != nullptr) {
+        auto* const message = new BMessage(kOpen);
+        message->AddPointer(kSimulationField, simulation);
+        open->SetMessage(message);
+    }
+    auto* const item = new BMenuItem(menu);
+    if (context.icon != nullptr) item->SetIcon(context.icon);
+    bar_->AddItem(item);
+}
+
+void SimulationMenus::AddFileMenu() {
+    auto* const menu = new BMenu(texts_.Text(kLabelFile));
+    AddItem(menu, kLabelSave, kSave, kLabelSaveKey);
+    AddItem(menu, kLabelSaveAs, kSaveAs, kLabelSaveKey, B_SHIFT_KEY);
+    AddItem(menu, kLabelSaveCurrentEpoch, kSaveCurrentEpoch);
+    menu->AddSeparatorItem();
+    AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey);
+    AddItem(menu, kLabelCloseThenOpen, kCloseThenOpen, kLabelCloseKey, B_SHIFT_KEY);
+    bar_->AddItem(menu);
+}
+
+void SimulationMenus::AddEditMenu() {
+    auto* const menu = new BMenu(texts_.Text(kLabelEdit));
+    undo_ = AddItem(menu, kLabelUndo, kUndo, kLabelUndoKey);
+    redo_ = AddItem(menu, kLabelRedo, kRedo, kLabelUndoKey, B_SHIFT_KEY);
+    bar_->AddItem(menu);
+}
+
+void SimulationMenus::AddBodiesMenu() {
+    auto* const menu = new BMenu(texts_.Text(kLabelBodies));
+    AddItem(menu, kLabelTrailDisc, kShowTrailDisc, kTextTrailDiscKey);
+    AddItem(menu, kLabelDeleteBody, kDeleteCurrentBody, kLabelDeleteBodyKey);
+    AddItem(menu, kLabelNewBody, kNewBody, kLabelNewBodyKey);
+    menu->AddSeparatorItem();
+    AddItem(menu, kTextGroup, kRequestGroup, kLabelGoKey, B_SHIFT_KEY);
+    dissolve_ = AddItem(menu, kTextDissolveGroup, kDissolveGroup);
+    bar_->AddItem(menu);
+}
+
+void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
+    BMenu* const menu = Unarchive(host->Context().menus->SimMenuArchive());
+    if (menu == nullptr) return;
+    go_ = menu->FindItem(kTogglePause);
+    if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
+        item->SetShortcut(texts_.Key(kTextAnimationKey), 0);
+    if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
+        item->SetShortcut(texts_.Key(kTextEpochsKey), 0);
+    bar_->AddItem(menu);
+}
+
+void SimulationMenus::AddDisplayMenu() {
+    auto* const menu = new BMenu(texts_.Text(kLabelNewDisplay));
+    auto* const message = new BMessage(kNewDisplay);
+    message->AddInt32(kDisplayTypeField, ProjectionDisplay::kType);
+    menu->AddItem(
+        new BMenuItem(texts_.Text(kLabelNewProjection), message, texts_.Key(kTextProjectionKey)));
+    bar_->AddItem(menu);
+}
+
+void SimulationMenus::ShowGo(const char* label, bool isEnabled) {
+    if (go_ == nullptr) return;
+    go_->SetLabel(label);
+    go_->SetEnabled(isEnabled);
+}
+
+void SimulationMenus::Show(BMenuItem* item, bool isPossible, int32 name, int32 plainLabel,
+                           int32 namedLabel) {
+    const bool hasName = isPossible && name != kUnnamedCommand;
+    const std::string label =
+        hasName ? FillIn(texts_.Label(namedLabel), {texts_.Label(name)}) : texts_.Label(plainLabel);
+    item->SetLabel(label.c_str());
+    item->SetEnabled(isPossible);
+}
+
+void SimulationMenus::ShowFocus(bool isGroup) {
+    dissolve_->SetEnabled(isGroup);
+}
+
+void SimulationMenus::ShowHistory(UndoChain* history) {
+    Show(undo_, history->CanUndo(), history->UndoName(), kLabelUndo, kTextUndo);
+    Show(redo_, history->CanRedo(), history->RedoName(), kLabelRedo, kTextRedo);
+}

@@ -1,0 +1,139 @@
+#include "SimulationSaver.h"
+
+#include <cstdio>
+
+#include "BWindow.h"
+#include "ChangeFlags.h"
+#include "DisplayContext.h"
+#include "DisplayList.h"
+#include "DocumentSaver.h"
+#include "ProgramResources.h"
+#include "QuantityText.h"
+#include "RunControl.h"
+#include "SimulationControls.h"
+#include "SimulationDocument.h"
+#include "SimulationHost.h"
+#include "SimulationTexts.h"
+#include "SubsidiaryWindows.h"
+#include "TextTemplate.h"
+#include "WindowPlaces.h"
+
+SimulationSaver::SimulationSaver(BWindow* window, SimulationHost* host,
+                                 SimulationDocument* document, RunControl* run,
+                                 SimulationControls* controls, DisplayList* displays)
+    : window_(window),
+      host_(host),
+      document_(document),
+      run_(run),
+      controls_(controls),
+      displays_(displays),
+      panel_(host->Context().texts) {}
+
+// A file that stands where this document was never written or read (after an epoch alone was saved
+// there) is not replaced without a question.
+bool SimulationSaver::Save(uint32 answer) {
+    const bool knowsWhere = file_.HasFile() && !file_.WouldReplaceAnother();
+    if (knowsWhere)
+        SaveRequested(file_.Directory(), file_.Name(), true);
+    else
+        SaveAs(answer);
+    return knowsWhere;
+}
+
+void SimulationSaver::SaveAs(uint32 answer) {
+    panel_.Ask(answer, BMessenger(static_cast<BHandler*>(window_)), file_.Directory(), file_.Name(),
+               file_.Name());
+}
+
+void SimulationSaver::SaveCurrentEpoch() {
+    EpochPortal* const portal = document_->Portal();
+    portal->ReadLock();
+    const double time = portal->FocusEpoch()->Time();
+    const double uval = portal->FocusEpoch()->TimeUval();
+    portal->ReadUnlock();
+    const ProgramResources& resources = host_->Resources();
+    const std::string proposal = file_.Name() + resources.InterfaceLabel(kTextAtTime) +
+                                 print_double(time / uval) + ' ' +
+                                 resources.TimeUnits().Abbreviation(uval);
+    panel_.Ask(kSaveEpochNamed, BMessenger(static_cast<BHandler*>(window_)), file_.Directory(),
+               file_.Name(), proposal);
+}
+
+bool SimulationSaver::SaveRequested(const BMessage& message, bool allEpochs) {
+    entry_ref directory;
+    std::string name;
+    if (message.FindRef(kDirectory, &directory) != B_OK || message.FindString(kName, &name) != B_OK)
+        return false;
+    SaveRequested(directory, name, allEpochs);
+    return true;
+}
+
+void SimulationSaver::SaveRequested(const entry_ref& directory, const std::string& name,
+                                    bool allEpochs) {
+    const ProgramResources& resources = host_->Resources();
+    run_->Pause();
+    Gather();
+    const SaveResult result = SaveDocument(document_, &file_, directory, name, allEpochs);
+    if (!result.error.Failed()) {
+        controls_->ShowMessage(resources.InterfaceLabel(kTextSaved));
+        if (allEpochs) host_->NoteDocument(result.path.c_str());
+    }
+    if (result.copyError.Failed() && !result.error.Failed())
+        TellNotCopied(result.copyError);
+    else if (result.copyError.Failed())
+        Complain(FillIn(resources.InterfaceLabel(kTextNotEvenCopied),
+                        {result.path, Reason(result.error), Reason(result.copyError)}));
+    else if (result.error.Failed())
+        Complain(
+            FillIn(resources.InterfaceLabel(kTextNotSaved), {result.path, Reason(result.error)}));
+    controls_->ShowHistory();
+    run_->UnPause();
+}
+
+// All that is half typed becomes part of the document, and so do the windows as they stand.
+void SimulationSaver::Gather() {
+    document_->Portal()->CommitChanges();  // of the windows too
+    controls_->SetSimValues();
+    controls_->SetEpochValues();
+    controls_->SetPhysicalBodyValues();
+    controls_->SetNonPhysicalBodyValues();
+    BMessage fields;
+    displays_->Archive(&fields);
+    SetSimWindowInfo(&fields);
+    document_->SetWindowFields(std::move(fields));
+}
+
+void SimulationSaver::SetSimWindowInfo(BMessage* archive) const {
+    SetWindowInfo(archive, *window_, "Edit at", nullptr);
+    controls_->Windows()->Archive(archive);
+    panel_.SetArea(archive);
+}
+
+void SimulationSaver::KeepRecoveryCopy() {
+    run_->Rest();
+    Gather();
+    if (const DocumentError error = KeepCopyIfUnsaved(document_, &file_); error.Failed())
+        TellNotCopied(error);
+    run_->UnRest();
+}
+
+// --- What went wrong ---
+
+void SimulationSaver::TellNotOpened(const std::string& name, const DocumentError& error) {
+    Complain(FillIn(host_->Resources().InterfaceLabel(kTextNotOpened), {name, Reason(error)}));
+}
+
+void SimulationSaver::TellNotCopied(const DocumentError& error) {
+    Complain(
+        FillIn(host_->Resources().InterfaceLabel(kTextNotCopied), {file_.Name(), Reason(error)}));
+}
+
+std::string SimulationSaver::Reason(const DocumentError& error) const {
+    return error.Reason(host_->Resources());
+}
+
+void SimulationSaver::Complain(const std::string& text) {
+    controls_->ShowMessage(text);
+    const std::string line = FillIn(host_->Resources().InterfaceLabel(kTextPrinted), {text});
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}

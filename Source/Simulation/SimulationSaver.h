@@ -1,0 +1,62 @@
+// Saving one simulation from its window: gathers what is half typed and where the windows stand,
+// asks for a name where there is none, writes, and tells how it went. Owned by the window and used
+// on its thread, with the window locked.
+#pragma once
+
+#include <string>
+
+#include "BMessenger.h"
+#include "DocumentFile.h"
+#include "SavePanel.h"
+
+class BMessage;
+class BWindow;
+class DisplayList;
+class RunControl;
+class SimulationControls;
+class SimulationDocument;
+class SimulationHost;
+
+class SimulationSaver {
+public:
+    // Answers of the panel, with ref "directory" and string "name", for SaveRequested.
+    static constexpr uint32 kSaveNamed = FourCC("SAVE");
+    static constexpr uint32 kSaveEpochNamed = FourCC("sver");
+    static constexpr const char* kDirectory = "directory";
+    static constexpr const char* kName = "name";
+
+    // None is owned.
+    SimulationSaver(BWindow* window, SimulationHost* host, SimulationDocument* document,
+                    RunControl* run, SimulationControls* controls, DisplayList* displays);
+
+    [[nodiscard]] DocumentFile& File() { return file_; }
+    [[nodiscard]] SavePanel& Panel() { return panel_; }
+
+    // To the document's file, or where the user says; then `answer` comes from the panel. True if
+    // the document was saved at once.
+    bool Save(uint32 answer);
+    void SaveAs(uint32 answer);
+    void SaveCurrentEpoch();
+    // False for a message that is no answer of the panel.
+    bool SaveRequested(const BMessage& message, bool allEpochs);
+    void KeepRecoveryCopy();
+    // A document that is no such was to be opened.
+    void TellNotOpened(const std::string& name, const DocumentError& error);
+
+private:
+    void SaveRequested(const entry_ref& directory, const std::string& name, bool allEpochs);
+    void Gather();
+    void SetSimWindowInfo(BMessage* archive) const;
+    void TellNotCopied(const DocumentError& error);
+    void Complain(const std::string& text);
+    [[nodiscard]] std::string Reason(const DocumentError& error) const;
+
+    BWindow* const window_;
+    SimulationHost* const host_;
+    SimulationDocument* const document_;
+    RunControl* const run_;
+    SimulationControls* const controls_;
+    DisplayList* const displays_;
+    DocumentFile file_;
+    SavePanel panel_;
+};

@@ -1,0 +1,119 @@
+#include "SubsidiaryWindows.h"
+
+#include <algorithm>
+
+#include "AnimationWindow.h"
+#include "DisplayContext.h"
+#include "EpochWindow.h"
+#include "GroupWindow.h"
+#include "SimulationDocument.h"
+#include "TrailDiscWindow.h"
+#include "WindowPlacement.h"
+#include "WindowPlaces.h"
+
+namespace {
+
+// More check boxes than these nobody looks through.
+constexpr int32 kMaxChoices = 500;
+constexpr float kGroupShift = 40.0f;
+
+void ShowOrActivate(BWindow* window) {
+    if (!window->Lock()) return;
+    if (window->IsHidden()) {
+        keep_on_screen(window);
+        window->Show();
+    } else {
+        window->Activate();
+    }
+    window->Unlock();
+}
+
+void LockAndQuit(BWindow* window) {
+    if (window != nullptr && window->Lock()) window->Quit();
+}
+
+}  // namespace
+
+SubsidiaryWindows::SubsidiaryWindows(SimulationDocument* document, BLooper* owner,
+                                     const DisplayContext& context)
+    : epochs_(new EpochWindow(document->Portal(), document->Root(), owner, context)),
+      animation_(new AnimationWindow(document->Portal(), owner, context)),
+      trailDisc_(new TrailDiscWindow(document->Portal(), owner, context)),
+      document_(document),
+      owner_(owner),
+      context_(context) {
+    epochs_->Run();
+    animation_->Run();
+    trailDisc_->Run();
+}
+
+void SubsidiaryWindows::Quit() {
+    EndGroupRequest();
+    LockAndQuit(epochs_);
+    LockAndQuit(animation_);
+    LockAndQuit(trailDisc_);
+    epochs_ = nullptr;
+    animation_ = nullptr;
+    trailDisc_ = nullptr;
+}
+
+void SubsidiaryWindows::SetTitles(const char* simulationName) {
+    epochs_->SetTitleFor(simulationName);
+    animation_->SetTitleFor(simulationName);
+    trailDisc_->SetTitleFor(simulationName);
+}
+
+void SubsidiaryWindows::Find(const BMessage& archive) {
+    FindWindowInfo(archive, epochs_, "Epoch at", "Epoch Show");
+    FindWindowSize(archive, epochs_, "Epoch W", "Epoch H");
+    FindWindowInfo(archive, animation_, "Anim at", "Anim Show");
+    FindWindowInfo(archive, trailDisc_, "Colors at", "Colors Show");
+}
+
+void SubsidiaryWindows::Archive(BMessage* into) const {
+    SetWindowInfo(into, *animation_, "Anim at", "Anim Show");
+    SetWindowInfo(into, *trailDisc_, "Colors at", "Colors Show");
+    SetWindowInfo(into, *epochs_, "Epoch at", "Epoch Show");
+    SetWindowSize(into, *epochs_, "Epoch W", "Epoch H");
+}
+
+void SubsidiaryWindows::ShowEpochs() {
+    ShowOrActivate(epochs_);
+}
+
+void SubsidiaryWindows::ShowAnimation() {
+    ShowOrActivate(animation_);
+}
+
+void SubsidiaryWindows::ShowTrailDisc() {
+    ShowOrActivate(trailDisc_);
+}
+
+void SubsidiaryWindows::RequestGroup(const BWindow& window) {
+    if (group_ != nullptr) return group_->Activate();
+    std::vector<GroupWindow::Choice> choices;
+    EpochPortal* const portal = document_->Portal();
+    portal->ReadLock();
+    const MassSystem* const focus = portal->FocusSystem();
+    const MassSystem* const parent = focus->Parent();
+    const int32 count = parent == nullptr ? 0 : std::min(parent->CountChildren(), kMaxChoices);
+    for (int32 i = 0; i < count; i++) {
+        const MassSystem* const system = parent->ChildAt(i);
+        choices.push_back({system->ID(), system->Name(), system == focus});
+    }
+    portal->ReadUnlock();
+    if (choices.empty()) return;
+    const BRect frame = window.Frame();
+    group_ = new GroupWindow({frame.left + kGroupShift, frame.top + kGroupShift}, choices, owner_,
+                             context_.texts);
+    group_->Show();
+}
+
+void SubsidiaryWindows::EndGroupRequest() {
+    LockAndQuit(group_);
+    group_ = nullptr;
+}
+
+bool SubsidiaryWindows::CommitAnimation() {
+    return animation_->CommitChanges();
+}

@@ -1,0 +1,189 @@
+#include "EntryHand.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSlider>
+#include <QTest>
+#include <QToolTip>
+
+#include "BView.h"
+#include "ViewPart.h"
+#include "WindowServer.h"
+
+namespace {
+
+template <typename Widget>
+Widget* Find(const BView* view, const std::string& name) {
+    for (Widget* const widget : view->Part()->Widget()->findChildren<Widget*>())
+        if (widget->accessibleName().toStdString() == name) return widget;
+    return nullptr;
+}
+
+QAbstractButton* FindButton(const BView* view, const std::string& label) {
+    for (QAbstractButton* const button : view->Part()->Widget()->findChildren<QAbstractButton*>())
+        if (button->text().toStdString() == label ||
+            button->accessibleName().toStdString() == label)
+            return button;
+    return nullptr;
+}
+
+QColorDialog* OpenColorDialog() {
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+        if (auto* const dialog = qobject_cast<QColorDialog*>(widget);
+            dialog != nullptr && dialog->isVisible())
+            return dialog;
+    return nullptr;
+}
+
+template <typename Do>
+auto OnServer(Do what) {
+    return WindowServer::Ask(what);
+}
+
+}  // namespace
+
+void EntryHand::WaitUntilActive(const BView* view) {
+    WindowServer::Perform([&] {
+        QWidget* const window = view->Part()->Widget()->window();
+        window->activateWindow();
+        static_cast<void>(QTest::qWaitForWindowActive(window));
+    });
+}
+
+void EntryHand::Type(const std::string& line, const std::string& text) const {
+    WindowServer::Perform([&] {
+        auto* const edit = Find<QLineEdit>(view_, line);
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClicks(edit, QString::fromStdString(text));
+    });
+}
+
+void EntryHand::Add(const std::string& line, const std::string& text) const {
+    WindowServer::Perform([&] {
+        auto* const edit = Find<QLineEdit>(view_, line);
+        if (QApplication::focusWidget() != edit) {
+            edit->setFocus();
+            edit->selectAll();
+        }
+        QTest::keyClicks(edit, QString::fromStdString(text));
+    });
+}
+
+void EntryHand::Enter(const std::string& line) const {
+    WindowServer::Perform([&] { QTest::keyClick(Find<QLineEdit>(view_, line), Qt::Key_Return); });
+}
+
+void EntryHand::Escape(const std::string& line) const {
+    WindowServer::Perform([&] { QTest::keyClick(Find<QLineEdit>(view_, line), Qt::Key_Escape); });
+}
+
+std::string EntryHand::Text(const std::string& line) const {
+    return OnServer([&] { return Find<QLineEdit>(view_, line)->text().toStdString(); });
+}
+
+bool EntryHand::IsEnabled(const std::string& widget) const {
+    return OnServer([&] {
+        const auto* const button = FindButton(view_, widget);
+        return button != nullptr ? button->isEnabled() : Find<QWidget>(view_, widget)->isEnabled();
+    });
+}
+
+bool EntryHand::IsRefused(const std::string& line) const {
+    return OnServer([&] {
+        const auto* const edit = Find<QLineEdit>(view_, line);
+        return edit->palette().color(QPalette::Base) !=
+               QApplication::palette().color(QPalette::Base);
+    });
+}
+
+std::string EntryHand::Hint() const {
+    return OnServer([&] { return QToolTip::text().toStdString(); });
+}
+
+void EntryHand::Choose(const std::string& field, const std::string& text) const {
+    WindowServer::Perform([&] {
+        auto* const box = Find<QComboBox>(view_, field);
+        box->setFocus();
+        for (QAction* const action : box->findChildren<QAction*>())
+            if (action->text().toStdString() == text) return action->trigger();
+        const int index = box->findText(QString::fromStdString(text));
+        box->setCurrentIndex(index);
+        emit box->activated(index);
+    });
+}
+
+std::string EntryHand::Chosen(const std::string& field) const {
+    return OnServer([&] { return Find<QComboBox>(view_, field)->currentText().toStdString(); });
+}
+
+int EntryHand::CountChoices(const std::string& field) const {
+    return OnServer([&] { return Find<QComboBox>(view_, field)->count(); });
+}
+
+void EntryHand::Click(const std::string& button) const {
+    WindowServer::Perform([&] { FindButton(view_, button)->click(); });
+}
+
+std::vector<std::string> EntryHand::TabOrder() const {
+    return OnServer([&] {
+        const QWidget* const all = view_->Part()->Widget();
+        std::vector<std::string> names;
+        for (QWidget* widget = all->nextInFocusChain(); widget != all;
+             widget = widget->nextInFocusChain()) {
+            const bool takesTab = (widget->focusPolicy() & Qt::TabFocus) != 0;
+            if (!takesTab || !all->isAncestorOf(widget) || widget->focusProxy() != nullptr ||
+                !widget->isVisible())
+                continue;
+            const auto* const button = qobject_cast<QAbstractButton*>(widget);
+            const QString& name = widget->accessibleName();
+            names.push_back((name.isEmpty() && button ? button->text() : name).toStdString());
+        }
+        return names;
+    });
+}
+
+void EntryHand::Grab(const std::string& slider, int over, int to) const {
+    WindowServer::Perform([&] {
+        auto* const widget = Find<QSlider>(view_, slider);
+        widget->setSliderDown(true);
+        widget->setSliderPosition(over);
+        widget->setSliderPosition(to);
+    });
+}
+
+void EntryHand::LetGo(const std::string& slider) const {
+    WindowServer::Perform([&] { Find<QSlider>(view_, slider)->setSliderDown(false); });
+}
+
+void EntryHand::HoldRightArrow(const std::string& slider, int repeats) const {
+    WindowServer::Perform([&] {
+        auto* const widget = Find<QSlider>(view_, slider);
+        widget->setFocus();
+        for (int i = 0; i <= repeats; i++) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Right, {}, QString(), i > 0);
+            QCoreApplication::sendEvent(widget, &press);
+        }
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Right, {});
+        QCoreApplication::sendEvent(widget, &release);
+    });
+}
+
+int EntryHand::Knob(const std::string& slider) const {
+    return OnServer([&] { return Find<QSlider>(view_, slider)->value(); });
+}
+
+void EntryHand::TryColor(unsigned rgb) {
+    WindowServer::Perform([&] { OpenColorDialog()->setCurrentColor(QColor::fromRgb(rgb)); });
+}
+
+void EntryHand::EndColorDialog(bool isAccepted) {
+    WindowServer::Perform([&] {
+        QColorDialog* const dialog = OpenColorDialog();
+        isAccepted ? dialog->accept() : dialog->reject();
+    });
+}

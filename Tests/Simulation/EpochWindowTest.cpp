@@ -1,0 +1,243 @@
+#include "EpochWindow.h"
+
+#include <gtest/gtest.h>
+
+#include "AppDefs.h"
+#include "BColumnListView.h"
+#include "InterfaceTexts.h"
+#include "ListHand.h"
+#include "ProgramMessages.h"
+#include "SimulationController.h"
+#include "TestDocument.h"
+
+namespace {
+
+Epoch* AddBelow(AbEpoch* parent, const char* name) {
+    auto* const epoch = new Epoch;
+    if (name != nullptr) epoch->SetName(name);
+    parent->AddChild(epoch);
+    return epoch;
+}
+
+// The rows as they hang below each other: "name(...)", branches with a "+" before them.
+std::string Lines(const std::vector<ColumnListRow>& rows, int64 parent = ColumnListRow::kNoKey) {
+    std::string text;
+    for (const ColumnListRow& row : rows) {
+        if (row.parent != parent) continue;
+        if (!text.empty()) text += ' ';
+        text += (row.isBranch ? "+" : "") + row.cells[0].text;
+        const std::string below = Lines(rows, row.key);
+        if (!below.empty()) text += '(' + below + ')';
+    }
+    return text;
+}
+
+EpochList MakeList() {
+    return EpochList(TestContext().texts, TestContext().timeUnits);
+}
+
+TEST(EpochList, ChainsAreLinesAndBranchesFollowThem) {
+    Epoch root;
+    Epoch* const a = AddBelow(&root, "A");
+    Epoch* const b = AddBelow(AddBelow(a, "B"), "C");
+    AbEpoch* const branch = AddBelow(b, "D");
+    AddBelow(AddBelow(branch, "E"), "F");
+    Epoch* const other = AddBelow(b, "G");
+    AddBelow(other, "H");
+    AddBelow(other, "I");
+    AddBelow(AddBelow(&root, "J"), "K");
+
+    EpochList list = MakeList();
+    list.Read(&root, branch);
+    const std::vector<ColumnListRow> rows = list.Rows();
+    EXPECT_EQ(Lines(rows), "A(B C +D(E F) +G(+H +I)) J(K)");
+    std::string inOrder;
+    for (const ColumnListRow& row : rows)
+        inOrder += row.cells[0].text;
+    EXPECT_EQ(inOrder, "ABCDEFGHIJK");
+    EXPECT_EQ(list.FocusKey(), EpochList::KeyOf(branch));
+    EXPECT_EQ(list.IndexOf(EpochList::KeyOf(other)), 6);
+    EXPECT_EQ(list.IndexOf(EpochList::KeyOf(&root)), -1);
+}
+
+TEST(EpochList, LongHistoriesKeepOneDepthAndTheirName) {
+    Epoch root;
+    AbEpoch* last = AddBelow(&root, "Genesis");
+    for (int i = 0; i < 5000; i++)
+        last = AddBelow(last, nullptr);
+    EpochList list = MakeList();
+    list.Read(&root, last);
+    const std::vector<ColumnListRow> rows = list.Rows();
+    ASSERT_EQ(rows.size(), 5001u);
+    EXPECT_EQ(rows[5000].cells[0].text, "Genesis");
+    EXPECT_EQ(rows[5000].parent, rows[0].key);
+    EXPECT_TRUE(rows[5000].isMarked);
+}
+
+TEST(EpochList, StatesTellWhatWasDone) {
+    Epoch root;
+    Epoch* const first = AddBelow(&root, "first");
+    first->SetWriteable(false);
+    Epoch* const run = AddBelow(first, nullptr);
+    run->SetTime(31556925.2);
+    run->SetTimeUval(86400.0);
+    run->SetWriteable(false);
+    Epoch* const edited = AddBelow(run, nullptr);
+    edited->SetTime(run->Time());
+    Epoch* const foreign = AddBelow(edited, nullptr);
+    foreign->SetCircumstance(3);
+
+    EpochList list = MakeList();
+    list.Read(&root, edited);
+    const std::vector<ColumnListRow> rows = list.Rows();
+    EXPECT_EQ(rows[0].cells[3].text, "Logged");
+    EXPECT_EQ(rows[1].cells[1].text, "365.24219 dy");
+    EXPECT_EQ(rows[1].cells[3].text, "Paused");
+    EXPECT_EQ(rows[2].cells[3].text, "Edited, current");
+    EXPECT_EQ(rows[3].cells[3].text, "Go");
+    list.SetRunning(true);
+    EXPECT_EQ(list.FocusRow().cells[3].text, "Go, current");
+    EXPECT_FALSE(list.ReadFocus(run));
+}
+
+class EpochWindowTest : public testing::Test {
+protected:
+    void SetUp() override {
+        window_->SetTitleFor("Tests");
+        window_->Show();
+        Settle(window_);
+    }
+    void TearDown() override {
+        document_.control.Pause();
+        if (window_->Lock()) window_->Quit();
+    }
+
+    BColumnListView* List() const {
+        return static_cast<BColumnListView*>(window_->FindView("Epochs"));
+    }
+    AbEpoch* Focus() const { return document_.portal->FocusEpoch(); }
+    int64 FocusKey() const { return EpochList::KeyOf(Focus()); }
+
+    void Press(ListHand::Key key) {
+        ListHand::Press(List(), key);
+        Settle(window_);
+    }
+    void Select(const AbEpoch* epoch) {
+        window_->Lock();
+        List()->Select(EpochList::KeyOf(epoch));
+        window_->Unlock();
+        Settle(window_);
+    }
+    int64 Selected() {
+        window_->Lock();
+        const int64 key = List()->Selection();
+        window_->Unlock();
+        return key;
+    }
+    std::string Column(int column) { return ListHand::Column(List(), column); }
+
+    TestDocument document_;
+    SimulationController controller_{&document_.document, &document_.control, &TestResources()};
+    EpochWindow* window_ = new EpochWindow(document_.portal, document_.document.Root(),
+                                           document_.owner, TestContext());
+};
+
+TEST_F(EpochWindowTest, AsksTheOwnerToRestoreAndToDelete) {
+    AbEpoch* const first = Focus();
+    controller_.DupCurrentEpoch();
+    AbEpoch* const second = Focus();
+    Settle(window_);
+    EXPECT_EQ(window_->Title(), "Epochs for Tests");
+    EXPECT_EQ(Column(0), "Genesis|Genesis*");
+    EXPECT_EQ(Selected(), EpochList::KeyOf(second));
+
+    Select(first);
+    Press(ListHand::Key::kEnter);
+    const BMessage restore = document_.owner->WaitFor(kEditEpoch);
+    int32 index = -1;
+    EXPECT_EQ(restore.FindInt32("index", &index), B_OK);
+    EXPECT_EQ(index, 0);
+    EXPECT_EQ(window_->EpochFor(restore), first);
+
+    Press(ListHand::Key::kDelete);
+    const BMessage remove = document_.owner->WaitFor(kDeleteEpoch);
+    EXPECT_EQ(window_->EpochFor(remove), first);
+    EXPECT_TRUE(controller_.DeleteEpoch(first));
+    // Another one asked for the same before.
+    EXPECT_EQ(window_->EpochFor(remove), nullptr);
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Genesis*");
+    controller_.Undo();
+    EXPECT_EQ(window_->EpochFor(remove), first);
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Genesis|Genesis*");
+    Select(second);
+    controller_.EditEpoch(first);
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Genesis*|Genesis");
+    EXPECT_EQ(Selected(), EpochList::KeyOf(first));
+}
+
+TEST_F(EpochWindowTest, RenamesAnyEpochWithoutLeavingTheFocus) {
+    AbEpoch* const first = Focus();
+    controller_.DupCurrentEpoch();
+    AbEpoch* const second = Focus();
+    Settle(window_);
+    Select(first);
+    Press(ListHand::Key::kRename);
+    ASSERT_TRUE(ListHand::Type(List(), "Origin of all"));
+    ListHand::Enter(List());
+    Settle(window_);
+    EXPECT_EQ(first->Name(), "Origin of all");
+    EXPECT_EQ(Column(0), "Origin of all|Origin of all*");
+    EXPECT_EQ(Focus(), second);
+    EXPECT_TRUE(controller_.Undo());
+    EXPECT_EQ(first->Name(), "Genesis");
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Genesis|Genesis*");
+}
+
+TEST_F(EpochWindowTest, ANameThatIsBeingTypedIsCommitted) {
+    Select(Focus());
+    Press(ListHand::Key::kRename);
+    ASSERT_TRUE(ListHand::Type(List(), "Half ty"));
+    EXPECT_TRUE(document_.portal->CommitChanges());
+    EXPECT_EQ(Focus()->Name(), "Half ty");
+    EXPECT_FALSE(document_.portal->CommitChanges());
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Half ty*");
+    // Only what was done can be undone: one step.
+    EXPECT_TRUE(controller_.Undo());
+    EXPECT_FALSE(controller_.Undo());
+}
+
+TEST_F(EpochWindowTest, FollowsARun) {
+    document_.Run(10);
+    Settle(window_);
+    EXPECT_EQ(Column(3), "Logged|Paused, current*");
+    document_.Go();
+    window_->SetRunning(true);
+    Settle(window_);
+    EXPECT_EQ(Column(3), "Logged|Paused|Go, current*");
+    EXPECT_EQ(Column(2), "4|4|4*");
+    EXPECT_EQ(Selected(), FocusKey());
+    document_.Pause();
+    window_->SetRunning(false);
+    Settle(window_);
+    // Paused, or as it was when nothing was computed in so short a time.
+    EXPECT_EQ(Column(3).find("Go"), std::string::npos);
+}
+
+TEST_F(EpochWindowTest, ClosingHidesAndShowingAgainReads) {
+    ASSERT_EQ(window_->PostMessage(B_QUIT_REQUESTED), B_OK);
+    Settle(window_);
+    EXPECT_TRUE(window_->IsHidden());
+    controller_.DupCurrentEpoch();
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Genesis*");
+    window_->Show();
+    Settle(window_);
+    EXPECT_EQ(Column(0), "Genesis|Genesis*");
+}
+
+}  // namespace

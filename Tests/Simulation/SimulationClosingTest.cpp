@@ -1,0 +1,198 @@
+// Closing a simulation: what is asked, what is done, and that everything ends at any moment.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <thread>
+
+#include "AppDefs.h"
+#include "BApplication.h"
+#include "EpochPortal.h"
+#include "ProgramMessages.h"
+#include "ProjectionDisplay.h"
+#include "SampleDocument.h"
+#include "TestDocument.h"
+#include "TestSimulation.h"
+#include "UserHand.h"
+
+namespace {
+
+constexpr uint32 kReallyQuit = FourCC("rlyq");
+constexpr uint32 kSaveThenQuit = FourCC("svtq");
+constexpr const char* kQuestion = "Orvek (New Simulation): Message";
+
+BMessage Answer(uint32 what, bool isForGood) {
+    BMessage message(what);
+    message.AddBool("CheckBox", isForGood);
+    return message;
+}
+
+struct SimulationClosingTest : testing::Test {
+    TestHost host;
+
+    int32 StandingAnswer() {
+        const BMessage response = host.application->WaitFor(kSetDefaultResponse);
+        int32 window = 0;
+        int32 command = 0;
+        EXPECT_EQ(response.FindInt32("Window ID", &window), B_OK);
+        EXPECT_EQ(response.FindInt32("Default", &command), B_OK);
+        EXPECT_EQ(window, 1);
+        return command;
+    }
+    bool IsDoomed(const TestSimulation& simulation) {
+        void* doomed = nullptr;
+        host.application->WaitFor(kDeleteMe).FindPointer(kDoomedSimulation, &doomed);
+        return doomed == simulation.window && simulation.window->IsHidden();
+    }
+};
+
+TEST_F(SimulationClosingTest, ASavedOneAsksNothing) {
+    TestSimulation simulation(&host, PlanetRecord());
+    simulation.Send(B_QUIT_REQUESTED);
+    EXPECT_TRUE(IsDoomed(simulation));
+    // Nothing that comes now can set it going again.
+    simulation.Send(kTogglePause);
+    simulation.Send(B_QUIT_REQUESTED);
+    EXPECT_FALSE(host.application->Has(kDeleteMe));
+}
+
+TEST_F(SimulationClosingTest, AnUnsavedOneAsksOnceAndCancelKeepsItRunning) {
+    TestSimulation simulation(&host, PlanetRecord());
+    simulation.Send(kTogglePause);
+    simulation.Send(B_QUIT_REQUESTED);
+    simulation.Send(B_QUIT_REQUESTED);
+    UserHand::WaitForWindow(kQuestion);
+    EXPECT_EQ(simulation.GoLabel(), "Pause");
+    UserHand::Press(kQuestion, UserHand::Key::kEscape);  // closes the box
+    host.application->WaitFor(kCloseCancelled);
+    UserHand::WaitForWindow(kQuestion, false);
+    simulation.Send(B_QUIT_REQUESTED);
+    UserHand::WaitForWindow(kQuestion);
+    simulation.Send(Answer(1, false));
+    host.application->WaitFor(kCloseCancelled);
+    EXPECT_EQ(simulation.GoLabel(), "Pause");
+    EXPECT_FALSE(simulation->IsHidden());
+    EXPECT_FALSE(host.application->Has(kDeleteMe));
+    simulation.Send(kTogglePause);
+}
+
+TEST_F(SimulationClosingTest, AStandingAnswerClosesWithoutSaving) {
+    TestSimulation simulation(&host, PlanetRecord(), "file");
+    simulation.Send(kNewBody);
+    host.standingAnswer = kReallyQuit;
+    simulation.Send(B_QUIT_REQUESTED);
+    EXPECT_TRUE(IsDoomed(simulation));
+    EXPECT_FALSE(std::filesystem::exists(host.Path("file")));
+}
+
+TEST_F(SimulationClosingTest, AnswersAreRememberedAsDontSave) {
+    TestSimulation saving(&host, PlanetRecord(), "file");
+    saving.Send(kNewBody);
+    saving.Send(Answer(kSaveThenQuit, true));
+    EXPECT_EQ(StandingAnswer(), static_cast<int32>(kReallyQuit)) << "deliberately";
+    EXPECT_TRUE(IsDoomed(saving));
+    EXPECT_TRUE(std::filesystem::exists(host.Path("file")));
+
+    TestSimulation closing(&host, PlanetRecord(), "other");
+    closing.Send(kNewBody);
+    closing.Send(Answer(kReallyQuit, true));
+    EXPECT_EQ(StandingAnswer(), static_cast<int32>(kReallyQuit));
+    EXPECT_TRUE(IsDoomed(closing));
+    EXPECT_FALSE(std::filesystem::exists(host.Path("other")));
+
+    TestSimulation once(&host, PlanetRecord());
+    once.Send(Answer(kReallyQuit, false));
+    EXPECT_TRUE(IsDoomed(once));
+    EXPECT_FALSE(host.application->Has(kSetDefaultResponse));
+}
+
+TEST_F(SimulationClosingTest, AnUntitledOneIsNamedBeforeItCloses) {
+    TestSimulation simulation(&host, PlanetRecord());
+    simulation.Send(kNewBody);
+    simulation.Send(Answer(kSaveThenQuit, false));
+    UserHand::WaitForWindow("Save New Simulation as");
+    UserHand::Press("Save New Simulation as", UserHand::Key::kEscape);
+    host.application->WaitFor(kCloseCancelled);
+    EXPECT_FALSE(simulation->IsHidden());
+    simulation.Name(kSaveThenQuit, host.folder.Path(), "named");
+    EXPECT_TRUE(IsDoomed(simulation));
+    EXPECT_TRUE(std::filesystem::exists(host.Path("named")));
+}
+
+TEST_F(SimulationClosingTest, CloseThenOpenOpensEitherWay) {
+    TestSimulation simulation(&host, PlanetRecord());
+    simulation.Send(kNewBody);
+    simulation.Send(kCloseThenOpen);
+    EXPECT_FALSE(host.application->WaitFor(kOpen).HasName(kSimulationField));
+    UserHand::WaitForWindow(kQuestion);
+    EXPECT_FALSE(host.application->Has(kDeleteMe));
+}
+
+// --- The end, at any moment ---
+
+TEST_F(SimulationClosingTest, ADamagedDocumentClosesItself) {
+    BMessage damaged = PlanetRecord();
+    BMessage epoch;
+    ASSERT_EQ(damaged.FindMessage("Epochs", &epoch), B_OK);
+    epoch.RemoveName("Time");
+    epoch.AddDouble("Time", std::numeric_limits<double>::quiet_NaN());
+    damaged.RemoveName("Epochs");
+    damaged.AddMessage("Epochs", &epoch);
+    auto* const window = new Simulation({40, 40, 240, 240}, &host);
+    window->Init(std::make_unique<BMessage>(damaged), {}, "damaged", false);
+    host.application->WaitFor(kDeleteMe);
+    ASSERT_TRUE(window->Lock());
+    window->Quit();
+}
+
+TEST_F(SimulationClosingTest, QuitsInTheMiddleOfBuilding) {
+    for (const uint32 step : {kBuildMenuBar, kBuildRootView, kBuildBodySettings,
+                              kBuildGlobalControls, kArrangeWindow, kShowWindow}) {
+        auto* const window = new Simulation({40, 40, 240, 240}, &host);
+        window->Init(std::make_unique<BMessage>(PlanetRecord()), {}, nullptr, true);
+        host.application->WaitFor(step);
+        ASSERT_TRUE(window->Lock());
+        window->Quit();
+    }
+}
+
+TEST_F(SimulationClosingTest, QuitsWithEverythingOpenAndRunning) {
+    const int32 windows = BApplication::CountWindows();
+    for (int round = 0; round < 5; round++) {
+        TestSimulation simulation(&host, PlanetRecord());
+        BMessage display(kNewDisplay);
+        display.AddInt32(kDisplayTypeField, ProjectionDisplay::kType);
+        simulation.Send(display);
+        for (const uint32 what :
+             {kShowAnimation, kShowEpochs, kShowTrailDisc, kSaveAs, kTogglePause, B_QUIT_REQUESTED})
+            simulation.Send(what);
+        // On their way while it ends: a display that closes, commands of another thread.
+        static_cast<void>(
+            static_cast<BLooper*>(simulation.FirstDisplay())->PostMessage(B_QUIT_REQUESTED));
+        Simulation* const window = simulation.window;
+        std::thread sender([window] {
+            for (int i = 0; i < 50; i++)
+                for (const uint32 what : {kNewBody, kUndo, kTogglePause, kRedisplay})
+                    if (static_cast<BLooper*>(window)->PostMessage(what) == B_BAD_VALUE) return;
+        });
+        simulation.Quit();
+        sender.join();
+        EXPECT_EQ(BApplication::CountWindows(), windows);
+    }
+}
+
+// Entries are committed by commands of any thread; the window may end meanwhile.
+TEST_F(SimulationClosingTest, QuitsWhileAnotherThreadCommits) {
+    TestSimulation simulation(&host, PlanetRecord());
+    EpochPortal portal(*simulation.Portal());
+    std::atomic<bool> isOver{false};
+    std::thread committer([&] {
+        while (!isOver)
+            portal.CommitChanges();
+    });
+    simulation.Send(kNewBody);
+    simulation.Quit();
+    isOver = true;
+    committer.join();
+}
+
+}  // namespace

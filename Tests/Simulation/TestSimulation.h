@@ -1,0 +1,104 @@
+// Simulations as the application has them: a host with a looper that hands build messages back, and
+// a way to send a simulation messages and to look at what it does.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "BLooper.h"
+#include "BMessage.h"
+#include "RecoveryFolder.h"
+#include "Simulation.h"
+#include "SimulationHost.h"
+#include "TestFolder.h"
+
+class EpochPortal;
+class ProjectionDisplay;
+
+// Stands for the application.
+class TestApplication : public BLooper {
+public:
+    TestApplication() : BLooper("application") { Run(); }
+
+    void MessageReceived(BMessage* message) override;
+    // Waits for one with this code, and forgets all up to it.
+    BMessage WaitFor(uint32 what);
+    // Has one come that was not waited for?
+    bool Has(uint32 what);
+
+private:
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::vector<BMessage> received_;
+};
+
+// Recovery copies are kept in a folder of the test's.
+class TestHost : public SimulationHost {
+public:
+    TestHost();
+    ~TestHost() override;
+
+    [[nodiscard]] BLooper* Application() override { return application; }
+    [[nodiscard]] const ProgramResources& Resources() const override;
+    [[nodiscard]] const DisplayContext& Context() const override;
+    [[nodiscard]] uint32 DefaultResponse(int32 windowID) const override;
+    void NoteDocument(const char* path) override;
+    [[nodiscard]] std::vector<std::string> Noted();
+
+    TestFolder folder;
+    TestApplication* const application = new TestApplication;
+    std::atomic<uint32> standingAnswer{0};  // to whether to save
+
+    [[nodiscard]] RecoveryFolder Recovery() const;
+    [[nodiscard]] std::string Path(const char* name) const { return folder.Path() + '/' + name; }
+
+private:
+    std::mutex mutex_;
+    std::vector<std::string> noted_;
+};
+
+class TestSimulation {
+public:
+    // An untitled one from the record, or from the template. Built, unless it could not be read.
+    explicit TestSimulation(TestHost* host);
+    TestSimulation(TestHost* host, const BMessage& record);
+    // From a file in the host's folder, or from a recovery copy.
+    TestSimulation(TestHost* host, const BMessage& record, const char* name);
+    TestSimulation(TestHost* host, const RecoveryCopy& copy);
+    // Quits it, as the application does.
+    ~TestSimulation();
+    TestSimulation(const TestSimulation&) = delete;
+    TestSimulation& operator=(const TestSimulation&) = delete;
+
+    Simulation* operator->() const { return window; }
+    void Quit();
+
+    // Returns when it has been handled; the answer, if there is one.
+    BMessage Send(uint32 what);
+    BMessage Send(const BMessage& message);
+    // The answer of a save panel.
+    void Name(uint32 answer, const std::string& folder, const std::string& name);
+    // Saves it in the host's folder and reads the file.
+    BMessage SavedAs(const char* name);
+
+    // The document, as its first display knows it.
+    [[nodiscard]] ProjectionDisplay* FirstDisplay() const;
+    [[nodiscard]] EpochPortal* Portal() const;
+    [[nodiscard]] std::size_t CountDisplays() const;
+    [[nodiscard]] std::size_t CountBodies() const;
+    // Waits until the server and the window have done what was asked for.
+    void Settle() const;
+    [[nodiscard]] bool IsMarkedModified() const;
+    [[nodiscard]] std::string GoLabel() const;
+    [[nodiscard]] std::string Message() const;
+
+    TestHost* const host;
+    Simulation* window;
+
+private:
+    std::vector<ProjectionDisplay*> Displays() const;
+};
