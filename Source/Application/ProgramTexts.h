@@ -1,5 +1,5 @@
-// Numbers of the texts that the program prints (Resources/DisplayFeatures.rdef). Gaps in them are
-// filled by FillIn.
+// Numbers of the texts that the program prints (Resources/DisplayFeatures.rdef), and those of the
+// application's boxes (Resources/ApplicationFeatures.rdef). Gaps in them are filled by FillIn.
 #pragma once
 
 #include "SupportDefs.h"
@@ -9,4 +9,11 @@ enum ProgramText : int32 {
     kTextProgramVersion = 3401,  // %1: the version
     kTextProgramUsage = 3402,    // %1: the option that there is not
     kTextCannotOpen = 3403,      // %1: the file, %2: why
+
+    kTextRecoveryTitle = 3502,
+    kTextRecovery = 3503,  // %1: the document, %2: day and time of the copy
+    kTextDiscard = 3504,
+    kTextLater = 3505,
+    kTextRecover = 3506,
+    kTextNoDisplay = 3507,
 };

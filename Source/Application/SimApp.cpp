@@ -1,75 +1,210 @@
 #include "SimApp.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <new>
+#include <thread>
 
+#include "AbEpoch.h"
 #include "AppDefs.h"
-#include "BFilePanel.h"
-#include "BMessage.h"
+#include "BEntry.h"
 #include "BMessenger.h"
+#include "BNode.h"
+#include "BNodeInfo.h"
 #include "BPath.h"
 #include "DocumentError.h"
-#include "DocumentLooper.h"
 #include "InterfaceLabels.h"
+#include "MessageWindow.h"
+#include "ProgramIcons.h"
 #include "ProgramMessages.h"
 #include "ProgramTexts.h"
+#include "RecentDocuments.h"
+#include "RememberedSettings.h"
+#include "Simulation.h"
 #include "SimulationFile.h"
-#include "SubWindow.h"
 #include "TextTemplate.h"
+#include "WindowServer.h"
 
 namespace {
 
 constexpr const char* kSignature = SimulationFile::kPreferredApplication;
 
+// Where a simulation's window is until it has read its document.
+constexpr BRect kFirstFrame{40.0f, 40.0f, 240.0f, 240.0f};
+
+BMessenger MessengerTo(BHandler* handler) {
+    return BMessenger(handler);
+}
+
+// What a document lacks that was copied without its attributes.
+void MarkAsDocument(const std::string& path) {
+    BNode node(path.c_str());
+    BNodeInfo info(&node);
+    std::string present;
+    if (info.GetPreferredApp(&present) == B_ENTRY_NOT_FOUND)
+        info.SetPreferredApp(SimulationFile::kPreferredApplication);
+    if (info.GetType(&present) == B_ENTRY_NOT_FOUND) info.SetType(SimulationFile::kType);
+}
+
 }  // namespace
 
-SimApp::SimApp(const ProgramResources* resources)
+SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
     : BApplication(kSignature),
       resources_(resources),
       texts_(resources),
       menus_(texts_, resources->MassUnits(), resources->DistanceUnits(), resources->SpeedUnits(),
              resources->TimeUnits()),
-      context_{&texts_, &resources->DistanceUnits(), &resources->TimeUnits(), &menus_} {}
+      icon_(ProgramIcons::Mini()),
+      context_{&texts_,
+               &resources->MassUnits(),
+               &resources->DistanceUnits(),
+               &resources->SpeedUnits(),
+               &resources->TimeUnits(),
+               &menus_,
+               &icon_},
+      recovery_(recovery),
+      openPanel_(this),
+      newSimulation_(resources->NewSimulation()),
+      recoveryOffers_(this, &texts_) {
+    const BBitmap largeIcon = ProgramIcons::Large();
+    WindowServer::SetProgramIcon(&largeIcon);
+    ReadSettings();
+    if (!newSimulation_.IsEmpty()) openPanel_.PutAreaInto(&newSimulation_);
+    AbEpoch::origin.SetName(texts_.Label(kLabelOrigin));
+}
 
 SimApp::~SimApp() = default;
 
-// --- Simulations ---
+// --- What is remembered ---
 
+void SimApp::ReadSettings() {
+    RememberedSettings settings;
+    if (settings.Load(&defaultResponses_) != B_OK) settings = {};
+    openPanel_.TakeSettings(settings);
+    std::erase_if(settings.recentDocuments,
+                  [](const std::string& path) { return !BEntry(path.c_str()).Exists(); });
+    RecentDocuments::Shared().Set(std::move(settings.recentDocuments));
+}
+
+void SimApp::WriteSettings() {
+    RememberedSettings settings;
+    openPanel_.AddToSettings(&settings);
+    settings.recentDocuments = RecentDocuments::Shared().Paths();
+    // Settings that cannot be kept cost nothing but themselves.
+    static_cast<void>(settings.Save(defaultResponses_));
+}
+
+void SimApp::GetIcon(BBitmap* bitmap) const {
+    if (bitmap->Bounds() == icon_.Bounds() && bitmap->ColorSpace() == icon_.ColorSpace())
+        bitmap->SetBits(icon_.Bits(), static_cast<std::size_t>(icon_.BitsLength()));
+}
+
+void SimApp::NoteDocument(const char* path) {
+    RecentDocuments::Shared().Note(path);
+}
+
+// --- Start ---
+
+// Files of the launch have opened their windows before this.
 void SimApp::ReadyToRun() {
     if (simulations_.empty()) CreateSimulation();
 }
 
 void SimApp::ArgvReceived(const std::vector<std::string>& arguments) {
     for (std::size_t i = 1; i < arguments.size(); i++)
-        OpenFile(arguments[i]);
+        if (!arguments[i].starts_with("-")) OpenPath(arguments[i]);
 }
 
 void SimApp::RefsReceived(BMessage* message) {
+    // Who hands files over hears that they are in good hands.
+    SendReply(BMessage(B_REPLY));
+    void* requester = nullptr;
+    // A message from the open panel has the field, even if it holds no simulation.
+    const bool isFromPanel = message->FindPointer(kSimulationField, &requester) == B_OK;
+    Simulation* reuse = nullptr;
+    if (IsOpen(requester) && static_cast<Simulation*>(requester)->IsNewlyCreated())
+        reuse = static_cast<Simulation*>(requester);
+    // Deliberately the same window for all of them: of several files over an untouched window the
+    // last one stays.
     entry_ref ref;
     for (int32 i = 0; message->FindRef("refs", i, &ref) == B_OK; i++)
-        if (const BPath path(ref); path.InitCheck() == B_OK) OpenFile(path.Path());
+        OpenFile(ref, isFromPanel, reuse);
+}
+
+// --- Simulations ---
+
+bool SimApp::IsOpen(const void* simulation) const {
+    return std::find(simulations_.begin(), simulations_.end(), simulation) != simulations_.end();
 }
 
 void SimApp::CreateSimulation() {
-    Add(resources_->NewSimulation(), resources_->InterfaceLabel(kLabelUntitled), {});
+    CreateSimulation(newSimulation_, openPanel_.Directory(), nullptr, true);
 }
 
-void SimApp::OpenFile(const std::string& path) {
-    BMessage record;
-    if (DocumentError error = SimulationFile::Read(path, &record); error.Failed())
-        Complain(path, error);
-    else
-        Add(record, BPath(path.c_str()).Leaf(), path);
-}
-
-void SimApp::Add(const BMessage& record, const std::string& name, const std::string& path) {
-    auto* const simulation = new DocumentLooper(resources_, &context_, name, path);
-    if (DocumentError error = simulation->Init(record); error.Failed()) {
-        Complain(path.empty() ? name : path, error);
-        return simulation->Quit();
+// Null when there is no memory for another simulation.
+Simulation* SimApp::CreateSimulation(const BMessage& archive, const entry_ref& directory,
+                                     const char* name, bool isNewlyCreated) {
+    try {
+        auto record = std::make_unique<BMessage>(archive);
+        auto* const simulation = new Simulation(kFirstFrame, this);
+        simulations_.push_back(simulation);
+        simulation->Init(std::move(record), directory, name, isNewlyCreated);
+        return simulation;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
     }
-    simulations_.push_back(simulation);
-    simulation->Run();
+}
+
+void SimApp::DeleteSimulation(Simulation* simulation) {
+    if (std::erase(simulations_, simulation) == 0) return;
+    if (simulation->Lock()) simulation->Quit();
+    quitRound_.Closed(simulation);
+    if (simulations_.empty() && (quitRound_.IsUnderWay() || !openPanel_.IsShowing()))
+        static_cast<void>(PostMessage(B_QUIT_REQUESTED));
+}
+
+// --- Files ---
+
+void SimApp::OpenPath(const std::string& path) {
+    entry_ref ref;
+    if (get_ref_for_path(path.c_str(), &ref) == B_OK)
+        OpenFile(ref, false, nullptr);
+    else
+        Complain(path, DocumentError::System(ENOENT));
+}
+
+void SimApp::OpenRecent(const BMessage& message) {
+    std::string path;
+    if (message.FindString("path", &path) != B_OK) return;
+    if (BEntry(path.c_str()).Exists())
+        OpenPath(path);
+    else
+        RecentDocuments::Shared().Forget(path);
+}
+
+// What is no document is not opened, and no box says so; standard error tells why.
+void SimApp::OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse) {
+    const BEntry entry(ref, true);
+    BPath path(ref);
+    BEntry parent;
+    entry_ref directory;
+    if (entry.InitCheck() != B_OK || entry.GetPath(&path) != B_OK)
+        return Complain(path.Path(), DocumentError::System(ENOENT));
+    BMessage archive;
+    const DocumentError error = SimulationFile::Read(path.Path(), &archive);
+    const bool hasTag = !error.Failed() || error.text == kTextDamaged ||
+                        error.text == kTextNestedTooDeeply || error.text == kTextTooLarge;
+    if (!hasTag) return Complain(path.Path(), error);
+    if (entry.GetParent(&parent) != B_OK || parent.GetRef(&directory) != B_OK) return;
+    if (remembersDirectory) openPanel_.SetDirectory(directory);
+    MarkAsDocument(path.Path());
+    if (error.Failed()) return Complain(path.Path(), error);
+    if (!OpenPanel::HasArea(archive)) openPanel_.PutAreaInto(&archive);
+    if (reuse != nullptr)
+        reuse->ReLoad(std::make_unique<BMessage>(std::move(archive)), directory, entry.Name());
+    else
+        CreateSimulation(archive, directory, entry.Name(), false);
 }
 
 void SimApp::Complain(const std::string& file, const DocumentError& error) const {
@@ -78,46 +213,163 @@ void SimApp::Complain(const std::string& file, const DocumentError& error) const
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-void SimApp::DeleteSimulation(DocumentLooper* simulation) {
-    if (std::erase(simulations_, simulation) == 0) return;
-    if (simulation->Lock()) simulation->Quit();
-    const bool isChoosing = openPanel_ != nullptr && openPanel_->IsShowing();
-    if (simulations_.empty() && !isChoosing) static_cast<void>(PostMessage(B_QUIT_REQUESTED));
+// --- Recovery copies ---
+
+void SimApp::Recover() {
+    if (!recoveryOffers_.IsOffering()) return;
+    const RecoveryCopy& copy = recoveryOffers_.Current();
+    auto archive = std::make_unique<BMessage>();
+    if (const DocumentError error = SimulationFile::Read(copy.path, archive.get()); error.Failed())
+        return Complain(copy.path, error);
+    // The empty simulation that the program began with has served its purpose.
+    Simulation* const first = simulations_.size() == 1 ? simulations_.front() : nullptr;
+    auto* const simulation = new Simulation(kFirstFrame, this);
+    simulations_.push_back(simulation);
+    simulation->InitFromRecovery(std::move(archive), copy);
+    if (first != nullptr && first->IsNewlyCreated()) DeleteSimulation(first);
 }
 
+// All at the same time, and none longer than this: the desktop waits.
+void SimApp::KeepRecoveryCopies() {
+    constexpr bigtime_t kPatience = 4'000'000;
+    std::vector<std::thread> keepers;
+    for (Simulation* simulation : simulations_)
+        keepers.emplace_back([target = MessengerTo(simulation)] {
+            const BMessage keep(Simulation::kKeepRecoveryCopy);
+            BMessage reply;
+            static_cast<void>(target.SendMessage(&keep, &reply, kPatience / 2, kPatience));
+        });
+    for (std::thread& keeper : keepers)
+        keeper.join();
+}
+
+void SimApp::EndSession() {
+    KeepRecoveryCopies();
+    Quit();
+}
+
+// --- The end ---
+
 bool SimApp::QuitRequested() {
+    if (simulations_.empty()) return true;
+    quitRound_.Begin(simulations_);
+    return false;
+}
+
+void SimApp::Quit() {
+    WriteSettings();
+    openPanel_.Close();
+    recoveryOffers_.End();
     while (!simulations_.empty()) {
-        DocumentLooper* const simulation = simulations_.back();
+        Simulation* const simulation = simulations_.back();
         simulations_.pop_back();
         if (simulation->Lock()) simulation->Quit();
     }
-    return true;
+    if (aboutWindow_ != nullptr && aboutWindow_->Lock()) aboutWindow_->Quit();
+    aboutWindow_ = nullptr;
+    BApplication::Quit();
+}
+
+// --- Boxes ---
+
+void SimApp::AboutRequested() {
+    if (aboutWindow_ != nullptr) return aboutWindow_->Activate();
+    const error_option ok{texts_.Label(kLabelOK), {}, {}};
+    aboutWindow_ =
+        new MessageWindow(MessageWindow::kAbout, this, {}, nullptr, true,
+                          texts_.Text(kLabelAboutText), nullptr, nullptr, &ok, nullptr, texts_);
+    aboutWindow_->SetTitle(texts_.Text(kLabelAboutTitle));
+    aboutWindow_->Show();
+}
+
+void SimApp::MessageWindowClosed(const void* window) {
+    if (recoveryOffers_.BoxClosed(window)) return;
+    if (aboutWindow_ == nullptr || window != static_cast<const void*>(aboutWindow_)) return;
+    if (aboutWindow_->Lock()) aboutWindow_->Quit();
+    aboutWindow_ = nullptr;
+}
+
+void SimApp::Activate() {
+    SendReply(BMessage(B_REPLY));
+    if (!simulations_.empty())
+        simulations_.back()->Activate();
+    else if (openPanel_.IsShowing())
+        openPanel_.Show(nullptr);
 }
 
 // --- Messages ---
 
-void SimApp::Open() {
-    if (openPanel_ == nullptr)
-        openPanel_ =
-            std::make_unique<BFilePanel>(B_OPEN_PANEL, BMessenger(static_cast<BHandler*>(this)));
-    openPanel_->Show();
+void SimApp::AttemptMessage(const BMessage* message, BLooper* looper) {
+    constexpr int kMaxMessageAttempts = 100;
+    constexpr bigtime_t kPause = 100'000;
+    for (int retries = 0; looper->PostMessage(message, looper) != B_OK; retries++) {
+        if (retries == kMaxMessageAttempts) throw std::bad_alloc();
+        snooze(kPause);
+    }
+}
+
+// What a part of a simulation sends by way of the application, so that the screen stays live.
+void SimApp::HandBack(const BMessage& message) {
+    void* simulation = nullptr;
+    if (message.FindPointer(kSimulationField, &simulation) != B_OK || !IsOpen(simulation)) return;
+    try {
+        AttemptMessage(&message, static_cast<Simulation*>(simulation));
+    } catch (const std::bad_alloc&) {
+        // The window takes nothing any more. The others go on.
+    }
 }
 
 void SimApp::MessageReceived(BMessage* message) {
+    void* pointer = nullptr;
     switch (message->what) {
         case kNewSimulation:
             return CreateSimulation();
         case kOpen:
-            return Open();
-        case kDeleteMe: {
-            void* simulation = nullptr;
-            if (message->FindPointer(kDoomedSimulation, &simulation) == B_OK)
-                DeleteSimulation(static_cast<DocumentLooper*>(simulation));
+            message->FindPointer(kSimulationField, &pointer);
+            return openPanel_.Show(IsOpen(pointer) ? static_cast<Simulation*>(pointer) : nullptr);
+        case kOpenRecent:
+            return OpenRecent(*message);
+        case kClearRecent:
+            return RecentDocuments::Shared().Set({});
+        case kSimulationShown:
+            // Not before: the new window would come over the box.
+            if (recovery_ == Recovery::kOffer) recoveryOffers_.Begin();
             break;
-        }
+        case kDeleteMe:
+            message->FindPointer(kDoomedSimulation, &pointer);
+            return DeleteSimulation(static_cast<Simulation*>(pointer));
+        case kCloseCancelled:
+            message->FindPointer(kSimulationField, &pointer);
+            return quitRound_.Cancelled(static_cast<Simulation*>(pointer));
+        case kDeleteMessageWindow:
+            message->FindPointer(kDoomedMessageWindow, &pointer);
+            return MessageWindowClosed(pointer);
+        case RecoveryOffers::kRecover:
+            return Recover();
+        case RecoveryOffers::kDiscard:
+            if (recoveryOffers_.IsOffering()) recoveryOffers_.DiscardCurrent();
+            break;
+        case kSetDefaultResponse:
+            return defaultResponses_.Merge(*message);
+        case kClearDefaultResponses:
+            return defaultResponses_.Clear();
         case B_CANCEL:
             if (simulations_.empty()) static_cast<void>(PostMessage(B_QUIT_REQUESTED));
             break;
+        case kBuildMenuBar:
+        case kBuildRootView:
+        case kBuildBodySettings:
+        case kBuildGlobalControls:
+        case kArrangeWindow:
+        case kShowWindow:
+        case FourCC("bld9"):
+        case FourCC("sivl"):
+        case FourCC("fwfl"):
+            return HandBack(*message);
+        case kActivateProgram:
+            return Activate();
+        case B_SESSION_ENDING:
+            return EndSession();
         default:
             BApplication::MessageReceived(message);
     }

@@ -1,46 +1,99 @@
-// The application: what all simulations share, and the list of those that are open. Made, run and
-// deleted by main.
+// The application: the open simulations, what they share (texts, units, menus, the icon, the
+// answers to questions), the open panel, and what is remembered from one run to the next. Made, run
+// and deleted by main. The calls of SimulationHost, and those that only read what was there from
+// the start, may come from any thread; everything else belongs to the application's own.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "BApplication.h"
+#include "BBitmap.h"
+#include "BMessage.h"
+#include "DefaultResponses.h"
 #include "DisplayContext.h"
 #include "MenuArchives.h"
+#include "OpenPanel.h"
 #include "ProgramResources.h"
+#include "QuitRound.h"
+#include "RecoveryOffers.h"
 #include "ResourceTexts.h"
+#include "SimulationHost.h"
+#include "entry_ref.h"
 
-class BFilePanel;
-class DocumentLooper;
-struct DocumentError;
+class MessageWindow;
+class Simulation;
 
-class SimApp : public BApplication {
+class SimApp : public BApplication, public SimulationHost {
 public:
-    // `resources` is not owned.
-    explicit SimApp(const ProgramResources* resources);
+    enum class Recovery { kOffer, kLeave };
+
+    // `resources` is not owned. `recovery`: whether recovery copies are offered; not in a second
+    // running program, whose first one may still be making them.
+    explicit SimApp(const ProgramResources* resources, Recovery recovery = Recovery::kOffer);
     ~SimApp() override;
+
+    // Posts the message; as long as the port is full tries again, a hundred times 0.1 s apart, and
+    // throws std::bad_alloc after that: the home platform's rule for a window that takes nothing.
+    static void AttemptMessage(const BMessage* message, BLooper* looper);
+    // Fills a 16 x 16 bitmap of B_CMAP8; leaves others alone.
+    void GetIcon(BBitmap* bitmap) const;
 
     void ArgvReceived(const std::vector<std::string>& arguments) override;
     void RefsReceived(BMessage* message) override;
     void ReadyToRun() override;
+    void AboutRequested() override;
     void MessageReceived(BMessage* message) override;
-    // Agrees, and closes all simulations.
+    // Agrees when no simulation is open; otherwise asks them one by one, and comes back when the
+    // last one has closed.
     bool QuitRequested() override;
+    void Quit() override;
+
+    // --- SimulationHost ---
+    [[nodiscard]] BLooper* Application() override { return this; }
+    [[nodiscard]] const ProgramResources& Resources() const override { return *resources_; }
+    [[nodiscard]] const DisplayContext& Context() const override { return context_; }
+    [[nodiscard]] uint32 DefaultResponse(int32 windowID) const override {
+        return defaultResponses_.Command(windowID);
+    }
+    void NoteDocument(const char* path) override;
+
+    // For tests, on the application's thread.
+    [[nodiscard]] const std::vector<Simulation*>& Simulations() const { return simulations_; }
 
 private:
+    void ReadSettings();
+    void WriteSettings();
+
     void CreateSimulation();
-    void OpenFile(const std::string& path);
-    void Add(const BMessage& record, const std::string& name, const std::string& path);
-    void DeleteSimulation(DocumentLooper* simulation);
-    void Open();
+    Simulation* CreateSimulation(const BMessage& archive, const entry_ref& directory,
+                                 const char* name, bool isNewlyCreated);
+    void DeleteSimulation(Simulation* simulation);
+    void OpenPath(const std::string& path);
+    void OpenRecent(const BMessage& message);
+    void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse);
     void Complain(const std::string& file, const DocumentError& error) const;
+    [[nodiscard]] bool IsOpen(const void* simulation) const;
+
+    void Recover();
+    void EndSession();
+    void KeepRecoveryCopies();
+    void Activate();
+    void HandBack(const BMessage& message);
+    void MessageWindowClosed(const void* window);
 
     const ProgramResources* const resources_;
     const ResourceTexts texts_;
     const MenuArchives menus_;
+    const BBitmap icon_;
     const DisplayContext context_;
-    std::vector<DocumentLooper*> simulations_;
-    std::unique_ptr<BFilePanel> openPanel_;
+    const Recovery recovery_;
+
+    std::vector<Simulation*> simulations_;
+    MessageWindow* aboutWindow_ = nullptr;
+    OpenPanel openPanel_;
+    BMessage newSimulation_;
+    DefaultResponses defaultResponses_;
+    QuitRound quitRound_;
+    RecoveryOffers recoveryOffers_;
 };

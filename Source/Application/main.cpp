@@ -1,21 +1,47 @@
 // orvek: the program with windows. Without a display it only tells its version and its use.
+#include <unistd.h>
 #include <cstdio>
 #include <string>
 #include <string_view>
 
+#include <cerrno>
+
+#include "DocumentError.h"
+#include "EndSignals.h"
 #include "ProgramResources.h"
 #include "ProgramTexts.h"
 #include "SimApp.h"
+#include "SingleLaunch.h"
 #include "TextTemplate.h"
 #include "WindowServer.h"
 
 namespace {
 
 constexpr int kUsage = 2;
+constexpr const char* kNewInstance = "--new-instance";
 
 int Print(FILE* to, const std::string& text, int status) {
     std::fwrite(text.data(), 1, text.size(), to);
     return status;
+}
+
+// Opens the documents in the program that runs, or has it come to the front. Files that are not
+// there are told to the user here, where he looks. False if they have to be opened here.
+bool HandOver(const SingleLaunch& launch, const std::vector<std::string>& documents,
+              const ProgramResources& resources, int* status) {
+    std::vector<std::string> readable;
+    *status = 0;
+    for (const std::string& path : documents) {
+        if (access(path.c_str(), R_OK) == 0) {
+            readable.push_back(path);
+            continue;
+        }
+        const std::string reason = DocumentError::System(errno).Reason(resources);
+        *status =
+            Print(stderr, FillIn(resources.InterfaceLabel(kTextCannotOpen), {path, reason}), 1);
+    }
+    const bool isUseless = readable.empty() && !documents.empty();
+    return isUseless || launch.HandOver(readable);
 }
 
 }  // namespace
@@ -30,12 +56,30 @@ int main(int argc, char** argv) {
             return Print(stdout,
                          FillIn(resources.InterfaceLabel(kTextProgramVersion), {ORVEK_VERSION}), 0);
     }
+    EndSignals signals;
+    WindowServer::SetNoDisplayText(resources.InterfaceLabel(kTextNoDisplay));
     WindowServer server(argc, argv);
     // What the toolkit has left.
-    for (const std::string& argument : server.Arguments())
-        if (argument.starts_with("-"))
+    std::vector<std::string> documents;
+    bool wantsOwn = false;
+    for (std::size_t i = 1; i < server.Arguments().size(); i++) {
+        const std::string& argument = server.Arguments()[i];
+        if (argument == kNewInstance)
+            wantsOwn = true;
+        else if (argument.starts_with("-"))
             return Print(stderr, FillIn(resources.InterfaceLabel(kTextProgramUsage), {argument}),
                          kUsage);
-    SimApp application(&resources);
+        else
+            documents.push_back(argument);
+    }
+    SingleLaunch launch("orvek");
+    int status = 0;
+    if (!launch.IsFirst() && !wantsOwn && HandOver(launch, documents, resources, &status))
+        return status;
+    SimApp application(&resources,
+                       launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave);
+    const BMessenger messenger(static_cast<BHandler*>(&application));
+    signals.Watch(messenger);
+    if (launch.IsFirst()) launch.Listen(messenger);
     application.Run();
 }

@@ -1,0 +1,34 @@
+// The signals that ask a program to end (SIGTERM, SIGINT, SIGHUP): the application hears of the
+// first one as B_SESSION_ENDING and has a few seconds; after that, or at a second signal, the
+// program ends at once. Made by main before any thread is started, destroyed by it when the
+// application has ended.
+#pragma once
+
+#include <csignal>
+#include <thread>
+
+#include "BMessenger.h"
+#include "FileDescriptor.h"
+
+class EndSignals {
+public:
+    // Keeps the signals back from now on; those that were ignored stay so.
+    EndSignals();
+    ~EndSignals();
+    EndSignals(const EndSignals&) = delete;
+    EndSignals& operator=(const EndSignals&) = delete;
+
+    // Starts to pass them on. Once.
+    void Watch(const BMessenger& application);
+
+private:
+    void Wait(const BMessenger& application) const;
+    // The next signal, or 0 when it is time to stop or the milliseconds (-1: for ever) are over.
+    [[nodiscard]] int Next(int milliseconds) const;
+
+    sigset_t signals_;
+    sigset_t formerMask_;
+    FileDescriptor arrivals_;  // gives the signals
+    FileDescriptor stop_;      // tells the thread to end
+    std::thread thread_;
+};

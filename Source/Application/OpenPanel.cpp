@@ -1,0 +1,90 @@
+#include "OpenPanel.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+
+#include "AppDefs.h"
+#include "BLooper.h"
+#include "BMessage.h"
+#include "BPath.h"
+#include "MyFilePanel.h"
+#include "Preferences.h"
+#include "ProgramMessages.h"
+#include "RememberedSettings.h"
+
+namespace {
+
+constexpr const char* kSaveAt = "Save at";
+constexpr const char* kSaveWidth = "Save W";
+constexpr const char* kSaveHeight = "Save H";
+
+bool IsDirectory(const std::string& path) {
+    struct stat info {};
+    return stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+// The program's own directory; where it is the system's, in which no user keeps documents, the one
+// that the program was started in.
+std::string FirstDirectory() {
+    char path[PATH_MAX];
+    if (getappdir(path, sizeof path) == B_OK && access(path, W_OK) == 0) return path;
+    return BPath(".").Path();
+}
+
+}  // namespace
+
+OpenPanel::OpenPanel(BLooper* target) : target_(target) {}
+
+OpenPanel::~OpenPanel() = default;
+
+void OpenPanel::TakeSettings(const RememberedSettings& settings) {
+    const std::string path = IsDirectory(settings.openIn) ? settings.openIn : FirstDirectory();
+    static_cast<void>(get_ref_for_path(path.c_str(), &directory_));
+    at_ = settings.openAt;
+    width_ = settings.openWidth;
+    height_ = settings.openHeight;
+}
+
+void OpenPanel::AddToSettings(RememberedSettings* settings) const {
+    static_cast<void>(get_path_for_ref(directory_, &settings->openIn));
+    settings->hasArea = panel_ != nullptr;
+    if (panel_ == nullptr) return;
+    panel_->GetArea(&settings->openAt, &settings->openWidth, &settings->openHeight);
+}
+
+bool OpenPanel::HasArea(const BMessage& document) {
+    return document.HasName(kSaveAt, B_POINT_TYPE);
+}
+
+void OpenPanel::PutAreaInto(BMessage* document) const {
+    for (const char* name : {kSaveAt, kSaveWidth, kSaveHeight})
+        document->RemoveName(name);
+    document->AddPoint(kSaveAt, at_);
+    document->AddFloat(kSaveWidth, width_);
+    document->AddFloat(kSaveHeight, height_);
+}
+
+void OpenPanel::Show(Simulation* requester) {
+    if (panel_ == nullptr) {
+        panel_ = std::make_unique<MyFilePanel>(B_OPEN_PANEL,
+                                               BMessenger(static_cast<BHandler*>(target_)));
+        panel_->SetPanelDirectory(&directory_);
+        panel_->SetArea(at_, width_, height_);
+    } else {
+        panel_->SetFrame(panel_->Frame());
+    }
+    BMessage message(B_REFS_RECEIVED);
+    message.AddPointer(kSimulationField, requester);
+    panel_->SetMessage(&message);
+    panel_->Show();
+}
+
+bool OpenPanel::IsShowing() const {
+    return panel_ != nullptr && panel_->IsShowing();
+}
+
+void OpenPanel::Close() {
+    panel_.reset();
+}

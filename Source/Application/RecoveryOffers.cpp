@@ -1,0 +1,65 @@
+#include "RecoveryOffers.h"
+
+#include <ctime>
+
+#include "BMessage.h"
+#include "BMessenger.h"
+#include "InterfaceTexts.h"
+#include "MessageWindow.h"
+#include "ProgramTexts.h"
+#include "TextTemplate.h"
+
+namespace {
+
+std::string DayAndTime(std::time_t time) {
+    std::tm parts{};
+    char text[80];
+    if (localtime_r(&time, &parts) == nullptr) return {};
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &parts)};
+}
+
+}  // namespace
+
+void RecoveryOffers::Begin() {
+    if (box_ != nullptr) box_->Activate();
+    if (hasBegun_) return;
+    hasBegun_ = true;
+    const std::vector<RecoveryCopy> found = folder_.List();
+    copies_.assign(found.begin(), found.end());
+    OfferFirst();
+}
+
+void RecoveryOffers::OfferFirst() {
+    if (copies_.empty()) return;
+    const RecoveryCopy& copy = copies_.front();
+    const std::string& name = copy.originalPath.empty() ? copy.documentName : copy.originalPath;
+    const std::string text = FillIn(texts_->Label(kTextRecovery), {name, DayAndTime(copy.time)});
+    const BMessenger owner(static_cast<BHandler*>(owner_));
+    const error_option discard{texts_->Label(kTextDiscard), BMessage(kDiscard), owner};
+    const error_option later{texts_->Label(kTextLater), {}, {}};
+    const error_option recover{texts_->Label(kTextRecover), BMessage(kRecover), owner};
+    box_ = new MessageWindow(MessageWindow::kRecovery, owner_, {}, nullptr, true, text.c_str(),
+                             &discard, &later, &recover, nullptr, *texts_);
+    box_->SetTitle(texts_->Text(kTextRecoveryTitle));
+    box_->Show();
+    box_->Activate();
+}
+
+void RecoveryOffers::DiscardCurrent() {
+    folder_.Discard(Current().path);
+}
+
+bool RecoveryOffers::BoxClosed(const void* box) {
+    if (box_ == nullptr || box != static_cast<void*>(box_)) return false;
+    if (box_->Lock()) box_->Quit();
+    box_ = nullptr;
+    copies_.pop_front();
+    OfferFirst();
+    return true;
+}
+
+void RecoveryOffers::End() {
+    copies_.clear();
+    if (box_ != nullptr && box_->Lock()) box_->Quit();
+    box_ = nullptr;
+}

@@ -1,0 +1,125 @@
+#include "AppDriver.h"
+
+#include <cstdlib>
+
+#include "AppDefs.h"
+#include "BMessenger.h"
+#include "ProgramMessages.h"
+#include "RecentDocuments.h"
+#include "Simulation.h"
+#include "TestMain.h"
+
+namespace {
+
+class TestApp : public SimApp {
+public:
+    TestApp(std::binary_semaphore* ready) : SimApp(&TestResources()), ready_(ready) {}
+
+    void ReadyToRun() override {
+        SimApp::ReadyToRun();
+        ready_->release();
+    }
+    void MessageReceived(BMessage* message) override {
+        if (message->what == kPing)
+            SendReply(BMessage(B_REPLY));
+        else
+            SimApp::MessageReceived(message);
+    }
+
+    static constexpr uint32 kPing = FourCC("ping");
+
+private:
+    std::binary_semaphore* const ready_;
+};
+
+BMessage RefsMessage(const std::vector<std::string>& paths) {
+    BMessage message(B_REFS_RECEIVED);
+    for (const std::string& path : paths) {
+        entry_ref ref;
+        if (get_ref_for_path(path.c_str(), &ref) == B_OK) message.AddRef("refs", &ref);
+    }
+    return message;
+}
+
+}  // namespace
+
+const ProgramResources& TestResources() {
+    static const ProgramResources resources;
+    return resources;
+}
+
+AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents) {
+    setenv("XDG_CONFIG_HOME", (folder + "/settings").c_str(), 1);
+    setenv("XDG_STATE_HOME", (folder + "/state").c_str(), 1);
+    runner_ = std::thread([this, documents] {
+        RunOnMainThread([&] {
+            TestApp app(&isReady_);
+            app_ = &app;
+            if (const BMessage refs = RefsMessage(documents); !documents.empty()) Post(refs);
+            app.Run();
+            hasEnded_ = true;
+        });
+    });
+    isReady_.acquire();
+}
+
+AppDriver::~AppDriver() {
+    if (!hasEnded_) Post(B_SESSION_ENDING);
+    runner_.join();
+}
+
+void AppDriver::Post(const BMessage& message) {
+    static_cast<void>(app_.load()->PostMessage(&message));
+}
+
+void AppDriver::Choose(const std::vector<std::string>& paths, Simulation* requester) {
+    BMessage message = RefsMessage(paths);
+    message.AddPointer(kSimulationField, requester);
+    Post(message);
+}
+
+void AppDriver::Settle() {
+    const BMessage ping(TestApp::kPing);
+    BMessage reply;
+    static_cast<void>(BMessenger(static_cast<BHandler*>(app_.load())).SendMessage(&ping, &reply));
+}
+
+std::vector<Simulation*> AppDriver::Simulations() {
+    SimApp* const app = app_;
+    if (hasEnded_ || !app->Lock()) return {};
+    std::vector<Simulation*> simulations = app->Simulations();
+    app->Unlock();
+    return simulations;
+}
+
+std::string AppDriver::Titles() {
+    std::string titles;
+    SimApp* const app = app_;
+    if (hasEnded_ || !app->Lock()) return titles;
+    for (const Simulation* simulation : app->Simulations())
+        if (!simulation->IsHidden()) titles += (titles.empty() ? "" : ",") + simulation->Title();
+    app->Unlock();
+    return titles;
+}
+
+void AppDriver::Edit(std::size_t index) {
+    const BMessage newBody(kNewBody);
+    BMessage reply;
+    static_cast<void>(
+        BMessenger(static_cast<BHandler*>(Simulations().at(index))).SendMessage(&newBody, &reply));
+}
+
+void AppDriver::Close(std::size_t index) {
+    static_cast<void>(
+        static_cast<BLooper*>(Simulations().at(index))->PostMessage(B_QUIT_REQUESTED));
+}
+
+bool AppDriver::WaitUntil(const std::function<bool()>& condition) {
+    constexpr bigtime_t kPause = 5000;
+    const bigtime_t end = system_time() + 30'000'000;
+    while (!condition()) {
+        if (system_time() > end) return false;
+        snooze(kPause);
+    }
+    return true;
+}
