@@ -8,7 +8,9 @@
 
 namespace {
 
-constexpr BRect kDisplayFrame{362.0f, 73.0f, 1019.0f, 629.0f};
+// The simulation's window at the screen's edge, the display beside it.
+constexpr BPoint kWindowPlace{12.0f, 40.0f};
+constexpr BRect kDisplayFrame{428.0f, 40.0f, 1085.0f, 596.0f};
 // What the frame leaves in height for the picture when menu bar and scroll bar are taken off.
 constexpr double kPicturePixels = 520.0;
 constexpr int32 kProjectionDisplay = 1;
@@ -34,6 +36,7 @@ status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, 
     if (status == B_OK) status = record->AddInt64("Cur Sys", focusID);
     if (status == B_OK) status = record->AddInt32("Body Name Index", 0);
     if (status == B_OK) status = AddDisplay(text, record);
+    if (status == B_OK) status = record->AddPoint("Edit at", kWindowPlace);
     return status;
 }
 
