@@ -2,23 +2,33 @@
 
 EXAMPLE ?= build/examples/planets.orvek
 DURATION ?= 10 yr
+PREFIX ?= /usr/local
 
 .DEFAULT_GOAL := help
-.PHONY: help run test bench examples check clean packages
+.PHONY: help run test bench examples check install uninstall package clean packages
 
 help:
-	@echo "make run        build, then integrate an example and show the summary"
+	@echo "make run        build, then open an example; without a display server integrate and draw it"
 	@echo "                (EXAMPLE=$(EXAMPLE) DURATION='$(DURATION)')"
 	@echo "make test       build everything and run the tests"
 	@echo "make bench      build, then print the table of measurements"
 	@echo "make examples   build the documents of Examples/ into build/examples/"
 	@echo "make check      all of .ci/run: tests, style checks, sanitizers"
+	@echo "make install    build, then install below PREFIX=$(PREFIX), with DESTDIR before it"
+	@echo "make uninstall  remove what the last make install has installed"
+	@echo "make package    build a Debian package in build/"
 	@echo "make clean      remove build/"
 	@echo "What is missing on a Debian machine is installed first (Tools/packages.txt)."
 
 run: build/build.ninja
-	ninja -C build orvek-run examples
-	build/bin/orvek-run --for "$(DURATION)" "$(EXAMPLE)"
+	ninja -C build orvek orvek-run examples
+	@if Tools/has-display.sh; then \
+	    build/bin/orvek "$(EXAMPLE)"; \
+	else \
+	    echo "There is no display server: orvek-run runs $(EXAMPLE) for $(DURATION) and draws it."; \
+	    build/bin/orvek-run --for "$(DURATION)" --png build/demo.png "$(EXAMPLE)" && \
+	        echo "The picture is build/demo.png"; \
+	fi
 
 test: build/build.ninja
 	ninja -C build
@@ -33,6 +43,21 @@ examples: build/build.ninja
 
 check:
 	.ci/run
+
+install: build/build.ninja
+	ninja -C build installable
+	DESTDIR="$(DESTDIR)" cmake --install build --prefix "$(PREFIX)"
+	Packaging/refresh-desktop.sh "$(DESTDIR)" "$(PREFIX)"
+
+# The list of CMake has neither DESTDIR nor a last line's end.
+uninstall:
+	xargs -r -d '\n' -I{} rm -f "$(DESTDIR){}" < build/install_manifest.txt
+	Packaging/refresh-desktop.sh "$(DESTDIR)" "$(PREFIX)"
+
+package: build/build.ninja
+	@Tools/install-packages.sh package
+	ninja -C build installable
+	cd build && cpack
 
 clean:
 	rm -rf build
