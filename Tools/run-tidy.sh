@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# run-tidy.sh [EXCEPT [OPTION...]]: clang-tidy over every source that the build compiles, without those whose
+# path matches the expression EXCEPT, with these further options. Needs a build in build/.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+sed -n 's/^ *"file": "\(.*\.cpp\)",\{0,1\}$/\1/p' build/compile_commands.json |
+    grep -v -e "^$PWD/build/" -e "${1:-^$}" | sort -u | xargs -d '\n' ls -S |
+    xargs -d '\n' -n 1 -P "$(nproc)" clang-tidy -p build --quiet \
+        --extra-arg=-Wno-unknown-warning-option "${@:2}"
