@@ -127,11 +127,11 @@ TEST(WindowServer, MeasuresItsLongestTurn) {
     WindowServer::Perform([] {});
     EXPECT_GE(WindowServer::LongestTurn(), 30000);
     WindowServer::ResetLongestTurn();
-    // Many short changes are not one long turn.
-    for (int i = 0; i < 60; i++)
+    // Many short changes are not one long turn, on a busy machine either.
+    for (int i = 0; i < 600; i++)
         WindowServer::Queue([] { snooze(500); });
     WindowServer::Perform([] {});
-    EXPECT_LT(WindowServer::LongestTurn(), 20000);
+    EXPECT_LT(WindowServer::LongestTurn(), 150000);
 }
 
 TEST(WindowServer, AskersGetTheDefaultWhenItEnds) {
