@@ -136,7 +136,7 @@ void TrajectoryCache::MakeTrails() {
     for (int32 report = 0; report < reports_; report++) {
         const std::size_t first = 3 * bodies * static_cast<std::size_t>(report);
         const ThreeVector reference = ReferenceIn(positions_, first);
-        const double* place = &positions_[first];
+        const double* place = positions_.data() + first;  // there may be no bodies
         for (std::size_t i = 0; i < bodies; i++, place += 3) {
             Pen& pen = pens_[i];
             const BPoint to =
