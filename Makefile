@@ -5,7 +5,7 @@ DURATION ?= 10 yr
 PREFIX ?= /usr/local
 
 .DEFAULT_GOAL := help
-.PHONY: help run test bench examples check tidy install uninstall package clean packages
+.PHONY: help run test bench examples check tidy screenshots install uninstall package clean packages
 
 help:
 	@echo "make run        build, then open an example; without a display server integrate and draw it"
@@ -15,6 +15,7 @@ help:
 	@echo "make examples   build the documents of Examples/ into build/examples/"
 	@echo "make check      all of .ci/run: tests, style checks, sanitizers"
 	@echo "make tidy       build, then clang-tidy over every source, tests and analyzer included"
+	@echo "make screenshots  build, then make the pictures of the guide anew (two minutes)"
 	@echo "make install    build, then install below PREFIX=$(PREFIX), with DESTDIR before it"
 	@echo "make uninstall  remove what the last make install has installed"
 	@echo "make package    build a Debian package in build/"
@@ -49,6 +50,11 @@ tidy: build/build.ninja
 	@Tools/install-packages.sh checks
 	ninja -C build
 	Tools/run-tidy.sh
+
+screenshots: build/build.ninja
+	@Tools/install-packages.sh guide
+	ninja -C build orvek examples
+	Tools/make-screenshots.sh
 
 install: build/build.ninja
 	ninja -C build installable

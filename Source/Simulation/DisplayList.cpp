@@ -57,6 +57,7 @@ bool DisplayList::Create(int32 type, const BMessage* archive, const char* simula
         confine_to_frame_and_screen(display, frame, kLeastWidth, kLeastHeight);
         // Fields that are missing or wrong leave what is usual.
         if (archive != nullptr) static_cast<void>(display->Regenerate(*archive));
+        TellUnits(display);
         displays_.push_back(display);
         document_->AddConsumer(display);
         if (run_->PauseCount() <= 0) Deliver(display, ProjectionDisplay::kRunStarted);
@@ -103,6 +104,22 @@ void DisplayList::Tell(uint32 what) const {
 void DisplayList::SetTitles(const char* simulationName) const {
     for (Display* const display : displays_)
         display->SetTitle(simulationName);
+}
+
+void DisplayList::SetPreferredUnits(double unit) {
+    if (unit == preferredUnits_) return;
+    preferredUnits_ = unit;
+    for (Display* const display : displays_)
+        TellUnits(display);
+}
+
+void DisplayList::TellUnits(Display* display) const {
+    auto* const projection = dynamic_cast<ProjectionDisplay*>(display);
+    if (projection == nullptr || !projection->Lock()) return;
+    BMessage message;
+    message.AddDouble("Units Pref", preferredUnits_);
+    projection->SetPreferredUnits(&message);
+    projection->Unlock();
 }
 
 void DisplayList::Find(const BMessage& archive, const char* simulationName) {

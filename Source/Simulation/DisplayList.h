@@ -33,6 +33,8 @@ public:
     void KeepClearOf(BRect frame) const;
     void Tell(uint32 what) const;
     void SetTitles(const char* simulationName) const;
+    // The unit (in m) in which the user sees places: their scale dialogs begin with it.
+    void SetPreferredUnits(double unit);
 
     // Replace all displays by those of a document, and write them.
     void Find(const BMessage& archive, const char* simulationName);
@@ -40,10 +42,12 @@ public:
 
 private:
     [[nodiscard]] Display* Make(int32 type, const char* simulationName) const;
+    void TellUnits(Display* display) const;
 
     SimulationDocument* const document_;
     RunControl* const run_;
     BLooper* const owner_;
     const DisplayContext& context_;
     std::vector<Display*> displays_;
+    double preferredUnits_ = 0.0;  // not known yet
 };

@@ -83,13 +83,17 @@ void SimulationControls::Redisplay(int32 changes) {
     bodySettings_->Redisplay(changes);
     globalControls_->Redisplay(changes);
     ShowHistory();
-    if ((changes & (kCountChanged | kFocusSystemChanged)) == 0) return;
+    // The figures are of a run that ended in another epoch.
+    if ((changes & kFocusEpochChanged) != 0) status_->ShowRun({}, 1.0);
+    if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
     EpochPortal* const portal = document_->Portal();
     portal->ReadLock();
     const std::size_t bodies = portal->BodiesInMassOrder().size();
     const MassSystem* const focus = portal->FocusSystem();
     const bool isGroup = focus->ID() >= 0 && dynamic_cast<const Body*>(focus) == nullptr;
+    const double lengthUnit = focus->PositionUval();
     portal->ReadUnlock();
+    displays_->SetPreferredUnits(lengthUnit);
     status_->ShowBodies(bodies);
     menus_->ShowFocus(isGroup);
 }

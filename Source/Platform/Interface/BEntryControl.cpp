@@ -3,8 +3,10 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
+#include <QStyleOptionFrame>
 #include <QTimer>
 #include <QToolTip>
+#include <algorithm>
 #include <functional>
 
 #include "ViewPart.h"
@@ -24,7 +26,13 @@ public:
     [[nodiscard]] QSize sizeHint() const override {
         const QSize hint = QLineEdit::sizeHint();
         if (columns == 0) return hint;
-        return {fontMetrics().horizontalAdvance(QLatin1Char('0')) * (columns + 2), hint.height()};
+        const int character = fontMetrics().horizontalAdvance(QLatin1Char('0'));
+        // Some styles draw wide frames.
+        QStyleOptionFrame option;
+        initStyleOption(&option);
+        const QSize framed = style()->sizeFromContents(
+            QStyle::CT_LineEdit, &option, QSize(character * (columns + 1), hint.height()), this);
+        return {std::max(character * (columns + 2), framed.width()), hint.height()};
     }
     [[nodiscard]] QSize minimumSizeHint() const override {
         return columns == 0 ? QLineEdit::minimumSizeHint() : sizeHint();
