@@ -41,8 +41,5 @@ function(orvek_test name)
     add_executable(${name} ${found})
     target_include_directories(${name} PRIVATE ${ARG_DIR})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
-    # What every test reads: read once, the tests build in two thirds of the time.
-    target_precompile_headers(${name} PRIVATE
-        <gtest/gtest.h> <algorithm> <functional> <map> <memory> <string> <vector>)
     add_test(NAME ${name} COMMAND ${name})
 endfunction()
