@@ -103,7 +103,8 @@ public:
         rate_ = Real{};
         apart_ = V::Fill(1);
         first_ = jerk_ = snap_ = Triples{};
-        ForEachSource([this](int32 source, auto self) { AddFirst<kOrder>(source, self); });
+        ForEachSource(
+            [this](int32 source, auto self) { this->template AddFirst<kOrder>(source, self); });
         Store(arrays_.acceleration, first_);
         if constexpr (kOrder >= 3) Store(arrays_.jerk, jerk_);
         if constexpr (kOrder >= 4) Store(arrays_.snap, snap_);
@@ -113,7 +114,7 @@ public:
     ORVEK_INLINE void SecondPass() {
         first_ = Load(arrays_.acceleration);
         snap_ = Load(arrays_.snap);
-        ForEachSource([this](int32 source, auto self) { AddSecond(source, self); });
+        ForEachSource([this](int32 source, auto self) { this->AddSecond(source, self); });
         Store(arrays_.snap, snap_);
     }
 
