@@ -1,6 +1,6 @@
-# orvek_header_check(FLOOR...): the target `header_check` compiles every header of these floors alone (and
-# twice, to see its guard), with the include path of its floor and nothing more. Not built by default; a
-# floor that is not built is passed over.
+# orvek_header_check(FLOOR...): the target `header_check` compiles the headers of these floors that have no
+# source of their own alone (and twice, to see their guards), with the include path of their floor and nothing
+# more. Not built by default; a floor that is not built is passed over.
 function(orvek_header_check)
     add_custom_target(header_check)
     foreach(floor IN LISTS ARGN)
@@ -12,6 +12,11 @@ function(orvek_header_check)
         set(sources "")
         foreach(header IN LISTS headers)
             get_filename_component(name "${header}" NAME_WE)
+            # A source includes its own header first: the build has seen that one alone.
+            get_filename_component(folder "${header}" DIRECTORY)
+            if(EXISTS "${folder}/${name}.cpp")
+                continue()
+            endif()
             set(source "${CMAKE_CURRENT_BINARY_DIR}/header_check/${floor}/${name}.cpp")
             file(CONFIGURE OUTPUT "${source}"
                 CONTENT "#include \"${name}.h\"\n#include \"${name}.h\"  // NOLINT\n")
