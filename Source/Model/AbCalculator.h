@@ -6,6 +6,9 @@
 
 class AbCalculator : public BArchivable {
 public:
+    // More updates per second no pacing can keep: they are neither entered nor read.
+    static constexpr int32 kMaxUpdatesPerSecond = 1'000'000;
+
     AbCalculator() = default;
     explicit AbCalculator(BMessage* archive) : BArchivable(archive) {}
 

@@ -196,9 +196,12 @@ LCommand* CompositeSystem::ChildrenCommand(Getter quantity, CommandMaker make, T
     auto macro = std::make_unique<MacroCommand>(CountChildren());
     const ThreeVector mean = MassWeightedMean(quantity);
     const ThreeVector shift = to - mean;
+    // From where the group is, a child's former place is the one that it has, to the bit.
+    const bool isFromHere = from == mean;
     for (const auto& child : children_) {
         const ThreeVector at = ((*child).*quantity)();
-        std::unique_ptr<LCommand> command(((*child).*make)(from + (at - mean), at + shift));
+        const ThreeVector before = isFromHere ? at : from + (at - mean);
+        std::unique_ptr<LCommand> command(((*child).*make)(before, at + shift));
         if (command) macro->AddCommand(std::move(command));
     }
     return macro.release();

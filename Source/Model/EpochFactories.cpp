@@ -59,7 +59,7 @@ int32 CalculatorIntFactory::Current(const EpochPortal& portal) const {
 std::unique_ptr<LCommand> CalculatorIntFactory::MakeCommand(EpochPortal* portal,
                                                             const int32& value) const {
     const int32 current = Current(*portal);
-    if (value < 1 || value == current) return nullptr;
+    if (value < 1 || value > greatest_ || value == current) return nullptr;
     return Named(kCommandSetAnimation, std::make_unique<SetCalcIntCommand>(portal->GetCalculator(),
                                                                            set_, value, current));
 }
@@ -69,5 +69,6 @@ CalculatorIntFactory SegmentLengthFactory() {
 }
 
 CalculatorIntFactory UpdatesPerSecondFactory() {
-    return {&AbCalculator::UpdatesPerSecond, &AbCalculator::SetUpdatesPerSecond};
+    return {&AbCalculator::UpdatesPerSecond, &AbCalculator::SetUpdatesPerSecond,
+            AbCalculator::kMaxUpdatesPerSecond};
 }

@@ -2,6 +2,8 @@
 // locks and threads.
 #pragma once
 
+#include <limits>
+
 #include "ChangeFlags.h"
 #include "CommandFactory.h"
 #include "SetPropertyCommand.h"
@@ -59,15 +61,17 @@ public:
     using Getter = int32 (AbCalculator::*)() const;
     using Setter = void (AbCalculator::*)(int32);
 
-    CalculatorIntFactory(Getter get, Setter set) : get_(get), set_(set) {}
+    CalculatorIntFactory(Getter get, Setter set, int32 greatest = std::numeric_limits<int32>::max())
+        : get_(get), set_(set), greatest_(greatest) {}
 
     int32 Current(const EpochPortal& portal) const override;
-    // Settings below 1 are refused.
+    // Settings below 1 or above the greatest are refused.
     std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal, const int32& value) const override;
 
 private:
     Getter get_;
     Setter set_;
+    int32 greatest_;
 };
 
 // Trail segment length in pixels, and display updates per second.

@@ -18,9 +18,6 @@ constexpr const char* kSegmentLength = "Segment length";
 constexpr const char* kUpdatesPerSecond = "Updates per sec";
 constexpr const char* kBodyNameIndex = "Body Name Index";
 
-// A rate that no pacing can keep, and that no document of ours holds, is not taken over.
-constexpr float kMaxUpdates = 1e6f;
-
 constexpr int32 kEverythingChanged = -1;
 
 }  // namespace
@@ -69,7 +66,7 @@ DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
 void SimulationDocument::FindSimInfo(const BMessage& record) {
     float updates = 0.0f;
     if (record.FindFloat(kUpdatesPerSecond, &updates) == B_OK && updates >= 1.0f &&
-        updates <= kMaxUpdates)
+        updates <= static_cast<float>(AbCalculator::kMaxUpdatesPerSecond))
         calculator_->SetUpdatesPerSecond(static_cast<int32>(updates));
     int32 segmentLength = 0;
     if (record.FindInt32(kSegmentLength, &segmentLength) == B_OK)
