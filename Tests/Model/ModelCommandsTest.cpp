@@ -273,6 +273,19 @@ TEST_F(ModelCommands, AGroupMovesAsAWhole) {
         });
 }
 
+// No rounding on the way back: the members get the very numbers that they had.
+TEST_F(ModelCommands, UndoingAGroupsMoveLosesNoBit) {
+    document.Find(2)->SetPosition({0.1, 1.0 / 3.0, -7.7e11});
+    document.Find(3)->SetPosition({-1.49597870700e11, 0.7, 2.2e-5});
+    const std::string before = document.Snapshot();
+    for (const int32 component : {0, 1, 2}) {
+        document.Run(new SetCompVectorCommand(&portal, kPositionQuantity, 1, component,
+                                              DimValue(5.3e9 / 7.0, 1.0)));
+        CheckUndoAndRedo(before);
+        document.chain.Undo();
+    }
+}
+
 TEST_F(ModelCommands, AComponentIsSetRelativeToTheReferent) {
     document.Find(4)->SetRelativeTo(1);
     document.Find(3)->SetVelocity({0.0, 4.0, 0.0});  // the pair moves at 3
