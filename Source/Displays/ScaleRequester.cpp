@@ -11,6 +11,7 @@
 #include "MenuArchives.h"
 #include "RequesterButtons.h"
 #include "ScaleBox.h"
+#include "UnitMenu.h"
 #include "WindowServer.h"
 
 namespace {
@@ -83,7 +84,7 @@ void ScaleRequester::MessageReceived(BMessage* message) {
             SetScaleRef(isGiven ? index + 1 : box_->GetReference());
             break;
         }
-        case NumberBox::kUnitChosen:
+        case UnitMenu::kUnitChosen:
             isUnitChanged_ = true;
             Redisplay();
             break;

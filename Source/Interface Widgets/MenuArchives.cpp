@@ -35,7 +35,7 @@ BMessage MenuArchives::MakeUnitMenuFieldArchive(const UnitTable& table) {
     auto* const menu = new UnitMenu("Number unit menu", true, false);
     for (const UnitInfo& unit : table.Rows())
         menu->AddItem(new UnitMenuItem(unit.name.c_str(), unit.abbreviation.c_str(), unit.factor,
-                                       new BMessage(NumberBox::kUnitChosen)));
+                                       new BMessage(UnitMenu::kUnitChosen)));
     return ArchiveOf(AbbreviatedMenuField("Unit menu field", nullptr, menu));
 }
 

@@ -3,7 +3,7 @@
 // BView.
 //
 // Sends kNumberEntered to its window when the user has entered something; the unit menu sends
-// kUnitChosen with double "Units Pref".
+// UnitMenu::kUnitChosen.
 #pragma once
 
 #include "BGroupView.h"
@@ -15,7 +15,6 @@ class UnitMenu;
 class NumberBox : public BGroupView {
 public:
     static constexpr uint32 kNumberEntered = FourCC("nmen");
-    static constexpr uint32 kUnitChosen = FourCC("unit");
 
     // `unitMenuField`: the archive of the unit menu's field. `units` is not owned. `accessibleName`
     // is what a screen reader says.

@@ -1,16 +1,14 @@
 // An entry of a quantity: a number and a menu of its units. What is typed may name a unit of its
-// own. Choosing another unit is an edit like any other. Rules as for Entry.
+// own. Rules as for Entry.
 #pragma once
 
-#include "Entry.h"
+#include "DimensionalEntry.h"
 
-class BMenuField;
 class InterfaceTexts;
 class QuantityLine;
-class UnitMenu;
 class UnitTable;
 
-class QuantityEntry : public ValueEntry<DimValue> {
+class QuantityEntry : public DimensionalEntry<DimValue> {
 public:
     // `unitMenuField`: the archive of the unit menu's field. `units` is not owned. `label` is what
     // a screen reader says.
@@ -23,17 +21,10 @@ public:
     void SetEditable(bool isEditable);
 
     void AttachedToWindow() override;
-    void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<DimValue>& value, bool replacesAll) override;
 
 private:
-    static constexpr uint32 kEntered = FourCC("qnen");
-
-    void ChooseUnit(double uval);
-
     QuantityLine* const number_;
-    BMenuField* const unitField_;
-    UnitMenu* const units_;
 };

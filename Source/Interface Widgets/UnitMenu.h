@@ -8,6 +8,10 @@ class UnitMenuItem;
 
 class UnitMenu : public BPopUpMenu {
 public:
+    // What its items send, with the unit's factor.
+    static constexpr uint32 kUnitChosen = FourCC("unit");
+    static constexpr const char* kUnitField = "Units Pref";  // double
+
     UnitMenu(const char* name, bool isRadioMode, bool isLabelFromMarked);
     explicit UnitMenu(BMessage* archive);
 

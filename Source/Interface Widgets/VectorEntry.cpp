@@ -1,15 +1,10 @@
 #include "VectorEntry.h"
 
 #include "BGridView.h"
-#include "BMenuField.h"
-#include "BMessage.h"
 #include "BStringView.h"
 #include "EntryTexts.h"
 #include "InterfaceTexts.h"
-#include "NumberBox.h"
 #include "QuantityLine.h"
-#include "UnitField.h"
-#include "UnitMenu.h"
 
 namespace {
 
@@ -23,14 +18,12 @@ DimValue Component(const DimVector& value, int32 component) {
 VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
                          const UnitTable* units, const BMessage& unitMenuField,
                          const InterfaceTexts& texts)
-    : ValueEntry(name, B_VERTICAL, portal),
-      unitField_(MakeUnitField(unitMenuField,
-                               (texts.Label(labels.title) + texts.Label(kTextUnit)).c_str())),
-      units_(UnitMenuOf(unitField_)) {
+    : DimensionalEntry(name, B_VERTICAL, portal, unitMenuField,
+                       (texts.Label(labels.title) + texts.Label(kTextUnit)).c_str()) {
     auto* const grid = new BGridView("components");
     grid->SetColumnWeight(1, 1);
     grid->AddView(new BStringView("title", texts.Text(labels.title)), 0, 0, 2, 1);
-    if (unitField_ != nullptr) grid->AddView(unitField_, 1, 0, 1, 1, BGridView::Align::kRight);
+    if (UnitField() != nullptr) grid->AddView(UnitField(), 1, 0, 1, 1, BGridView::Align::kRight);
     for (int32 i = 0; i < 3; i++) {
         const std::string& label = texts.Label(labels.firstComponent + i);
         const std::string spoken = texts.Label(labels.title) + ' ' + label;
@@ -45,13 +38,13 @@ VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
 void VectorEntry::AttachedToWindow() {
     for (QuantityLine* const line : components_)
         line->SetTarget(this);
-    if (units_ != nullptr) units_->SetTargetForItems(this);
+    DimensionalEntry::AttachedToWindow();
 }
 
 void VectorEntry::SetEnabled(bool isEnabled) {
     for (QuantityLine* const line : components_)
         line->SetEnabled(isEnabled);
-    if (unitField_ != nullptr) unitField_->SetEnabled(isEnabled);
+    DimensionalEntry::SetEnabled(isEnabled);
 }
 
 void VectorEntry::Present(const std::optional<DimVector>& value, bool replacesAll) {
@@ -61,7 +54,7 @@ void VectorEntry::Present(const std::optional<DimVector>& value, bool replacesAl
         if (value) number = Component(*value, component++);
         line->ShowValue(number, replacesAll);
     }
-    if (value && units_ != nullptr) units_->SetUval(value->Uval());
+    if (value) ShowUnit(value->Uval());
 }
 
 bool VectorEntry::Commit() {
@@ -95,33 +88,4 @@ bool VectorEntry::CommitComponent(int32 component, const std::string& typed, con
         source.factory->MakeComponentCommand(Portal(), component, *value);
     Portal()->ReadUnlock();
     return ExecuteFiled(Portal(), std::move(command));
-}
-
-void VectorEntry::ChooseUnit(double uval) {
-    Commit();  // in the unit in which it was typed
-    const Source source = Shown();
-    if (!source) return;
-    // Nothing is left that would be read in the new unit.
-    Present(source.value, true);
-    Portal()->ReadLock();
-    DimVector value = source.factory->Current(*Portal());
-    value.SetUval(uval);
-    std::unique_ptr<LCommand> command = source.factory->MakeCommand(Portal(), value);
-    Portal()->ReadUnlock();
-    ExecuteFiled(Portal(), std::move(command));
-}
-
-void VectorEntry::MessageReceived(BMessage* message) {
-    switch (message->what) {
-        case kEntered:
-            Commit();
-            break;
-        case NumberBox::kUnitChosen: {
-            double uval = 0.0;
-            if (message->FindDouble("Units Pref", &uval) == B_OK) ChooseUnit(uval);
-            break;
-        }
-        default:
-            Entry::MessageReceived(message);
-    }
 }

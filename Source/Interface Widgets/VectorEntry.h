@@ -5,16 +5,14 @@
 
 #include <array>
 
-#include "Entry.h"
+#include "DimensionalEntry.h"
 #include "SystemFactories.h"
 
-class BMenuField;
 class InterfaceTexts;
 class QuantityLine;
-class UnitMenu;
 class UnitTable;
 
-class VectorEntry : public ValueEntry<DimVector, SystemVectorFactory> {
+class VectorEntry : public DimensionalEntry<DimVector, SystemVectorFactory> {
 public:
     // The numbers of its title and of the first component's label, which the two others follow.
     struct Labels {
@@ -29,19 +27,13 @@ public:
     void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
-    void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<DimVector>& value, bool replacesAll) override;
 
 private:
-    static constexpr uint32 kEntered = FourCC("veen");
-
     bool CommitComponent(int32 component, const std::string& typed, const Source& source,
                          double* uval);
-    void ChooseUnit(double uval);
 
     std::array<QuantityLine*, 3> components_{};
-    BMenuField* const unitField_;
-    UnitMenu* const units_;
 };

@@ -1,0 +1,69 @@
+// An entry of a value with one unit, chosen in a menu: what the entries of a number and of a vector
+// have in common. Choosing another unit is an edit like any other. Rules as for Entry.
+#pragma once
+
+#include <memory>
+
+#include "BMenuField.h"
+#include "BMessage.h"
+#include "Entry.h"
+#include "UnitField.h"
+#include "UnitMenu.h"
+
+template <typename Value, typename Factory = CommandFactory<Value>>
+class DimensionalEntry : public ValueEntry<Value, Factory> {
+public:
+    void SetEnabled(bool isEnabled) override {
+        if (unitField_ != nullptr) unitField_->SetEnabled(isEnabled);
+    }
+    void AttachedToWindow() override {
+        if (units_ != nullptr) units_->SetTargetForItems(this);
+    }
+    void MessageReceived(BMessage* message) override {
+        double uval = 0.0;
+        if (message->what == kEntered)
+            this->Commit();
+        else if (message->what == UnitMenu::kUnitChosen &&
+                 message->FindDouble(UnitMenu::kUnitField, &uval) == B_OK)
+            ChooseUnit(uval);
+        else
+            Entry::MessageReceived(message);
+    }
+
+protected:
+    // Something was typed into one of the entry's lines.
+    static constexpr uint32 kEntered = FourCC("dmen");
+
+    // `unitMenuField`: the archive of the unit menu's field. `unitLabel` is what a screen reader
+    // says of it.
+    DimensionalEntry(const char* name, orientation direction, EpochPortal* portal,
+                     const BMessage& unitMenuField, const char* unitLabel)
+        : ValueEntry<Value, Factory>(name, direction, portal),
+          unitField_(MakeUnitField(unitMenuField, unitLabel)),
+          units_(UnitMenuOf(unitField_)) {}
+
+    // Null if the archive was none.
+    [[nodiscard]] BMenuField* UnitField() const { return unitField_; }
+    void ShowUnit(double uval) {
+        if (units_ != nullptr) units_->SetUval(uval);
+    }
+
+private:
+    void ChooseUnit(double uval) {
+        this->Commit();  // in the unit in which it was typed
+        const auto source = this->Shown();
+        if (!source) return;
+        // Nothing is left that would be read in the new unit.
+        this->Present(source.value, true);
+        EpochPortal* const portal = this->Portal();
+        portal->ReadLock();
+        Value value = source.factory->Current(*portal);
+        value.SetUval(uval);
+        std::unique_ptr<LCommand> command = source.factory->MakeCommand(portal, value);
+        portal->ReadUnlock();
+        ExecuteFiled(portal, std::move(command));
+    }
+
+    BMenuField* const unitField_;
+    UnitMenu* const units_;
+};
