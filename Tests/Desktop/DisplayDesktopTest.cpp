@@ -112,6 +112,19 @@ protected:
             [&] { return std::filesystem::last_write_time(path_) != before; }));
     }
 
+    // Saves; the display then looks along that axis, over so many metres.
+    void ExpectSaved(int32 axis, double metresAcross) {
+        const int width = desktop_->Frame(display_).width();
+        Save();
+        const BMessage fields = DisplayFields(path_);
+        int32 sightAlong = 0;
+        double pixelsPerMetre = 0;
+        fields.FindInt32("Sup axis", &sightAlong);
+        fields.FindDouble("Scale", &pixelsPerMetre);
+        EXPECT_EQ(sightAlong, axis);
+        EXPECT_DOUBLE_EQ(pixelsPerMetre, width / metresAcross);
+    }
+
     std::string path_;
     Window display_;
 };
@@ -145,15 +158,7 @@ TEST_F(DisplayDesktopTest, DialogsWorkWithKeysAlone) {
     desktop_->Press(again, "Right");
     desktop_->Press("Escape");
     ASSERT_TRUE(desktop_->WaitForNoWindow(kAxisDialog));
-    const int width = desktop_->Frame(display_).width();
-    Save();
-    const BMessage fields = DisplayFields(path_);
-    int32 sightAlong = 0;
-    double pixelsPerMetre = 0;
-    fields.FindInt32("Sup axis", &sightAlong);
-    fields.FindDouble("Scale", &pixelsPerMetre);
-    EXPECT_EQ(sightAlong, 1);
-    EXPECT_DOUBLE_EQ(pixelsPerMetre, width / (10 * 1.4959787066e11));
+    ExpectSaved(1, 10 * 1.4959787066e11);
 }
 
 TEST_F(DisplayDesktopTest, DialogsWorkWithTheMouse) {
@@ -183,15 +188,7 @@ TEST_F(DisplayDesktopTest, DialogsWorkWithTheMouse) {
     desktop_->Type("2 AU");
     desktop_->Close(scale);
     ASSERT_TRUE(desktop_->WaitForNoWindow(kScaleDialog));
-    const int width = desktop_->Frame(display_).width();
-    Save();
-    const BMessage fields = DisplayFields(path_);
-    int32 sightAlong = 0;
-    double pixelsPerMetre = 0;
-    fields.FindInt32("Sup axis", &sightAlong);
-    fields.FindDouble("Scale", &pixelsPerMetre);
-    EXPECT_EQ(sightAlong, 1);
-    EXPECT_DOUBLE_EQ(pixelsPerMetre, width / (2 * 1.4959787066e11));
+    ExpectSaved(1, 2 * 1.4959787066e11);
 }
 
 TEST_F(DisplayDesktopTest, WheelDragDoubleClickAndPointer) {

@@ -24,21 +24,6 @@ const DisplayContext& TestContext() {
     return context;
 }
 
-BMessage TestOwner::WaitFor(uint32 what) {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-        const auto found =
-            std::find_if(received_.begin(), received_.end(),
-                         [what](const BMessage& message) { return message.what == what; });
-        if (found != received_.end()) {
-            BMessage message = *found;
-            received_.erase(received_.begin(), found + 1);
-            return message;
-        }
-        arrived_.wait(lock);
-    }
-}
-
 TestDocument::TestDocument() {
     static_cast<void>(document.Load(PlanetRecord()).Failed());
 }

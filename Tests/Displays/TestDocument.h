@@ -1,9 +1,6 @@
 // A document with displays, as its owner has it: rests while displays come and go.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
-#include <mutex>
 #include <vector>
 
 #include "BLooper.h"
@@ -12,6 +9,7 @@
 #include "MenuArchives.h"
 #include "ProgramResources.h"
 #include "ProjectionDisplay.h"
+#include "ReceivedMessages.h"
 #include "ResourceTexts.h"
 #include "RunControl.h"
 #include "RunControlView.h"
@@ -26,18 +24,11 @@ class TestOwner : public BLooper {
 public:
     TestOwner() : BLooper("owner") { Run(); }
 
-    void MessageReceived(BMessage* message) override {
-        const std::lock_guard lock(mutex_);
-        received_.push_back(*message);
-        arrived_.notify_all();
-    }
-    // Waits for one with this code, and forgets all up to it.
-    BMessage WaitFor(uint32 what);
+    void MessageReceived(BMessage* message) override { received_.Note(*message); }
+    BMessage WaitFor(uint32 what) { return received_.WaitFor(what); }
 
 private:
-    std::mutex mutex_;
-    std::condition_variable arrived_;
-    std::vector<BMessage> received_;
+    ReceivedMessages received_;
 };
 
 class TestDocument {

@@ -1,6 +1,5 @@
 #include "TestSimulation.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "BApplication.h"
@@ -24,33 +23,14 @@ void TestApplication::MessageReceived(BMessage* message) {
         if (message->what == step && message->FindPointer(kSimulationField, &simulation) == B_OK)
             static_cast<void>(
                 static_cast<BLooper*>(static_cast<Simulation*>(simulation))->PostMessage(message));
-    const std::lock_guard lock(mutex_);
-    received_.push_back(*message);
-    arrived_.notify_all();
-}
-
-BMessage TestApplication::WaitFor(uint32 what) {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-        const auto found =
-            std::find_if(received_.begin(), received_.end(),
-                         [what](const BMessage& message) { return message.what == what; });
-        if (found != received_.end()) {
-            BMessage message = *found;
-            received_.erase(received_.begin(), found + 1);
-            return message;
-        }
-        arrived_.wait(lock);
-    }
+    received_.Note(*message);
 }
 
 bool TestApplication::Has(uint32 what) {
     BMessage reply;
     const BMessage ping(FourCC("ping"));
     static_cast<void>(BMessenger(static_cast<BHandler*>(this)).SendMessage(&ping, &reply));
-    const std::lock_guard lock(mutex_);
-    return std::ranges::any_of(received_,
-                               [what](const BMessage& message) { return message.what == what; });
+    return received_.Has(what);
 }
 
 TestHost::TestHost() {

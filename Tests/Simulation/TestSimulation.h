@@ -3,7 +3,6 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -11,6 +10,7 @@
 
 #include "BLooper.h"
 #include "BMessage.h"
+#include "ReceivedMessages.h"
 #include "RecoveryFolder.h"
 #include "Simulation.h"
 #include "SimulationHost.h"
@@ -25,15 +25,12 @@ public:
     TestApplication() : BLooper("application") { Run(); }
 
     void MessageReceived(BMessage* message) override;
-    // Waits for one with this code, and forgets all up to it.
-    BMessage WaitFor(uint32 what);
+    BMessage WaitFor(uint32 what) { return received_.WaitFor(what); }
     // Has one come that was not waited for?
     bool Has(uint32 what);
 
 private:
-    std::mutex mutex_;
-    std::condition_variable arrived_;
-    std::vector<BMessage> received_;
+    ReceivedMessages received_;
 };
 
 // Recovery copies are kept in a folder of the test's.
