@@ -16,4 +16,6 @@ enum ProgramText : int32 {
     kTextLater = 3505,
     kTextRecover = 3506,
     kTextNoDisplay = 3507,
+    kTextNotFoundTitle = 3508,
+    kTextNotFound = 3509,  // %1: the document
 };

@@ -33,6 +33,11 @@ constexpr const char* kSignature = SimulationFile::kPreferredApplication;
 // Where a simulation's window is until it has read its document.
 constexpr BRect kFirstFrame{40.0f, 40.0f, 240.0f, 240.0f};
 
+// How far a new simulation stands aside of the one before, and how many do so until the next one
+// is back where the first was.
+constexpr float kAside = 24.0f;
+constexpr int kMaxAside = 8;
+
 BMessenger MessengerTo(BHandler* handler) {
     return BMessenger(handler);
 }
@@ -139,7 +144,12 @@ bool SimApp::IsOpen(const void* simulation) const {
 }
 
 void SimApp::CreateSimulation() {
-    CreateSimulation(newSimulation_, openPanel_.Directory(), nullptr, true);
+    BMessage record(newSimulation_);
+    if (BPoint at; record.FindPoint("Edit at", &at) == B_OK) {
+        const float aside = kAside * static_cast<float>(untitledCount_++ % kMaxAside);
+        static_cast<void>(record.ReplacePoint("Edit at", {at.x + aside, at.y + aside}));
+    }
+    CreateSimulation(record, openPanel_.Directory(), nullptr, true);
 }
 
 // Null when there is no memory for another simulation.
@@ -177,10 +187,13 @@ void SimApp::OpenPath(const std::string& path) {
 void SimApp::OpenRecent(const BMessage& message) {
     std::string path;
     if (message.FindString("path", &path) != B_OK) return;
-    if (BEntry(path.c_str()).Exists())
+    if (BEntry(path.c_str()).Exists()) {
         OpenPath(path);
-    else
+    } else {
         RecentDocuments::Shared().Forget(path);
+        ShowBox(MessageWindow::kNotFound, kTextNotFoundTitle,
+                FillIn(texts_.Label(kTextNotFound), {path}));
+    }
 }
 
 // What is no document is not opened, and no box says so; standard error tells why.
@@ -265,28 +278,36 @@ void SimApp::Quit() {
         simulations_.pop_back();
         if (simulation->Lock()) simulation->Quit();
     }
-    if (aboutWindow_ != nullptr && aboutWindow_->Lock()) aboutWindow_->Quit();
-    aboutWindow_ = nullptr;
+    for (MessageWindow* const box : boxes_)
+        if (box->Lock()) box->Quit();
+    boxes_.clear();
     BApplication::Quit();
 }
 
 // --- Boxes ---
 
 void SimApp::AboutRequested() {
-    if (aboutWindow_ != nullptr) return aboutWindow_->Activate();
+    ShowBox(MessageWindow::kAbout, kLabelAboutTitle, texts_.Label(kLabelAboutText));
+}
+
+void SimApp::ShowBox(int32 id, int32 title, const std::string& text) {
+    if (const auto found = std::ranges::find(boxes_, id, &MessageWindow::ID); found != boxes_.end())
+        return (*found)->Activate();
     const error_option ok{texts_.Label(kLabelOK), {}, {}};
-    aboutWindow_ =
-        new MessageWindow(MessageWindow::kAbout, this, {}, nullptr, true,
-                          texts_.Text(kLabelAboutText), nullptr, nullptr, &ok, nullptr, texts_);
-    aboutWindow_->SetTitle(texts_.Text(kLabelAboutTitle));
-    aboutWindow_->Show();
+    auto* const box = new MessageWindow(id, this, {}, nullptr, true, text.c_str(), nullptr, nullptr,
+                                        &ok, nullptr, texts_);
+    boxes_.push_back(box);
+    box->SetTitle(texts_.Text(title));
+    box->Show();
 }
 
 void SimApp::MessageWindowClosed(const void* window) {
     if (recoveryOffers_.BoxClosed(window)) return;
-    if (aboutWindow_ == nullptr || window != static_cast<const void*>(aboutWindow_)) return;
-    if (aboutWindow_->Lock()) aboutWindow_->Quit();
-    aboutWindow_ = nullptr;
+    const auto found = std::ranges::find(boxes_, window);
+    if (found == boxes_.end()) return;
+    MessageWindow* const box = *found;
+    boxes_.erase(found);
+    if (box->Lock()) box->Quit();
 }
 
 void SimApp::Activate() {

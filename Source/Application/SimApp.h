@@ -65,6 +65,7 @@ private:
     void ReadSettings();
     void WriteSettings();
 
+    // Each new one stands a little aside of the one before.
     void CreateSimulation();
     Simulation* CreateSimulation(const BMessage& archive, const entry_ref& directory,
                                  const char* name, bool isNewlyCreated);
@@ -80,6 +81,8 @@ private:
     void KeepRecoveryCopies();
     void Activate();
     void HandBack(const BMessage& message);
+    // Shows it, or brings the one with the same id to the front.
+    void ShowBox(int32 id, int32 title, const std::string& text);
     void MessageWindowClosed(const void* window);
 
     const ProgramResources* const resources_;
@@ -90,7 +93,8 @@ private:
     const Recovery recovery_;
 
     std::vector<Simulation*> simulations_;
-    MessageWindow* aboutWindow_ = nullptr;
+    int untitledCount_ = 0;
+    std::vector<MessageWindow*> boxes_;  // that only tell something
     OpenPanel openPanel_;
     BMessage newSimulation_;
     DefaultResponses defaultResponses_;

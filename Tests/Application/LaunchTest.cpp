@@ -51,6 +51,13 @@ std::string ApplicationOf(const std::string& path) {
     return BNodeInfo(&node).GetPreferredApp(&signature) == B_OK ? signature : "";
 }
 
+BPoint Corner(Simulation* window) {
+    EXPECT_TRUE(window->Lock());
+    const BRect frame = window->Frame();
+    window->Unlock();
+    return {frame.left, frame.top};
+}
+
 bool HasAttributes(const std::string& path) {
     BNode node(path.c_str());
     return node.WriteAttr("test", B_RAW_TYPE, "x", 1) == B_OK;
@@ -120,6 +127,8 @@ TEST_F(LaunchTest, FilesReplaceAnUntouchedWindowOnly) {
     EXPECT_TRUE(Shows(&app, "3,1"));
     app.Post(kNewSimulation);
     EXPECT_TRUE(Shows(&app, "3,1,New Simulation"));
+    // One new simulation does not hide another.
+    EXPECT_NE(Corner(app.Simulations()[2]), Corner(first));
     app.Edit(2);
     app.Choose({files[1]}, app.Simulations()[2]);
     EXPECT_TRUE(Shows(&app, "3,1,New Simulation,2"));

@@ -168,6 +168,8 @@ TEST_F(SettingsTest, RecentDocumentsAreOffered) {
         return BoxHand::Submenu("New Simulation", "Open Recent") ==
                std::vector<std::string>{"one", "Clear List"};
     }));
+    BoxHand::WaitFor("Open Recent");
+    BoxHand::PressEnter("Open Recent");
     BoxHand::ChooseItem("New Simulation", "Open Recent", "Clear List");
     EXPECT_TRUE(AppDriver::WaitUntil([] {
         return BoxHand::Submenu("New Simulation", "Open Recent") ==

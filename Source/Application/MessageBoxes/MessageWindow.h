@@ -30,6 +30,7 @@ public:
     static constexpr int32 kAbout = 2;
     static constexpr int32 kBuilding = 3;
     static constexpr int32 kRecovery = 4;
+    static constexpr int32 kNotFound = 5;
 
     // `owner` is told "klms" with pointer "Doomed Msg Window" when the box has closed. Without an
     // owner's name the title is the general one. `isCentered`: in the middle of the screen instead
