@@ -130,6 +130,9 @@ bool Simulation::BuildStep(uint32 what) {
         return true;
     const auto* const step = std::find(std::begin(kBuildSteps), std::end(kBuildSteps), what);
     if (step == std::end(kBuildSteps) || isBuilt_) return false;
+    // Meant for a window that has been here before, at the same address.
+    if (step - std::begin(kBuildSteps) != builtSteps_) return true;
+    builtSteps_++;
     switch (what) {
         case kBuildMenuBar:
             controls_.BuildMainMenuBar();

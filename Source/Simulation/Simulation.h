@@ -7,6 +7,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -96,6 +97,7 @@ private:
 
     std::atomic<int32> pendingChanges_{0};
     std::atomic<bool> isNewlyCreated_{false};
+    std::ptrdiff_t builtSteps_ = 0;
     bool isBuilt_ = false;
     bool isAsked_ = false;     // whether to save before closing, and has not answered
     bool isQuitting_ = false;  // the application has been asked to delete the window
