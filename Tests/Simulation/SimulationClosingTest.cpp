@@ -158,9 +158,9 @@ TEST_F(SimulationClosingTest, QuitsInTheMiddleOfBuilding) {
 // Such as come by way of the application for a window that has closed, and that had this address.
 TEST_F(SimulationClosingTest, StepsOfAnotherBuildingAreIgnored) {
     auto* const window = new Simulation({40, 40, 240, 240}, &host);
-    for (const uint32 step : {kShowWindow, kBuildGlobalControls, kBuildRootView, kArrangeWindow})
-        static_cast<void>(static_cast<BLooper*>(window)->PostMessage(step));
     window->Init(std::make_unique<BMessage>(PlanetRecord()), {}, nullptr, true);
+    for (const uint32 step : {kBuildGlobalControls, kArrangeWindow, kBuildRootView, kShowWindow})
+        static_cast<void>(static_cast<BLooper*>(window)->PostMessage(step));
     host.application->WaitFor(kSimulationShown);
     ASSERT_TRUE(window->Lock());
     window->Quit();
