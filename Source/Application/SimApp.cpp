@@ -38,6 +38,10 @@ constexpr BRect kFirstFrame{40.0f, 40.0f, 240.0f, 240.0f};
 constexpr float kAside = 24.0f;
 constexpr int kMaxAside = 8;
 
+// So much of the work is lost at most when the program or the machine fails.
+constexpr bigtime_t kCopyInterval = 60'000'000;
+constexpr uint32 kCopyTime = FourCC("cptm");
+
 BMessenger MessengerTo(BHandler* handler) {
     return BMessenger(handler);
 }
@@ -71,7 +75,8 @@ SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
       recovery_(recovery),
       openPanel_(this),
       newSimulation_(resources->NewSimulation()),
-      recoveryOffers_(this, &texts_) {
+      recoveryOffers_(this, &texts_),
+      copyTimes_(MessengerTo(this), BMessage(kCopyTime), kCopyInterval) {
     const BBitmap largeIcon = ProgramIcons::Large();
     WindowServer::SetProgramIcon(&largeIcon);
     ReadSettings();
@@ -369,6 +374,11 @@ void SimApp::MessageReceived(BMessage* message) {
             return Recover();
         case RecoveryOffers::kDiscard:
             if (recoveryOffers_.IsOffering()) recoveryOffers_.DiscardCurrent();
+            break;
+        case kCopyTime:
+            for (Simulation* const simulation : simulations_)
+                static_cast<void>(
+                    static_cast<BLooper*>(simulation)->PostMessage(Simulation::kKeepAutomaticCopy));
             break;
         case kSetDefaultResponse:
             return defaultResponses_.Merge(*message);

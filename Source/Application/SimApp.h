@@ -10,6 +10,7 @@
 #include "BApplication.h"
 #include "BBitmap.h"
 #include "BMessage.h"
+#include "BMessageRunner.h"
 #include "DefaultResponses.h"
 #include "DisplayContext.h"
 #include "MenuArchives.h"
@@ -100,4 +101,5 @@ private:
     DefaultResponses defaultResponses_;
     QuitRound quitRound_;
     RecoveryOffers recoveryOffers_;
+    const BMessageRunner copyTimes_;
 };

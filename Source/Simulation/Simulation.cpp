@@ -255,6 +255,11 @@ bool Simulation::FileMessage(BMessage* message) {
             if (isBuilt_) saver_.KeepRecoveryCopy();
             SendReply(BMessage(B_REPLY));
             break;
+        case kKeepAutomaticCopy:
+            // A run changes the document all the time.
+            if (isBuilt_ && (hasNewChanges_.exchange(false) || run_.PauseCount() <= 0))
+                saver_.KeepAutomaticCopy();
+            break;
         default:
             return false;
     }
@@ -363,6 +368,7 @@ void Simulation::Collide(const BMessage& message) {
 // --- Observer ---
 
 void Simulation::Changed(int32 changes) {
+    hasNewChanges_ = true;
     if (pendingChanges_.fetch_or(changes) != 0) return;
     // The one message of this burst must arrive, even if the port is full.
     if (PostMessage(kRedisplay) == B_WOULD_BLOCK)
@@ -449,6 +455,7 @@ void Simulation::SaveThenQuit(const BMessage& message) {
 void Simulation::SendQuitRequest() {
     Hide();
     run_.Pause();
+    saver_.File().DiscardAutomaticCopy();
     isQuitting_ = true;
     BMessage doomed(kDeleteMe);
     doomed.AddPointer(kDoomedSimulation, this);

@@ -28,6 +28,8 @@ class Simulation : public BWindow, public Observer {
 public:
     // Keep a recovery copy if there are changes that are not saved. Answered (B_REPLY) when done.
     static constexpr uint32 kKeepRecoveryCopy = FourCC("krcv");
+    // Sent from time to time: keep an automatic copy if something has changed since the last one.
+    static constexpr uint32 kKeepAutomaticCopy = FourCC("kacp");
 
     // The host is not owned.
     Simulation(BRect frame, SimulationHost* host);
@@ -96,6 +98,7 @@ private:
     std::unique_ptr<BMessage> archive_;  // until it is read
 
     std::atomic<int32> pendingChanges_{0};
+    std::atomic<bool> hasNewChanges_{false};  // since the last automatic copy
     std::atomic<bool> isNewlyCreated_{false};
     std::ptrdiff_t builtSteps_ = 0;
     bool isBuilt_ = false;

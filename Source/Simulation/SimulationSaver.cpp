@@ -97,6 +97,10 @@ void SimulationSaver::Gather() {
     controls_->SetEpochValues();
     controls_->SetPhysicalBodyValues();
     controls_->SetNonPhysicalBodyValues();
+    GatherWindows();
+}
+
+void SimulationSaver::GatherWindows() {
     BMessage fields;
     displays_->Archive(&fields);
     SetSimWindowInfo(&fields);
@@ -115,6 +119,18 @@ void SimulationSaver::KeepRecoveryCopy() {
     if (const DocumentError error = KeepCopyIfUnsaved(document_, &file_); error.Failed())
         TellNotCopied(error);
     run_->UnRest();
+}
+
+void SimulationSaver::KeepAutomaticCopy() {
+    if (document_->GetUndoChain()->IsSaved()) return file_.DiscardAutomaticCopy();
+    BMessage record;
+    run_->Rest();
+    GatherWindows();
+    DocumentError error = document_->Store(&record, true);
+    run_->UnRest();
+    if (!error.Failed())
+        error = file_.KeepCopy(record, file_.Name(), file_.Path(), DocumentFile::Copy::kAutomatic);
+    if (error.Failed()) TellNotCopied(error);
 }
 
 // --- What went wrong ---

@@ -39,13 +39,17 @@ public:
     void SaveCurrentEpoch();
     // False for a message that is no answer of the panel.
     bool SaveRequested(const BMessage& message, bool allEpochs);
+    // Of what is half typed, too, if there are changes that are not saved.
     void KeepRecoveryCopy();
+    // For the case that the program fails; disturbs neither typing nor, for long, a run.
+    void KeepAutomaticCopy();
     // A document that is no such was to be opened.
     void TellNotOpened(const std::string& name, const DocumentError& error);
 
 private:
     void SaveRequested(const entry_ref& directory, const std::string& name, bool allEpochs);
     void Gather();
+    void GatherWindows();
     void SetSimWindowInfo(BMessage* archive) const;
     void TellNotCopied(const DocumentError& error);
     void Complain(const std::string& text);

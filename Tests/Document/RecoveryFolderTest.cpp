@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -118,6 +121,29 @@ TEST_F(RecoveryFolderTest, AFailureLeavesNoTraceAndTheLastCopy) {
     EXPECT_TRUE(folder.Keep(tooDeep, "Comets", "", &other).Failed());
     EXPECT_EQ(folder.List().size(), 1u);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+}
+
+// As on another display: its document is open there.
+TEST_F(RecoveryFolderTest, CopiesOfAProgramThatRunsAreNotListed) {
+    int pipes[2];
+    int ends[2];
+    ASSERT_EQ(pipe(pipes), 0);
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        Keep("Comets", "");
+        char end = 0;
+        if (write(pipes[1], "k", 1) == 1) static_cast<void>(read(ends[0], &end, 1));
+        _exit(0);
+    }
+    char told = 0;
+    EXPECT_EQ(read(pipes[0], &told, 1), 1);
+    EXPECT_TRUE(folder.List().empty());
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    EXPECT_EQ(folder.List().size(), 1u);
+    for (const int end : {pipes[0], pipes[1], ends[0], ends[1]})
+        close(end);
 }
 
 TEST(UsualRecoveryFolder, LiesInTheStateDirectory) {

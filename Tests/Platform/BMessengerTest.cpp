@@ -11,6 +11,7 @@
 #include "AppDefs.h"
 #include "BLooper.h"
 #include "BMessage.h"
+#include "BMessageRunner.h"
 #include "TestLooper.h"
 
 namespace {
@@ -248,4 +249,22 @@ TEST(BMessenger, DetachedMessageIsAnsweredLaterByAnyone) {
     }
     QuitFromHere(looper);
     delete_sem(isDetached);
+}
+
+TEST(BMessageRunner, SendsUntilItEnds) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    looper->Run();
+    {
+        const BMessageRunner runner(BMessenger(looper), BMessage(kAsk), 1'000);
+        log->AwaitCount(3);
+    }
+    looper->Hold();
+    const std::size_t count = log->Whats().size();
+    snooze(kShort);
+    looper->ReleaseHold();
+    QuitFromHere(looper);
+    EXPECT_EQ(log->Whats().size(), count);
+    // A target that is gone, and an end before the first turn.
+    const BMessageRunner early(BMessenger(), BMessage(kAsk), 60'000'000);
 }

@@ -300,6 +300,60 @@ TEST_F(SimulationSavingTest, AtTheEndOfASessionACopyIsKeptOfWhatIsNotSaved) {
     running.Send(kTogglePause);
 }
 
+TEST_F(SimulationSavingTest, AutomaticCopiesComeAndGo) {
+    const auto copies = [this] { return host.Recovery().List(); };
+    TestSimulation simulation(&host, PlanetRecord(), "edited");
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    EXPECT_TRUE(copies().empty()) << "nothing has changed";
+    simulation.Send(kNewBody);
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    ASSERT_EQ(copies().size(), 1u);
+    EXPECT_TRUE(simulation.IsMarkedModified());
+    TestSimulation copied(&host, Read(copies()[0].path));
+    EXPECT_EQ(copied.CountBodies(), simulation.CountBodies());
+    // Only after a change there is another one.
+    std::filesystem::remove(copies()[0].path);
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    EXPECT_TRUE(copies().empty());
+    simulation.Send(kTogglePause);
+    for (int i = 0; i < 2; i++) {
+        simulation.Send(Simulation::kKeepAutomaticCopy);
+        EXPECT_EQ(copies().size(), 1u);
+        std::filesystem::remove(copies()[0].path);
+    }
+    EXPECT_EQ(simulation.GoLabel(), "Pause");
+    simulation.Send(kTogglePause);
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    EXPECT_EQ(copies().size(), 1u);
+    simulation.Send(kSave);
+    EXPECT_TRUE(copies().empty());
+    // The user decides against the changes: takes them back, or closes without saving.
+    simulation.Send(kNewBody);
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    simulation.Send(kUndo);
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    EXPECT_TRUE(copies().empty());
+    simulation.Send(kNewBody);
+    simulation.Send(Simulation::kKeepAutomaticCopy);
+    simulation.Send(FourCC("rlyq"));
+    host.application->WaitFor(kDeleteMe);
+    EXPECT_TRUE(copies().empty());
+}
+
+TEST_F(SimulationSavingTest, ACopyThatIsNeededOutlivesAutomaticOnes) {
+    {
+        TestSimulation simulation(&host, PlanetRecord());
+        simulation.Send(kNewBody);
+        simulation.Send(Simulation::kKeepAutomaticCopy);
+        simulation.Send(Simulation::kKeepRecoveryCopy);
+        simulation.Send(kNewBody);
+        simulation.Send(Simulation::kKeepAutomaticCopy);
+        simulation.Send(FourCC("rlyq"));
+        host.application->WaitFor(kDeleteMe);
+    }
+    EXPECT_EQ(host.Recovery().List().size(), 1u);
+}
+
 TEST_F(SimulationSavingTest, WhatWasRecoveredGoesWhenTheUserSaysSo) {
     {
         TestSimulation edited(&host, PlanetRecord());

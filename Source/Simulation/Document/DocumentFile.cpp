@@ -26,7 +26,9 @@ void DocumentFile::SetPlace(const entry_ref& directory, const std::string& name,
     name_ = name;
     hasFile_ = hasFile;
     ownPath_ = hasFile ? PathOf(directory, name) : std::string();
+    DiscardAutomaticCopy();
     copy_.clear();
+    isAutomatic_ = false;
     isRecovered_ = false;
 }
 
@@ -83,9 +85,21 @@ void DocumentFile::Saved(const std::string& path) {
 }
 
 DocumentError DocumentFile::KeepCopy(const BMessage& record, const std::string& name,
-                                     const std::string& path) {
-    isRecovered_ = false;
-    return folder_.Keep(record, name, path.starts_with('/') ? path : std::string(), &copy_);
+                                     const std::string& path, Copy kind) {
+    const bool isFirst = copy_.empty();
+    DocumentError error =
+        folder_.Keep(record, name, path.starts_with('/') ? path : std::string(), &copy_);
+    if (kind == Copy::kNeeded) {
+        isRecovered_ = false;
+        isAutomatic_ = false;
+    } else if (isFirst) {
+        isAutomatic_ = !copy_.empty();
+    }
+    return error;
+}
+
+void DocumentFile::DiscardAutomaticCopy() {
+    if (isAutomatic_) DiscardCopy();
 }
 
 void DocumentFile::DiscardRecovered() {

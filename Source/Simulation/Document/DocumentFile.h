@@ -10,6 +10,11 @@
 
 class DocumentFile {
 public:
+    // A copy that is needed holds what the user may believe to be safe: it stays until the document
+    // is saved. An automatic one is for the case that the program or the machine fails: it goes
+    // when the document is saved or closed.
+    enum class Copy { kNeeded, kAutomatic };
+
     explicit DocumentFile(RecoveryFolder folder = RecoveryFolder()) : folder_(std::move(folder)) {}
 
     // In no file yet; the folder is the one to propose.
@@ -37,8 +42,10 @@ public:
     // The whole document lies at that path now.
     void Saved(const std::string& path);
 
-    DocumentError KeepCopy(const BMessage& record, const std::string& name,
-                           const std::string& path);
+    // Replaces the copy that there is; one that was needed before stays so.
+    DocumentError KeepCopy(const BMessage& record, const std::string& name, const std::string& path,
+                           Copy kind);
+    void DiscardAutomaticCopy();
     // The user does not want what the document was recovered with.
     void DiscardRecovered();
 
@@ -52,5 +59,6 @@ private:
     bool hasFile_ = false;
     std::string ownPath_;       // of the file that holds the document, empty for none
     std::string copy_;          // path of the recovery copy, empty for none
+    bool isAutomatic_ = false;  // the copy is not needed
     bool isRecovered_ = false;  // the copy is what the document was read from
 };

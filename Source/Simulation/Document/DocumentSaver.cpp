@@ -26,9 +26,11 @@ SaveResult SaveDocument(SimulationDocument* document, DocumentFile* file,
 
     result.isCopyNeeded = allEpochs ? !isWritten : !wasSaved;
     if (!result.isCopyNeeded) return result;
-    result.copyError = allEpochs              ? file->KeepCopy(record, name, result.path)
-                       : !wholeError.Failed() ? file->KeepCopy(whole, file->Name(), file->Path())
-                                              : wholeError;
+    constexpr auto kNeeded = DocumentFile::Copy::kNeeded;
+    result.copyError = allEpochs ? file->KeepCopy(record, name, result.path, kNeeded)
+                       : !wholeError.Failed()
+                           ? file->KeepCopy(whole, file->Name(), file->Path(), kNeeded)
+                           : wholeError;
     if (result.copyError.Failed()) history->MarkUnsaved();
     return result;
 }
@@ -37,5 +39,5 @@ DocumentError KeepCopyIfUnsaved(SimulationDocument* document, DocumentFile* file
     if (document->GetUndoChain()->IsSaved()) return {};
     BMessage record;
     if (DocumentError error = document->Store(&record, true); error.Failed()) return error;
-    return file->KeepCopy(record, file->Name(), file->Path());
+    return file->KeepCopy(record, file->Name(), file->Path(), DocumentFile::Copy::kNeeded);
 }

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 #include "BMessage.h"
@@ -21,6 +22,8 @@ namespace fs = std::filesystem;
 // In the copy's record, beside the fields of every document, which readers of documents pass over.
 constexpr const char* kNameField = "Recovered name";
 constexpr const char* kPathField = "Recovered path";
+
+constexpr const char* kProcessField = "Recovered from process";
 
 constexpr mode_t kOnlyTheUser = 0600;
 constexpr std::size_t kMaxStem = 100;  // bytes of a copy's name before its number
@@ -42,6 +45,22 @@ std::string StemOf(const std::string& documentName) {
             stem.pop_back();
     std::replace(stem.begin(), stem.end(), '/', '-');
     return stem.empty() || stem.front() == '.' ? '_' + stem : stem;
+}
+
+// What the system calls the program that this process runs; empty when there is none.
+std::string ProgramOf(const std::string& process) {
+    std::string program;
+    std::ifstream file("/proc/" + process + "/comm");
+    std::getline(file, program);
+    return program;
+}
+
+// It still works on the document of its copy. The number of one that has ended may be another
+// program's by now.
+bool IsAnotherOfUs(int32 process) {
+    if (process == getpid()) return false;
+    const std::string program = ProgramOf(std::to_string(process));
+    return !program.empty() && program == ProgramOf("self");
 }
 
 }  // namespace
@@ -76,9 +95,11 @@ DocumentError RecoveryFolder::Keep(const BMessage& record, const std::string& do
     BMessage marked(record);
     marked.RemoveName(kNameField);
     marked.RemoveName(kPathField);
+    marked.RemoveName(kProcessField);
     status_t status = marked.AddString(kNameField, documentName);
     if (status == B_OK && !originalPath.empty())
         status = marked.AddString(kPathField, originalPath);
+    if (status == B_OK) status = marked.AddInt32(kProcessField, getpid());
     DocumentError result = DocumentError::Record(status);
     if (!result.Failed()) result = SimulationFile::Write(path, marked);
     if (!result.Failed())
@@ -100,6 +121,8 @@ std::vector<RecoveryCopy> RecoveryFolder::List() const {
             SimulationFile::Read(copy.path, &record).Failed() ||
             record.FindString(kNameField, &copy.documentName) != B_OK)
             continue;
+        int32 process = 0;
+        if (record.FindInt32(kProcessField, &process) == B_OK && IsAnotherOfUs(process)) continue;
         static_cast<void>(record.FindString(kPathField, &copy.originalPath));
         copy.time = info.st_mtime;
         copies.push_back(std::move(copy));

@@ -1,6 +1,7 @@
 // The folder of recovery copies: documents that could not be saved, or were not when the program
-// had to end. A copy is an ordinary document whose record also tells the name of its document and
-// where that lies. No state but the folder's path; any thread, several at a time.
+// had to end. A copy is an ordinary document whose record also tells the name of its document,
+// where that lies, and which process made the copy. No state but the folder's path; any thread,
+// several at a time.
 #pragma once
 
 #include <ctime>
@@ -30,7 +31,8 @@ public:
     // empty, is replaced, and becomes the path of the new one. On failure the last copy stays.
     DocumentError Keep(const BMessage& record, const std::string& documentName,
                        const std::string& originalPath, std::string* copy) const;
-    // All copies that can be read, the oldest first. Reads them completely.
+    // All copies that can be read, the oldest first, without those of other programs of this kind
+    // that are running. Reads them completely.
     [[nodiscard]] std::vector<RecoveryCopy> List() const;
     // Deletes a copy; nothing for a path that lies elsewhere.
     void Discard(const std::string& path) const;
