@@ -84,6 +84,59 @@ TEST(Canvas, ManyPiecesLookLikeOneLine) {
     EXPECT_EQ(pieces.PixelAt({22, 23}), kRed);
 }
 
+// Lines of an array may be drawn together; nobody is to see it.
+TEST(Canvas, ATrailLooksAsIfDrawnLineByLine) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> length(1.5, 9);
+    std::normal_distribution<double> turn(0, 1);
+    for (const double scale : {1.0, 2.0}) {
+        // From hardly bent to turning about in every point.
+        for (const double bend : {0.0, 0.01, 0.05, 0.2, 1.0, 3.0}) {
+            SCOPED_TRACE(bend);
+            Canvas together({0, 0, 199, 199}, kBlack, scale);
+            Canvas single({0, 0, 199, 199}, kBlack, scale);
+            BPoint from{100, 100};
+            double angle = 3 * turn(random);
+            together.BeginLineArray(128);
+            for (int i = 0; i < 128; i++) {
+                angle += bend * turn(random);
+                const double way = length(random);
+                const BPoint to{from.x + static_cast<float>(way * std::cos(angle)),
+                                from.y + static_cast<float>(way * std::sin(angle))};
+                together.AddLine(from, to, kWhite);
+                DrawLine(&single, from, to);
+                from = to;
+            }
+            together.EndLineArray();
+            EXPECT_LT(LargestDifference(together, single), 72);
+            EXPECT_NEAR(Light(together), Light(single), 0.02 * Light(single) + 1.0);
+        }
+    }
+    // Out and straight back; a point that is nowhere in the middle.
+    Canvas canvas({0, 0, 99, 19}, kBlack);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float infinite = std::numeric_limits<float>::infinity();
+    canvas.BeginLineArray(8);
+    canvas.AddLine({10, 5}, {90, 5}, kWhite);
+    canvas.AddLine({90, 5}, {40, 5}, kWhite);
+    float y = 10;
+    for (const float nowhere : {nan, infinite}) {
+        canvas.AddLine({10, y}, {20, y}, kWhite);
+        canvas.AddLine({20, y}, {nowhere, y}, kWhite);
+        canvas.AddLine({nowhere, y}, {30, y}, kWhite);
+        canvas.AddLine({30, y}, {40, y}, kWhite);
+        y += 5;
+    }
+    canvas.EndLineArray();
+    EXPECT_EQ(canvas.PixelAt({90, 5}), kWhite);
+    EXPECT_EQ(canvas.PixelAt({10, 5}), kWhite);
+    for (const float row : {10.0f, 15.0f}) {
+        EXPECT_EQ(canvas.PixelAt({15, row}), kWhite);
+        EXPECT_EQ(canvas.PixelAt({25, row}), kBlack);
+        EXPECT_EQ(canvas.PixelAt({35, row}), kWhite);
+    }
+}
+
 TEST(Canvas, ACircleLiesOnTheCircle) {
     for (const double scale : {1.0, 2.0}) {
         Canvas canvas({-120, -120, 120, 120}, kBlack, scale);
@@ -204,6 +257,11 @@ TEST(Canvas, DamageCoversEveryChange) {
         drawn.ClearDamage();
         ASSERT_EQ(LargestDifference(drawn, copy), 0) << i;
     }
+    // One whose middle lies outside for most of its length.
+    DrawLine(&drawn, {0, -0.9f}, {299, 0.5f});
+    copy.CopyDamageFrom(drawn);
+    drawn.ClearDamage();
+    EXPECT_EQ(LargestDifference(drawn, copy), 0);
     EXPECT_TRUE(drawn.Damage().IsEmpty());
     // A slanted line damages a strip, not the rectangle around it.
     DrawLine(&drawn, {0, 0}, {299, 199});

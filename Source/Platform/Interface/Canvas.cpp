@@ -4,9 +4,12 @@
 
 #include "PixelImage.h"
 #include "Rasterizer.h"
+#include "StraightRun.h"
 
 namespace {
 
+// Points nearer to a line than this lie on it, in device pixels.
+constexpr float kStraight = 1.0f / 8;
 // A long slanted line damages much less than the rectangle around it.
 constexpr double kDamageStep = 2.0 * DamageMap::kTileSize;
 // Further out nothing is drawn, and the sums stay far from the limits of whole numbers.
@@ -31,11 +34,17 @@ bool IsFinite(BPoint point) {
     return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
+bool IsSmall(const IntRect& rect) {
+    return std::max(rect.Width(), rect.Height()) <= DamageMap::kTileSize;
+}
+
 void AddLineDamage(DamageMap* damage, const IntRect& drawn, double x0, double y0, double x1,
                    double y1, double width) {
     const double longer = std::max(drawn.Width(), drawn.Height());
     const int32 pieces = 1 + static_cast<int32>(longer / kDamageStep);
-    if (pieces == 1 || !ClipLine(drawn, &x0, &y0, &x1, &y1)) return damage->Add(drawn);
+    // Its middle may lie outside the pixels that it touches.
+    const IntRect frame = drawn.GrownBy(static_cast<int32>(width) + 2);
+    if (pieces == 1 || !ClipLine(frame, &x0, &y0, &x1, &y1)) return damage->Add(drawn);
     const double margin = width / 2 + 1.0;
     for (int32 i = 0; i < pieces; i++) {
         const double from = static_cast<double>(i) / pieces;
@@ -93,24 +102,47 @@ void Canvas::BeginLineArray(int32 count) {
     lines_.reserve(static_cast<std::size_t>(std::max(count, 0)));
 }
 
+// The first line after `first` that cannot be drawn together with it.
+std::size_t Canvas::EndOfRun(std::size_t first) const {
+    StraightRun run(lines_[first].from, lines_[first].to, kStraight / static_cast<float>(scale_));
+    std::size_t next = first + 1;
+    while (next < lines_.size() && lines_[next].from == lines_[next - 1].to &&
+           lines_[next].color == lines_[first].color && run.Take(lines_[next].to))
+        next++;
+    return next;
+}
+
 void Canvas::EndLineArray() {
-    Rasterizer rasterizer(pixels_);
     const double width = std::max(scale_, 1.0);
-    rgb_color color;
-    rasterizer.SetColor(ToPixel(color));
-    for (const Line& line : lines_) {
-        const double x0 = DeviceX(line.from.x);
-        const double y0 = DeviceY(line.from.y);
-        const double x1 = DeviceX(line.to.x);
-        const double y1 = DeviceY(line.to.y);
-        if (!std::isfinite(x0 + y0 + x1 + y1)) continue;
-        if (line.color != color) {
-            color = line.color;
-            rasterizer.SetColor(ToPixel(color));
+    Rasterizer rasterizer(pixels_, width);
+    Pixel color = kOpaque;
+    rasterizer.SetColor(color);
+    IntRect damage;  // of short lines near to one another
+    for (std::size_t i = 0, end = 0; i < lines_.size(); i = end) {
+        end = EndOfRun(i);
+        const BPoint from = lines_[i].from;
+        const BPoint to = lines_[end - 1].to;
+        const double x0 = DeviceX(from.x);
+        const double y0 = DeviceY(from.y);
+        const double x1 = DeviceX(to.x);
+        const double y1 = DeviceY(to.y);
+        if (lines_[i].color != color) {
+            color = lines_[i].color;
+            rasterizer.SetColor(color);
         }
-        const IntRect drawn = rasterizer.DrawLine(x0, y0, x1, y1, width);
-        if (!drawn.IsEmpty()) AddLineDamage(&damage_, drawn, x0, y0, x1, y1, width);
+        const IntRect drawn = rasterizer.DrawLine(x0, y0, x1, y1);
+        if (drawn.IsEmpty()) continue;
+        const IntRect both = Union(damage, drawn);
+        if (IsSmall(both)) {
+            damage = both;
+        } else if (IsSmall(drawn)) {
+            damage_.Add(damage);
+            damage = drawn;
+        } else {
+            AddLineDamage(&damage_, drawn, x0, y0, x1, y1, width);
+        }
     }
+    damage_.Add(damage);
     lines_.clear();
 }
 

@@ -34,7 +34,9 @@ public:
     // Gather lines and draw them all at the end. `count` is a hint. Clipped to the bounds; a line
     // with an end that is not finite is left out.
     void BeginLineArray(int32 count);
-    void AddLine(BPoint from, BPoint to, rgb_color color) { lines_.push_back({from, to, color}); }
+    void AddLine(BPoint from, BPoint to, rgb_color color) {
+        lines_.push_back({from, to, ToPixel(color)});
+    }
     void EndLineArray();
 
     void Fill(rgb_color color);
@@ -62,9 +64,10 @@ private:
     struct Line {
         BPoint from;
         BPoint to;
-        rgb_color color;
+        Pixel color;
     };
 
+    [[nodiscard]] std::size_t EndOfRun(std::size_t first) const;
     [[nodiscard]] IntRect DeviceRect(BRect rect) const;
     [[nodiscard]] double DeviceX(float x) const;
     [[nodiscard]] double DeviceY(float y) const;

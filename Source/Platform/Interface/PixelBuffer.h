@@ -46,12 +46,23 @@ struct IntRect {
     [[nodiscard]] IntRect MovedBy(IntPoint by) const {
         return {left + by.x, top + by.y, right + by.x, bottom + by.y};
     }
+    [[nodiscard]] IntRect GrownBy(int32 by) const {
+        return {left - by, top - by, right + by, bottom + by};
+    }
     bool operator==(const IntRect&) const = default;
 };
 
 [[nodiscard]] inline IntRect Intersection(const IntRect& a, const IntRect& b) {
     return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
             std::min(a.bottom, b.bottom)};
+}
+
+// The least rectangle that holds both; an empty one does not count.
+[[nodiscard]] inline IntRect Union(const IntRect& a, const IntRect& b) {
+    if (a.IsEmpty()) return b;
+    if (b.IsEmpty()) return a;
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
 }
 
 class PixelBuffer {

@@ -1,26 +1,14 @@
 #include "Rasterizer.h"
 
 #include <cmath>
-#include <utility>
 
 namespace {
-
-// How much of a pixel is covered, in levels; the highest is all of it.
-constexpr int32 kLevelBits = 5;
-constexpr uint32 kAll = 1u << kLevelBits;
-
-// A pixel's highest byte: three bits that stand for a colour, and a level below kAll. A pixel
-// without such a mark has 255 there, as opaque pixels do; so level 31 of the last of the eight
-// colours would be no mark, and kAll - 1 is drawn as kAll. Two colours that share their three bits
-// are told apart only where both cover a pixel in part; nobody sees that.
-constexpr int32 kMarkShift = 24;
-constexpr uint32 kLevelMask = kAll - 1;
-constexpr uint32 kTagMask = 0xffu & ~kLevelMask;
-constexpr uint32 kNoMark = 0xff;
 
 // Fractions of a pixel in whole numbers.
 constexpr int32 kFractionBits = 16;
 constexpr int32 kOne = 1 << kFractionBits;
+constexpr int32 kLevelShift = kFractionBits - PixelPen::kLevelBits;
+constexpr int32 kHalfLevel = 1 << (kLevelShift - 1);
 
 // Shorter ones say too little about the direction to be continued to the middle of a pixel.
 constexpr double kShortLine = 1.0 / 32;
@@ -35,8 +23,14 @@ int64 ToFixed(double x) {
     return static_cast<int64>(x * kOne);
 }
 
+// Of such a part of a pixel, at most all of it.
+uint32 LevelOfFixed(int32 part) {
+    return static_cast<uint32>(std::min(part, kOne) + kHalfLevel) >> kLevelShift;
+}
+
 uint32 LevelOf(double coverage) {
-    return coverage >= 1.0 ? kAll : static_cast<uint32>(Floor(coverage * kAll + 0.5));
+    return coverage >= 1.0 ? PixelPen::kAll
+                           : static_cast<uint32>(Floor(coverage * PixelPen::kAll + 0.5));
 }
 
 // The first pixel of a row or column whose centre is at or after `x`, and the first one after it.
@@ -80,117 +74,94 @@ bool ClipLine(const IntRect& frame, double* x0, double* y0, double* x1, double* 
     return true;
 }
 
-void Rasterizer::SetColor(Pixel color) {
-    color_ = color | kNoMark << kMarkShift;
-    redBlue_ = color & 0xff00ffu;
-    green_ = color & 0x00ff00u;
-    // Any mixture of the colour's bits.
-    const uint32 hash = (color & 0xffffffu) * 0x9e3779b1u;
-    tag_ = hash >> 24 & kTagMask;
-}
+Rasterizer::Rasterizer(PixelBuffer& pixels, double width)
+    : pixels_(pixels),
+      width_(width),
+      frame_(pixels.Bounds().GrownBy(static_cast<int32>(width) + 2)) {}
 
-inline void Rasterizer::Cover(Pixel* pixel, uint32 level) const {
-    if (level == 0) return;
-    if (level >= kAll - 1) {
-        *pixel = color_;
-        return;
-    }
-    const Pixel before = *pixel;
-    const uint32 mark = before >> kMarkShift;
-    uint32 share = 256 / kAll * level;
-    if ((mark & kTagMask) == tag_ && mark != kNoMark) {
-        const uint32 covered = mark & kLevelMask;
-        if (level <= covered) return;
-        share = 256 * (level - covered) / (kAll - covered);
-    }
-    const uint32 rest = 256 - share;
-    const uint32 redBlue = ((before & 0xff00ffu) * rest + redBlue_ * share) >> 8;
-    const uint32 green = ((before & 0x00ff00u) * rest + green_ * share) >> 8;
-    *pixel = (redBlue & 0xff00ffu) | (green & 0x00ff00u) | (tag_ | level) << kMarkShift;
-}
-
-IntRect Rasterizer::DrawLine(double x0, double y0, double x1, double y1, double width) {
-    const int32 margin = static_cast<int32>(width) + 2;
-    const IntRect bounds = pixels_.Bounds();
-    const IntRect frame = {-margin, -margin, bounds.right + margin, bounds.bottom + margin};
-    if (!frame.Contains(x0, y0) || !frame.Contains(x1, y1))
-        if (!ClipLine(frame, &x0, &y0, &x1, &y1)) return {};
+IntRect Rasterizer::DrawLine(double x0, double y0, double x1, double y1) {
+    if (!frame_.Contains(x0, y0) || !frame_.Contains(x1, y1))
+        if (!std::isfinite(x0 + y0 + x1 + y1) || !ClipLine(frame_, &x0, &y0, &x1, &y1)) return {};
     const double dx = std::fabs(x1 - x0);
     const double dy = std::fabs(y1 - y0);
-    if (dx < kShortLine && dy < kShortLine)
-        DrawShortLine(x0, y0, x1, y1, width);
-    else if (dx >= dy)
-        DrawSpans<false>(x0, y0, x1, y1, width);
-    else
-        DrawSpans<true>(y0, x0, y1, x1, width);
-    const IntRect area = {Floor(std::min(x0, x1)) - margin, Floor(std::min(y0, y1)) - margin,
-                          Floor(std::max(x0, x1)) + margin, Floor(std::max(y0, y1)) + margin};
-    return Intersection(area, bounds);
+    if (dx < kShortLine && dy < kShortLine) return DrawShortLine(x0, y0, x1, y1);
+    return dx >= dy ? DrawSpans<false>(x0, y0, x1, y1) : DrawSpans<true>(y0, x0, y1, x1);
 }
 
 // Column by column (of a steep line row by row) from u0 to u1: the line's section there, which is
 // longer than the width by the slope, covers one pixel in part, some wholly, and one in part.
 template <bool isSteep>
-void Rasterizer::DrawSpans(double u0, double v0, double u1, double v1, double width) {
-    if (u0 > u1) {
-        std::swap(u0, u1);
-        std::swap(v0, v1);
-    }
-    const int32 stride = pixels_.Width();
-    const int32 first = std::max(Floor(u0), 0);
-    const int32 last = std::min(Floor(u1), (isSteep ? pixels_.Height() : stride) - 1);
-    if (first > last) return;
-    const double slope = (v1 - v0) / (u1 - u0);
-    const double section = width * std::sqrt(1.0 + slope * slope);
+IntRect Rasterizer::DrawSpans(double u0, double v0, double u1, double v1) {
+    const bool isForward = u0 <= u1;
+    const double begin = isForward ? u0 : u1;
+    const double beginV = isForward ? v0 : v1;
+    const double stop = isForward ? u1 : u0;
+    const int32 endU = isSteep ? pixels_.Height() : pixels_.Width();
+    const int32 endV = isSteep ? pixels_.Width() : pixels_.Height();
     Spans spans;
-    spans.low = ToFixed(v0 + slope * (first + 0.5 - u0) - section / 2);
+    spans.first = std::max(Floor(begin), 0);
+    spans.end = std::min(Floor(stop) + 1, endU);
+    if (spans.first >= spans.end) return {};
+    const double slope = (v1 - v0) / (u1 - u0);
+    const double section = width_ * std::sqrt(1.0 + slope * slope);
+    spans.low = ToFixed(beginV + slope * (spans.first + 0.5 - begin) - section / 2);
     spans.step = ToFixed(slope);
     spans.section = static_cast<int32>(ToFixed(section));
-    spans.pixels = Floor(section) + 2;
-    spans.columns = last - first + 1;
-    spans.endV = isSteep ? stride : pixels_.Height();
-    spans.stepU = isSteep ? stride : 1;
-    spans.stepV = isSteep ? 1 : stride;
-    spans.at = first * spans.stepU;
-    const int64 end = spans.low + spans.step * (spans.columns - 1);
-    const int64 least = std::min(spans.low, end) >> kFractionBits;
-    const int64 most = std::max(spans.low, end) >> kFractionBits;
-    if (least >= 0 && most + spans.pixels <= spans.endV)
-        FillSpans<false>(spans);
+    const int64 lastLow = spans.low + spans.step * (spans.end - spans.first - 1);
+    const int64 least = std::min(spans.low, lastLow) >> kFractionBits;
+    const int64 most = (std::max(spans.low, lastLow) + spans.section) >> kFractionBits;
+    if (least >= 0 && most < endV)
+        FillSpans<isSteep>(spans);
     else
-        FillSpans<true>(spans);
+        FillClippedSpans<isSteep>(spans);
+    const auto top = static_cast<int32>(std::max<int64>(least, 0));
+    const auto bottom = static_cast<int32>(std::min<int64>(most + 1, endV));
+    return isSteep ? IntRect{top, spans.first, bottom, spans.end}
+                   : IntRect{spans.first, top, spans.end, bottom};
 }
 
-template <bool isClipped>
-void Rasterizer::FillSpans(const Spans& spans) {
-    constexpr int32 kLevelShift = kFractionBits - kLevelBits;
-    constexpr int32 kHalfLevel = 1 << (kLevelShift - 1);
-    const Spans line = spans;  // pixels that are written cannot change it
-    const Rasterizer pen = *this;
-    Pixel* column = pixels_.Row(0) + line.at;
-    int64 low = line.low;
-    for (int32 u = 0; u < line.columns; u++, low += line.step, column += line.stepU) {
+// No section is shorter than a pixel, so each touches two pixels at least.
+template <bool isSteep>
+inline void Rasterizer::FillSpans(const Spans& spans) {
+    const std::ptrdiff_t stride = pixels_.Width();
+    const std::ptrdiff_t stepU = isSteep ? stride : 1;
+    const std::ptrdiff_t stepV = isSteep ? 1 : stride;
+    const PixelPen pen = pen_;  // pixels that are written cannot change it
+    Pixel* column = pixels_.Row(0) + spans.first * stepU;
+    int64 low = spans.low;
+    for (int32 u = spans.first; u < spans.end; u++, low += spans.step, column += stepU) {
+        Pixel* pixel = column + (low >> kFractionBits) * stepV;
+        const auto offset = static_cast<int32>(low & (kOne - 1));
+        // What is left of the section after the first pixel.
+        int32 rest = offset + spans.section - kOne;
+        pen.Cover(pixel, LevelOfFixed(kOne - offset), pixel + stepV, LevelOfFixed(rest));
+        pixel += stepV;
+        while ((rest -= kOne) > kHalfLevel)
+            pen.Cover(pixel += stepV, LevelOfFixed(rest));
+    }
+}
+
+template <bool isSteep>
+void Rasterizer::FillClippedSpans(const Spans& spans) {
+    const int32 endV = isSteep ? pixels_.Width() : pixels_.Height();
+    int64 low = spans.low;
+    for (int32 u = spans.first; u < spans.end; u++, low += spans.step) {
         auto v = static_cast<int32>(low >> kFractionBits);
-        Pixel* pixel = column + v * line.stepV;
         const auto cover = [&](int32 part) {
-            if (!isClipped || static_cast<uint32>(v) < static_cast<uint32>(line.endV))
-                pen.Cover(pixel, static_cast<uint32>((part + kHalfLevel) >> kLevelShift));
-        };
-        // What is left of the section, counted from the first pixel's edge.
-        const auto begin = static_cast<int32>(low & (kOne - 1));
-        int32 rest = begin + line.section;
-        cover(kOne - begin);
-        for (rest -= kOne; rest > kHalfLevel; rest -= kOne) {
-            pixel += line.stepV;
+            if (v >= 0 && v < endV)
+                pen_.Cover(isSteep ? pixels_.Row(u) + v : pixels_.Row(v) + u, LevelOfFixed(part));
             v++;
-            cover(std::min(rest, kOne));
-        }
+        };
+        const auto offset = static_cast<int32>(low & (kOne - 1));
+        cover(kOne - offset);
+        for (int32 rest = offset + spans.section - kOne; rest > kHalfLevel; rest -= kOne)
+            cover(rest);
     }
 }
 
 // A line within a pixel, as a dot.
-void Rasterizer::DrawShortLine(double x0, double y0, double x1, double y1, double width) {
-    const double reach = width / 2 + 0.5;
+IntRect Rasterizer::DrawShortLine(double x0, double y0, double x1, double y1) {
+    const double reach = width_ / 2 + 0.5;
     const double dx = x1 - x0;
     const double dy = y1 - y0;
     const double square = dx * dx + dy * dy;
@@ -210,8 +181,9 @@ void Rasterizer::DrawShortLine(double x0, double y0, double x1, double y1, doubl
             awayY -= part * dy;
             const double distance = awayX * awayX + awayY * awayY;
             if (distance < reach * reach)
-                Cover(pixels_.Row(y) + x, LevelOf(reach - std::sqrt(distance)));
+                pen_.Cover(pixels_.Row(y) + x, LevelOf(reach - std::sqrt(distance)));
         }
+    return area;
 }
 
 IntRect Rasterizer::DrawDisc(double centerX, double centerY, double radius) {
@@ -229,7 +201,7 @@ IntRect Rasterizer::DrawDisc(double centerX, double centerY, double radius) {
             for (int32 x = from; x < to; x++) {
                 const double dx = x + 0.5 - centerX;
                 const double depth = outer - std::sqrt(dx * dx + dy * dy);
-                if (depth > 0.0) Cover(row + x, LevelOf(depth));
+                if (depth > 0.0) pen_.Cover(row + x, LevelOf(depth));
             }
         };
         if (std::fabs(dy) >= inner) {
@@ -241,7 +213,7 @@ IntRect Rasterizer::DrawDisc(double centerX, double centerY, double radius) {
         const int32 right = std::max(left, EndCenter(centerX + half, 0, bounds.right));
         const double reach = std::sqrt(outer * outer - dy * dy);
         edge(FirstCenter(centerX - reach, 0, bounds.right), left);
-        std::fill(row + left, row + right, color_);
+        std::fill(row + left, row + right, pen_.Full());
         edge(right, EndCenter(centerX + reach, 0, bounds.right));
     }
     return area;
