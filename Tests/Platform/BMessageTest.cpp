@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <memory>
-#include <numeric>
 #include <thread>
 
 #include "AllocationPeak.h"
@@ -26,7 +25,6 @@ TEST(BMessage, WritesTheStoredFormByteForByte) {
     EXPECT_EQ(bytes, ReadVector("empty-le.bin"));
     ASSERT_EQ(empty.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
     EXPECT_EQ(bytes, ReadVector("empty-be.bin"));
-    EXPECT_EQ(empty.Flatten(nullptr), B_BAD_VALUE);
 }
 
 TEST(BMessage, AFieldKeepsItsTypeAndItemSize) {
@@ -34,72 +32,45 @@ TEST(BMessage, AFieldKeepsItsTypeAndItemSize) {
     EXPECT_EQ(message.AddInt32("a", 1), B_OK);
     EXPECT_EQ(message.AddInt64("a", 2), B_BAD_TYPE);
     EXPECT_EQ(message.AddData("a", B_INT32_TYPE, "12345678", 8), B_BAD_VALUE);
-    EXPECT_EQ(message.AddData("a", B_INT32_TYPE, nullptr, 4), B_BAD_VALUE);
     EXPECT_EQ(message.AddData("b", B_RAW_TYPE, "", 0), B_BAD_VALUE);
     EXPECT_EQ(message.AddData("b", B_ANY_TYPE, "1", 1), B_BAD_VALUE);
-    EXPECT_EQ(message.AddInt32(nullptr, 1), B_BAD_VALUE);
-    EXPECT_EQ(message.AddMessage("b", nullptr), B_BAD_VALUE);
     EXPECT_EQ(message.AddDoubles("b", nullptr, 3), B_BAD_VALUE);
-    const double number = 1;
-    EXPECT_EQ(message.AddDoubles("b", &number, 0), B_BAD_VALUE);
     EXPECT_EQ(message.AddInt32(std::string(256, 'n').c_str(), 1), B_NAME_TOO_LONG);
     EXPECT_EQ(message.CountNames(), 1) << "what fails leaves no field behind";
     EXPECT_EQ(message.AddInt32(std::string(255, 'n').c_str(), 1), B_OK);
-    EXPECT_EQ(message.AddInt32("", 5), B_OK);
-
     // Whether items have one size is settled by the first; a string of any length may follow.
     EXPECT_EQ(message.AddData("text", B_STRING_TYPE, "a", 2, false), B_OK);
     EXPECT_EQ(message.AddData("text", B_STRING_TYPE, "bcd", 4, true), B_OK);
     std::string text;
     EXPECT_EQ(message.FindString("text", 1, &text), B_OK);
     EXPECT_EQ(text, "bcd");
-    int32 a = 0, count = 0;
-    EXPECT_EQ(message.GetInfo("a", nullptr, &count), B_OK);
-    EXPECT_EQ(count, 1);
-    EXPECT_EQ(message.FindInt32("a", &a), B_OK);
-    EXPECT_EQ(a, 1);
 }
 
 TEST(BMessage, FailedFindsOverwriteTheResult) {
     BMessage message;
     ASSERT_EQ(message.AddInt16("short", 1), B_OK);
     ASSERT_EQ(message.AddData("odd", B_INT32_TYPE, "12", 2), B_OK);
-    int32 number = 9;
-    EXPECT_EQ(message.FindInt32("none", 7, &number), B_NAME_NOT_FOUND);
-    EXPECT_EQ(number, 0);
-    number = 9;
-    EXPECT_EQ(message.FindInt32("short", 7, &number), B_BAD_TYPE) << "the type counts first";
-    EXPECT_EQ(number, 0);
-    int16 little = 9;
-    EXPECT_EQ(message.FindInt16("short", 1, &little), B_BAD_INDEX);
-    EXPECT_EQ(little, 0);
-    EXPECT_EQ(message.FindInt16("short", -1, &little), B_BAD_INDEX);
-    number = 9;
-    EXPECT_EQ(message.FindInt32("odd", &number), B_BAD_DATA);
-    EXPECT_EQ(number, 0);
-    EXPECT_EQ(message.FindInt32("odd", nullptr), B_BAD_VALUE);
-    EXPECT_EQ(message.FindInt32(nullptr, &number), B_BAD_VALUE);
+    const auto expect = [&message](const char* name, int32 index, status_t status) {
+        int32 number = 9;
+        EXPECT_EQ(message.FindInt32(name, index, &number), status);
+        EXPECT_EQ(number, 0);
+    };
+    expect("none", 7, B_NAME_NOT_FOUND);
+    expect("short", 7, B_BAD_TYPE);  // the type counts first
+    expect("odd", -1, B_BAD_INDEX);
+    expect("odd", 1, B_BAD_INDEX);
+    expect("odd", 0, B_BAD_DATA);
 
     bool flag = true;
     EXPECT_EQ(message.FindBool("none", &flag), B_NAME_NOT_FOUND);
     EXPECT_FALSE(flag);
-    double real = 9;
-    EXPECT_EQ(message.FindDouble("none", &real), B_NAME_NOT_FOUND);
-    EXPECT_EQ(real, 0);
-    BPoint point{1, 2};
-    EXPECT_EQ(message.FindPoint("none", &point), B_NAME_NOT_FOUND);
-    EXPECT_EQ(point, BPoint());
     BRect rect{1, 2, 3, 4};
     EXPECT_EQ(message.FindRect("none", &rect), B_NAME_NOT_FOUND);
     EXPECT_EQ(rect, (BRect{0, 0, -1, -1}));
     std::string text = "old";
     EXPECT_EQ(message.FindString("none", &text), B_NAME_NOT_FOUND);
     EXPECT_EQ(text, "");
-    void* pointer = &message;
-    EXPECT_EQ(message.FindPointer("none", &pointer), B_NAME_NOT_FOUND);
-    EXPECT_EQ(pointer, nullptr);
     BMessage nested(5);
-    ASSERT_EQ(nested.AddBool("b", true), B_OK);
     EXPECT_EQ(message.FindMessage("none", &nested), B_NAME_NOT_FOUND);
     EXPECT_EQ(nested, BMessage());
     const void* data = &message;
@@ -111,40 +82,6 @@ TEST(BMessage, FailedFindsOverwriteTheResult) {
     ASSERT_EQ(message.AddDouble("one", 1), B_OK);
     EXPECT_EQ(message.FindDoubles("one", 0, 2, values), B_BAD_INDEX);
     EXPECT_EQ(values[0], 0);
-}
-
-TEST(BMessage, ItemsOfSeveralFieldsInTurn) {
-    BMessage message;
-    std::vector<double> reals(1000);
-    std::iota(reals.begin(), reals.end(), 0.5);
-    for (int32 i = 0; i < 1000; i++) {
-        ASSERT_EQ(message.AddInt32("id", i), B_OK);
-        ASSERT_EQ(message.AddString("name", std::to_string(i)), B_OK);
-        ASSERT_EQ(message.AddDouble("r", reals[static_cast<std::size_t>(i)]), B_OK);
-    }
-    ASSERT_EQ(message.AddDoubles("bulk", reals.data(), 400), B_OK);
-    ASSERT_EQ(message.AddDoubles("bulk", reals.data() + 400, 600), B_OK);
-    RecordBytes bytes;
-    ASSERT_EQ(message.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
-    BMessage read;
-    ASSERT_EQ(read.Unflatten(bytes.data(), bytes.size()), B_OK);
-    for (const BMessage& each : {message, read}) {
-        for (int32 i = 0; i < 1000; i += 37) {
-            int32 id = 0;
-            std::string name;
-            EXPECT_EQ(each.FindInt32("id", i, &id), B_OK);
-            EXPECT_EQ(id, i);
-            EXPECT_EQ(each.FindString("name", i, &name), B_OK);
-            EXPECT_EQ(name, std::to_string(i));
-        }
-        for (const char* name : {"r", "bulk"}) {
-            std::vector<double> found(1000);
-            EXPECT_EQ(each.FindDoubles(name, 0, 1000, found.data()), B_OK);
-            EXPECT_EQ(found, reals);
-            EXPECT_EQ(each.FindDoubles(name, 990, 10, found.data()), B_OK);
-            EXPECT_EQ(found[0], 990.5);
-        }
-    }
 }
 
 TEST(BMessage, ReplacingAndRemovingItems) {
@@ -162,15 +99,13 @@ TEST(BMessage, ReplacingAndRemovingItems) {
         EXPECT_EQ(message.ReplaceInt32("IDs", 1), B_BAD_TYPE);
         EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 3, &last, sizeof last), B_BAD_INDEX);
         EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 0, &last, 4), B_BAD_VALUE);
-        EXPECT_EQ(message.ReplaceData("IDs", B_INT64_TYPE, 0, nullptr, 8), B_BAD_VALUE);
         EXPECT_EQ(message.RemoveData("r", 1), B_OK);
         EXPECT_EQ(message.RemoveData("r", 2), B_BAD_INDEX);
-        EXPECT_EQ(message.RemoveData("r", -1), B_BAD_INDEX);
-        EXPECT_EQ(message.RemoveData("none"), B_NAME_NOT_FOUND);
-        EXPECT_EQ(message.RemoveName("none"), B_NAME_NOT_FOUND);
-        EXPECT_EQ(message.RemoveName("color"), B_OK);
         EXPECT_EQ(message.RemoveData("fixed"), B_OK);
         EXPECT_FALSE(message.HasName("fixed")) << "the last item takes the name with it";
+        // Removed and added again, a name comes last.
+        EXPECT_EQ(message.RemoveName("color"), B_OK);
+        EXPECT_EQ(message.AddInt64("color", 1), B_OK);
 
         BMessage expected(FourCC("ARCV"));
         const int64 ids[] = {77, -2, -5};
@@ -183,14 +118,8 @@ TEST(BMessage, ReplacingAndRemovingItems) {
         ASSERT_EQ(expected.AddPoint("pos", {1.5f, -2.25f}), B_OK);
         ASSERT_EQ(meta.AddString("name", "Sol"), B_OK);
         ASSERT_EQ(expected.AddMessage("meta", &meta), B_OK);
+        ASSERT_EQ(expected.AddInt64("color", 1), B_OK);
         EXPECT_EQ(message, expected);
-
-        // Removed and added again, a name comes last.
-        EXPECT_EQ(message.RemoveName("IDs"), B_OK);
-        EXPECT_EQ(message.AddInt64("IDs", 1), B_OK);
-        std::string name;
-        EXPECT_EQ(message.GetInfo(B_ANY_TYPE, 4, &name, nullptr), B_OK);
-        EXPECT_EQ(name, "IDs");
     }
 }
 
@@ -243,66 +172,30 @@ TEST(BMessage, EnumeratesNamesByType) {
     EXPECT_EQ(name, "pos");
     EXPECT_EQ(message.GetInfo(B_POINT_TYPE, 1, &name, nullptr), B_BAD_INDEX);
     EXPECT_EQ(message.GetInfo(B_RECT_TYPE, 0, &name, nullptr), B_BAD_TYPE);
-    EXPECT_EQ(message.GetInfo(B_ANY_TYPE, 7, &name, nullptr), B_BAD_INDEX);
-    EXPECT_EQ(BMessage().GetInfo(B_ANY_TYPE, 0, &name, nullptr), B_BAD_INDEX);
-    count = 9;
     EXPECT_EQ(message.GetInfo("none", &type, &count), B_NAME_NOT_FOUND);
     EXPECT_EQ(count, 0);
-    EXPECT_TRUE(message.HasName("r", B_DOUBLE_TYPE));
-    EXPECT_FALSE(message.HasName("r", B_FLOAT_TYPE));
-    BMessage emptied = message;
-    EXPECT_EQ(emptied.MakeEmpty(), B_OK);
-    EXPECT_TRUE(emptied.IsEmpty());
-    EXPECT_EQ(emptied.what, message.what);
 }
 
 TEST(BMessage, NestedRecordsAreSnapshots) {
-    BMessage inner(1);
+    BMessage inner(1), outer(2), found;
     ASSERT_EQ(inner.AddInt32("n", 1), B_OK);
-    BMessage outer(2);
     ASSERT_EQ(outer.AddMessage("m", &inner), B_OK);
     ASSERT_EQ(inner.ReplaceInt32("n", 2), B_OK);
     ASSERT_EQ(outer.AddMessage("m", &inner), B_OK);
     ASSERT_EQ(outer.AddMessage("self", &outer), B_OK);
-
-    BMessage found;
-    int32 n = 0;
-    ASSERT_EQ(outer.FindMessage("m", 0, &found), B_OK);
-    EXPECT_EQ(found.FindInt32("n", &n), B_OK);
-    EXPECT_EQ(n, 1);
-    ASSERT_EQ(found.ReplaceInt32("n", 3), B_OK);
-    ASSERT_EQ(outer.FindMessage("m", 0, &found), B_OK);
-    EXPECT_EQ(found.FindInt32("n", &n), B_OK);
-    EXPECT_EQ(n, 1) << "what was found is a copy";
+    for (int round = 0; round < 2; round++) {
+        int32 n = 0;
+        ASSERT_EQ(outer.FindMessage("m", 0, &found), B_OK);
+        EXPECT_EQ(found.FindInt32("n", &n), B_OK);
+        EXPECT_EQ(n, 1);
+        ASSERT_EQ(found.ReplaceInt32("n", 3), B_OK);  // in the copy that was found
+    }
     ASSERT_EQ(outer.FindMessage("self", &found), B_OK);
     EXPECT_EQ(found.what, 2u);
     EXPECT_FALSE(found.HasName("self"));
-    const void* data = nullptr;
-    EXPECT_EQ(outer.FindData("m", B_MESSAGE_TYPE, 0, &data, nullptr), B_NOT_ALLOWED);
     ASSERT_EQ(outer.RemoveData("m", 0), B_OK);
     ASSERT_EQ(outer.FindMessage("m", &outer), B_OK) << "into itself";
     EXPECT_EQ(outer, inner);
-}
-
-TEST(BMessage, NestedRecordsAsObjectsAndAsBytesMix) {
-    BMessage inner(7);
-    ASSERT_EQ(inner.AddString("s", "text"), B_OK);
-    RecordBytes bytes;
-    ASSERT_EQ(inner.Flatten(&bytes), B_OK);
-    BMessage objects, stored;
-    ASSERT_EQ(objects.AddMessage("m", &inner), B_OK);
-    ASSERT_EQ(objects.AddData("m", B_MESSAGE_TYPE, bytes.data(), bytes.size(), false), B_OK);
-    ASSERT_EQ(stored.AddData("m", B_MESSAGE_TYPE, bytes.data(), bytes.size(), false), B_OK);
-    ASSERT_EQ(stored.AddMessage("m", &inner), B_OK);
-    EXPECT_EQ(objects, stored);
-    EXPECT_EQ(objects.AddData("m", B_MESSAGE_TYPE, "junk", 4, false), B_NOT_A_MESSAGE);
-    BMessage found;
-    for (int32 i = 0; i < 2; i++) {
-        ASSERT_EQ(objects.FindMessage("m", i, &found), B_OK);
-        EXPECT_EQ(found, inner);
-        ASSERT_EQ(stored.FindMessage("m", i, &found), B_OK);
-        EXPECT_EQ(found, inner);
-    }
 }
 
 // Copies share nested records; threads that use one copy each must not notice (run under TSan).
@@ -333,12 +226,11 @@ TEST(BMessage, CopiesInSeveralThreads) {
 TEST(BMessage, ReferencesToFiles) {
     BMessage message;
     const entry_ref file{0xFFFFFFFE, 0x0102030405060708, "file"};
-    ASSERT_EQ(message.AddRef("refs", &file), B_OK);
     const entry_ref none;
+    ASSERT_EQ(message.AddRef("refs", &file), B_OK);
     ASSERT_EQ(message.AddRef("refs", &none), B_OK);
     const entry_ref unstorable{int64{1} << 40, 1, "x"};
     EXPECT_EQ(message.AddRef("refs", &unstorable), B_BAD_VALUE);
-    EXPECT_EQ(message.AddRef("refs", nullptr), B_BAD_VALUE);
     RecordBytes bytes;
     ASSERT_EQ(message.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
     ASSERT_EQ(message.Unflatten(bytes.data(), bytes.size()), B_OK);
@@ -352,13 +244,6 @@ TEST(BMessage, ReferencesToFiles) {
     found = file;
     EXPECT_EQ(message.FindRef("short", &found), B_BAD_DATA);
     EXPECT_EQ(found, none);
-    BMessage stored;
-    const RecordBytes all = ReadVector("alltypes-le.bin");
-    ASSERT_EQ(stored.Unflatten(all.data(), all.size()), B_OK);
-    EXPECT_EQ(stored.FindRef("ref", &found), B_OK);
-    EXPECT_EQ(found, (entry_ref{3, 0x0102030405060708, "file"}));
-    EXPECT_EQ(stored.FindRef("ref", 1, &found), B_OK);
-    EXPECT_EQ(found, none);
 }
 
 TEST(BMessage, EqualityLooksAtContentOnly) {
@@ -368,11 +253,9 @@ TEST(BMessage, EqualityLooksAtContentOnly) {
         change(other);
         return !(message == other) && !(other == message);
     };
-    EXPECT_FALSE(differs([](BMessage&) {}));
     EXPECT_TRUE(differs([](BMessage& m) { m.what++; }));
     EXPECT_TRUE(differs([](BMessage& m) { (void)m.ReplaceBool("fixed", false); }));
     EXPECT_TRUE(differs([](BMessage& m) { (void)m.RemoveData("r", 2); }));
-    EXPECT_TRUE(differs([](BMessage& m) { (void)m.AddInt32("more", 1); }));
     EXPECT_TRUE(differs([](BMessage& m) {
         BMessage meta;
         (void)m.FindMessage("meta", &meta);
@@ -385,20 +268,21 @@ TEST(BMessage, EqualityLooksAtContentOnly) {
         (void)m.RemoveName("class");
         (void)m.AddString("class", "Body");
     }));
-    // Items that vary in size where others do not: resource compilers write all numbers so.
-    BMessage fixed, varying;
+    // Items that vary in size where others do not: resource compilers write all numbers so. And
+    // records as objects and as bytes.
+    BMessage plain, other;
     const int32 n = 5;
-    ASSERT_EQ(fixed.AddInt32("n", n), B_OK);
-    ASSERT_EQ(varying.AddData("n", B_INT32_TYPE, &n, sizeof n, false), B_OK);
-    EXPECT_EQ(fixed, varying);
-    int32 found = 0;
-    EXPECT_EQ(varying.FindInt32("n", &found), B_OK);
-    EXPECT_EQ(found, n);
+    ASSERT_EQ(plain.AddInt32("n", n), B_OK);
+    ASSERT_EQ(other.AddData("n", B_INT32_TYPE, &n, sizeof n, false), B_OK);
     RecordBytes bytes;
-    ASSERT_EQ(varying.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
-    BMessage read;
-    ASSERT_EQ(read.Unflatten(bytes.data(), bytes.size()), B_OK);
-    EXPECT_EQ(read, fixed);
+    ASSERT_EQ(message.Flatten(&bytes), B_OK);
+    ASSERT_EQ(plain.AddMessage("m", &message), B_OK);
+    ASSERT_EQ(other.AddData("m", B_MESSAGE_TYPE, bytes.data(), bytes.size(), false), B_OK);
+    EXPECT_EQ(plain.AddData("m", B_MESSAGE_TYPE, "junk", 4, false), B_NOT_A_MESSAGE);
+    EXPECT_EQ(plain, other);
+    ASSERT_EQ(other.Flatten(&bytes, BMessage::ByteOrder::kBigEndian), B_OK);
+    ASSERT_EQ(other.Unflatten(bytes.data(), bytes.size()), B_OK);
+    EXPECT_EQ(plain, other);
 }
 
 TEST(BMessage, TextShowsEveryField) {

@@ -1,11 +1,9 @@
-// Spawned threads: their start, end, result, names and identifiers; the clocks and the debugger
-// stop.
+// Spawned threads: their start, end, result, names and identifiers; the debugger stop.
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <set>
 #include <string>
@@ -126,16 +124,6 @@ TEST(Thread, IdentifiersAreNeverUsedTwice) {
         EXPECT_TRUE(identifiers.insert(spawned).second);
         EXPECT_TRUE(identifiers.insert(foreign).second);
     }
-}
-
-TEST(Clock, RunsInMicroseconds) {
-    using std::chrono::microseconds;
-    const bigtime_t start = system_time();
-    EXPECT_EQ(snooze(3000), B_OK);
-    EXPECT_GE(system_time() - start, 3000);
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const bigtime_t expected = std::chrono::duration_cast<microseconds>(now).count();
-    EXPECT_NEAR(static_cast<double>(real_time_clock_usecs() - expected), 0.0, 60e6);
 }
 
 TEST(DebuggerDeathTest, PrintsItsTextAndStops) {
