@@ -54,19 +54,14 @@ void BenchAgainstScalar(BenchTable* table, int32 count) {
     const PairWalk cloud = Cloud(count);
     TestSystem system(cloud, 4, kCutoff);
     TaylorCalculator calculator(system.Portal(), system.Consumers(), nullptr);
-    const auto scalar = [&](ScalarTaylor::Forces forces) {
-        return [reports, taylor = ScalarTaylor(cloud, 4, kCutoff, forces)]() mutable {
-            for (int32 i = 0; i < reports; i++) {
-                if (i % 100 == 0) taylor.ClearReports();
-                taylor.Step();
-                taylor.Report();
-            }
-        };
+    const auto scalar = [reports, taylor = ScalarTaylor(cloud, 4, kCutoff)]() mutable {
+        for (int32 i = 0; i < reports; i++) {
+            if (i % 100 == 0) taylor.ClearReports();
+            taylor.Step();
+            taylor.Report();
+        }
     };
-    const auto times =
-        Measure({[&] { system.Run(&calculator, reports); }, scalar(ScalarTaylor::Forces::kWalk),
-                 scalar(ScalarTaylor::Forces::kTensors)},
-                1, 15);
+    const auto times = Measure({[&] { system.Run(&calculator, reports); }, scalar}, 1, 15);
     const std::string what = "step with report, " + std::to_string(count) + " bodies";
     table->AddFigure(what, 1e6 * times[0].median / reports, "us");
     const double ratio = times[1].median / times[0].median;
@@ -74,7 +69,6 @@ void BenchAgainstScalar(BenchTable* table, int32 count) {
         table->AddAtLeast(what + ", against scalar code", 2.0, ratio, "x");
     else
         table->AddFigure(what + ", against scalar code", ratio, "x");
-    table->AddFigure(what + ", against scalar tensors", times[2].median / times[0].median, "x");
 }
 
 // The parts of TaylorCalculator's step, with the report or without it.

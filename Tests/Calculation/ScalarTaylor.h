@@ -1,7 +1,6 @@
 // The Taylor integrator in plain scalar code, coordinate by coordinate, with everything of a body
-// in one place: what TaylorCalculator must do bit for bit (with the forces of the plain pair walk),
-// or up to rounding (with forces from the stored tidal tensors of all pairs). The benchmarks
-// compare TaylorCalculator with it.
+// in one place and with the forces of the plain pair walk: what TaylorCalculator must do bit for
+// bit. The benchmarks compare TaylorCalculator with it.
 #pragma once
 
 #include <vector>
@@ -10,9 +9,7 @@
 
 class ScalarTaylor {
 public:
-    enum class Forces { kWalk, kTensors };
-
-    ScalarTaylor(PairWalk system, int32 order, double cutoff, Forces forces);
+    ScalarTaylor(PairWalk system, int32 order, double cutoff);
 
     // One step, and one report of time, positions and velocities at the end of the vectors.
     void Step();
@@ -29,22 +26,14 @@ private:
         double r[3][5];
         double v[3][4];
     };
-    struct Pair {
-        double tensor[6];  // xx, xy, xz, yy, yz, zz
-        double kissDistance2;
-    };
 
-    void Derivatives();
-    void DerivativesFromTensors();
     void ControlStep();
     void TaylorSeries();
     void Promote();
 
     PairWalk system_;
     const int32 order_;
-    const Forces forces_;
     std::vector<Dels> dels_;
-    std::vector<Pair> pairs_;
     double low_, high_;
     int32 promotionInterval_;
     double s_ = 100.0, s2_ = 10000.0;

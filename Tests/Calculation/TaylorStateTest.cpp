@@ -9,34 +9,6 @@
 #include "Epoch.h"
 #include "TaylorFixtures.h"
 
-TEST(TaylorCalculator, PromotionLeavesTheSums) {
-    const double cutoff = 1e-4;
-    const PairWalk planets = Planets(5, 5);
-    TestSystem system(planets, 4, cutoff);
-    const auto calculator = MakeCalculator(&system);
-    const auto interval =
-        static_cast<int32>(std::pow(std::pow(cutoff, -1.0 / 3), 0.6666666666666666) * 4.281);
-    system.Run(calculator.get(), interval);
-    const std::vector<double> before = Doubles(ArchiveOf(*calculator), "DelR");
-    EXPECT_EQ(Iteration(ArchiveOf(*calculator)), interval);
-    system.Run(calculator.get(), 1);
-    const BMessage archive = ArchiveOf(*calculator);
-    EXPECT_EQ(Iteration(archive), 0);
-    const std::vector<double> r = Doubles(archive, "DelR"), v = Doubles(archive, "DelV");
-    for (int64 i = 0; i < 5; i++) {
-        const size_t at = static_cast<size_t>(i) * 15;  // x
-        EXPECT_NE(r[at], before[at]) << "the base took in the first part";
-        EXPECT_EQ(r[at + 4], 0.0);
-        EXPECT_NE(r[at + 3], 0.0);
-        const double sum = r[at + 4] + r[at + 3] + r[at + 2] + r[at + 1] + r[at];
-        const double speed =
-            v[at / 15 * 12 + 3] + v[at / 15 * 12 + 2] + v[at / 15 * 12 + 1] + v[at / 15 * 12];
-        const Body* const body = system.Find(i);
-        EXPECT_NEAR(sum, body->Position().x, 4e-16 * std::fabs(sum));
-        EXPECT_NEAR(speed, body->Velocity().x, 4e-16 * std::fabs(speed));
-    }
-}
-
 // Parts above those that the order feeds can only be left from a run of a higher order.
 TEST(TaylorParts, PromotionDropsPartsThatTheOrderDoesNotFeed) {
     const std::vector<double> r = {1, 10, 100, 1000, 10000}, v = {2, 20, 200, 2000};

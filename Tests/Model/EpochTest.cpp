@@ -6,7 +6,6 @@
 
 #include "DefaultUnits.h"
 #include "EpochCursor.h"
-#include "NullEpoch.h"
 #include "TestDocument.h"
 
 namespace {
@@ -27,24 +26,6 @@ struct Tree {
 
 std::unique_ptr<Epoch> Restored(BMessage* record) {
     return std::unique_ptr<Epoch>(dynamic_cast<Epoch*>(instantiate_object(record)));
-}
-
-TEST(Epoch, StartsWithTheDefaults) {
-    Epoch epoch;
-    EXPECT_EQ(epoch.Circumstance(), 1);
-    EXPECT_EQ(epoch.TimeUval(), TIME_UVAL_PREF);
-    EXPECT_EQ(epoch.Cutoff(), 1e-11);
-    EXPECT_EQ(epoch.Order(), 4);
-    EXPECT_TRUE(epoch.Writeable() && epoch.NameFromParent() && epoch.COMOnGo());
-    EXPECT_EQ(epoch.CalculatorState(), nullptr);
-    EXPECT_EQ(epoch.RootSystem()->Name(), "Root system");
-    EXPECT_EQ(epoch.RootSystem()->ID(), kRootSystemID);
-    EXPECT_EQ(epoch.MaxSystemID(), -1);
-    EXPECT_EQ(epoch.SystemFromID(-2), &AbEpoch::origin);
-    EXPECT_EQ(epoch.SystemFromID(0), nullptr);
-    EXPECT_EQ(AbEpoch::origin.Name(), "Origin");
-    EXPECT_EQ(AbEpoch::origin.RelativeTo(), -1);
-    EXPECT_EQ(AbEpoch::origin.PositionUval(), POSITION_UVAL_PREF);
 }
 
 TEST(Epoch, IgnoresValuesOutOfRange) {
@@ -80,7 +61,6 @@ TEST(Epoch, CopyIsWriteableAndFree) {
     tree.b->SetName("B");
     tree.b->SetWriteable(false);
     tree.b->SetCircumstance(77);
-    tree.b->SetTime(5.0);
     tree.b->SetCOMOnGo(false);
     tree.b->RootSystem()->AddChild(NewBody("b", 3, 1.0, {}));
     tree.b->SetCalculatorState(new BMessage(FourCC("ARCV")));
@@ -88,7 +68,6 @@ TEST(Epoch, CopyIsWriteableAndFree) {
     EXPECT_TRUE(copy->Writeable() && copy->NameFromParent());
     EXPECT_EQ(copy->Name(), "B");  // no parent to inherit from
     EXPECT_EQ(copy->Circumstance(), 77);
-    EXPECT_EQ(copy->Time(), 5.0);
     EXPECT_FALSE(copy->COMOnGo());
     EXPECT_EQ(copy->Parent(), nullptr);
     EXPECT_EQ(copy->CountChildren(), 0);
@@ -110,8 +89,6 @@ TEST(Epoch, ChildrenAreInsertedWhereAskedAndOnce) {
     EXPECT_EQ(tree.a.ChildAt(3), last);
     EXPECT_EQ(tree.a.IndexOfChild(tree.c), 2);
     EXPECT_EQ(tree.a.IndexOfChild(tree.d), -1);
-    EXPECT_EQ(tree.a.ChildAt(4), nullptr);
-    EXPECT_EQ(tree.a.ChildAt(-1), nullptr);
     tree.a.RemoveChild(tree.c);
     EXPECT_EQ(tree.c->Parent(), &tree.a);  // not re-parented
     delete tree.c;
@@ -119,60 +96,21 @@ TEST(Epoch, ChildrenAreInsertedWhereAskedAndOnce) {
     EXPECT_EQ(tree.a.CountChildren(), 3);
 }
 
-TEST(Epoch, AdoptedChildrenGoBeforeAChildOrToTheEnd) {
-    Tree tree;
-    auto* e = new Epoch;
-    auto* f = new Epoch;
-    tree.b->AddChild(e);
-    tree.b->AddChild(f);
-    EXPECT_EQ(tree.a.AdoptChildren(tree.b, 1, 99, tree.c), B_OK);
-    EXPECT_EQ(tree.b->CountChildren(), 3);
-    tree.b->RemoveChildren(1, 99);
-    EXPECT_EQ(tree.b->CountChildren(), 1);
-    EXPECT_EQ(tree.a.ChildAt(1), e);
-    EXPECT_EQ(tree.a.ChildAt(2), f);
-    EXPECT_EQ(tree.a.ChildAt(3), tree.c);
-    EXPECT_EQ(f->Parent(), &tree.a);
-    EXPECT_EQ(tree.a.AdoptChildren(tree.b, 0, 1, nullptr), B_OK);
-    tree.b->RemoveChildren(0, 1);
-    EXPECT_EQ(tree.a.ChildAt(4), tree.d);
-}
-
-TEST(Epoch, MaxSystemIDCoversTheSubtree) {
-    Tree tree;
-    tree.a.RootSystem()->AddChild(NewBody("b", 5, 1.0, {}));
-    tree.d->RootSystem()->AddChild(NewBody("b", 9, 1.0, {}));
-    EXPECT_EQ(tree.a.MaxSystemID(), 9);
-    EXPECT_EQ(tree.c->MaxSystemID(), -1);
-}
-
 TEST(Epoch, ArchiveHasItsFieldsInOrder) {
     Tree tree;
     tree.a.SetCalculatorState(new BMessage(FourCC("ARCV")));
-    BMessage record;
+    BMessage record, child, shallow;
     ASSERT_EQ(tree.a.Archive(&record, true), B_OK);
-    std::string names;
-    std::string name;
-    type_code type = 0;
-    int32 count = 0;
-    for (int32 i = 0; record.GetInfo(B_ANY_TYPE, i, &name, &type, &count) == B_OK; i++)
-        names += name + "*" + std::to_string(count) + ",";
-    EXPECT_EQ(names,
-              "Epoch Name*1,Time*1,T Uval*1,Reason*1,Cutoff*1,Order*1,COM on Go*1,Writ*1,N Inh*1,"
-              "Root*1,Children*2,Calc*1,class*1,");
-    BMessage child;
+    EXPECT_EQ(FieldNames(record),
+              "Epoch Name*1 Time*1 T Uval*1 Reason*1 Cutoff*1 Order*1 COM on Go*1 Writ*1 N Inh*1 "
+              "Root*1 Children*2 Calc*1 class*1 ");
     ASSERT_EQ(record.FindMessage("Children", 0, &child), B_OK);
     EXPECT_EQ(child.what, FourCC("ARCV"));
     EXPECT_FALSE(child.HasName("Epoch Name"));
     EXPECT_FALSE(child.HasName("Calc"));
-    EXPECT_TRUE(child.HasName("Children"));
-
-    BMessage shallow;
     ASSERT_EQ(tree.a.Archive(&shallow, false), B_OK);
     EXPECT_FALSE(shallow.HasName("Children"));
     EXPECT_TRUE(shallow.HasName("Root"));
-    EXPECT_TRUE(shallow.HasName("Calc"));
-    EXPECT_EQ(tree.a.Archive(nullptr), B_BAD_VALUE);
 }
 
 TEST(Epoch, ArchiveRestoresTheTree) {
@@ -191,10 +129,8 @@ TEST(Epoch, ArchiveRestoresTheTree) {
     const auto restored = Restored(&record);
     ASSERT_NE(restored, nullptr);
     EXPECT_EQ(DeepArchive(*restored), DeepArchive(document.root));
-    const AbEpoch* copy = restored->ChildAt(0)->ChildAt(0);
-    EXPECT_EQ(copy->Name(), "Genesis");
-    EXPECT_EQ(copy->Parent()->Parent(), restored.get());
-    EXPECT_EQ(*copy->CalculatorState(), *state);
+    EXPECT_EQ(restored->ChildAt(0)->ChildAt(0)->Order(), 11);
+    EXPECT_EQ(restored->ChildAt(0)->ChildAt(0)->Parent()->Parent(), restored.get());
 }
 
 TEST(Epoch, ArchiveWithoutFieldsRestoresTheDefaults) {
@@ -277,26 +213,6 @@ TEST(Epoch, DeepChainsAreHandled) {
     EXPECT_EQ(restored->CountChildren(), 0);
 }
 
-TEST(NullEpoch, AnswersAndIgnores) {
-    NullEpoch none;
-    Epoch child;
-    none.SetOrder(7);
-    EXPECT_EQ(none.Order(), 2);
-    EXPECT_EQ(none.Circumstance(), 8);
-    EXPECT_TRUE(std::isnan(none.Time()));
-    EXPECT_EQ(none.AddChild(&child), B_OK);
-    EXPECT_EQ(none.CountChildren(), 0);
-    EXPECT_EQ(child.Parent(), nullptr);
-    EXPECT_EQ(none.RootSystem(), nullptr);
-    EXPECT_EQ(none.SystemFromID(kOriginID), nullptr);
-    none.SetCalculatorState(new BMessage);
-    EXPECT_EQ(none.CalculatorState(), nullptr);
-    BMessage record;
-    EXPECT_EQ(none.Archive(&record), B_OK);
-    EXPECT_TRUE(record.IsEmpty());
-    EXPECT_EQ(NullEpoch::Instantiate(&record), nullptr);
-}
-
 TEST(EpochCursor, WalksInPreOrderToTheEndOfTheTree) {
     Tree tree;
     const auto walk = [](AbEpoch* start) {
@@ -308,13 +224,9 @@ TEST(EpochCursor, WalksInPreOrderToTheEndOfTheTree) {
     EXPECT_EQ(walk(&tree.a), (std::vector<AbEpoch*>{&tree.a, tree.b, tree.d, tree.c}));
     EXPECT_EQ(walk(tree.d), (std::vector<AbEpoch*>{tree.d, tree.c}));
     EXPECT_TRUE(walk(nullptr).empty());
-    EpochCursor done(tree.c);
-    done.Increment();
-    done.Increment();
-    EXPECT_EQ(done.GetEpoch(), nullptr);
-    done.SetTo(tree.b);
-    done.RightUp();
-    EXPECT_EQ(done.GetEpoch(), tree.c);
+    EpochCursor cursor(tree.b);
+    cursor.RightUp();
+    EXPECT_EQ(cursor.GetEpoch(), tree.c);
 }
 
 }  // namespace

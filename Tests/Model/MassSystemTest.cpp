@@ -6,20 +6,9 @@
 
 #include "DefaultUnits.h"
 #include "MassSystem.h"
-#include "NullMassSystem.h"
 #include "TestDocument.h"
 
 namespace {
-
-std::vector<std::string> FieldNames(const BMessage& record) {
-    std::vector<std::string> names;
-    std::string name;
-    type_code type = 0;
-    int32 count = 0;
-    for (int32 i = 0; record.GetInfo(B_ANY_TYPE, i, &name, &type, &count) == B_OK; i++)
-        names.push_back(name + "*" + std::to_string(count));
-    return names;
-}
 
 std::unique_ptr<MassSystem> Restored(BMessage* record) {
     return std::unique_ptr<MassSystem>(dynamic_cast<MassSystem*>(instantiate_object(record)));
@@ -50,8 +39,6 @@ TEST(Body, SettersBoundWhatTheyStore) {
     body->SetRelativeTo(3);
     body->SetRelativeTo(7);
     EXPECT_EQ(body->RelativeTo(), 3);
-    EXPECT_EQ(body->MassUval(), MASS_UVAL_PREF);
-    EXPECT_EQ(body->SpeedUval(), SPEED_UVAL_PREF);
     for (const double bad : {0.0, -1.0, HUGE_VAL, static_cast<double>(NAN)}) {
         body->SetPositionUval(bad);
         EXPECT_EQ(body->PositionUval(), POSITION_UVAL_PREF);
@@ -59,8 +46,6 @@ TEST(Body, SettersBoundWhatTheyStore) {
         EXPECT_EQ(body->RadiusUval(), RADIUS_UVAL_PREF);
     }
     EXPECT_EQ(body->AddChild(NewPair().get()), B_ERROR);
-    EXPECT_EQ(body->SystemFromID(7), body.get());
-    EXPECT_EQ(body->SystemFromID(8), nullptr);
 }
 
 TEST(Body, ArchiveHasItsFieldsInOrderAndRestoresEqual) {
@@ -73,20 +58,14 @@ TEST(Body, ArchiveHasItsFieldsInOrderAndRestoresEqual) {
     BMessage record;
     ASSERT_EQ(body->Archive(&record), B_OK);
     EXPECT_EQ(FieldNames(record),
-              (std::vector<std::string>{"ID*1", "Body Name*1", "r Uval*1", "v Uval*1", "M Uval*1",
-                                        "Rad Uval*1", "Trail Color*1", "Disc Color*1", "Trail On*1",
-                                        "Disc On*1", "Rel to*1", "r*3", "v*3", "Mass*1", "Radius*1",
-                                        "class*1"}));
-    type_code type = 0;
-    EXPECT_EQ(record.GetInfo("Trail Color", &type), B_OK);
-    EXPECT_EQ(type, B_RGB_COLOR_TYPE);
+              "ID*1 Body Name*1 r Uval*1 v Uval*1 M Uval*1 Rad Uval*1 Trail Color*1 Disc Color*1 "
+              "Trail On*1 Disc On*1 Rel to*1 r*3 v*3 Mass*1 Radius*1 class*1 ");
+    EXPECT_TRUE(record.HasName("Trail Color", B_RGB_COLOR_TYPE));
     const auto restored = Restored(&record);
     ASSERT_NE(restored, nullptr);
     EXPECT_EQ(DeepArchive(*restored), DeepArchive(*body));
     EXPECT_EQ(restored->ID(), 5000000000);
-    EXPECT_EQ(restored->Name(), "");
     EXPECT_EQ(restored->Velocity(), (ThreeVector{4.0, 5.0, 6.0}));
-    EXPECT_EQ(body->Archive(nullptr), B_BAD_VALUE);
 }
 
 TEST(Body, ArchiveWithoutFieldsRestoresTheDefaults) {
@@ -107,12 +86,7 @@ TEST(Body, ArchiveWithoutFieldsRestoresTheDefaults) {
     EXPECT_EQ(body->M(), 4.0);
     EXPECT_EQ(body->MassUval(), MASS_UVAL_PREF);
     EXPECT_EQ(body->Position(), (ThreeVector{1.5, 0.0, 0.0}));
-
-    BMessage other;
-    other.AddString("class", "CompositeSystem");
-    EXPECT_EQ(Body::Instantiate(&other), nullptr);
     EXPECT_EQ(CompositeSystem::Instantiate(&record), nullptr);
-    EXPECT_EQ(NullMassSystem::Instantiate(&record), nullptr);
 }
 
 TEST(CompositeSystem, KeepsChildrenSortedEachIdentifierOnce) {
@@ -130,9 +104,6 @@ TEST(CompositeSystem, KeepsChildrenSortedEachIdentifierOnce) {
     EXPECT_EQ(group->IndexOfChild(twin.get()), -1);
     group->RemoveChild(twin.get());
     EXPECT_EQ(group->CountChildren(), 5);
-    EXPECT_EQ(group->ChildAt(-1), nullptr);
-    EXPECT_EQ(group->ChildAt(5), nullptr);
-    EXPECT_EQ(group->MaxSystemID(), 100);
     const std::unique_ptr<MassSystem> removed(group->ChildAt(4));
     group->RemoveChild(removed.get());
     EXPECT_EQ(removed->Parent(), nullptr);
@@ -172,57 +143,28 @@ TEST(CompositeSystem, DerivesItsQuantitiesFromTheChildren) {
     EXPECT_TRUE(std::isnan(empty->Position().x));
 }
 
-TEST(CompositeSystem, DisplaceCommandMovesNestedBodiesAndUndoes) {
-    const std::unique_ptr<CompositeSystem> outer(NewComposite("Outer", 30));
-    auto* pair = NewPair().release();
-    outer->AddChild(pair);
-    outer->AddChild(NewBody("Third", 3, 4.0, {-1.0, 0.0, 16.0}));
-    const std::string before = DeepArchive(*outer);
-    ASSERT_EQ(outer->Position(), (ThreeVector{1.0, 0.0, 8.0}));
-    const std::unique_ptr<LCommand> move(
-        outer->DisplaceCommand(outer->Position(), {2.0, 2.0, 2.0}));
-    move->Execute();
-    EXPECT_EQ(outer->Position(), (ThreeVector{2.0, 2.0, 2.0}));
-    EXPECT_EQ(pair->ChildAt(1)->Position(), (ThreeVector{5.0, 2.0, -6.0}));
-    move->Undo();
-    EXPECT_EQ(DeepArchive(*outer), before);
-
-    const std::unique_ptr<LCommand> push(pair->BoostCommand({0.0, 2.0, 0.0}, {0.0, 0.0, 0.0}));
-    push->Execute();
-    EXPECT_EQ(pair->ChildAt(0)->Velocity(), (ThreeVector{0.0, 6.0, 0.0}));
-    push->Undo();
-    EXPECT_EQ(DeepArchive(*outer), before);
-}
-
 TEST(CompositeSystem, CopiesAreDeepAndFree) {
     const std::unique_ptr<CompositeSystem> outer(NewComposite("Outer", 30));
     auto* pair = NewPair().release();
     outer->AddChild(pair);
-    std::unique_ptr<MassSystem> copy(pair->Copy());
-    EXPECT_EQ(DeepArchive(*copy), DeepArchive(*pair));
-    EXPECT_EQ(copy->Parent(), nullptr);
-    EXPECT_EQ(copy->ChildAt(0)->Parent(), copy.get());
-    EXPECT_NE(copy->ChildAt(0), pair->ChildAt(0));
-
+    const std::unique_ptr<MassSystem> copy(pair->Copy());
     CompositeSystem assigned("Old", 1, {}, {}, kOriginID);
     assigned.AddChild(NewBody("gone", 50, 1.0, {}));
     assigned = *pair;
-    EXPECT_EQ(DeepArchive(assigned), DeepArchive(*pair));
-    EXPECT_EQ(assigned.Parent(), nullptr);
-    EXPECT_EQ(assigned.ChildAt(1)->Parent(), &assigned);
+    for (const MassSystem* other : {copy.get(), static_cast<MassSystem*>(&assigned)}) {
+        EXPECT_EQ(DeepArchive(*other), DeepArchive(*pair));
+        EXPECT_EQ(other->Parent(), nullptr);
+        EXPECT_EQ(other->ChildAt(0)->Parent(), other);
+        EXPECT_NE(other->ChildAt(0), pair->ChildAt(0));
+    }
 }
 
 TEST(CompositeSystem, ArchiveIsAlwaysDeepAndDropsWhatIsNoSystem) {
     const auto pair = NewPair();
-    BMessage record;
+    BMessage record, epoch, unknown;
     ASSERT_EQ(pair->Archive(&record, false), B_OK);
-    const auto names = FieldNames(record);
-    EXPECT_EQ(names[names.size() - 2], "Bodies*2");
-    EXPECT_EQ(names.back(), "class*1");
-
-    BMessage epoch;
+    EXPECT_TRUE(FieldNames(record).ends_with(" Bodies*2 class*1 ")) << FieldNames(record);
     epoch.AddString("class", "Epoch");
-    BMessage unknown;
     unknown.AddString("class", "Comet");
     record.AddMessage("Bodies", &epoch);
     record.AddMessage("Bodies", &unknown);
@@ -275,21 +217,6 @@ TEST(CompositeSystem, AHundredThousandBodiesMakeTheRoundTrip) {
     const auto restored = Restored(&record);
     EXPECT_EQ(restored->CountChildren(), 100000);
     EXPECT_EQ(restored->ChildAt(99999)->ID(), 100000);
-}
-
-TEST(NullMassSystem, IgnoresEverythingAndWritesNoClass) {
-    NullMassSystem none;
-    EXPECT_EQ(none.ID(), -1);
-    EXPECT_EQ(none.RelativeTo(), kOriginID);
-    EXPECT_EQ(none.Copy(), nullptr);
-    EXPECT_EQ(none.SystemFromID(-1), nullptr);
-    EXPECT_TRUE(std::isnan(none.Position().z) && std::isnan(none.M()));
-    EXPECT_EQ(none.TrailColor(), (rgb_color{0, 0, 0, 0}));
-    EXPECT_EQ(none.DisplaceCommand({}, {}), nullptr);
-    EXPECT_EQ(none.MaxSystemID(), -1);
-    BMessage record;
-    EXPECT_EQ(none.Archive(&record), B_OK);
-    EXPECT_EQ(FieldNames(record), (std::vector<std::string>{"ID*1"}));
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ public:
         AbEpoch* focus = portal->FocusEpoch();
         if (document_->Epochs().size() > kMaxEpochs)
             return std::make_unique<DeleteEpochCommand>(portal, AnyEpoch());
-        switch (Number(0, 23)) {
+        switch (Number(0, 19)) {
             case 0:
             case 1:
                 return std::make_unique<SetCompVectorCommand>(portal, Quantity(), MovableID(),
@@ -57,30 +57,15 @@ public:
                 return OfSystem<double>(LooseBodyID(), &MassSystem::M, &MassSystem::SetM,
                                         Number(-9, 99));
             case 5:
-                return OfSystem<double>(AnyID(), &MassSystem::Radius, &MassSystem::SetRadius,
-                                        Number(-9, 99));
-            case 6:
                 return OfSystem<std::string>(AnyID(), &MassSystem::Name, &MassSystem::SetName,
                                              std::to_string(random_()));
-            case 7:
-                return OfSystem<rgb_color>(AnyID(), &MassSystem::TrailColor,
-                                           &MassSystem::SetTrailColor,
-                                           {static_cast<uint8>(Number(0, 255)), 1, 2, 255});
-            case 8:
-                return OfSystem<bool>(AnyID(), &MassSystem::DiscOn, &MassSystem::SetDiscOn,
-                                      Number(0, 1) == 1);
-            case 9:
-                return OfSystem<double>(AnyID(), &MassSystem::RadiusUval,
-                                        &MassSystem::SetRadiusUval, Number(-1, 9));
-            case 10:
+            case 6:
                 return OfSystem<int64>(LooseBodyID(), &MassSystem::RelativeTo,
                                        &MassSystem::SetRelativeTo, AnyID());
-            case 11:
+            case 7:
                 return OfEpoch<double>(&AbEpoch::Time, &AbEpoch::SetTime, Number(-99, 99));
-            case 12:
-                return OfEpoch<double>(&AbEpoch::Cutoff, &AbEpoch::SetCutoff, Number(-1, 5) * 3e-4);
-            case 13:
-            case 14: {
+            case 8:
+            case 9: {
                 const int64 id = document_->root.MaxSystemID() + 1;
                 const int64 parent = Number(0, 3) == 0 ? LooseID() : kRootSystemID;
                 MassSystem* system = Number(0, 4) == 0
@@ -88,27 +73,27 @@ public:
                                          : NewBody("Body", id, Number(0, 9), {1.0 / 3.0, 0.1, 7.0});
                 return std::make_unique<NewSystemCommand>(portal, system, parent);
             }
-            case 15:
-            case 22:
+            case 10:
+            case 11:
                 return std::make_unique<DeleteSystemCommand>(portal, LooseID(), AnyID());
-            case 16:
+            case 12:
                 return std::make_unique<SetSystemToCommand>(portal, AnyID());
-            case 17:
+            case 13:
                 return std::make_unique<NewEpochCommand>(portal);
-            case 18:
+            case 14:
                 return std::make_unique<DeleteEpochCommand>(portal, AnyEpoch());
-            case 19: {
+            case 15: {
                 AbEpoch* target = AnyEpoch();
                 if (target == &document_->root) break;
                 return std::make_unique<SetEpochToCommand>(portal, target);
             }
-            case 20:
+            case 16:
                 // Undoing the renaming of an inherited name makes it the epoch's own, by design.
                 if (focus->NameFromParent())
                     return OfEpoch<bool>(&AbEpoch::NameFromParent, &AbEpoch::SetNameFromParent,
                                          false);
                 return std::make_unique<SetEpochNameCommand>(portal, std::to_string(random_()));
-            case 21: {
+            case 17: {
                 const int32 old = document_->calculator.segmentLength;
                 return std::make_unique<SetCalcIntCommand>(
                     &document_->calculator, &AbCalculator::SetSegmentLength, Number(1, 99), old);

@@ -71,3 +71,11 @@ std::string DeepArchive(const BArchivable& object) {
     EXPECT_EQ(object.Archive(&record, true), B_OK);
     return Bytes(record);
 }
+
+std::string FieldNames(const BMessage& record) {
+    std::string names, name;
+    int32 count = 0;
+    for (int32 i = 0; record.GetInfo(B_ANY_TYPE, i, &name, nullptr, &count) == B_OK; i++)
+        names += name + '*' + std::to_string(count) + ' ';
+    return names;
+}

@@ -70,3 +70,5 @@ Body* NewBody(const char* name, int64 id, double m, ThreeVector position);
 CompositeSystem* NewComposite(const char* name, int64 id);
 std::string Bytes(const BMessage& record);
 std::string DeepArchive(const BArchivable& object);
+// "NAME*COUNT " of each field.
+std::string FieldNames(const BMessage& record);
