@@ -7,28 +7,6 @@
 
 namespace {
 
-TEST(CenterOfMass, ComesToRestAtTheOrigin) {
-    SimulationDocument document(nullptr);
-    ASSERT_FALSE(document.Load(PlanetRecord()).Failed());
-    EpochPortal* portal = document.Portal();
-    AbEpoch* epoch = portal->FocusEpoch();
-    const ThreeVector apart =
-        epoch->SystemFromID(2)->Position() - epoch->SystemFromID(3)->Position();
-
-    PutCenterOfMassAtOrigin(portal);
-    CenterOfMass center;
-    ASSERT_TRUE(FindCenterOfMass(portal->BodiesInMassOrder(), &center));
-    // Of 1.5e11 m and 3e4 m/s.
-    for (const double part : {center.position.x, center.position.y, center.position.z})
-        EXPECT_NEAR(part, 0.0, 1e-4);
-    for (const double part : {center.velocity.x, center.velocity.y, center.velocity.z})
-        EXPECT_NEAR(part, 0.0, 1e-11);
-    const ThreeVector after =
-        epoch->SystemFromID(2)->Position() - epoch->SystemFromID(3)->Position();
-    EXPECT_NEAR(after.x, apart.x, 1e-4);
-    EXPECT_NEAR(after.y, apart.y, 1e-4);
-}
-
 TEST(CenterOfMass, GroupsAreMovedByTheirBodies) {
     SimulationDocument document(nullptr);
     Epoch epoch;

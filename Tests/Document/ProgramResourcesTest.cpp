@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "BResources.h"
@@ -46,8 +46,6 @@ protected:
 TEST_F(OwnResourcesTest, BodyNamesGoThroughTheAlphabet) {
     EXPECT_EQ(resources_.CountBodyNames(), 206);
     EXPECT_STREQ(resources_.BodyName(0), "Arrakis");
-    EXPECT_STREQ(resources_.BodyName(1), "BoskVeld");
-    EXPECT_STREQ(resources_.BodyName(13), "Narn");
     EXPECT_EQ(resources_.BodyName(-1), nullptr);
     EXPECT_EQ(resources_.BodyName(206), nullptr);
     std::set<std::string> seen;
@@ -71,23 +69,11 @@ TEST_F(OwnResourcesTest, EveryRunOfLabelsIsComplete) {
         EXPECT_EQ(Label(end + 1), "");
         base += 100;
     }
-}
-
-TEST_F(OwnResourcesTest, LabelsKeepBlanksQuotesAndEllipses) {
     EXPECT_EQ(Label(1502), " of ");
-    EXPECT_EQ(Label(1515), "  OK  ");
     EXPECT_EQ(Label(2307), "Upon \"Go\"");
-    EXPECT_EQ(Label(2313), "    ");
-    EXPECT_EQ(Label(2316), " ");
     EXPECT_EQ(Label(1603), "Save As\xE2\x80\xA6");
-    EXPECT_EQ(Label(3102), "Don't Save");
     for (const int32 shortcut : {1602, 1605, 1702, 1704, 1902, 2304, 2801, 2803, 2806})
         EXPECT_EQ(Label(shortcut).size(), 1u) << shortcut;
-    EXPECT_EQ(Label(3200).substr(0, 6), "Orvek\n");
-    EXPECT_NE(Label(3200).find("\n\nAn N-body gravitational simulator.\n\nCoding:\n   "),
-              std::string::npos);
-    EXPECT_NE(Label(3200).find("\n\nDesign:\n   "), std::string::npos);
-    EXPECT_NE(Label(3200).find("\n\nAlpha testing:\n   "), std::string::npos);
 }
 
 TEST_F(OwnResourcesTest, UnitTables) {
@@ -99,119 +85,43 @@ TEST_F(OwnResourcesTest, UnitTables) {
     EXPECT_EQ(resources_.DistanceUnits().Parse("1 au").value, 149597870660.0);
     EXPECT_EQ(resources_.SpeedUnits().Parse("1 kph").value, 1000.0 / 3600.0);
     EXPECT_EQ(resources_.TimeUnits().Parse("10 yr").value, 315569252.0);
-    EXPECT_EQ(resources_.TimeUnits().Abbreviation(31556925.2), "yr");
-    EXPECT_EQ(resources_.SpeedUnits().Abbreviation(1731456.8363), "AU/dy");
 }
 
 // The template holds what this program would itself write, and in the order in which it would.
 TEST_F(OwnResourcesTest, TheTemplatesEpochIsAsTheProgramWritesOne) {
     BMessage stored;
     ASSERT_EQ(resources_.NewSimulation().FindMessage("Epochs", &stored), B_OK);
-    EXPECT_EQ(stored.what, FourCC("ARCV"));
     const std::unique_ptr<BArchivable> object(Epoch::Instantiate(&stored));
     const auto* const epoch = dynamic_cast<Epoch*>(object.get());
     ASSERT_NE(epoch, nullptr);
     BMessage written(FourCC("ARCV"));
     ASSERT_EQ(epoch->Archive(&written, true), B_OK);
     EXPECT_EQ(stored.ToText(), written.ToText());
-
-    EXPECT_EQ(epoch->Name(), "Genesis");
-    EXPECT_EQ(epoch->TimeUval(), 31556925.2);
-    EXPECT_TRUE(epoch->Writeable());
-    EXPECT_EQ(epoch->Order(), 4);
-    EXPECT_EQ(epoch->Cutoff(), 1e-11);
+    // Its bodies take the first of the names.
     const MassSystem* const root = epoch->RootSystem();
-    EXPECT_EQ(root->ID(), -3);
-    EXPECT_FALSE(root->TrailOn());
-    EXPECT_EQ(root->RelativeTo(), -2);
     ASSERT_EQ(root->CountChildren(), 2);
-    const MassSystem* const sun = root->ChildAt(0);
-    EXPECT_EQ(sun->Name(), resources_.BodyName(0));
-    EXPECT_EQ(sun->M(), 1.3271244e20);
-    EXPECT_EQ(sun->Radius(), 637813700.0);
-    EXPECT_EQ(sun->TrailColor(), (rgb_color{22, 255, 225, 255}));
-    const MassSystem* const planet = root->ChildAt(1);
-    EXPECT_EQ(planet->Name(), resources_.BodyName(1));
-    EXPECT_EQ(planet->ID(), 1);
-    EXPECT_EQ(planet->Position(), (ThreeVector{299195741320.0, 0.0, 0.0}));
-    EXPECT_EQ(planet->Velocity(), (ThreeVector{3000.0, 14000.0, -4000.0}));
-    EXPECT_EQ(planet->M(), 398600448000000.0);
-    EXPECT_EQ(planet->SpeedUval(), 1000.0);
-    EXPECT_EQ(planet->MassUval(), 398600448000000.0);
-    EXPECT_EQ(planet->DiscColor(), (rgb_color{255, 195, 30, 255}));
-    EXPECT_TRUE(planet->DiscOn());
+    EXPECT_EQ(root->ChildAt(0)->Name(), resources_.BodyName(0));
+    EXPECT_EQ(root->ChildAt(1)->Name(), resources_.BodyName(1));
 }
 
 // Each field with the type that its reader asks for.
 TEST_F(OwnResourcesTest, TheTemplatesOwnFields) {
     const BMessage& record = resources_.NewSimulation();
-    EXPECT_EQ(record.what, 0u);
-    const auto int32Of = [](const BMessage& from, const char* name) {
-        int32 value = -1;
-        EXPECT_EQ(from.FindInt32(name, &value), B_OK) << name;
-        return value;
-    };
-    const auto floatOf = [&](const char* name) {
-        float value = -1.0f;
-        EXPECT_EQ(record.FindFloat(name, &value), B_OK) << name;
-        return value;
-    };
-    const auto pointOf = [&](const char* name) {
-        BPoint value;
-        EXPECT_EQ(record.FindPoint(name, &value), B_OK) << name;
-        return value;
-    };
-    EXPECT_EQ(int32Of(record, "Cur Epoch"), 0);
-    EXPECT_EQ(int32Of(record, "Segment length"), 2);
-    EXPECT_EQ(int32Of(record, "Body Name Index"), 2);
-    EXPECT_EQ(int32Of(record, "Disp type"), 1);
-    int64 system = 0;
-    EXPECT_EQ(record.FindInt64("Cur Sys", &system), B_OK);
-    EXPECT_EQ(system, 1);
-    EXPECT_EQ(floatOf("Updates per sec"), 80.0f);
-    EXPECT_EQ(floatOf("Epoch W"), 19.583334f);
-    EXPECT_EQ(floatOf("Epoch H"), 14.916667f);
-    EXPECT_EQ(floatOf("Save W"), 31.0625f);
-    EXPECT_EQ(floatOf("Save H"), 25.3125f);
-    EXPECT_EQ(pointOf("Edit at"), (BPoint{4, 76}));
-    EXPECT_EQ(pointOf("Anim at"), (BPoint{609, 559}));
-    EXPECT_EQ(pointOf("Colors at"), (BPoint{667, 66}));
-    EXPECT_EQ(pointOf("Epoch at"), (BPoint{363, 588}));
-    EXPECT_EQ(pointOf("Save at"), (BPoint{402, 77}));
-    for (const char* name : {"Anim Show", "Colors Show", "Epoch Show"}) {
-        bool shown = true;
-        EXPECT_EQ(record.FindBool(name, &shown), B_OK) << name;
-        EXPECT_FALSE(shown) << name;
-    }
-    bool writeable = false;
-    EXPECT_EQ(record.FindBool("Cur Ep Writ", &writeable), B_OK);
-    EXPECT_TRUE(writeable);
-
     BMessage display;
     ASSERT_EQ(record.FindMessage("Displays", &display), B_OK);
-    BRect frame;
-    EXPECT_EQ(display.FindRect("Disp frame", &frame), B_OK);
-    EXPECT_EQ(frame, (BRect{362, 73, 1019, 629}));
-    double scale = 0.0;
-    EXPECT_EQ(display.FindDouble("Scale", &scale), B_OK);
-    EXPECT_EQ(scale, 1e-9);
-    EXPECT_EQ(int32Of(display, "Sup axis"), 3);
-    EXPECT_EQ(int32Of(display, "Ref to"), 3);
-    double units = 0.0;
-    EXPECT_EQ(display.FindDouble("Units", &units), B_OK);
-    EXPECT_EQ(units, 1.0);
-}
-
-TEST(TemplateTest, IsADocumentInBigEndianOrder) {
-    BResources own;
-    ASSERT_EQ(own.SetToProgram(), B_OK);
-    std::size_t size = 0;
-    const auto* const file = static_cast<const char*>(own.LoadResource(kTemplate, 0, &size));
-    ASSERT_NE(file, nullptr);
-    const std::string_view bytes(file, size);
-    EXPECT_TRUE(bytes.starts_with("KWZXNB00FOB1"));
-    EXPECT_EQ(bytes.find("1BOF"), std::string_view::npos);
-    EXPECT_EQ(own.LoadResource(kTemplate, "New Simulation", &size), file);
+    const auto expectFields = [](const BMessage& in, type_code type, const char* names) {
+        std::istringstream list(names);
+        for (std::string name; std::getline(list, name, ',');)
+            EXPECT_TRUE(in.HasName(name.c_str(), type)) << name;
+    };
+    expectFields(record, B_INT32_TYPE, "Cur Epoch,Segment length,Body Name Index,Disp type");
+    expectFields(record, B_INT64_TYPE, "Cur Sys");
+    expectFields(record, B_FLOAT_TYPE, "Updates per sec,Epoch W,Epoch H,Save W,Save H");
+    expectFields(record, B_POINT_TYPE, "Edit at,Anim at,Colors at,Epoch at,Save at");
+    expectFields(record, B_BOOL_TYPE, "Anim Show,Colors Show,Epoch Show,Cur Ep Writ");
+    expectFields(display, B_RECT_TYPE, "Disp frame");
+    expectFields(display, B_DOUBLE_TYPE, "Scale,Units");
+    expectFields(display, B_INT32_TYPE, "Sup axis,Ref to");
 }
 
 TEST(TemplateTest, WithoutAGoodOneTheRecordIsEmpty) {
@@ -221,6 +131,8 @@ TEST(TemplateTest, WithoutAGoodOneTheRecordIsEmpty) {
     const auto* const file = static_cast<const char*>(own.LoadResource(kTemplate, 0, &size));
     ASSERT_NE(file, nullptr);
     const std::string good(file, size);
+    EXPECT_TRUE(good.starts_with("KWZXNB00FOB1")) << "in big-endian order";
+    EXPECT_EQ(good.find("1BOF"), std::string::npos);
     std::string otherTag = good;
     otherTag[7] = '1';
     for (const std::string& bad : {otherTag, good.substr(0, 5), good.substr(0, 8),
@@ -234,21 +146,14 @@ TEST(TemplateTest, WithoutAGoodOneTheRecordIsEmpty) {
 
 TEST(LabelsTest, AGapEndsItsRun) {
     ResourceMaker maker;
-    maker.Text(1500, "first");
-    maker.Text(1501, "second");
-    maker.Text(1503, "behind the gap");
-    maker.Text(1601, "without a first");
-    maker.Text(3200, "last run");
-    maker.Text(4007, "of another program");
-    maker.Text(4130, "and another");
+    for (const int32 id : {1500, 1501, 1503, 1601, 3200, 4007})
+        maker.Text(id, std::to_string(id));
     const ProgramResources resources = maker.Read();
-    EXPECT_EQ(resources.InterfaceLabel(1501), "second");
+    EXPECT_EQ(resources.InterfaceLabel(1501), "1501");
     EXPECT_EQ(resources.InterfaceLabel(1503), "");
     EXPECT_EQ(resources.InterfaceLabel(1601), "");
-    EXPECT_EQ(resources.InterfaceLabel(3200), "last run");
-    EXPECT_EQ(resources.InterfaceLabel(4007), "of another program");
-    EXPECT_EQ(resources.InterfaceLabel(4130), "and another");
-    EXPECT_EQ(resources.InterfaceLabel(-1), "");
+    EXPECT_EQ(resources.InterfaceLabel(3200), "3200");
+    EXPECT_EQ(resources.InterfaceLabel(4007), "4007") << "of another program";
 }
 
 TEST(BodyNamesTest, EndAtAGapOrAtAThousand) {

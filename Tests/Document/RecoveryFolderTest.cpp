@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -18,26 +17,21 @@
 #include "NewEpochCommand.h"
 #include "SampleDocument.h"
 #include "SimulationFile.h"
+#include "TestFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
 struct RecoveryFolderTest : testing::Test {
-    static fs::path MakeHome() {
-        std::string name = (fs::temp_directory_path() / "orvek-XXXXXX").string();
-        return mkdtemp(name.data());
-    }
-    ~RecoveryFolderTest() override { fs::remove_all(home); }
-
     std::string Keep(const char* name, const char* original) {
         std::string copy;
         EXPECT_FALSE(folder.Keep(PlanetRecord(), name, original, &copy).Failed());
         return copy;
     }
 
-    const fs::path home = MakeHome();
-    const RecoveryFolder folder{home / "state/orvek/recovery"};
+    const TestFolder home;
+    const RecoveryFolder folder{home.Path("state/orvek/recovery")};
 };
 
 TEST_F(RecoveryFolderTest, ACopyIsADocumentThatKnowsItsOrigin) {
@@ -96,19 +90,18 @@ TEST_F(RecoveryFolderTest, OnlyCopiesAreListedAndDiscarded) {
     std::ofstream(folder.Path() + "/text") << "KWZXNB00";
     fs::create_directory(folder.Path() + "/folder");
     EXPECT_EQ(folder.List().size(), 1u);
-    const std::string outside = (home / "outside").string();
-    std::ofstream(outside) << "precious";
+    const std::string outside = home.Write("outside", "precious");
     folder.Discard(outside);
     folder.Discard(folder.Path() + "/../../../outside");
     EXPECT_TRUE(fs::exists(outside));
 }
 
 TEST_F(RecoveryFolderTest, AFailureLeavesNoTraceAndTheLastCopy) {
-    std::ofstream(home / "state") << "not a folder";
+    home.Write("state", "not a folder");
     std::string copy;
     EXPECT_TRUE(folder.Keep(PlanetRecord(), "Comets", "", &copy).Failed());
     EXPECT_TRUE(copy.empty());
-    fs::remove(home / "state");
+    fs::remove(home.Path("state"));
     copy = Keep("Comets", "");
     BMessage tooDeep;
     for (int i = 0; i <= BMessage::kMaxNesting; i++) {
@@ -146,22 +139,12 @@ TEST_F(RecoveryFolderTest, CopiesOfAProgramThatRunsAreNotListed) {
         close(end);
 }
 
-TEST(UsualRecoveryFolder, LiesInTheStateDirectory) {
-    setenv("XDG_STATE_HOME", "/var/state", 1);
-    EXPECT_EQ(RecoveryFolder().Path(), "/var/state/orvek/recovery");
-    setenv("XDG_STATE_HOME", "relative", 1);
-    setenv("HOME", "/users/eve", 1);
-    EXPECT_EQ(RecoveryFolder().Path(), "/users/eve/.local/state/orvek/recovery");
-    unsetenv("XDG_STATE_HOME");
-    EXPECT_EQ(RecoveryFolder().Path(), "/users/eve/.local/state/orvek/recovery");
-}
-
 // --- Saving ---
 
 struct DocumentSaverTest : RecoveryFolderTest {
     DocumentSaverTest() {
         EXPECT_FALSE(document.Load(PlanetRecord()).Failed());
-        EXPECT_EQ(get_ref_for_path(home.c_str(), &place), B_OK);
+        EXPECT_EQ(get_ref_for_path(home.Path().c_str(), &place), B_OK);
         file.SetUntitled(place, "Comets");
     }
     void Edit() {
@@ -204,7 +187,7 @@ TEST_F(DocumentSaverTest, ASavedDocumentNeedsNoCopyForAnEpoch) {
 
 TEST_F(DocumentSaverTest, WhatIsKeptNowhereStaysUnsaved) {
     Edit();
-    std::ofstream(home / "state") << "no place for copies";
+    home.Write("state", "no place for copies");
     const SaveResult result = SaveDocument(&document, &file, place, "no/such/folder", true);
     EXPECT_TRUE(result.error.Failed());
     EXPECT_TRUE(result.copyError.Failed());
@@ -212,11 +195,11 @@ TEST_F(DocumentSaverTest, WhatIsKeptNowhereStaysUnsaved) {
 }
 
 TEST_F(DocumentSaverTest, ARecoveredDocumentGoesBackToItsPlaceIfThatIsThere) {
-    fs::create_directory(home / "there");
-    file.SetRecovered({Keep("Comets", ""), "Comets", (home / "there/Halley").string(), 0}, "new");
+    fs::create_directory(home.Path("there"));
+    file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("there/Halley"), 0}, "new");
     EXPECT_TRUE(file.HasFile());
-    EXPECT_EQ(file.Path(), (home / "there/Halley").string());
-    file.SetRecovered({Keep("Comets", ""), "Comets", (home / "gone/Halley").string(), 0}, "new");
+    EXPECT_EQ(file.Path(), home.Path("there/Halley"));
+    file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("gone/Halley"), 0}, "new");
     EXPECT_FALSE(file.HasFile());
     EXPECT_EQ(file.Name(), "Comets");
     file.SetRecovered({Keep("Comets", ""), "", "", 0}, "new");

@@ -131,37 +131,4 @@ TEST_F(RunControlTest, CenterOfMassMovesOnlyOnRequest) {
     EXPECT_LT(Focus()->SystemFromID(0)->Position().x, 1e6);
 }
 
-// The calculator carries more precision than the bodies show. It must come back with the document.
-TEST_F(RunControlTest, AStoredDocumentGoesOnToTheBit) {
-    constexpr int64 kSteps = 2500;  // beyond a promotion
-    // The shift to the centre of mass would hide a loss.
-    Focus()->SetCOMOnGo(false);
-    StepRunner runner(&document);
-    runner.Run(&control, kSteps);
-    BMessage record;
-    ASSERT_FALSE(document.Store(&record, true).Failed());
-
-    SimulationDocument stored(nullptr);
-    ASSERT_FALSE(stored.Load(record).Failed());
-    EXPECT_EQ(BitsOf(&stored), BitsOf(&document));
-    RunControl storedControl(stored.Portal(), stored.GetCalculator(), &view);
-    StepRunner storedRunner(&stored);
-
-    // Without the state the bits differ: the comparison would notice a loss.
-    SimulationDocument bare(nullptr);
-    ASSERT_FALSE(bare.Load(record).Failed());
-    bare.Portal()->FocusEpoch()->SetCalculatorState(nullptr);
-    RunControl bareControl(bare.Portal(), bare.GetCalculator(), &view);
-    StepRunner(&bare).Run(&bareControl, kSteps);
-
-    for (int run = 0; run < 2; run++) {
-        runner.Run(&control, kSteps);
-        storedRunner.Run(&storedControl, kSteps);
-        EXPECT_EQ(BitsOf(&stored), BitsOf(&document));
-        if (run == 0) {
-            EXPECT_NE(BitsOf(&bare), BitsOf(&document));
-        }
-    }
-}
-
 }  // namespace

@@ -5,46 +5,27 @@
 #include <sys/xattr.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "SampleDocument.h"
+#include "TestFolder.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 struct SimulationFileTest : testing::Test {
-    SimulationFileTest() {
-        std::string name = (fs::temp_directory_path() / "orvek-XXXXXX").string();
-        folder = mkdtemp(name.data());
-    }
-    ~SimulationFileTest() override { fs::remove_all(folder); }
-
-    [[nodiscard]] std::string Path(const char* name) const { return (folder / name).string(); }
-    std::string Put(const char* name, const std::string& bytes) {
-        std::ofstream(Path(name), std::ios::binary) << bytes;
-        return Path(name);
-    }
-    static std::string Get(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-
-    fs::path folder;
+    TestFolder folder;
 };
 
 TEST_F(SimulationFileTest, RecordsComeBackAndTheTypeIsSet) {
     const BMessage record = PlanetRecord();
-    const std::string path = Path("a document");
-    Put("a document", "what was there before, and is longer or shorter");
+    const std::string path =
+        folder.Write("a document", "what was there before, and is longer or shorter");
     ASSERT_FALSE(SimulationFile::Write(path, record).Failed());
-    EXPECT_EQ(Get(path).substr(0, 8), "KWZXNB00");
+    EXPECT_EQ(folder.Read("a document").substr(0, 8), "KWZXNB00");
     BMessage read;
     ASSERT_FALSE(SimulationFile::Read(path, &read).Failed());
     EXPECT_EQ(read, record);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+    EXPECT_EQ(folder.Names().size(), 1u);
 
     char type[128];
     const ssize_t size = getxattr(path.c_str(), "user.haiku.BEOS:TYPE", type, sizeof type);
@@ -54,11 +35,11 @@ TEST_F(SimulationFileTest, RecordsComeBackAndTheTypeIsSet) {
 }
 
 TEST_F(SimulationFileTest, WhatIsNoDocumentIsRefused) {
-    ASSERT_FALSE(SimulationFile::Write(Path("good"), PlanetRecord()).Failed());
-    const std::string good = Get(Path("good"));
+    ASSERT_FALSE(SimulationFile::Write(folder.Path("good"), PlanetRecord()).Failed());
+    const std::string good = folder.Read("good");
     const auto textOf = [this](const std::string& bytes) {
         BMessage record;
-        const DocumentError error = SimulationFile::Read(Put("bad", bytes), &record);
+        const DocumentError error = SimulationFile::Read(folder.Write("bad", bytes), &record);
         EXPECT_TRUE(record.IsEmpty());
         return error.Failed() ? error.text : 0;
     };
@@ -72,15 +53,15 @@ TEST_F(SimulationFileTest, WhatIsNoDocumentIsRefused) {
 
 TEST_F(SimulationFileTest, SystemErrorsKeepTheirReason) {
     BMessage record;
-    EXPECT_EQ(SimulationFile::Read(Path("none"), &record).systemError, ENOENT);
-    EXPECT_EQ(SimulationFile::Read(folder.string(), &record).systemError, EISDIR);
-    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(SimulationFile::Read(Path("pipe"), &record).text, kTextNotAFile);
-    EXPECT_EQ(SimulationFile::Write(Path("no/such/folder"), record).systemError, ENOENT);
-    EXPECT_EQ(SimulationFile::CanWrite(Path("no/such/folder")).systemError, ENOENT);
-    EXPECT_EQ(SimulationFile::CanWrite(Path("pipe")).text, kTextNotAFile);
-    EXPECT_FALSE(SimulationFile::CanWrite(Path("new")).Failed());
-    EXPECT_FALSE(fs::exists(Path("new")));
+    EXPECT_EQ(SimulationFile::Read(folder.Path("none"), &record).systemError, ENOENT);
+    EXPECT_EQ(SimulationFile::Read(folder.Path(), &record).systemError, EISDIR);
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(SimulationFile::Read(folder.Path("pipe"), &record).text, kTextNotAFile);
+    EXPECT_EQ(SimulationFile::Write(folder.Path("no/such/folder"), record).systemError, ENOENT);
+    EXPECT_EQ(SimulationFile::CanWrite(folder.Path("no/such/folder")).systemError, ENOENT);
+    EXPECT_EQ(SimulationFile::CanWrite(folder.Path("pipe")).text, kTextNotAFile);
+    EXPECT_FALSE(SimulationFile::CanWrite(folder.Path("new")).Failed());
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("new")));
 }
 
 }  // namespace

@@ -20,6 +20,7 @@ TestFolder::~TestFolder() {
 }
 
 std::string TestFolder::Write(const std::string& name, std::string_view contents) const {
+    std::filesystem::create_directories(std::filesystem::path(Path(name)).parent_path());
     std::ofstream file(Path(name), std::ios::binary);
     file << contents;
     EXPECT_TRUE(file.good()) << name;

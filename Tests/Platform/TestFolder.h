@@ -15,7 +15,7 @@ public:
     [[nodiscard]] const std::string& Path() const { return path_; }
     // Of a file or folder in it.
     [[nodiscard]] std::string Path(const std::string& name) const { return path_ + '/' + name; }
-    // Writes a file and gives its path.
+    // Writes a file, in a folder that is made for it if need be, and gives its path.
     std::string Write(const std::string& name, std::string_view contents) const;
     [[nodiscard]] std::string Read(const std::string& name) const;
     // What is in the folder, sorted.

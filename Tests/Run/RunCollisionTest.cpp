@@ -67,20 +67,6 @@ TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     EXPECT_EQ(saved.Root()->ChildAt(0)->RootSystem()->CountChildren(), 3);
 }
 
-TEST_F(RunCollision, StopEndsTheRunWithBothBodiesInPlace) {
-    Epoch epoch;
-    Add(&epoch, 0, {0, 0, 0});
-    Add(&epoch, 1, {1, 0, 0});
-    const std::string document = PutDocument("document", epoch);
-    const Outcome outcome = RunProgram(
-        {"-n", "3000", "--cutoff", "1e-6", "--on-collision", "stop", "--json", document});
-    ASSERT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(Member(outcome.out, "ending"), "\"collision\"");
-    EXPECT_EQ(Member(outcome.out, "bodies"), "2");
-    EXPECT_EQ(Member(outcome.out, "mergers"), "0");
-    EXPECT_EQ(RunProgram({"--on-collision", "bounce", document}).status, 2);
-}
-
 TEST_F(RunCollision, CollapseOfManyBodiesKeepsMassAndMomentumOnAnyNumberOfThreads) {
     const std::unique_ptr<Epoch> start = Collapse(300);
     const std::string document = PutDocument("document", *start);

@@ -1,28 +1,15 @@
 #include "RunFixture.h"
 
 #include <charconv>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <sstream>
 
-#include "Body.h"
+#include "SampleDocument.h"
 #include "SimulationFile.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-void AddBody(Epoch* epoch, const char* name, int64 id, double gm, ThreeVector position,
-             ThreeVector velocity) {
-    auto body = std::make_unique<Body>(name, id, rgb_color{1, 2, 3, 255}, rgb_color{4, 5, 6, 255},
-                                       kOriginID);
-    body->SetM(gm);
-    body->SetPosition(position);
-    body->SetVelocity(velocity);
-    epoch->RootSystem()->AddChild(body.release());
-}
 
 template <typename Number>
 Number Parse(const std::string& text) {
@@ -51,31 +38,13 @@ std::vector<std::string> Columns(const std::string& line) {
 
 }  // namespace
 
-RunFixture::RunFixture() {
-    std::string name = (fs::temp_directory_path() / "orvek-XXXXXX").string();
-    folder_ = mkdtemp(name.data());
-}
-
-RunFixture::~RunFixture() {
-    fs::remove_all(folder_);
-}
-
-std::string RunFixture::Put(const std::string& name, const std::string& bytes) const {
-    std::ofstream(Path(name), std::ios::binary) << bytes;
-    return Path(name);
-}
-
 std::string RunFixture::Get(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::string RunFixture::PutDocument(const std::string& name, const Epoch& epoch) const {
-    BMessage archive;
-    EXPECT_EQ(epoch.Archive(&archive, true), B_OK);
-    BMessage record;
-    record.AddMessage("Epochs", &archive);
-    return PutRecord(name, record);
+    return PutRecord(name, RecordOf({&epoch}));
 }
 
 std::string RunFixture::PutRecord(const std::string& name, const BMessage& record) const {
@@ -124,9 +93,11 @@ std::unique_ptr<Epoch> TestSystem() {
     auto epoch = std::make_unique<Epoch>();
     epoch->SetName("Start");
     epoch->SetTime(1000.0);
-    AddBody(epoch.get(), "Sun, \"Sol\"", 5, 1.32712440018e20, {1e9, -2e9, 0}, {10, 0, 3});
-    AddBody(epoch.get(), "Light", 1, 4e13, {2e11, 0, 0}, {0, 2.5e4, 100});
-    AddBody(epoch.get(), "Heavy", 2, 4e15, {-1e11, 1e9, 0}, {0, -3.5e4, 0});
-    AddBody(epoch.get(), "Dust", 0, 0.0, {0, 3e11, 1e9}, {-2e4, 0, 0});
+    MassSystem* const root = epoch->RootSystem();
+    root->AddChild(
+        MakeBody("Sun, \"Sol\"", 5, 1.32712440018e20, {1e9, -2e9, 0}, {10, 0, 3}).release());
+    root->AddChild(MakeBody("Light", 1, 4e13, {2e11, 0, 0}, {0, 2.5e4, 100}).release());
+    root->AddChild(MakeBody("Heavy", 2, 4e15, {-1e11, 1e9, 0}, {0, -3.5e4, 0}).release());
+    root->AddChild(MakeBody("Dust", 0, 0.0, {0, 3e11, 1e9}, {-2e4, 0, 0}).release());
     return epoch;
 }

@@ -11,6 +11,7 @@
 #include "BMessage.h"
 #include "Epoch.h"
 #include "SupportDefs.h"
+#include "TestFolder.h"
 
 struct CsvRow {
     int64 report = 0;
@@ -23,14 +24,11 @@ struct CsvRow {
 
 class RunFixture : public testing::Test {
 protected:
-    RunFixture();
-    ~RunFixture() override;
-
-    [[nodiscard]] std::string Path(const std::string& name) const {
-        return (folder_ / name).string();
-    }
+    [[nodiscard]] std::string Path(const std::string& name) const { return folder_.Path(name); }
     // A file with these bytes; its path.
-    std::string Put(const std::string& name, const std::string& bytes) const;
+    std::string Put(const std::string& name, const std::string& bytes) const {
+        return folder_.Write(name, bytes);
+    }
     [[nodiscard]] static std::string Get(const std::string& path);
     // A document with this epoch, or with the given record; its path.
     std::string PutDocument(const std::string& name, const Epoch& epoch) const;
@@ -42,7 +40,7 @@ protected:
     [[nodiscard]] static std::string Member(const std::string& json, const std::string& name);
 
 private:
-    std::filesystem::path folder_;
+    TestFolder folder_;
 };
 
 // A star with two planets, a name that needs quotes and a massless body; off the origin and moving.

@@ -9,25 +9,9 @@
 #include "ExampleModel.h"
 #include "SimulationDocument.h"
 #include "SimulationFile.h"
+#include "TestFolder.h"
 
 namespace {
-
-// A folder of its own, gone with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = std::filesystem::temp_directory_path() / "orvek-example-XXXXXX";
-        path_ = mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] std::string File(const std::string& name) const { return path_ / name; }
-
-private:
-    std::filesystem::path path_;
-};
 
 ExampleText TwoBodies() {
     ExampleText text;
@@ -48,8 +32,8 @@ TEST(ExampleDocument, IsReadAsItWasMeant) {
     ExampleModel model;
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     ASSERT_NE(epoch, nullptr) << model.Reason();
-    const TemporaryFolder folder;
-    const std::string path = folder.File("two.orvek");
+    const TestFolder folder;
+    const std::string path = folder.Path("two.orvek");
     ASSERT_FALSE(WriteExample(path, text, *epoch, model.FocusID()).Failed());
 
     BMessage record;
@@ -78,8 +62,8 @@ TEST(ExampleDocument, IsNotWrittenWhenItCouldNotBeOpened) {
     Epoch epoch;
     epoch.SetName("Never");
     epoch.SetTime(std::numeric_limits<double>::infinity());
-    const TemporaryFolder folder;
-    const std::string path = folder.File("never.orvek");
+    const TestFolder folder;
+    const std::string path = folder.Path("never.orvek");
     EXPECT_TRUE(WriteExample(path, text, epoch, 0).Failed());
     EXPECT_FALSE(std::filesystem::exists(path));
 }

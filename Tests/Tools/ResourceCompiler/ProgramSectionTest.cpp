@@ -13,7 +13,7 @@ TEST_F(RdefTest, ResourcesOfAProgramSurviveStripping) {
     ASSERT_EQ(own.SetToProgram(), B_OK);
     ASSERT_GT(own.CountResources(), 100);
 
-    const std::string copy = folder_ + "/program";
+    const std::string copy = folder_.Path("program");
     std::filesystem::copy_file("/proc/self/exe", copy);
     const auto sizeBefore = std::filesystem::file_size(copy);
     const int status = std::system((std::string(ORVEK_STRIP) + " -s '" + copy + '\'').c_str());

@@ -1,32 +1,11 @@
 #include "RdefFixture.h"
 
-#include <stdlib.h>
-
-#include <filesystem>
-#include <fstream>
-
 #include "RdefParser.h"
-
-RdefTest::RdefTest() : folder_(testing::TempDir() + "orvek-rc-XXXXXX") {
-    EXPECT_NE(mkdtemp(folder_.data()), nullptr);
-}
-
-RdefTest::~RdefTest() {
-    std::error_code error;
-    std::filesystem::remove_all(folder_, error);
-}
-
-std::string RdefTest::Write(const std::string& name, std::string_view contents) const {
-    const std::string path = folder_ + '/' + name;
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path, std::ios::binary) << contents;
-    return path;
-}
 
 std::vector<std::byte> RdefTest::Compile(const std::string& script) const {
     ResourceWriter writer;
     RdefParser parser(&writer);
-    const bool parsed = parser.Parse(Write("test.rdef", script));
+    const bool parsed = parser.Parse(folder_.Write("test.rdef", script));
     EXPECT_TRUE(parsed) << parser.Error();
     return parsed ? writer.File() : std::vector<std::byte>();
 }
@@ -57,7 +36,7 @@ BMessage RdefTest::Message(const std::string& value) const {
 std::string RdefTest::Fault(const std::string& script) const {
     ResourceWriter writer;
     RdefParser parser(&writer);
-    const std::string path = Write("test.rdef", script);
+    const std::string path = folder_.Write("test.rdef", script);
     if (parser.Parse(path)) return "nothing";
     const std::string& error = parser.Error();
     return error.starts_with(path + ':') ? error.substr(path.size() + 1) : error;

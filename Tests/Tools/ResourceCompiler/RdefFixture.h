@@ -8,14 +8,10 @@
 
 #include "BMessage.h"
 #include "BResources.h"
+#include "TestFolder.h"
 
 class RdefTest : public testing::Test {
 protected:
-    RdefTest();
-    ~RdefTest() override;
-
-    // Writes a file into the scripts' folder and gives its path.
-    std::string Write(const std::string& name, std::string_view contents) const;
     // The resource file; empty, and the test fails, if the script has a fault.
     std::vector<std::byte> Compile(const std::string& script) const;
     [[nodiscard]] BResources Resources(const std::string& script) const;
@@ -25,5 +21,5 @@ protected:
     // What is wrong with the script, "LINE: REASON" in the script itself.
     [[nodiscard]] std::string Fault(const std::string& script) const;
 
-    std::string folder_;
+    TestFolder folder_;  // of the scripts
 };
