@@ -54,11 +54,16 @@ void BenchAgainstScalar(BenchTable* table, int32 count) {
     const PairWalk cloud = Cloud(count);
     TestSystem system(cloud, 4, kCutoff);
     TaylorCalculator calculator(system.Portal(), system.Consumers(), nullptr);
-    const auto scalar = [reports, taylor = ScalarTaylor(cloud, 4, kCutoff)]() mutable {
+    const auto scalar = [reports, taylor = ScalarTaylor(cloud, 4, kCutoff),
+                         batch = std::vector<double>()]() mutable {
         for (int32 i = 0; i < reports; i++) {
-            if (i % 100 == 0) taylor.ClearReports();
+            if (i % 100 == 0) batch.clear();
             taylor.Step();
-            taylor.Report();
+            batch.push_back(taylor.Time());
+            for (const PairWalk::Body& body : taylor.System().bodies) {
+                batch.insert(batch.end(), body.position, body.position + 3);
+                batch.insert(batch.end(), body.velocity, body.velocity + 3);
+            }
         }
     };
     const auto times = Measure({[&] { system.Run(&calculator, reports); }, scalar}, 1, 15);

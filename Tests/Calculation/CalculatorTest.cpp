@@ -229,25 +229,6 @@ TEST(Calculator, RunLimitIsExactWhateverTheBatches) {
     }
 }
 
-TEST(Calculator, CollisionsAreMailedAndParkTheRun) {
-    TestSystem system;
-    AddThreeBodies(&system);
-    auto* const looper = new CollisionLooper;
-    looper->Run();
-    {
-        Ticker calculator(&system, looper);
-        for (double time : {5.0, 250.0}) {
-            calculator.CollideAt(time);
-            system.RunUntilParked(&calculator);
-            const CollisionLooper::Pairs expected = {{2, 0}, {1, 0}};
-            EXPECT_EQ(looper->WaitForCollisions(), expected);
-            EXPECT_EQ(system.GetEpoch()->Time(), time);
-        }
-    }
-    looper->Lock();
-    looper->Quit();
-}
-
 TEST(Calculator, AFullPortDoesNotHoldUpAPause) {
     TestSystem system;
     AddThreeBodies(&system);
@@ -269,24 +250,4 @@ TEST(Calculator, AFullPortDoesNotHoldUpAPause) {
         EXPECT_EQ(system.GetEpoch()->Time(), 15.0);
     }
     looper->Quit();
-}
-
-TEST(Calculator, EditsWhileParkedTakeEffectWithTheNextRun) {
-    TestSystem system;
-    AddThreeBodies(&system);
-    Ticker calculator(&system);
-    system.Run(&calculator, 1);
-    EXPECT_EQ(calculator.CountBodies(), 3);
-    EXPECT_EQ(calculator.CountMassiveBodies(), 2);
-
-    system.Find(2)->SetM(9.0);
-    system.Add(7, 0.0, {}, {});
-    system.GetEpoch()->SetCutoff(1e-5);
-    system.GetEpoch()->SetTime(-50.0);
-    system.Run(&calculator, 2);
-    EXPECT_EQ(calculator.CountBodies(), 4);
-    EXPECT_EQ(calculator.CountMassiveBodies(), 3);
-    EXPECT_EQ(calculator.BodyAt(0)->ID(), 2);
-    EXPECT_EQ(calculator.Cutoff(), 1e-5);
-    EXPECT_EQ(system.GetEpoch()->Time(), -48.0);
 }

@@ -12,7 +12,7 @@
 #include <string>
 #include <thread>
 
-#include "AllocationCounter.h"
+#include "Allocations.h"
 #include "PairWalk.h"
 
 namespace {

@@ -105,19 +105,3 @@ void ScalarTaylor::Promote() {
         }
     }
 }
-
-void ScalarTaylor::Report() {
-    times_.push_back(elapsed_);
-    for (const PairWalk::Body& body : system_.bodies) {
-        for (int k = 0; k < 3; k++) {
-            positions_.push_back(body.position[k]);
-            velocities_.push_back(body.velocity[k]);
-        }
-    }
-}
-
-void ScalarTaylor::ClearReports() {
-    times_.clear();
-    positions_.clear();
-    velocities_.clear();
-}

@@ -11,15 +11,11 @@ class ScalarTaylor {
 public:
     ScalarTaylor(PairWalk system, int32 order, double cutoff);
 
-    // One step, and one report of time, positions and velocities at the end of the vectors.
     void Step();
-    void Report();
-    void ClearReports();
 
     const PairWalk& System() const { return system_; }
     double Time() const { return elapsed_; }
     int32 CountPromotions() const { return promotions_; }
-    const std::vector<double>& Positions() const { return positions_; }
 
 private:
     struct Dels {
@@ -41,5 +37,4 @@ private:
     int32 iteration_ = 0;
     int32 promotions_ = 0;
     double elapsed_ = 0.0;
-    std::vector<double> times_, positions_, velocities_;
 };

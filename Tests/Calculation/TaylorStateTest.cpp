@@ -107,35 +107,27 @@ TEST(TaylorCalculator, ASavedStateContinuesBitForBit) {
 }
 
 TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
-    const PairWalk planets = Planets(3, 2);
-    TestSystem system(planets, 4, 1e-6);
+    TestSystem system(Planets(3, 2), 4, 1e-6);
     const auto source = MakeCalculator(&system);
     system.Run(source.get(), 20);
     const BMessage whole = ArchiveOf(*source);
     EXPECT_EQ(whole.what, FourCC("ARCV"));
     EXPECT_EQ(whole.CountNames(), 5);
     EXPECT_EQ(Iteration(whole), 20);
-
     for (const char* field : {"IDs", "DelR", "DelV", "Iter"}) {
         SCOPED_TRACE(field);
         BMessage without = whole, shorter = whole;
         without.RemoveName(field);
         shorter.RemoveData(field, 0);
         const auto fresh = MakeCalculator(&system);
-        const BMessage nothing = ArchiveOf(*fresh);
-        EXPECT_FALSE(nothing.HasName("IDs"));
         fresh->Regenerate(&without);
-        EXPECT_TRUE(ArchiveOf(*fresh) == nothing);
+        EXPECT_FALSE(ArchiveOf(*fresh).HasName("IDs"));
         // Fewer identifiers than parts is a smaller system; all else is broken.
         fresh->Regenerate(&shorter);
         EXPECT_EQ(ArchiveOf(*fresh).HasName("IDs"), field == std::string("IDs"));
     }
-
     // A calculator that has a state keeps its parts, but not its place between promotions.
-    const auto other = MakeCalculator(&system);
-    other->Regenerate(const_cast<BMessage*>(&whole));
-    other->Regenerate(nullptr);
-    const BMessage kept = ArchiveOf(*other);
-    EXPECT_EQ(Doubles(kept, "DelR"), Doubles(whole, "DelR"));
-    EXPECT_EQ(Iteration(kept), 0);
+    source->Regenerate(nullptr);
+    EXPECT_EQ(Doubles(ArchiveOf(*source), "DelR"), Doubles(whole, "DelR"));
+    EXPECT_EQ(Iteration(ArchiveOf(*source)), 0);
 }

@@ -17,24 +17,6 @@ namespace {
 
 constexpr type_code kTemplate = FourCC("kwzx");
 
-// Resources that a test makes up.
-class ResourceMaker {
-public:
-    void Text(int32 id, const std::string& text) { Data(B_STRING_TYPE, id, text + '\0'); }
-    void Data(type_code type, int32 id, std::string_view data) {
-        const auto* const begin = reinterpret_cast<const std::byte*>(data.data());
-        EXPECT_TRUE(writer_.Add(type, id, "", {begin, begin + data.size()}));
-    }
-    [[nodiscard]] ProgramResources Read() const {
-        BResources resources;
-        EXPECT_EQ(resources.SetTo(writer_.File()), B_OK);
-        return ProgramResources(resources);
-    }
-
-private:
-    ResourceWriter writer_;
-};
-
 // This test program carries the resources of the real one.
 class OwnResourcesTest : public testing::Test {
 protected:
@@ -137,37 +119,13 @@ TEST(TemplateTest, WithoutAGoodOneTheRecordIsEmpty) {
     otherTag[7] = '1';
     for (const std::string& bad : {otherTag, good.substr(0, 5), good.substr(0, 8),
                                    good.substr(0, good.size() - 1), std::string()}) {
-        ResourceMaker maker;
-        maker.Data(kTemplate, 0, bad);
-        EXPECT_TRUE(maker.Read().NewSimulation().IsEmpty()) << bad.size();
+        ResourceWriter writer;
+        const auto* const begin = reinterpret_cast<const std::byte*>(bad.data());
+        EXPECT_TRUE(writer.Add(kTemplate, 0, "", {begin, begin + bad.size()}));
+        BResources resources;
+        ASSERT_EQ(resources.SetTo(writer.File()), B_OK);
+        EXPECT_TRUE(ProgramResources(resources).NewSimulation().IsEmpty()) << bad.size();
     }
-    EXPECT_TRUE(ResourceMaker().Read().NewSimulation().IsEmpty());
-}
-
-TEST(LabelsTest, AGapEndsItsRun) {
-    ResourceMaker maker;
-    for (const int32 id : {1500, 1501, 1503, 1601, 3200, 4007})
-        maker.Text(id, std::to_string(id));
-    const ProgramResources resources = maker.Read();
-    EXPECT_EQ(resources.InterfaceLabel(1501), "1501");
-    EXPECT_EQ(resources.InterfaceLabel(1503), "");
-    EXPECT_EQ(resources.InterfaceLabel(1601), "");
-    EXPECT_EQ(resources.InterfaceLabel(3200), "3200");
-    EXPECT_EQ(resources.InterfaceLabel(4007), "4007") << "of another program";
-}
-
-TEST(BodyNamesTest, EndAtAGapOrAtAThousand) {
-    ResourceMaker gap;
-    gap.Text(0, "A");
-    gap.Text(2, "C");
-    EXPECT_EQ(gap.Read().CountBodyNames(), 1);
-
-    ResourceMaker many;
-    for (int32 i = 0; i < 1003; i++)
-        many.Text(i, std::to_string(i));
-    const ProgramResources resources = many.Read();
-    EXPECT_EQ(resources.CountBodyNames(), 1000);
-    EXPECT_STREQ(resources.BodyName(999), "999");
 }
 
 }  // namespace

@@ -185,15 +185,6 @@ TEST_F(DocumentSaverTest, ASavedDocumentNeedsNoCopyForAnEpoch) {
     EXPECT_TRUE(folder.List().empty());
 }
 
-TEST_F(DocumentSaverTest, WhatIsKeptNowhereStaysUnsaved) {
-    Edit();
-    home.Write("state", "no place for copies");
-    const SaveResult result = SaveDocument(&document, &file, place, "no/such/folder", true);
-    EXPECT_TRUE(result.error.Failed());
-    EXPECT_TRUE(result.copyError.Failed());
-    EXPECT_FALSE(document.GetUndoChain()->IsSaved());
-}
-
 TEST_F(DocumentSaverTest, ARecoveredDocumentGoesBackToItsPlaceIfThatIsThere) {
     fs::create_directory(home.Path("there"));
     file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("there/Halley"), 0}, "new");

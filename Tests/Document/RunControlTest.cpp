@@ -79,40 +79,6 @@ TEST_F(RunControlTest, ARunIsLoggedBelowTheFocusAndKept) {
     EXPECT_EQ(Outline(document.Root()), "Genesis(Genesis)");
 }
 
-TEST_F(RunControlTest, PausesNest) {
-    control.Pause();
-    control.UnPause();
-    EXPECT_EQ(control.PauseCount(), 1);
-    EXPECT_FALSE(control.HasRun());
-    control.UnPause();
-    EXPECT_TRUE(control.HasRun());
-    const AbEpoch* const running = Focus();
-    view.Take();
-    control.UnPause();
-    EXPECT_EQ(control.PauseCount(), 0);
-    EXPECT_EQ(view.Take(), "");
-    EXPECT_EQ(Focus(), running);
-    control.Pause();
-}
-
-TEST_F(RunControlTest, GoDoesNothingWhileOthersHoldThePause) {
-    control.UnPause();
-    control.Pause();
-    EXPECT_FALSE(control.UserPaused());
-    view.Take();
-    control.TogglePause();
-    EXPECT_EQ(view.Take(), "");
-    EXPECT_EQ(control.PauseCount(), 1);
-    // An edit pauses for the user, once.
-    control.UnPause();
-    control.PauseForUser();
-    control.PauseForUser();
-    EXPECT_EQ(control.PauseCount(), 1);
-    control.TogglePause();
-    EXPECT_EQ(control.PauseCount(), 0);
-    control.Pause();
-}
-
 TEST_F(RunControlTest, HeldRunsDoNotStart) {
     control.SetHold(true);
     control.UnPause();

@@ -10,7 +10,6 @@
 #include "ProgramResources.h"
 #include "RunControlView.h"
 #include "SampleDocument.h"
-#include "SetEpochNameCommand.h"
 #include "SystemFactories.h"
 
 namespace {
@@ -90,22 +89,6 @@ TEST_F(SimulationControllerTest, NewBodyInAnEmptyDocumentRestsAtTheOrigin) {
     EXPECT_EQ(Portal()->FocusSystem()->Position(), ThreeVector{});
 }
 
-TEST_F(SimulationControllerTest, DeletingBodiesMovesTheFocusAlongAndEndsWithNone) {
-    const std::size_t count = CountBodies();
-    for (std::size_t left = count; left > 0; left--) {
-        const Body* body = Portal()->BodiesInMassOrder().back();
-        controller_.EditBody(body->ID());
-        const int64 id = body->ID();
-        controller_.DeleteCurrentBody();
-        EXPECT_EQ(CountBodies(), left - 1);
-        EXPECT_NE(Portal()->FocusSystem()->ID(), id);
-    }
-    for (std::size_t i = 0; i < count; i++)
-        EXPECT_TRUE(controller_.Undo());
-    EXPECT_EQ(CountBodies(), count);
-    EXPECT_FALSE(controller_.Undo());
-}
-
 TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
     const BMessage before = Archive();
     ASSERT_TRUE(controller_.ToCenterOfMass());
@@ -119,19 +102,6 @@ TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
     EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e-3);
 }
 
-TEST_F(SimulationControllerTest, EditDuringARunPausesItAndGoResumesIt) {
-    run_.TogglePause();
-    AbEpoch* const running = Focus();
-    controller_.CreateBody();
-    EXPECT_EQ(run_.PauseCount(), 1);
-    EXPECT_TRUE(run_.UserPaused());
-    // The run's epoch is a record now; the new body went into a copy.
-    EXPECT_EQ(Focus()->Parent(), running);
-    run_.TogglePause();
-    EXPECT_EQ(run_.PauseCount(), 0);
-    run_.TogglePause();
-}
-
 TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
     run_.TogglePause();
     AbEpoch* const running = Focus();
@@ -142,30 +112,6 @@ TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
     EXPECT_NE(running->CalculatorState(), nullptr);
     run_.TogglePause();
     EXPECT_GE(Focus()->Time(), running->Time());
-}
-
-TEST_F(SimulationControllerTest, EpochsAreSwitchedRenamedAndDeleted) {
-    AbEpoch* const first = Focus();
-    controller_.DupCurrentEpoch();
-    AbEpoch* const second = Focus();
-    ExecuteFiled(document_.Portal(),
-                 std::make_unique<SetEpochNameCommand>(document_.Portal(), "Second", second));
-    controller_.EditEpoch(first);
-    EXPECT_EQ(Focus(), first);
-    EXPECT_EQ(Outline(document_.Root()), "Genesis(Second)");
-
-    EXPECT_TRUE(controller_.DeleteEpoch(first));
-    EXPECT_EQ(Outline(document_.Root()), "Second");
-    EXPECT_EQ(Focus(), second);
-    EXPECT_FALSE(controller_.DeleteEpoch(second));
-
-    while (controller_.Undo()) {
-    }
-    EXPECT_EQ(Outline(document_.Root()), "Genesis");
-    EXPECT_EQ(Focus(), first);
-    while (controller_.Redo()) {
-    }
-    EXPECT_EQ(Outline(document_.Root()), "Second");
 }
 
 TEST_F(SimulationControllerTest, UndoDuringARunTakesTheRunBack) {

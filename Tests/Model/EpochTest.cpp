@@ -28,20 +28,6 @@ std::unique_ptr<Epoch> Restored(BMessage* record) {
     return std::unique_ptr<Epoch>(dynamic_cast<Epoch*>(instantiate_object(record)));
 }
 
-TEST(Epoch, IgnoresValuesOutOfRange) {
-    Epoch epoch;
-    for (const double bad : {0.001, 0.0, -1.0, static_cast<double>(NAN)}) {
-        epoch.SetCutoff(bad);
-        EXPECT_EQ(epoch.Cutoff(), 1e-11);
-    }
-    epoch.SetCutoff(5e-4);
-    EXPECT_EQ(epoch.Cutoff(), 5e-4);
-    for (const double bad : {0.0, -1.0, HUGE_VAL, static_cast<double>(NAN)}) {
-        epoch.SetTimeUval(bad);
-        EXPECT_EQ(epoch.TimeUval(), TIME_UVAL_PREF);
-    }
-}
-
 TEST(Epoch, InheritsItsNameUntilItHasItsOwn) {
     Tree tree;
     EXPECT_EQ(tree.d->Name(), "A");
@@ -211,22 +197,6 @@ TEST(Epoch, DeepChainsAreHandled) {
     EXPECT_EQ(DeepArchive(*restored), bytes);
     restored->Prune();
     EXPECT_EQ(restored->CountChildren(), 0);
-}
-
-TEST(EpochCursor, WalksInPreOrderToTheEndOfTheTree) {
-    Tree tree;
-    const auto walk = [](AbEpoch* start) {
-        std::vector<AbEpoch*> visited;
-        for (EpochCursor cursor(start); cursor.GetEpoch(); cursor.Increment())
-            visited.push_back(cursor.GetEpoch());
-        return visited;
-    };
-    EXPECT_EQ(walk(&tree.a), (std::vector<AbEpoch*>{&tree.a, tree.b, tree.d, tree.c}));
-    EXPECT_EQ(walk(tree.d), (std::vector<AbEpoch*>{tree.d, tree.c}));
-    EXPECT_TRUE(walk(nullptr).empty());
-    EpochCursor cursor(tree.b);
-    cursor.RightUp();
-    EXPECT_EQ(cursor.GetEpoch(), tree.c);
 }
 
 }  // namespace

@@ -110,16 +110,6 @@ TEST(CompositeSystem, KeepsChildrenSortedEachIdentifierOnce) {
     EXPECT_EQ(group->SystemFromID(9), nullptr);
 }
 
-TEST(CompositeSystem, AddingAnothersChildMovesIt) {
-    const auto from = NewPair();
-    const std::unique_ptr<CompositeSystem> to(NewComposite("To", 20));
-    MassSystem* child = from->SystemFromID(2);
-    to->AddChild(child);
-    EXPECT_EQ(from->CountChildren(), 1);
-    EXPECT_EQ(to->ChildAt(0), child);
-    EXPECT_EQ(child->Parent(), to.get());
-}
-
 TEST(CompositeSystem, DerivesItsQuantitiesFromTheChildren) {
     const auto pair = NewPair();
     EXPECT_EQ(pair->M(), 4.0);

@@ -11,13 +11,11 @@
 #include "DeleteEpochCommand.h"
 #include "DeleteSystemCommand.h"
 #include "DimValue.h"
-#include "MacroCommand.h"
 #include "NewEpochCommand.h"
 #include "NewSystemCommand.h"
 #include "SetCompVectorCommand.h"
 #include "SetEpochNameCommand.h"
 #include "SetEpochToCommand.h"
-#include "SetPropertyCommand.h"
 #include "TestDocument.h"
 
 namespace {
@@ -282,25 +280,6 @@ TEST_F(ModelCommands, RedoInAFrozenEpochGoesIntoACopy) {
     document.chain.Redo();
     EXPECT_EQ(portal.FocusEpoch(), document.genesis);
     EXPECT_EQ(document.Find(1)->Position().x, 7.0);
-}
-
-TEST_F(ModelCommands, PropertiesOfSystemsAndEpochs) {
-    CheckCopyOnWrite(
-        [&] {
-            auto* macro = new MacroCommand(2);  // a mass with its unit
-            macro->AddCommand(std::make_unique<SetSystemPropertyCommand<double>>(
-                &portal, 4, &MassSystem::M, &MassSystem::SetM, -6.0,
-                kMassOrRadiusChanged | kPositionChanged));
-            macro->AddCommand(std::make_unique<SetSystemPropertyCommand<double>>(
-                &portal, 4, &MassSystem::MassUval, &MassSystem::SetMassUval, 3.0,
-                kMassOrRadiusChanged));
-            return macro;
-        },
-        [&] {
-            EXPECT_EQ(document.Find(4)->M(), 6.0);
-            EXPECT_EQ(document.Find(4)->MassUval(), 3.0);
-            EXPECT_EQ(observer.last, kMassOrRadiusChanged);
-        });
 }
 
 }  // namespace

@@ -17,20 +17,6 @@ void WaitUntilCountIs(const Benaphore* ben, int32 count) {
         std::this_thread::yield();
 }
 
-TEST(Benaphore, TwoReleasesForOneWaiterWakeItOnce) {
-    Benaphore* ben = create_ben(0, "signal");
-    std::thread waiter([ben] { EXPECT_EQ(acquire_ben(ben), B_NO_ERROR); });
-    WaitUntilCountIs(ben, -1);
-    EXPECT_EQ(release_ben(ben), B_NO_ERROR);
-    EXPECT_EQ(release_ben(ben), B_NO_ERROR);
-    waiter.join();
-    EXPECT_EQ(ben->count, 1);
-    int32 units = -1;
-    EXPECT_EQ(get_sem_count(ben->sem, &units), B_OK);
-    EXPECT_EQ(units, 0);
-    delete_ben(ben);
-}
-
 TEST(Benaphore, AcquiringSeveralWaitsForTheShortfallOnly) {
     Benaphore* ben = create_ben(0, "gate");
     EXPECT_EQ(release_ben(ben, 2), B_NO_ERROR);

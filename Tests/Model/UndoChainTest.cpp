@@ -71,22 +71,6 @@ TEST(UndoChain, KnowsWhetherTheDocumentIsAsItWasSaved) {
     EXPECT_FALSE(chain.CanUndo() || chain.CanRedo());
 }
 
-TEST(UndoChain, TellsTheNamesOfItsNextSteps) {
-    UndoChain chain;
-    TestDocument document;
-    std::string log;
-    EXPECT_EQ(chain.UndoName(), kUnnamedCommand);
-    for (const CommandName name : {kCommandSetMass, kCommandGo})
-        chain.AddExecuted(
-            new LockingCommand(Named(name, std::make_unique<LoggedCommand>(&log, 1)).release(),
-                               &document.portal, false));
-    EXPECT_EQ(chain.UndoName(), kCommandGo);
-    EXPECT_EQ(chain.RedoName(), kUnnamedCommand);
-    chain.Undo();
-    EXPECT_EQ(chain.UndoName(), kCommandSetMass);
-    EXPECT_EQ(chain.RedoName(), kCommandGo);
-}
-
 TEST(UndoChain, ANewCommandDropsTheRedoHistory) {
     std::string log;
     UndoChain chain;

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <string>
 #include <vector>
 
@@ -99,15 +98,6 @@ TEST(UnitTableTest, CapitalsMatterOnlyWhereTheyTellUnitsApart) {
     EXPECT_EQ(table.Find("mEGA")->name, "Mega");
     EXPECT_EQ(table.Find("kK"), nullptr);
     EXPECT_EQ(table.Find("KK")->name, "Kayser");
-}
-
-TEST(UnitTableTest, TheLocaleDoesNotMatter) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"})
-        if (std::setlocale(LC_ALL, name) != nullptr) break;
-    EXPECT_EQ(DistanceUnits().Parse("1.5 km").value, 1500.0);
-    EXPECT_EQ(DistanceUnits().Rows()[2].factor, 1609.344);
-    std::setlocale(LC_ALL, before.c_str());
 }
 
 }  // namespace

@@ -77,20 +77,6 @@ TEST(BLooper, FullPortRefusesMessages) {
     }
 }
 
-TEST(BLooper, PostingCopiesTheMessage) {
-    auto* const looper = new TestLooper;
-    std::string received;
-    looper->SetAction([&](BMessage* message) { message->FindString("text", &received); });
-    BMessage message(kWork);
-    message.AddString("text", "before");
-    EXPECT_EQ(looper->PostMessage(&message), B_OK);
-    message.ReplaceString("text", "after");
-    EXPECT_EQ(looper->PostMessage(static_cast<const BMessage*>(nullptr)), B_BAD_VALUE);
-    looper->Run();
-    QuitFromHere(looper);
-    EXPECT_EQ(received, "before");
-}
-
 // --- Handlers ---
 
 TEST(BLooper, DeliversToTheHandlerAddressed) {
@@ -151,21 +137,6 @@ TEST(BLooper, DropsMessagesForHandlersThatLeft) {
     QuitFromHere(looper);
     EXPECT_EQ(log->Whats(), std::vector<uint32>{3});
     EXPECT_TRUE(removed.log.Whats().empty());
-}
-
-TEST(BLooper, HandlerLocksTheLooperItBelongsTo) {
-    auto* const looper = new TestLooper;
-    looper->Run();
-    BHandler handler;
-    EXPECT_FALSE(handler.LockLooper());
-    ASSERT_TRUE(looper->Lock());
-    looper->AddHandler(&handler);
-    looper->Unlock();
-    EXPECT_TRUE(handler.LockLooper());
-    EXPECT_TRUE(looper->IsLocked());
-    std::thread([&] { EXPECT_EQ(handler.LockLooperWithTimeout(0), B_WOULD_BLOCK); }).join();
-    handler.UnlockLooper();
-    QuitFromHere(looper);
 }
 
 TEST(BLooper, HandlersComeAndGoWhileItRuns) {

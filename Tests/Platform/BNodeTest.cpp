@@ -98,32 +98,6 @@ TEST_F(BNodeTest, TypeIsReadAsOthersWriteIt) {
     }
 }
 
-TEST_F(BNodeTest, TypesHaveALimit) {
-    BNodeInfo info(&node_);
-    EXPECT_EQ(info.SetType(std::string(240, 'x').c_str()), B_BAD_VALUE);
-    EXPECT_EQ(info.SetType(std::string(239, 'x').c_str()), B_OK);
-}
-
-TEST(BFileTest, ReadsAndWritesAtAPosition) {
-    const TestFolder folder;
-    const std::string path = folder.Path("file");
-    EXPECT_EQ(BFile(path.c_str(), B_READ_ONLY).InitCheck(), B_ENTRY_NOT_FOUND);
-    BFile file(path.c_str(), B_READ_WRITE | B_CREATE_FILE);
-    EXPECT_EQ(file.Write("0123456789", 10), 10);
-    EXPECT_EQ(file.WriteAt(2, "ab", 2), 2);
-    EXPECT_EQ(file.Position(), 10);
-    EXPECT_EQ(file.Seek(1), B_OK);
-    char text[20] = {};
-    EXPECT_EQ(file.Read(text, 4), 4);
-    EXPECT_STREQ(text, "1ab4");
-    EXPECT_EQ(file.Read(text, sizeof text), 5);
-    EXPECT_EQ(file.Read(text, sizeof text), 0);
-    EXPECT_EQ(BFile(path.c_str(), B_READ_ONLY).Write("x", 1), B_BAD_VALUE);
-    off_t size = 1;
-    EXPECT_EQ(BFile(path.c_str(), B_WRITE_ONLY | B_ERASE_FILE).GetSize(&size), B_OK);
-    EXPECT_EQ(size, 0);
-}
-
 TEST(BFileTest, OneOpeningAtATimeHoldsTheLock) {
     const TestFolder folder;
     const std::string path = folder.Write("file", "");

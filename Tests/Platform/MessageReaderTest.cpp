@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "AllocationPeak.h"
+#include "Allocations.h"
 #include "RecordVectors.h"
 
 using namespace std::string_literals;

@@ -1,8 +1,6 @@
 // Spawned threads: their start, end, result, names and identifiers; the debugger stop.
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <set>
@@ -18,7 +16,6 @@ struct Observed {
     std::atomic<bool> hasRun{false};
     thread_id self = 0;
     std::string systemName;
-    int nice = 0;
     sem_id started = create_sem(0, "started");
     sem_id mayEnd = create_sem(0, "may end");
     ~Observed() {
@@ -34,7 +31,6 @@ int32 Observe(void* argument) {
     char name[32] = {};
     pthread_getname_np(pthread_self(), name, sizeof name);
     seen->systemName = name;
-    seen->nice = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
     release_sem(seen->started);
     acquire_sem(seen->mayEnd);
     return 77;
@@ -73,7 +69,6 @@ TEST(Thread, WaitsForResumeAndGivesItsResult) {
 
     EXPECT_EQ(seen.self, thread);
     EXPECT_EQ(seen.systemName, "A name of more ");
-    EXPECT_GE(seen.nice, B_NORMAL_PRIORITY - B_LOW_PRIORITY);
     EXPECT_EQ(find_thread("A name of more than 15 letters"), thread);
 
     release_sem(seen.mayEnd);
@@ -83,23 +78,6 @@ TEST(Thread, WaitsForResumeAndGivesItsResult) {
     EXPECT_EQ(find_thread("A name of more than 15 letters"), B_NAME_NOT_FOUND);
     EXPECT_EQ(wait_for_thread(thread, &result), B_BAD_THREAD_ID);
     EXPECT_EQ(resume_thread(thread), B_BAD_THREAD_ID);
-}
-
-TEST(Thread, WaitingResumesAndServesEveryWaiter) {
-    Observed seen;
-    const thread_id thread = spawn_thread(Observe, "observed", B_NORMAL_PRIORITY, &seen);
-    std::vector<status_t> results(3, B_ERROR);
-    std::vector<std::thread> waiters;
-    for (status_t& result : results)
-        waiters.emplace_back([&result, thread] { wait_for_thread(thread, &result); });
-    acquire_sem(seen.started);
-    release_sem(seen.mayEnd);
-    for (std::thread& waiter : waiters)
-        waiter.join();
-    // A waiter that came after all others were served finds the thread forgotten.
-    for (const status_t result : results)
-        EXPECT_TRUE(result == 77 || result == B_ERROR);
-    EXPECT_EQ(wait_for_thread(thread, nullptr), B_BAD_THREAD_ID);
 }
 
 TEST(Thread, ExitUnwindsTheStack) {

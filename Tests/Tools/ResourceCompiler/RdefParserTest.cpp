@@ -127,28 +127,24 @@ TEST_F(RdefTest, RecordsHaveFieldsOfEveryKind) {
         "archive" = archive("image", 'ARCV') Thing { "a" = true },
         "nothing" = archive Empty { "" = $"" },
     })");
-    EXPECT_EQ(message.what, FourCC("what"));
-    std::string text;
-    int64 number = 0;
-    EXPECT_EQ(message.FindInt64("n", 1, &number), B_OK);
-    EXPECT_EQ(number, 2);
-    float real = 0;
-    EXPECT_EQ(message.FindFloat("f", &real), B_OK);
-    EXPECT_EQ(real, 3.0f);
-    BRect rect;
-    EXPECT_EQ(message.FindRect("rect", &rect), B_OK);
-    EXPECT_EQ(rect, (BRect{1, 2, 3, 4.5}));
-    EXPECT_TRUE(message.HasName("color", B_RGB_32_BIT_TYPE));
-    BMessage archive;
-    ASSERT_EQ(message.FindMessage("archive", &archive), B_OK);
-    EXPECT_EQ(archive.what, FourCC("ARCV"));
-    std::string name;
-    ASSERT_EQ(archive.GetInfo(B_ANY_TYPE, 1, &name, nullptr), B_OK);
-    EXPECT_EQ(name, "class");
-    EXPECT_EQ(archive.FindString("add_on", &text), B_OK);
-    EXPECT_EQ(text, "image");
-    ASSERT_EQ(message.FindMessage("nothing", &archive), B_OK);
-    EXPECT_EQ(archive.CountNames(), 1);
+    EXPECT_EQ(message.ToText(), R"(message 'what' {
+    string "text" = "t"
+    int64 "n"[0] = 1
+    int64 "n"[1] = 2
+    float "f" = 3
+    rect "rect" = 1, 2, 3, 4.5
+    color32 "color" = 1, 2, 3, 4
+    raw "bytes" = $"00ff"
+    message "archive" = 'ARCV' {
+        bool "a" = true
+        string "class" = "Thing"
+        string "add_on" = "image"
+    }
+    message "nothing" = 0x00000000 {
+        string "class" = "Empty"
+    }
+}
+)");
 }
 
 TEST_F(RdefTest, RecordsCanBeBigEndianWithAllThatIsInThem) {

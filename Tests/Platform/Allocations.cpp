@@ -1,0 +1,54 @@
+#include "Allocations.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<std::int64_t> gCount{0};
+std::atomic<std::size_t> gLargest{0};
+
+void* Allocate(std::size_t size, std::size_t alignment) {
+    gCount++;
+    std::size_t largest = gLargest;
+    while (size > largest && !gLargest.compare_exchange_weak(largest, size)) {
+    }
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+
+}  // namespace
+
+std::int64_t CountAllocations() {
+    return gCount;
+}
+
+std::size_t TakeLargestAllocation() {
+    return gLargest.exchange(0);
+}
+
+void* operator new(std::size_t size) {
+    if (void* memory = Allocate(size, alignof(std::max_align_t))) return memory;
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    if (void* memory = Allocate(size, static_cast<std::size_t>(alignment))) return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+    std::free(memory);
+}
