@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <numeric>
 #include <optional>
 #include <random>
 
-#include "Body.h"
 #include "CollisionLooper.h"
 #include "Epoch.h"
 #include "TestSystem.h"

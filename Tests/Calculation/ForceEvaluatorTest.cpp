@@ -12,7 +12,6 @@
 #include <string>
 #include <thread>
 
-#include "Allocations.h"
 #include "PairWalk.h"
 
 namespace {
@@ -220,19 +219,6 @@ TEST(ForceEvaluator, AgreesWithTheDerivativesOfTheForce) {
             EXPECT_LT(std::abs(evaluator.Jerk(k)[j] - jerk[k]), 1e-15 * sizes[1]);
             EXPECT_LT(std::abs(evaluator.Snap(k)[j] - snap[k]), 1e-14 * sizes[2]);
         }
-    }
-}
-
-TEST(ForceEvaluator, DoesNotAllocate) {
-    for (int32 count : {3, 300}) {
-        ForceEvaluator evaluator(2);
-        RandomBodies(count, count, 1).CopyTo(&evaluator);
-        Evaluate(4, &evaluator, Result::kDone);
-        const int64 before = CountAllocations();
-        for (int i = 0; i < 20; i++)
-            Evaluate(4, &evaluator, Result::kDone);
-        evaluator.Resize(count - 1, count - 1);
-        EXPECT_EQ(CountAllocations(), before);
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <random>
@@ -104,6 +103,28 @@ TEST(TaylorCalculator, ResultsDependNeitherOnBatchesNorOnConsumersNorOnThreads) 
     EXPECT_TRUE(run(10, 1, 0) == expected);
     EXPECT_TRUE(run(2999, 1, 0) == expected);
     EXPECT_TRUE(run(137, 2, 2000) == expected);
+}
+
+// The consumer is so slow that the pacing changes the size of the batches during the run.
+TEST(TaylorCalculator, PacingDoesNotChangeResults) {
+    const PairWalk planets = Planets(3, 3);
+    TestSystem paced(planets, 4, 1e-6), plain(planets, 4, 1e-6);
+    const auto calculator = MakeCalculator(&paced);
+    RecordingConsumer consumer(&paced, *calculator, 1000);
+    calculator->SetUpdatesPerSecond(200);
+    calculator->UnPause();
+    while (calculator->ReportsPerDraw() == 100)
+        consumer.WaitForDrawing();
+    for (int i = 0; i < 5; i++)
+        consumer.WaitForDrawing();
+    calculator->Pause();
+    EXPECT_GT(calculator->ReportsPerDraw(), 100);
+
+    const auto reference = MakeCalculator(&plain);
+    plain.Run(reference.get(), static_cast<int64>(consumer.Times().size()));
+    EXPECT_EQ(plain.GetEpoch()->Time(), paced.GetEpoch()->Time());
+    EXPECT_EQ(plain.GetEpoch()->Time(), consumer.Times().back());
+    EXPECT_TRUE(ArchiveOf(*reference) == ArchiveOf(*calculator));
 }
 
 TEST(TaylorCalculator, NothingIsAllocatedFromBatchToBatch) {

@@ -11,7 +11,6 @@
 #include "Epoch.h"
 #include "MassSystem.h"
 #include "ResourceWriter.h"
-#include "SimulationFile.h"
 
 namespace {
 

@@ -6,11 +6,9 @@
 #include <set>
 
 #include "BodyColors.h"
-#include "CommandFactory.h"
 #include "ProgramResources.h"
 #include "RunControlView.h"
 #include "SampleDocument.h"
-#include "SystemFactories.h"
 
 namespace {
 
@@ -112,17 +110,6 @@ TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
     EXPECT_NE(running->CalculatorState(), nullptr);
     run_.TogglePause();
     EXPECT_GE(Focus()->Time(), running->Time());
-}
-
-TEST_F(SimulationControllerTest, UndoDuringARunTakesTheRunBack) {
-    AbEpoch* const first = Focus();
-    run_.TogglePause();
-    EXPECT_TRUE(controller_.Undo());
-    EXPECT_EQ(run_.PauseCount(), 1);
-    EXPECT_EQ(Focus(), first);
-    EXPECT_EQ(first->CountChildren(), 0);
-    EXPECT_TRUE(controller_.Redo());
-    EXPECT_EQ(Focus()->Parent(), first);
 }
 
 TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {

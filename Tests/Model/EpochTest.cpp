@@ -1,7 +1,6 @@
 // Epochs, their tree, their archives, and the cursor.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <memory>
 
 #include "DefaultUnits.h"
@@ -61,25 +60,6 @@ TEST(Epoch, CopyIsWriteableAndFree) {
     EXPECT_NE(copy->SystemFromID(3), tree.b->SystemFromID(3));
     EXPECT_NE(copy->CalculatorState(), nullptr);
     EXPECT_NE(copy->CalculatorState(), tree.b->CalculatorState());
-}
-
-TEST(Epoch, ChildrenAreInsertedWhereAskedAndOnce) {
-    Tree tree;
-    auto* first = new Epoch;
-    auto* last = new Epoch;
-    EXPECT_EQ(tree.a.AddChild(first, -5), B_OK);
-    EXPECT_EQ(tree.a.AddChild(last, 99), B_OK);
-    EXPECT_EQ(tree.a.AddChild(tree.b), B_OK);
-    ASSERT_EQ(tree.a.CountChildren(), 4);
-    EXPECT_EQ(tree.a.ChildAt(0), first);
-    EXPECT_EQ(tree.a.ChildAt(3), last);
-    EXPECT_EQ(tree.a.IndexOfChild(tree.c), 2);
-    EXPECT_EQ(tree.a.IndexOfChild(tree.d), -1);
-    tree.a.RemoveChild(tree.c);
-    EXPECT_EQ(tree.c->Parent(), &tree.a);  // not re-parented
-    delete tree.c;
-    tree.a.RemoveChild(tree.d);  // is none
-    EXPECT_EQ(tree.a.CountChildren(), 3);
 }
 
 TEST(Epoch, ArchiveHasItsFieldsInOrder) {

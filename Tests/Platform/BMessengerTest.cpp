@@ -123,7 +123,6 @@ TEST(BMessenger, BlockedSendersLearnOfTheEnd) {
 TEST(BMessenger, BringsTheAnswer) {
     auto* const looper = new TestLooper;
     looper->SetAction([looper](BMessage* message) {
-        EXPECT_EQ(looper->CurrentMessage(), message);
         int32 number = 0;
         message->FindInt32("number", &number);
         BMessage answer(kAnswer);
@@ -154,10 +153,7 @@ TEST(BMessenger, BringsTheAnswer) {
     EXPECT_EQ(target.SendMessage(&notAQuestion), B_OK);
     for (std::thread& asker : askers)
         asker.join();
-    ASSERT_TRUE(looper->Lock());
-    EXPECT_EQ(looper->CurrentMessage(), nullptr);
-    EXPECT_EQ(looper->SendReply(BMessage(kAnswer)), B_BAD_REPLY);
-    looper->Quit();
+    QuitFromHere(looper);
 }
 
 TEST(BMessenger, UnansweredMessageGivesNoReply) {

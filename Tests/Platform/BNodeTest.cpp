@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <string>
 
-#include "BFile.h"
 #include "BNodeInfo.h"
 #include "TestFolder.h"
 #include "TypeConstants.h"
@@ -96,23 +95,6 @@ TEST_F(BNodeTest, TypeIsReadAsOthersWriteIt) {
         EXPECT_NE(info.GetPreferredApp(&type), B_OK) << bad;
         EXPECT_EQ(type, "");
     }
-}
-
-TEST(BFileTest, OneOpeningAtATimeHoldsTheLock) {
-    const TestFolder folder;
-    const std::string path = folder.Write("file", "");
-    BFile first(path.c_str(), B_READ_WRITE);
-    {
-        BFile second(path.c_str(), B_READ_WRITE);
-        EXPECT_EQ(first.Lock(), B_OK);
-        EXPECT_EQ(second.Lock(), B_BUSY);
-        EXPECT_EQ(first.Unlock(), B_OK);
-        EXPECT_EQ(second.Lock(), B_OK);
-        EXPECT_EQ(first.Lock(), B_BUSY);
-    }
-    // Closing gives the lock back.
-    EXPECT_EQ(first.Lock(), B_OK);
-    EXPECT_EQ(BNode().Lock(), B_NO_INIT);
 }
 
 }  // namespace

@@ -2,11 +2,9 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
-#include <cstdlib>
 #include <set>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "OS.h"
 
@@ -40,21 +38,6 @@ int32 ReturnArgument(void* argument) {
     return *static_cast<int32*>(argument);
 }
 
-struct SetsAtEnd {
-    bool& flag;
-    ~SetsAtEnd() { flag = true; }
-};
-
-void LeaveFromWithin(bool& wasUnwound) {
-    const SetsAtEnd guard{wasUnwound};
-    exit_thread(5);
-}
-
-int32 ExitEarly(void* argument) {
-    LeaveFromWithin(*static_cast<bool*>(argument));
-    return 6;
-}
-
 }  // namespace
 
 TEST(Thread, WaitsForResumeAndGivesItsResult) {
@@ -78,15 +61,6 @@ TEST(Thread, WaitsForResumeAndGivesItsResult) {
     EXPECT_EQ(find_thread("A name of more than 15 letters"), B_NAME_NOT_FOUND);
     EXPECT_EQ(wait_for_thread(thread, &result), B_BAD_THREAD_ID);
     EXPECT_EQ(resume_thread(thread), B_BAD_THREAD_ID);
-}
-
-TEST(Thread, ExitUnwindsTheStack) {
-    bool wasUnwound = false;
-    status_t result = B_OK;
-    const thread_id thread = spawn_thread(ExitEarly, "early", B_NORMAL_PRIORITY, &wasUnwound);
-    EXPECT_EQ(wait_for_thread(thread, &result), B_OK);
-    EXPECT_EQ(result, 5);
-    EXPECT_TRUE(wasUnwound);
 }
 
 TEST(Thread, IdentifiersAreNeverUsedTwice) {

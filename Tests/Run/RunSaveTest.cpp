@@ -75,23 +75,6 @@ TEST_F(RunSave, ASavedRunGoesOnLikeOneThatNeverStopped) {
     EXPECT_EQ(Outline(saved.Root()), Outline(document.Root()));
 }
 
-TEST_F(RunSave, WindowsAndDisplaysAreKept) {
-    BMessage record = GetRecord(document_);
-    BMessage display, found;
-    display.AddRect("Disp frame", {362, 73, 1019, 629});
-    record.AddMessage("Displays", &display);
-    record.AddInt32("Disp type", 1);
-    record.AddPoint("Edit at", {4, 76});
-    const std::string path = PutRecord("windows", record);
-    ASSERT_EQ(RunProgram({"-q", "-n", "5", "-o", path, path}).status, 0);
-    const BMessage saved = GetRecord(path);
-    ASSERT_EQ(saved.FindMessage("Displays", &found), B_OK);
-    EXPECT_EQ(found, display);
-    BPoint at;
-    EXPECT_EQ(saved.FindPoint("Edit at", &at), B_OK);
-    EXPECT_EQ(at, (BPoint{4, 76}));
-}
-
 TEST_F(RunSave, AFullDiskLeavesTheOldFile) {
     const std::string before = Get(document_);
     const Outcome outcome = RunProgram({"-n", "5", "-o", document_, document_},

@@ -1,4 +1,5 @@
 // The command line, and documents that cannot be used.
+#include <filesystem>
 #include <limits>
 
 #include "Body.h"
