@@ -19,6 +19,7 @@ public:
     MassSystem* SystemFromID(int64 id) override { return id == ID() ? this : nullptr; }
     MassSystem* ChildAt(int32) const override { return nullptr; }
     int32 CountChildren() const override { return 0; }
+    int32 CountBodies() const override { return 1; }
     int32 IndexOfChild(const MassSystem*) const override { return -1; }
     status_t AddChild(MassSystem*) override { return B_ERROR; }
     void RemoveChild(MassSystem*) override {}

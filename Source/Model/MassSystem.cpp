@@ -21,6 +21,13 @@ int64 MassSystem::MaxSystemID() const {
     return largest;
 }
 
+int32 MassSystem::CountBodies() const {
+    int32 count = 0;
+    for (int32 i = 0; i < CountChildren(); i++)
+        count += ChildAt(i)->CountBodies();
+    return count;
+}
+
 int64 MassSystem::ID() const {
     return id_;
 }

@@ -43,6 +43,8 @@ public:
     virtual void SetParent(MassSystem* parent) = 0;
     // The largest identifier in the subtree, -1 when there is none of 0 or more.
     virtual int64 MaxSystemID() const;
+    // All bodies of the subtree.
+    virtual int32 CountBodies() const;
 
     virtual std::string Name() const = 0;
     virtual int64 ID() const;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "Body.h"
 #include "EpochCursor.h"
+#include "MassSystem.h"
 #include "NumberText.h"
 #include "ProgramResources.h"
 #include "RunnerTexts.h"
@@ -24,14 +24,6 @@ std::size_t Indent(const AbEpoch* epoch, const AbEpoch* root) {
          above = above->Parent())
         indent += kIndent;
     return indent;
-}
-
-std::size_t CountBodies(const MassSystem* system) {
-    if (dynamic_cast<const Body*>(system)) return 1;
-    std::size_t count = 0;
-    for (int32 i = 0; i < system->CountChildren(); i++)
-        count += CountBodies(system->ChildAt(i));
-    return count;
 }
 
 // Columns of a text in UTF-8, where only its leading bytes count.
@@ -61,7 +53,7 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
         line.time = RoundedText(epoch->Time() / epoch->TimeUval(), kTimeDigits) + ' ' +
                     resources.TimeUnits().Abbreviation(epoch->TimeUval());
         line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);
-        line.bodies = std::to_string(CountBodies(epoch->RootSystem()));
+        line.bodies = std::to_string(epoch->RootSystem()->CountBodies());
         line.mark =
             epoch == document->Portal()->FocusEpoch() ? mark : std::string(Columns(mark), ' ');
         nameWidth = std::max(nameWidth, Columns(line.name));

@@ -104,6 +104,7 @@ TEST(CompositeSystem, KeepsChildrenSortedEachIdentifierOnce) {
     EXPECT_EQ(group->IndexOfChild(twin.get()), -1);
     group->RemoveChild(twin.get());
     EXPECT_EQ(group->CountChildren(), 5);
+    EXPECT_EQ(group->CountBodies(), 5);
     const std::unique_ptr<MassSystem> removed(group->ChildAt(4));
     group->RemoveChild(removed.get());
     EXPECT_EQ(removed->Parent(), nullptr);

@@ -6,6 +6,7 @@
 #include "EpochTexts.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
+#include "MassSystem.h"
 #include "QuantityText.h"
 #include "TextTemplate.h"
 #include "UnitTable.h"
@@ -23,14 +24,6 @@ constexpr int kTimeDigits = 8;
 
 constexpr int32 kCircumstanceMade = 1;
 constexpr int32 kLastNamedCircumstance = kCircumstanceMade + kLabelStateLogged - kLabelStateEdited;
-
-int32 CountBodies(const MassSystem& system) {
-    if (dynamic_cast<const Body*>(&system) != nullptr) return 1;
-    int32 count = 0;
-    for (int32 i = 0; i < system.CountChildren(); i++)
-        count += CountBodies(*system.ChildAt(i));
-    return count;
-}
 
 }  // namespace
 
@@ -84,7 +77,7 @@ bool EpochList::ReadFocus(const AbEpoch* focus) {
 void EpochList::ReadContents(const AbEpoch& epoch, Entry* entry) {
     entry->time = epoch.Time();
     entry->timeUval = epoch.TimeUval();
-    entry->bodies = epoch.RootSystem() == nullptr ? 0 : CountBodies(*epoch.RootSystem());
+    entry->bodies = epoch.RootSystem() == nullptr ? 0 : epoch.RootSystem()->CountBodies();
     entry->circumstance = epoch.Circumstance();
     entry->isWriteable = epoch.Writeable();
 }
