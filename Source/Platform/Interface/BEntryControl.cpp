@@ -16,6 +16,9 @@ namespace {
 constexpr int kRefusalShown = 4000;  // ms
 constexpr int kRefusalTint = 0x60;   // of 255
 
+constexpr QKeySequence::StandardKey kOwnKeys[] = {QKeySequence::Cut, QKeySequence::Copy,
+                                                  QKeySequence::Paste, QKeySequence::SelectAll};
+
 // The widget, for the keys that it must not take and those that its window must not get.
 class EntryLine : public QLineEdit {
 public:
@@ -40,13 +43,10 @@ public:
 
 protected:
     bool event(QEvent* event) override {
-        if (event->type() == QEvent::ShortcutOverride && !isPending()) {
-            const auto& key = static_cast<QKeyEvent&>(*event);
-            // With nothing typed there is nothing of its own to undo: that is for the window.
-            if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) {
-                event->ignore();
-                return true;
-            }
+        if (event->type() == QEvent::ShortcutOverride &&
+            IsForWindow(static_cast<QKeyEvent&>(*event))) {
+            event->ignore();
+            return true;
         }
         return QLineEdit::event(event);
     }
@@ -56,6 +56,18 @@ protected:
             giveUp();
         else
             QLineEdit::keyPressEvent(event);
+    }
+
+private:
+    // The toolkit's lines would take Control with some letters, as D and E, from the menus. These
+    // are a line's own; without a menu that has them, it gets the others, too.
+    [[nodiscard]] bool IsForWindow(const QKeyEvent& key) const {
+        const bool isLetter = key.key() >= Qt::Key_A && key.key() <= Qt::Key_Z;
+        if (!isLetter || (key.modifiers() & Qt::ControlModifier) == 0) return false;
+        // With nothing typed there is nothing of its own to undo.
+        if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) return !isPending();
+        return std::none_of(std::begin(kOwnKeys), std::end(kOwnKeys),
+                            [&key](QKeySequence::StandardKey own) { return key.matches(own); });
     }
 };
 
