@@ -101,6 +101,10 @@ void PressEnter(const std::string& title) {
     PressKey(title, Qt::Key_Return);
 }
 
+void PressSpace(const std::string& title) {
+    PressKey(title, Qt::Key_Space);
+}
+
 void PressEscape(const std::string& title) {
     PressKey(title, Qt::Key_Escape);
 }

@@ -18,6 +18,7 @@ void WaitFor(const std::string& title);
 void Press(const std::string& title, const std::string& button);
 void Tick(const std::string& title);
 void PressEnter(const std::string& title);
+void PressSpace(const std::string& title);
 void PressEscape(const std::string& title);
 // The labels of a submenu's items in that window, separators left out; what cannot be chosen in
 // brackets.

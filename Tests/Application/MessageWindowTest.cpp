@@ -69,6 +69,13 @@ TEST_F(MessageWindowTest, EnterGivesTheRightmostAnswerWithoutACheckBox) {
     EXPECT_EQ(BoxHand::Count(title_), 0);
 }
 
+// Somebody who types when the box comes gives no other answer by accident.
+TEST_F(MessageWindowTest, TheRightmostAnswerHasTheKeyboardAtFirst) {
+    Ask(nullptr, "For good");
+    BoxHand::PressSpace(title_);
+    EXPECT_TRUE(Comes("yes off closed"));
+}
+
 TEST_F(MessageWindowTest, TheCheckBoxGoesWithTheAnswer) {
     Ask(nullptr, "For good");
     EXPECT_EQ(title_, "Orvek: Message");

@@ -49,23 +49,24 @@ MessageWindow::MessageWindow(int32 id, BLooper* owner, BPoint where, const char*
         column->AddChild(checkBox_);
     }
     column->AddSpace(kSpaceAboveButtons);
-    column->AddChild(MakeButtons());
+    BButton* usual = nullptr;
+    column->AddChild(MakeButtons(&usual));
     AddChild(column);
+    if (usual != nullptr) {
+        SetDefaultButton(usual);
+        // Only what is in a window can have its keyboard.
+        usual->MakeFocus();
+    }
     if (isCentered) CenterOnScreen();
 }
 
-BView* MessageWindow::MakeButtons() {
+BView* MessageWindow::MakeButtons(BButton** last) const {
     auto* const row = new BGroupView("buttons", B_HORIZONTAL);
     row->AddStretch();
-    BButton* last = nullptr;
     for (std::size_t i = 0; i < options_.size(); i++) {
         if (!options_[i]) continue;
-        last = new BButton("button", options_[i]->label.c_str(), new BMessage(kPressed[i]));
-        row->AddChild(last);
-    }
-    if (last != nullptr) {
-        SetDefaultButton(last);
-        last->MakeFocus();
+        *last = new BButton("button", options_[i]->label.c_str(), new BMessage(kPressed[i]));
+        row->AddChild(*last);
     }
     return row;
 }

@@ -51,7 +51,7 @@ public:
     bool QuitRequested() override;
 
 private:
-    BView* MakeButtons();
+    BView* MakeButtons(BButton** last) const;
 
     const int32 id_;
     const BMessenger owner_;

@@ -281,7 +281,11 @@ void WindowPart::YieldToMenus() {
 
 bool WindowPart::PressButton(int key) const {
     QWidget* wanted = nullptr;
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) wanted = default_;
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        // Whoever has gone to another button wants that one.
+        wanted = qobject_cast<QPushButton*>(widget_->focusWidget());
+        if (wanted == nullptr) wanted = default_;
+    }
     if (key == Qt::Key_Escape) wanted = cancel_;
     if (key == Qt::Key_Escape && cancel_ == nullptr && (flags_ & B_CLOSE_ON_ESCAPE) != 0) {
         Tell(BMessage(B_QUIT_REQUESTED));
