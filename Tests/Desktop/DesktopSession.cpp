@@ -201,8 +201,8 @@ void DesktopSession::Press(const Window& window, const std::string& keys) const 
     Press(keys);
 }
 
-void DesktopSession::Press(const std::string& keys) const {
-    Hand({"key", "--clearmodifiers", keys});
+void DesktopSession::Press(const std::string& keys, int times) const {
+    if (times > 0) Hand({"key", "--clearmodifiers", "--repeat", Text(times), keys});
 }
 
 void DesktopSession::Type(const std::string& text) const {

@@ -65,7 +65,7 @@ public:
     // Brings the window to the front first. Keys: "ctrl+g", "Escape", "shift+Tab".
     void Press(const Window& window, const std::string& keys) const;
     // For what has the keyboard already: a menu that is open, the window that came last.
-    void Press(const std::string& keys) const;
+    void Press(const std::string& keys, int times = 1) const;
     void Type(const std::string& text) const;
     void MoveMouse(const Window& window, QPoint to) const;
     // Buttons: 1 left, 2 middle, 3 right.
