@@ -116,9 +116,15 @@ DimVector SystemVectorFactory::Current(const EpochPortal& portal) const {
 std::unique_ptr<LCommand> SystemVectorFactory::MakeCommand(EpochPortal* portal,
                                                            const DimVector& value) const {
     const MassSystem* system = ChosenSystem(*portal, choice_);
-    if (!system || !IsFinite(value) || value == Current(*portal)) return nullptr;
-    const DimVector from{(system->*quantity_.get)(), (system->*quantity_.getUval)()};
-    const DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
+    if (!system || !IsFinite(value)) return nullptr;
+    const DimVector current = Current(*portal);
+    if (value == current) return nullptr;
+    const DimVector from{(system->*quantity_.get)(), current.Uval()};
+    DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
+    // What stays as it is keeps its bits: away from the referent and back it could lose the last.
+    if (value.x == current.x) to.x = from.x;
+    if (value.y == current.y) to.y = from.y;
+    if (value.z == current.z) to.z = from.z;
     return Named(quantity_.name,
                  std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), from, to));
 }
@@ -130,7 +136,7 @@ std::unique_ptr<LCommand> SystemVectorFactory::MakeComponentCommand(EpochPortal*
     if (!system || !std::isfinite(value.Value())) return nullptr;
     const DimVector current = Current(*portal);
     const double now = component == 0 ? current.x : component == 1 ? current.y : current.z;
-    if (value == DimValue{now, current.Uval()}) return nullptr;
+    if (value.Value() == now) return MakeCommand(portal, {current, value.Uval()});
     return Named(quantity_.name, std::make_unique<SetCompVectorCommand>(
                                      portal, quantity_, system->ID(), component, value));
 }

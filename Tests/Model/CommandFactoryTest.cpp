@@ -125,6 +125,28 @@ TEST_F(CommandFactoryTest, VectorsAreShownRelativeAndStoredAbsolute) {
     EXPECT_EQ(position.Current(portal_), (DimVector{13.0, 1.0, 0.0, unit}));
 }
 
+// Where the difference to the referent is rounded.
+TEST_F(CommandFactoryTest, AnotherUnitKeepsTheBitsOfAVector) {
+    const ThreeVector place{0.1, -0.3, 0.7};
+    sun_->SetPosition({1e9, 2e9, 3e9});
+    planet_->SetPosition(place);
+    const SystemVectorFactory position(kPositionQuantity, 1);
+    DimVector shown = position.Current(portal_);
+    shown.SetUval(1000.0);
+    ASSERT_TRUE(CommitEntry(&portal_, position, shown));
+    EXPECT_EQ(Now(1)->PositionUval(), 1000.0);
+    EXPECT_EQ(Now(1)->Position(), place);
+    ASSERT_TRUE(
+        ExecuteFiled(&portal_, position.MakeComponentCommand(&portal_, 0, {shown.x, 10.0})));
+    EXPECT_EQ(Now(1)->PositionUval(), 10.0);
+    EXPECT_EQ(Now(1)->Position(), place);
+    // An edit of one component leaves the others alone.
+    shown.z += 1e9;
+    ASSERT_TRUE(CommitEntry(&portal_, position, shown));
+    EXPECT_EQ(Now(1)->Position().y, place.y);
+    EXPECT_NE(Now(1)->Position().z, place.z);
+}
+
 TEST_F(CommandFactoryTest, EditOfAReadOnlyEpochGoesIntoACopyButItsNameDoesNot) {
     epoch_->SetWriteable(false);
     ASSERT_TRUE(CommitEntry(&portal_, EpochNameFactory(), std::string("Dawn")));
