@@ -9,10 +9,10 @@
 #include <array>
 #include <fstream>
 #include <iterator>
-#include <sstream>
+#include <regex>
 #include <thread>
 
-#include "WindowFrame.h"
+#include "ScreenWindows.h"
 
 namespace fs = std::filesystem;
 
@@ -129,6 +129,11 @@ bool DesktopSession::StartWindowManager() {
     return !answer.empty();
 }
 
+std::string DesktopSession::Display() const {
+    const auto display = variables_.find("DISPLAY");
+    return display == variables_.end() ? std::string() : display->second.value_or(std::string());
+}
+
 // --- Programs ---
 
 std::unique_ptr<ChildProcess> DesktopSession::Start(const std::vector<std::string>& arguments) {
@@ -140,32 +145,26 @@ std::string DesktopSession::Output() const {
     return Contents(folder_ / "program.log");
 }
 
-std::optional<std::string> DesktopSession::Hand(const std::vector<std::string>& arguments) const {
+void DesktopSession::Hand(const std::vector<std::string>& arguments) const {
     std::vector<std::string> command{"xdotool"};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    const fs::path answer = folder_ / "hand.out";
-    fs::remove(answer);
-    ChildProcess hand(command, variables_, answer.string());
-    const auto ending = hand.Wait(kPatience);
-    if (ending != ChildProcess::Ending{0, 0}) return std::nullopt;
-    return Contents(answer);
+    static_cast<void>(ChildProcess(command, variables_).Wait(kPatience));
 }
 
 // --- Windows ---
 
 std::vector<DesktopSession::Window> DesktopSession::WindowsTitled(const std::string& title) const {
-    std::istringstream numbers(
-        Hand({"search", "--onlyvisible", "--name", title}).value_or(std::string()));
-    std::vector<Window> windows;
-    for (Window window; numbers >> window;)
-        windows.push_back(window);
+    const std::regex wanted(title, std::regex::extended);
+    std::vector<Window> windows = ScreenWindows::Seen(Display());
+    std::erase_if(windows,
+                  [&](const Window& window) { return !std::regex_search(Title(window), wanted); });
     return windows;
 }
 
 DesktopSession::Window DesktopSession::WaitForWindow(const std::string& title) const {
-    const auto numbers =
-        Hand({"search", "--sync", "--onlyvisible", "--limit", "1", "--name", title});
-    return numbers ? numbers->substr(0, numbers->find('\n')) : Window();
+    std::vector<Window> windows;
+    static_cast<void>(WaitFor([&] { return !(windows = WindowsTitled(title)).empty(); }));
+    return windows.empty() ? Window() : windows.front();
 }
 
 bool DesktopSession::WaitForNoWindow(const std::string& title) const {
@@ -173,13 +172,11 @@ bool DesktopSession::WaitForNoWindow(const std::string& title) const {
 }
 
 std::string DesktopSession::Title(const Window& window) const {
-    std::string title = Hand({"getwindowname", window}).value_or(std::string());
-    if (title.ends_with('\n')) title.pop_back();
-    return title;
+    return ScreenWindows::Title(Display(), window);
 }
 
 QRect DesktopSession::Frame(const Window& window) const {
-    return WindowFrame(variables_.at("DISPLAY").value_or(std::string()), window);
+    return ScreenWindows::Frame(Display(), window);
 }
 
 void DesktopSession::Activate(const Window& window) const {
@@ -206,7 +203,7 @@ void DesktopSession::Press(const std::string& keys, int times) const {
 }
 
 void DesktopSession::Type(const std::string& text) const {
-    Hand({"type", "--delay", "10", text});
+    Hand({"type", "--delay", "10", "--", text});
 }
 
 void DesktopSession::MoveMouse(const Window& window, QPoint to) const {

@@ -88,8 +88,9 @@ public:
 private:
     [[nodiscard]] bool StartScreen(int width, int height);
     [[nodiscard]] bool StartWindowManager();
-    // What the command prints; none when it fails or takes too long.
-    std::optional<std::string> Hand(const std::vector<std::string>& arguments) const;
+    [[nodiscard]] std::string Display() const;
+    // Has the hands do it, and waits until they have.
+    void Hand(const std::vector<std::string>& arguments) const;
 
     std::filesystem::path folder_;
     ChildProcess::Environment variables_;
