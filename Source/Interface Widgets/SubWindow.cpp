@@ -1,5 +1,6 @@
 #include "SubWindow.h"
 
+#include "AppDefs.h"
 #include "BApplication.h"
 #include "BMessage.h"
 #include "BMessenger.h"
@@ -17,6 +18,7 @@ SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 fl
     AddKey(Texts().LowerKey(kLabelUndoKey), kUndo);
     AddKey(Texts().UpperKey(kLabelUndoKey), kRedo);
     AddKey(Texts().LowerKey(kLabelGoKey), kTogglePause);
+    SetAcceptsFiles(true);
 }
 
 void SubWindow::AddKey(char key, uint32 what) {
@@ -38,6 +40,7 @@ void SubWindow::MessageReceived(BMessage* message) {
         case kUndo:
         case kRedo:
         case kTogglePause:
+        case B_REFS_RECEIVED:  // files were dropped on the window
             SendToOwner(*message);
             break;
         default:

@@ -1,6 +1,9 @@
 #include "FilePanelPart.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QFileInfo>
+#include <QLineEdit>
 
 #include "AppDefs.h"
 #include "entry_ref.h"
@@ -33,6 +36,18 @@ void FilePanelPart::Hide() {
     if (dialog_ == nullptr || !dialog_->isVisible()) return;
     const QSignalBlocker blocker(dialog_.data());  // nobody has chosen or cancelled
     dialog_->hide();
+    EndProposals();
+}
+
+// What the toolkit proposes for a name that is half typed may come late. It would stay, and have the
+// keyboard.
+void FilePanelPart::EndProposals() const {
+    for (const QLineEdit* const line : dialog_->findChildren<QLineEdit*>()) {
+        QCompleter* const completer = line->completer();
+        if (completer == nullptr) continue;
+        completer->setCompletionPrefix({});
+        completer->popup()->hide();
+    }
 }
 
 void FilePanelPart::Destroy() {
@@ -72,6 +87,7 @@ void FilePanelPart::SetFrame(const QRect& frame) {
 
 void FilePanelPart::Finished(bool isAccepted) {
     isShowing = false;
+    EndProposals();
     frame_ = dialog_->geometry();
     directory_ = dialog_->directory().absolutePath();
     const QStringList paths = dialog_->selectedFiles();

@@ -34,6 +34,7 @@ public:
 private:
     void Make();
     void Finished(bool isAccepted);
+    void EndProposals() const;
     void TellOpened(const QStringList& paths) const;
     void TellSaved(const QString& path) const;
 
