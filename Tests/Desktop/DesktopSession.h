@@ -38,6 +38,8 @@ public:
     // --- Programs ---
     // A place for documents and whatever else; it is the home folder, too.
     [[nodiscard]] std::filesystem::path Folder() const { return folder_; }
+    // The screen's name.
+    [[nodiscard]] std::string Display() const;
     // For the programs started from now on, beside the desktop's own variables.
     ChildProcess::Environment& Variables() { return variables_; }
     // What it writes can be asked for with Output().
@@ -88,7 +90,6 @@ public:
 private:
     [[nodiscard]] bool StartScreen(int width, int height);
     [[nodiscard]] bool StartWindowManager();
-    [[nodiscard]] std::string Display() const;
     // Has the hands do it, and waits until they have.
     void Hand(const std::vector<std::string>& arguments) const;
 
