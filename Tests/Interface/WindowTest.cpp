@@ -255,6 +255,39 @@ TEST(Window, EnterAndEscapePressTheirButtonsAfterTheTextIsEntered) {
     window->LockAndQuit();
 }
 
+TEST(Window, TheKeyboardComesBackToWhatWasDisabledMeanwhile) {
+    auto* const window = new TestWindow;
+    auto* const group = new BGroupView("group", B_VERTICAL);
+    auto* const first = new BTextControl("first", "First:", "", nullptr);
+    auto* const second = new BTextControl("second", "Second:", "", nullptr);
+    auto* const button = new BButton("button", "Button", new BMessage(FourCC("btn ")));
+    for (BView* const view :
+         {static_cast<BView*>(button), static_cast<BView*>(first), static_cast<BView*>(second)})
+        group->AddChild(view);
+    window->AddChild(group);
+    window->Show();
+    const auto hasFocus = [window](QWidget* widget) {
+        return WindowServer::Ask([&] { return window->Widget()->focusWidget() == widget; });
+    };
+    const auto enable = [&](bool isEnabled) {
+        first->SetEnabled(isEnabled);
+        second->SetEnabled(isEnabled);
+    };
+    auto* const line = WindowServer::Ask([second] { return FindWidget<QLineEdit>(second); });
+    second->MakeFocus();
+    enable(false);
+    // Meanwhile nobody has it.
+    EXPECT_TRUE(hasFocus(window->Widget()));
+    enable(true);
+    EXPECT_TRUE(hasFocus(line));
+    enable(false);
+    button->MakeFocus();
+    enable(true);
+    EXPECT_FALSE(hasFocus(line));
+    EXPECT_FALSE(hasFocus(window->Widget()));
+    window->LockAndQuit();
+}
+
 TEST(Window, ViewsAreFoundMovedAndTakenOut) {
     auto* const window = new TestWindow;
     auto* const group = new BGroupView("group", B_HORIZONTAL);

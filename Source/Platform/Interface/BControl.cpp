@@ -18,7 +18,7 @@ void BControl::SetValue(int32 value) {
 void BControl::SetEnabled(bool isEnabled) {
     if (isEnabled == isEnabled_) return;
     isEnabled_ = isEnabled;
-    ChangeWidget<QWidget>(Part(), [=](QWidget& widget) { widget.setEnabled(isEnabled); });
+    ChangePart<ViewPart>(Part(), [=](ViewPart& part) { part.SetEnabled(isEnabled); });
 }
 
 status_t BControl::Invoke(const BMessage* message) {

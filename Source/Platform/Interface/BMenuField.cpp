@@ -118,7 +118,7 @@ void BMenuField::SetLabel(const char* label) {
 
 void BMenuField::SetEnabled(bool isEnabled) {
     isEnabled_ = isEnabled;
-    ChangeWidget<QWidget>(Part(), [=](QWidget& widget) { widget.setEnabled(isEnabled); });
+    ChangePart<ViewPart>(Part(), [=](ViewPart& part) { part.SetEnabled(isEnabled); });
 }
 
 void BMenuField::SetColumns(int32 count) {

@@ -34,6 +34,21 @@ void ViewPart::Remove(ViewPart& child) {
     widget->setParent(nullptr);
 }
 
+void ViewPart::SetEnabled(bool isEnabled) {
+    if (widget_ == nullptr || widget_->isEnabled() == isEnabled) return;
+    QWidget* const window = widget_->window();
+    QWidget* const focus = window->focusWidget();
+    const bool isInside = focus == widget_ || widget_->isAncestorOf(focus);
+    if (!isEnabled && isInside && widget_ != window) {
+        hadFocus_ = focus;
+        window->setFocus(Qt::OtherFocusReason);
+    }
+    widget_->setEnabled(isEnabled);
+    if (!isEnabled) return;
+    if (hadFocus_ != nullptr && focus == window) hadFocus_->setFocus(Qt::OtherFocusReason);
+    hadFocus_ = nullptr;
+}
+
 QString ToText(const char* text) {
     return text == nullptr ? QString() : QString::fromUtf8(text);
 }

@@ -32,6 +32,11 @@ public:
     virtual void Place(ViewPart& child);
     static void Remove(ViewPart& child);
 
+    // The keyboard does not go on to the neighbour of what is disabled, where the user would type
+    // on into something else; and it comes back when that is enabled, unless it is elsewhere by
+    // then.
+    void SetEnabled(bool isEnabled);
+
     virtual void SetHandle(const BMessenger& handle) { handle_ = handle; }
     void Tell(const BMessage& message) const { WindowServer::Deliver(handle_, message); }
 
@@ -40,6 +45,7 @@ protected:
 
 private:
     QPointer<QWidget> widget_;
+    QPointer<QWidget> hadFocus_;  // until the widget was disabled
     BMessenger handle_;
 };
 
