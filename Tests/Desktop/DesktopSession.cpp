@@ -171,6 +171,10 @@ bool DesktopSession::WaitForNoWindow(const std::string& title) const {
     return WaitFor([&] { return WindowsTitled(title).empty(); });
 }
 
+bool DesktopSession::WaitForMenus(int count) const {
+    return WaitFor([&] { return ScreenWindows::CountMenus(Display()) == count; });
+}
+
 std::string DesktopSession::Title(const Window& window) const {
     return ScreenWindows::Title(Display(), window);
 }

@@ -54,6 +54,8 @@ public:
     // All that are seen now.
     [[nodiscard]] std::vector<Window> WindowsTitled(const std::string& title) const;
     [[nodiscard]] bool WaitForNoWindow(const std::string& title) const;
+    // A submenu comes a moment after its item was chosen.
+    [[nodiscard]] bool WaitForMenus(int count) const;
     [[nodiscard]] std::string Title(const Window& window) const;
     // Its content, on the screen.
     [[nodiscard]] QRect Frame(const Window& window) const;

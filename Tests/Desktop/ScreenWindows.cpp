@@ -3,7 +3,9 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 namespace {
 
@@ -49,6 +51,24 @@ private:
     Display* display_;
 };
 
+bool IsSeen(const Server& server, Window window) {
+    XWindowAttributes look{};
+    return XGetWindowAttributes(server.Get(), window, &look) != 0 && look.map_state == IsViewable;
+}
+
+bool IsMenu(const Server& server, Window window) {
+    bool isMenu = false;
+    const Atom types[] = {server.Named("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"),
+                          server.Named("_NET_WM_WINDOW_TYPE_POPUP_MENU")};
+    server.Read(window, server.Named("_NET_WM_WINDOW_TYPE"), XA_ATOM,
+                [&](const unsigned char* data, unsigned long count) {
+                    const auto* const own = reinterpret_cast<const Atom*>(data);
+                    isMenu = std::find_first_of(own, own + count, std::begin(types),
+                                                std::end(types)) != own + count;
+                });
+    return isMenu;
+}
+
 Window Number(const std::string& window) {
     return static_cast<Window>(std::strtoul(window.c_str(), nullptr, 10));
 }
@@ -62,14 +82,27 @@ std::vector<std::string> ScreenWindows::Seen(const std::string& display) {
     server.Read(DefaultRootWindow(server.Get()), server.Named("_NET_CLIENT_LIST"), XA_WINDOW,
                 [&](const unsigned char* data, unsigned long count) {
                     const auto* const windows = reinterpret_cast<const Window*>(data);
-                    for (unsigned long i = 0; i < count; i++) {
-                        XWindowAttributes look{};
-                        if (XGetWindowAttributes(server.Get(), windows[i], &look) != 0 &&
-                            look.map_state == IsViewable)
-                            seen.push_back(std::to_string(windows[i]));
-                    }
+                    for (unsigned long i = 0; i < count; i++)
+                        if (IsSeen(server, windows[i])) seen.push_back(std::to_string(windows[i]));
                 });
     return seen;
+}
+
+int ScreenWindows::CountMenus(const std::string& display) {
+    const Server server(display);
+    if (server.Get() == nullptr) return 0;
+    Window root = None;
+    Window parent = None;
+    Window* children = nullptr;
+    unsigned int count = 0;
+    if (XQueryTree(server.Get(), DefaultRootWindow(server.Get()), &root, &parent, &children,
+                   &count) == 0)
+        return 0;
+    const auto menus = std::count_if(children, children + count, [&server](Window window) {
+        return IsSeen(server, window) && IsMenu(server, window);
+    });
+    XFree(children);
+    return static_cast<int>(menus);
 }
 
 std::string ScreenWindows::Title(const std::string& display, const std::string& window) {
