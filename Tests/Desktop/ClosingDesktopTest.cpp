@@ -11,9 +11,11 @@ TEST_F(ClosingDesktopTest, EachAnswerDoesWhatItSays) {
     Enter(window, kName, "Zoe");
     EXPECT_TRUE(IsMarked(window, true));
 
-    desktop_->Press(window, "ctrl+w");
-    GiveAnswer(path, Answer::kCancel);
-    EXPECT_EQ(desktop_->Title(window), "figure-eight.orvek*");
+    for (const Answer no : {Answer::kCancel, Answer::kEscape}) {
+        desktop_->Press(window, "ctrl+w");
+        GiveAnswer(path, no);
+        EXPECT_EQ(desktop_->Title(window), "figure-eight.orvek*");
+    }
     EXPECT_EQ(Bytes(path), original);
     // The last window takes the program with it.
     desktop_->Close(window);

@@ -92,8 +92,9 @@ void SimulationDesktopTest::GiveAnswer(const std::string& path, Answer answer, b
         desktop_->Press("space");
         desktop_->Press("shift+Tab");
     }
-    if (answer == Answer::kDontSave) desktop_->Press("Tab", 2);
-    desktop_->Press(answer == Answer::kCancel ? "Escape" : "Return");
+    const bool isCancel = answer == Answer::kCancel;
+    if (isCancel || answer == Answer::kDontSave) desktop_->Press("Tab", isCancel ? 3 : 2);
+    desktop_->Press(answer == Answer::kEscape ? "Escape" : "Return");
     ASSERT_TRUE(desktop_->WaitForNoWindow(QuestionAbout(path)));
 }
 

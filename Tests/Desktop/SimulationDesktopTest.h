@@ -41,7 +41,7 @@ protected:
         kOrder,
         kFields,
     };
-    enum class Answer { kSave, kDontSave, kCancel };
+    enum class Answer { kSave, kDontSave, kCancel, kEscape };
 
     void StartProgram(const std::vector<std::string>& arguments);
     // Starts the program with a copy of that example, and sees its window.
