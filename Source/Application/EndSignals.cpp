@@ -30,6 +30,10 @@ EndSignals::EndSignals() {
     for (const int signal : kSignals)
         if (!IsIgnored(signal)) sigaddset(&signals_, signal);
     pthread_sigmask(SIG_BLOCK, &signals_, &formerMask_);
+    // A reader of our outputs that goes away and a file that may not grow are errors of writing,
+    // not the program's end.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 EndSignals::~EndSignals() {

@@ -1,5 +1,6 @@
 #include "DesktopTest.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace fs = std::filesystem;
@@ -13,7 +14,8 @@ void DesktopTest::SetUp() {
 
 void DesktopTest::TearDown() {
     if (!HasFailure() || !desktop_) return;
-    const std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::replace(name.begin(), name.end(), '/', '-');
     const fs::path picture = fs::current_path() / ("desktop-" + name + ".png");
     desktop_->Screen().save(QString::fromStdString(picture.string()));
     std::cerr << "The screen at the end: " << picture << "\nThe program's output:\n"

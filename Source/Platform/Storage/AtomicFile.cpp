@@ -1,8 +1,10 @@
 #include "AtomicFile.h"
 
 #include <fcntl.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <climits>
@@ -15,6 +17,8 @@
 namespace {
 
 constexpr int kMaxLinks = 40;
+constexpr mode_t kNewFileMode = 0666;
+constexpr mode_t kPermissions = 0777;
 
 std::string FolderOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
@@ -23,6 +27,11 @@ std::string FolderOf(const std::string& path) {
 
 std::string InFolder(const std::string& folder, const std::string& name) {
     return folder.back() == '/' ? folder + name : folder + '/' + name;
+}
+
+// A file of ours that need not have another name.
+std::string NameInProcess(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
 // What a user or a desktop has noted on the old file stays on the new one. Best effort: attributes
@@ -99,19 +108,36 @@ int AtomicFile::FollowLinks(const std::string& path) {
     return ELOOP;
 }
 
-// Not by mkstemp: a new file shall get the mode that the process's mask leaves it.
+// Without a name as long as it is not complete: then nothing stays behind of a program that is
+// killed. Not on every file system.
 int AtomicFile::Create() {
-    constexpr mode_t kNewFileMode = 0666;
+    FileDescriptor file(open(folder_.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, kNewFileMode));
+    if (!file.IsOpen() || access(NameInProcess(file.Get()).c_str(), F_OK) != 0)
+        return CreateNamed();
+    node_ = BNode(std::move(file));
+    return 0;
+}
+
+// Not by mkstemp: a new file shall get the mode that the process's mask leaves it.
+int AtomicFile::CreateNamed() {
+    FileDescriptor file;
+    const int error = TakeName([&file](const char* path) {
+        file = FileDescriptor(open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+        return file.IsOpen();
+    });
+    if (error == 0) node_ = BNode(std::move(file));
+    return error;
+}
+
+// A name that no other file has, by what makes such a file, or leaves the reason in errno.
+int AtomicFile::TakeName(const std::function<bool(const char*)>& make) {
     constexpr int kAttempts = 100;
     std::random_device random;
     for (int i = 0; i < kAttempts; i++) {
         char name[32];
         std::snprintf(name, sizeof name, ".orvek-%08x.tmp", random());
         std::string path = InFolder(folder_, name);
-        FileDescriptor file(
-            open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
-        if (file.IsOpen()) {
-            node_ = BNode(std::move(file));
+        if (make(path.c_str())) {
             temporary_ = std::move(path);
             return 0;
         }
@@ -120,8 +146,32 @@ int AtomicFile::Create() {
     return EEXIST;
 }
 
+// Where a file cannot get a name later, one that has a name becomes its copy.
+int AtomicFile::GiveName() {
+    const std::string nameless = NameInProcess(node_.Descriptor());
+    const int error = TakeName([&nameless](const char* path) {
+        return linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
+    });
+    return error == 0 ? 0 : CopyToNamed();
+}
+
+int AtomicFile::CopyToNamed() {
+    constexpr std::size_t kChunk = 1 << 20;
+    const BNode nameless = std::move(node_);
+    if (const int error = CreateNamed(); error != 0) return error;
+    off_t from = 0;
+    ssize_t put = 1;
+    while (put > 0 || (put < 0 && errno == EINTR))
+        put = sendfile(node_.Descriptor(), nameless.Descriptor(), &from, kChunk);
+    struct stat info {};
+    if (put < 0 || fstat(nameless.Descriptor(), &info) != 0 ||
+        fchmod(node_.Descriptor(), info.st_mode & kPermissions) != 0)
+        return errno;
+    CopyAttributes(nameless.Descriptor(), node_.Descriptor());
+    return fsync(node_.Descriptor()) == 0 ? 0 : errno;
+}
+
 int AtomicFile::TakeOver() {
-    constexpr mode_t kPermissions = 0777;
     const FileDescriptor old(open(target_.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     struct stat info {};
     if (lstat(target_.c_str(), &info) != 0) return errno;
@@ -146,6 +196,8 @@ status_t AtomicFile::Write(const void* data, std::size_t size) {
 status_t AtomicFile::Commit() {
     if (error_ != 0) return ErrnoStatus(error_);
     if (fsync(node_.Descriptor()) != 0) return Fail(errno);
+    if (temporary_.empty())
+        if (const int error = GiveName(); error != 0) return Fail(error);
     if (rename(temporary_.c_str(), target_.c_str()) != 0) return Fail(errno);
     temporary_.clear();
     node_.Unset();

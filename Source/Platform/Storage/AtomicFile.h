@@ -1,9 +1,11 @@
 // Replaces a file at once or not at all: the new contents go to a temporary file in the same
 // folder, which takes the old file's place when they are complete and on the disk. Made, used and
 // destroyed by one thread; destroyed before Commit() succeeds, it leaves the old file as it was and
-// no trace.
+// no trace. The same holds when the program is killed, where the file system knows files without a
+// name; elsewhere a hidden file stays.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "BNode.h"
@@ -34,12 +36,16 @@ private:
     status_t Fail(int error);
     int FollowLinks(const std::string& path);
     int Create();
+    int CreateNamed();
+    int TakeName(const std::function<bool(const char*)>& make);
+    int GiveName();
+    int CopyToNamed();
     int TakeOver();
     void Discard();
 
     std::string target_;
     std::string folder_;
-    std::string temporary_;  // empty: there is none
+    std::string temporary_;  // the temporary file's name, empty as long as it has none
     BNode node_;
     int error_ = 0;
 };
