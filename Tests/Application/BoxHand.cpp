@@ -36,8 +36,9 @@ void InWindow(const std::string& title, Action action) {
     });
 }
 
+// A single & marks a letter, two of them are one.
 std::string Plain(QString text) {
-    return text.remove('&').trimmed().toStdString();
+    return text.replace("&&", "\x01").remove('&').replace('\x01', '&').trimmed().toStdString();
 }
 
 // A menu in the menu bar's menus.

@@ -324,7 +324,7 @@ TEST_F(KilledDesktopTest, InTheMidstOfASaveTheDocumentIsTheOldOrTheNewOne) {
     std::uniform_real_distribution<double> part(0.4, 1.6);
     int countOld = 0;
     std::size_t countLeft = 0;
-    for (int i = 0; i < kTimes; i++) {
+    for (int i = 0; i < kTimes && !HasFailure(); i++) {
         std::ofstream(path_, std::ios::binary) << before;
         Open();
         AddBody();

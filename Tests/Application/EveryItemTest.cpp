@@ -1,0 +1,234 @@
+// Every item of every menu bar does something that is seen, wherever its message has to go.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <set>
+
+#include "AppDriver.h"
+#include "BMessenger.h"
+#include "BoxHand.h"
+#include "MenuHand.h"
+#include "ProgramMessages.h"
+#include "Simulation.h"
+#include "SimulationFile.h"
+#include "TestFolder.h"
+
+namespace {
+
+using Condition = std::function<bool()>;
+
+// What a menu holds, whatever it says for the moment: "Undo New Body" is "Undo".
+std::string Kind(std::string item) {
+    for (const char* const named : {"Edit/Undo", "Edit/Redo"})
+        if (item.starts_with(named)) item = named;
+    if (item == "Simulation/Pause") item = "Simulation/Go";
+    // Each body has one.
+    if (item.starts_with("View/Follow/")) item = "View/Follow/";
+    return item;
+}
+
+class EveryItemTest : public testing::Test {
+protected:
+    void SetUp() override {
+        path_ = folder_.Path() + "/system";
+        ASSERT_FALSE(SimulationFile::Write(path_, TestResources().NewSimulation()).Failed());
+        app_.emplace(folder_.Path(), std::vector{path_});
+        BoxHand::WaitFor(kDisplay);
+    }
+
+    // Chooses the item when it can be chosen, and waits for what it should do.
+    void Does(const std::string& window, const std::string& item, const Condition& effect) {
+        EXPECT_TRUE(AppDriver::WaitUntil([&] { return MenuHand::CanChoose(window, item); }))
+            << window << ": " << item << " cannot be chosen";
+        EXPECT_FALSE(effect()) << item << " would show nothing";
+        MenuHand::Choose(window, item);
+        EXPECT_TRUE(AppDriver::WaitUntil(effect)) << window << ": " << item << " does nothing";
+        chosen_.insert(Kind(item));
+    }
+    // The same for one that opens a window, which is closed again.
+    void Opens(const std::string& window, const std::string& item, const std::string& opened) {
+        Does(window, item, [&] { return BoxHand::Count(opened) == 1; });
+        MenuHand::Close(opened);
+        EXPECT_TRUE(AppDriver::WaitUntil([&] { return BoxHand::Count(opened) == 0; })) << opened;
+    }
+    void OpensPanel(const std::string& window, const std::string& item) {
+        Does(window, item, BoxHand::IsPanelSeen);
+        CancelPanel();
+    }
+    static void CancelPanel() {
+        BoxHand::CancelPanel();
+        EXPECT_TRUE(AppDriver::WaitUntil([] { return !BoxHand::IsPanelSeen(); }));
+    }
+    // The history's next step back, or forth.
+    static Condition History(const std::string& item) {
+        return [item] { return std::ranges::count(MenuHand::Items(kSystem), item) == 1; };
+    }
+    // The document is another file than before.
+    Condition IsSaved() const {
+        struct stat before {};
+        EXPECT_EQ(stat(path_.c_str(), &before), 0);
+        return [this, before] {
+            struct stat now {};
+            return stat(path_.c_str(), &now) == 0 &&
+                   (now.st_ino != before.st_ino || now.st_mtim.tv_nsec != before.st_mtim.tv_nsec);
+        };
+    }
+    // Returns when the window shows it.
+    void Select(int64 id) {
+        BMessage edit(kEditBody);
+        edit.AddInt64(kBodyIDField, id);
+        BMessage reply;
+        const BMessenger simulation(static_cast<BHandler*>(app_->Simulations().front()));
+        for (const BMessage& message : {edit, BMessage(kEditBody)})
+            EXPECT_EQ(simulation.SendMessage(&message, &reply), B_OK);
+    }
+    void Cancels(const std::string& box) {
+        BoxHand::WaitFor(box);
+        BoxHand::Press(box, "Cancel");
+        EXPECT_TRUE(AppDriver::WaitUntil([&] { return BoxHand::Count(box) == 0; }));
+    }
+
+    void AppMenu(const std::string& window);
+    void SimulationMenu(const std::string& window);
+    // Nothing is left out.
+    void ExpectAllChosen(const std::string& window) {
+        for (const std::string& item : MenuHand::Items(window))
+            EXPECT_TRUE(chosen_.contains(Kind(item))) << window << ": " << item;
+        chosen_.clear();
+    }
+
+    static constexpr int kShortTrail = 50;
+    static constexpr const char* kSystem = "system";
+    static constexpr const char* kDisplay = "Projection of system";
+    static constexpr const char* kQuestion = "Orvek (system): Message";
+
+    const TestFolder folder_;
+    std::string path_;
+    std::optional<AppDriver> app_;
+    std::set<std::string> chosen_;
+};
+
+void EveryItemTest::AppMenu(const std::string& window) {
+    Does(window, "Orvek/New Simulation",
+         [this] { return app_->Titles() == "system,New Simulation"; });
+    app_->Close(1);
+    EXPECT_TRUE(AppDriver::WaitUntil([this] { return app_->Titles() == "system"; }));
+    OpensPanel(window, "Orvek/Open…");
+    Does(window, "Orvek/Open Recent/system", [this] { return app_->Titles() == "system,system"; });
+    app_->Close(1);
+    EXPECT_TRUE(AppDriver::WaitUntil([this] { return app_->Titles() == "system"; }));
+    Opens(window, "Orvek/About Orvek…", "About Orvek");
+    BMessage answer(kSetDefaultResponse);
+    answer.AddInt32("Window ID", 1);
+    answer.AddInt32("Default", static_cast<int32>(FourCC("rlyq")));
+    app_->Post(answer);
+    app_->Settle();
+    Does(window, "Orvek/Re-enable Warning Boxes",
+         [this] { return (*app_)->DefaultResponse(1) == 0; });
+}
+
+void EveryItemTest::SimulationMenu(const std::string& window) {
+    const auto shows = [&](const char* item) {
+        return [=] { return MenuHand::CanChoose(window, item); };
+    };
+    Does(window, "Simulation/Go", shows("Simulation/Pause"));
+    Does(window, "Simulation/Pause", shows("Simulation/Go"));
+    Opens(window, "Simulation/Animation…", "Animation options for system");
+    Opens(window, "Simulation/Epochs…", "Epochs for system");
+}
+
+TEST_F(EveryItemTest, OfASimulation) {
+    AppMenu(kSystem);
+    Does(kSystem, "Bodies/New Body", History("Edit/Undo New Body"));
+    Does(kSystem, "Edit/Undo New Body", History("Edit/Redo New Body"));
+    Does(kSystem, "Edit/Redo New Body", History("Edit/Undo New Body"));
+    Does(kSystem, "Bodies/Delete Body", History("Edit/Undo Delete Body"));
+    Does(kSystem, "Bodies/Group…", [] { return BoxHand::Count("Group Bodies") == 1; });
+    BoxHand::Press("Group Bodies", "Group");
+    EXPECT_TRUE(AppDriver::WaitUntil(History("Edit/Undo Group")));
+    // The group has one of the first numbers.
+    for (int64 id = 0; id < 8 && !MenuHand::CanChoose(kSystem, "Bodies/Dissolve Group"); id++)
+        Select(id);
+    Does(kSystem, "Bodies/Dissolve Group", History("Edit/Undo Dissolve Group"));
+    Opens(kSystem, "Bodies/Trail & Disc…", "Display options for system");
+    SimulationMenu(kSystem);
+    Does(kSystem, "New Display/Projection", [] { return BoxHand::Count(kDisplay) == 2; });
+    OpensPanel(kSystem, "File/Save As…");
+    OpensPanel(kSystem, "File/Save Current Epoch");
+    Does(kSystem, "File/Close", [] { return BoxHand::Count(kQuestion) == 1; });
+    Cancels(kQuestion);
+    Does(kSystem, "File/Close then Open…", BoxHand::IsPanelSeen);
+    Cancels(kQuestion);
+    CancelPanel();
+    Does(kSystem, "File/Save", IsSaved());
+    Does(kSystem, "Orvek/Open Recent/Clear List",
+         [] { return !MenuHand::CanChoose(kSystem, "Orvek/Open Recent/system"); });
+    chosen_.insert("Orvek/Quit Orvek");
+    ExpectAllChosen(kSystem);
+    Does(kSystem, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
+}
+
+TEST_F(EveryItemTest, OfADisplay) {
+    AppMenu(kDisplay);
+    SimulationMenu(kDisplay);
+    Opens(kDisplay, "Display/Scale…", "Choose Display Scale");
+    Opens(kDisplay, "Display/Axis…", "Choose Suppressed Axis");
+    // A run leaves trails.
+    int painted = MenuHand::CountPainted(kDisplay);
+    MenuHand::Choose(kDisplay, "Simulation/Go");
+    EXPECT_TRUE(AppDriver::WaitUntil(
+        [&] { return MenuHand::CountPainted(kDisplay) > painted + kShortTrail; }));
+    Does(kDisplay, "Simulation/Pause",
+         [] { return MenuHand::CanChoose(kDisplay, "Simulation/Go"); });
+    painted = MenuHand::CountPainted(kDisplay);
+    Does(kDisplay, "Display/Erase Window",
+         [&] { return MenuHand::CountPainted(kDisplay) < painted - kShortTrail / 2; });
+    for (const char* const item : {"View/Names", "View/Scale Bar", "View/Time"}) {
+        const bool was = MenuHand::IsMarked(kDisplay, item);
+        Does(kDisplay, item, [&] { return MenuHand::IsMarked(kDisplay, item) != was; });
+    }
+    for (const char* const item : {"View/Follow/Arrakis", "View/Follow/Nothing"})
+        Does(kDisplay, item, [&] { return MenuHand::IsMarked(kDisplay, item); });
+    painted = MenuHand::CountPainted(kDisplay);
+    Does(kDisplay, "View/Fit All Bodies",
+         [&] { return MenuHand::CountPainted(kDisplay) != painted; });
+    OpensPanel(kDisplay, "View/Save Picture…");
+    Does(kDisplay, "View/Save", IsSaved());
+    Does(kDisplay, "Orvek/Open Recent/Clear List",
+         [] { return !MenuHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
+    chosen_.insert("Orvek/Quit Orvek");
+    ExpectAllChosen(kDisplay);
+    Does(kDisplay, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
+}
+
+TEST_F(EveryItemTest, OfTheEpochs) {
+    const char* const window = "Epochs for system";
+    MenuHand::Choose(kSystem, "Simulation/Epochs…");
+    BoxHand::WaitFor(window);
+    Does(window, "Epoch/Log Current Epoch", History("Edit/Undo Log Epoch"));
+    Does(window, "Edit/Undo", History("Edit/Redo Log Epoch"));
+    Does(window, "Edit/Redo", History("Edit/Undo Log Epoch"));
+    MenuHand::SelectFirst(window);
+    Does(window, "Epoch/Restore", History("Edit/Undo Go to Epoch"));
+    Does(window, "Epoch/Rename", [&] { return MenuHand::IsRenaming(window); });
+    BoxHand::PressEscape(window);
+    Does(window, "Epoch/Delete", History("Edit/Undo Delete Epoch"));
+    ExpectAllChosen(window);
+}
+
+// The buttons that stand for items, and those that stand for themselves.
+TEST_F(EveryItemTest, AndOfTheButtons) {
+    const auto does = [](const char* button, const Condition& effect) {
+        EXPECT_FALSE(effect()) << button;
+        BoxHand::Press(kSystem, button);
+        EXPECT_TRUE(AppDriver::WaitUntil(effect)) << button << " does nothing";
+    };
+    does("New Body", History("Edit/Undo New Body"));
+    does("Now", History("Edit/Undo Center of Mass"));
+    does("Go", History("Simulation/Pause"));
+    does("Pause", History("Simulation/Go"));
+    does("Trail & Disc…", [] { return BoxHand::Count("Display options for system") == 1; });
+}
+
+}  // namespace
