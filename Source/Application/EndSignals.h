@@ -1,7 +1,7 @@
 // The signals that ask a program to end (SIGTERM, SIGINT, SIGHUP): the application hears of the
 // first one as B_SESSION_ENDING and has a few seconds; after that, or at a second signal, the
-// program ends at once. A write that fails sends none any more. Made by main before any thread is started, destroyed by it when the
-// application has ended.
+// program ends at once. A write that fails ends it no more. Made by main before any thread is
+// started, destroyed by it when the application has ended.
 #pragma once
 
 #include <csignal>

@@ -1,8 +1,10 @@
 #include "AtomicFile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -10,6 +12,7 @@
 #include <csignal>
 #include <filesystem>
 
+#include "FileDescriptor.h"
 #include "TestFolder.h"
 #include "TypeConstants.h"
 
@@ -77,6 +80,24 @@ TEST_F(AtomicFileTest, AFileThatIsNotFinishedLeavesNoTrace) {
         ASSERT_EQ(file.Open(path), B_OK);
         ASSERT_EQ(file.Write("new", 3), B_OK);
     }
+    EXPECT_EQ(folder_.Read("file"), "old");
+    EXPECT_EQ(folder_.Names(), Names{"file"});
+}
+
+TEST_F(AtomicFileTest, AProgramThatIsKilledLeavesNoTrace) {
+    const std::string path = folder_.Write("file", "old");
+    if (!FileDescriptor(open(folder_.Path().c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, 0600))
+             .IsOpen())
+        GTEST_SKIP() << "this file system has no files without a name";
+    const pid_t child = fork();
+    if (child == 0) {
+        AtomicFile file;
+        const bool isWritten = file.Open(path) == B_OK && file.Write("new", 3) == B_OK;
+        _exit(isWritten ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
     EXPECT_EQ(folder_.Read("file"), "old");
     EXPECT_EQ(folder_.Names(), Names{"file"});
 }
