@@ -33,7 +33,9 @@ SliderEntry::SliderEntry(const char* name, const Texts& labels, std::vector<doub
     AddChild(slider_);
     auto* const row = new BGroupView("sentence", B_HORIZONTAL);
     number_->SetColumns(kColumns);
-    row->AddChild(new BStringView("before", labels.before.c_str()));
+    auto* const before = new BStringView("before", labels.before.c_str());
+    before->SetField(*number_);
+    row->AddChild(before);
     row->AddChild(number_);
     row->AddChild(new BStringView("after", labels.after.c_str()));
     row->AddStretch();

@@ -22,7 +22,8 @@ VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
                        (texts.Label(labels.title) + texts.Label(kTextUnit)).c_str()) {
     auto* const grid = new BGridView("components");
     grid->SetColumnWeight(1, 1);
-    grid->AddView(new BStringView("title", texts.Text(labels.title)), 0, 0, 2, 1);
+    auto* const title = new BStringView("title", texts.Text(labels.title));
+    grid->AddView(title, 0, 0, 2, 1);
     if (UnitField() != nullptr) grid->AddView(UnitField(), 1, 0, 1, 1, BGridView::Align::kRight);
     for (int32 i = 0; i < 3; i++) {
         const std::string& label = texts.Label(labels.firstComponent + i);
@@ -32,6 +33,7 @@ VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
         grid->AddView(new BStringView("label", label.c_str()), 0, i + 1);
         grid->AddView(components_[static_cast<std::size_t>(i)], 1, i + 1);
     }
+    title->SetField(*components_[0]);
     AddChild(grid);
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "AppDriver.h"
 #include "BMessenger.h"
@@ -35,10 +36,13 @@ protected:
         ASSERT_FALSE(SimulationFile::Write(path_, TestResources().NewSimulation()).Failed());
         app_.emplace(folder_.Path(), std::vector{path_});
         BoxHand::WaitFor(kDisplay);
+        BoxHand::WaitFor(kSystem);
     }
 
-    // Chooses the item when it can be chosen, and waits for what it should do.
+    // Chooses the item when it can be chosen, and waits for what it should do. Nothing after a
+    // failure: every step would wait in vain.
     void Does(const std::string& window, const std::string& item, const Condition& effect) {
+        if (HasFailure()) return;
         EXPECT_TRUE(AppDriver::WaitUntil([&] { return MenuHand::CanChoose(window, item); }))
             << window << ": " << item << " cannot be chosen";
         EXPECT_FALSE(effect()) << item << " would show nothing";
@@ -161,9 +165,9 @@ TEST_F(EveryItemTest, OfASimulation) {
     Does(kSystem, "File/Close then Open…", BoxHand::IsPanelSeen);
     Cancels(kQuestion);
     CancelPanel();
-    Does(kSystem, "File/Save", IsSaved());
     Does(kSystem, "Orvek/Open Recent/Clear List",
          [] { return !MenuHand::CanChoose(kSystem, "Orvek/Open Recent/system"); });
+    Does(kSystem, "File/Save", IsSaved());
     chosen_.insert("Orvek/Quit Orvek");
     ExpectAllChosen(kSystem);
     Does(kSystem, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
@@ -190,13 +194,15 @@ TEST_F(EveryItemTest, OfADisplay) {
     }
     for (const char* const item : {"View/Follow/Arrakis", "View/Follow/Nothing"})
         Does(kDisplay, item, [&] { return MenuHand::IsMarked(kDisplay, item); });
-    painted = MenuHand::CountPainted(kDisplay);
-    Does(kDisplay, "View/Fit All Bodies",
-         [&] { return MenuHand::CountPainted(kDisplay) != painted; });
+    std::string picture;
+    EXPECT_TRUE(AppDriver::WaitUntil([&] {
+        return std::exchange(picture, MenuHand::Picture(kDisplay)) == picture;
+    })) << "it does not come to rest";
+    Does(kDisplay, "View/Fit All Bodies", [&] { return MenuHand::Picture(kDisplay) != picture; });
     OpensPanel(kDisplay, "View/Save Picture…");
-    Does(kDisplay, "View/Save", IsSaved());
     Does(kDisplay, "Orvek/Open Recent/Clear List",
          [] { return !MenuHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
+    Does(kDisplay, "View/Save", IsSaved());
     chosen_.insert("Orvek/Quit Orvek");
     ExpectAllChosen(kDisplay);
     Does(kDisplay, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
@@ -204,8 +210,7 @@ TEST_F(EveryItemTest, OfADisplay) {
 
 TEST_F(EveryItemTest, OfTheEpochs) {
     const char* const window = "Epochs for system";
-    MenuHand::Choose(kSystem, "Simulation/Epochs…");
-    BoxHand::WaitFor(window);
+    Does(kSystem, "Simulation/Epochs…", [&] { return BoxHand::Count(window) == 1; });
     Does(window, "Epoch/Log Current Epoch", History("Edit/Undo Log Epoch"));
     Does(window, "Edit/Undo", History("Edit/Redo Log Epoch"));
     Does(window, "Edit/Redo", History("Edit/Undo Log Epoch"));

@@ -109,6 +109,16 @@ bool IsRenaming(const std::string& title) {
     });
 }
 
+std::string Picture(const std::string& title) {
+    return WindowServer::Ask([&] {
+        QWidget* const window = WindowTitled(title);
+        if (window == nullptr) return std::string();
+        const QImage picture = window->grab().toImage();
+        return std::string(reinterpret_cast<const char*>(picture.constBits()),
+                           static_cast<std::size_t>(picture.sizeInBytes()));
+    });
+}
+
 int CountPainted(const std::string& title) {
     return WindowServer::Ask([&] {
         QWidget* const window = WindowTitled(title);

@@ -22,7 +22,9 @@ void Close(const std::string& title);
 void SelectFirst(const std::string& title);
 // A name is being typed in the window's list.
 [[nodiscard]] bool IsRenaming(const std::string& title);
-// How many points of the window have no colour of the sky.
+// All points of the window.
+[[nodiscard]] std::string Picture(const std::string& title);
+// How many of them have not the sky's colour.
 [[nodiscard]] int CountPainted(const std::string& title);
 
 }  // namespace MenuHand

@@ -10,8 +10,10 @@
 #include "BButton.h"
 #include "BCheckBox.h"
 #include "BGroupView.h"
+#include "BMenuBar.h"
 #include "BRadioButton.h"
 #include "BSlider.h"
+#include "BStringView.h"
 #include "BTextControl.h"
 #include "TestWindow.h"
 
@@ -40,6 +42,40 @@ protected:
 
     TestWindow* window_ = new TestWindow;
 };
+
+// Letters of the menu bar are taken, those that begin a label come first.
+TEST_F(ControlTest, LettersOfLabelsGiveFieldsTheKeyboard) {
+    auto* const bar = new BMenuBar("bar");
+    bar->AddItem(new BMenu("File"));
+    window_->AddChild(bar);
+    auto* const column = new BGroupView("column", B_VERTICAL);
+    std::vector<BView*> fields;
+    for (const char* const text : {"First:", "Field & row:", "Mass:", "Radius:"}) {
+        auto* const label = new BStringView("label", text);
+        auto* const group = new BGroupView("field", B_HORIZONTAL);
+        group->AddChild(new BTextControl("entry", text, "", new BMessage(kUsed)));
+        label->SetField(*group);
+        column->AddChild(label);
+        column->AddChild(group);
+        fields.push_back(group);
+    }
+    Show(column);
+    const auto press = [&](Qt::Key key) {
+        return WindowServer::Ask([&] {
+            QTest::keyClick(window_->Widget(), key, Qt::AltModifier);
+            for (std::size_t i = 0; i < fields.size(); i++)
+                if (FindWidget<QLineEdit>(fields[i]) == window_->Widget()->focusWidget())
+                    return static_cast<int>(i);
+            return -1;
+        });
+    };
+    // "First:" finds i, and then "Field & row:" e, since R belongs to "Radius:".
+    EXPECT_EQ(press(Qt::Key_M), 2);
+    EXPECT_EQ(press(Qt::Key_I), 0);
+    EXPECT_EQ(press(Qt::Key_R), 3);
+    EXPECT_EQ(press(Qt::Key_E), 1);
+    EXPECT_EQ(press(Qt::Key_S), 1) << "nobody's letter";
+}
 
 TEST_F(ControlTest, ButtonSendsItsMessage) {
     auto* const message = new BMessage(kUsed);

@@ -21,6 +21,17 @@ private:
     const std::string text_;
 };
 
+// What takes the keyboard: the widget, or the first one in it.
+QWidget* FieldIn(QWidget* widget) {
+    const auto takesKeyboard = [](const QWidget* candidate) {
+        return (candidate->focusPolicy() & Qt::TabFocus) != 0;
+    };
+    if (takesKeyboard(widget)) return widget;
+    for (QWidget* const child : widget->findChildren<QWidget*>())
+        if (takesKeyboard(child)) return child;
+    return nullptr;
+}
+
 std::string StringOf(const char* text) {
     return text == nullptr ? "" : text;
 }
@@ -33,7 +44,17 @@ BStringView::BStringView(const char* name, const char* text)
 void BStringView::SetText(const char* text) {
     if (text_ == StringOf(text)) return;
     text_ = StringOf(text);
-    ChangeWidget<QLabel>(Part(), [line = ToText(text_)](QLabel& label) { label.setText(line); });
+    ChangeWidget<QLabel>(Part(), [text = text_](QLabel& label) {
+        label.setText(label.buddy() == nullptr ? ToText(text) : ToLabel(text));
+    });
+}
+
+void BStringView::SetField(const BView& field) {
+    ChangeWidget<QLabel>(Part(), [text = ToLabel(text_), part = field.Part()](QLabel& label) {
+        if (part->Widget() == nullptr) return;
+        label.setText(text);
+        label.setBuddy(FieldIn(part->Widget()));
+    });
 }
 
 void BStringView::SetWrapped(bool isWrapped) {

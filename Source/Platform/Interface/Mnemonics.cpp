@@ -1,8 +1,11 @@
 #include "Mnemonics.h"
 
 #include <QAction>
+#include <QLabel>
+#include <QMenuBar>
 #include <QSet>
 #include <QWidget>
+#include <utility>
 
 namespace {
 
@@ -16,6 +19,15 @@ QString Unmarked(const QString& text) {
         if (text[i] == kMark) plain += text[++i];
     }
     return plain;
+}
+
+// Null for none.
+QChar MarkedLetter(const QString& text) {
+    for (qsizetype i = 0; i + 1 < text.size(); i++) {
+        if (text[i] != kMark) continue;
+        if (text[++i] != kMark) return text[i].toLower();
+    }
+    return {};
 }
 
 // Where the mark goes; -1: nowhere.
@@ -45,4 +57,29 @@ void MarkMnemonics(const QWidget& menu) {
         }
         action->setText(text);
     }
+}
+
+// First letters come first: a field is not to lose its own to another one's second choice.
+void MarkLabels(const QWidget& window) {
+    QSet<QChar> taken;
+    for (const QMenuBar* const bar : window.findChildren<QMenuBar*>())
+        for (const QAction* const action : bar->actions())
+            taken.insert(MarkedLetter(action->text()));
+    QList<QLabel*> unmarked;
+    for (QLabel* const label : window.findChildren<QLabel*>()) {
+        if (label->buddy() == nullptr) continue;
+        label->setText(Unmarked(label->text()));
+        unmarked.append(label);
+    }
+    for (const bool isFirstOnly : {true, false})
+        for (QLabel* const label : std::exchange(unmarked, {})) {
+            QString text = label->text();
+            const qsizetype at = PlaceOfMark(text, taken);
+            if (at < 0 || (isFirstOnly && at > 0)) {
+                unmarked.append(label);
+                continue;
+            }
+            taken.insert(text[at].toLower());
+            label->setText(text.insert(at, kMark));
+        }
 }

@@ -10,6 +10,7 @@
 #include <QWindow>
 
 #include "AppDefs.h"
+#include "Mnemonics.h"
 #include "entry_ref.h"
 
 namespace {
@@ -135,6 +136,7 @@ void WindowPart::Show() {
     if (widget_ == nullptr) return;
     if (wantsPreferredSize_) ResizeToPreferred();
     if ((flags_ & B_NOT_RESIZABLE) != 0) widget_->setFixedSize(widget_->size());
+    MarkLabels(*widget_);
     widget_->show();
     if (pulse_->interval() > 0) pulse_->start();
 }

@@ -53,7 +53,9 @@ void BodySettingsBox::AddSystem(const DisplayContext& context) {
     grid->SetColumnWeight(1, 1);
     int32 row = 0;
     const auto addRow = [&](int32 label, BView* view, BView* button) {
-        grid->AddView(new BStringView("label", texts_.Text(label)), 0, row);
+        auto* const title = new BStringView("label", texts_.Text(label));
+        title->SetField(*view);
+        grid->AddView(title, 0, row);
         grid->AddView(view, 1, row, button == nullptr ? 2 : 1);
         if (button != nullptr) grid->AddView(button, 2, row);
         row++;

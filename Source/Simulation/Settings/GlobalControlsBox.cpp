@@ -63,11 +63,13 @@ void GlobalControlsBox::AddRun(const DisplayContext& context) {
     // Its labels differ in length; the time beside it stays where it is.
     go_->SetExplicitMinSize(kGoWidth * BFont().Size(), -1.0f);
     row->AddChild(go_);
-    row->AddChild(new BStringView("label", texts.Text(kLabelTime)));
+    auto* const label = new BStringView("label", texts.Text(kLabelTime));
+    row->AddChild(label);
     time_ = new QuantityEntry("time", texts.Text(kLabelTime), portal_, context.timeUnits,
                               context.menus->TimeUnitMenuArchive(), texts);
     time_->SetFactory(std::make_shared<const EpochTimeFactory>());
     time_->SetStretch(1, 0);
+    label->SetField(*time_);
     row->AddChild(time_);
     AddChild(row);
 }
@@ -97,12 +99,14 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
     AddChild(cutoff_);
 
     auto* const row = new BGroupView("order", B_HORIZONTAL);
-    row->AddChild(new BStringView("label", texts.Text(kLabelOrder)));
+    auto* const label = new BStringView("label", texts.Text(kLabelOrder));
+    row->AddChild(label);
     constexpr int32 kLeastOrder = 2;
     constexpr int32 kGreatestOrder = 4;
     order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, kLeastOrder, kGreatestOrder);
     order_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OrderFactory()));
     order_->SetToolTip(texts.Text(kTextOrderTip));
+    label->SetField(*order_);
     row->AddChild(order_);
     row->AddStretch();
     AddChild(row);
