@@ -13,7 +13,7 @@ DeleteEpochCommand::~DeleteEpochCommand() {
 }
 
 void DeleteEpochCommand::Execute() {
-    if (!epoch_ || !epoch_->Parent()) return;
+    if (!epoch_ || !portal_->HasEpoch(epoch_) || !epoch_->Parent()) return;
     parent_ = epoch_->Parent();
     index_ = parent_->IndexOfChild(epoch_);
     movedFocus_ = portal_->FocusEpoch() == epoch_;
@@ -49,11 +49,9 @@ void DeleteEpochCommand::Undo() {
 }
 
 bool DeleteEpochCommand::MoveFocusAway() {
-    if (!setEpoch_) {
-        AbEpoch* next = NextFocus();
-        if (!next) return false;
-        setEpoch_ = std::make_unique<SetEpochToCommand>(portal_, next);
-    }
+    AbEpoch* next = NextFocus();
+    if (!next) return false;
+    setEpoch_ = std::make_unique<SetEpochToCommand>(portal_, next);
     setEpoch_->Execute();
     return true;
 }

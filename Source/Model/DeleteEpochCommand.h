@@ -15,7 +15,8 @@ class SetEpochToCommand;
 
 class DeleteEpochCommand final : public LCommand {
 public:
-    // Does nothing for null, for the root of the tree, and when no epoch would be left to look at.
+    // Does nothing for null, for the root of the tree, for an epoch that is not in the tree when it
+    // is executed, and when no epoch would be left to look at.
     DeleteEpochCommand(EpochPortal* portal, AbEpoch* epoch);
     ~DeleteEpochCommand() override;
 

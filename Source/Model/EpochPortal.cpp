@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "EpochCursor.h"
+
 namespace {
 
 // Each system before its own children.
@@ -73,6 +75,12 @@ void EpochPortal::SetSystemTo(MassSystem* system) {
 void EpochPortal::SetSystemFromID(int64 id) {
     MassSystem* root = focusEpoch_->RootSystem();
     SetSystemTo(root ? root->SystemFromID(id) : nullptr);
+}
+
+bool EpochPortal::HasEpoch(const AbEpoch* epoch) const {
+    for (EpochCursor cursor(rootEpoch_); cursor.GetEpoch() != nullptr; cursor.Increment())
+        if (cursor.GetEpoch() == epoch) return true;
+    return false;
 }
 
 std::vector<MassSystem*> EpochPortal::SystemsInTreeOrder() const {

@@ -46,6 +46,9 @@ public:
     void AddObserver(Observer* observer) { subject_->AddObserver(observer); }
     void RemoveObserver(Observer* observer) { subject_->RemoveObserver(observer); }
 
+    // Whether the epoch is in the tree: one that a command took out, or never put back, is not.
+    // Compares addresses only, so it may be gone.
+    bool HasEpoch(const AbEpoch* epoch) const;
     // All systems below the focus epoch's root system.
     std::vector<MassSystem*> SystemsInIDOrder() const;
     // All bodies below it, the heaviest first, bodies of equal mass by identifier.

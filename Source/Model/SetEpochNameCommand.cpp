@@ -3,19 +3,7 @@
 #include <utility>
 
 #include "ChangeFlags.h"
-#include "EpochCursor.h"
 #include "EpochPortal.h"
-
-namespace {
-
-// Compares addresses only: the epoch may be gone.
-bool IsInTree(AbEpoch* root, const AbEpoch* epoch) {
-    for (EpochCursor cursor(root); cursor.GetEpoch(); cursor.Increment())
-        if (cursor.GetEpoch() == epoch) return true;
-    return false;
-}
-
-}  // namespace
 
 SetEpochNameCommand::SetEpochNameCommand(EpochPortal* portal, std::string newName)
     : portal_(portal), newName_(std::move(newName)), oldNameKnown_(false) {}
@@ -28,13 +16,12 @@ SetEpochNameCommand::SetEpochNameCommand(EpochPortal* portal, std::string newNam
       oldNameKnown_(true) {}
 
 SetEpochNameCommand::SetEpochNameCommand(EpochPortal* portal, std::string newName, AbEpoch* epoch)
-    : portal_(portal), newName_(std::move(newName)), oldNameKnown_(false), wanted_(epoch) {}
+    : portal_(portal), newName_(std::move(newName)), oldNameKnown_(false), epoch_(epoch) {}
 
 void SetEpochNameCommand::Execute() {
-    if (!epoch_) {
-        if (wanted_ && !IsInTree(portal_->RootEpoch(), wanted_)) return;
-        epoch_ = wanted_ ? wanted_ : portal_->FocusEpoch();
-    }
+    if (!epoch_) epoch_ = portal_->FocusEpoch();
+    applied_ = portal_->HasEpoch(epoch_);
+    if (!applied_) return;
     if (!oldNameKnown_) {
         oldName_ = epoch_->Name();
         oldNameKnown_ = true;
@@ -44,7 +31,7 @@ void SetEpochNameCommand::Execute() {
 }
 
 void SetEpochNameCommand::Undo() {
-    if (!epoch_) return;
+    if (!applied_) return;
     epoch_->SetName(oldName_);
     portal_->TellObservers(kEpochRenamed);
 }

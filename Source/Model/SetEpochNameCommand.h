@@ -1,5 +1,5 @@
-// Gives an epoch a name: the one that is in focus when it is first executed, or the one given, if
-// it is in the tree then. Deliberately, undoing restores the old name as the epoch's own, even if
+// Gives an epoch a name, the one that is in focus when it is first executed or the one given, while
+// it is in the tree. Deliberately, undoing restores the old name as the epoch's own, even if
 // it was inherited before.
 #pragma once
 
@@ -24,6 +24,6 @@ private:
     std::string newName_;
     std::string oldName_;
     bool oldNameKnown_;
-    AbEpoch* const wanted_ = nullptr;  // null: the one in focus
-    AbEpoch* epoch_ = nullptr;         // the one that was renamed
+    AbEpoch* epoch_ = nullptr;  // null: the one in focus
+    bool applied_ = false;
 };

@@ -11,6 +11,8 @@ SetEpochToCommand::SetEpochToCommand(EpochPortal* portal, AbEpoch* target, int32
     : portal_(portal), target_(target), what_(what) {}
 
 void SetEpochToCommand::Execute() {
+    previousEpoch_ = nullptr;
+    if (!portal_->HasEpoch(target_)) return;
     previousEpoch_ = portal_->FocusEpoch();
     previousSystem_ = portal_->FocusSystem();
     const AbCalculator* calculator = portal_->GetCalculator();
@@ -24,6 +26,7 @@ void SetEpochToCommand::Execute() {
 }
 
 void SetEpochToCommand::Undo() {
+    if (!previousEpoch_) return;
     portal_->SetEpochTo(previousEpoch_);
     portal_->SetSystemTo(previousSystem_);
     portal_->TellObservers(what_);

@@ -1,5 +1,6 @@
-// Puts another epoch into focus. The epoch that is left keeps the calculator's state, so that it
-// can be resumed exactly; undoing does not take that back.
+// Puts another epoch into focus, while that is in the tree: what went into a copy at first may go
+// elsewhere when it is redone. The epoch that is left keeps the calculator's state, so that it can
+// be resumed exactly; undoing does not take that back.
 #pragma once
 
 #include "ChangeFlags.h"
@@ -20,6 +21,6 @@ private:
     EpochPortal* portal_;
     AbEpoch* target_;
     int32 what_;
-    AbEpoch* previousEpoch_ = nullptr;
+    AbEpoch* previousEpoch_ = nullptr;  // null: nothing was done
     MassSystem* previousSystem_ = nullptr;
 };

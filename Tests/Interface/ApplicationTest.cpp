@@ -5,9 +5,12 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QTest>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <semaphore>
 
 #include "AppDefs.h"
 #include "BFilePanel.h"
@@ -180,6 +183,32 @@ TEST_F(FilePanelTest, SavePanelSendsFolderAndName) {
     EXPECT_EQ(ref, directory_);
     EXPECT_EQ(received[0].FindString("name", &name), B_OK);
     EXPECT_EQ(name, "proposed");
+}
+
+TEST_F(FilePanelTest, APanelEndsWithItsQuestion) {
+    auto panel = std::make_unique<BFilePanel>(B_SAVE_PANEL, Messenger(), &directory_);
+    panel->SetSaveText("one");
+    panel->Show();
+    std::binary_semaphore isGone{0};
+    std::binary_semaphore isAsked{0};
+    WindowServer::Perform([&] {
+        QFileDialog* const dialog = Dialog();
+        QObject::connect(dialog, &QObject::destroyed, [&] { isGone.release(); });
+        const auto post = [](auto action) {
+            QMetaObject::invokeMethod(qApp, action, Qt::QueuedConnection);
+        };
+        post([dialog] { QTest::keyClick(dialog->findChild<QLineEdit*>(), Qt::Key_Return); });
+        // From within the dialog, which waits for the answer.
+        post([&] { isAsked.release(); });
+    });
+    isAsked.acquire();
+    ASSERT_TRUE(WindowServer::Ask(
+        [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; }))
+        << "whether to write over the file";
+    panel.reset();
+    isGone.acquire();
+    EXPECT_EQ(WindowServer::Ask([] { return QApplication::activeModalWidget(); }), nullptr);
+    EXPECT_TRUE(window_->Take().empty());
 }
 
 }  // namespace

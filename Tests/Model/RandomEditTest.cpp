@@ -187,6 +187,39 @@ TEST_P(RandomEdit, UndoAndRedoVisitTheSameStates) {
     EXPECT_EQ(depth, static_cast<std::size_t>(kEdits));
 }
 
+// A run makes its epoch a record when it ends, and no step of the history tells of it. What is
+// redone then goes into a copy that was not there before, and later steps find another tree.
+TEST_P(RandomEdit, HistoryStaysSoundWhenEpochsBecomeRecords) {
+    constexpr int32 kEdits = 300;
+    TestDocument document;
+    document.chain.SetMaxUndoLevel(kEdits);
+    RandomEditor editor(&document, GetParam());
+    std::mt19937 random(GetParam());
+    const auto walk = [&](void (UndoChain::*step)(), bool (UndoChain::*can)(), std::size_t most) {
+        for (; most > 0 && (document.chain.*can)(); most--) {
+            (document.chain.*step)();
+            ASSERT_TRUE(document.portal.HasEpoch(document.portal.FocusEpoch()));
+        }
+    };
+    constexpr std::size_t kAll = kEdits;
+    for (int32 i = 0; i < kEdits; i++) {
+        document.Run(editor.NextCommand().release());
+        if (random() % 4 != 0) continue;
+        document.portal.FocusEpoch()->SetWriteable(false);
+        walk(&UndoChain::Undo, &UndoChain::CanUndo, random() % 20);
+        if (random() % 2 == 0) document.portal.FocusEpoch()->SetWriteable(false);
+        walk(&UndoChain::Redo, &UndoChain::CanRedo, random() % 20);
+    }
+    walk(&UndoChain::Undo, &UndoChain::CanUndo, kAll);
+    const std::string start = document.Snapshot();
+    walk(&UndoChain::Redo, &UndoChain::CanRedo, kAll);
+    const std::string end = document.Snapshot();
+    walk(&UndoChain::Undo, &UndoChain::CanUndo, kAll);
+    EXPECT_EQ(document.Snapshot(), start);
+    walk(&UndoChain::Redo, &UndoChain::CanRedo, kAll);
+    EXPECT_EQ(document.Snapshot(), end);
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdit, testing::Values(1u, 2u));
 
 }  // namespace

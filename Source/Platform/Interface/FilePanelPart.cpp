@@ -4,9 +4,25 @@
 #include <QCompleter>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
 
 #include "AppDefs.h"
 #include "entry_ref.h"
+
+namespace {
+
+// The question whether to write over a file, or the menu of a file; null: neither is there. One
+// that was answered just now is hidden, and there all the same.
+QWidget* Awaited(const QFileDialog& dialog) {
+    if (auto* const question = dialog.findChild<QMessageBox*>(); question != nullptr)
+        return question;
+    for (const QAbstractItemView* const files : dialog.findChildren<QAbstractItemView*>())
+        if (auto* const menu = files->findChild<QMenu*>(); menu != nullptr) return menu;
+    return nullptr;
+}
+
+}  // namespace
 
 void FilePanelPart::Make() {
     dialog_ = new QFileDialog;
@@ -50,11 +66,17 @@ void FilePanelPart::EndProposals() const {
     }
 }
 
+// What the dialog waits for itself lives on its stack: that must have returned first.
 void FilePanelPart::Destroy() {
     target_ = {};
     if (dialog_ == nullptr) return;
     dialog_->hide();
-    dialog_->deleteLater();
+    if (QWidget* const inner = Awaited(*dialog_); inner != nullptr) {
+        QObject::connect(inner, &QObject::destroyed, dialog_, &QObject::deleteLater);
+        inner->close();
+    } else {
+        dialog_->deleteLater();
+    }
 }
 
 void FilePanelPart::SetDirectory(const QString& path) {

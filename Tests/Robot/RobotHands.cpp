@@ -1,0 +1,294 @@
+#include "RobotHands.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QSlider>
+#include <QTest>
+#include <QTreeView>
+#include <QWheelEvent>
+#include <map>
+
+namespace {
+
+constexpr const char* kSky = "Picture of the moving bodies";
+
+void CollectItems(const QWidget& menu, std::vector<QAction*>* items) {
+    for (QAction* const action : menu.actions()) {
+        if (!action->isVisible() || action->isSeparator() || !action->isEnabled()) continue;
+        if (const auto* const submenu = action->menu<QMenu*>(); submenu != nullptr)
+            CollectItems(*submenu, items);
+        else
+            items->push_back(action);
+    }
+}
+
+}  // namespace
+
+void RobotHands::Post(std::function<void()> action) {
+    QMetaObject::invokeMethod(qApp, std::move(action), Qt::QueuedConnection);
+}
+
+void RobotHands::Begin(const std::string& what, QWidget* where) {
+    if (where->window()->windowType() != Qt::Popup) QApplication::setActiveWindow(where->window());
+    journal_->Note(what + " in " + where->window()->windowTitle().toStdString());
+}
+
+// --- The choice ---
+
+void RobotHands::DoSomething() {
+    if (dialogs_->AnswerModal()) return;
+    const Windows windows = VisibleWindows();
+    if (windows.empty()) return journal_->Note("nothing to do");
+    using Use = bool (RobotHands::*)(const Windows&);
+    static const std::map<int, Use> kUses{
+        {22, &RobotHands::UseMenu},   {32, &RobotHands::PressButton}, {50, &RobotHands::UseEntry},
+        {58, &RobotHands::UseChoice}, {63, &RobotHands::UseSlider},   {70, &RobotHands::UseList},
+        {79, &RobotHands::UseSky},    {85, &RobotHands::UseWindow},
+    };
+    if (dice_->Chance(8) && dialogs_->AnswerOne(windows)) return;
+    const auto chosen = kUses.upper_bound(dice_->Number(0, 91));
+    const bool isDone = chosen == kUses.end() ? PressKey() : (this->*chosen->second)(windows);
+    if (!isDone) PressKey();
+}
+
+// --- Menus ---
+
+bool RobotHands::UseMenu(const Windows& windows) {
+    const std::vector<QMenuBar*> bars = FindUsable<QMenuBar>(windows);
+    if (bars.empty()) return false;
+    QMenuBar* const bar = dice_->Any(bars);
+    if (dice_->Chance(30)) {
+        // Left open, for the next action.
+        QAction* const title =
+            bar->actions()[dice_->Number(0, static_cast<int>(bar->actions().size()) - 1)];
+        Begin("menu " + TextOf(*title), bar);
+        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(title).center());
+        return true;
+    }
+    std::vector<QAction*> items;
+    CollectItems(*bar, &items);
+    if (items.empty()) return false;
+    QAction* const item = dice_->Any(items);
+    if (!dialogs_->Wants(*item)) return false;
+    Begin("item " + TextOf(*item), bar);
+    item->trigger();
+    return true;
+}
+
+// --- Controls ---
+
+bool RobotHands::PressButton(const Windows& windows) {
+    const std::vector<QAbstractButton*> buttons = FindUsable<QAbstractButton>(windows);
+    if (buttons.empty()) return false;
+    QAbstractButton* const button = dice_->Any(buttons);
+    Begin("button " + TextOf(*button), button);
+    if (dice_->Chance(80))
+        QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+    else
+        QTest::keyClick(button, Qt::Key_Space);
+    return true;
+}
+
+void RobotHands::Fill(QLineEdit* line, const std::string& text, Finish finish) {
+    const QPointer<QLineEdit> guard(line);
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClick(line, Qt::Key_Delete);
+    // The toolkit's own typist knows no letters beyond ASCII.
+    for (const QChar letter : QString::fromStdString(text))
+        if (guard != nullptr)
+            QTest::sendKeyEvent(QTest::Click, line, Qt::Key_unknown, QString(letter),
+                                Qt::NoModifier);
+    if (guard == nullptr) return;
+    if (finish == Finish::kEnter) QTest::keyClick(line, Qt::Key_Return);
+    if (finish == Finish::kTab) QTest::keyClick(line, Qt::Key_Tab);
+    if (finish == Finish::kEscape) QTest::keyClick(line, Qt::Key_Escape);
+}
+
+bool RobotHands::UseEntry(const Windows& windows) {
+    static const std::vector<Finish> kFinishes{Finish::kEnter, Finish::kEnter, Finish::kTab,
+                                               Finish::kEscape, Finish::kNothing};
+    const std::vector<QLineEdit*> lines = FindUsable<QLineEdit>(windows);
+    if (lines.empty()) return false;
+    QLineEdit* const line = dice_->Any(lines);
+    const std::string text = dice_->Text();
+    Begin("type \"" + text + "\" into " + line->accessibleName().toStdString(), line);
+    Fill(line, text, dice_->Any(kFinishes));
+    return true;
+}
+
+bool RobotHands::Type(QWidget* window, const std::string& name, const std::string& text,
+                      Finish finish) {
+    for (QLineEdit* const line : window->findChildren<QLineEdit*>()) {
+        if (line->accessibleName() != QString::fromStdString(name) || !CanBeUsed(line) ||
+            line->isReadOnly())
+            continue;
+        Begin("check: type \"" + text + "\" into " + name, line);
+        Fill(line, text, finish);
+        return true;
+    }
+    return false;
+}
+
+bool RobotHands::UseChoice(const Windows& windows) {
+    const std::vector<QComboBox*> boxes = FindUsable<QComboBox>(windows);
+    if (boxes.empty()) return false;
+    QComboBox* const box = dice_->Any(boxes);
+    Begin("choice " + box->accessibleName().toStdString(), box);
+    box->setFocus();
+    if (dice_->Chance(50))
+        box->showPopup();
+    else
+        QTest::keyClick(box, dice_->Chance(50) ? Qt::Key_Down : Qt::Key_Up);
+    return true;
+}
+
+bool RobotHands::UseSlider(const Windows& windows) {
+    const std::vector<QSlider*> sliders = FindUsable<QSlider>(windows);
+    if (sliders.empty()) return false;
+    QSlider* const slider = dice_->Any(sliders);
+    Begin("slider " + slider->accessibleName().toStdString(), slider);
+    if (dice_->Chance(50)) {
+        static const std::vector<Qt::Key> kKeys{Qt::Key_Left,     Qt::Key_Right, Qt::Key_PageUp,
+                                                Qt::Key_PageDown, Qt::Key_Home,  Qt::Key_End};
+        slider->setFocus();
+        QTest::keyClick(slider, dice_->Any(kKeys));
+        return true;
+    }
+    const auto place = [&] {
+        return QPoint(dice_->Number(0, slider->width()), slider->height() / 2);
+    };
+    QTest::mousePress(slider, Qt::LeftButton, {}, place());
+    QTest::mouseMove(slider, place());
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, place());
+    return true;
+}
+
+bool RobotHands::UseList(const Windows& windows) {
+    const std::vector<QTreeView*> lists = FindUsable<QTreeView>(windows);
+    if (lists.empty()) return false;
+    QTreeView* const list = dice_->Any(lists);
+    QWidget* const rows = list->viewport();
+    const QPoint place(dice_->Number(0, rows->width() - 1),
+                       dice_->Number(0, std::min(rows->height() - 1, 200)));
+    Begin("list", list);
+    switch (dice_->Number(0, 7)) {
+        case 0:
+            QTest::mouseDClick(rows, Qt::LeftButton, {}, place);
+            break;
+        case 1:
+            QTest::keyClick(list, Qt::Key_F2);
+            if (auto* const editor = rows->findChild<QLineEdit*>(); editor != nullptr)
+                Fill(editor, dice_->Text(), dice_->Chance(70) ? Finish::kEnter : Finish::kNothing);
+            break;
+        case 2:
+            QTest::keyClick(list, Qt::Key_Delete);
+            break;
+        case 3:
+            QTest::keyClick(list, Qt::Key_Return);
+            break;
+        case 4:
+            QTest::keyClick(list, dice_->Chance(50) ? Qt::Key_Left : Qt::Key_Down);
+            break;
+        case 5: {
+            QWidget* const header = list->header()->viewport();
+            QTest::mouseClick(header, Qt::LeftButton, {},
+                              QPoint(dice_->Number(0, header->width() - 1), header->height() / 2));
+            break;
+        }
+        default:
+            QTest::mouseClick(rows, Qt::LeftButton, {}, place);
+    }
+    return true;
+}
+
+bool RobotHands::UseSky(const Windows& windows) {
+    std::vector<QWidget*> skies;
+    for (QWidget* const widget : FindUsable<QWidget>(windows))
+        if (widget->accessibleName() == kSky) skies.push_back(widget);
+    if (skies.empty()) return false;
+    QWidget* const sky = dice_->Any(skies);
+    const auto place = [&] {
+        return QPoint(dice_->Number(0, sky->width() - 1), dice_->Number(0, sky->height() - 1));
+    };
+    Begin("sky", sky);
+    switch (dice_->Number(0, 4)) {
+        case 0:
+            QTest::mousePress(sky, Qt::LeftButton, {}, place());
+            QTest::mouseMove(sky, place());
+            QTest::mouseRelease(sky, Qt::LeftButton, {}, place());
+            break;
+        case 1: {
+            const QPointF at = place();
+            QWheelEvent wheel(at, sky->mapToGlobal(at), {}, QPoint(0, 120 * dice_->Number(-9, 9)),
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(sky, &wheel);
+            break;
+        }
+        case 2:
+            QTest::mouseDClick(sky, Qt::LeftButton, {}, place());
+            break;
+        case 3: {
+            static const std::vector<Qt::Key> kKeys{Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Left,
+                                                    Qt::Key_Up};
+            QTest::keyClick(sky, dice_->Any(kKeys));
+            break;
+        }
+        default:
+            QTest::mouseMove(sky, place());
+    }
+    return true;
+}
+
+// --- Windows ---
+
+bool RobotHands::UseWindow(const Windows& windows) {
+    QWidget* const window = dice_->Any(windows);
+    const int choice = dice_->Number(0, 9);
+    if (choice < 3) {
+        if (IsSimulation(window) && CountSimulations(windows) == 1 && !dice_->Chance(10)) return false;
+        Begin("close", window);
+        window->close();
+    } else if (choice < 6) {
+        Begin("resize", window);
+        window->resize(dice_->Number(50, 1400), dice_->Number(50, 1000));
+    } else if (choice < 7) {
+        Begin("move", window);
+        window->move(dice_->Number(-300, 1400), dice_->Number(-300, 1000));
+    } else {
+        Begin("activate", window);
+        window->activateWindow();
+    }
+    return true;
+}
+
+bool RobotHands::PressKey() {
+    static const std::vector<QKeySequence> kKeys{
+        QKeySequence("Ctrl+Z"),    QKeySequence("Ctrl+Z"), QKeySequence("Ctrl+Shift+Z"),
+        QKeySequence("Ctrl+G"),    QKeySequence("Ctrl+G"), QKeySequence("Ctrl+B"),
+        QKeySequence("Ctrl+D"),    QKeySequence("Ctrl+S"), QKeySequence("Ctrl+Shift+S"),
+        QKeySequence("Ctrl+T"),    QKeySequence("Ctrl+E"), QKeySequence("Ctrl+M"),
+        QKeySequence("Ctrl+0"),    QKeySequence("Ctrl+L"), QKeySequence("Tab"),
+        QKeySequence("Shift+Tab"), QKeySequence("Esc"),    QKeySequence("Return"),
+        QKeySequence("Space"),     QKeySequence("Del"),    QKeySequence("F2"),
+        QKeySequence("Down"),      QKeySequence("Alt+F"),  QKeySequence("Ctrl+A"),
+    };
+    QWidget* const window = QApplication::activeWindow();
+    // In the toolkit's dialogs a key may remove a file.
+    if (window == nullptr || IsToolkitDialog(window)) {
+        journal_->Note("no key");
+        return true;
+    }
+    const QKeySequence keys = dice_->Any(kKeys);
+    Begin("key " + keys.toString().toStdString(), window);
+    QWidget* const focus = window->focusWidget();
+    QTest::keyClick(focus == nullptr ? window : focus, keys[0].key(), keys[0].keyboardModifiers());
+    return true;
+}
