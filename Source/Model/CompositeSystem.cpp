@@ -177,8 +177,10 @@ void CompositeSystem::SetVelocity(ThreeVector velocity) {
     ShiftChildren(&MassSystem::Velocity, &MassSystem::SetVelocity, velocity);
 }
 
+// A group without mass has no centre, and stays where it is.
 void CompositeSystem::ShiftChildren(Getter quantity, Setter set, ThreeVector to) {
     const ThreeVector shift = to - MassWeightedMean(quantity);
+    if (!IsFinite(shift)) return;
     for (const auto& child : children_)
         ((*child).*set)(((*child).*quantity)() + shift);
 }
@@ -196,6 +198,7 @@ LCommand* CompositeSystem::ChildrenCommand(Getter quantity, CommandMaker make, T
     auto macro = std::make_unique<MacroCommand>(CountChildren());
     const ThreeVector mean = MassWeightedMean(quantity);
     const ThreeVector shift = to - mean;
+    if (!IsFinite(shift)) return macro.release();
     // From where the group is, a child's former place is the one that it has, to the bit.
     const bool isFromHere = from == mean;
     for (const auto& child : children_) {

@@ -2,11 +2,18 @@
 // number = value / Uval). A plain value; the Uval is always positive and finite.
 #pragma once
 
+#include <cmath>
 #include <limits>
 
 // The rule for every unit factor of the model.
 inline bool IsValidUval(double uval) {
     return uval > 0.0 && uval < std::numeric_limits<double>::infinity();
+}
+
+// What the user may enter, in base units: far beyond everything that there is, and small enough that
+// squares and cubes of it, and sums of these, are finite. False for NaN.
+inline bool CanBeEntered(double value) {
+    return std::fabs(value) <= 1e100;
 }
 
 class DimValue {

@@ -1,7 +1,5 @@
 #include "EpochFactories.h"
 
-#include <cmath>
-
 #include "AbCalculator.h"
 #include "AbEpoch.h"
 #include "ChangeFlags.h"
@@ -26,7 +24,7 @@ DimValue EpochTimeFactory::Current(const EpochPortal& portal) const {
 std::unique_ptr<LCommand> EpochTimeFactory::MakeCommand(EpochPortal* portal,
                                                         const DimValue& time) const {
     const DimValue current = Current(*portal);
-    if (!std::isfinite(time.Value()) || time == current) return nullptr;
+    if (!CanBeEntered(time.Value()) || time == current) return nullptr;
     auto command = std::make_unique<MacroCommand>(2);
     if (time.Value() != current.Value())
         command->AddCommand(std::make_unique<SetEpochPropertyCommand<double>>(

@@ -65,6 +65,7 @@ std::unique_ptr<LCommand> SetCompVectorCommand::MakeMove() const {
     const ThreeVector current = (system_->*quantity_.get)();
     const ThreeVector from = from_.value_or(current);
     const ThreeVector to = component_ == kAllComponents ? to_ : WithComponent(current);
+    if (!IsFinite(to)) return nullptr;  // of or relative to a group without mass, without a centre
     return std::unique_ptr<LCommand>((system_->*quantity_.makeCommand)(from, to));
 }
 

@@ -30,11 +30,12 @@ const QuantityAccess& AccessTo(SystemQuantityFactory::Quantity quantity) {
     return quantity == SystemQuantityFactory::Quantity::kMass ? kMass : kRadius;
 }
 
-bool IsFinite(const ThreeVector& v) {
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+bool AllCanBeEntered(const ThreeVector& v) {
+    return CanBeEntered(v.x) && CanBeEntered(v.y) && CanBeEntered(v.z);
 }
 
-// What the system's quantity is relative to: zero for the origin, and for a referent that is gone.
+// What the system's quantity is relative to: zero for the origin, and for a referent that is gone;
+// no number for a group without mass, which has no centre. Then nothing can be entered.
 ThreeVector ReferentValue(const EpochPortal& portal, const MassSystem& system,
                           const VectorQuantity& quantity) {
     const MassSystem* referent = portal.FocusEpoch()->SystemFromID(system.RelativeTo());
@@ -84,7 +85,7 @@ DimValue SystemQuantityFactory::Current(const EpochPortal& portal) const {
 std::unique_ptr<LCommand> SystemQuantityFactory::MakeCommand(EpochPortal* portal,
                                                              const DimValue& value) const {
     const MassSystem* system = ChosenSystem(*portal, choice_);
-    if (!system || !std::isfinite(value.Value())) return nullptr;
+    if (!system || !CanBeEntered(value.Value())) return nullptr;
     const QuantityAccess& access = AccessTo(quantity_);
 
     auto command = std::make_unique<MacroCommand>(2);
@@ -116,9 +117,9 @@ DimVector SystemVectorFactory::Current(const EpochPortal& portal) const {
 std::unique_ptr<LCommand> SystemVectorFactory::MakeCommand(EpochPortal* portal,
                                                            const DimVector& value) const {
     const MassSystem* system = ChosenSystem(*portal, choice_);
-    if (!system || !IsFinite(value)) return nullptr;
+    if (!system || !AllCanBeEntered(value)) return nullptr;
     const DimVector current = Current(*portal);
-    if (value == current) return nullptr;
+    if (!IsFinite(current) || value == current) return nullptr;
     const DimVector from{(system->*quantity_.get)(), current.Uval()};
     DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
     // What stays as it is keeps its bits: away from the referent and back it could lose the last.
@@ -133,8 +134,9 @@ std::unique_ptr<LCommand> SystemVectorFactory::MakeComponentCommand(EpochPortal*
                                                                     int32 component,
                                                                     const DimValue& value) const {
     const MassSystem* system = ChosenSystem(*portal, choice_);
-    if (!system || !std::isfinite(value.Value())) return nullptr;
+    if (!system || !CanBeEntered(value.Value())) return nullptr;
     const DimVector current = Current(*portal);
+    if (!IsFinite(current)) return nullptr;
     const double now = component == 0 ? current.x : component == 1 ? current.y : current.z;
     if (value.Value() == now) return MakeCommand(portal, {current, value.Uval()});
     return Named(quantity_.name, std::make_unique<SetCompVectorCommand>(

@@ -2,6 +2,8 @@
 // value without invariant, passed and copied freely.
 #pragma once
 
+#include <cmath>
+
 struct ThreeVector {
     double x = 0.0;
     double y = 0.0;
@@ -31,4 +33,8 @@ inline ThreeVector operator*(double factor, const ThreeVector& v) {
 // Exact: a vector with a NaN component is unequal to every vector, itself included.
 inline bool operator==(const ThreeVector& a, const ThreeVector& b) {
     return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+
+inline bool IsFinite(const ThreeVector& v) {
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }

@@ -144,6 +144,26 @@ TEST_F(CollisionMergerTest, AbsorbedFocusHandsItOver) {
     EXPECT_EQ(portal_.FocusSystem(), Find(0));
 }
 
+// The run may have been paused, and more, while the report was on its way.
+TEST_F(CollisionMergerTest, LateReportCountsOnlyInTheEpochOfTheRun) {
+    Add("A", 0, 5.0, 0.0);
+    Add("B", 1, 3.0, 1.0);
+    Touch(1, 0);
+    auto* const copy = epoch_->Copy();
+    epoch_->AddChild(copy);
+    portal_.SetEpochTo(copy);
+    EXPECT_TRUE(MergeCollidingBodies(&portal_, message_, " & ", epoch_).mergers.empty());
+    EXPECT_EQ(copy->RootSystem()->CountChildren(), 2);
+    EXPECT_EQ(CountBodies(), 2);
+
+    portal_.SetEpochTo(epoch_);
+    epoch_->SetWriteable(false);
+    EXPECT_EQ(MergeCollidingBodies(&portal_, message_, " & ", epoch_).mergers.size(), 1u);
+    EXPECT_EQ(CountBodies(), 1) << "of the record, not of a copy";
+    EXPECT_EQ(portal_.FocusEpoch(), epoch_);
+    EXPECT_FALSE(epoch_->Writeable());
+}
+
 TEST_F(CollisionMergerTest, EnergyChangeIsThatOfTheWholeSystem) {
     Add("A", 0, 5.0, 0.0, 0.3);
     Add("B", 1, 3.0, 1.5, -0.7);

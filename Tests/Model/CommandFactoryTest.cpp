@@ -79,7 +79,7 @@ TEST_F(CommandFactoryTest, QuantityAndUnitAreOneStepAndUnitAloneIsOne) {
 }
 
 TEST_F(CommandFactoryTest, ValuesThatCannotBeTakenAreRefused) {
-    for (const double bad : {kNaN, kInfinity, -kInfinity}) {
+    for (const double bad : {kNaN, kInfinity, -kInfinity, 1e101, -1e308}) {
         EXPECT_FALSE(
             CommitEntry(&portal_, SystemQuantityFactory(Quantity::kMass, 0), DimValue{bad, 1.0}));
         EXPECT_FALSE(CommitEntry(&portal_, SystemVectorFactory(kVelocityQuantity, 0),
@@ -123,6 +123,16 @@ TEST_F(CommandFactoryTest, VectorsAreShownRelativeAndStoredAbsolute) {
     // A referent that is gone counts as the origin.
     planet_->SetRelativeTo(77);
     EXPECT_EQ(position.Current(portal_), (DimVector{13.0, 1.0, 0.0, unit}));
+
+    // A group without mass has no place that could be typed over, or typed relative to.
+    planet_->SetRelativeTo(2);
+    for (const int64 id : {1, 2}) {
+        const SystemVectorFactory nowhere(kPositionQuantity, id);
+        EXPECT_EQ(nowhere.MakeCommand(&portal_, DimVector{1.0, 2.0, 3.0, unit}), nullptr);
+        EXPECT_EQ(nowhere.MakeComponentCommand(&portal_, 1, DimValue{5.0, unit}), nullptr);
+    }
+    SetCompVectorCommand(&portal_, kPositionQuantity, 1, 0, DimValue{5.0, unit}).Execute();
+    EXPECT_EQ(Now(1)->Position(), (ThreeVector{13.0, 1.0, 0.0}));
 }
 
 // Where the difference to the referent is rounded.

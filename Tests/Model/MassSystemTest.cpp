@@ -130,8 +130,13 @@ TEST(CompositeSystem, DerivesItsQuantitiesFromTheChildren) {
     EXPECT_EQ(empty->M(), 0.0);
     EXPECT_EQ(empty->Position(), ThreeVector{});
     EXPECT_EQ(empty->MaxSystemID(), -1);
-    empty->AddChild(NewBody("massless", 1, 0.0, {}));
+    empty->AddChild(NewBody("massless", 1, 0.0, {7.0, 0.0, 0.0}));
     EXPECT_TRUE(std::isnan(empty->Position().x));
+    // Without a centre it cannot be moved.
+    empty->SetPosition({5.0, 0.0, 0.0});
+    const std::unique_ptr<LCommand> move(empty->DisplaceCommand(empty->Position(), {}));
+    move->Execute();
+    EXPECT_EQ(empty->ChildAt(0)->Position(), (ThreeVector{7.0, 0.0, 0.0}));
 }
 
 TEST(CompositeSystem, CopiesAreDeepAndFree) {

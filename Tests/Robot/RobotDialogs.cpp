@@ -12,10 +12,6 @@
 
 namespace {
 
-// Beyond these the robot rather closes windows.
-constexpr std::size_t kManyWindows = 14;
-constexpr std::size_t kManySimulations = 4;
-
 QAbstractButton* ButtonOf(const QWidget* dialog, QDialogButtonBox::ButtonRole role) {
     const auto* const box = dialog->findChild<QDialogButtonBox*>();
     if (box == nullptr) return nullptr;
@@ -31,13 +27,10 @@ void RobotDialogs::Note(const std::string& what, const QWidget* where) {
 }
 
 bool RobotDialogs::Wants(const QAction& item) {
-    const Windows windows = VisibleWindows();
-    const std::size_t simulations = CountSimulations(windows);
     const std::string text = TextOf(item);
     if (text == "Quit Orvek") return dice_->Chance(2);
-    if (text == "New Simulation" || text == "Open…" || text == "Projection")
-        return simulations < kManySimulations && windows.size() < kManyWindows;
-    if (text == "Close" || text == "Close then Open…") return simulations > 1 || dice_->Chance(10);
+    if (text == "Close" || text == "Close then Open…")
+        return CountSimulations(VisibleWindows()) > 1 || dice_->Chance(10);
     return true;
 }
 

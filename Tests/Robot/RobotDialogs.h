@@ -24,7 +24,7 @@ public:
     // So that the program can go on to end.
     void AnswerToEnd();
 
-    // Whether the robot wants it: the program must go on, with not too many windows.
+    // Whether the robot wants it: mostly the program is to go on.
     [[nodiscard]] bool Wants(const QAction& item);
 
 private:

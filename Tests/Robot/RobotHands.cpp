@@ -17,7 +17,15 @@
 
 namespace {
 
+// Beyond these the robot rather closes windows.
+constexpr std::size_t kManyWindows = 20;
+constexpr std::size_t kManySimulations = 4;
+
 constexpr const char* kSky = "Picture of the moving bodies";
+
+bool AreMany(const Windows& windows) {
+    return windows.size() > kManyWindows || CountSimulations(windows) > kManySimulations;
+}
 
 void CollectItems(const QWidget& menu, std::vector<QAction*>* items) {
     for (QAction* const action : menu.actions()) {
@@ -46,6 +54,10 @@ void RobotHands::DoSomething() {
     if (dialogs_->AnswerModal()) return;
     const Windows windows = VisibleWindows();
     if (windows.empty()) return journal_->Note("nothing to do");
+    if (AreMany(windows) && dice_->Chance(50)) {
+        if (!dialogs_->AnswerOne(windows)) Close(dice_->Any(windows));
+        return;
+    }
     using Use = bool (RobotHands::*)(const Windows&);
     static const std::map<int, Use> kUses{
         {22, &RobotHands::UseMenu},   {32, &RobotHands::PressButton}, {50, &RobotHands::UseEntry},
@@ -249,13 +261,17 @@ bool RobotHands::UseSky(const Windows& windows) {
 
 // --- Windows ---
 
+void RobotHands::Close(QWidget* window) {
+    Begin("close", window);
+    window->close();
+}
+
 bool RobotHands::UseWindow(const Windows& windows) {
     QWidget* const window = dice_->Any(windows);
     const int choice = dice_->Number(0, 9);
     if (choice < 3) {
         if (IsSimulation(window) && CountSimulations(windows) == 1 && !dice_->Chance(10)) return false;
-        Begin("close", window);
-        window->close();
+        Close(window);
     } else if (choice < 6) {
         Begin("resize", window);
         window->resize(dice_->Number(50, 1400), dice_->Number(50, 1000));

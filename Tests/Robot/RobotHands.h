@@ -41,6 +41,7 @@ private:
     bool UseList(const Windows& windows);
     bool UseSky(const Windows& windows);
     bool UseWindow(const Windows& windows);
+    void Close(QWidget* window);
     bool PressKey();
     void Fill(QLineEdit* line, const std::string& text, Finish finish);
 

@@ -1,17 +1,7 @@
 #include "CenterOfMass.h"
 
-#include <cmath>
-
 #include "Body.h"
 #include "EpochPortal.h"
-
-namespace {
-
-bool IsFinite(const ThreeVector& v) {
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
-}  // namespace
 
 // The sums run over bodies and not over systems, whose own centre is undefined when they have no
 // mass.

@@ -137,9 +137,17 @@ void Resolution::DeleteAbsorbed() {
 }  // namespace
 
 MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
-                                 const std::string& joiner) {
+                                 const std::string& joiner, const AbEpoch* touchedIn) {
     portal->CommitChanges();
     portal->WriteLock();
+    AbEpoch* const epoch = portal->FocusEpoch();
+    if (touchedIn != nullptr && touchedIn != epoch) {
+        portal->WriteUnlock();
+        return {};
+    }
+    // The mergers are part of the run, even if it was paused just now and is a record already.
+    const bool wasWriteable = epoch->Writeable();
+    epoch->SetWriteable(true);
 
     Resolution resolution(portal, joiner);
     int32 count = 0;
@@ -151,6 +159,7 @@ MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions
     }
     resolution.DeleteAbsorbed();
 
+    epoch->SetWriteable(wasWriteable);
     portal->WriteUnlock();
     portal->TellObservers(kBodyDataChanged);
     return resolution.TakeResult();

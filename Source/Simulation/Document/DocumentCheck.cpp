@@ -39,10 +39,6 @@ status_t NextNested(Walk* walk, Walk* nested) {
     return B_BAD_INDEX;
 }
 
-bool IsFinite(const ThreeVector& v) {
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
 DocumentError CheckBody(const Body& body) {
     if (!IsFinite(body.Position())) return DocumentError::Content(kTextBadPosition, body.Name());
     if (!IsFinite(body.Velocity())) return DocumentError::Content(kTextBadVelocity, body.Name());

@@ -74,7 +74,8 @@ void RunControl::StartRun() {
     view_->ShowGoPause(RunControlView::Offer::kPause);
     DupCurrentEpoch();
     portal_->ReadLock();
-    const bool toOrigin = portal_->FocusEpoch()->COMOnGo();
+    runEpoch_ = portal_->FocusEpoch();
+    const bool toOrigin = runEpoch_->COMOnGo();
     portal_->ReadUnlock();
     if (toOrigin) PutCenterOfMassAtOrigin(portal_);
     view_->RunStarting();

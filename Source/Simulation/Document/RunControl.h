@@ -5,6 +5,7 @@
 
 #include "SupportDefs.h"
 
+class AbEpoch;
 class Calculator;
 class EpochPortal;
 class RunControlView;
@@ -33,6 +34,8 @@ public:
     [[nodiscard]] bool UserPaused() const { return userPaused_; }
     // True from the first run on.
     [[nodiscard]] bool HasRun() const { return hasRun_; }
+    // The epoch of the last run; null before the first. It may be gone.
+    [[nodiscard]] const AbEpoch* RunEpoch() const { return runEpoch_; }
     // While held, the last UnPause lowers the count and starts nothing.
     void SetHold(bool hold) { hold_ = hold; }
 
@@ -48,5 +51,6 @@ private:
     bool userPaused_ = true;
     bool hold_ = false;
     bool hasRun_ = false;
+    const AbEpoch* runEpoch_ = nullptr;
     bool running_ = false;  // a run has been started and not yet paused
 };
