@@ -67,7 +67,7 @@ void ColorEntry::AttachedToWindow() {
     }
 }
 
-void ColorEntry::SetEnabled(bool isEnabled) {
+void ColorEntry::ShowEnabled(bool isEnabled) {
     // A knob that is held when it is disabled tells no end.
     if (!isEnabled) begun_ = {};
     swatch_->SetEnabled(isEnabled);

@@ -27,13 +27,13 @@ public:
     [[nodiscard]] rgb_color ShownColor() const { return shown_; }
 
     bool Commit() override;
-    void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<rgb_color>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     static constexpr uint32 kMoving = FourCC("clmv");

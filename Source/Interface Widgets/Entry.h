@@ -9,6 +9,7 @@
 // moment only, never while a command runs.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -24,12 +25,23 @@ public:
     // Shows what was read. Leaves alone what the user is just entering.
     virtual void ShowValue() = 0;
     // Makes what is pending the value in force; true if that changed something. What cannot be
-    // taken gives way to the value in force, and the user is told why.
+    // taken gives way to the value in force, and the user is told why. What stands in a disabled
+    // entry, as for the length of a run, waits there until it is enabled.
     virtual bool Commit() = 0;
-    virtual void SetEnabled(bool isEnabled) = 0;
+
+    void SetEnabled(bool isEnabled) {
+        ShowEnabled(isEnabled);
+        isEnabled_ = isEnabled;
+    }
 
 protected:
     using BGroupView::BGroupView;
+
+    virtual void ShowEnabled(bool isEnabled) = 0;
+    [[nodiscard]] bool IsEnabled() const { return isEnabled_; }
+
+private:
+    std::atomic<bool> isEnabled_{true};
 };
 
 // An entry of the value that a factory speaks of.
@@ -74,8 +86,10 @@ protected:
     virtual void Present(const std::optional<Value>& value, bool replacesAll) = 0;
 
     // Any thread. Takes what is pending together with what it is for: nobody changes that between.
+    // Nothing from a disabled entry.
     template <typename Take>
     Source TakePending(Take take) const {
+        if (!IsEnabled()) return {};
         const std::lock_guard lock(mutex_);
         take();
         return source_;

@@ -21,7 +21,7 @@ void MenuEntry::AttachedToWindow() {
     menu_->SetTargetForItems(this);
 }
 
-void MenuEntry::SetEnabled(bool isEnabled) {
+void MenuEntry::ShowEnabled(bool isEnabled) {
     field_->SetEnabled(isEnabled);
 }
 

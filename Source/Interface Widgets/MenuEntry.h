@@ -14,13 +14,13 @@ public:
               int32 greatest);
 
     bool Commit() override { return false; }
-    void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<int32>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     static constexpr uint32 kChosen = FourCC("mnen");

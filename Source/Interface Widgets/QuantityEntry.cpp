@@ -20,7 +20,7 @@ void QuantityEntry::AttachedToWindow() {
     DimensionalEntry::AttachedToWindow();
 }
 
-void QuantityEntry::SetEnabled(bool isEnabled) {
+void QuantityEntry::ShowEnabled(bool isEnabled) {
     number_->SetEnabled(isEnabled);
     DimensionalEntry::SetEnabled(isEnabled);
 }

@@ -16,7 +16,6 @@ public:
                   const BMessage& unitMenuField, const InterfaceTexts& texts);
 
     bool Commit() override;
-    void SetEnabled(bool isEnabled) override;
     // The number can only be read; its unit can still be chosen.
     void SetEditable(bool isEditable);
 
@@ -24,6 +23,7 @@ public:
 
 protected:
     void Present(const std::optional<DimValue>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     QuantityLine* const number_;

@@ -47,7 +47,7 @@ void SliderEntry::AttachedToWindow() {
     number_->SetTarget(this);
 }
 
-void SliderEntry::SetEnabled(bool isEnabled) {
+void SliderEntry::ShowEnabled(bool isEnabled) {
     // A knob that is held when it is disabled tells no end.
     if (!isEnabled && std::exchange(isHeld_, false)) Present(Shown().value, true);
     slider_->SetEnabled(isEnabled);

@@ -27,13 +27,13 @@ public:
                 EpochPortal* portal, const InterfaceTexts& texts);
 
     bool Commit() override;
-    void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<double>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     static constexpr uint32 kMoving = FourCC("slmv");

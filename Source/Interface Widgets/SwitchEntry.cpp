@@ -17,7 +17,7 @@ bool SwitchEntry::IsOn() const {
     return box_->Value() != B_CONTROL_OFF;
 }
 
-void SwitchEntry::SetEnabled(bool isEnabled) {
+void SwitchEntry::ShowEnabled(bool isEnabled) {
     box_->SetEnabled(isEnabled);
 }
 

@@ -13,13 +13,13 @@ public:
     [[nodiscard]] bool IsOn() const;
 
     bool Commit() override { return false; }
-    void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<bool>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     static constexpr uint32 kSwitched = FourCC("swen");

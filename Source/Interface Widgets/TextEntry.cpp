@@ -17,7 +17,7 @@ void TextEntry::AttachedToWindow() {
     line_->SetTarget(this);
 }
 
-void TextEntry::SetEnabled(bool isEnabled) {
+void TextEntry::ShowEnabled(bool isEnabled) {
     line_->SetEnabled(isEnabled);
 }
 

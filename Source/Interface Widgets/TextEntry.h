@@ -13,13 +13,13 @@ public:
               const InterfaceTexts& texts);
 
     bool Commit() override;
-    void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
     void Present(const std::optional<std::string>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     static constexpr uint32 kEntered = FourCC("teen");

@@ -43,7 +43,7 @@ void VectorEntry::AttachedToWindow() {
     DimensionalEntry::AttachedToWindow();
 }
 
-void VectorEntry::SetEnabled(bool isEnabled) {
+void VectorEntry::ShowEnabled(bool isEnabled) {
     for (QuantityLine* const line : components_)
         line->SetEnabled(isEnabled);
     DimensionalEntry::SetEnabled(isEnabled);

@@ -24,12 +24,12 @@ public:
                 const BMessage& unitMenuField, const InterfaceTexts& texts);
 
     bool Commit() override;
-    void SetEnabled(bool isEnabled) override;
 
     void AttachedToWindow() override;
 
 protected:
     void Present(const std::optional<DimVector>& value, bool replacesAll) override;
+    void ShowEnabled(bool isEnabled) override;
 
 private:
     bool CommitComponent(int32 component, const std::string& typed, const Source& source,

@@ -279,6 +279,7 @@ TEST_F(BodySettings, TabGoesAsOneReadsAndEverythingHasAName) {
 }
 
 TEST_F(BodySettings, RestsDuringARunButForNameAndTrail) {
+    hand.Type("Mass:", "7");
     InWindow([this] { window->body->EnableRunControls(false); });
     for (const char* line : {"Mass:", "Radius:", "Position X:", "Velocity Vz:", "Position unit"})
         EXPECT_FALSE(hand.IsEnabled(line)) << line;
@@ -290,8 +291,12 @@ TEST_F(BodySettings, RestsDuringARunButForNameAndTrail) {
     EXPECT_EQ(Of(1, &MassSystem::Name), "Caladan");
     // A refresh does not wake them up.
     EXPECT_FALSE(hand.IsEnabled("Mass:"));
+    // What was typed in the moment of the start waits: the run would write over it.
+    EXPECT_EQ(Of(1, &MassSystem::M), kEarthMass);
     InWindow([this] { window->body->EnableRunControls(true); });
     EXPECT_TRUE(hand.IsEnabled("Mass:"));
+    portal->CommitChanges();
+    EXPECT_EQ(Of(1, &MassSystem::M), 7 * kEarthMass);
 
     // Without a system in focus there is nothing to edit.
     portal->WriteLock();

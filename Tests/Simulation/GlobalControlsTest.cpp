@@ -140,8 +140,11 @@ TEST_F(GlobalControls, TheAnimationWindowSetsTheCalculator) {
     EXPECT_EQ(calculator.SegmentLength(), 33);
     for (int i = 0; i < 3; i++)
         Undo();
+    EXPECT_EQ(calculator.UpdatesPerSecond(), 80);
+    ::Settle(animation);
+    EXPECT_EQ(user.Text("Draw trails with lines up to"), "33") << "nobody sees it";
+    animation->Show();
     ::Settle(animation);
     EXPECT_EQ(user.Text("Draw trails with lines up to"), "2");
-    EXPECT_EQ(calculator.UpdatesPerSecond(), 80);
     if (animation->Lock()) animation->Quit();
 }

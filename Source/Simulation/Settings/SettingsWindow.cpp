@@ -31,7 +31,6 @@ void SettingsWindow::AddEntries(std::initializer_list<Entry*> entries) {
 
 void SettingsWindow::StartObserving() {
     portal_->AddObserver(this);
-    SettingsWindow::Changed(kEverything);
 }
 
 void SettingsWindow::Changed(int32 changes) {
@@ -61,7 +60,13 @@ void SettingsWindow::Refresh() {
 void SettingsWindow::MessageReceived(BMessage* message) {
     if (message->what != kRedisplay) return SubWindow::MessageReceived(message);
     pendingChanges_ = 0;
-    Refresh();
+    // Everything is read when it is shown.
+    if (!IsHidden()) Refresh();
+}
+
+void SettingsWindow::Show() {
+    SubWindow::Show();
+    Changed(kEverything);
 }
 
 bool SettingsWindow::QuitRequested() {

@@ -1,7 +1,8 @@
 // Base of the small windows of one simulation that hold entries: an observer of the model that
-// refreshes by one message for any number of changes. Its close box hides it. Made by the owner's
-// thread, hidden; ends with Quit (locked), by the owner with no lock of the document held. The
-// rules of SubWindow; Changed and CommitChanges may be called by any thread.
+// refreshes by one message for any number of changes, and when it is shown; hidden it rests. Its
+// close box hides it. Made by the owner's thread, hidden; ends with Quit (locked), by the owner with
+// no lock of the document held. The rules of SubWindow; Changed and CommitChanges may be called by
+// any thread.
 #pragma once
 
 #include <atomic>
@@ -30,6 +31,7 @@ public:
     bool CommitChanges() override;
 
     void MessageReceived(BMessage* message) override;
+    void Show() override;
     bool QuitRequested() override;
     void Quit() override;
 
