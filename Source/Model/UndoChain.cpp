@@ -104,7 +104,6 @@ void UndoChain::Clear() {
     lock_.Lock();
     commands_.clear();
     position_ = 0;
-    MarkSaved();
     lock_.Unlock();
 }
 

@@ -38,7 +38,7 @@ public:
     // At first true.
     bool IsSaved();
 
-    // Forgets all commands, for another document: it is saved.
+    // Forgets all commands, for another document. Whether that counts as saved is said by the mark.
     void Clear();
 
     // Not positive: ignored.

@@ -87,13 +87,13 @@ void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& dire
         archive_ = std::move(archive);
         saver_.File().SetFile(directory, name);
     } else {
-        // Normally it stands, untouched, and has no history.
+        // Normally it stands, untouched.
         run_.PauseForUser();
         portal->Broadcast(false);
         if (const DocumentError error = Find(*archive); error.Failed()) {
             saver_.TellNotOpened(name, error);
         } else {
-            history_->Clear();
+            history_->MarkSaved();
             saver_.File().SetFile(directory, name);
             if (displays_.Count() == 0) displays_.Create(ProjectionDisplay::kType, nullptr, name);
             SetName(name);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "CommandFactory.h"
+#include "NewEpochCommand.h"
 #include "SampleDocument.h"
 
 namespace {
@@ -162,9 +164,14 @@ TEST(SimulationDocument, SimulationInfoTakesWhatItCanUse) {
 TEST(SimulationDocument, ARecordThatCannotBeUsedChangesNothing) {
     SimulationDocument document(nullptr);
     LoadTree(&document);
+    ExecuteFiled(document.Portal(), std::make_unique<NewEpochCommand>(document.Portal()));
     EXPECT_EQ(document.Load(BMessage()).text, kTextNoEpoch);
-    EXPECT_EQ(Outline(document.Root()), "Genesis(Left Right)");
+    EXPECT_EQ(Outline(document.Root()), "Genesis(Left Right(Right))");
+    EXPECT_TRUE(document.GetUndoChain()->CanUndo());
+    // Another one has no part in the history.
+    LoadTree(&document);
     EXPECT_EQ(document.Portal()->FocusEpoch()->Name(), "Right");
+    EXPECT_FALSE(document.GetUndoChain()->CanUndo());
 }
 
 }  // namespace

@@ -67,6 +67,8 @@ TEST(UndoChain, KnowsWhetherTheDocumentIsAsItWasSaved) {
     chain.MarkUnsaved();
     EXPECT_FALSE(chain.IsSaved());
     chain.Clear();
+    EXPECT_FALSE(chain.IsSaved());
+    chain.MarkSaved();
     EXPECT_TRUE(chain.IsSaved());
     EXPECT_FALSE(chain.CanUndo() || chain.CanRedo());
 }

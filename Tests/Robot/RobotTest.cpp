@@ -67,14 +67,15 @@ void ReadOption(const char* text, const char* name, int* value) {
 TEST(Robot, FindsNoFault) {
     std::cout << "seed " << gSeed << ", " << gActions << " actions\n";
     Robot robot(gSeed);
+    const int threads = ProcessUse::Now().threads;
     std::optional<ProcessUse> first;
     for (int done = 0, run = 1; done < gActions && !HasFailure(); run++) {
         done += RunProgram(&robot, std::min(kActionsPerRun, gActions - done));
-        if (first) AwaitThreads(first->threads);
+        AwaitThreads(threads);
         const ProcessUse use = ProcessUse::Now();
         std::cout << "run " << run << ": " << done << " actions; " << use << '\n';
         if (!first) first = use;
-        EXPECT_EQ(use.threads, first->threads);
+        EXPECT_EQ(use.threads, threads);
         EXPECT_EQ(use.descriptors, first->descriptors);
         EXPECT_LT(use.heap, first->heap + kMostGrowth);
         if (HasFailure()) PrintHeld(std::cout);

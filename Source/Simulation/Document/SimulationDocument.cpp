@@ -84,6 +84,8 @@ DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
 
 void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> topLevel,
                                        const BMessage& record) {
+    undoChain_.Lock();
+    undoChain_.Clear();  // of commands for epochs that are going
     portal_.WriteLock();
     portal_.SetEpochTo(nullptr);
     portal_.SetSystemTo(nullptr);
@@ -95,6 +97,7 @@ void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> top
         nextBodyName_ = std::max(nextBodyName, 0);
     SetFocus(record);
     portal_.WriteUnlock();
+    undoChain_.Unlock();
 }
 
 // Positions count from the first top-level epoch, which is 0.

@@ -34,8 +34,8 @@ public:
     void AddConsumer(ReportConsumer* consumer);
     void RemoveConsumer(ReportConsumer* consumer);
 
-    // Replaces everything by the record. A record that cannot be used changes nothing. For a
-    // document without edits: the undo history is not cleared.
+    // Replaces everything by the record, and forgets the undo history. A record that cannot be used
+    // changes nothing.
     DocumentError Load(const BMessage& record);
     // Adds everything to an empty record: the whole tree, or the focus epoch alone. Takes the
     // portal's read lock.
