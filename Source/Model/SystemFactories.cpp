@@ -120,6 +120,11 @@ std::unique_ptr<LCommand> SystemVectorFactory::MakeCommand(EpochPortal* portal,
     if (!system || !AllCanBeEntered(value)) return nullptr;
     const DimVector current = Current(*portal);
     if (!IsFinite(current) || value == current) return nullptr;
+    // A unit alone moves nothing, not even back: what is pending is committed before.
+    if (static_cast<const ThreeVector&>(value) == current)
+        return Named(quantity_.name, std::make_unique<SetSystemPropertyCommand<double>>(
+                                         portal, system->ID(), quantity_.getUval, quantity_.setUval,
+                                         value.Uval(), quantity_.changeFlag));
     const DimVector from{(system->*quantity_.get)(), current.Uval()};
     DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
     // What stays as it is keeps its bits: away from the referent and back it could lose the last.

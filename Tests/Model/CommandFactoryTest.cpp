@@ -117,6 +117,17 @@ TEST_F(CommandFactoryTest, VectorsAreShownRelativeAndStoredAbsolute) {
     EXPECT_EQ(Now(1)->Position(), (ThreeVector{15.0, -2.0, 5.0}));
     EXPECT_EQ(position.MakeComponentCommand(&portal_, 1, DimValue{-2.0, unit}), nullptr);
     EXPECT_TRUE(Undo());
+
+    // Another unit leaves alone what is typed before the command comes to be executed.
+    DimVector inOther = position.Current(portal_);
+    inOther.SetUval(7.0);
+    std::unique_ptr<LCommand> command = position.MakeCommand(&portal_, inOther);
+    ASSERT_TRUE(
+        ExecuteFiled(&portal_, position.MakeComponentCommand(&portal_, 2, DimValue{9.0, unit})));
+    ASSERT_TRUE(ExecuteFiled(&portal_, std::move(command)));
+    EXPECT_EQ(position.Current(portal_), (DimVector{5.0, 5.0, 9.0, 7.0}));
+    EXPECT_TRUE(Undo());
+    EXPECT_TRUE(Undo());
     EXPECT_TRUE(Undo());
     EXPECT_EQ(Now(1)->Position(), (ThreeVector{13.0, 1.0, 0.0}));
 

@@ -37,7 +37,7 @@ struct MergeResult {
 // `collisions` holds the parallel int64 fields "p" (lighter) and "q" (heavier). Commits pending
 // edits, changes the focus epoch under the portal's write lock, tells the observers. Not undoable.
 // `joiner` stands between the two names, " & ". `touchedIn`: the epoch of the run that has found
-// them; null: the one in focus. When it has lost the focus meanwhile, by an edit or an undo,
-// nothing is done: the bodies touch again as soon as a run goes on from there.
+// them, if that has ended; null: the one in focus. When it has lost the focus meanwhile, by an edit
+// or an undo, nothing is done: the bodies touch again as soon as a run goes on from there.
 MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
                                  const std::string& joiner, const AbEpoch* touchedIn = nullptr);

@@ -46,6 +46,7 @@ void RunControl::Pause() {
     view_->RunStopped();
     portal_->WriteLock();
     KeepCalculatorState();
+    endedIn_ = portal_->FocusEpoch();
     portal_->FocusEpoch()->SetWriteable(false);
     portal_->TellObservers(kEpochSettingsChanged);
     portal_->WriteUnlock();
@@ -74,13 +75,13 @@ void RunControl::StartRun() {
     view_->ShowGoPause(RunControlView::Offer::kPause);
     DupCurrentEpoch();
     portal_->ReadLock();
-    runEpoch_ = portal_->FocusEpoch();
-    const bool toOrigin = runEpoch_->COMOnGo();
+    const bool toOrigin = portal_->FocusEpoch()->COMOnGo();
     portal_->ReadUnlock();
     if (toOrigin) PutCenterOfMassAtOrigin(portal_);
     view_->RunStarting();
     hasRun_ = true;
     running_ = true;
+    endedIn_ = nullptr;
     calculator_->UnPause();
 }
 

@@ -34,8 +34,9 @@ public:
     [[nodiscard]] bool UserPaused() const { return userPaused_; }
     // True from the first run on.
     [[nodiscard]] bool HasRun() const { return hasRun_; }
-    // The epoch of the last run; null before the first. It may be gone.
-    [[nodiscard]] const AbEpoch* RunEpoch() const { return runEpoch_; }
+    // The epoch in which the last run has ended, which may be gone; null during a run, which goes on
+    // in the one in focus, and before the first.
+    [[nodiscard]] const AbEpoch* EndedIn() const { return endedIn_; }
     // While held, the last UnPause lowers the count and starts nothing.
     void SetHold(bool hold) { hold_ = hold; }
 
@@ -51,6 +52,6 @@ private:
     bool userPaused_ = true;
     bool hold_ = false;
     bool hasRun_ = false;
-    const AbEpoch* runEpoch_ = nullptr;
+    const AbEpoch* endedIn_ = nullptr;
     bool running_ = false;  // a run has been started and not yet paused
 };

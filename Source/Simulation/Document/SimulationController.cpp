@@ -272,7 +272,7 @@ MergeResult SimulationController::Collide(const BMessage& collisions, const Merg
     run_->Rest();
     MergeResult result =
         MergeCollidingBodies(Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner),
-                             run_->RunEpoch());
+                             run_->EndedIn());
     if (merged) merged(result);
     run_->UnRest();
     return result;
