@@ -1,7 +1,7 @@
 // Goes through the history of one document, step by step back to its start and forward again: at
 // every depth the document must be as it was there before. One difference is the program's rule:
-// what was edited during a run is redone in a copy, since the run's epoch is a record by then. After
-// it the walk is repeated, and must lead over the same states.
+// what was edited during a run is redone in a copy, since the run's epoch is a record by then.
+// After it the walk is repeated, and must lead over the same states.
 #pragma once
 
 #include <functional>

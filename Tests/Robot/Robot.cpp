@@ -38,8 +38,7 @@ void Deliver(SimApp* application, const BMessage& message) {
 
 }  // namespace
 
-Robot::Robot(unsigned seed)
-    : dice_(seed), journal_("seed " + std::to_string(seed), kPatience) {
+Robot::Robot(unsigned seed) : dice_(seed), journal_("seed " + std::to_string(seed), kPatience) {
     std::string name = (fs::temp_directory_path() / "orvek-robot-XXXXXX").string();
     folder_ = mkdtemp(name.data());
     for (const char* const variable : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME",
@@ -113,8 +112,7 @@ int Robot::Work(SimApp* application, int actions) {
     RobotChecks checks(this, application, &dice_, &journal_, &hands, folder);
     int done = 0;
     checks.Settle();
-    while (done < actions && !testing::Test::HasFailure() &&
-           Do([&] { hands.DoSomething(); })) {
+    while (done < actions && !testing::Test::HasFailure() && Do([&] { hands.DoSomething(); })) {
         done++;
         if (dice_.Number(1, 300) == 1) HandOverFiles(application);
         if (done % kSettleEvery == 0) checks.Settle();

@@ -136,8 +136,7 @@ void RobotChecks::CheckHistory(const Document& document) {
         [&] { Send(document, BMessage(kRedo)); });
     std::string difference = walk.Walk();
     const auto [known, isNew] = starts_.try_emplace(
-        {document.window->Thread(), walk.FirstEpoch(), walk.StepsAtStart()},
-        walk.Start());
+        {document.window->Thread(), walk.FirstEpoch(), walk.StepsAtStart()}, walk.Start());
     if (difference.empty() && !isNew)
         if (const std::string other = FirstDifference(known->second, walk.Start()); !other.empty())
             difference = "another start than before: " + other;

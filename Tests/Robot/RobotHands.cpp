@@ -197,7 +197,8 @@ bool RobotHands::UseList(const Windows& windows) {
             break;
         case 1:
             QTest::keyClick(list, Qt::Key_F2);
-            if (auto* const editor = rows->findChild<QLineEdit*>(); editor != nullptr)
+            if (auto* const editor = rows->findChild<QLineEdit*>();
+                editor != nullptr && CanBeUsed(editor))
                 Fill(editor, dice_->Text(), dice_->Chance(70) ? Finish::kEnter : Finish::kNothing);
             break;
         case 2:
@@ -270,7 +271,8 @@ bool RobotHands::UseWindow(const Windows& windows) {
     QWidget* const window = dice_->Any(windows);
     const int choice = dice_->Number(0, 9);
     if (choice < 3) {
-        if (IsSimulation(window) && CountSimulations(windows) == 1 && !dice_->Chance(10)) return false;
+        if (IsSimulation(window) && CountSimulations(windows) == 1 && !dice_->Chance(10))
+            return false;
         Close(window);
     } else if (choice < 6) {
         Begin("resize", window);

@@ -24,7 +24,7 @@ int gArgumentCount = 1;
 char** gArguments = nullptr;
 unsigned gSeed = 1;
 #ifdef ORVEK_SANITIZED
-int gActions = 1000;
+int gActions = 1500;
 #else
 int gActions = 10000;
 #endif
