@@ -220,7 +220,7 @@ void RobotChecks::CheckTyping() {
     const double value = quantity.value(*portal);
     portal->ReadUnlock();
     EXPECT_EQ(value, quantity.isMagnitude ? std::fabs(wanted) : wanted)
-        << DocumentState(portal) << document.window->Title() << ": " << number << ' '
-        << quantity.unit << " typed into " << quantity.line << '\n'
-        << journal_->Last();
+        << document.window->Title() << ": " << number << ' ' << quantity.unit << " typed into "
+        << quantity.line << '\n'
+        << journal_->Last() << DocumentState(portal);
 }
