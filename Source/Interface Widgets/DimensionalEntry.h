@@ -13,9 +13,6 @@
 template <typename Value, typename Factory = CommandFactory<Value>>
 class DimensionalEntry : public ValueEntry<Value, Factory> {
 public:
-    void SetEnabled(bool isEnabled) override {
-        if (unitField_ != nullptr) unitField_->SetEnabled(isEnabled);
-    }
     void AttachedToWindow() override {
         if (units_ != nullptr) units_->SetTargetForItems(this);
     }
@@ -42,6 +39,9 @@ protected:
           unitField_(MakeUnitField(unitMenuField, unitLabel)),
           units_(UnitMenuOf(unitField_)) {}
 
+    void ShowEnabled(bool isEnabled) override {
+        if (unitField_ != nullptr) unitField_->SetEnabled(isEnabled);
+    }
     // Null if the archive was none.
     [[nodiscard]] BMenuField* UnitField() const { return unitField_; }
     void ShowUnit(double uval) {

@@ -22,7 +22,7 @@ void QuantityEntry::AttachedToWindow() {
 
 void QuantityEntry::ShowEnabled(bool isEnabled) {
     number_->SetEnabled(isEnabled);
-    DimensionalEntry::SetEnabled(isEnabled);
+    DimensionalEntry::ShowEnabled(isEnabled);
 }
 
 void QuantityEntry::SetEditable(bool isEditable) {

@@ -46,7 +46,7 @@ void VectorEntry::AttachedToWindow() {
 void VectorEntry::ShowEnabled(bool isEnabled) {
     for (QuantityLine* const line : components_)
         line->SetEnabled(isEnabled);
-    DimensionalEntry::SetEnabled(isEnabled);
+    DimensionalEntry::ShowEnabled(isEnabled);
 }
 
 void VectorEntry::Present(const std::optional<DimVector>& value, bool replacesAll) {
