@@ -10,8 +10,8 @@ inline bool IsValidUval(double uval) {
     return uval > 0.0 && uval < std::numeric_limits<double>::infinity();
 }
 
-// What the user may enter, in base units: far beyond everything that there is, and small enough that
-// squares and cubes of it, and sums of these, are finite. False for NaN.
+// What the user may enter, in base units: far beyond everything that there is, and small enough
+// that squares and cubes of it, and sums of these, are finite. False for NaN.
 inline bool CanBeEntered(double value) {
     return std::fabs(value) <= 1e100;
 }

@@ -202,9 +202,9 @@ TEST_F(FilePanelTest, APanelEndsWithItsQuestion) {
         post([&] { isAsked.release(); });
     });
     isAsked.acquire();
-    ASSERT_TRUE(WindowServer::Ask(
-        [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr; }))
-        << "whether to write over the file";
+    ASSERT_TRUE(WindowServer::Ask([] {
+        return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr;
+    })) << "whether to write over the file";
     panel.reset();
     isGone.acquire();
     EXPECT_EQ(WindowServer::Ask([] { return QApplication::activeModalWidget(); }), nullptr);

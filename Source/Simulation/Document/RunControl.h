@@ -34,8 +34,8 @@ public:
     [[nodiscard]] bool UserPaused() const { return userPaused_; }
     // True from the first run on.
     [[nodiscard]] bool HasRun() const { return hasRun_; }
-    // The epoch in which the last run has ended, which may be gone; null during a run, which goes on
-    // in the one in focus, and before the first.
+    // The epoch in which the last run has ended, which may be gone; null during a run, which goes
+    // on in the one in focus, and before the first.
     [[nodiscard]] const AbEpoch* EndedIn() const { return endedIn_; }
     // While held, the last UnPause lowers the count and starts nothing.
     void SetHold(bool hold) { hold_ = hold; }

@@ -270,9 +270,8 @@ bool SimulationController::Redo() {
 
 MergeResult SimulationController::Collide(const BMessage& collisions, const Merged& merged) {
     run_->Rest();
-    MergeResult result =
-        MergeCollidingBodies(Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner),
-                             run_->EndedIn());
+    MergeResult result = MergeCollidingBodies(
+        Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner), run_->EndedIn());
     if (merged) merged(result);
     run_->UnRest();
     return result;

@@ -1,8 +1,8 @@
 // Base of the small windows of one simulation that hold entries: an observer of the model that
 // refreshes by one message for any number of changes, and when it is shown; hidden it rests. Its
-// close box hides it. Made by the owner's thread, hidden; ends with Quit (locked), by the owner with
-// no lock of the document held. The rules of SubWindow; Changed and CommitChanges may be called by
-// any thread.
+// close box hides it. Made by the owner's thread, hidden; ends with Quit (locked), by the owner
+// with no lock of the document held. The rules of SubWindow; Changed and CommitChanges may be
+// called by any thread.
 #pragma once
 
 #include <atomic>
