@@ -57,6 +57,9 @@ std::string FirstDifference(const std::string& one, const std::string& other) {
         }
         if (!hasFirst) a = "(no more)";
         if (!hasSecond) b = "(no more)";
-        if (a != b) return "epoch " + std::to_string(number) + " (" + epoch + "): " + a + " / " + b;
+        if (a == b) continue;
+        std::ostringstream text;
+        text << "epoch " << number << " (" << epoch << "): " << a << " / " << b;
+        return text.str();
     }
 }

@@ -1,5 +1,7 @@
 #include "HistoryWalk.h"
 
+#include <sstream>
+
 #include "AbEpoch.h"
 #include "DocumentState.h"
 #include "EpochCursor.h"
@@ -49,16 +51,17 @@ std::string HistoryWalk::GoForward() {
     for (std::size_t depth = states_.size() - 1; depth > 0; depth--) {
         const AbEpoch* const focus = portal_->FocusEpoch();
         const AbEpoch* const record = focus->Writeable() ? nullptr : focus;
-        const std::string step = std::to_string(portal_->GetUndoChain()->RedoName());
+        const CommandName step = portal_->GetUndoChain()->RedoName();
         redo_();
         if (isFirstTime && hasCopied_) continue;
         const std::string difference = FirstDifference(states_[depth - 1].text, Now().text);
         if (difference.empty()) continue;
         hasCopied_ = isFirstTime && IsCopied(record, states_[depth], states_[depth - 1]);
-        if (!hasCopied_)
-            return "redone until " + std::to_string(depth - 1) + " of " +
-                   std::to_string(states_.size() - 1) + " steps are left (" + step +
-                   "): " + difference;
+        if (hasCopied_) continue;
+        std::ostringstream text;
+        text << "redone until " << depth - 1 << " of " << states_.size() - 1 << " steps are left ("
+             << step << "): " << difference;
+        return text.str();
     }
     return {};
 }

@@ -142,7 +142,7 @@ bool RobotHands::Type(QWidget* window, const std::string& name, const std::strin
         if (line->accessibleName() != QString::fromStdString(name) || !CanBeUsed(line) ||
             line->isReadOnly())
             continue;
-        Begin("check: type \"" + text + "\" into " + name, line);
+        Begin("check: type " + text, line);
         Fill(line, text, finish);
         return true;
     }

@@ -27,7 +27,7 @@ public:
 
     void DoSomething();
     // Types over what is in the line of that name. False if there is no such line that takes text.
-    bool Type(QWidget* window, const std::string& line, const std::string& text, Finish finish);
+    bool Type(QWidget* window, const std::string& name, const std::string& text, Finish finish);
 
 private:
     // What is used comes to the front and gets the keyboard.
