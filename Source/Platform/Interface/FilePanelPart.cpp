@@ -55,8 +55,8 @@ void FilePanelPart::Hide() {
     EndProposals();
 }
 
-// What the toolkit proposes for a name that is half typed may come late. It would stay, and have the
-// keyboard.
+// What the toolkit proposes for a name that is half typed may come late. It would stay, and have
+// the keyboard.
 void FilePanelPart::EndProposals() const {
     for (const QLineEdit* const line : dialog_->findChildren<QLineEdit*>()) {
         QCompleter* const completer = line->completer();
