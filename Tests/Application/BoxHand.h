@@ -15,7 +15,7 @@ void WaitFor(const std::string& title);
 // Names the window among all that were ever seen; 0 for none.
 [[nodiscard]] unsigned long long Number(const std::string& title);
 // Does nothing in a window without such a button.
-void Press(const std::string& title, const std::string& button);
+void Press(const std::string& title, const std::string& label);
 void Tick(const std::string& title);
 void PressEnter(const std::string& title);
 void PressSpace(const std::string& title);
