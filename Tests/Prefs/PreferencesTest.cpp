@@ -122,7 +122,7 @@ TEST_F(PreferencesTest, ASavedSetComesBackWithItsTypes) {
     type_code type = 0;
     ASSERT_EQ(PREFGetData(set, "Open in", &data, &size, &type), B_OK);
     EXPECT_EQ(type, B_ASCII_TYPE);
-    EXPECT_EQ(std::string(static_cast<const char*>(data), size), std::string("/tmp", 5));
+    EXPECT_EQ(std::string(static_cast<const char*>(data), size), std::string("/tmp") + '\0');
     EXPECT_EQ(All([&](auto... out) { return PREFListData(set, out...); }, PREFDisposeDataCookie),
               (Names{"Open W", "Open at", "Open in"}));
     EXPECT_EQ(PREFGetMessage(set, &copy), B_OK);
