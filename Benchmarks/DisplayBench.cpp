@@ -115,7 +115,7 @@ void BenchLines(BenchTable* table) {
             before = &line;
         }
     };
-    const std::vector<Timing> timings = Measure({clearCanvas, arrays, clearImage, calls}, 1, 51);
+    const std::vector<Timing> timings = Measure({clearCanvas, arrays, clearImage, calls}, 1, 301);
     // Not the medians: on a busy machine the longer piece is interrupted more often.
     const double arrayTime = timings[1].least;
     const double callTime = timings[3].least;
