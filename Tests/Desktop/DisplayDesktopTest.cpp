@@ -9,6 +9,7 @@
 
 namespace {
 
+const char* const kSimulation = "^planets";
 const char* const kDisplay = "^Projection of ";
 const char* const kAxisDialog = "^Choose Suppressed Axis$";
 const char* const kScaleDialog = "^Choose Display Scale$";
@@ -76,14 +77,13 @@ protected:
     void Open() {
         path_ = CopyExample("planets");
         StartProgram({path_});
+        // The simulation's window comes last, and in front.
+        ASSERT_FALSE(desktop_->WaitForWindow(kSimulation).empty()) << desktop_->Output();
         display_ = desktop_->WaitForWindow(kDisplay);
         ASSERT_FALSE(display_.empty()) << desktop_->Output();
-        // The program's other windows may come later.
-        ASSERT_TRUE(desktop_->WaitForPicture(display_, [&](const QImage& picture) {
-            if (PlaceOfSun(picture).x() > 0) return true;
-            desktop_->Activate(display_);
-            return false;
-        }));
+        desktop_->Activate(display_);
+        ASSERT_TRUE(desktop_->WaitForPicture(
+            display_, [](const QImage& picture) { return PlaceOfSun(picture).x() > 0; }));
     }
 
     // Presses Go, lets bodies leave trails, and presses Pause; `meanwhile` during the run.
