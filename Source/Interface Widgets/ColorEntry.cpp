@@ -120,7 +120,7 @@ void ColorEntry::Take(rgb_color color) {
     if (!source || !CommitEntry(Portal(), *source.factory, color)) Present(Shown().value, true);
 }
 
-bool ColorEntry::Commit() {
+bool ColorEntry::CommitPending() {
     std::array<std::optional<std::string>, 3> typed;
     const Source source = TakePending([&] {
         for (std::size_t i = 0; i < typed.size(); i++)

@@ -26,12 +26,11 @@ public:
     // What the entry shows: the colour in force, or the one that the user is just choosing.
     [[nodiscard]] rgb_color ShownColor() const { return shown_; }
 
-    bool Commit() override;
-
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
+    bool CommitPending() override;
     void Present(const std::optional<rgb_color>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

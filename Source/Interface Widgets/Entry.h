@@ -27,21 +27,33 @@ public:
     // Makes what is pending the value in force; true if that changed something. What cannot be
     // taken gives way to the value in force, and the user is told why. What stands in a disabled
     // entry, as for the length of a run, waits there until it is enabled.
-    virtual bool Commit() = 0;
+    bool Commit() {
+        commits_++;
+        const bool hasChanged = CommitPending();
+        if (--commits_ == 0) commits_.notify_all();
+        return hasChanged;
+    }
 
+    // An entry that has been disabled changes nothing any more: what another thread is just
+    // committing is awaited. No lock of the document may be held.
     void SetEnabled(bool isEnabled) {
         ShowEnabled(isEnabled);
         isEnabled_ = isEnabled;
+        if (isEnabled) return;
+        for (int32 count = commits_; count != 0; count = commits_)
+            commits_.wait(count);
     }
 
 protected:
     using BGroupView::BGroupView;
 
+    virtual bool CommitPending() = 0;
     virtual void ShowEnabled(bool isEnabled) = 0;
     [[nodiscard]] bool IsEnabled() const { return isEnabled_; }
 
 private:
     std::atomic<bool> isEnabled_{true};
+    std::atomic<int32> commits_{0};  // that have not returned
 };
 
 // An entry of the value that a factory speaks of.

@@ -13,12 +13,11 @@ public:
     MenuEntry(const char* name, const char* label, EpochPortal* portal, int32 least,
               int32 greatest);
 
-    bool Commit() override { return false; }
-
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
+    bool CommitPending() override { return false; }
     void Present(const std::optional<int32>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

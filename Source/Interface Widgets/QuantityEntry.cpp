@@ -34,7 +34,7 @@ void QuantityEntry::Present(const std::optional<DimValue>& value, bool replacesA
     if (value) ShowUnit(value->Uval());
 }
 
-bool QuantityEntry::Commit() {
+bool QuantityEntry::CommitPending() {
     std::optional<std::string> typed;
     const Source source = TakePending([&] { typed = number_->TakeText(); });
     if (!typed || !source) return false;

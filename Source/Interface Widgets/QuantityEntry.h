@@ -15,13 +15,13 @@ public:
     QuantityEntry(const char* name, const char* label, EpochPortal* portal, const UnitTable* units,
                   const BMessage& unitMenuField, const InterfaceTexts& texts);
 
-    bool Commit() override;
     // The number can only be read; its unit can still be chosen.
     void SetEditable(bool isEditable);
 
     void AttachedToWindow() override;
 
 protected:
+    bool CommitPending() override;
     void Present(const std::optional<DimValue>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

@@ -75,7 +75,7 @@ void SliderEntry::Present(const std::optional<double>& value, bool replacesAll) 
     number_->ShowValue(Plain(*value), replacesAll);
 }
 
-bool SliderEntry::Commit() {
+bool SliderEntry::CommitPending() {
     std::optional<std::string> typed;
     const Source source = TakePending([&] { typed = number_->TakeText(); });
     if (!typed || !source) return false;

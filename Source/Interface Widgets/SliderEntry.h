@@ -26,12 +26,11 @@ public:
     SliderEntry(const char* name, const Texts& labels, std::vector<double> stops,
                 EpochPortal* portal, const InterfaceTexts& texts);
 
-    bool Commit() override;
-
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
+    bool CommitPending() override;
     void Present(const std::optional<double>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

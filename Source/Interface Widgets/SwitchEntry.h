@@ -12,12 +12,11 @@ public:
     // What is shown.
     [[nodiscard]] bool IsOn() const;
 
-    bool Commit() override { return false; }
-
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
+    bool CommitPending() override { return false; }
     void Present(const std::optional<bool>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

@@ -29,7 +29,7 @@ void TextEntry::Present(const std::optional<std::string>& value, bool replacesAl
         line_->ShowText(text.c_str());
 }
 
-bool TextEntry::Commit() {
+bool TextEntry::CommitPending() {
     std::optional<std::string> typed;
     const Source source = TakePending([&] { typed = line_->TakeText(); });
     if (!typed) return false;

@@ -12,12 +12,11 @@ public:
     TextEntry(const char* name, const char* label, EpochPortal* portal,
               const InterfaceTexts& texts);
 
-    bool Commit() override;
-
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 
 protected:
+    bool CommitPending() override;
     void Present(const std::optional<std::string>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

@@ -59,7 +59,7 @@ void VectorEntry::Present(const std::optional<DimVector>& value, bool replacesAl
     if (value) ShowUnit(value->Uval());
 }
 
-bool VectorEntry::Commit() {
+bool VectorEntry::CommitPending() {
     std::array<std::optional<std::string>, 3> typed;
     const Source source = TakePending([&] {
         for (std::size_t i = 0; i < typed.size(); i++)

@@ -23,11 +23,10 @@ public:
     VectorEntry(const char* name, Labels labels, EpochPortal* portal, const UnitTable* units,
                 const BMessage& unitMenuField, const InterfaceTexts& texts);
 
-    bool Commit() override;
-
     void AttachedToWindow() override;
 
 protected:
+    bool CommitPending() override;
     void Present(const std::optional<DimVector>& value, bool replacesAll) override;
     void ShowEnabled(bool isEnabled) override;
 

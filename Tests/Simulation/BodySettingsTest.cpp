@@ -1,8 +1,11 @@
 // The box in which the system in focus is edited, by hand.
+#include <atomic>
+#include <semaphore>
 #include <thread>
 
 #include "ChangeFlags.h"
 #include "CompositeSystem.h"
+#include "Entry.h"
 #include "LockingCommand.h"
 #include "OS.h"
 #include "SetSystemToCommand.h"
@@ -276,6 +279,39 @@ TEST_F(BodySettings, TabGoesAsOneReadsAndEverythingHasAName) {
                                                          "Correction Cutoff",
                                                          "Ignore corrections smaller than",
                                                          "Order:"}));
+}
+
+// Or a run that begins at this moment would write over what is entered.
+TEST_F(BodySettings, DisablingAnEntryAwaitsWhatIsJustBeingCommitted) {
+    class SlowEntry : public Entry {
+    public:
+        SlowEntry() : Entry("slow", B_VERTICAL) {}
+        void Read() override {}
+        void ShowValue() override {}
+
+        std::binary_semaphore begins{0};
+        std::binary_semaphore mayEnd{0};
+        std::atomic<bool> hasEnded{false};
+
+    protected:
+        bool CommitPending() override {
+            begins.release();
+            mayEnd.acquire();
+            hasEnded = true;
+            return true;
+        }
+        void ShowEnabled(bool) override {}
+    } entry;
+    std::thread committer([&] { EXPECT_TRUE(entry.Commit()); });
+    entry.begins.acquire();
+    std::thread starter([&] {
+        entry.SetEnabled(false);
+        EXPECT_TRUE(entry.hasEnded);
+    });
+    snooze(20'000);  // for a starter that does not wait
+    entry.mayEnd.release();
+    committer.join();
+    starter.join();
 }
 
 TEST_F(BodySettings, RestsDuringARunButForNameAndTrail) {
