@@ -1,6 +1,7 @@
 #include "Allocations.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -30,6 +31,11 @@ std::size_t TakeLargestAllocation() {
 void* operator new(std::size_t size) {
     if (void* memory = Allocate(size, alignof(std::max_align_t))) return memory;
     throw std::bad_alloc();
+}
+
+// As the sorts of the standard library ask for a buffer.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size, alignof(std::max_align_t));
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
