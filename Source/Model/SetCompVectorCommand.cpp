@@ -18,12 +18,10 @@ constexpr double ThreeVector::*kComponents[] = {&ThreeVector::x, &ThreeVector::y
 }  // namespace
 
 SetCompVectorCommand::SetCompVectorCommand(EpochPortal* portal, const VectorQuantity& quantity,
-                                           int64 systemID, const DimVector& from,
-                                           const DimVector& to)
+                                           int64 systemID, const DimVector& to)
     : FocusEpochCommand(portal, quantity.changeFlag, quantity.changeFlag),
       quantity_(quantity),
       systemID_(systemID),
-      from_(from),
       to_(to),
       component_(kAllComponents),
       newUval_(to.Uval()) {}
@@ -63,10 +61,9 @@ void SetCompVectorCommand::Revert() {
 
 std::unique_ptr<LCommand> SetCompVectorCommand::MakeMove() const {
     const ThreeVector current = (system_->*quantity_.get)();
-    const ThreeVector from = from_.value_or(current);
     const ThreeVector to = component_ == kAllComponents ? to_ : WithComponent(current);
     if (!IsFinite(to)) return nullptr;  // of or relative to a group without mass, without a centre
-    return std::unique_ptr<LCommand>((system_->*quantity_.makeCommand)(from, to));
+    return std::unique_ptr<LCommand>((system_->*quantity_.makeCommand)(current, to));
 }
 
 ThreeVector SetCompVectorCommand::WithComponent(ThreeVector current) const {

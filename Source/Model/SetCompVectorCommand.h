@@ -1,8 +1,10 @@
 // Sets the position or velocity, or one component of it, of any system of the focus epoch, together
-// with the unit it is shown in. What moves a group is the command that the group itself makes.
+// with the unit it is shown in. What moves a group is the command that the group itself makes. Undo
+// puts the system back to where it was when the command was executed, not when it was made: another
+// edit may have been committed between the two.
 #pragma once
 
-#include <optional>
+#include <memory>
 
 #include "DimVector.h"
 #include "FocusEpochCommand.h"
@@ -22,9 +24,9 @@ extern const VectorQuantity kVelocityQuantity;
 
 class SetCompVectorCommand final : public FocusEpochCommand {
 public:
-    // All three components, in absolute coordinates. Undo puts the system back to `from`.
+    // All three components, in absolute coordinates.
     SetCompVectorCommand(EpochPortal* portal, const VectorQuantity& quantity, int64 systemID,
-                         const DimVector& from, const DimVector& to);
+                         const DimVector& to);
     // One component (0: x, 1: y, 2: z), as it is shown: relative to the system's referent.
     SetCompVectorCommand(EpochPortal* portal, const VectorQuantity& quantity, int64 systemID,
                          int32 component, const DimValue& to);
@@ -40,7 +42,6 @@ private:
 
     const VectorQuantity& quantity_;
     int64 systemID_;
-    std::optional<ThreeVector> from_;  // none: where the system is
     ThreeVector to_;
     int32 component_;  // -1: all; else only that one of `to_` counts
     double newUval_;

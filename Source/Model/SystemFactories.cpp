@@ -125,14 +125,14 @@ std::unique_ptr<LCommand> SystemVectorFactory::MakeCommand(EpochPortal* portal,
         return Named(quantity_.name, std::make_unique<SetSystemPropertyCommand<double>>(
                                          portal, system->ID(), quantity_.getUval, quantity_.setUval,
                                          value.Uval(), quantity_.changeFlag));
-    const DimVector from{(system->*quantity_.get)(), current.Uval()};
+    const ThreeVector from = (system->*quantity_.get)();
     DimVector to{value + ReferentValue(*portal, *system, quantity_), value.Uval()};
     // What stays as it is keeps its bits: away from the referent and back it could lose the last.
     if (value.x == current.x) to.x = from.x;
     if (value.y == current.y) to.y = from.y;
     if (value.z == current.z) to.z = from.z;
     return Named(quantity_.name,
-                 std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), from, to));
+                 std::make_unique<SetCompVectorCommand>(portal, quantity_, system->ID(), to));
 }
 
 std::unique_ptr<LCommand> SystemVectorFactory::MakeComponentCommand(EpochPortal* portal,

@@ -222,8 +222,7 @@ TEST_F(ModelCommands, DeleteSystemMovesTheFocusAway) {
 TEST_F(ModelCommands, AGroupMovesAsAWhole) {
     CheckCopyOnWrite(
         [&] {
-            return new SetCompVectorCommand(&portal, kPositionQuantity, 1, {3.0, 0.0, 0.0, 1.0},
-                                            {5.0, 1.0, 0.0, 1000.0});
+            return new SetCompVectorCommand(&portal, kPositionQuantity, 1, {5.0, 1.0, 0.0, 1000.0});
         },
         [&] {
             EXPECT_EQ(document.Find(2)->Position(), (ThreeVector{2.0, 1.0, 0.0}));
@@ -244,6 +243,17 @@ TEST_F(ModelCommands, UndoingAGroupsMoveLosesNoBit) {
         CheckUndoAndRedo(before);
         document.chain.Undo();
     }
+}
+
+// What was typed meanwhile is committed between the making of a command and its execution.
+TEST_F(ModelCommands, AGroupIsPutBackToWhereItWasWhenItWasMoved) {
+    auto* const toOrigin =
+        new SetCompVectorCommand(&portal, kVelocityQuantity, kRootSystemID, {0.0, 0.0, 0.0, 1.0});
+    document.Run(new SetCompVectorCommand(&portal, kVelocityQuantity, 4, 1, DimValue(-2770, 1.0)));
+    const std::string before = document.Snapshot();
+    document.Run(toOrigin);
+    EXPECT_NE(document.Snapshot(), before);
+    CheckUndoAndRedo(before);
 }
 
 TEST_F(ModelCommands, AComponentIsSetRelativeToTheReferent) {

@@ -44,15 +44,10 @@ public:
                 return std::make_unique<SetCompVectorCommand>(portal, Quantity(), MovableID(),
                                                               Number(0, 2), Value());
             case 2:
-            case 3: {
-                const VectorQuantity& quantity = Quantity();
-                const int64 id = MovableID();
-                const MassSystem* system = document_->Find(id);
-                const ThreeVector from = system ? (system->*quantity.get)() : ThreeVector{};
+            case 3:
                 return std::make_unique<SetCompVectorCommand>(
-                    portal, quantity, id, DimVector(from, 1.0),
+                    portal, Quantity(), MovableID(),
                     DimVector(Number(-99, 99), Number(-99, 99), Number(-99, 99), 2.0));
-            }
             case 4:
                 return OfSystem<double>(LooseBodyID(), &MassSystem::M, &MassSystem::SetM,
                                         Number(-9, 99));

@@ -215,12 +215,9 @@ bool SimulationController::ToCenterOfMass() {
         const MassSystem* root = portal->FocusEpoch()->RootSystem();
         command = std::make_unique<MacroCommand>(2);
         command->AddCommand(std::make_unique<SetCompVectorCommand>(
-            portal, kPositionQuantity, root->ID(),
-            DimVector{root->Position(), root->PositionUval()},
-            DimVector{ThreeVector{}, root->PositionUval()}));
+            portal, kPositionQuantity, root->ID(), DimVector{ThreeVector{}, root->PositionUval()}));
         command->AddCommand(std::make_unique<SetCompVectorCommand>(
-            portal, kVelocityQuantity, root->ID(), DimVector{root->Velocity(), root->SpeedUval()},
-            DimVector{ThreeVector{}, root->SpeedUval()}));
+            portal, kVelocityQuantity, root->ID(), DimVector{ThreeVector{}, root->SpeedUval()}));
     }
     portal->ReadUnlock();
     return ExecuteFiled(portal, Named(kCommandCenterOfMass, std::move(command)));
