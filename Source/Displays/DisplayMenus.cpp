@@ -125,3 +125,16 @@ void DisplayMenus::ShowSystems(const BodyLabels& labels, int64 followed) {
         if (labels.bodies[i].id == followed)
             AddSystem(labels.bodies[i].name.c_str(), followed, followed);
 }
+
+void DisplayMenus::ShowFollowed(const BodyLabels& labels, int64 followed) {
+    for (int32 i = 0; i < follow_->CountItems(); i++) {
+        BMenuItem* const item = follow_->ItemAt(i);
+        int64 id = 0;
+        if (item->Message() == nullptr ||
+            item->Message()->FindInt64(kFollowedSystem, &id) != B_OK || id != followed)
+            continue;
+        item->SetMarked(true);
+        return;
+    }
+    ShowSystems(labels, followed);
+}

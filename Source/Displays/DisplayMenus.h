@@ -42,6 +42,8 @@ public:
     void ShowOptions(const DisplayOptions& options);
     // What can be followed, and what is: kNoSystemID for nothing.
     void ShowSystems(const BodyLabels& labels, int64 followed);
+    // Of the same systems another one is followed. The items stay: one may just have been chosen.
+    void ShowFollowed(const BodyLabels& labels, int64 followed);
 
 private:
     BMenuItem* AddItem(BMenu* menu, int32 label, uint32 what, int32 key = 0);

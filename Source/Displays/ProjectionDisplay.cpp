@@ -193,7 +193,7 @@ void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
         // It is gone: the view stays where it was.
         fields_.projection.center += View()->Cache().LastReference();
         fields_.followed = kNoSystemID;
-        menus_->ShowSystems(labels_, fields_.followed);
+        menus_->ShowFollowed(labels_, fields_.followed);
     }
     if (members != View()->Cache().Reference()) View()->SetReference(std::move(members));
 }
@@ -313,7 +313,7 @@ void ProjectionDisplay::Follow(int64 system) {
     Epoch()->ReadLock();
     TakeReference(Epoch()->BodiesInMassOrder());
     Epoch()->ReadUnlock();
-    menus_->ShowSystems(labels_, fields_.followed);
+    menus_->ShowFollowed(labels_, fields_.followed);
     ShowMap(false);
 }
 
