@@ -22,12 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr uint32 kNamed = FourCC("SAVE");
 
-int32 CountOf(const BMessage& record, const char* field) {
-    int32 count = 0;
-    record.GetInfo(field, nullptr, &count);
-    return count;
-}
-
 BMessage Read(const std::string& path) {
     BMessage record;
     EXPECT_FALSE(SimulationFile::Read(path, &record).Failed()) << path;
@@ -298,7 +292,8 @@ TEST_F(SimulationSavingTest, AnUntouchedWindowTakesOneFileAfterTheOther) {
     simulation.Send(kUndo);
     EXPECT_EQ(simulation.CountBodies(), 4u);
     simulation.Send(kSave);
-    EXPECT_EQ(CountOf(Read(host.Path("third")), "Epochs"), 1);
+    BMessage second;
+    EXPECT_NE(Read(host.Path("third")).FindMessage("Epochs", 1, &second), B_OK);
 }
 
 }  // namespace
