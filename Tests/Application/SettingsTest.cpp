@@ -48,7 +48,6 @@ protected:
 };
 
 TEST_F(SettingsTest, TheOpenPanelComesBackWhereItWas) {
-    const std::string document = Document("documents/one");
     const BRect frame{40, 50, 739, 549};
     {
         AppDriver app(folder_.Path());
@@ -58,7 +57,7 @@ TEST_F(SettingsTest, TheOpenPanelComesBackWhereItWas) {
         WindowHand::MovePanel(frame);
         WindowHand::CancelPanel();
         // A choice of the panel; files that come from elsewhere are not remembered.
-        app.Choose({document}, nullptr);
+        app.Choose({Document("documents/one")}, nullptr);
         EXPECT_TRUE(app.Shows("New Simulation,one"));
         Quit(&app);
     }

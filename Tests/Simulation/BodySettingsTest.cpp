@@ -86,6 +86,14 @@ TEST_F(BodySettings, AnyThreadCommitsWhileTheWindowIsLocked) {
     EXPECT_EQ(hand.Chosen("Edit:"), "Caladan");
 }
 
+TEST_F(BodySettings, ARefreshDoesNotTouchWhatIsBeingTyped) {
+    hand.Type("Name:", "Cala");
+    Change([](AbEpoch& epoch) { epoch.SystemFromID(1)->SetName("Giedi"); }, kBodyDataChanged);
+    EXPECT_EQ(hand.Text("Name:"), "Cala");
+    hand.Escape("Name:");
+    EXPECT_EQ(hand.Text("Name:"), "Giedi");
+}
+
 // The window may commit at any moment: for a run, a save, an edit elsewhere.
 TEST_F(BodySettings, ACommitInTheMiddleOfANumberDisturbsNobody) {
     const std::string number = "-3.5e-2";

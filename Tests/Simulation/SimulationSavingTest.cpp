@@ -201,36 +201,36 @@ TEST_F(SimulationSavingTest, WithoutASpareByteItStaysOpen) {
 
 TEST_F(SimulationSavingTest, AutomaticCopiesComeAndGo) {
     TestSimulation simulation(&host, PlanetRecord(), "edited");
-    const auto copies = [&] {
+    const auto keep = [&] {
         simulation.Send(Simulation::kKeepAutomaticCopy);
         return host.Recovery().List();
     };
-    EXPECT_TRUE(copies().empty()) << "nothing has changed";
+    EXPECT_TRUE(keep().empty()) << "nothing has changed";
     simulation.Send(kNewBody);
-    const std::vector<RecoveryCopy> first = copies();
+    const std::vector<RecoveryCopy> first = keep();
     ASSERT_EQ(first.size(), 1u);
     EXPECT_TRUE(simulation.IsMarkedModified());
     EXPECT_EQ(TestSimulation(&host, Read(first[0].path)).CountBodies(), simulation.CountBodies());
     fs::remove(first[0].path);
-    EXPECT_TRUE(copies().empty()) << "there is another one only after a change";
+    EXPECT_TRUE(keep().empty()) << "there is another one only after a change";
     simulation.Send(kTogglePause);
     for (int i = 0; i < 2; i++) {
-        const std::vector<RecoveryCopy> running = copies();
+        const std::vector<RecoveryCopy> running = keep();
         ASSERT_EQ(running.size(), 1u);
         fs::remove(running[0].path);
     }
     EXPECT_EQ(simulation.GoLabel(), "Pause");
     simulation.Send(kTogglePause);
-    EXPECT_EQ(copies().size(), 1u);
+    EXPECT_EQ(keep().size(), 1u);
     simulation.Send(kSave);
     EXPECT_TRUE(host.Recovery().List().empty());
     // The user decides against the changes: takes them back, or closes without saving.
     simulation.Send(kNewBody);
-    EXPECT_EQ(copies().size(), 1u);
+    EXPECT_EQ(keep().size(), 1u);
     simulation.Send(kUndo);
-    EXPECT_TRUE(copies().empty());
+    EXPECT_TRUE(keep().empty());
     simulation.Send(kNewBody);
-    EXPECT_EQ(copies().size(), 1u);
+    EXPECT_EQ(keep().size(), 1u);
     simulation.Send(FourCC("rlyq"));
     host.application->WaitFor(kDeleteMe);
     EXPECT_TRUE(host.Recovery().List().empty());
