@@ -70,22 +70,6 @@ TEST_F(GlobalControls, ARefreshLeavesTheKnobInTheHand) {
     EXPECT_EQ(hand.Text(kSmaller), "1e-12");
 }
 
-TEST_F(GlobalControls, TimeOrderAndCenterOfMassAreEdits) {
-    Enter("Time:", "12 dy");
-    EXPECT_EQ(Ask([](const AbEpoch& epoch) { return epoch.Time(); }), 12 * 86400.0);
-    EXPECT_EQ(hand.Chosen("Time: unit"), "dy");
-    Choose("Order:", "3");
-    EXPECT_EQ(Ask([](const AbEpoch& epoch) { return epoch.Order(); }), 3);
-    hand.Click("Upon \"Go\"");
-    Settle();
-    EXPECT_FALSE(Ask([](const AbEpoch& epoch) { return epoch.COMOnGo(); }));
-    for (int i = 0; i < 3; i++)
-        Undo();
-    EXPECT_EQ(hand.Chosen("Order:"), "4");
-    EXPECT_EQ(hand.Text("Time:"), "0");
-    EXPECT_TRUE(Ask([](const AbEpoch& epoch) { return epoch.COMOnGo(); }));
-}
-
 TEST_F(GlobalControls, RestsDuringARunButForPause) {
     simulation.Send(kTogglePause);
     Settle();

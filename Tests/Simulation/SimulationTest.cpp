@@ -231,6 +231,18 @@ TEST_F(SimulationTest, DisplaysComeAndGoDuringARun) {
     EXPECT_EQ(simulation.GoLabel(), "Go");
 }
 
+TEST_F(SimulationTest, FilesAndOpenGoToTheApplicationWithThisWindow) {
+    TestSimulation simulation(&host);
+    for (const uint32 what : {kOpen, B_REFS_RECEIVED}) {
+        BMessage message(what);
+        message.AddPointer(kSimulationField, nullptr);
+        simulation.Send(message);
+        void* pointer = nullptr;
+        EXPECT_EQ(host.application->WaitFor(what).FindPointer(kSimulationField, &pointer), B_OK);
+        EXPECT_EQ(pointer, simulation.window);
+    }
+}
+
 TEST_F(SimulationTest, WithoutATemplateThereIsAWindowWithNothingInIt) {
     TestSimulation simulation(&host, BMessage());
     EXPECT_EQ(simulation.CountBodies(), 0u);
