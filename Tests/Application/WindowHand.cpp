@@ -15,6 +15,7 @@
 #include <future>
 
 #include "AppDriver.h"
+#include "Mnemonics.h"
 #include "WindowServer.h"
 
 // All in here is for the window server's thread.
@@ -26,9 +27,8 @@ struct Item {
     bool canChoose;  // and so can the menus around it
 };
 
-// A single & marks a letter, two of them are one.
-std::string Plain(QString text) {
-    return text.replace("&&", "\x01").remove('&').replace('\x01', '&').trimmed().toStdString();
+std::string Plain(const QString& text) {
+    return WithoutMark(text).trimmed().toStdString();
 }
 
 std::vector<QWidget*> WindowsTitled(const std::string& title) {

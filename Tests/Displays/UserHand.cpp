@@ -10,6 +10,7 @@
 #include <QWheelEvent>
 
 #include "BView.h"
+#include "Mnemonics.h"
 #include "ViewPart.h"
 #include "WaitUntil.h"
 #include "WindowServer.h"
@@ -26,7 +27,7 @@ QWidget* WindowTitled(const std::string& title) {
 
 QRadioButton* Radio(const std::string& title, const std::string& label) {
     for (QRadioButton* const button : WindowTitled(title)->findChildren<QRadioButton*>())
-        if (button->text() == QString::fromStdString(label)) return button;
+        if (WithoutMark(button->text()) == QString::fromStdString(label)) return button;
     return nullptr;
 }
 

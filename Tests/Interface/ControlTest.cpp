@@ -28,6 +28,9 @@ protected:
         window_->AddChild(view);
         window_->Show();
         window_->Settle();
+        // Letters are for the active window only.
+        WindowServer::Perform(
+            [this] { ASSERT_TRUE(QTest::qWaitForWindowActive(window_->Widget())); });
     }
 
     void Click(const BView* view) {
@@ -77,6 +80,36 @@ TEST_F(ControlTest, LettersOfLabelsGiveFieldsTheKeyboard) {
     EXPECT_EQ(press(Qt::Key_S), 1) << "nobody's letter";
 }
 
+TEST_F(ControlTest, ALetterPressesAButtonAndFollowsItsLabel) {
+    auto* const column = new BGroupView("column", B_VERTICAL);
+    auto* const button = new BButton("button", "Go", new BMessage(kUsed));
+    auto* const box = new BCheckBox("box", "Orbit", new BMessage(kUsed));
+    for (BView* const view : {static_cast<BView*>(button), static_cast<BView*>(box)})
+        column->AddChild(view);
+    Show(column);
+    // A button that is pressed by its letter stays down for a moment.
+    const auto presses = [&](Qt::Key key) {
+        WindowServer::Perform([&] {
+            QTest::keyClick(window_->Widget(), key, Qt::AltModifier);
+            for (const auto* const pressed : window_->Widget()->findChildren<QAbstractButton*>())
+                EXPECT_TRUE(QTest::qWaitFor([&] { return !pressed->isDown(); }));
+        });
+        window_->Settle();
+        return window_->Take().size();
+    };
+    EXPECT_EQ(presses(Qt::Key_G), 1u);
+    EXPECT_EQ(presses(Qt::Key_O), 1u);
+    EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QAbstractButton>(box)->isChecked(); }),
+              true);
+
+    window_->Lock();
+    button->SetLabel("Orbit & pause");
+    window_->Unlock();
+    EXPECT_EQ(presses(Qt::Key_G), 0u);
+    EXPECT_EQ(presses(Qt::Key_O), 1u) << "still the check box's";
+    EXPECT_EQ(presses(Qt::Key_P), 1u);
+}
+
 TEST_F(ControlTest, ButtonSendsItsMessage) {
     auto* const message = new BMessage(kUsed);
     message->AddString("own", "field");
@@ -100,7 +133,7 @@ TEST_F(ControlTest, ButtonSendsItsMessage) {
     Click(button);
     EXPECT_TRUE(window_->Take().empty());
     EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QAbstractButton>(button)->text(); }),
-              QStringLiteral("Pause"));
+              QStringLiteral("&Pause"));
 }
 
 TEST_F(ControlTest, AClickOnAButtonThatIsBeingDisabledDoesNothing) {

@@ -205,7 +205,7 @@ TEST_F(BodySettings, RestsDuringARunButForNameAndTrail) {
     EXPECT_EQ(Of(1, &MassSystem::Name), "Caladan");
     for (const char* line : {"Mass:", "Radius:", "Position X:", "Velocity Vz:", "Position unit"})
         EXPECT_FALSE(hand.IsEnabled(line)) << line;
-    for (const char* line : {"Name:", "Edit:", "Relative to:", "Trail && Disc…"})
+    for (const char* line : {"Name:", "Edit:", "Relative to:", "Trail & Disc…"})
         EXPECT_TRUE(hand.IsEnabled(line)) << line;
     // What was typed in the moment of the start waits: the run would write over it.
     EXPECT_EQ(Of(1, &MassSystem::M), kEarthMass);

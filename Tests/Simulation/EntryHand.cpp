@@ -11,6 +11,7 @@
 #include <QToolTip>
 
 #include "BView.h"
+#include "Mnemonics.h"
 #include "ViewPart.h"
 #include "WindowServer.h"
 
@@ -22,7 +23,7 @@ Widget* Find(const BView* view, const std::string& name) {
     for (Widget* const widget : view->Part()->Widget()->findChildren<Widget*>()) {
         const auto* const button = qobject_cast<QAbstractButton*>(widget);
         if (widget->accessibleName().toStdString() == name ||
-            (button != nullptr && button->text().toStdString() == name))
+            (button != nullptr && WithoutMark(button->text()).toStdString() == name))
             return widget;
     }
     return nullptr;
