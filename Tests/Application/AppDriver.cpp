@@ -1,12 +1,14 @@
 #include "AppDriver.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 
 #include "AppDefs.h"
 #include "BMessenger.h"
 #include "ProgramMessages.h"
-#include "RecentDocuments.h"
 #include "Simulation.h"
+#include "SimulationFile.h"
 #include "TestMain.h"
 
 namespace {
@@ -46,6 +48,11 @@ BMessage RefsMessage(const std::vector<std::string>& paths) {
 const ProgramResources& TestResources() {
     static const ProgramResources resources;
     return resources;
+}
+
+std::string WriteDocument(const std::string& path) {
+    EXPECT_FALSE(SimulationFile::Write(path, TestResources().NewSimulation()).Failed());
+    return path;
 }
 
 AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents) {
@@ -112,6 +119,14 @@ void AppDriver::Edit(std::size_t index) {
 void AppDriver::Close(std::size_t index) {
     static_cast<void>(
         static_cast<BLooper*>(Simulations().at(index))->PostMessage(B_QUIT_REQUESTED));
+}
+
+bool AppDriver::Shows(const std::string& titles) {
+    return WaitUntil([&] { return Titles() == titles; });
+}
+
+bool AppDriver::Ends() const {
+    return WaitUntil([this] { return HasEnded(); });
 }
 
 bool AppDriver::WaitUntil(const std::function<bool()>& condition) {

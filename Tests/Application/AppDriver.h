@@ -39,6 +39,9 @@ public:
     // Makes a change in the simulation that is not saved.
     void Edit(std::size_t index);
     void Close(std::size_t index);
+    // These are false when it does not come about in time.
+    [[nodiscard]] bool Shows(const std::string& titles);
+    [[nodiscard]] bool Ends() const;
 
     // False when it does not come about within half a minute.
     [[nodiscard]] static bool WaitUntil(const std::function<bool()>& condition);
@@ -51,3 +54,5 @@ private:
 };
 
 [[nodiscard]] const ProgramResources& TestResources();
+// A new simulation's document is written there; the path.
+std::string WriteDocument(const std::string& path);

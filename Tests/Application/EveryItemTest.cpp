@@ -8,12 +8,10 @@
 
 #include "AppDriver.h"
 #include "BMessenger.h"
-#include "BoxHand.h"
-#include "MenuHand.h"
 #include "ProgramMessages.h"
 #include "Simulation.h"
-#include "SimulationFile.h"
 #include "TestFolder.h"
+#include "WindowHand.h"
 
 namespace {
 
@@ -32,41 +30,39 @@ std::string Kind(std::string item) {
 class EveryItemTest : public testing::Test {
 protected:
     void SetUp() override {
-        path_ = folder_.Path() + "/system";
-        ASSERT_FALSE(SimulationFile::Write(path_, TestResources().NewSimulation()).Failed());
         app_.emplace(folder_.Path(), std::vector{path_});
-        BoxHand::WaitFor(kDisplay);
-        BoxHand::WaitFor(kSystem);
+        WindowHand::WaitFor(kDisplay);
+        WindowHand::WaitFor(kSystem);
     }
 
     // Chooses the item when it can be chosen, and waits for what it should do. Nothing after a
     // failure: every step would wait in vain.
     void Does(const std::string& window, const std::string& item, const Condition& effect) {
         if (HasFailure()) return;
-        EXPECT_TRUE(AppDriver::WaitUntil([&] { return MenuHand::CanChoose(window, item); }))
+        EXPECT_TRUE(AppDriver::WaitUntil([&] { return WindowHand::CanChoose(window, item); }))
             << window << ": " << item << " cannot be chosen";
         EXPECT_FALSE(effect()) << item << " would show nothing";
-        MenuHand::Choose(window, item);
+        WindowHand::Choose(window, item);
         EXPECT_TRUE(AppDriver::WaitUntil(effect)) << window << ": " << item << " does nothing";
         chosen_.insert(Kind(item));
     }
     // The same for one that opens a window, which is closed again.
     void Opens(const std::string& window, const std::string& item, const std::string& opened) {
-        Does(window, item, [&] { return BoxHand::Count(opened) == 1; });
-        MenuHand::Close(opened);
-        EXPECT_TRUE(AppDriver::WaitUntil([&] { return BoxHand::Count(opened) == 0; })) << opened;
+        Does(window, item, [&] { return WindowHand::Count(opened) == 1; });
+        WindowHand::Close(opened);
+        EXPECT_TRUE(AppDriver::WaitUntil([&] { return WindowHand::Count(opened) == 0; })) << opened;
     }
     void OpensPanel(const std::string& window, const std::string& item) {
-        Does(window, item, BoxHand::IsPanelSeen);
+        Does(window, item, WindowHand::IsPanelSeen);
         CancelPanel();
     }
     static void CancelPanel() {
-        BoxHand::CancelPanel();
-        EXPECT_TRUE(AppDriver::WaitUntil([] { return !BoxHand::IsPanelSeen(); }));
+        WindowHand::CancelPanel();
+        EXPECT_TRUE(AppDriver::WaitUntil([] { return !WindowHand::IsPanelSeen(); }));
     }
     // The history's next step back, or forth.
     static Condition History(const std::string& item) {
-        return [item] { return std::ranges::count(MenuHand::Items(kSystem), item) == 1; };
+        return [item] { return std::ranges::count(WindowHand::Items(kSystem), item) == 1; };
     }
     // The document is another file than before.
     Condition IsSaved() const {
@@ -88,16 +84,16 @@ protected:
             EXPECT_EQ(simulation.SendMessage(&message, &reply), B_OK);
     }
     void Cancels(const std::string& box) {
-        BoxHand::WaitFor(box);
-        BoxHand::Press(box, "Cancel");
-        EXPECT_TRUE(AppDriver::WaitUntil([&] { return BoxHand::Count(box) == 0; }));
+        WindowHand::WaitFor(box);
+        WindowHand::Click(box, "Cancel");
+        EXPECT_TRUE(AppDriver::WaitUntil([&] { return WindowHand::Count(box) == 0; }));
     }
 
     void AppMenu(const std::string& window);
     void SimulationMenu(const std::string& window);
     // Nothing is left out.
     void ExpectAllChosen(const std::string& window) {
-        for (const std::string& item : MenuHand::Items(window))
+        for (const std::string& item : WindowHand::Items(window))
             EXPECT_TRUE(chosen_.contains(Kind(item))) << window << ": " << item;
         chosen_.clear();
     }
@@ -108,7 +104,7 @@ protected:
     static constexpr const char* kQuestion = "Orvek (system): Message";
 
     const TestFolder folder_;
-    std::string path_;
+    const std::string path_ = WriteDocument(folder_.Path() + "/system");
     std::optional<AppDriver> app_;
     std::set<std::string> chosen_;
 };
@@ -117,11 +113,11 @@ void EveryItemTest::AppMenu(const std::string& window) {
     Does(window, "Orvek/New Simulation",
          [this] { return app_->Titles() == "system,New Simulation"; });
     app_->Close(1);
-    EXPECT_TRUE(AppDriver::WaitUntil([this] { return app_->Titles() == "system"; }));
+    EXPECT_TRUE(app_->Shows("system"));
     OpensPanel(window, "Orvek/Open…");
     Does(window, "Orvek/Open Recent/system", [this] { return app_->Titles() == "system,system"; });
     app_->Close(1);
-    EXPECT_TRUE(AppDriver::WaitUntil([this] { return app_->Titles() == "system"; }));
+    EXPECT_TRUE(app_->Shows("system"));
     Opens(window, "Orvek/About Orvek…", "About Orvek");
     BMessage answer(kSetDefaultResponse);
     answer.AddInt32("Window ID", 1);
@@ -134,7 +130,7 @@ void EveryItemTest::AppMenu(const std::string& window) {
 
 void EveryItemTest::SimulationMenu(const std::string& window) {
     const auto shows = [&](const char* item) {
-        return [=] { return MenuHand::CanChoose(window, item); };
+        return [=] { return WindowHand::CanChoose(window, item); };
     };
     Does(window, "Simulation/Go", shows("Simulation/Pause"));
     Does(window, "Simulation/Pause", shows("Simulation/Go"));
@@ -148,25 +144,25 @@ TEST_F(EveryItemTest, OfASimulation) {
     Does(kSystem, "Edit/Undo New Body", History("Edit/Redo New Body"));
     Does(kSystem, "Edit/Redo New Body", History("Edit/Undo New Body"));
     Does(kSystem, "Bodies/Delete Body", History("Edit/Undo Delete Body"));
-    Does(kSystem, "Bodies/Group…", [] { return BoxHand::Count("Group Bodies") == 1; });
-    BoxHand::Press("Group Bodies", "Group");
+    Does(kSystem, "Bodies/Group…", [] { return WindowHand::Count("Group Bodies") == 1; });
+    WindowHand::Click("Group Bodies", "Group");
     EXPECT_TRUE(AppDriver::WaitUntil(History("Edit/Undo Group")));
     // The group has one of the first numbers.
-    for (int64 id = 0; id < 8 && !MenuHand::CanChoose(kSystem, "Bodies/Dissolve Group"); id++)
+    for (int64 id = 0; id < 8 && !WindowHand::CanChoose(kSystem, "Bodies/Dissolve Group"); id++)
         Select(id);
     Does(kSystem, "Bodies/Dissolve Group", History("Edit/Undo Dissolve Group"));
     Opens(kSystem, "Bodies/Trail & Disc…", "Display options for system");
     SimulationMenu(kSystem);
-    Does(kSystem, "New Display/Projection", [] { return BoxHand::Count(kDisplay) == 2; });
+    Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     OpensPanel(kSystem, "File/Save As…");
     OpensPanel(kSystem, "File/Save Current Epoch");
-    Does(kSystem, "File/Close", [] { return BoxHand::Count(kQuestion) == 1; });
+    Does(kSystem, "File/Close", [] { return WindowHand::Count(kQuestion) == 1; });
     Cancels(kQuestion);
-    Does(kSystem, "File/Close then Open…", BoxHand::IsPanelSeen);
+    Does(kSystem, "File/Close then Open…", WindowHand::IsPanelSeen);
     Cancels(kQuestion);
     CancelPanel();
     Does(kSystem, "Orvek/Open Recent/Clear List",
-         [] { return !MenuHand::CanChoose(kSystem, "Orvek/Open Recent/system"); });
+         [] { return !WindowHand::CanChoose(kSystem, "Orvek/Open Recent/system"); });
     Does(kSystem, "File/Save", IsSaved());
     chosen_.insert("Orvek/Quit Orvek");
     ExpectAllChosen(kSystem);
@@ -179,29 +175,33 @@ TEST_F(EveryItemTest, OfADisplay) {
     Opens(kDisplay, "Display/Scale…", "Choose Display Scale");
     Opens(kDisplay, "Display/Axis…", "Choose Suppressed Axis");
     // A run leaves trails.
-    int painted = MenuHand::CountPainted(kDisplay);
-    MenuHand::Choose(kDisplay, "Simulation/Go");
+    int painted = WindowHand::CountPainted(kDisplay);
+    WindowHand::Choose(kDisplay, "Simulation/Go");
     EXPECT_TRUE(AppDriver::WaitUntil(
-        [&] { return MenuHand::CountPainted(kDisplay) > painted + kShortTrail; }));
+        [&] { return WindowHand::CountPainted(kDisplay) > painted + kShortTrail; }));
     Does(kDisplay, "Simulation/Pause",
-         [] { return MenuHand::CanChoose(kDisplay, "Simulation/Go"); });
-    painted = MenuHand::CountPainted(kDisplay);
+         [] { return WindowHand::CanChoose(kDisplay, "Simulation/Go"); });
+    painted = WindowHand::CountPainted(kDisplay);
     Does(kDisplay, "Display/Erase Window",
-         [&] { return MenuHand::CountPainted(kDisplay) < painted - kShortTrail / 2; });
+         [&] { return WindowHand::CountPainted(kDisplay) < painted - kShortTrail / 2; });
     for (const char* const item : {"View/Names", "View/Scale Bar", "View/Time"}) {
-        const bool was = MenuHand::IsMarked(kDisplay, item);
-        Does(kDisplay, item, [&] { return MenuHand::IsMarked(kDisplay, item) != was; });
+        const bool was = WindowHand::IsMarked(kDisplay, item);
+        Does(kDisplay, item, [&] { return WindowHand::IsMarked(kDisplay, item) != was; });
     }
-    for (const char* const item : {"View/Follow/Arrakis", "View/Follow/Nothing"})
-        Does(kDisplay, item, [&] { return MenuHand::IsMarked(kDisplay, item); });
+    // The menu is made anew after a choice. Only after that there is the panel.
+    const auto follow = [this](const char* item) {
+        Does(kDisplay, item, [=] { return WindowHand::IsMarked(kDisplay, item); });
+    };
+    follow("View/Follow/Arrakis");
+    OpensPanel(kDisplay, "View/Save Picture…");
+    follow("View/Follow/Nothing");
     std::string picture;
     EXPECT_TRUE(AppDriver::WaitUntil([&] {
-        return std::exchange(picture, MenuHand::Picture(kDisplay)) == picture;
+        return std::exchange(picture, WindowHand::Picture(kDisplay)) == picture;
     })) << "it does not come to rest";
-    Does(kDisplay, "View/Fit All Bodies", [&] { return MenuHand::Picture(kDisplay) != picture; });
-    OpensPanel(kDisplay, "View/Save Picture…");
+    Does(kDisplay, "View/Fit All Bodies", [&] { return WindowHand::Picture(kDisplay) != picture; });
     Does(kDisplay, "Orvek/Open Recent/Clear List",
-         [] { return !MenuHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
+         [] { return !WindowHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
     Does(kDisplay, "View/Save", IsSaved());
     chosen_.insert("Orvek/Quit Orvek");
     ExpectAllChosen(kDisplay);
@@ -210,14 +210,14 @@ TEST_F(EveryItemTest, OfADisplay) {
 
 TEST_F(EveryItemTest, OfTheEpochs) {
     const char* const window = "Epochs for system";
-    Does(kSystem, "Simulation/Epochs…", [&] { return BoxHand::Count(window) == 1; });
+    Does(kSystem, "Simulation/Epochs…", [&] { return WindowHand::Count(window) == 1; });
     Does(window, "Epoch/Log Current Epoch", History("Edit/Undo Log Epoch"));
     Does(window, "Edit/Undo", History("Edit/Redo Log Epoch"));
     Does(window, "Edit/Redo", History("Edit/Undo Log Epoch"));
-    MenuHand::SelectFirst(window);
+    WindowHand::Press(window, WindowHand::Key::kHome);
     Does(window, "Epoch/Restore", History("Edit/Undo Go to Epoch"));
-    Does(window, "Epoch/Rename", [&] { return MenuHand::IsRenaming(window); });
-    BoxHand::PressEscape(window);
+    Does(window, "Epoch/Rename", [&] { return WindowHand::IsRenaming(window); });
+    WindowHand::Press(window, WindowHand::Key::kEscape);
     Does(window, "Epoch/Delete", History("Edit/Undo Delete Epoch"));
     ExpectAllChosen(window);
 }
@@ -226,14 +226,14 @@ TEST_F(EveryItemTest, OfTheEpochs) {
 TEST_F(EveryItemTest, AndOfTheButtons) {
     const auto does = [](const char* button, const Condition& effect) {
         EXPECT_FALSE(effect()) << button;
-        BoxHand::Press(kSystem, button);
+        WindowHand::Click(kSystem, button);
         EXPECT_TRUE(AppDriver::WaitUntil(effect)) << button << " does nothing";
     };
     does("New Body", History("Edit/Undo New Body"));
     does("Now", History("Edit/Undo Center of Mass"));
     does("Go", History("Simulation/Pause"));
     does("Pause", History("Simulation/Go"));
-    does("Trail & Disc…", [] { return BoxHand::Count("Display options for system") == 1; });
+    does("Trail & Disc…", [] { return WindowHand::Count("Display options for system") == 1; });
 }
 
 }  // namespace

@@ -17,18 +17,15 @@
 
 namespace {
 
+// A button may also be named by its label.
 template <typename Widget>
 Widget* Find(const BView* view, const std::string& name) {
-    for (Widget* const widget : view->Part()->Widget()->findChildren<Widget*>())
-        if (widget->accessibleName().toStdString() == name) return widget;
-    return nullptr;
-}
-
-QAbstractButton* FindButton(const BView* view, const std::string& label) {
-    for (QAbstractButton* const button : view->Part()->Widget()->findChildren<QAbstractButton*>())
-        if (WithoutMark(button->text()).toStdString() == label ||
-            button->accessibleName().toStdString() == label)
-            return button;
+    for (Widget* const widget : view->Part()->Widget()->findChildren<Widget*>()) {
+        const auto* const button = qobject_cast<QAbstractButton*>(widget);
+        if (widget->accessibleName().toStdString() == name ||
+            (button != nullptr && WithoutMark(button->text()).toStdString() == name))
+            return widget;
+    }
     return nullptr;
 }
 
@@ -38,11 +35,6 @@ QColorDialog* OpenColorDialog() {
             dialog != nullptr && dialog->isVisible())
             return dialog;
     return nullptr;
-}
-
-template <typename Do>
-auto OnServer(Do what) {
-    return WindowServer::Ask(what);
 }
 
 }  // namespace
@@ -60,22 +52,17 @@ void EntryHand::Type(const std::string& line, const std::string& text) const {
         auto* const edit = Find<QLineEdit>(view_, line);
         edit->setFocus();
         edit->selectAll();
-        QTest::keyClicks(edit, QString::fromStdString(text));
     });
+    Add(line, text);
 }
 
 void EntryHand::Add(const std::string& line, const std::string& text) const {
-    WindowServer::Perform([&] {
-        auto* const edit = Find<QLineEdit>(view_, line);
-        if (QApplication::focusWidget() != edit) {
-            edit->setFocus();
-            edit->selectAll();
-        }
-        QTest::keyClicks(edit, QString::fromStdString(text));
-    });
+    WindowServer::Perform(
+        [&] { QTest::keyClicks(Find<QLineEdit>(view_, line), QString::fromStdString(text)); });
 }
 
-void EntryHand::Enter(const std::string& line) const {
+void EntryHand::Enter(const std::string& line, const std::string& text) const {
+    Type(line, text);
     WindowServer::Perform([&] { QTest::keyClick(Find<QLineEdit>(view_, line), Qt::Key_Return); });
 }
 
@@ -84,18 +71,15 @@ void EntryHand::Escape(const std::string& line) const {
 }
 
 std::string EntryHand::Text(const std::string& line) const {
-    return OnServer([&] { return Find<QLineEdit>(view_, line)->text().toStdString(); });
+    return WindowServer::Ask([&] { return Find<QLineEdit>(view_, line)->text().toStdString(); });
 }
 
 bool EntryHand::IsEnabled(const std::string& widget) const {
-    return OnServer([&] {
-        const auto* const button = FindButton(view_, widget);
-        return button != nullptr ? button->isEnabled() : Find<QWidget>(view_, widget)->isEnabled();
-    });
+    return WindowServer::Ask([&] { return Find<QWidget>(view_, widget)->isEnabled(); });
 }
 
 bool EntryHand::IsRefused(const std::string& line) const {
-    return OnServer([&] {
+    return WindowServer::Ask([&] {
         const auto* const edit = Find<QLineEdit>(view_, line);
         return edit->palette().color(QPalette::Base) !=
                QApplication::palette().color(QPalette::Base);
@@ -103,7 +87,7 @@ bool EntryHand::IsRefused(const std::string& line) const {
 }
 
 std::string EntryHand::Hint() const {
-    return OnServer([&] { return QToolTip::text().toStdString(); });
+    return WindowServer::Ask([&] { return QToolTip::text().toStdString(); });
 }
 
 void EntryHand::Choose(const std::string& field, const std::string& text) const {
@@ -119,34 +103,16 @@ void EntryHand::Choose(const std::string& field, const std::string& text) const 
 }
 
 std::string EntryHand::Chosen(const std::string& field) const {
-    return OnServer([&] { return Find<QComboBox>(view_, field)->currentText().toStdString(); });
+    return WindowServer::Ask(
+        [&] { return Find<QComboBox>(view_, field)->currentText().toStdString(); });
 }
 
 int EntryHand::CountChoices(const std::string& field) const {
-    return OnServer([&] { return Find<QComboBox>(view_, field)->count(); });
+    return WindowServer::Ask([&] { return Find<QComboBox>(view_, field)->count(); });
 }
 
 void EntryHand::Click(const std::string& button) const {
-    WindowServer::Perform([&] { FindButton(view_, button)->click(); });
-}
-
-std::vector<std::string> EntryHand::TabOrder() const {
-    return OnServer([&] {
-        const QWidget* const all = view_->Part()->Widget();
-        std::vector<std::string> names;
-        for (QWidget* widget = all->nextInFocusChain(); widget != all;
-             widget = widget->nextInFocusChain()) {
-            const bool takesTab = (widget->focusPolicy() & Qt::TabFocus) != 0;
-            if (!takesTab || !all->isAncestorOf(widget) || widget->focusProxy() != nullptr ||
-                !widget->isVisible())
-                continue;
-            const auto* const button = qobject_cast<QAbstractButton*>(widget);
-            const QString& name = widget->accessibleName();
-            names.push_back(
-                (name.isEmpty() && button ? WithoutMark(button->text()) : name).toStdString());
-        }
-        return names;
-    });
+    WindowServer::Perform([&] { Find<QAbstractButton>(view_, button)->click(); });
 }
 
 void EntryHand::Grab(const std::string& slider, int over, int to) const {
@@ -176,7 +142,7 @@ void EntryHand::HoldRightArrow(const std::string& slider, int repeats) const {
 }
 
 int EntryHand::Knob(const std::string& slider) const {
-    return OnServer([&] { return Find<QSlider>(view_, slider)->value(); });
+    return WindowServer::Ask([&] { return Find<QSlider>(view_, slider)->value(); });
 }
 
 void EntryHand::TryColor(unsigned rgb) {

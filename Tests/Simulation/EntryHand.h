@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 class BView;
 
@@ -17,9 +16,10 @@ public:
 
     // Into a line, over what is there; nothing is entered.
     void Type(const std::string& line, const std::string& text) const;
-    // Behind what is typed already, or over all if the line had not the keyboard.
+    // Behind what is typed already.
     void Add(const std::string& line, const std::string& text) const;
-    void Enter(const std::string& line) const;
+    // Types, and presses the Enter key.
+    void Enter(const std::string& line, const std::string& text) const;
     void Escape(const std::string& line) const;
     [[nodiscard]] std::string Text(const std::string& line) const;
     [[nodiscard]] bool IsEnabled(const std::string& widget) const;
@@ -32,9 +32,6 @@ public:
     [[nodiscard]] std::string Chosen(const std::string& field) const;
     [[nodiscard]] int CountChoices(const std::string& field) const;
     void Click(const std::string& button) const;
-
-    // What the Tab key goes through, from the view's first widget on.
-    [[nodiscard]] std::vector<std::string> TabOrder() const;
 
     // Takes the knob, moves it over these places and leaves it there, held.
     void Grab(const std::string& slider, int over, int to) const;

@@ -1,7 +1,6 @@
 #include "ListHand.h"
 
 #include <QApplication>
-#include <QLineEdit>
 #include <QTest>
 #include <QTreeView>
 
@@ -9,17 +8,6 @@
 #include "TestWindow.h"
 
 namespace {
-
-Qt::Key ToKey(ListHand::Key key) {
-    switch (key) {
-        case ListHand::Key::kEnter:
-            return Qt::Key_Return;
-        case ListHand::Key::kDelete:
-            return Qt::Key_Delete;
-        default:
-            return Qt::Key_F2;
-    }
-}
 
 template <typename Action>
 void Do(const BColumnListView* list, Action action) {
@@ -32,22 +20,8 @@ void Do(const BColumnListView* list, Action action) {
 }  // namespace
 
 void ListHand::Press(const BColumnListView* list, Key key) {
-    Do(list, [key](QTreeView& view) { QTest::keyClick(&view, ToKey(key)); });
-}
-
-bool ListHand::Type(const BColumnListView* list, const std::string& text) {
-    bool isTyped = false;
-    Do(list, [&](QTreeView& view) {
-        auto* const editor = view.viewport()->findChild<QLineEdit*>();
-        isTyped = editor != nullptr;
-        if (isTyped) editor->setText(QString::fromStdString(text));
-    });
-    return isTyped;
-}
-
-void ListHand::Enter(const BColumnListView* list) {
-    Do(list, [](QTreeView& view) {
-        QTest::keyClick(view.viewport()->findChild<QLineEdit*>(), Qt::Key_Return);
+    Do(list, [key](QTreeView& view) {
+        QTest::keyClick(&view, key == Key::kEnter ? Qt::Key_Return : Qt::Key_Delete);
     });
 }
 

@@ -8,12 +8,9 @@ class BColumnListView;
 
 namespace ListHand {
 
-enum class Key { kEnter, kDelete, kRename };
+enum class Key { kEnter, kDelete };
 
 void Press(const BColumnListView* list, Key key);
-// Into the name that is being edited, over what is there, and does not enter it; false if none is.
-[[nodiscard]] bool Type(const BColumnListView* list, const std::string& text);
-void Enter(const BColumnListView* list);
 // The column's texts from top to bottom; "*" after one that stands out.
 [[nodiscard]] std::string Column(const BColumnListView* list, int column);
 

@@ -1,60 +1,39 @@
-// The boxes of a simulation's window over a real document, in a window that does what a simulation
-// does with their messages; and what tests look at in the document.
+// A simulation whose windows are used by hand; and what tests look at in its document.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <functional>
 
-#include "BWindow.h"
-#include "BodySettingsBox.h"
 #include "EntryHand.h"
-#include "GlobalControlsBox.h"
-#include "Observer.h"
-#include "RunControl.h"
-#include "RunControlView.h"
-#include "SimulationController.h"
-#include "SimulationDocument.h"
-#include "TestDocument.h"
-
-class BoxesWindow : public BWindow, public Observer {
-public:
-    BoxesWindow(SimulationDocument* document, SimulationController* controller);
-
-    void Changed(int32 changes) override;
-    bool CommitChanges() override;
-    void MessageReceived(BMessage* message) override;
-    void Quit() override;
-
-    BodySettingsBox* const body;
-    GlobalControlsBox* const global;
-
-private:
-    SimulationDocument* const document_;
-    SimulationController* const controller_;
-    std::atomic<int32> pending_{0};
-};
+#include "EpochPortal.h"
+#include "TestSimulation.h"
 
 class SettingsFixture : public testing::Test {
 protected:
-    // The new-simulation template: "Arrakis" (0), "BoskVeld" (1, in focus).
-    SettingsFixture() : SettingsFixture(TestResources().NewSimulation()) {}
-    explicit SettingsFixture(const BMessage& record);
-    ~SettingsFixture() override;
+    SettingsFixture();
 
     // Until nothing is on its way any more.
-    void Settle();
-    // As the window's owner does, with it locked.
-    void InWindow(const std::function<void()>& what);
-    void Undo();
+    virtual void Settle();
+    void Send(const BMessage& message);
+    void Undo() { Send(BMessage(kUndo)); }
+    void Enter(const std::string& line, const std::string& text);
+    void Choose(const std::string& field, const std::string& text);
+    // As at the start of a run, and at its end.
+    template <typename Box>
+    void EnableRunControls(const char* name, bool enable) {
+        simulation->Lock();
+        static_cast<Box*>(simulation->FindView(name))->EnableRunControls(enable);
+        simulation->Unlock();
+        Settle();
+    }
 
     // Asks with the read lock.
     template <typename Question>
     auto Ask(Question question) {
-        document.Portal()->ReadLock();
-        auto answer = question(*document.Portal()->FocusEpoch());
-        document.Portal()->ReadUnlock();
+        portal->ReadLock();
+        auto answer = question(*portal->FocusEpoch());
+        portal->ReadUnlock();
         return answer;
     }
     // Of the focus epoch's system with that identifier.
@@ -64,15 +43,15 @@ protected:
     }
     // Changes the model behind the users' back, as the calculator does.
     void Change(const std::function<void(AbEpoch&)>& change, int32 flags);
-    int32 CountEdits() { return document.GetUndoChain()->ExecutedCount(); }
+    void Focus(int64 id);
+    int32 CountEdits() { return portal->GetUndoChain()->ExecutedCount(); }
 
-    SimulationDocument document{nullptr};
-    EpochPortal* const portal = document.Portal();
-    RunControlView view;
-    RunControl control{portal, document.GetCalculator(), &view};
-    SimulationController controller{&document, &control, &TestResources()};
-    BoxesWindow* const window;
-    const EntryHand hand;
+    TestHost host;
+    // The new-simulation template: "Arrakis" (0), "BoskVeld" (1, in focus).
+    TestSimulation simulation{&host};
+    EpochPortal* const portal = simulation.Portal();
+    BView* const root = simulation->FindView("Root View");
+    const EntryHand hand{root};
 };
 
 inline constexpr double kAU = 1.4959787066e11;  // m

@@ -9,7 +9,6 @@
 #include "AppDefs.h"
 #include "BMenuBar.h"
 #include "BStringView.h"
-#include "Body.h"
 #include "CollisionMailbox.h"
 #include "Epoch.h"
 #include "EpochPortal.h"
@@ -17,24 +16,14 @@
 #include "ProjectionDisplay.h"
 #include "SampleDocument.h"
 #include "SimulationMenus.h"
-#include "TestDocument.h"
 #include "TestSimulation.h"
 #include "UserHand.h"
 
 namespace {
 
-constexpr uint32 kAnswer = FourCC("answ");
-
-BMessage WithReply(uint32 what) {
-    const BMessage reply(kAnswer);
+BMessage With(uint32 what, int64 system) {
     BMessage message(what);
-    message.AddMessage(kReplyField, &reply);
-    return message;
-}
-
-BMessage WithSystem(uint32 what, int64 id) {
-    BMessage message(what);
-    message.AddInt64(kBodyIDField, id);
+    message.AddInt64(kBodyIDField, system);
     return message;
 }
 
@@ -62,23 +51,14 @@ TEST_F(SimulationTest, BuildsItselfThroughTheApplicationAndShowsADisplay) {
     EXPECT_EQ(simulation->Title(), "New Simulation");
     EXPECT_TRUE(simulation->IsNewlyCreated());
     EXPECT_FALSE(simulation.IsMarkedModified());
-    EXPECT_EQ(simulation.CountDisplays(), 1u);
-    EXPECT_EQ(simulation.CountBodies(), 2u);
     EXPECT_EQ(simulation.GoLabel(), "Go");
     // A step that comes again builds nothing twice.
-    ASSERT_TRUE(simulation->Lock());
-    const int32 views = simulation->CountChildren();
-    simulation->Unlock();
     for (const uint32 step : {kBuildMenuBar, kBuildGlobalControls, kShowWindow, FourCC("bld9")})
         simulation.Send(step);
-    ASSERT_TRUE(simulation->Lock());
-    EXPECT_EQ(simulation->CountChildren(), views);
-    simulation->Unlock();
     EXPECT_EQ(simulation.CountDisplays(), 1u);
 }
 
-// Every shortcut does one thing, and "Open..." offers this very window.
-TEST_F(SimulationTest, MenusAreComplete) {
+TEST_F(SimulationTest, EveryShortcutDoesOneThing) {
     TestSimulation simulation(&host);
     ASSERT_TRUE(simulation->Lock());
     auto* const bar = dynamic_cast<BMenuBar*>(simulation->FindView("Main Menu Bar"));
@@ -87,118 +67,77 @@ TEST_F(SimulationTest, MenusAreComplete) {
     for (int32 i = 0; i < bar->CountItems(); i++)
         for (int32 k = 0; k < bar->SubmenuAt(i)->CountItems(); k++) {
             const BMenuItem& item = *bar->SubmenuAt(i)->ItemAt(k);
-            EXPECT_TRUE(item.Message() != nullptr || item.Submenu() != nullptr ||
-                        item.Label().empty());
             uint32 modifiers = 0;
             const char key = item.Shortcut(&modifiers);
             EXPECT_TRUE(key == '\0' || shortcuts.emplace(std::tolower(key), modifiers).second)
                 << item.Label();
         }
-    void* pointer = nullptr;
-    EXPECT_EQ(bar->FindItem(kOpen)->Message()->FindPointer(kSimulationField, &pointer), B_OK);
-    EXPECT_EQ(pointer, simulation.window);
     simulation->Unlock();
-}
-
-TEST_F(SimulationTest, EditsAreUndoneAndRedoneStepByStep) {
-    TestSimulation simulation(&host, PlanetRecord());
-    const auto labels = [&] {
-        simulation.Settle();
-        if (!simulation->Lock()) return std::string();
-        auto* const bar = dynamic_cast<BMenuBar*>(simulation->FindView("Main Menu Bar"));
-        std::string text = bar->FindItem(kUndo)->Label() + ", " + bar->FindItem(kRedo)->Label();
-        simulation->Unlock();
-        return text;
-    };
-    EXPECT_EQ(labels(), "Undo, Redo");
-    simulation.Send(kNewBody);
-    EXPECT_FALSE(simulation->IsNewlyCreated());
-    simulation.Send(WithSystem(kSetRelativeTo, 0));
-    simulation.Send(kToCenterOfMass);
-    simulation.Send(WithSystem(kDeleteBody, 3));
-    EXPECT_EQ(simulation.CountBodies(), 4u);
-    EXPECT_EQ(labels(), "Undo Delete Body, Redo");
-    for (int i = 0; i < 3; i++)
-        simulation.Send(kUndo);
-    EXPECT_EQ(simulation.CountBodies(), 5u);
-    EXPECT_EQ(labels(), "Undo New Body, Redo Set Reference");
-    EXPECT_TRUE(simulation.IsMarkedModified());
-    simulation.Send(kUndo);
-    EXPECT_EQ(simulation.CountBodies(), 4u);
-    EXPECT_FALSE(simulation.IsMarkedModified());
-    EXPECT_FALSE(simulation->IsNewlyCreated()) << "what could be redone would be lost";
-    for (int i = 0; i < 4; i++)
-        simulation.Send(kRedo);
-    EXPECT_EQ(simulation.CountBodies(), 4u);
-    EXPECT_EQ(labels(), "Undo Delete Body, Redo");
 }
 
 TEST_F(SimulationTest, MessagesNameTheBodyOrTheEpoch) {
     TestSimulation simulation(&host, PlanetRecord());
     EpochPortal* const portal = simulation.Portal();
-    simulation.Send(WithSystem(kEditBody, 2));
+    simulation.Send(With(kEditBody, 2));
     EXPECT_EQ(portal->FocusSystem()->ID(), 2);
     EXPECT_FALSE(simulation.IsMarkedModified()) << "a glance is no edit";
+    simulation.Send(With(kSetRelativeTo, 0));
+    EXPECT_EQ(portal->FocusSystem()->RelativeTo(), 0);
     simulation.Send(kDeleteCurrentBody);
     EXPECT_EQ(portal->FocusEpoch()->SystemFromID(2), nullptr);
-    simulation.Send(WithSystem(kEditBody, 77));
+    simulation.Send(With(kEditBody, 77));
     simulation.Send(kEditBody);
-    simulation.Send(WithSystem(kDeleteBody, 77));
-    EXPECT_EQ(simulation.CountBodies(), 3u);
+    simulation.Send(With(kDeleteBody, 77));
+    simulation.Send(With(kDeleteBody, 3));
+    EXPECT_EQ(simulation.CountBodies(), 2u);
 
     AbEpoch* const first = portal->FocusEpoch();
     simulation.Send(kLogEpoch);
     EXPECT_EQ(portal->FocusEpoch()->Parent(), first);
-    BMessage edit(kEditEpoch);
-    edit.AddInt32(kEpochIndexField, 0);
-    simulation.Send(edit);
+    const auto send = [&](uint32 what, int32 index) {
+        BMessage message(what);
+        message.AddInt32(kEpochIndexField, index);
+        simulation.Send(message);
+    };
+    send(kEditEpoch, 0);
     EXPECT_EQ(portal->FocusEpoch(), first);
-    BMessage remove(kDeleteEpoch);
-    remove.AddInt32(kEpochIndexField, 1);
-    simulation.Send(remove);
+    send(kDeleteEpoch, 1);
+    send(kEditEpoch, 9);
+    EXPECT_EQ(portal->FocusEpoch(), first);
     EXPECT_EQ(first->CountChildren(), 0);
-    BMessage none(kEditEpoch);
-    none.AddInt32(kEpochIndexField, 9);
-    simulation.Send(none);
-    EXPECT_EQ(portal->FocusEpoch(), first);
 }
 
-TEST_F(SimulationTest, GroupsAreMadeOfWhatIsChosenAndDissolved) {
+TEST_F(SimulationTest, AGroupIsMadeOfTheBodyInFocusUnlessOthersAreChosen) {
     TestSimulation simulation(&host, PlanetRecord());
-    EpochPortal* const portal = simulation.Portal();
-    simulation.Send(WithSystem(kEditBody, 1));
+    simulation.Send(With(kEditBody, 1));
     simulation.Send(SimulationMenus::kRequestGroup);
     UserHand::WaitForWindow("Group Bodies");
     UserHand::Press("Group Bodies", UserHand::Key::kEnter);
     UserHand::WaitForWindow("Group Bodies", false);
     simulation.Settle();
-    const MassSystem* const group = portal->FocusEpoch()->SystemFromID(1)->Parent();
+    const MassSystem* const group = simulation.Portal()->FocusEpoch()->SystemFromID(1)->Parent();
     EXPECT_EQ(group->Name(), "New Group");
-    EXPECT_EQ(group->CountChildren(), 1) << "only the body in focus was chosen at first";
-
-    simulation.Send(WithSystem(kEditBody, group->ID()));
-    simulation.Send(SimulationMenus::kDissolveGroup);
-    EXPECT_EQ(portal->FocusEpoch()->SystemFromID(1)->Parent()->ID(),
-              portal->FocusEpoch()->RootSystem()->ID());
-    simulation.Send(SimulationMenus::kDissolveGroup);  // a body is none
-    EXPECT_EQ(simulation.CountBodies(), 4u);
-    for (int i = 0; i < 2; i++)
-        simulation.Send(kUndo);
-    EXPECT_FALSE(simulation.IsMarkedModified());
+    EXPECT_EQ(group->CountChildren(), 1);
 }
 
 // --- The run ---
 
 TEST_F(SimulationTest, PausesNestAndAnswer) {
     TestSimulation simulation(&host, PlanetRecord());
+    const auto answered = [&](uint32 what) {
+        const BMessage reply(FourCC("answ"));
+        BMessage message(what);
+        message.AddMessage(kReplyField, &reply);
+        EXPECT_EQ(simulation.Send(message).what, reply.what);
+    };
     simulation.Send(kTogglePause);
     EXPECT_EQ(simulation.GoLabel(), "Pause");
-    EXPECT_EQ(simulation.Send(WithReply(kPauseRun)).what, kAnswer);
+    answered(kPauseRun);
     EXPECT_EQ(simulation.GoLabel(), "Go");
-    EXPECT_EQ(simulation.Send(WithReply(kPauseRun)).what, kAnswer);
+    answered(kPauseRun);
     simulation.Send(kTogglePause);
     EXPECT_EQ(simulation.GoLabel(), "Go") << "others have paused it, not the user";
-    EXPECT_EQ(simulation.Send(WithReply(kUnPauseRun)).what, kAnswer);
+    answered(kUnPauseRun);
     EXPECT_EQ(simulation.GoLabel(), "Go");
     simulation.Send(kUnPauseRun);
     EXPECT_EQ(simulation.GoLabel(), "Pause");
@@ -210,27 +149,25 @@ TEST_F(SimulationTest, PausesNestAndAnswer) {
     EXPECT_EQ(simulation.GoLabel(), "Go");
     simulation.Send(kTogglePause);
     EXPECT_EQ(simulation.GoLabel(), "Pause");
-    EXPECT_EQ(simulation.Send(WithReply(kRestRun)).what, kAnswer);
+    answered(kRestRun);
     EXPECT_EQ(simulation.GoLabel(), "Pause") << "a rest is not seen";
-    EXPECT_EQ(simulation.Send(WithReply(kUnRestRun)).what, kAnswer);
+    answered(kUnRestRun);
     simulation.Send(kTogglePause);
 }
 
-TEST_F(SimulationTest, ARunLogsAnEpochAndAnEditStopsIt) {
+TEST_F(SimulationTest, AnEditStopsARunAndOnePressOfGoResumesIt) {
     TestSimulation simulation(&host, PlanetRecord());
-    EpochPortal* const portal = simulation.Portal();
-    AbEpoch* const first = portal->FocusEpoch();
+    AbEpoch* const first = simulation.Portal()->FocusEpoch();
     simulation.Send(kTogglePause);
-    EXPECT_EQ(portal->FocusEpoch()->Parent(), first);
+    EXPECT_TRUE(simulation.IsMarkedModified());
     ::Settle(simulation.FirstDisplay());
     EXPECT_EQ(UserHand::ItemText("Ctrl+G"), "Pause");
-    EXPECT_TRUE(simulation.IsMarkedModified());
     simulation.Send(kNewBody);
     EXPECT_EQ(simulation.GoLabel(), "Go");
     EXPECT_EQ(simulation.CountBodies(), 5u);
-    EXPECT_NE(portal->FocusEpoch()->Parent(), first) << "the run's epoch is read-only now";
+    EXPECT_NE(simulation.Portal()->FocusEpoch()->Parent(), first) << "the run's epoch is a record";
     simulation.Send(kTogglePause);
-    EXPECT_EQ(simulation.GoLabel(), "Pause") << "one press of Go resumes it";
+    EXPECT_EQ(simulation.GoLabel(), "Pause");
     simulation.Send(kUndo);
     EXPECT_EQ(simulation.GoLabel(), "Go");
 }
@@ -266,14 +203,20 @@ TEST_F(SimulationTest, ALateMergerIsAChange) {
 
 TEST_F(SimulationTest, DisplaysComeAndGoDuringARun) {
     TestSimulation simulation(&host, PlanetRecord());
+    EpochPortal* const portal = simulation.Portal();
+    const auto time = [portal] {
+        portal->ReadLock();
+        const double now = portal->FocusEpoch()->Time();
+        portal->ReadUnlock();
+        return now;
+    };
     simulation.Send(kTogglePause);
-    BMessage newDisplay(kNewDisplay);
-    newDisplay.AddInt32(kDisplayTypeField, ProjectionDisplay::kType);
-    simulation.Send(newDisplay);
-    BMessage unknown(kNewDisplay);
-    unknown.AddInt32(kDisplayTypeField, 2);
-    simulation.Send(unknown);
-    EXPECT_EQ(simulation.CountDisplays(), 2u);
+    for (const int32 type : {ProjectionDisplay::kType, 2}) {
+        BMessage newDisplay(kNewDisplay);
+        newDisplay.AddInt32(kDisplayTypeField, type);
+        simulation.Send(newDisplay);
+    }
+    EXPECT_EQ(simulation.CountDisplays(), 2u) << "there is no second kind";
     for (std::size_t left : {1u, 0u}) {
         ::Settle(simulation.FirstDisplay());
         static_cast<void>(
@@ -281,21 +224,11 @@ TEST_F(SimulationTest, DisplaysComeAndGoDuringARun) {
         while (simulation.CountDisplays() != left)
             snooze(1000);
         EXPECT_EQ(simulation.GoLabel(), "Pause");
+        for (const double before = time(); time() == before;)
+            snooze(1000);
     }
     simulation.Send(kTogglePause);
     EXPECT_EQ(simulation.GoLabel(), "Go");
-}
-
-TEST_F(SimulationTest, SubsidiaryWindowsAreShown) {
-    TestSimulation simulation(&host);
-    simulation.Send(kShowTrailDisc);
-    simulation.Send(kShowAnimation);
-    simulation.Send(kShowEpochs);
-    UserHand::WaitForWindow("Display options for New Simulation");
-    UserHand::WaitForWindow("Animation options for New Simulation");
-    UserHand::WaitForWindow("Epochs for New Simulation");
-    simulation.Send(kShowEpochs);
-    UserHand::WaitForWindow("Epochs for New Simulation");
 }
 
 TEST_F(SimulationTest, FilesAndOpenGoToTheApplicationWithThisWindow) {

@@ -3,14 +3,11 @@
 #include <cstdlib>
 
 #include "BApplication.h"
-#include "BMenuBar.h"
+#include "BMenu.h"
 #include "BMessenger.h"
 #include "BStringView.h"
-#include "EpochPortal.h"
 #include "ProgramMessages.h"
-#include "ProjectionDisplay.h"
 #include "SimulationFile.h"
-#include "TestDocument.h"
 #include "WindowPart.h"
 #include "WindowServer.h"
 
@@ -41,18 +38,6 @@ TestHost::~TestHost() {
     if (application->Lock()) application->Quit();
 }
 
-const ProgramResources& TestHost::Resources() const {
-    return TestResources();
-}
-
-const DisplayContext& TestHost::Context() const {
-    return TestContext();
-}
-
-uint32 TestHost::DefaultResponse(int32 windowID) const {
-    return windowID == 1 ? standingAnswer.load() : 0;
-}
-
 void TestHost::NoteDocument(const char* path) {
     const std::lock_guard lock(mutex_);
     noted_.emplace_back(path);
@@ -81,19 +66,10 @@ entry_ref RefOf(const std::string& folder) {
 
 }  // namespace
 
-TestSimulation::TestSimulation(TestHost* theHost)
-    : TestSimulation(theHost, TestResources().NewSimulation()) {}
-
-TestSimulation::TestSimulation(TestHost* theHost, const BMessage& record)
-    : host(theHost), window(new Simulation(kFrame, theHost)) {
-    window->Init(std::make_unique<BMessage>(record), RefOf(host->folder.Path()), nullptr, true);
-    host->application->WaitFor(kShowWindow);
-    Settle();
-}
-
 TestSimulation::TestSimulation(TestHost* theHost, const BMessage& record, const char* name)
     : host(theHost), window(new Simulation(kFrame, theHost)) {
-    window->Init(std::make_unique<BMessage>(record), RefOf(host->folder.Path()), name, false);
+    window->Init(std::make_unique<BMessage>(record), RefOf(host->folder.Path()), name,
+                 name == nullptr);
     host->application->WaitFor(kShowWindow);
     Settle();
 }
@@ -182,10 +158,8 @@ bool TestSimulation::IsMarkedModified() const {
 std::string TestSimulation::GoLabel() const {
     Settle();
     if (!window->Lock()) return {};
-    std::string label;
-    for (int32 i = 0; i < window->CountChildren(); i++)
-        if (auto* const bar = dynamic_cast<BMenu*>(window->ChildAt(i)); bar != nullptr)
-            label = bar->FindItem(kTogglePause)->Label();
+    const std::string label =
+        static_cast<BMenu*>(window->FindView("Main Menu Bar"))->FindItem(kTogglePause)->Label();
     window->Unlock();
     return label;
 }

@@ -2,7 +2,6 @@
 // a way to send a simulation messages and to look at what it does.
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -14,10 +13,8 @@
 #include "RecoveryFolder.h"
 #include "Simulation.h"
 #include "SimulationHost.h"
+#include "TestDocument.h"
 #include "TestFolder.h"
-
-class EpochPortal;
-class ProjectionDisplay;
 
 // Stands for the application.
 class TestApplication : public BLooper {
@@ -40,15 +37,14 @@ public:
     ~TestHost() override;
 
     [[nodiscard]] BLooper* Application() override { return application; }
-    [[nodiscard]] const ProgramResources& Resources() const override;
-    [[nodiscard]] const DisplayContext& Context() const override;
-    [[nodiscard]] uint32 DefaultResponse(int32 windowID) const override;
+    [[nodiscard]] const ProgramResources& Resources() const override { return TestResources(); }
+    [[nodiscard]] const DisplayContext& Context() const override { return TestContext(); }
+    [[nodiscard]] uint32 DefaultResponse(int32 /*windowID*/) const override { return 0; }
     void NoteDocument(const char* path) override;
     [[nodiscard]] std::vector<std::string> Noted();
 
     TestFolder folder;
     TestApplication* const application = new TestApplication;
-    std::atomic<uint32> standingAnswer{0};  // to whether to save
 
     [[nodiscard]] RecoveryFolder Recovery() const;
     [[nodiscard]] std::string Path(const char* name) const { return folder.Path() + '/' + name; }
@@ -60,11 +56,11 @@ private:
 
 class TestSimulation {
 public:
-    // An untitled one from the record, or from the template. Built, unless it could not be read.
-    explicit TestSimulation(TestHost* host);
-    TestSimulation(TestHost* host, const BMessage& record);
-    // From a file in the host's folder, or from a recovery copy.
-    TestSimulation(TestHost* host, const BMessage& record, const char* name);
+    // From the template, or from a record: an untitled one, or one from a file in the host's
+    // folder. Built, unless it could not be read.
+    explicit TestSimulation(TestHost* host,
+                            const BMessage& record = TestResources().NewSimulation(),
+                            const char* name = nullptr);
     TestSimulation(TestHost* host, const RecoveryCopy& copy);
     // Quits it, as the application does.
     ~TestSimulation();
