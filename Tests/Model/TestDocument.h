@@ -3,7 +3,6 @@
 // All numbers are sums of few powers of two, so that edits of groups undo to the same bits.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
