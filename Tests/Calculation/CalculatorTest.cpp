@@ -9,6 +9,7 @@
 
 #include "CollisionLooper.h"
 #include "Epoch.h"
+#include "InThreads.h"
 #include "TestSystem.h"
 
 namespace {
@@ -110,21 +111,16 @@ TEST(Calculator, ManyThreadsMayPauseAtOnce) {
     SetReportsPerDraw(&calculator, 10);
     RecordingConsumer consumer(&system, calculator, 50);
     calculator.UnPause();
-    std::vector<std::thread> threads;
-    for (uint32 seed = 0; seed < 3; seed++) {
-        threads.emplace_back([&calculator, seed] {
-            std::mt19937 random(seed);
-            for (int i = 0; i < 300; i++) {
-                calculator.Pause();
-                if (random() % 4 == 0) snooze(random() % 200);
-                calculator.UnPause();
-                if (random() % 8 == 0) calculator.SetInternalPause();
-                if (random() % 4 == 0) snooze(random() % 200);
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    InThreads(3, [&calculator](int seed) {
+        std::mt19937 random(static_cast<uint32>(seed));
+        for (int i = 0; i < 300; i++) {
+            calculator.Pause();
+            if (random() % 4 == 0) snooze(random() % 200);
+            calculator.UnPause();
+            if (random() % 8 == 0) calculator.SetInternalPause();
+            if (random() % 4 == 0) snooze(random() % 200);
+        }
+    });
     calculator.Pause();
     EXPECT_EQ(consumer.CountDrawn(), consumer.CountRead());
     ExpectEverySecond(consumer);

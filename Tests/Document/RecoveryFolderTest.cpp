@@ -9,11 +9,11 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "CommandFactory.h"
 #include "DocumentFile.h"
 #include "DocumentSaver.h"
+#include "InThreads.h"
 #include "NewEpochCommand.h"
 #include "SampleDocument.h"
 #include "SimulationFile.h"
@@ -57,11 +57,7 @@ TEST_F(RecoveryFolderTest, ACopyIsADocumentThatKnowsItsOrigin) {
 }
 
 TEST_F(RecoveryFolderTest, CopiesOfTheSameNameStandBesideEachOther) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; i++)
-        threads.emplace_back([this] { Keep("New Simulation", ""); });
-    for (std::thread& thread : threads)
-        thread.join();
+    InThreads(8, [this](int) { Keep("New Simulation", ""); });
     EXPECT_EQ(folder.List().size(), 8u);
     std::string copy = folder.List()[3].path;
     EXPECT_FALSE(folder.Keep(PlanetRecord(), "New Simulation", "", &copy).Failed());

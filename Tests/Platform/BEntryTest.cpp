@@ -4,11 +4,10 @@
 
 #include <filesystem>
 #include <set>
-#include <thread>
-#include <vector>
 
 #include "BDirectory.h"
 #include "BPath.h"
+#include "InThreads.h"
 #include "TestFolder.h"
 
 namespace {
@@ -97,17 +96,13 @@ TEST_F(BEntryTest, DirectoriesAreSteppedThroughAndMade) {
 }
 
 TEST_F(BEntryTest, ReferencesMayBeMadeByManyThreads) {
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; thread++)
-        threads.emplace_back([&] {
-            for (int i = 0; i < 50; i++) {
-                const std::string path = folder_.Path(std::to_string(i));
-                std::filesystem::create_directory(path);
-                EXPECT_EQ(PathOf(RefOf(path + "/file")), path + "/file");
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    InThreads(4, [this](int) {
+        for (int i = 0; i < 50; i++) {
+            const std::string path = folder_.Path(std::to_string(i));
+            std::filesystem::create_directory(path);
+            EXPECT_EQ(PathOf(RefOf(path + "/file")), path + "/file");
+        }
+    });
 }
 
 TEST(BPathTest, IsAbsoluteAndWithoutASlashAtItsEnd) {

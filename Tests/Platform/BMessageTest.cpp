@@ -59,6 +59,9 @@ TEST(BMessage, FailedFindsOverwriteTheResult) {
     expect("odd", 1, B_BAD_INDEX);
     expect("odd", 0, B_BAD_DATA);
 
+    bool flag = true;
+    EXPECT_EQ(message.FindBool("none", &flag), B_NAME_NOT_FOUND);
+    EXPECT_FALSE(flag);
     BRect rect{1, 2, 3, 4};
     EXPECT_EQ(message.FindRect("none", &rect), B_NAME_NOT_FOUND);
     EXPECT_EQ(rect, (BRect{0, 0, -1, -1}));

@@ -99,6 +99,21 @@ TEST(LooperLife, QuitFromAnotherThreadHandlesWhatWaits) {
     EXPECT_EQ(log->Whats(), (std::vector<uint32>{1, 2, 3})) << "and does not ask QuitRequested";
 }
 
+TEST(LooperLife, QuitFromItsOwnThreadDoesNotReturn) {
+    auto* const looper = new TestLooper;
+    const auto log = looper->Log();
+    looper->SetAction([looper, log](BMessage*) {
+        looper->Lock();
+        looper->Quit();
+        log->Add(FourCC("back"));
+    });
+    EXPECT_EQ(looper->PostMessage(1), B_OK);
+    EXPECT_EQ(looper->PostMessage(2), B_OK);
+    wait_for_thread(looper->Run(), nullptr);
+    EXPECT_TRUE(log->IsDeleted());
+    EXPECT_EQ(log->Whats(), std::vector<uint32>{1}) << "what waits is not handled any more";
+}
+
 TEST(LooperLife, QuitRequestedDecides) {
     for (const bool answer : {false, true}) {
         auto* const looper = new TestLooper;
