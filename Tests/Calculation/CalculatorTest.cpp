@@ -7,7 +7,7 @@
 #include <optional>
 #include <random>
 
-#include "CollisionLooper.h"
+#include "BLooper.h"
 #include "Epoch.h"
 #include "InThreads.h"
 #include "TestSystem.h"
@@ -218,7 +218,7 @@ TEST(Calculator, RunLimitIsExactWhateverTheBatches) {
 TEST(Calculator, AFullPortDoesNotHoldUpAPause) {
     TestSystem system;
     AddThreeBodies(&system);
-    auto* const looper = new CollisionLooper;  // never runs: its port fills
+    auto* const looper = new BLooper("full");  // never runs: its port fills
     while (looper->PostMessage(FourCC("fill"), looper) == B_OK) {
     }
     {

@@ -3,12 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <future>
 #include <limits>
 #include <random>
 
 #include "Allocations.h"
+#include "BLooper.h"
 #include "Body.h"
-#include "CollisionLooper.h"
 #include "Epoch.h"
 #include "ScalarTaylor.h"
 #include "TaylorFixtures.h"
@@ -38,6 +39,26 @@ public:
 private:
     const Function read_;
     const std::unique_ptr<TaylorCalculator> calculator_;
+};
+
+// Stands for the window that a calculator posts its collisions to, once.
+class CollisionLooper final : public BLooper {
+public:
+    // The later and the earlier body of each.
+    using Pairs = std::vector<std::pair<int64, int64>>;
+
+    void MessageReceived(BMessage* message) override {
+        Pairs pairs;
+        int64 p, q;
+        for (int32 i = 0; message->FindInt64("p", i, &p) == B_OK; i++)
+            if (message->FindInt64("q", i, &q) == B_OK) pairs.emplace_back(p, q);
+        EXPECT_EQ(message->what, FourCC("clsn"));
+        pairs_.set_value(pairs);
+    }
+    Pairs WaitForCollisions() { return pairs_.get_future().get(); }
+
+private:
+    std::promise<Pairs> pairs_;
 };
 
 }  // namespace

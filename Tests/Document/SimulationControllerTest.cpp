@@ -95,9 +95,7 @@ TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
     EXPECT_LT(Length(root->Velocity()), 1e-9);
     EXPECT_TRUE(controller_.Undo());
     EXPECT_FALSE(controller_.Undo());
-    EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e12);
-    controller_.Redo();
-    EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e-3);
+    EXPECT_TRUE(before == Archive());
 }
 
 TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {

@@ -65,30 +65,21 @@ TEST(EpochPortal, CopiesShareObserversAndLockAndHaveTheirOwnNullObjects) {
     copy->RemoveObserver(&observer);
 }
 
-// Like an entry box with a pending value: commits it as a command of its own.
-class PendingEdit : public Observer {
-public:
-    explicit PendingEdit(const EpochPortal& portal) : portal_(portal) {}
-    void Changed(int32) override {}
-    bool CommitChanges() override {
-        auto* command =
-            new SetCompVectorCommand(&portal_, kVelocityQuantity, 0, 2, DimValue(1.0, 1.0));
-        (new LockingCommand(command, &portal_, true))->Execute();
-        return true;
-    }
-
-private:
-    EpochPortal portal_;
-};
-
 TEST(EpochPortal, ThreadsReadAndEditThroughTheirOwnCopies) {
     TestDocument document;
     constexpr int32 kRounds = 150;
     // The bodies 0 and 4 always stand at opposite x.
     document.Find(0)->SetPosition({8.0, 0.0, 0.0});
-    PendingEdit pending(document.portal);
-    document.portal.AddObserver(&pending);
     std::vector<EpochPortal> portals(5, document.portal);
+    // Like an entry box with a pending value: commits it as a command of its own.
+    TestObserver pending;
+    pending.onCommit = [portal = &portals[4]] {
+        auto* command =
+            new SetCompVectorCommand(portal, kVelocityQuantity, 0, 2, DimValue(1.0, 1.0));
+        (new LockingCommand(command, portal, true))->Execute();
+        return true;
+    };
+    document.portal.AddObserver(&pending);
     std::vector<std::thread> threads;
     for (int32 writer = 0; writer < 2; writer++) {
         threads.emplace_back([&portals, writer] {

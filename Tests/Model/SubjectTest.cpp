@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <thread>
 
@@ -36,17 +35,6 @@ TEST(ReadWriteLockDeathTest, NestingStopsTheProgram) {
     EXPECT_DEATH((lock.ReadLock(), lock.WriteLock()), "Attempted nested WriteLock\\(\\)\\.");
 }
 
-// Runs a function when asked to commit.
-class CommittingObserver : public Observer {
-public:
-    explicit CommittingObserver(std::function<bool()> commit) : commit_(std::move(commit)) {}
-    void Changed(int32) override {}
-    bool CommitChanges() override { return commit_(); }
-
-private:
-    std::function<bool()> commit_;
-};
-
 TEST(Subject, TellsEachObserverOnceWhileBroadcasting) {
     Subject subject;
     TestObserver a;
@@ -68,12 +56,12 @@ TEST(Subject, TellsEachObserverOnceWhileBroadcasting) {
 
 TEST(Subject, CommitAsksAllThatAreLeftAndNestedCommitIsRefused) {
     Subject subject;
-    TestObserver first, removed, last;
-    CommittingObserver nesting([&] {
+    TestObserver first, nesting, removed, last;
+    nesting.onCommit = [&] {
         subject.RemoveObserver(&removed);
         return subject.CommitChanges();
-    });
-    for (Observer* observer : std::initializer_list<Observer*>{&first, &nesting, &removed, &last})
+    };
+    for (TestObserver* observer : {&first, &nesting, &removed, &last})
         subject.AddObserver(observer);
     EXPECT_FALSE(subject.CommitChanges());
     first.answer = true;
@@ -89,13 +77,14 @@ TEST(Subject, RemovalWaitsForTheCommitThatRunsElsewhere) {
     std::atomic<bool> asked = false;
     std::atomic<bool> told = false;
     std::atomic<bool> answered = false;
-    auto observer = std::make_unique<CommittingObserver>([&] {
+    auto observer = std::make_unique<TestObserver>();
+    observer->onCommit = [&] {
         asked = true;
         asked.notify_all();
         told.wait(false);
         answered = true;
         return true;
-    });
+    };
     subject.AddObserver(observer.get());
     std::thread committer([&] { EXPECT_TRUE(subject.CommitChanges()); });
     asked.wait(false);

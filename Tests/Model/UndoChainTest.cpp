@@ -1,7 +1,6 @@
 // The undo chain, and the commands that run and bundle others.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -23,25 +22,6 @@ public:
 private:
     std::string* log_;
     std::string name_;
-};
-
-// Does something when its document asks for what is pending.
-class CommitHook : public Observer {
-public:
-    CommitHook(TestDocument* document, std::function<void()> onCommit)
-        : document_(document), onCommit_(std::move(onCommit)) {
-        document_->portal.AddObserver(this);
-    }
-    ~CommitHook() override { document_->portal.RemoveObserver(this); }
-    void Changed(int32) override {}
-    bool CommitChanges() override {
-        onCommit_();
-        return false;
-    }
-
-private:
-    TestDocument* const document_;
-    const std::function<void()> onCommit_;
 };
 
 std::string Taken(std::string* log) {
@@ -130,8 +110,13 @@ TEST(MacroCommand, UndoesInReverse) {
 
 TEST(LockingCommand, CommitsFirstAndFilesItselfOnce) {
     std::string log;
+    TestObserver observer;
     TestDocument document;
-    const CommitHook hook(&document, [&] { log += "commit "; });
+    document.portal.AddObserver(&observer);
+    observer.onCommit = [&log] {
+        log += "commit ";
+        return false;
+    };
     document.Run(new LoggedCommand(&log, 1));
     document.chain.Undo();
     document.chain.Redo();
@@ -155,9 +140,14 @@ TEST(LockingCommand, AOneShotDeletesItselfAndIsNotFiled) {
 // The edit that a redo commits first is new, and a new edit drops the redo history.
 TEST(LockingCommand, APendingEditComesBeforeTheCommandAndCancelsARedo) {
     std::string log;
-    TestDocument document;
     int pending = 2;
-    const CommitHook hook(&document, [&] { document.Run(new LoggedCommand(&log, pending)); });
+    TestObserver observer;
+    TestDocument document;
+    document.portal.AddObserver(&observer);
+    observer.onCommit = [&] {
+        document.Run(new LoggedCommand(&log, pending));
+        return true;
+    };
     document.Run(new LoggedCommand(&log, 1));
     EXPECT_EQ(Taken(&log), "+2 +1 ");
     document.chain.Undo();

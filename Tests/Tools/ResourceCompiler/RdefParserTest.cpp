@@ -43,12 +43,6 @@ protected:
         const void* const data = resources.LoadResource(found, 1, &size);
         return StringOf(data, size);
     }
-    BMessage Message(const std::string& value) const {
-        const std::string data = Data(value);
-        BMessage message;
-        EXPECT_EQ(message.Unflatten(data.data(), data.size()), B_OK);
-        return message;
-    }
     // What is wrong with the script, "LINE: REASON" in the script itself.
     std::string Fault(const std::string& script) const {
         ResourceWriter writer;
@@ -153,12 +147,14 @@ TEST_F(RdefTest, ResourcesHaveNumberNameAndType) {
 }
 
 TEST_F(RdefTest, RecordsHaveFieldsOfEveryKind) {
-    const BMessage message = Message(R"(message('what') {
+    const std::string data = Data(R"(message('what') {
         "text" = "t", int64 "n" = 1, int64 "n" = 2, float "f" = 3, "rect" = rect { 1, 2, 3, 4.5 },
         #'RGBB' "color" = rgb_color { 1, 2, 3, 4 }, raw "bytes" = $"00ff",
         "archive" = archive("image", 'ARCV') Thing { "a" = true },
         "nothing" = archive Empty { "" = $"" },
     })");
+    BMessage message;
+    ASSERT_EQ(message.Unflatten(data.data(), data.size()), B_OK);
     EXPECT_EQ(message.ToText(), R"(message 'what' {
     string "text" = "t"
     int64 "n"[0] = 1
