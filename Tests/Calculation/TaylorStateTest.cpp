@@ -103,6 +103,7 @@ TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
         const auto fresh = MakeCalculator(&system);
         fresh->Regenerate(&without);
         EXPECT_FALSE(ArchiveOf(*fresh).HasName("IDs"));
+        EXPECT_EQ(Iteration(ArchiveOf(*fresh)), 0);
         // Fewer identifiers than parts is a smaller system; all else is broken.
         fresh->Regenerate(&shorter);
         EXPECT_EQ(ArchiveOf(*fresh).HasName("IDs"), field == std::string("IDs"));

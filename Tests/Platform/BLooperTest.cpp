@@ -123,6 +123,7 @@ TEST(BLooper, DropsMessagesForHandlersThatLeft) {
     EXPECT_TRUE(looper->RemoveHandler(&removed));
     EXPECT_FALSE(looper->RemoveHandler(&removed));
     EXPECT_EQ(front.NextHandler(), looper) << "the chain closes behind the one that left";
+    EXPECT_EQ(looper->PreferredHandler(), nullptr);
     looper->SetPreferredHandler(&removed);
     EXPECT_EQ(looper->PreferredHandler(), nullptr) << "only a handler of this looper counts";
     deleted.reset();
