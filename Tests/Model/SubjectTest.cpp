@@ -4,6 +4,7 @@
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <vector>
 
 #include "Benaphore.h"
 #include "Subject.h"
@@ -26,6 +27,23 @@ TEST(Benaphore, AcquiringSeveralWaitsForTheShortfallOnly) {
     EXPECT_EQ(units, 0);
     EXPECT_EQ(acquire_ben(ben, 3), B_NO_ERROR);
     delete_ben(ben);
+}
+
+TEST(ReadWriteLock, ExcludesReadersAndWritersAlike) {
+    ReadWriteLock lock("test");
+    int32 balance = 0;
+    std::vector<std::jthread> threads;
+    for (const bool write : {true, false, false})
+        threads.emplace_back([&lock, &balance, write] {
+            for (int32 i = 0; i < 2000; i++) {
+                write ? lock.WriteLock() : lock.ReadLock();
+                balance++;
+                std::this_thread::yield();
+                EXPECT_EQ(balance, 1);
+                balance--;
+                write ? lock.WriteUnlock() : lock.ReadUnlock();
+            }
+        });
 }
 
 TEST(ReadWriteLockDeathTest, NestingStopsTheProgram) {
