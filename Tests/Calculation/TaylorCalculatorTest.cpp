@@ -3,12 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <future>
 #include <limits>
 #include <random>
 
 #include "Allocations.h"
+#include "BLooper.h"
 #include "Body.h"
-#include "CollisionLooper.h"
 #include "Epoch.h"
 #include "ScalarTaylor.h"
 #include "TaylorFixtures.h"
@@ -22,9 +23,9 @@ class ReadHook : public ReportConsumer {
 public:
     using Function = std::function<void(int32 count, const double* times)>;
 
-    ReadHook(TestSystem* system, Function read) : read_(std::move(read)) {
+    ReadHook(TestSystem* system, Function read)
+        : read_(std::move(read)), calculator_(MakeCalculator(system)) {
         system->consumers.push_back(this);
-        calculator_ = MakeCalculator(system);
         ReadOk();
     }
     TaylorCalculator* GetCalculator() { return calculator_.get(); }
@@ -37,7 +38,27 @@ public:
 
 private:
     const Function read_;
-    std::unique_ptr<TaylorCalculator> calculator_;
+    const std::unique_ptr<TaylorCalculator> calculator_;
+};
+
+// Stands for the window that a calculator posts its collisions to, once.
+class CollisionLooper final : public BLooper {
+public:
+    // The later and the earlier body of each.
+    using Pairs = std::vector<std::pair<int64, int64>>;
+
+    void MessageReceived(BMessage* message) override {
+        Pairs pairs;
+        int64 p, q;
+        for (int32 i = 0; message->FindInt64("p", i, &p) == B_OK; i++)
+            if (message->FindInt64("q", i, &q) == B_OK) pairs.emplace_back(p, q);
+        EXPECT_EQ(message->what, FourCC("clsn"));
+        pairs_.set_value(pairs);
+    }
+    Pairs WaitForCollisions() { return pairs_.get_future().get(); }
+
+private:
+    std::promise<Pairs> pairs_;
 };
 
 }  // namespace
@@ -58,9 +79,8 @@ TEST(TaylorCalculator, StepsAreThoseOfTheScalarReference) {
         EXPECT_EQ(system.GetEpoch()->Time(), reference.Time());
         EXPECT_GT(reference.CountPromotions(), order == 4 ? 3 : -1);
         for (size_t i = 0; i < planets.bodies.size(); i++) {
-            const PairWalk::Body& expected = reference.System().bodies[i];
-            const auto& [x, y, z] = expected.position;
-            const auto& [vx, vy, vz] = expected.velocity;
+            const auto& [x, y, z] = reference.System().bodies[i].position;
+            const auto& [vx, vy, vz] = reference.System().bodies[i].velocity;
             const Body* const body = system.Find(static_cast<int64>(i));
             ASSERT_TRUE(body->Position() == (ThreeVector{x, y, z})) << i;
             ASSERT_TRUE(body->Velocity() == (ThreeVector{vx, vy, vz})) << i;
@@ -167,20 +187,17 @@ TEST(TaylorCalculator, BodiesThatTouchStopTheRunBeforeTheStep) {
 }
 
 TEST(TaylorCalculator, WithoutAttractionBodiesMoveInStraightLines) {
-    TestSystem system;
+    TestSystem system, empty;
     const ThreeVector velocity = {3, -4, 0};
     Body* const body = system.Add(0, 0.0, {}, velocity);
     system.Add(1, 0.0, {}, {1, 1, 1});  // at the same place: massless bodies do not collide
-    const auto calculator = MakeCalculator(&system);
-    system.Run(calculator.get(), 7);
+    for (TestSystem* each : {&system, &empty}) {
+        each->Run(MakeCalculator(each).get(), 7);
+        EXPECT_GT(each->GetEpoch()->Time(), 1e40);
+    }
     const double time = system.GetEpoch()->Time();
-    EXPECT_GT(time, 1e40);
     EXPECT_LT(Length(body->Position() - time * velocity), 1e-14 * time);
     EXPECT_TRUE(body->Velocity() == velocity);
-
-    TestSystem empty;
-    empty.Run(MakeCalculator(&empty).get(), 7);
-    EXPECT_GT(empty.GetEpoch()->Time(), 1e40);
 }
 
 TEST(TaylorCalculator, TimeIsThatOfTheRunUnlessSomebodySetsIt) {
@@ -194,11 +211,10 @@ TEST(TaylorCalculator, TimeIsThatOfTheRunUnlessSomebodySetsIt) {
         system.Portal()->WriteUnlock();
     });
     system.Run(hook.GetCalculator(), 300);
-    const double h = all[0];
     // The steps are added up apart from the start, which is large and would round each of them.
     double elapsed = 0.0;
     for (size_t i = 200; i < 300; i++) {
-        elapsed += h;
+        elapsed += all[0];
         ASSERT_EQ(all[i], 5e9 + elapsed);
     }
 }
@@ -230,7 +246,6 @@ TEST(StepControl, EndsWithAnyRateAndCutoff) {
         for (int32 order : {2, 3, 4}) {
             StepControl control;
             control.Restart(cutoff, order);
-            EXPECT_EQ(control.Powers().h, 0.01);
             EXPECT_GT(control.PromotionInterval(), 0);
             for (double rate : {kNever, 1e-100, kNaN, 1e300, 1.0}) {
                 control.Adapt(rate);

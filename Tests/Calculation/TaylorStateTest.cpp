@@ -70,39 +70,21 @@ TEST(TaylorCalculator, AnEditedBodyRestartsAndTheOthersKeepTheirParts) {
 
 TEST(TaylorCalculator, ASavedStateContinuesBitForBit) {
     const PairWalk planets = Planets(6, 4);
-    TestSystem through(planets, 4, 1e-5), first(planets, 4, 1e-5);
+    TestSystem through(planets, 4, 1e-5), parted(planets, 4, 1e-5);
     const auto uninterrupted = MakeCalculator(&through);
     through.Run(uninterrupted.get(), 500);
-    BMessage state;
-    {
-        const auto calculator = MakeCalculator(&first);
-        first.Run(calculator.get(), 500);
-        state = ArchiveOf(*calculator);
-    }
-    // Through a file, to a new calculator.
-    std::vector<std::byte> bytes;
-    BMessage read;
-    ASSERT_EQ(state.Flatten(&bytes), B_OK);
-    ASSERT_EQ(read.Unflatten(bytes.data(), bytes.size()), B_OK);
-    EXPECT_TRUE(read == state);
-    TestSystem forgotten;
-    for (int64 i = 0; i < 6; i++) {
-        const Body* const body = first.Find(i);
-        forgotten.Add(i, body->M(), body->Position(), body->Velocity());
-    }
-    forgotten.GetEpoch()->SetCutoff(1e-5);
-    forgotten.Run(MakeCalculator(&forgotten).get(), 300);
-    const auto resumed = MakeCalculator(&first);
-    resumed->Regenerate(&read);
-    EXPECT_TRUE(ArchiveOf(*resumed) == state);
-    first.Run(resumed.get(), 300);
+    auto calculator = MakeCalculator(&parted);
+    parted.Run(calculator.get(), 500);
+    BMessage state = ArchiveOf(*calculator);
+    calculator = MakeCalculator(&parted);
+    calculator->Regenerate(&state);
+    EXPECT_TRUE(ArchiveOf(*calculator) == state);
+    parted.Run(calculator.get(), 300);
     through.Run(uninterrupted.get(), 300);
-    EXPECT_TRUE(ArchiveOf(*resumed) == ArchiveOf(*uninterrupted));
-    EXPECT_EQ(first.GetEpoch()->Time(), through.GetEpoch()->Time());
+    EXPECT_TRUE(ArchiveOf(*calculator) == ArchiveOf(*uninterrupted));
+    EXPECT_EQ(parted.GetEpoch()->Time(), through.GetEpoch()->Time());
     for (int64 i = 0; i < 6; i++)
-        EXPECT_TRUE(first.Find(i)->Position() == through.Find(i)->Position());
-    EXPECT_FALSE(forgotten.Find(3)->Position() == through.Find(3)->Position())
-        << "without the state the last digits differ";
+        EXPECT_TRUE(parted.Find(i)->Position() == through.Find(i)->Position());
 }
 
 TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
@@ -121,6 +103,7 @@ TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
         const auto fresh = MakeCalculator(&system);
         fresh->Regenerate(&without);
         EXPECT_FALSE(ArchiveOf(*fresh).HasName("IDs"));
+        EXPECT_EQ(Iteration(ArchiveOf(*fresh)), 0);
         // Fewer identifiers than parts is a smaller system; all else is broken.
         fresh->Regenerate(&shorter);
         EXPECT_EQ(ArchiveOf(*fresh).HasName("IDs"), field == std::string("IDs"));

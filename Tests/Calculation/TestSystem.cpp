@@ -108,7 +108,7 @@ void RecordingConsumer::ReadData(int32 count, double* times, double* positions,
     times_.insert(times_.end(), times, times + count);
     positions_.insert(positions_.end(), positions, positions + numbers);
     velocities_.insert(velocities_.end(), velocities, velocities + numbers);
-    batchSizes_.push_back(count);
+    read_++;
 }
 
 void RecordingConsumer::ReadOk() {

@@ -69,11 +69,10 @@ public:
     const std::vector<double>& Times() const { return times_; }
     const std::vector<double>& Positions() const { return positions_; }
     const std::vector<double>& Velocities() const { return velocities_; }
-    const std::vector<int32>& BatchSizes() const { return batchSizes_; }
     const std::vector<int32>& Preparations() const { return preparations_; }
     int32 CountDrawn() const { return drawn_; }
     // An empty batch counts as one.
-    int32 CountRead() const { return static_cast<int32>(batchSizes_.size()); }
+    int32 CountRead() const { return read_; }
     // False: as a display whose window has gone.
     void SetLockable(bool lockable) { lockable_ = lockable; }
 
@@ -87,7 +86,8 @@ private:
     const Calculator& calculator_;
     const bigtime_t drawTime_;
     std::vector<double> times_, positions_, velocities_;
-    std::vector<int32> batchSizes_, preparations_;
+    std::vector<int32> preparations_;
+    int32 read_ = 0;
     bool lockable_ = true;
     bool locked_ = false;
     std::atomic<bool> quit_{false};

@@ -19,7 +19,10 @@ constexpr rgb_color kGreen{0, 100, 40, 255};
 
 class CollisionMergerTest : public testing::Test {
 protected:
-    CollisionMergerTest() { portal_.SetEpochTo(epoch_); }
+    CollisionMergerTest() {
+        root_.AddChild(epoch_);
+        portal_.SetEpochTo(epoch_);
+    }
 
     Body* Add(const char* name, int64 id, double m, double x, double vx = 0.0) {
         auto* body = new Body(name, id, kRed, kRed, kOriginID);
@@ -54,11 +57,7 @@ protected:
 
     UndoChain chain_;
     Epoch root_;
-    Epoch* const epoch_ = [this] {
-        auto* epoch = new Epoch;
-        root_.AddChild(epoch);
-        return epoch;
-    }();
+    Epoch* const epoch_ = new Epoch;
     EpochPortal portal_{&chain_, &root_};
     BMessage message_{FourCC("clsn")};
 };

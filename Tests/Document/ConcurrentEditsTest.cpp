@@ -81,15 +81,16 @@ TEST_F(ConcurrentEdits, NothingIsLostAndNothingHangs) {
     EXPECT_EQ(document_.GetUndoChain()->ExecutedCount(), edits + runs);
 
     const std::string after = NamesInFocus();
-    while (document_.GetUndoChain()->CanUndo())
-        document_.GetUndoChain()->Undo();
+    UndoChain* const chain = document_.GetUndoChain();
+    while (chain->CanUndo())
+        chain->Undo();
     EXPECT_EQ(NamesInFocus(), before);
     EXPECT_EQ(document_.Root()->CountChildren(), 1);
     EXPECT_EQ(document_.Root()->ChildAt(0)->CountChildren(), 0);
     // Edits made while a run went on are redone in copies, since the run's epoch is a record now;
     // none is lost.
-    while (document_.GetUndoChain()->CanRedo())
-        document_.GetUndoChain()->Redo();
+    while (chain->CanRedo())
+        chain->Redo();
     EXPECT_EQ(NamesInFocus(), after);
 }
 

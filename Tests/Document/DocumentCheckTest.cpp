@@ -29,10 +29,9 @@ BMessage* State(int32 positionParts, int32 velocityParts, int32 steps) {
     auto* state = new BMessage(FourCC("ARCV"));
     for (int64 id : {0, 1})
         state->AddInt64("IDs", id);
-    for (int32 i = 0; i < positionParts; i++)
-        state->AddDouble("DelR", 1.0);
-    for (int32 i = 0; i < velocityParts; i++)
-        state->AddDouble("DelV", 1.0);
+    const std::vector<double> parts(100, 1.0);
+    state->AddDoubles("DelR", parts.data(), positionParts);
+    state->AddDoubles("DelV", parts.data(), velocityParts);
     state->AddInt32("Iter", steps);
     return state;
 }
@@ -41,11 +40,11 @@ TEST(DocumentCheck, NamesTheBodyWithANumberThatIsNone) {
     const std::pair<int32, std::function<void(MassSystem*)>> changes[] = {
         {kTextBadPosition,
          [](MassSystem* m) {
-             m->SetPosition({0, kNaN, 0});
+             m->SetPosition(ThreeVector{0, kNaN, 0});
          }},
         {kTextBadVelocity,
          [](MassSystem* m) {
-             m->SetVelocity({0, 0, -kInfinity});
+             m->SetVelocity(ThreeVector{0, 0, -kInfinity});
          }},
         {kTextBadMass, [](MassSystem* m) { m->SetM(kInfinity); }},
         {kTextBadRadius, [](MassSystem* m) { m->SetRadius(kNaN); }},

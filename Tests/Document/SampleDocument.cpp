@@ -4,22 +4,6 @@
 
 #include "ChangeFlags.h"
 
-namespace {
-
-void AppendOutline(AbEpoch* parent, std::string* text) {
-    for (int32 i = 0; i < parent->CountChildren(); i++) {
-        AbEpoch* epoch = parent->ChildAt(i);
-        if (i > 0) *text += ' ';
-        *text += epoch->Name();
-        if (epoch->CountChildren() == 0) continue;
-        *text += '(';
-        AppendOutline(epoch, text);
-        *text += ')';
-    }
-}
-
-}  // namespace
-
 std::unique_ptr<Body> MakeBody(const char* name, int64 id, double gm, ThreeVector position,
                                ThreeVector velocity) {
     auto body = std::make_unique<Body>(name, id, rgb_color{10, 20, 30, 255},
@@ -57,7 +41,11 @@ BMessage PlanetRecord() {
 
 std::string Outline(AbEpoch* root) {
     std::string text;
-    AppendOutline(root, &text);
+    for (int32 i = 0; i < root->CountChildren(); i++) {
+        AbEpoch* const epoch = root->ChildAt(i);
+        text += (i > 0 ? " " : "") + epoch->Name();
+        if (epoch->CountChildren() > 0) text += '(' + Outline(epoch) + ')';
+    }
     return text;
 }
 

@@ -95,9 +95,7 @@ TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
     EXPECT_LT(Length(root->Velocity()), 1e-9);
     EXPECT_TRUE(controller_.Undo());
     EXPECT_FALSE(controller_.Undo());
-    EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e12);
-    controller_.Redo();
-    EXPECT_LT(Length(Focus()->RootSystem()->Position()), 1e-3);
+    EXPECT_TRUE(before == Archive());
 }
 
 TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
@@ -116,7 +114,7 @@ TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {
     const rgb_color sky{8, 8, 16, 255};
     std::vector<rgb_color> inUse;
     for (int32 i = 0; i < 6; i++) {
-        const rgb_color color = BodyColors::Next(i, inUse);
+        const rgb_color color = BodyColors::Next(0, inUse);
         EXPECT_GT(BodyColors::Distance(color, sky), 250.0);
         for (const rgb_color used : inUse)
             EXPECT_GE(BodyColors::Distance(color, used), 120.0);

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "DimValue.h"
@@ -26,8 +27,6 @@ TEST(EpochPortal, KeepsTheSameBodyInFocusAcrossEpochs) {
     portal.SetSystemFromID(0);
     portal.SetEpochTo(copy.get());
     EXPECT_EQ(portal.FocusSystem()->ID(), 1);
-    portal.SetSystemFromID(kOriginID);
-    EXPECT_EQ(portal.FocusSystem()->ID(), kNoSystemID);
     portal.SetEpochTo(nullptr);
     EXPECT_EQ(portal.FocusSystem()->ID(), kNoSystemID);
     EXPECT_TRUE(std::isnan(portal.FocusEpoch()->Time()));
@@ -39,14 +38,14 @@ TEST(EpochPortal, OrdersSystemsByIdentifierAndBodiesByMass) {
     document.Find(1)->AddChild(NewBody("Twin", 7, 3.0, {}));
     document.Find(kRootSystemID)->AddChild(NewBody("NaN", 5, NAN, {}));
     document.Find(kRootSystemID)->AddChild(NewBody("Massless", 6, 0.0, {}));
-    std::vector<int64> systems;
-    for (const MassSystem* system : document.portal.SystemsInIDOrder())
-        systems.push_back(system->ID());
-    EXPECT_EQ(systems, (std::vector<int64>{0, 1, 2, 3, 4, 5, 6, 7}));
-    std::vector<int64> bodies;
-    for (const Body* body : document.portal.BodiesInMassOrder())
-        bodies.push_back(body->ID());
-    EXPECT_EQ(bodies, (std::vector<int64>{0, 3, 7, 2, 4, 6, 5}));
+    const auto idsOf = [](const auto& systems) {
+        std::string ids;
+        for (const MassSystem* system : systems)
+            ids += std::to_string(system->ID());
+        return ids;
+    };
+    EXPECT_EQ(idsOf(document.portal.SystemsInIDOrder()), "01234567");
+    EXPECT_EQ(idsOf(document.portal.BodiesInMassOrder()), "0372465");
 }
 
 TEST(EpochPortal, CopiesShareObserversAndLockAndHaveTheirOwnNullObjects) {
@@ -66,30 +65,21 @@ TEST(EpochPortal, CopiesShareObserversAndLockAndHaveTheirOwnNullObjects) {
     copy->RemoveObserver(&observer);
 }
 
-// Like an entry box with a pending value: commits it as a command of its own.
-class PendingEdit : public Observer {
-public:
-    explicit PendingEdit(const EpochPortal& portal) : portal_(portal) {}
-    void Changed(int32) override {}
-    bool CommitChanges() override {
-        auto* command =
-            new SetCompVectorCommand(&portal_, kVelocityQuantity, 0, 2, DimValue(1.0, 1.0));
-        (new LockingCommand(command, &portal_, true))->Execute();
-        return true;
-    }
-
-private:
-    EpochPortal portal_;
-};
-
 TEST(EpochPortal, ThreadsReadAndEditThroughTheirOwnCopies) {
     TestDocument document;
     constexpr int32 kRounds = 150;
     // The bodies 0 and 4 always stand at opposite x.
     document.Find(0)->SetPosition({8.0, 0.0, 0.0});
-    PendingEdit pending(document.portal);
-    document.portal.AddObserver(&pending);
     std::vector<EpochPortal> portals(5, document.portal);
+    // Like an entry box with a pending value: commits it as a command of its own.
+    TestObserver pending;
+    pending.onCommit = [portal = &portals[4]] {
+        auto* command =
+            new SetCompVectorCommand(portal, kVelocityQuantity, 0, 2, DimValue(1.0, 1.0));
+        (new LockingCommand(command, portal, true))->Execute();
+        return true;
+    };
+    document.portal.AddObserver(&pending);
     std::vector<std::thread> threads;
     for (int32 writer = 0; writer < 2; writer++) {
         threads.emplace_back([&portals, writer] {

@@ -11,26 +11,22 @@
 #include "UnitTable.h"
 
 TEST(QuantityText, HasNoExponentWhereNoneIsNeeded) {
-    struct Case {
-        double value;
-        const char* text;
-    };
-    constexpr Case kCases[] = {{0.0, "0"},
-                               {-0.0, "0"},
-                               {1.0, "1"},
-                               {-12.5, "-12.5"},
-                               {0.00012, "0.00012"},
-                               {0.0000012, "1.2e-6"},
-                               {149597870660.0, "1.495978707e11"},
-                               {149597870000.0, "149597870000"},
-                               {1e14, "100000000000000"},
-                               {1e15, "1e15"},
-                               {1.0 / 3.0, "0.3333333333"},
-                               {99999.999999999, "100000"},
-                               {-2.5e-300, "-2.5e-300"},
-                               {std::numeric_limits<double>::infinity(), "inf"}};
-    for (const Case& number : kCases)
-        EXPECT_EQ(print_double(number.value), number.text);
+    const std::pair<double, const char*> cases[] = {
+        {0.0, "0"},
+        {-0.0, "0"},
+        {-12.5, "-12.5"},
+        {0.00012, "0.00012"},
+        {0.0000012, "1.2e-6"},
+        {149597870660.0, "1.495978707e11"},
+        {149597870000.0, "149597870000"},
+        {1e14, "100000000000000"},
+        {1e15, "1e15"},
+        {1.0 / 3.0, "0.3333333333"},
+        {99999.999999999, "100000"},
+        {-2.5e-300, "-2.5e-300"},
+        {std::numeric_limits<double>::infinity(), "inf"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(print_double(value), text);
     EXPECT_EQ(print_double(std::nan("")), "");
     EXPECT_EQ(print_double(1.0 / 3.0, 3), "0.333");
     EXPECT_EQ(QuantityText(149597870660.0, 1.0), "149597870660");

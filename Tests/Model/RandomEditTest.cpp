@@ -1,8 +1,9 @@
 // A thousand random edits, undone to the start and redone to the end: at every depth of the history
-// the whole tree must have the bytes it had there before.
+// the whole tree must have the bytes it had there before. And no edit touches a record.
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -13,6 +14,8 @@
 #include "DeleteEpochCommand.h"
 #include "DeleteSystemCommand.h"
 #include "DimValue.h"
+#include "DissolveSystemCommand.h"
+#include "GroupSystemsCommand.h"
 #include "MacroCommand.h"
 #include "NewEpochCommand.h"
 #include "NewSystemCommand.h"
@@ -26,79 +29,76 @@
 
 namespace {
 
-constexpr int64 kPairID = 1;
 constexpr std::size_t kMaxEpochs = 12;
 
 class RandomEditor {
 public:
-    RandomEditor(TestDocument* document, uint32 seed) : document_(document), random_(seed) {}
+    // With groups: systems are grouped and groups dissolved, too.
+    RandomEditor(TestDocument* document, uint32 seed, bool groups)
+        : document_(document), random_(seed), groups_(groups) {}
 
     std::unique_ptr<LCommand> NextCommand() {
         EpochPortal* portal = &document_->portal;
         AbEpoch* focus = portal->FocusEpoch();
         if (document_->Epochs().size() > kMaxEpochs)
             return std::make_unique<DeleteEpochCommand>(portal, AnyEpoch());
-        switch (Number(0, 19)) {
+        switch (Number(0, groups_ ? 15 : 13)) {
             case 0:
-            case 1:
-                return std::make_unique<SetCompVectorCommand>(portal, Quantity(), MovableID(),
+                return std::make_unique<SetCompVectorCommand>(portal, Quantity(), AnyID(),
                                                               Number(0, 2), Value());
-            case 2:
-            case 3:
+            case 1:
                 return std::make_unique<SetCompVectorCommand>(
-                    portal, Quantity(), MovableID(),
+                    portal, Quantity(), AnyID(),
                     DimVector(Number(-99, 99), Number(-99, 99), Number(-99, 99), 2.0));
+            case 2:
+                return OfSystem<double>(AnyID(), &MassSystem::M, &MassSystem::SetM, Number(-9, 99));
+            case 3:
+                return OfSystem<int64>(AnyID(), &MassSystem::RelativeTo, &MassSystem::SetRelativeTo,
+                                       AnyID());
             case 4:
-                return OfSystem<double>(LooseBodyID(), &MassSystem::M, &MassSystem::SetM,
-                                        Number(-9, 99));
-            case 5:
-                return OfSystem<std::string>(AnyID(), &MassSystem::Name, &MassSystem::SetName,
-                                             std::to_string(random_()));
-            case 6:
-                return OfSystem<int64>(LooseBodyID(), &MassSystem::RelativeTo,
-                                       &MassSystem::SetRelativeTo, AnyID());
-            case 7:
                 return OfEpoch<double>(&AbEpoch::Time, &AbEpoch::SetTime, Number(-99, 99));
-            case 8:
-            case 9: {
+            case 5:
+            case 6: {
                 const int64 id = document_->root.MaxSystemID() + 1;
-                const int64 parent = Number(0, 3) == 0 ? LooseID() : kRootSystemID;
+                const int64 parent = Number(0, 3) == 0 ? AnyID() : kRootSystemID;
                 MassSystem* system = Number(0, 4) == 0
                                          ? static_cast<MassSystem*>(NewComposite("Group", id))
                                          : NewBody("Body", id, Number(0, 9), {1.0 / 3.0, 0.1, 7.0});
                 return std::make_unique<NewSystemCommand>(portal, system, parent);
             }
-            case 10:
-            case 11:
-                return std::make_unique<DeleteSystemCommand>(portal, LooseID(), AnyID());
-            case 12:
-                return std::make_unique<SetSystemToCommand>(portal, AnyID());
-            case 13:
+            case 7:
+                return std::make_unique<DeleteSystemCommand>(portal, AnyID(), AnyID());
+            case 8:
                 return std::make_unique<NewEpochCommand>(portal);
-            case 14:
+            case 9:
                 return std::make_unique<DeleteEpochCommand>(portal, AnyEpoch());
-            case 15: {
-                AbEpoch* target = AnyEpoch();
-                if (target == &document_->root) break;
-                return std::make_unique<SetEpochToCommand>(portal, target);
-            }
-            case 16:
+            case 10:
+                if (AbEpoch* target = AnyEpoch(); target != &document_->root)
+                    return std::make_unique<SetEpochToCommand>(portal, target);
+                break;
+            case 11:
                 // Undoing the renaming of an inherited name makes it the epoch's own, by design.
                 if (focus->NameFromParent())
                     return OfEpoch<bool>(&AbEpoch::NameFromParent, &AbEpoch::SetNameFromParent,
                                          false);
                 return std::make_unique<SetEpochNameCommand>(portal, std::to_string(random_()));
-            case 17: {
+            case 12: {
                 const int32 old = document_->calculator.segmentLength;
                 return std::make_unique<SetCalcIntCommand>(
                     &document_->calculator, &AbCalculator::SetSegmentLength, Number(1, 99), old);
             }
+            case 14:
+                return std::make_unique<GroupSystemsCommand>(
+                    portal, std::vector<int64>{AnyID(), AnyID()}, "Group",
+                    document_->root.MaxSystemID() + 1);
+            case 15:
+                return std::make_unique<DissolveSystemCommand>(portal, AnyID());
             default:
                 break;
         }
         auto macro = std::make_unique<MacroCommand>(2);
-        macro->AddCommand(OfSystem<bool>(AnyID(), &MassSystem::TrailOn, &MassSystem::SetTrailOn,
-                                         Number(0, 1) == 1));
+        macro->AddCommand(OfSystem<std::string>(AnyID(), &MassSystem::Name, &MassSystem::SetName,
+                                                std::to_string(random_())));
         macro->AddCommand(std::make_unique<SetSystemToCommand>(portal, AnyID()));
         return macro;
     }
@@ -112,24 +112,11 @@ private:
         return Number(0, 1) == 0 ? kPositionQuantity : kVelocityQuantity;
     }
 
-    int64 IDWhere(const std::function<bool(const MassSystem*)>& wanted) {
-        std::vector<int64> ids{12345};  // one that no system has
-        for (const MassSystem* system : document_->portal.SystemsInIDOrder()) {
-            if (wanted(system)) ids.push_back(system->ID());
-        }
-        return ids[static_cast<std::size_t>(Number(0, static_cast<int32>(ids.size()) - 1))];
-    }
-    // The pair's own bodies stay as they are, so that it moves without rounding.
-    static bool IsLoose(const MassSystem* s) { return s->ID() == 0 || s->ID() > 3; }
     int64 AnyID() {
-        return IDWhere([](const MassSystem*) { return true; });
+        const auto systems = document_->portal.SystemsInIDOrder();
+        const auto place = static_cast<std::size_t>(Number(0, static_cast<int32>(systems.size())));
+        return place < systems.size() ? systems[place]->ID() : 12345;  // one that no system has
     }
-    int64 LooseID() { return IDWhere(IsLoose); }
-    int64 LooseBodyID() {
-        return IDWhere(
-            [](const MassSystem* s) { return IsLoose(s) && dynamic_cast<const Body*>(s); });
-    }
-    int64 MovableID() { return Number(0, 3) == 0 ? kPairID : LooseBodyID(); }
     AbEpoch* AnyEpoch() {
         const auto epochs = document_->Epochs();
         return epochs[static_cast<std::size_t>(Number(0, static_cast<int32>(epochs.size()) - 1))];
@@ -150,7 +137,27 @@ private:
 
     TestDocument* document_;
     std::mt19937 random_;
+    const bool groups_;
 };
+
+// The systems of every epoch that is a record.
+std::map<const AbEpoch*, std::string> Records(const TestDocument& document) {
+    std::map<const AbEpoch*, std::string> records;
+    for (const AbEpoch* epoch : document.Epochs())
+        if (!epoch->Writeable()) records[epoch] = DeepArchive(*epoch->RootSystem());
+    return records;
+}
+
+// Does something that must leave all records as they are.
+template <typename Step>
+void LeavingRecords(const TestDocument& document, Step step) {
+    const auto before = Records(document);
+    step();
+    for (const auto& [epoch, systems] : Records(document))
+        if (const auto was = before.find(epoch); was != before.end()) {
+            ASSERT_TRUE(was->second == systems) << epoch->Name() << " was touched";
+        }
+}
 
 class RandomEdit : public testing::TestWithParam<uint32> {};
 
@@ -158,14 +165,14 @@ TEST_P(RandomEdit, UndoAndRedoVisitTheSameStates) {
     constexpr int32 kEdits = 1000;
     TestDocument document;
     document.chain.SetMaxUndoLevel(kEdits);
-    RandomEditor editor(&document, GetParam());
+    RandomEditor editor(&document, GetParam(), true);
     const auto state = [&] {
         return std::hash<std::string>{}(document.Snapshot() +
                                         std::to_string(document.calculator.segmentLength));
     };
     std::vector<std::size_t> states{state()};
     for (int32 i = 0; i < kEdits; i++) {
-        document.Run(editor.NextCommand().release());
+        LeavingRecords(document, [&] { document.Run(editor.NextCommand().release()); });
         states.push_back(state());
     }
     EXPECT_GT(document.Epochs().size(), 5u);
@@ -188,30 +195,35 @@ TEST_P(RandomEdit, HistoryStaysSoundWhenEpochsBecomeRecords) {
     constexpr int32 kEdits = 300;
     TestDocument document;
     document.chain.SetMaxUndoLevel(kEdits);
-    RandomEditor editor(&document, GetParam());
+    RandomEditor editor(&document, GetParam(), false);
     std::mt19937 random(GetParam());
-    const auto walk = [&](void (UndoChain::*step)(), bool (UndoChain::*can)(), std::size_t most) {
-        for (; most > 0 && (document.chain.*can)(); most--) {
-            (document.chain.*step)();
+    const auto undo = [&](std::size_t most) {
+        for (; most > 0 && document.chain.CanUndo(); most--) {
+            document.chain.Undo();
             ASSERT_TRUE(document.portal.HasEpoch(document.portal.FocusEpoch()));
         }
     };
-    constexpr std::size_t kAll = kEdits;
+    const auto redo = [&](std::size_t most) {
+        for (; most > 0 && document.chain.CanRedo(); most--) {
+            LeavingRecords(document, [&] { document.chain.Redo(); });
+            ASSERT_TRUE(document.portal.HasEpoch(document.portal.FocusEpoch()));
+        }
+    };
     for (int32 i = 0; i < kEdits; i++) {
         document.Run(editor.NextCommand().release());
         if (random() % 4 != 0) continue;
         document.portal.FocusEpoch()->SetWriteable(false);
-        walk(&UndoChain::Undo, &UndoChain::CanUndo, random() % 20);
+        undo(random() % 20);
         if (random() % 2 == 0) document.portal.FocusEpoch()->SetWriteable(false);
-        walk(&UndoChain::Redo, &UndoChain::CanRedo, random() % 20);
+        redo(random() % 20);
     }
-    walk(&UndoChain::Undo, &UndoChain::CanUndo, kAll);
+    undo(kEdits);
     const std::string start = document.Snapshot();
-    walk(&UndoChain::Redo, &UndoChain::CanRedo, kAll);
+    redo(kEdits);
     const std::string end = document.Snapshot();
-    walk(&UndoChain::Undo, &UndoChain::CanUndo, kAll);
+    undo(kEdits);
     EXPECT_EQ(document.Snapshot(), start);
-    walk(&UndoChain::Redo, &UndoChain::CanRedo, kAll);
+    redo(kEdits);
     EXPECT_EQ(document.Snapshot(), end);
 }
 

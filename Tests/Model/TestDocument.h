@@ -3,7 +3,7 @@
 // All numbers are sums of few powers of two, so that edits of groups undo to the same bits.
 #pragma once
 
-#include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,7 +27,7 @@ public:
     int32 updatesPerSecond = 80;
 };
 
-// Counts what it is told.
+// Counts what it is told and asked. Does something when asked to commit, if it shall.
 class TestObserver : public Observer {
 public:
     void Changed(int32 what) override {
@@ -37,7 +37,7 @@ public:
     }
     bool CommitChanges() override {
         commits++;
-        return answer;
+        return onCommit ? onCommit() : answer;
     }
 
     int calls = 0;
@@ -45,6 +45,7 @@ public:
     int32 all = 0;
     int commits = 0;
     bool answer = false;
+    std::function<bool()> onCommit;
 };
 
 struct TestDocument {

@@ -5,12 +5,12 @@
 
 #include <map>
 #include <memory>
-#include <thread>
 #include <vector>
 
 #include "AppDefs.h"
 #include "BMessage.h"
 #include "BMessenger.h"
+#include "InThreads.h"
 #include "TestLooper.h"
 
 namespace {
@@ -32,27 +32,21 @@ public:
 // --- Messages ---
 
 TEST(BLooper, KeepsTheOrderOfEverySender) {
-    constexpr uint32 kSenders = 4;
+    constexpr int kSenders = 4;
     constexpr uint32 kMessages = 500;
     auto* const looper = new TestLooper(8);
     const auto log = looper->Log();
     const BMessenger target(looper);
     looper->Run();
-    std::vector<std::thread> senders;
-    for (uint32 sender = 0; sender < kSenders; sender++) {
-        senders.emplace_back([&target, sender] {
-            for (uint32 i = 0; i < kMessages; i++)
-                EXPECT_EQ(target.SendMessage(sender << 16 | i), B_OK);
-        });
-    }
-    for (std::thread& sender : senders)
-        sender.join();
+    InThreads(kSenders, [&target](int sender) {
+        for (uint32 i = 0; i < kMessages; i++)
+            EXPECT_EQ(target.SendMessage(static_cast<uint32>(sender) << 16 | i), B_OK);
+    });
     QuitFromHere(looper);
     std::map<uint32, uint32> next;
     for (const uint32 what : log->Whats())
         EXPECT_EQ(what & 0xFFFF, next[what >> 16]++);
-    for (uint32 sender = 0; sender < kSenders; sender++)
-        EXPECT_EQ(next[sender], kMessages);
+    EXPECT_EQ(log->Whats().size(), kSenders * kMessages);
 }
 
 TEST(BLooper, FullPortRefusesMessages) {
@@ -129,6 +123,7 @@ TEST(BLooper, DropsMessagesForHandlersThatLeft) {
     EXPECT_TRUE(looper->RemoveHandler(&removed));
     EXPECT_FALSE(looper->RemoveHandler(&removed));
     EXPECT_EQ(front.NextHandler(), looper) << "the chain closes behind the one that left";
+    EXPECT_EQ(looper->PreferredHandler(), nullptr);
     looper->SetPreferredHandler(&removed);
     EXPECT_EQ(looper->PreferredHandler(), nullptr) << "only a handler of this looper counts";
     deleted.reset();
@@ -142,24 +137,19 @@ TEST(BLooper, DropsMessagesForHandlersThatLeft) {
 TEST(BLooper, HandlersComeAndGoWhileItRuns) {
     auto* const looper = new TestLooper;
     looper->Run();
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; i++) {
-        threads.emplace_back([looper] {
-            for (int round = 0; round < 200; round++) {
-                LoggingHandler handler;
-                ASSERT_TRUE(looper->Lock());
-                looper->AddHandler(&handler);
-                looper->Unlock();
-                if (looper->PostMessage(kWork, &handler) != B_OK) continue;
-                if (round % 2 == 0) handler.log.AwaitCount(1);
-                // The destructor must not overlap with a call of MessageReceived.
-                ASSERT_TRUE(handler.LockLooper());
-                looper->RemoveHandler(&handler);
-                looper->Unlock();
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    InThreads(3, [looper](int) {
+        for (int round = 0; round < 200; round++) {
+            LoggingHandler handler;
+            ASSERT_TRUE(looper->Lock());
+            looper->AddHandler(&handler);
+            looper->Unlock();
+            if (looper->PostMessage(kWork, &handler) != B_OK) continue;
+            if (round % 2 == 0) handler.log.AwaitCount(1);
+            // The destructor must not overlap with a call of MessageReceived.
+            ASSERT_TRUE(handler.LockLooper());
+            looper->RemoveHandler(&handler);
+            looper->Unlock();
+        }
+    });
     QuitFromHere(looper);
 }

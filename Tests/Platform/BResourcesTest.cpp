@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 #include "BFile.h"
@@ -55,17 +54,6 @@ status_t StatusOf(Bytes file) {
     return status;
 }
 
-template <typename Number>
-Number NumberAt(const BResources& resources, type_code type, int32 id, std::size_t at) {
-    std::size_t size = 0;
-    const auto* const data = static_cast<const std::byte*>(resources.LoadResource(type, id, &size));
-    if (data == nullptr || size < at + sizeof(Number)) {
-        ADD_FAILURE() << "no such number";
-        return {};
-    }
-    return LoadNumber<Number>(data + at, false);
-}
-
 TEST(BResourcesTest, FindsByNumberAndByName) {
     BResources resources;
     ASSERT_EQ(resources.SetTo(kSample.c_str()), B_OK);
@@ -75,11 +63,10 @@ TEST(BResourcesTest, FindsByNumberAndByName) {
                  "hello");
     EXPECT_EQ(size, 6u);
     EXPECT_EQ(resources.LoadString(7), "bye");
-    const void* const opening = resources.LoadResource(B_MESSAGE_TYPE, 101, &size);
+    const auto* const opening =
+        static_cast<const std::byte*>(resources.LoadResource(B_MESSAGE_TYPE, 101, &size));
     ASSERT_NE(opening, nullptr);
-    const Bytes expected = ReadVector("archive-le.bin");
-    ASSERT_EQ(size, expected.size());
-    EXPECT_EQ(std::memcmp(opening, expected.data(), size), 0);
+    EXPECT_EQ(Bytes(opening, opening + size), ReadVector("archive-le.bin"));
     EXPECT_EQ(resources.LoadResource(B_STRING_TYPE, 101, &size), nullptr);
     EXPECT_EQ(resources.LoadResource(B_MESSAGE_TYPE, "greeting", &size), nullptr);
 
@@ -91,36 +78,36 @@ TEST(BResourcesTest, FindsByNumberAndByName) {
     EXPECT_EQ(id, 7);
     EXPECT_STREQ(name, "");
     EXPECT_EQ(size, 4u);
-    EXPECT_FALSE(resources.GetResourceInfo(4, &type, &id, &name, &size));
-    EXPECT_FALSE(resources.GetResourceInfo(-1, &type, &id, &name, &size));
+    for (const int32 none : {-1, 4})
+        EXPECT_FALSE(resources.GetResourceInfo(none, &type, &id, &name, &size));
 }
 
 // Numbers come out in this machine's order from files of both.
 TEST(BResourcesTest, TurnsNumbersRoundByType) {
-    constexpr type_code kVersion = FourCC("APPV");
-    constexpr type_code kUnknown = FourCC("kwzx");
-    for (const bool bigEndian : {false, true}) {
-        SCOPED_TRACE(bigEndian ? "big-endian" : "little-endian");
-        ResourceWriter writer;
+    const auto items = [](bool bigEndian) {
         Bytes version = Numbers<uint32>({1, 2, 3, 4, 5}, bigEndian);
         const Bytes text = BytesOf("short text");
         version.insert(version.end(), text.begin(), text.end());
-        ASSERT_TRUE(writer.Add(kVersion, 1, "version", version));
-        ASSERT_TRUE(writer.Add(B_INT32_TYPE, -5, "", Numbers<int32>({7, -8}, bigEndian)));
-        ASSERT_TRUE(writer.Add(B_RECT_TYPE, 1, "", Numbers<float>({1, 2, 3, 4}, bigEndian)));
-        ASSERT_TRUE(writer.Add(B_DOUBLE_TYPE, 1, "", Numbers<double>({0.1}, bigEndian)));
-        ASSERT_TRUE(writer.Add(kUnknown, 0, "", BytesOf("KWZXNB00")));
+        return std::vector<std::pair<type_code, Bytes>>{
+            {FourCC("APPV"), version},
+            {B_INT32_TYPE, Numbers<int32>({7, -8}, bigEndian)},
+            {B_RECT_TYPE, Numbers<float>({1, 2, 3, 4}, bigEndian)},
+            {B_DOUBLE_TYPE, Numbers<double>({0.1}, bigEndian)},
+            {FourCC("kwzx"), BytesOf("KWZXNB00")}};
+    };
+    for (const auto order :
+         {ResourceWriter::ByteOrder::kBigEndian, ResourceWriter::ByteOrder::kLittleEndian}) {
+        ResourceWriter writer;
+        for (const auto& [type, data] : items(order == ResourceWriter::ByteOrder::kBigEndian))
+            ASSERT_TRUE(writer.Add(type, -5, "", data));
         BResources resources;
-        ASSERT_EQ(
-            resources.SetTo(writer.File(bigEndian ? ResourceWriter::ByteOrder::kBigEndian
-                                                  : ResourceWriter::ByteOrder::kLittleEndian)),
-            B_OK);
-        EXPECT_EQ(NumberAt<uint32>(resources, kVersion, 1, 16), 5u);
-        EXPECT_EQ(NumberAt<char>(resources, kVersion, 1, 20), 's');
-        EXPECT_EQ(NumberAt<int32>(resources, B_INT32_TYPE, -5, 4), -8);
-        EXPECT_EQ(NumberAt<float>(resources, B_RECT_TYPE, 1, 12), 4.0f);
-        EXPECT_EQ(NumberAt<double>(resources, B_DOUBLE_TYPE, 1, 0), 0.1);
-        EXPECT_EQ(NumberAt<char>(resources, kUnknown, 0, 7), '0');
+        ASSERT_EQ(resources.SetTo(writer.File(order)), B_OK);
+        for (const auto& [type, expected] : items(kHostIsBigEndian)) {
+            std::size_t size = 0;
+            const auto* const data =
+                static_cast<const std::byte*>(resources.LoadResource(type, -5, &size));
+            EXPECT_EQ(Bytes(data, data + size), expected) << type;
+        }
     }
 }
 
@@ -169,10 +156,7 @@ TEST(BResourcesTest, RefusesCutFiles) {
 }
 
 TEST(BResourcesTest, RefusesDamagedBlocks) {
-    struct Change {
-        std::size_t offset;
-        uint32 word;
-    };
+    using Change = std::pair<std::size_t, uint32>;
     const Change kInBlock[] = {
         {0, 0x444F1001},        // the magic
         {kCountOffset, 10001},  // more than there may be
@@ -243,16 +227,12 @@ TEST(BResourcesTest, SurvivesAnyChangedByte) {
 TEST(BResourcesTest, RefusesDamagedPrograms) {
     TestFolder folder;
     std::string copy(100000, '\0');
-    {
-        BFile self("/proc/self/exe", B_READ_ONLY);
-        ASSERT_EQ(self.ReadAt(0, copy.data(), copy.size()), static_cast<ssize_t>(copy.size()));
-    }
+    BFile self("/proc/self/exe", B_READ_ONLY);
+    ASSERT_EQ(self.ReadAt(0, copy.data(), copy.size()), static_cast<ssize_t>(copy.size()));
     BResources resources;
     // The table of sections, at the end of the file, is gone.
     EXPECT_EQ(resources.SetTo(folder.Write("cut", copy).c_str()), B_BAD_DATA);
     EXPECT_EQ(resources.SetTo(folder.Write("head", copy.substr(0, 20)).c_str()), B_IO_ERROR);
-    copy[4] = 7;  // neither 32 nor 64 bits
-    EXPECT_EQ(resources.SetTo(folder.Write("other", copy).c_str()), B_IO_ERROR);
 }
 
 }  // namespace

@@ -12,10 +12,7 @@ namespace {
 
 // For the rest of the program, whose other tests ask for none of these.
 void Set(const char* variable, const char* value) {
-    if (value == nullptr)
-        unsetenv(variable);
-    else
-        setenv(variable, value, 1);
+    value == nullptr ? unsetenv(variable) : setenv(variable, value, 1);
 }
 
 std::string Find(directory_which which) {
@@ -34,9 +31,8 @@ TEST(FindDirectoryTest, ComesFromTheEnvironment) {
     EXPECT_EQ(Find(B_COMMON_SETTINGS_DIRECTORY), "/first");
     // A relative path or an empty one counts as none.
     for (const char* none : {static_cast<const char*>(nullptr), "relative", ""}) {
-        Set("XDG_CONFIG_HOME", none);
-        Set("XDG_STATE_HOME", none);
-        Set("XDG_CONFIG_DIRS", none);
+        for (const char* variable : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CONFIG_DIRS"})
+            Set(variable, none);
         EXPECT_EQ(Find(B_USER_SETTINGS_DIRECTORY), "/users/somebody/.config");
         EXPECT_EQ(Find(B_USER_STATE_DIRECTORY), "/users/somebody/.local/state");
         EXPECT_EQ(Find(B_COMMON_SETTINGS_DIRECTORY), "/etc/xdg");
@@ -47,13 +43,14 @@ TEST(FindDirectoryTest, ComesFromTheEnvironment) {
 
 TEST(FindDirectoryTest, MakesItForItsOwnerOnly) {
     const TestFolder folder;
-    Set("XDG_CONFIG_HOME", folder.Path("a/config").c_str());
+    const std::string wanted = folder.Path("a/config");
+    Set("XDG_CONFIG_HOME", wanted.c_str());
     BPath path;
     struct stat info {};
     ASSERT_EQ(find_directory(B_USER_SETTINGS_DIRECTORY, &path), B_OK);
-    EXPECT_NE(stat(path.Path(), &info), 0);
+    EXPECT_NE(stat(wanted.c_str(), &info), 0);
     ASSERT_EQ(find_directory(B_USER_SETTINGS_DIRECTORY, &path, true), B_OK);
-    ASSERT_EQ(stat(path.Path(), &info), 0);
+    ASSERT_EQ(stat(wanted.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777, 0700u);
 }
 

@@ -2,26 +2,50 @@
 // a few things on request.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <semaphore>
 #include <vector>
 
+#include "AppDefs.h"
 #include "BLooper.h"
 #include "BMessage.h"
 
 // What happened, for any thread to look at.
 class LooperLog {
 public:
-    void Add(uint32 what);
-    void SetDeleted();
+    void Add(uint32 what) {
+        std::lock_guard lock(mutex_);
+        whats_.push_back(what);
+        changed_.notify_all();
+    }
+    void SetDeleted() {
+        std::lock_guard lock(mutex_);
+        isDeleted_ = true;
+        changed_.notify_all();
+    }
     // Wait until it is so.
-    void AwaitCount(std::size_t count);
-    void AwaitDeletion();
+    void AwaitCount(std::size_t count) {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return whats_.size() >= count; });
+    }
+    void AwaitDeletion() {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [&] { return isDeleted_; });
+    }
 
-    [[nodiscard]] std::vector<uint32> Whats() const;
-    [[nodiscard]] bool IsDeleted() const;
+    [[nodiscard]] std::vector<uint32> Whats() const {
+        std::lock_guard lock(mutex_);
+        return whats_;
+    }
+    [[nodiscard]] bool IsDeleted() const {
+        std::lock_guard lock(mutex_);
+        return isDeleted_;
+    }
 
 private:
     mutable std::mutex mutex_;
@@ -32,14 +56,25 @@ private:
 
 class TestLooper : public BLooper {
 public:
-    // Keeps the looper busy, and so locked, until ReleaseOne.
+    // Keeps the looper busy, and so locked, until ReleaseHold.
     static constexpr uint32 kHold = FourCC("hold");
 
     explicit TestLooper(int32 portCapacity = 0) : BLooper("test looper", 10, portCapacity) {}
-    ~TestLooper() override;
+    ~TestLooper() override { log_->SetDeleted(); }
 
-    void MessageReceived(BMessage* message) override;
-    bool QuitRequested() override;
+    void MessageReceived(BMessage* message) override {
+        if (message->what == kHold) {
+            isHeld_.release();
+            mayGoOn_.acquire();
+            return;
+        }
+        log_->Add(message->what);
+        if (action_) action_(message);
+    }
+    bool QuitRequested() override {
+        log_->Add(B_QUIT_REQUESTED);
+        return quitAnswer_;
+    }
 
     [[nodiscard]] std::shared_ptr<LooperLog> Log() const { return log_; }
 
@@ -49,17 +84,23 @@ public:
     void SetQuitAnswer(bool answer) { quitAnswer_ = answer; }
 
     // Posts kHold and returns when it is being handled.
-    void Hold();
+    void Hold() {
+        ASSERT_EQ(PostMessage(kHold), B_OK);
+        isHeld_.acquire();
+    }
     // Lets it go on. It needs no lock: the looper is known to be busy.
-    void ReleaseHold() { release_sem(mayGoOn_); }
+    void ReleaseHold() { mayGoOn_.release(); }
 
 private:
     const std::shared_ptr<LooperLog> log_ = std::make_shared<LooperLog>();
     std::function<void(BMessage*)> action_;
     bool quitAnswer_ = true;
-    const sem_id isHeld_ = create_sem(0, "is held");
-    const sem_id mayGoOn_ = create_sem(0, "may go on");
+    std::binary_semaphore isHeld_{0};
+    std::binary_semaphore mayGoOn_{0};
 };
 
 // Locks the looper, which lives, and quits it from the calling thread.
-void QuitFromHere(BLooper* looper);
+inline void QuitFromHere(BLooper* looper) {
+    ASSERT_TRUE(looper->Lock());
+    looper->Quit();
+}

@@ -1,19 +1,22 @@
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
 #include <filesystem>
 
-#include "RdefFixture.h"
+#include "BResources.h"
+#include "TestFolder.h"
 
 namespace {
 
 // This program carries resources; they must still be there when it is stripped.
-TEST_F(RdefTest, ResourcesOfAProgramSurviveStripping) {
+TEST(ProgramSection, SurvivesStripping) {
     BResources own;
     ASSERT_EQ(own.SetToProgram(), B_OK);
     ASSERT_GT(own.CountResources(), 100);
 
-    const std::string copy = folder_.Path("program");
+    const TestFolder folder;
+    const std::string copy = folder.Path("program");
     std::filesystem::copy_file("/proc/self/exe", copy);
     const auto sizeBefore = std::filesystem::file_size(copy);
     const int status = std::system((std::string(ORVEK_STRIP) + " -s '" + copy + '\'').c_str());
