@@ -43,7 +43,8 @@ std::vector<GroupSystemsCommand::Member> GroupSystemsCommand::FindMembers() cons
 
 bool GroupSystemsCommand::Apply() {
     members_ = FindMembers();
-    if (members_.empty()) return false;
+    // A redo may find another tree, which has the identifier.
+    if (members_.empty() || FindSystem(newID_)) return false;
 
     MassSystem* place = members_.front().formerParent;
     const auto holdsAll = [&](const MassSystem* group) {

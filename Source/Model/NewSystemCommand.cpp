@@ -16,8 +16,8 @@ NewSystemCommand::~NewSystemCommand() {
 
 bool NewSystemCommand::Apply() {
     parent_ = FindSystem(parentID_);
-    // A parent that already has the identifier answers success without taking the system.
-    if (!parent_ || parent_->AddChild(system_) < B_OK || system_->Parent() != parent_) return false;
+    // A body takes no child, and a redo may find another tree, which has the identifier.
+    if (!parent_ || FindSystem(system_->ID()) || parent_->AddChild(system_) < B_OK) return false;
     owns_ = false;
     setSystem_->Execute();
     return true;

@@ -42,9 +42,11 @@ bool SetCompVectorCommand::Apply() {
     MassSystem* system = FindSystem(systemID_);
     if (!system) return false;
     // Made once, so that a redo moves every body to the same bits; made again only when the edit
-    // now goes into another epoch.
-    if (system != system_) {
+    // now goes into another epoch. There a group may be the same object, with other members.
+    const AbEpoch* const epoch = Portal()->FocusEpoch();
+    if (system != system_ || epoch != epoch_) {
         system_ = system;
+        epoch_ = epoch;
         move_ = MakeMove();
     }
     if (!move_) return false;

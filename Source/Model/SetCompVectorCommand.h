@@ -22,6 +22,8 @@ struct VectorQuantity {
 extern const VectorQuantity kPositionQuantity;
 extern const VectorQuantity kVelocityQuantity;
 
+class AbEpoch;
+
 class SetCompVectorCommand final : public FocusEpochCommand {
 public:
     // All three components, in absolute coordinates.
@@ -47,5 +49,6 @@ private:
     double newUval_;
     double oldUval_ = 1.0;
     MassSystem* system_ = nullptr;
+    const AbEpoch* epoch_ = nullptr;  // of the move; for comparison only
     std::unique_ptr<LCommand> move_;
 };
