@@ -15,6 +15,7 @@
 #include <future>
 
 #include "AppDriver.h"
+#include "Mnemonics.h"
 #include "WindowServer.h"
 
 namespace {
@@ -36,9 +37,8 @@ void InWindow(const std::string& title, Action action) {
     });
 }
 
-// A single & marks a letter, two of them are one.
-std::string Plain(QString text) {
-    return text.replace("&&", "\x01").remove('&').replace('\x01', '&').trimmed().toStdString();
+std::string Plain(const QString& text) {
+    return WithoutMark(text).trimmed().toStdString();
 }
 
 // A menu in the menu bar's menus.

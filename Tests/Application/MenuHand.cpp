@@ -8,6 +8,7 @@
 #include <QTest>
 #include <algorithm>
 
+#include "Mnemonics.h"
 #include "WindowServer.h"
 
 namespace {
@@ -17,9 +18,8 @@ struct Item {
     QAction* action;
 };
 
-// A single & marks a letter, two of them are one.
-std::string Plain(QString text) {
-    return text.replace("&&", "\x01").remove('&').replace('\x01', '&').trimmed().toStdString();
+std::string Plain(const QString& text) {
+    return WithoutMark(text).trimmed().toStdString();
 }
 
 void Collect(const QList<QAction*>& actions, const std::string& before, std::vector<Item>* items) {

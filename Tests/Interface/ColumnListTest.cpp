@@ -251,6 +251,17 @@ TEST_F(ColumnListTest, ARowIsRenamedInPlace) {
         QTest::keyClick(Editor(), Qt::Key_Return);
     });
     EXPECT_TRUE(Messages().empty());
+
+    // What is half typed can be taken; then it is not told.
+    Press(Qt::Key_F2);
+    WindowServer::Perform([&] { Editor()->setText(QStringLiteral("  End of all ")); });
+    const auto typed = list_->TakePendingRename();
+    ASSERT_TRUE(typed);
+    EXPECT_EQ(typed->key, 2);
+    EXPECT_EQ(typed->text, "End of all");
+    EXPECT_FALSE(list_->TakePendingRename());
+    window_->Settle();
+    EXPECT_TRUE(Messages().empty());
 }
 
 TEST_F(ColumnListTest, ClosedRowsAndTheSelectionSurviveAnUpdate) {

@@ -67,6 +67,31 @@ TEST_F(ControlTest, LettersOfLabelsGiveFieldsTheKeyboard) {
     EXPECT_EQ(press(Qt::Key_S), 1) << "nobody's letter";
 }
 
+TEST_F(ControlTest, ALetterPressesAButtonAndFollowsItsLabel) {
+    auto* const column = new BGroupView("column", B_VERTICAL);
+    auto* const button = new BButton("button", "Go", new BMessage(kUsed));
+    auto* const box = new BCheckBox("box", "Orbit", new BMessage(kUsed));
+    column->AddChild(button);
+    column->AddChild(box);
+    Show(column);
+    // A button that is pressed by its letter stays down for a moment.
+    const auto presses = [&](Qt::Key key) {
+        window_->ByHand([&] {
+            QTest::keyClick(window_->Widget(), key, Qt::AltModifier);
+            for (const auto* const pressed : window_->Widget()->findChildren<QAbstractButton*>())
+                EXPECT_TRUE(QTest::qWaitFor([&] { return !pressed->isDown(); }));
+        });
+        return window_->Take().size();
+    };
+    EXPECT_EQ(presses(Qt::Key_G), 1u);
+    EXPECT_EQ(presses(Qt::Key_O), 1u);
+    EXPECT_TRUE(IsChecked(box));
+    window_->Do([&] { button->SetLabel("Orbit & pause"); });
+    EXPECT_EQ(presses(Qt::Key_G), 0u);
+    EXPECT_EQ(presses(Qt::Key_O), 1u) << "still the check box's";
+    EXPECT_EQ(presses(Qt::Key_P), 1u);
+}
+
 TEST_F(ControlTest, AButtonSendsItsMessageWhileItIsEnabled) {
     auto* const message = new BMessage(kUsed);
     message->AddString("own", "field");

@@ -115,3 +115,16 @@ TEST_F(EntryControlTest, AChoiceIsKnownByItsIdentifierWhateverBecomesOfTheList) 
     EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QComboBox>(choice_)->currentIndex(); }),
               -1);
 }
+
+TEST_F(EntryControlTest, AListOfThousandsOpensAtOnce) {
+    constexpr int kCount = 20000;
+    constexpr bigtime_t kAtOnce = 200'000;
+    std::vector<BChoiceField::Choice> choices;
+    for (int i = 0; i < kCount; i++)
+        choices.push_back({i, "Body " + std::to_string(i), i % 3});
+    const bigtime_t start = system_time();
+    choice_->SetChoices(std::move(choices));
+    choice_->Choose(kCount - 1);
+    WindowServer::Perform([&] { FindWidget<QComboBox>(choice_)->showPopup(); });
+    EXPECT_LT(system_time() - start, kAtOnce);
+}

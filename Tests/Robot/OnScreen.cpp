@@ -7,13 +7,7 @@
 #include <QMenuBar>
 #include <algorithm>
 
-namespace {
-
-std::string WithoutMarks(QString text) {
-    return text.remove('&').toStdString();
-}
-
-}  // namespace
+#include "Mnemonics.h"
 
 Windows VisibleWindows() {
     Windows windows;
@@ -49,9 +43,9 @@ bool CanBeUsed(const QWidget* widget) {
 }
 
 std::string TextOf(const QAction& item) {
-    return WithoutMarks(item.text());
+    return WithoutMark(item.text()).toStdString();
 }
 
 std::string TextOf(const QAbstractButton& button) {
-    return WithoutMarks(button.text());
+    return WithoutMark(button.text()).toStdString();
 }

@@ -257,7 +257,7 @@ TEST_F(BodySettings, TabGoesAsOneReadsAndEverythingHasAName) {
     EXPECT_EQ(hand.TabOrder(), (std::vector<std::string>{"Edit:",
                                                          "New Body",
                                                          "Name:",
-                                                         "Trail && Disc…",
+                                                         "Trail & Disc…",
                                                          "Mass:",
                                                          "Mass: unit",
                                                          "Radius:",
@@ -319,7 +319,7 @@ TEST_F(BodySettings, RestsDuringARunButForNameAndTrail) {
     InWindow([this] { window->body->EnableRunControls(false); });
     for (const char* line : {"Mass:", "Radius:", "Position X:", "Velocity Vz:", "Position unit"})
         EXPECT_FALSE(hand.IsEnabled(line)) << line;
-    for (const char* line : {"Name:", "Edit:", "Relative to:", "Trail && Disc…"})
+    for (const char* line : {"Name:", "Edit:", "Relative to:", "Trail & Disc…"})
         EXPECT_TRUE(hand.IsEnabled(line)) << line;
     hand.Type("Name:", "Caladan");
     hand.Enter("Name:");

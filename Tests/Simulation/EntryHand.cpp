@@ -11,6 +11,7 @@
 #include <QToolTip>
 
 #include "BView.h"
+#include "Mnemonics.h"
 #include "ViewPart.h"
 #include "WindowServer.h"
 
@@ -25,7 +26,7 @@ Widget* Find(const BView* view, const std::string& name) {
 
 QAbstractButton* FindButton(const BView* view, const std::string& label) {
     for (QAbstractButton* const button : view->Part()->Widget()->findChildren<QAbstractButton*>())
-        if (button->text().toStdString() == label ||
+        if (WithoutMark(button->text()).toStdString() == label ||
             button->accessibleName().toStdString() == label)
             return button;
     return nullptr;
@@ -141,7 +142,8 @@ std::vector<std::string> EntryHand::TabOrder() const {
                 continue;
             const auto* const button = qobject_cast<QAbstractButton*>(widget);
             const QString& name = widget->accessibleName();
-            names.push_back((name.isEmpty() && button ? button->text() : name).toStdString());
+            names.push_back(
+                (name.isEmpty() && button ? WithoutMark(button->text()) : name).toStdString());
         }
         return names;
     });

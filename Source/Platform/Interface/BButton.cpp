@@ -10,6 +10,5 @@ BButton::BButton(const char* name, const char* label, BMessage* message)
 
 void BButton::SetLabel(const char* label) {
     BControl::SetLabel(label);
-    ChangeWidget<QPushButton>(
-        Part(), [text = ToLabel(Label())](QPushButton& button) { button.setText(text); });
+    ShowLabel(Part(), Label());
 }

@@ -9,8 +9,7 @@ BCheckBox::BCheckBox(const char* name, const char* label, BMessage* message)
 
 void BCheckBox::SetLabel(const char* label) {
     BControl::SetLabel(label);
-    ChangeWidget<QCheckBox>(Part(),
-                            [text = ToLabel(Label())](QCheckBox& button) { button.setText(text); });
+    ShowLabel(Part(), Label());
 }
 
 void BCheckBox::SetValue(int32 value) {

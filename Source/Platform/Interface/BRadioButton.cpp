@@ -9,8 +9,7 @@ BRadioButton::BRadioButton(const char* name, const char* label, BMessage* messag
 
 void BRadioButton::SetLabel(const char* label) {
     BControl::SetLabel(label);
-    ChangeWidget<QRadioButton>(
-        Part(), [text = ToLabel(Label())](QRadioButton& button) { button.setText(text); });
+    ShowLabel(Part(), Label());
 }
 
 void BRadioButton::SetValue(int32 value) {

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 
+#include "Mnemonics.h"
 #include "ViewPart.h"
 
 namespace {
@@ -45,7 +46,9 @@ void BStringView::SetText(const char* text) {
     if (text_ == StringOf(text)) return;
     text_ = StringOf(text);
     ChangeWidget<QLabel>(Part(), [text = text_](QLabel& label) {
-        label.setText(label.buddy() == nullptr ? ToText(text) : ToLabel(text));
+        if (label.buddy() == nullptr) return label.setText(ToText(text));
+        label.setText(ToLabel(text));
+        MarkAgain(label);
     });
 }
 

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 
+#include "Mnemonics.h"
 #include "ViewPart.h"
 
 template <typename ButtonWidget>
@@ -25,3 +26,11 @@ protected:
 private:
     const std::string label_;
 };
+
+// Any thread.
+inline void ShowLabel(const std::shared_ptr<ViewPart>& part, const std::string& label) {
+    ChangeWidget<QAbstractButton>(part, [text = ToLabel(label)](QAbstractButton& button) {
+        button.setText(text);
+        MarkAgain(button);
+    });
+}

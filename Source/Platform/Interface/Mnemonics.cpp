@@ -1,5 +1,6 @@
 #include "Mnemonics.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QLabel>
 #include <QMenuBar>
@@ -44,7 +45,28 @@ qsizetype PlaceOfMark(const QString& text, const QSet<QChar>& taken) {
     return -1;
 }
 
+// Labels and buttons alike.
+constexpr const char* kText = "text";
+
+QString TextOf(const QWidget& label) {
+    return label.property(kText).toString();
+}
+
+// Fields before buttons: a button can be reached without its letter, too.
+QList<QWidget*> LabelsOf(const QWidget& window) {
+    QList<QWidget*> labels;
+    for (QLabel* const label : window.findChildren<QLabel*>())
+        if (label->buddy() != nullptr) labels.append(label);
+    for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
+        if (!button->text().isEmpty()) labels.append(button);
+    return labels;
+}
+
 }  // namespace
+
+QString WithoutMark(const QString& text) {
+    return Unmarked(text).replace(QLatin1String("&&"), QLatin1String("&"));
+}
 
 void MarkMnemonics(const QWidget& menu) {
     QSet<QChar> taken;
@@ -65,21 +87,25 @@ void MarkLabels(const QWidget& window) {
     for (const QMenuBar* const bar : window.findChildren<QMenuBar*>())
         for (const QAction* const action : bar->actions())
             taken.insert(MarkedLetter(action->text()));
-    QList<QLabel*> unmarked;
-    for (QLabel* const label : window.findChildren<QLabel*>()) {
-        if (label->buddy() == nullptr) continue;
-        label->setText(Unmarked(label->text()));
-        unmarked.append(label);
-    }
+    QList<QWidget*> unmarked;
+    for (QWidget* const label : LabelsOf(window))
+        if (const QChar letter = MarkedLetter(TextOf(*label)); letter.isNull())
+            unmarked.append(label);
+        else
+            taken.insert(letter);
     for (const bool isFirstOnly : {true, false})
-        for (QLabel* const label : std::exchange(unmarked, {})) {
-            QString text = label->text();
+        for (QWidget* const label : std::exchange(unmarked, {})) {
+            QString text = TextOf(*label);
             const qsizetype at = PlaceOfMark(text, taken);
             if (at < 0 || (isFirstOnly && at > 0)) {
                 unmarked.append(label);
                 continue;
             }
             taken.insert(text[at].toLower());
-            label->setText(text.insert(at, kMark));
+            label->setProperty(kText, text.insert(at, kMark));
         }
+}
+
+void MarkAgain(const QWidget& label) {
+    if (label.window()->isVisible()) MarkLabels(*label.window());
 }

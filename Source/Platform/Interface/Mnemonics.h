@@ -1,6 +1,8 @@
-// Letters that choose menu items and fields: texts are written without marks for them, in whatever
-// language, so that each menu and each window chooses its own. No state; server's thread.
+// Letters that choose menu items, fields and buttons: texts are written without marks for them, in
+// whatever language, so that each menu and each window chooses its own. No state; server's thread.
 #pragma once
+
+#include <QString>
 
 class QWidget;
 
@@ -8,5 +10,12 @@ class QWidget;
 // of the text if it is free, else that of a word, else any. An item without a free letter has none.
 void MarkMnemonics(const QWidget& menu);
 
-// The same for the labels of a window's fields, beside the letters of its menu bar.
+// The same for the labels of a window's fields and buttons, beside the letters of its menu bar.
+// What has a letter keeps it.
 void MarkLabels(const QWidget& window);
+// After another text was set to a label: gives it a letter again, if its window had been given
+// them.
+void MarkAgain(const QWidget& label);
+
+// The text as it is seen: one & marks a letter, two are one.
+[[nodiscard]] QString WithoutMark(const QString& text);
