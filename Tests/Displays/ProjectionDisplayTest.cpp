@@ -8,6 +8,7 @@
 #include "ProjectionView.h"
 #include "TestDocument.h"
 #include "UserHand.h"
+#include "ViewLock.h"
 #include "WaitUntil.h"
 
 namespace {
@@ -30,11 +31,7 @@ protected:
     // Does it with the display's lock.
     template <typename Work>
     auto Locked(Work work) {
-        display_->Lock();
-        struct Unlocker {
-            ~Unlocker() { display->Unlock(); }
-            BWindow* display;
-        } const unlocker{display_};
+        const ViewLock lock(display_->View());
         return work();
     }
 

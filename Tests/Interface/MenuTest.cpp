@@ -31,16 +31,6 @@ private:
     const std::string shown_;
 };
 
-BPopUpMenu* MakeUnits() {
-    auto* const menu = new BPopUpMenu("Number unit menu", true, true);
-    menu->AddItem(new UnitItem("Meters", "m"));
-    menu->AddItem(new UnitItem("Kilometers", "km"));
-    menu->AddSeparatorItem();
-    menu->AddItem(new UnitItem("Astronomical Units", "AU"));
-    menu->ItemAt(1)->SetMarked(true);
-    return menu;
-}
-
 // What a derived class archives itself, the widgets' tests read.
 TEST(Menu, ArchivesComeBackAsTheyWere) {
     auto* const inner = new BMenu("Inner");
@@ -96,9 +86,14 @@ protected:
 };
 
 TEST_F(MenuWindowTest, ChoosingAnItemMarksItAndSendsItsMessage) {
-    auto* const field = new BMenuField("field", "", MakeUnits());
+    auto* const menu = new BPopUpMenu("units", true, true);
+    menu->AddItem(new UnitItem("Meters", "m"));
+    menu->AddItem(new UnitItem("Kilometers", "km"));
+    menu->AddSeparatorItem();
+    menu->AddItem(new UnitItem("Astronomical Units", "AU"));
+    menu->ItemAt(1)->SetMarked(true);
+    auto* const field = new BMenuField("field", "", menu);
     Show(field);
-    BMenu* const menu = field->Menu();
     EXPECT_EQ(FieldText(field), "km");
     Choose(menu, 3);
     EXPECT_EQ(menu->FindMarked(), menu->ItemAt(3));
