@@ -18,8 +18,7 @@
 
 class TestWindow : public BWindow {
 public:
-    explicit TestWindow(BRect frame = {100, 100, 399, 299}, window_type type = B_TITLED_WINDOW)
-        : BWindow(frame, "test", type) {}
+    TestWindow() : BWindow({100, 100, 399, 299}, "test", B_TITLED_WINDOW) {}
 
     void MessageReceived(BMessage* message) override {
         if (message->what != FourCC("ping")) {
