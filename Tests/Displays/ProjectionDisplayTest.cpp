@@ -8,6 +8,7 @@
 #include "ProjectionView.h"
 #include "TestDocument.h"
 #include "UserHand.h"
+#include "ViewLock.h"
 #include "WaitUntil.h"
 
 namespace {
@@ -30,11 +31,7 @@ protected:
     // Does it with the display's lock.
     template <typename Work>
     auto Locked(Work work) {
-        display_->Lock();
-        struct Unlocker {
-            ~Unlocker() { display->Unlock(); }
-            BWindow* display;
-        } const unlocker{display_};
+        const ViewLock lock(display_->View());
         return work();
     }
 
@@ -47,6 +44,16 @@ protected:
     BPoint Place(int32 body) {
         return Locked([&] { return display_->View()->Cache().DiscAt(body).center; });
     }
+    BMessage Archive() {
+        BMessage archive;
+        Locked([&] { return display_->MiniArchive(&archive); });
+        return archive;
+    }
+    BPoint Saved(const char* place) {
+        BPoint point;
+        EXPECT_EQ(Archive().FindPoint(place, &point), B_OK);
+        return point;
+    }
     Projection GetProjection() {
         return Locked([&] { return display_->GetProjection(); });
     }
@@ -57,17 +64,8 @@ protected:
 
 }  // namespace
 
-TEST_F(ProjectionDisplayTest, IsNamedAndShowsTheBodies) {
-    EXPECT_EQ(display_->Title(), "Projection of Tests");
-    EXPECT_EQ(display_->Type(), 1);
-    EXPECT_NEAR(Place(1).x, 150, 1);  // the planet, heaviest after the star
-    Locked([&] { display_->SetTitle("Others"); });
-    EXPECT_EQ(display_->Title(), "Projection of Others");
-}
-
 TEST_F(ProjectionDisplayTest, ArchivesWhatReadersKnowAndItsOwnFields) {
-    BMessage usual;
-    Locked([&] { return display_->MiniArchive(&usual); });
+    const BMessage usual = Archive();
     EXPECT_EQ(usual.CountNames(), 5);
     for (const char* name : {"Disp frame", "Scale", "Sup axis", "Ref to", "Units"})
         EXPECT_TRUE(usual.HasName(name)) << name;
@@ -86,31 +84,26 @@ TEST_F(ProjectionDisplayTest, ArchivesWhatReadersKnowAndItsOwnFields) {
     archive.AddBool("View names", true);
     archive.AddBool("View scale bar", false);
     archive.AddBool("View time", false);
-    BMessage again;
-    Locked([&] {
-        EXPECT_EQ(display_->Regenerate(archive), B_OK);
-        return display_->MiniArchive(&again);
-    });
-    EXPECT_EQ(again, archive) << again.ToText();
+    EXPECT_EQ(Locked([&] { return display_->Regenerate(archive); }), B_OK);
+    EXPECT_EQ(Archive(), archive) << Archive().ToText();
 
     // What is missing stays as it was, and only "Units" tells.
-    Locked([&] {
-        BMessage sparse;
-        sparse.AddInt32("Sup axis", 1);
-        EXPECT_EQ(display_->Regenerate(sparse), B_NAME_NOT_FOUND);
-    });
+    BMessage sparse;
+    sparse.AddInt32("Sup axis", 1);
+    EXPECT_EQ(Locked([&] { return display_->Regenerate(sparse); }), B_NAME_NOT_FOUND);
     EXPECT_EQ(GetProjection().axis, 1);
     EXPECT_EQ(GetProjection().scale, 3e-10);
 }
 
-TEST_F(ProjectionDisplayTest, TheAxisDialogWorksWithMouseAndKeys) {
+TEST_F(ProjectionDisplayTest, TheAxisDialogWorksWithKeys) {
     Send(FourCC("rqax"));
     WaitForWindow(kAxisTitle);
-    EXPECT_EQ(UserHand::WindowPlace(kAxisTitle), (BPoint{40, 40}));
-    EXPECT_TRUE(UserHand::IsRadioOn(kAxisTitle, "Z"));
-    UserHand::ClickRadio(kAxisTitle, "X");
+    EXPECT_EQ(Saved("Axis at"), (BPoint{40, 40}));
     UserHand::MoveWindow(kAxisTitle, {200, 210});
-    Press(kAxisTitle, UserHand::Key::kEnter);
+    // From Z, which is on, to X.
+    for (const auto key :
+         {UserHand::Key::kLeftArrow, UserHand::Key::kLeftArrow, UserHand::Key::kEnter})
+        Press(kAxisTitle, key);
     WaitForWindow(kAxisTitle, false);
     ASSERT_TRUE(WaitUntil([&] { return GetProjection().axis == Projection::kX; }));
     EXPECT_NEAR(Place(1).y, -1, 1e-3);  // the planet is at (150, 0, 1) 10^9 m
@@ -118,7 +111,7 @@ TEST_F(ProjectionDisplayTest, TheAxisDialogWorksWithMouseAndKeys) {
     // It opens where it was, and the Escape key changes nothing.
     Send(FourCC("rqax"));
     WaitForWindow(kAxisTitle);
-    EXPECT_EQ(UserHand::WindowPlace(kAxisTitle), (BPoint{200, 210}));
+    EXPECT_EQ(Saved("Axis at"), (BPoint{200, 210}));
     Press(kAxisTitle, UserHand::Key::kEscape);
     WaitForWindow(kAxisTitle, false);
     ::Settle(display_);
@@ -129,42 +122,42 @@ TEST_F(ProjectionDisplayTest, TheScaleDialogMakesTheWindowALength) {
     Send(FourCC("rqsc"));
     WaitForWindow(kScaleTitle);
     EXPECT_EQ(UserHand::EntryText(kScaleTitle), "401000000000");  // 401 pixels
-    UserHand::Type(kScaleTitle, "10 AU");
-    Press(kScaleTitle, UserHand::Key::kEnter);
-    WaitForWindow(kScaleTitle, false);
-    ASSERT_TRUE(WaitUntil([&] { return GetProjection().scale != 1e-9; }));
-    EXPECT_DOUBLE_EQ(GetProjection().scale, 401 / (10 * kAU));
-    BMessage archive;
-    Locked([&] { return display_->MiniArchive(&archive); });
-    double units = 0;
-    EXPECT_EQ(archive.FindDouble("Units", &units), B_OK);
-    EXPECT_EQ(units, kAU);
-    BPoint at;
-    EXPECT_EQ(archive.FindPoint("Scale at", &at), B_OK);
-    EXPECT_EQ(at, (BPoint{40, 40}));
-}
-
-TEST_F(ProjectionDisplayTest, TheScaleDialogFollowsTheWindow) {
-    Send(FourCC("rqsc"));
-    WaitForWindow(kScaleTitle);
     display_->ResizeTo(299, 300);
     EXPECT_TRUE(WaitUntil([] { return UserHand::EntryText(kScaleTitle) == "300000000000"; }));
-    EXPECT_EQ(GetProjection().scale, 1e-9);
     // A pulse without a change of size leaves what the user is typing.
-    UserHand::Type(kScaleTitle, "12");
+    UserHand::Type(kScaleTitle, "10 A");
     Locked([&] {
         display_->FrameResized(299, 300);
         display_->Pulse();
     });
     ::Settle(display_);
     snooze(50'000);
-    EXPECT_EQ(UserHand::EntryText(kScaleTitle), "12");
-    UserHand::Type(kScaleTitle, "300000000000");
-    // Untouched, it changes nothing, to the bit.
+    EXPECT_EQ(UserHand::EntryText(kScaleTitle), "10 A");
+    UserHand::Type(kScaleTitle, "10 AU");
     Press(kScaleTitle, UserHand::Key::kEnter);
-    WaitForWindow(kScaleTitle, false);
-    ::Settle(display_);
-    EXPECT_EQ(GetProjection().scale, 1e-9);
+    ASSERT_TRUE(WaitUntil([&] { return GetProjection().scale != 1e-9; }));
+    EXPECT_DOUBLE_EQ(GetProjection().scale, 300 / (10 * kAU));
+    double units = 0;
+    EXPECT_EQ(Archive().FindDouble("Units", &units), B_OK);
+    EXPECT_EQ(units, kAU);
+    EXPECT_EQ(Saved("Scale at"), (BPoint{40, 40}));
+}
+
+TEST_F(ProjectionDisplayTest, AnUntouchedScaleDialogLeavesTheScaleToTheBit) {
+    constexpr double kScale = 7e-10;  // 401 pixels / (401 pixels / this) is another number
+    BMessage saved;
+    saved.AddDouble("Scale", kScale);
+    saved.AddInt32("Ref to", 0);
+    Locked([&] { return display_->Regenerate(saved); });
+    Send(FourCC("rqsc"));
+    WaitForWindow(kScaleTitle);
+    Press(kScaleTitle, UserHand::Key::kEnter);
+    // The answer has come: the dialog shows a reference in any case.
+    ASSERT_TRUE(WaitUntil([&] {
+        int32 reference = 0;
+        return Archive().FindInt32("Ref to", &reference) == B_OK && reference != 0;
+    }));
+    EXPECT_EQ(GetProjection().scale, kScale);
 }
 
 TEST_F(ProjectionDisplayTest, RefusesWhatIsNoScaleAndAnswersNobodyElse) {
@@ -214,41 +207,39 @@ TEST_F(ProjectionDisplayTest, ErasesOnlyWhenItMust) {
     EXPECT_FALSE(hasTrail());
 }
 
-TEST_F(ProjectionDisplayTest, GoItemFollowsTheRun) {
-    const auto label = [] { return UserHand::ItemText("Ctrl+G"); };
-    EXPECT_EQ(label(), "Go");
-    Send(FourCC("gook"));
-    EXPECT_EQ(label(), "Pause");
-    Send(FourCC("psar"));
-    EXPECT_EQ(label(), "Go");
-}
-
+// What comes to the view's hooks; the canvas's tests use the mouse itself.
 TEST_F(ProjectionDisplayTest, WheelDragAndKeysMoveTheView) {
+    TrajectoryView* const view = display_->View();
+    const auto bounds = [&] { return Locked([&] { return view->Bounds(); }); };
     const BPoint before = Place(1);
-    const BRect bounds = Locked([&] { return display_->View()->Bounds(); });
     // Turn the wheel over the planet: it stays under the pointer.
-    UserHand::TurnWheel(display_->View(),
-                        {before.x - bounds.left + 0.5f, before.y - bounds.top + 0.5f}, 1);
-    ::Settle(display_);
+    Locked([&] { view->WheelTurned({before, 0.0f, 1.0f}); });
     EXPECT_DOUBLE_EQ(GetProjection().scale, 1.25e-9);
     EXPECT_NEAR(Place(1).x, before.x, 0.6);
     EXPECT_NEAR(Place(1).y, before.y, 0.6);
 
-    const BRect zoomed = Locked([&] { return display_->View()->Bounds(); });
-    UserHand::Drag(display_->View(), {50, 50}, {60, 45}, {80, 30});
-    UserHand::PressIn(display_->View(), UserHand::Key::kLeftArrow);
-    ::Settle(display_);
-    const BRect moved = Locked([&] { return display_->View()->Bounds(); });
-    EXPECT_EQ(moved.left, zoomed.left - 30 - 40);
-    EXPECT_EQ(moved.top, zoomed.top + 20);
+    const BRect zoomed = bounds();
+    Locked([&] {
+        MouseInput mouse;
+        mouse.buttons = B_PRIMARY_MOUSE_BUTTON;
+        mouse.inView = {50, 50};
+        view->MouseDown(mouse);
+        for (const BPoint place : {BPoint{60, 45}, BPoint{80, 30}}) {
+            mouse.inView = place;
+            view->MouseMoved(mouse, CanvasView::Transit::kInside);
+        }
+        view->MouseUp(mouse);
+        view->KeyDown({B_LEFT_ARROW});
+    });
+    EXPECT_EQ(bounds().left, zoomed.left - 30 - 40);
+    EXPECT_EQ(bounds().top, zoomed.top + 20);
     // The places on the canvas are what they were: trails stay.
     EXPECT_NEAR(Place(1).x, before.x, 0.6);
 
     Send(FourCC("fit "));
-    const BRect fitted = Locked([&] { return display_->View()->Bounds(); });
     for (int32 body = 0; body < 4; body++) {
-        EXPECT_GT(Place(body).x, fitted.left);
-        EXPECT_LT(Place(body).x, fitted.right);
+        EXPECT_GT(Place(body).x, bounds().left);
+        EXPECT_LT(Place(body).x, bounds().right);
     }
 }
 

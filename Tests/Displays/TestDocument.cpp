@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include "BMessenger.h"
-#include "WindowServer.h"
-
 const ProgramResources& TestResources() {
     static const ProgramResources resources;
     return resources;
@@ -61,13 +58,4 @@ ProjectionDisplay* TestDocument::AddProjection() {
 
 void TestDocument::Run(int64 steps) {
     StepRunner(&document).Run(&control, steps);
-}
-
-void Settle(BWindow* window) {
-    for (int i = 0; i < 3; i++) {
-        WindowServer::Perform([] {});
-        BMessage reply;
-        const BMessage ping(FourCC("ping"));
-        (void)BMessenger(static_cast<BHandler*>(window)).SendMessage(&ping, &reply);
-    }
 }

@@ -14,6 +14,7 @@
 #include "RunControl.h"
 #include "RunControlView.h"
 #include "SampleDocument.h"
+#include "Settle.h"
 
 // What all documents of the tests share.
 const ProgramResources& TestResources();
@@ -58,6 +59,3 @@ public:
 private:
     std::vector<Display*> displays_;
 };
-
-// Waits until the window has handled what was sent to it, and the server what came of that.
-void Settle(BWindow* window);

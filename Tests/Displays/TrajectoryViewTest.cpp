@@ -2,53 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numbers>
-
 #include "ChangeFlags.h"
 #include "TestSky.h"
 
 namespace {
-
-constexpr double kPi = std::numbers::pi;
 
 bool HasTrail(const TestSky& sky, BPoint point) {
     return sky.TrailAt(point).green > 40;  // smoothed: two pixels may share it
 }
 
 }  // namespace
-
-TEST(TrajectoryView, ACircularOrbitLeavesACircle) {
-    for (const double scale : {1.0, 2.0}) {
-        TestSky sky(scale);
-        constexpr double kRadius = 80.0;
-        sky.Add(0, {kRadius, 0, 0});
-        sky.Start();
-        constexpr int kSteps = 2000;
-        std::vector<double> batch;
-        for (int i = 1; i <= kSteps; i++) {
-            const double angle = 2 * kPi * i / kSteps;
-            batch.insert(batch.end(), {kRadius * std::cos(angle), kRadius * std::sin(angle), 0});
-            if (i % 50 != 0) continue;
-            sky.Draw(batch);
-            batch.clear();
-        }
-        // Every place of the circle is drawn ...
-        for (int i = 0; i < 720; i++) {
-            const double angle = kPi * i / 360;
-            EXPECT_TRUE(HasTrail(sky, {static_cast<float>(kRadius * std::cos(angle)),
-                                       static_cast<float>(kRadius * std::sin(angle))}))
-                << scale << ", half degree " << i;
-        }
-        // ... and nothing that is farther from it than a pixel.
-        const auto step = static_cast<float>(1.0 / scale);
-        for (float x = -100.0f; x <= 100.0f; x += step)
-            for (float y = -100.0f; y <= 100.0f; y += step)
-                ASSERT_TRUE(std::abs(std::hypot(x, y) - kRadius) <= 1.5 ||
-                            sky.IsSky(sky.TrailAt({x, y})))
-                    << scale << ": " << x << ", " << y;
-    }
-}
 
 TEST(TrajectoryView, DiscsMoveOverTheTrailAndLeaveIt) {
     TestSky sky;

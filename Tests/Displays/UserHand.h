@@ -7,27 +7,17 @@
 
 #include "GraphicsDefs.h"
 
-class BView;
-
 namespace UserHand {
 
 enum class Key { kEnter, kEscape, kLeftArrow };
 
 void WaitForWindow(const std::string& title, bool isThere = true);
 void Press(const std::string& title, Key key);
-void ClickRadio(const std::string& title, const std::string& label);
-[[nodiscard]] bool IsRadioOn(const std::string& title, const std::string& label);
 // Into the only entry of the window, over what is there.
 void Type(const std::string& title, const std::string& text);
 [[nodiscard]] std::string EntryText(const std::string& title);
-[[nodiscard]] BPoint WindowPlace(const std::string& title);
 void MoveWindow(const std::string& title, BPoint place);
 // The text of the menu item with this shortcut, "Ctrl+G", in any window that is seen.
 [[nodiscard]] std::string ItemText(const std::string& shortcut);
-
-// Points are counted from the view's left-top corner.
-void TurnWheel(const BView* view, BPoint at, int notches);
-void Drag(const BView* view, BPoint from, BPoint over, BPoint to);
-void PressIn(const BView* view, Key key);
 
 }  // namespace UserHand

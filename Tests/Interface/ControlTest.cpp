@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QSlider>
 #include <QTest>
+#include <thread>
 
 #include "BBox.h"
 #include "BButton.h"
@@ -12,7 +11,6 @@
 #include "BGroupView.h"
 #include "BMenuBar.h"
 #include "BRadioButton.h"
-#include "BSlider.h"
 #include "BStringView.h"
 #include "BTextControl.h"
 #include "TestWindow.h"
@@ -20,30 +18,19 @@
 namespace {
 
 constexpr uint32 kUsed = FourCC("used");
-constexpr uint32 kMoving = FourCC("movg");
 
-class ControlTest : public testing::Test {
+class ControlTest : public WindowFixture {
 protected:
-    void Show(BView* view) {
-        window_->AddChild(view);
-        window_->Show();
-        window_->Settle();
-        // Letters are for the active window only.
-        WindowServer::Perform(
-            [this] { ASSERT_TRUE(QTest::qWaitForWindowActive(window_->Widget())); });
-    }
-
     void Click(const BView* view) {
-        WindowServer::Perform([view] {
+        window_->ByHand([view] {
             auto* const button = FindWidget<QAbstractButton>(view);
             QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
         });
-        window_->Settle();
     }
 
-    void TearDown() override { window_->LockAndQuit(); }
-
-    TestWindow* window_ = new TestWindow;
+    static bool IsChecked(const BView* view) {
+        return WindowServer::Ask([view] { return FindWidget<QAbstractButton>(view)->isChecked(); });
+    }
 };
 
 // Letters of the menu bar are taken, those that begin a label come first.
@@ -80,91 +67,57 @@ TEST_F(ControlTest, LettersOfLabelsGiveFieldsTheKeyboard) {
     EXPECT_EQ(press(Qt::Key_S), 1) << "nobody's letter";
 }
 
-TEST_F(ControlTest, ALetterPressesAButtonAndFollowsItsLabel) {
+TEST_F(ControlTest, LettersPressButtonsAndCheckBoxesAndFollowTheirLabels) {
     auto* const column = new BGroupView("column", B_VERTICAL);
     auto* const button = new BButton("button", "Go", new BMessage(kUsed));
     auto* const box = new BCheckBox("box", "Orbit", new BMessage(kUsed));
-    for (BView* const view : {static_cast<BView*>(button), static_cast<BView*>(box)})
-        column->AddChild(view);
+    column->AddChild(button);
+    column->AddChild(box);
     Show(column);
     // A button that is pressed by its letter stays down for a moment.
     const auto presses = [&](Qt::Key key) {
-        WindowServer::Perform([&] {
+        window_->ByHand([&] {
             QTest::keyClick(window_->Widget(), key, Qt::AltModifier);
             for (const auto* const pressed : window_->Widget()->findChildren<QAbstractButton*>())
                 EXPECT_TRUE(QTest::qWaitFor([&] { return !pressed->isDown(); }));
         });
-        window_->Settle();
         return window_->Take().size();
     };
     EXPECT_EQ(presses(Qt::Key_G), 1u);
     EXPECT_EQ(presses(Qt::Key_O), 1u);
-    EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QAbstractButton>(box)->isChecked(); }),
-              true);
-
-    window_->Lock();
-    button->SetLabel("Orbit & pause");
-    window_->Unlock();
+    EXPECT_TRUE(IsChecked(box));
+    EXPECT_EQ(box->Value(), B_CONTROL_ON);
+    window_->Do([&] {
+        box->SetValue(B_CONTROL_OFF);
+        button->SetLabel("Orbit & pause");
+    });
+    EXPECT_TRUE(window_->Take().empty()) << "nobody has used it";
+    EXPECT_FALSE(IsChecked(box));
     EXPECT_EQ(presses(Qt::Key_G), 0u);
     EXPECT_EQ(presses(Qt::Key_O), 1u) << "still the check box's";
     EXPECT_EQ(presses(Qt::Key_P), 1u);
 }
 
-TEST_F(ControlTest, ButtonSendsItsMessage) {
+TEST_F(ControlTest, AButtonSendsItsMessageWhileItIsEnabled) {
     auto* const message = new BMessage(kUsed);
     message->AddString("own", "field");
     auto* const button = new BButton("button", "Press & hold", message);
     Show(button);
     Click(button);
-    auto received = window_->Take();
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_EQ(received[0].what, kUsed);
-    std::string own;
-    EXPECT_EQ(received[0].FindString("own", &own), B_OK);
+    const BMessage received = window_->TakeOne();
+    EXPECT_EQ(received.what, kUsed);
+    EXPECT_TRUE(received.HasName("own"));
     void* source = nullptr;
-    EXPECT_EQ(received[0].FindPointer("source", &source), B_OK);
+    EXPECT_EQ(received.FindPointer("source", &source), B_OK);
     EXPECT_EQ(source, button);
-    EXPECT_TRUE(received[0].HasName("when", B_INT64_TYPE));
-
-    window_->Lock();
-    button->SetLabel("Pause");
-    button->SetEnabled(false);
-    window_->Unlock();
-    Click(button);
+    EXPECT_TRUE(received.HasName("when", B_INT64_TYPE));
+    EXPECT_TRUE(received.HasName("value", B_INT32_TYPE));
+    // It was disabled after the user had clicked on it.
+    window_->Do([&] {
+        WindowServer::Perform([&] { FindWidget<QAbstractButton>(button)->click(); });
+        button->SetEnabled(false);
+    });
     EXPECT_TRUE(window_->Take().empty());
-    EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QAbstractButton>(button)->text(); }),
-              QStringLiteral("&Pause"));
-}
-
-TEST_F(ControlTest, AClickOnAButtonThatIsBeingDisabledDoesNothing) {
-    auto* const button = new BButton("button", "Go", new BMessage(kUsed));
-    Show(button);
-    window_->Lock();
-    WindowServer::Perform([&] { FindWidget<QAbstractButton>(button)->click(); });
-    button->SetEnabled(false);
-    window_->Unlock();
-    window_->Settle();
-    EXPECT_TRUE(window_->Take().empty());
-}
-
-TEST_F(ControlTest, CheckBoxKeepsItsValueOnBothSides) {
-    auto* const box = new BCheckBox("box", "On", new BMessage(kUsed));
-    Show(box);
-    for (const int32 expected : {1, 0, 1}) {
-        Click(box);
-        EXPECT_EQ(box->Value(), expected);
-        int32 value = -1;
-        const auto received = window_->Take();
-        ASSERT_EQ(received.size(), 1u);
-        EXPECT_EQ(received[0].FindInt32("value", &value), B_OK);
-        EXPECT_EQ(value, expected);
-    }
-    window_->Lock();
-    box->SetValue(B_CONTROL_OFF);
-    window_->Unlock();
-    window_->Settle();
-    EXPECT_TRUE(window_->Take().empty());
-    EXPECT_FALSE(WindowServer::Ask([&] { return FindWidget<QAbstractButton>(box)->isChecked(); }));
 }
 
 TEST_F(ControlTest, OneRadioButtonIsOn) {
@@ -179,52 +132,16 @@ TEST_F(ControlTest, OneRadioButtonIsOn) {
     const auto isOnly = [&](std::size_t on) {
         for (std::size_t i = 0; i < buttons.size(); i++) {
             EXPECT_EQ(buttons[i]->Value(), i == on ? 1 : 0);
-            EXPECT_EQ(WindowServer::Ask(
-                          [&] { return FindWidget<QAbstractButton>(buttons[i])->isChecked(); }),
-                      i == on);
+            EXPECT_EQ(IsChecked(buttons[i]), i == on);
         }
     };
     isOnly(2);
     Click(buttons[0]);
     isOnly(0);
-    window_->Lock();
-    buttons[1]->SetValue(B_CONTROL_ON);
-    window_->Unlock();
-    window_->Settle();
+    window_->Do([&] { buttons[1]->SetValue(B_CONTROL_ON); });
     isOnly(1);
-    window_->Lock();
-    buttons[1]->SetValue(B_CONTROL_OFF);
-    window_->Unlock();
-    window_->Settle();
+    window_->Do([&] { buttons[1]->SetValue(B_CONTROL_OFF); });
     isOnly(3);
-}
-
-TEST_F(ControlTest, SliderTellsWhileItMovesAndWhenItRests) {
-    auto* const slider = new BSlider("slider", "Smoothness", new BMessage(kUsed), 1, 100);
-    slider->SetModificationMessage(new BMessage(kMoving));
-    slider->SetLimitLabels("Smooth", "Jagged");
-    slider->SetHashMarks(5);
-    slider->SetValue(500);
-    EXPECT_EQ(slider->Value(), 100);
-    Show(slider);
-    WindowServer::Perform([&] {
-        auto* const widget = FindWidget<QSlider>(slider);
-        widget->setSliderDown(true);
-        widget->setSliderPosition(40);
-        widget->setSliderPosition(30);
-        widget->setSliderDown(false);
-    });
-    window_->Settle();
-    EXPECT_EQ(slider->Value(), 30);
-    int32 resting = 0;
-    int32 moving = 0;
-    for (const BMessage& message : window_->Take())
-        (message.what == kUsed ? resting : moving)++;
-    EXPECT_EQ(resting, 1);
-    EXPECT_GE(moving, 2);
-    WindowServer::Perform([&] { QTest::keyClick(FindWidget<QSlider>(slider), Qt::Key_Right); });
-    window_->Settle();
-    EXPECT_EQ(slider->Value(), 31);
 }
 
 TEST_F(ControlTest, TypedTextIsPendingUntilItIsEntered) {
@@ -237,68 +154,42 @@ TEST_F(ControlTest, TypedTextIsPendingUntilItIsEntered) {
             QTest::keyClicks(line, keys);
         });
     };
-    EXPECT_EQ(text->PendingText(), std::nullopt);
+    const auto enter = [&] { QTest::keyClick(FindWidget<QLineEdit>(text), Qt::Key_Return); };
     type("2.5");
-    // Without the window's lock, even while somebody else holds it.
-    window_->Lock();
-    std::optional<std::string> pending;
-    std::thread([&] { pending = text->PendingText(); }).join();
-    EXPECT_EQ(pending, "2.5");
     EXPECT_EQ(text->Text(), "1.0");
-    window_->Unlock();
-    WindowServer::Perform([&] { QTest::keyClick(FindWidget<QLineEdit>(text), Qt::Key_Return); });
-    window_->Settle();
+    window_->ByHand(enter);
     EXPECT_EQ(text->Text(), "2.5");
-    EXPECT_EQ(text->PendingText(), std::nullopt);
+    EXPECT_EQ(text->TakePendingText(), std::nullopt);
     EXPECT_EQ(window_->Take().size(), 1u);
-
-    // Enter without a change says nothing.
-    WindowServer::Perform([&] { QTest::keyClick(FindWidget<QLineEdit>(text), Qt::Key_Return); });
-    window_->Settle();
-    EXPECT_TRUE(window_->Take().empty());
+    window_->ByHand(enter);
+    EXPECT_TRUE(window_->Take().empty()) << "there was no change";
 
     type("3.5");
-    EXPECT_EQ(text->TakePendingText(), "3.5");
-    WindowServer::Perform([&] { FindWidget<QLineEdit>(text)->clearFocus(); });
-    window_->Settle();
+    // Without the window's lock, even while somebody else holds it.
+    window_->Do([&] {
+        std::optional<std::string> taken;
+        std::thread([&] { taken = text->TakePendingText(); }).join();
+        EXPECT_EQ(taken, "3.5");
+        EXPECT_EQ(text->Text(), "2.5");
+    });
+    window_->ByHand([&] { FindWidget<QLineEdit>(text)->clearFocus(); });
     EXPECT_EQ(text->Text(), "3.5");
     EXPECT_TRUE(window_->Take().empty());
 
     // Entered, but the window has not heard of it yet.
     type("3.7");
-    window_->Lock();
-    WindowServer::Perform([&] { QTest::keyClick(FindWidget<QLineEdit>(text), Qt::Key_Return); });
-    EXPECT_EQ(text->TakePendingText(), "3.7");
-    EXPECT_EQ(text->TakePendingText(), std::nullopt);
-    window_->Unlock();
-    window_->Settle();
+    window_->Do([&] {
+        WindowServer::Perform(enter);
+        EXPECT_EQ(text->TakePendingText(), "3.7");
+        EXPECT_EQ(text->TakePendingText(), std::nullopt);
+    });
     EXPECT_EQ(text->Text(), "3.7");
-    EXPECT_EQ(text->PendingText(), std::nullopt);
-    window_->Take();
 
     type("4");
-    window_->Lock();
-    text->SetText("5");
-    window_->Unlock();
-    window_->Settle();
-    EXPECT_EQ(text->PendingText(), std::nullopt);
+    window_->Do([&] { text->SetText("5"); });
+    EXPECT_EQ(text->TakePendingText(), std::nullopt);
     EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QLineEdit>(text)->text(); }),
               QStringLiteral("5"));
-}
-
-TEST_F(ControlTest, ANewTargetGetsTheMessages) {
-    auto* const other = new TestWindow;
-    other->Show();
-    auto* const button = new BButton("button", "Cancel", new BMessage(kUsed));
-    button->SetTarget(other);
-    Show(button);
-    Click(button);
-    other->Settle();
-    EXPECT_TRUE(window_->Take().empty());
-    EXPECT_EQ(other->Take().size(), 1u);
-    other->LockAndQuit();
-    Click(button);  // nobody is there
-    EXPECT_TRUE(window_->Take().empty());
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
-// A line whose text any thread may take, and a list that is quick with thousands, as a user finds
-// them.
+// A line whose text any thread may take, and a list whose choices are known by their identifiers,
+// as a user finds them.
 #include <gtest/gtest.h>
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
@@ -16,29 +15,22 @@ namespace {
 constexpr uint32 kUsed = FourCC("used");
 constexpr uint32 kUndoKey = FourCC("undk");
 
-class EntryControlTest : public testing::Test {
+class EntryControlTest : public WindowFixture {
 protected:
-    EntryControlTest() {
+    void SetUp() override {
         window_->AddShortcut('z', 0, new BMessage(kUndoKey));
         window_->AddChild(entry_);
-        window_->AddChild(choice_);
         entry_->SetText("1");
-        window_->Show();
-        WindowServer::Perform([&] {
-            window_->Widget()->activateWindow();
-            static_cast<void>(QTest::qWaitForWindowActive(window_->Widget()));
+        Show(choice_);
+        window_->ByHand([&] {
             Line()->setFocus();
             Line()->selectAll();
         });
-        window_->Settle();
-        window_->Take();
     }
-    ~EntryControlTest() override { window_->LockAndQuit(); }
 
     [[nodiscard]] QLineEdit* Line() const { return FindWidget<QLineEdit>(entry_); }
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        WindowServer::Perform([&] { QTest::keyClick(Line(), key, modifiers); });
-        window_->Settle();
+        window_->ByHand([&] { QTest::keyClick(Line(), key, modifiers); });
     }
     void Type(const char* keys) {
         WindowServer::Perform([&] { QTest::keyClicks(Line(), keys); });
@@ -47,7 +39,6 @@ protected:
         return WindowServer::Ask([&] { return Line()->text().toStdString(); });
     }
 
-    TestWindow* const window_ = new TestWindow;
     BEntryControl* const entry_ = new BEntryControl("entry", "Mass", new BMessage(kUsed));
     BChoiceField* const choice_ = new BChoiceField("choice", "Body", new BMessage(kUsed));
 };
@@ -56,9 +47,7 @@ protected:
 
 TEST_F(EntryControlTest, UndoIsTheLinesWhileSomethingIsTypedAndElseTheWindows) {
     Press(Qt::Key_Z, Qt::ControlModifier);
-    std::vector<BMessage> messages = window_->Take();
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0].what, kUndoKey);
+    EXPECT_EQ(window_->TakeOne().what, kUndoKey);
     Type("25");
     Press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_TRUE(window_->Take().empty());
@@ -119,10 +108,8 @@ TEST_F(EntryControlTest, AChoiceIsKnownByItsIdentifierWhateverBecomesOfTheList) 
     // Before the window hears of it.
     choice_->SetChoices({{11, "Terra"}});
     window_->Settle();
-    const std::vector<BMessage> messages = window_->Take();
-    ASSERT_EQ(messages.size(), 1u);
     int64 id = 0;
-    EXPECT_EQ(messages[0].FindInt64("id", &id), B_OK);
+    EXPECT_EQ(window_->TakeOne().FindInt64("id", &id), B_OK);
     EXPECT_EQ(id, 11);
     choice_->Choose(99);
     EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QComboBox>(choice_)->currentIndex(); }),
@@ -130,17 +117,14 @@ TEST_F(EntryControlTest, AChoiceIsKnownByItsIdentifierWhateverBecomesOfTheList) 
 }
 
 TEST_F(EntryControlTest, AListOfThousandsOpensAtOnce) {
-    std::vector<BChoiceField::Choice> choices;
     constexpr int kCount = 20000;
+    constexpr bigtime_t kAtOnce = 200'000;
+    std::vector<BChoiceField::Choice> choices;
     for (int i = 0; i < kCount; i++)
         choices.push_back({i, "Body " + std::to_string(i), i % 3});
     const bigtime_t start = system_time();
     choice_->SetChoices(std::move(choices));
     choice_->Choose(kCount - 1);
     WindowServer::Perform([&] { FindWidget<QComboBox>(choice_)->showPopup(); });
-    const bigtime_t opened = system_time() - start;
-    RecordProperty("open_us", static_cast<int>(opened));
-    EXPECT_LT(opened, 200000);
-    EXPECT_TRUE(
-        WindowServer::Ask([&] { return FindWidget<QComboBox>(choice_)->view()->isVisible(); }));
+    EXPECT_LT(system_time() - start, kAtOnce);
 }

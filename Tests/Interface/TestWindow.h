@@ -1,26 +1,27 @@
 // A window that keeps the messages that come to it, and what tests need to use it like a user.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <QTest>
 #include <QWidget>
-#include <deque>
 #include <mutex>
 #include <vector>
 
 #include "BMessage.h"
-#include "BMessenger.h"
 #include "BView.h"
 #include "BWindow.h"
+#include "Settle.h"
 #include "ViewPart.h"
 #include "WindowPart.h"
 #include "WindowServer.h"
 
 class TestWindow : public BWindow {
 public:
-    explicit TestWindow(BRect frame = {100, 100, 399, 299}, window_type type = B_TITLED_WINDOW)
-        : BWindow(frame, "test", type) {}
+    TestWindow() : BWindow({100, 100, 399, 299}, "test", B_TITLED_WINDOW) {}
 
     void MessageReceived(BMessage* message) override {
-        {
+        if (message->what != FourCC("ping")) {
             const std::lock_guard lock(mutex_);
             received_.push_back(*message);
         }
@@ -32,24 +33,32 @@ public:
         return false;
     }
 
-    // What came since the last call, except pings.
+    // What came since the last call.
     std::vector<BMessage> Take() {
         const std::lock_guard lock(mutex_);
-        std::vector<BMessage> taken;
-        for (const BMessage& message : received_)
-            if (message.what != kPing) taken.push_back(message);
-        received_.clear();
-        return taken;
+        return std::exchange(received_, {});
+    }
+    // The only message that came.
+    BMessage TakeOne() {
+        const std::vector<BMessage> taken = Take();
+        EXPECT_EQ(taken.size(), 1u);
+        return taken.empty() ? BMessage() : taken.front();
     }
 
-    // Waits until the server has done what was queued, and the looper what came of that.
-    void Settle() {
-        for (int i = 0; i < 3; i++) {
-            WindowServer::Perform([] {});
-            BMessage reply;
-            const BMessage ping(kPing);
-            (void)BMessenger(static_cast<BHandler*>(this)).SendMessage(&ping, &reply);
-        }
+    void Settle() { ::Settle(this); }
+    // As a thread of the program does it, with the window's lock.
+    template <typename Change>
+    void Do(Change change) {
+        Lock();
+        change();
+        Unlock();
+        Settle();
+    }
+    // As a user does it, to the widgets.
+    template <typename Use>
+    void ByHand(Use use) {
+        WindowServer::Perform(use);
+        Settle();
     }
 
     void LockAndQuit() {
@@ -58,12 +67,30 @@ public:
 
     [[nodiscard]] QWidget* Widget() const { return Part()->Widget(); }
 
-    static constexpr uint32 kPing = FourCC("ping");
     std::atomic<int> quitRequests{0};
 
 private:
     std::mutex mutex_;
-    std::deque<BMessage> received_;
+    std::vector<BMessage> received_;
+};
+
+// A test with such a window.
+class WindowFixture : public testing::Test {
+protected:
+    void TearDown() override { window_->LockAndQuit(); }
+
+    // Shows the window with this in it, and gives it the keyboard.
+    void Show(BView* content) {
+        window_->AddChild(content);
+        window_->Show();
+        window_->ByHand([this] {
+            window_->Widget()->activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(window_->Widget()));
+        });
+        window_->Take();
+    }
+
+    TestWindow* const window_ = new TestWindow;
 };
 
 // For use on the server's thread.
