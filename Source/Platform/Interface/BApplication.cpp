@@ -61,27 +61,6 @@ void BApplication::QuitAllWindows() {
     }
 }
 
-bool BApplication::QuitRequested() {
-    // The windows may need the application while they decide.
-    const int32 locks = CountLocks();
-    for (int32 i = 0; i < locks; i++)
-        Unlock();
-    bool areAllQuit = true;
-    while (BWindow* const window = areAllQuit ? WindowList::At(0) : nullptr) {
-        if (!window->Lock()) {
-            WindowList::Remove(window);
-        } else if (window->QuitRequested()) {
-            window->Quit();
-        } else {
-            window->Unlock();
-            areAllQuit = false;
-        }
-    }
-    for (int32 i = 0; i < locks; i++)
-        Lock();
-    return areAllQuit;
-}
-
 // --- Windows and messages ---
 
 int32 BApplication::CountWindows() {

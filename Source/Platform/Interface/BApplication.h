@@ -27,9 +27,6 @@ public:
     // Ends Run; windows that are left are quit first, without being asked. Before Run: deletes the
     // object, as the platform does.
     void Quit() override;
-    // Here: asks every window, one by one, and quits those that agree at once; false as soon as one
-    // does not.
-    bool QuitRequested() override;
 
     virtual void ReadyToRun() {}
     // The first argument is the program.

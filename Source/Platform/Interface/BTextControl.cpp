@@ -101,10 +101,6 @@ void BTextControl::SetText(const char* text) {
     ChangePart<TextPart>(Part(), [text = ToText(text_)](TextPart& part) { part.SetText(text); });
 }
 
-std::optional<std::string> BTextControl::PendingText() const {
-    return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Pending(); });
-}
-
 std::optional<std::string> BTextControl::TakePendingText() {
     return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Take(); });
 }

@@ -1,6 +1,6 @@
 // A line of text that the user can edit, with a label. What is being typed lives in the window
 // server until it is entered with the Enter key or by leaving the field; then Text() becomes it and
-// the message is sent. Rules as for BView, but PendingText and TakePendingText need no lock: any
+// the message is sent. Rules as for BView, but TakePendingText needs no lock: any
 // thread may ask for what is half typed.
 #pragma once
 
@@ -18,13 +18,11 @@ public:
     // Replaces what is being typed, too. Sends nothing.
     virtual void SetText(const char* text);
 
-    // What the user has typed and not yet entered; nothing if there is none.
-    [[nodiscard]] std::optional<std::string> PendingText() const;
-    // The same, and it counts as entered: no message will be sent for it. Text() follows when the
-    // window next handles messages.
+    // What the user has typed and not yet entered; nothing if there is none. It counts as entered:
+    // no message will be sent for it. Text() follows when the window next handles messages.
     std::optional<std::string> TakePendingText();
 
-    // Sent, if set, at every key; PendingText tells what was typed. Takes it over.
+    // Sent, if set, at every key; TakePendingText tells what was typed. Takes it over.
     void SetModificationMessage(BMessage* message);
     // Room for about so many characters; 0: as the toolkit thinks best.
     void SetColumns(int32 count);

@@ -62,10 +62,6 @@ bool BView::RemoveChild(BView* child) {
     return true;
 }
 
-bool BView::RemoveSelf() {
-    return parent_ != nullptr && parent_->RemoveChild(this);
-}
-
 BView* BView::ChildAt(int32 index) const {
     if (index < 0 || index >= CountChildren()) return nullptr;
     return children_[static_cast<std::size_t>(index)];

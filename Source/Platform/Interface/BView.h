@@ -28,7 +28,6 @@ public:
     void Adopt(BView* child);
     // The child belongs to the caller again. False if it is none of this view's.
     bool RemoveChild(BView* child);
-    bool RemoveSelf();
     [[nodiscard]] BView* Parent() const { return parent_; }
     [[nodiscard]] BWindow* Window() const { return window_; }
     [[nodiscard]] int32 CountChildren() const { return static_cast<int32>(children_.size()); }

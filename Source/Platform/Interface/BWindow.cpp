@@ -223,10 +223,6 @@ void BWindow::AddChild(BView* view) {
     root_->AddChild(view);
 }
 
-bool BWindow::RemoveChild(BView* view) {
-    return root_->RemoveChild(view);
-}
-
 BView* BWindow::FindView(const char* name) const {
     for (int32 i = 0; i < CountChildren(); i++)
         if (BView* const found = ChildAt(i)->FindView(name); found != nullptr) return found;
