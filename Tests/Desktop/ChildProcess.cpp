@@ -8,9 +8,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <sstream>
 
 namespace {
 
@@ -84,12 +81,4 @@ std::optional<ChildProcess::Ending> ChildProcess::Wait(Duration patience) {
     if (WIFEXITED(status)) ending_->status = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) ending_->signal = WTERMSIG(status);
     return ending_;
-}
-
-bool IsInstalled(const std::string& program) {
-    const char* const path = std::getenv("PATH");
-    std::istringstream folders(path == nullptr ? "" : path);
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (access((std::filesystem::path(folder) / program).c_str(), X_OK) == 0) return true;
-    return false;
 }

@@ -43,6 +43,3 @@ private:
     int handle_ = -1;  // becomes readable when it has ended
     std::optional<Ending> ending_;
 };
-
-// Whether there is such a program on the PATH.
-[[nodiscard]] bool IsInstalled(const std::string& program);

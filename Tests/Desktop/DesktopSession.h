@@ -40,8 +40,6 @@ public:
     [[nodiscard]] std::filesystem::path Folder() const { return folder_; }
     // The screen's name.
     [[nodiscard]] std::string Display() const;
-    // For the programs started from now on, beside the desktop's own variables.
-    ChildProcess::Environment& Variables() { return variables_; }
     // What it writes can be asked for with Output().
     std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& arguments);
     // Of all programs together.
@@ -54,8 +52,6 @@ public:
     // All that are seen now.
     [[nodiscard]] std::vector<Window> WindowsTitled(const std::string& title) const;
     [[nodiscard]] bool WaitForNoWindow(const std::string& title) const;
-    // A submenu comes a moment after its item was chosen.
-    [[nodiscard]] bool WaitForMenus(int count) const;
     [[nodiscard]] std::string Title(const Window& window) const;
     // Its content, on the screen.
     [[nodiscard]] QRect Frame(const Window& window) const;
@@ -72,8 +68,6 @@ public:
     void Press(const std::string& keys, int times = 1) const;
     void Type(const std::string& text) const;
     void MoveMouse(const Window& window, QPoint to) const;
-    // Buttons: 1 left, 2 middle, 3 right.
-    void Click(const Window& window, QPoint at, int button = 1) const;
     void DoubleClick(const Window& window, QPoint at) const;
     void Drag(const Window& window, QPoint from, QPoint to) const;
     // Away from the user is positive.

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <string>
 
-// `at`: in the window's content. True when the window has taken the file, which may take it as long
-// as `patience`.
+// `at`: on the screen. True when the window has taken the file; each of its answers may take as
+// long as `patience`.
 [[nodiscard]] bool DropFile(const std::string& display, const std::string& window, QPoint at,
-                            const std::string& path, std::chrono::seconds patience);
+                            const std::string& path, std::chrono::milliseconds patience);

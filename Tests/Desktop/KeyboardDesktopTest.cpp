@@ -1,6 +1,6 @@
 // Nothing in a simulation's window needs the mouse.
+#include "DesktopTest.h"
 #include "SampleDocument.h"
-#include "SimulationDesktopTest.h"
 
 namespace {
 
@@ -9,13 +9,11 @@ constexpr double kKilometre = 1000.0;
 constexpr double kYear = 31556925.2;
 constexpr double kKilogram = 6.672e-11;  // as a gravitational parameter
 
-class KeyboardDesktopTest : public SimulationDesktopTest {
+class KeyboardDesktopTest : public DesktopTest {
 protected:
     void SetUp() override {
-        SimulationDesktopTest::SetUp();
-        if (!desktop_) return;
-        window_ = OpenExample("circumbinary");
-        path_ = (desktop_->Folder() / "circumbinary.orvek").string();
+        DesktopTest::SetUp();
+        if (desktop_) window_ = OpenExample("circumbinary");
     }
     // Goes on to the field and types; whoever comes to the next one has entered it.
     void Type(Field field, const std::string& text) {
@@ -32,10 +30,8 @@ protected:
         desktop_->Press(window_, "alt+" + menu);
         desktop_->Press(item);
     }
-    bool Comes(const std::string& title) { return !desktop_->WaitForWindow(title).empty(); }
 
     Window window_;
-    std::string path_;
 };
 
 }  // namespace
@@ -59,7 +55,7 @@ TEST_F(KeyboardDesktopTest, TheTabKeyGoesThroughAllFieldsInTheirOrder) {
     // After the last one comes the first one, in which the next body is chosen.
     GoTo(window_, kEdit);
     desktop_->Press("Home");
-    Save(window_, path_);
+    Save(window_);
 
     const auto document = Read(path_);
     const AbEpoch* const epoch = document->Portal()->FocusEpoch();
@@ -96,7 +92,7 @@ TEST_F(KeyboardDesktopTest, ButtonsListsAndTheSliderWorkWithKeys) {
     ChooseUnit(kPositionUnit, "k");
     GoTo(window_, kSlider);
     desktop_->Press("Right");
-    Save(window_, path_);
+    Save(window_);
     const auto changed = Read(path_);
     const Body* const was = BodyNamed(before.get(), "Planet");
     const Body* const is = BodyNamed(changed.get(), "Planet");
@@ -114,7 +110,7 @@ TEST_F(KeyboardDesktopTest, ButtonsListsAndTheSliderWorkWithKeys) {
     GoTo(window_, kGo);
     for (int i = 0; i < 2; i++) {
         desktop_->Press("space", 2);
-        Save(window_, path_);
+        Save(window_);
     }
     const auto run = Read(path_);
     EXPECT_EQ(run->Portal()->BodiesInMassOrder().size(), 4u);

