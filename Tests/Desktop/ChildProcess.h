@@ -24,9 +24,8 @@ public:
     };
 
     // `output`: a file for what the program writes to both outputs; empty: nobody reads it.
-    // `kept`: a descriptor of ours that the program shall have, too; -1: none.
     ChildProcess(const std::vector<std::string>& arguments, const Environment& environment,
-                 const std::string& output = {}, int kept = -1);
+                 const std::string& output = {});
     // Kills it if it still runs.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;

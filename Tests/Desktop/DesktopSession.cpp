@@ -1,8 +1,6 @@
 #include "DesktopSession.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <QtEndian>
 #include <fstream>
@@ -72,17 +70,17 @@ DesktopSession::~DesktopSession() {
     fs::remove_all(folder_, error);
 }
 
+// It says its number when it is ready.
 bool DesktopSession::StartScreen(int width, int height) {
-    const fs::path path = folder_ / "display";
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, kOnlyOwner);
-    screen_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"Xvfb", "-displayfd", Text(file), "-screen", "0",
-                                 Text(width) + 'x' + Text(height) + "x24", "-fbdir",
-                                 (folder_ / "screen").string(), "-nolisten", "tcp", "-noreset"},
-        variables_, (folder_ / "screen.log").string(), file);
-    close(file);
+    const fs::path file = folder_ / "display";
+    const std::string size = Text(width) + 'x' + Text(height) + "x24";
+    const std::string command = "exec Xvfb -displayfd 3 -screen 0 " + size + " -fbdir " +
+                                (folder_ / "screen").string() + " -nolisten tcp -noreset 3> " +
+                                file.string();
+    screen_ = std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", command},
+                                             variables_, (folder_ / "screen.log").string());
     std::string number;
-    const bool isThere = WaitFor([&] { return (number = Contents(path)).ends_with('\n'); });
+    const bool isThere = WaitFor([&] { return (number = Contents(file)).ends_with('\n'); });
     variables_["DISPLAY"] = ':' + number.substr(0, number.find('\n'));
     return isThere;
 }
@@ -156,6 +154,10 @@ void DesktopSession::Resize(const Window& window, QSize size) const {
 
 void DesktopSession::Close(const Window& window) const {
     Press(window, "alt+F4");
+}
+
+bool DesktopSession::Drop(const std::string& path, const Window& window) const {
+    return ScreenWindows::Drop(Display(), window, path, kPatience);
 }
 
 // --- Keyboard and mouse ---

@@ -38,8 +38,6 @@ public:
     // --- Programs ---
     // A place for documents and whatever else; it is the home folder, too.
     [[nodiscard]] std::filesystem::path Folder() const { return folder_; }
-    // The screen's name.
-    [[nodiscard]] std::string Display() const;
     // What it writes can be asked for with Output().
     std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& arguments);
     // Of all programs together.
@@ -60,6 +58,8 @@ public:
     void Resize(const Window& window, QSize size) const;
     // As the window manager does it for the user.
     void Close(const Window& window) const;
+    // As file managers do it; false if the window does not take the file.
+    [[nodiscard]] bool Drop(const std::string& path, const Window& window) const;
 
     // --- Keyboard and mouse ---
     // Brings the window to the front first. Keys: "ctrl+g", "Escape", "shift+Tab".
@@ -86,6 +86,8 @@ public:
 private:
     [[nodiscard]] bool StartScreen(int width, int height);
     [[nodiscard]] bool StartWindowManager();
+    // The screen's name.
+    [[nodiscard]] std::string Display() const;
     // Has the hands do it, and waits until they have.
     void Hand(const std::vector<std::string>& arguments) const;
 

@@ -131,11 +131,15 @@ void DesktopTest::GiveAnswer(Answer answer, bool forGood) const {
 
 // --- Documents ---
 
-std::unique_ptr<SimulationDocument> DesktopTest::Read(const std::string& path) {
-    auto document = std::make_unique<SimulationDocument>(nullptr);
+BMessage DesktopTest::Record(const std::string& path) {
     BMessage record;
     EXPECT_FALSE(SimulationFile::Read(path, &record).Failed()) << path;
-    EXPECT_FALSE(document->Load(record).Failed()) << path;
+    return record;
+}
+
+std::unique_ptr<SimulationDocument> DesktopTest::Read(const std::string& path) {
+    auto document = std::make_unique<SimulationDocument>(nullptr);
+    EXPECT_FALSE(document->Load(Record(path)).Failed()) << path;
     return document;
 }
 

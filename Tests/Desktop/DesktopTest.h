@@ -87,7 +87,8 @@ protected:
     void GiveAnswer(Answer answer, bool forGood = false) const;
 
     // --- Documents ---
-    // A file that cannot be read counts as a failure, and is an empty document.
+    // A file that cannot be read counts as a failure, and is empty.
+    [[nodiscard]] static BMessage Record(const std::string& path);
     [[nodiscard]] static std::unique_ptr<SimulationDocument> Read(const std::string& path);
     // Of the focus epoch; null and a failure when there is none.
     [[nodiscard]] static const Body* BodyNamed(SimulationDocument* document,

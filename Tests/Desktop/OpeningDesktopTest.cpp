@@ -1,6 +1,5 @@
 // Documents come into the program by the open panel and by the mouse.
 #include "DesktopTest.h"
-#include "FileDrop.h"
 
 namespace {
 
@@ -50,8 +49,7 @@ TEST_F(OpeningDesktopTest, AFileThatIsDroppedOnAWindowIsOpened) {
     const Window display = desktop_->WaitForWindow("^Projection of ");
     for (const auto& [name, target] : {std::pair("earth-moon", window), {"pythagorean", display}}) {
         const std::string path = CopyExample(name);
-        const QPoint at = desktop_->Frame(target).center();
-        EXPECT_TRUE(DropFile(desktop_->Display(), target, at, path, DesktopSession::kPatience));
+        EXPECT_TRUE(desktop_->Drop(path, target));
         EXPECT_FALSE(WaitForSimulation(path).empty());
     }
     EXPECT_EQ(CountSimulations(), 3u);

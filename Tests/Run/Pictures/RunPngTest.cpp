@@ -1,7 +1,5 @@
 // The picture of a run. What is where in it follows from the positions in the documents and the
 // reports.
-#include <sys/resource.h>
-
 #include <QImage>
 #include <cmath>
 #include <cstdlib>
@@ -111,25 +109,4 @@ TEST_F(RunPng, ShowsWhatWasBeforeAMerger) {
     for (const int x : {440, 460, 480, 500})
         EXPECT_GT(qGreen(Picture().pixel(x, 240)), 120) << x;
     EXPECT_LT(qGreen(Picture().pixel(530, 240)), 40);
-}
-
-TEST_F(RunPng, FailuresNameTheFileAndTheReasonAndLeaveWhatWasThere) {
-    const std::string old = Put("old.png", "old");
-    const std::tuple<std::string, const char*, const char*> failures[] = {
-        {Path("none/run.png"), "1000000000", "No such file or directory"},
-        {Path(""), "1000000000", "Is a directory"},
-        {document_, "1000000000", "this would overwrite the document or another output"},
-        // The disk is full when the picture comes.
-        {old, "10", "File too large"},
-    };
-    for (const auto& [picture, steps, reason] : failures) {
-        const Outcome outcome =
-            RunProgram({"-q", "--steps", steps, "--png", picture, document_}, {.prepare = [] {
-                           const rlimit limit{1000, 1000};
-                           setrlimit(RLIMIT_FSIZE, &limit);
-                       }});
-        EXPECT_EQ(outcome.status, 1) << picture;
-        EXPECT_EQ(outcome.err, "orvek-run: " + picture + ": " + reason + "\n");
-    }
-    EXPECT_EQ(Get(old), "old");
 }
