@@ -55,7 +55,8 @@ Widget* RobotHands::AnyOf(const Windows& windows) {
 }
 
 QPoint RobotHands::PlaceIn(const QWidget& widget) {
-    return {dice_->Number(0, widget.width() - 1), dice_->Number(0, widget.height() - 1)};
+    return {dice_->Number(0, std::max(0, widget.width() - 1)),
+            dice_->Number(0, std::max(0, widget.height() - 1))};
 }
 
 void RobotHands::Drag(QWidget* widget) {

@@ -10,10 +10,6 @@ namespace {
 
 using RunCollision = RunFixture;
 
-double Number(const std::string& text) {
-    return std::stod(text);
-}
-
 TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     const std::string document = PutDocument("document", *MergingSystem());
     const Outcome outcome = RunProgram({"-n", "3000", "--cutoff", "1e-6", "--csv", Path("csv"),
@@ -23,7 +19,7 @@ TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     EXPECT_EQ(Member(outcome.out, "mergers"), "1");
     EXPECT_EQ(Member(outcome.out, "steps"), "3000");
     EXPECT_EQ(Member(outcome.out, "bodies"), "2");
-    EXPECT_LT(std::fabs(Number(Member(outcome.out, "relative_energy_error"))), 1e-3);
+    EXPECT_LT(std::fabs(std::stod(Member(outcome.out, "relative_energy_error"))), 1e-3);
 
     // Every report once: three bodies before the merger, two after it.
     const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
@@ -70,7 +66,7 @@ TEST_F(RunCollision, CollapseOfManyBodiesKeepsMassAndMomentumOnAnyNumberOfThread
         const Outcome outcome = RunProgram({"-n", "20000", "--threads", threads, "--json",
                                             "--cutoff", "1e-6", "-o", Path("saved"), document});
         ASSERT_EQ(outcome.status, 0) << outcome.err;
-        EXPECT_GE(Number(Member(outcome.out, "mergers")), 100.0);
+        EXPECT_GE(std::stod(Member(outcome.out, "mergers")), 100.0);
         EXPECT_EQ(digest.empty() ? Member(outcome.out, "sha256") : digest,
                   Member(outcome.out, "sha256"));
         digest = Member(outcome.out, "sha256");
