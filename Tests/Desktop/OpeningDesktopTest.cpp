@@ -31,11 +31,10 @@ TEST_F(OpeningDesktopTest, OfSeveralFilesOverAnUntouchedWindowTheLastStays) {
     StartProgram({});
     desktop_->Press(desktop_->WaitForWindow(kUntitled), "ctrl+o");
     Choose('"' + eight + "\" \"" + moon + "\" \"" + triangle + '"');
-    EXPECT_FALSE(WaitForSimulation(triangle).empty());
+    const Window window = WaitForSimulation(triangle);
     EXPECT_TRUE(desktop_->WaitForNoWindow(kUntitled));
     EXPECT_EQ(CountSimulations(), 1u);
     // It is untouched no longer.
-    const Window window = WaitForSimulation(triangle);
     desktop_->Press(window, "ctrl+o");
     Choose(eight);
     EXPECT_FALSE(WaitForSimulation(eight).empty());

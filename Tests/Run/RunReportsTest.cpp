@@ -44,17 +44,6 @@ TEST_F(RunReports, RowsAreTheBodiesInMassOrderFromTheStartOn) {
         EXPECT_GT(rows[i].time, rows[i - 4].time);
 }
 
-TEST_F(RunReports, BitsDependOnNothingButTheDocument) {
-    Rows({"--steps", "400"});
-    const std::string once = Get(Path("out.csv"));
-    Rows({"--steps", "400", "--threads", "2"});
-    EXPECT_EQ(Get(Path("out.csv")), once);
-    // A slow reader makes other batches.
-    const Outcome outcome =
-        RunProgram({"--steps", "400", "--csv", "-", "-q", "--threads", "1", document_});
-    EXPECT_EQ(outcome.out, once);
-}
-
 TEST_F(RunReports, NumbersReadBackToTheSameBits) {
     const std::vector<CsvRow> rows = Rows({"--steps", "77", "--save", Path("saved")});
     SimulationDocument document(nullptr);
