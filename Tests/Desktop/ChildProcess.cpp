@@ -8,9 +8,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <sstream>
 
 namespace {
 
@@ -37,12 +34,11 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 }
 
 // Between fork and exec, where little is allowed.
-[[noreturn]] void Become(char** arguments, char** variables, const char* output, int kept) {
+[[noreturn]] void Become(char** arguments, char** variables, const char* output) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int out = open(output, O_WRONLY | O_CREAT | O_APPEND, 0666);
     dup2(out, STDOUT_FILENO);
     dup2(out, STDERR_FILENO);
-    if (kept >= 0) fcntl(kept, F_SETFD, 0);
     execvpe(arguments[0], arguments, variables);
     _exit(kNotStarted);
 }
@@ -50,15 +46,14 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments,
-                           const Environment& environment, const std::string& output, int kept) {
+                           const Environment& environment, const std::string& output) {
     std::vector<std::string> words = arguments;
     std::vector<std::string> variables = Merge(environment);
     const std::vector<char*> argv = Pointers(words);
     const std::vector<char*> envp = Pointers(variables);
     const char* const out = output.empty() ? "/dev/null" : output.c_str();
     id_ = fork();
-    if (id_ == 0)
-        Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), out, kept);
+    if (id_ == 0) Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), out);
     handle_ = static_cast<int>(syscall(SYS_pidfd_open, id_, 0));
 }
 
@@ -84,12 +79,4 @@ std::optional<ChildProcess::Ending> ChildProcess::Wait(Duration patience) {
     if (WIFEXITED(status)) ending_->status = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) ending_->signal = WTERMSIG(status);
     return ending_;
-}
-
-bool IsInstalled(const std::string& program) {
-    const char* const path = std::getenv("PATH");
-    std::istringstream folders(path == nullptr ? "" : path);
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (access((std::filesystem::path(folder) / program).c_str(), X_OK) == 0) return true;
-    return false;
 }

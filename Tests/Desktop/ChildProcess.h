@@ -24,9 +24,8 @@ public:
     };
 
     // `output`: a file for what the program writes to both outputs; empty: nobody reads it.
-    // `kept`: a descriptor of ours that the program shall have, too; -1: none.
     ChildProcess(const std::vector<std::string>& arguments, const Environment& environment,
-                 const std::string& output = {}, int kept = -1);
+                 const std::string& output = {});
     // Kills it if it still runs.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
@@ -43,6 +42,3 @@ private:
     int handle_ = -1;  // becomes readable when it has ended
     std::optional<Ending> ending_;
 };
-
-// Whether there is such a program on the PATH.
-[[nodiscard]] bool IsInstalled(const std::string& program);

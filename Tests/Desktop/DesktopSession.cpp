@@ -1,12 +1,8 @@
 #include "DesktopSession.h"
 
-#include <fcntl.h>
-#include <poll.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <QtEndian>
-#include <array>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -23,37 +19,9 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kLook{15};
 constexpr mode_t kOnlyOwner = 0700;
 
-// Of the screen's file in memory: a header of big-endian numbers, a colour table, the pixels.
-enum HeaderField : std::size_t {
-    kHeaderSize = 0,
-    kWidth = 4,
-    kHeight = 5,
-    kBytesPerLine = 12,
-    kColors = 19,
-    kHeaderFields = 25,
-};
-constexpr std::size_t kColorSize = 12;
-
 std::string Contents(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
-}
-
-// What comes out of the pipe or queue, up to the end of the line; empty when nothing comes.
-std::string ReadLine(int descriptor) {
-    std::string line;
-    const auto end = Clock::now() + DesktopSession::kPatience;
-    while (!line.ends_with('\n')) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-        pollfd source{descriptor, POLLIN, 0};
-        char byte = 0;
-        if (left.count() <= 0 || poll(&source, 1, static_cast<int>(left.count())) != 1 ||
-            read(descriptor, &byte, 1) != 1)
-            return {};
-        line += byte;
-    }
-    line.pop_back();
-    return line;
 }
 
 std::string Text(int number) {
@@ -64,7 +32,9 @@ std::string Text(int number) {
 
 std::string DesktopSession::MissingProgram() {
     for (const char* const program : {"Xvfb", "openbox", "xdotool"})
-        if (!IsInstalled(program)) return program;
+        if (ChildProcess({"sh", "-c", std::string("command -v ") + program}, {}).Wait(kPatience) !=
+            ChildProcess::Ending{0, 0})
+            return program;
     return {};
 }
 
@@ -100,33 +70,28 @@ DesktopSession::~DesktopSession() {
     fs::remove_all(folder_, error);
 }
 
+// It says its number when it is ready.
 bool DesktopSession::StartScreen(int width, int height) {
-    std::array<int, 2> pipe{};
-    if (pipe2(pipe.data(), O_CLOEXEC) != 0) return false;
-    screen_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"Xvfb", "-displayfd", Text(pipe[1]), "-screen", "0",
-                                 Text(width) + 'x' + Text(height) + "x24", "-fbdir",
-                                 (folder_ / "screen").string(), "-nolisten", "tcp", "-noreset"},
-        variables_, (folder_ / "screen.log").string(), pipe[1]);
-    close(pipe[1]);
-    const std::string number = ReadLine(pipe[0]);
-    close(pipe[0]);
-    variables_["DISPLAY"] = ':' + number;
-    return !number.empty();
+    const fs::path file = folder_ / "display";
+    const std::string size = Text(width) + 'x' + Text(height) + "x24";
+    const std::string command = "exec Xvfb -displayfd 3 -screen 0 " + size + " -fbdir " +
+                                (folder_ / "screen").string() + " -nolisten tcp -noreset 3> " +
+                                file.string();
+    screen_ = std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", command},
+                                             variables_, (folder_ / "screen.log").string());
+    std::string number;
+    const bool isThere = WaitFor([&] { return (number = Contents(file)).ends_with('\n'); });
+    variables_["DISPLAY"] = ':' + number.substr(0, number.find('\n'));
+    return isThere;
 }
 
 // It says that it is ready by running a command.
 bool DesktopSession::StartWindowManager() {
-    const std::string queue = (folder_ / "ready").string();
-    if (mkfifo(queue.c_str(), kOnlyOwner) != 0) return false;
-    const int ready = open(queue.c_str(), O_RDWR | O_CLOEXEC);
+    const fs::path ready = folder_ / "ready";
     manager_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{"openbox", "--sm-disable", "--startup",
-                                 "sh -c 'echo ready > " + queue + "'"},
+        std::vector<std::string>{"openbox", "--sm-disable", "--startup", "touch " + ready.string()},
         variables_, (folder_ / "manager.log").string());
-    const std::string answer = ReadLine(ready);
-    close(ready);
-    return !answer.empty();
+    return WaitFor([&] { return fs::exists(ready); });
 }
 
 std::string DesktopSession::Display() const {
@@ -171,10 +136,6 @@ bool DesktopSession::WaitForNoWindow(const std::string& title) const {
     return WaitFor([&] { return WindowsTitled(title).empty(); });
 }
 
-bool DesktopSession::WaitForMenus(int count) const {
-    return WaitFor([&] { return ScreenWindows::CountMenus(Display()) == count; });
-}
-
 std::string DesktopSession::Title(const Window& window) const {
     return ScreenWindows::Title(Display(), window);
 }
@@ -195,6 +156,10 @@ void DesktopSession::Close(const Window& window) const {
     Press(window, "alt+F4");
 }
 
+bool DesktopSession::Drop(const std::string& path, const Window& window) const {
+    return ScreenWindows::Drop(Display(), window, path, kPatience);
+}
+
 // --- Keyboard and mouse ---
 
 void DesktopSession::Press(const Window& window, const std::string& keys) const {
@@ -212,11 +177,6 @@ void DesktopSession::Type(const std::string& text) const {
 
 void DesktopSession::MoveMouse(const Window& window, QPoint to) const {
     Hand({"mousemove", "--window", window, Text(to.x()), Text(to.y())});
-}
-
-void DesktopSession::Click(const Window& window, QPoint at, int button) const {
-    MoveMouse(window, at);
-    Hand({"click", Text(button)});
 }
 
 void DesktopSession::DoubleClick(const Window& window, QPoint at) const {
@@ -240,17 +200,21 @@ void DesktopSession::TurnWheel(const Window& window, QPoint at, int notches) con
 
 // --- What is seen ---
 
+// The screen's file in memory: a header of big-endian numbers, a colour table, the pixels.
 QImage DesktopSession::Screen() const {
+    constexpr std::size_t kHeader = 100;
+    constexpr std::size_t kColorSize = 12;
     const std::string bytes = Contents(folder_ / "screen" / "Xvfb_screen0");
-    std::array<std::size_t, kHeaderFields> header{};
-    if (bytes.size() < sizeof(quint32) * header.size()) return {};
-    for (std::size_t i = 0; i < header.size(); i++)
-        header[i] = qFromBigEndian<quint32>(bytes.data() + sizeof(quint32) * i);
-    const std::size_t pixels = header[kHeaderSize] + kColorSize * header[kColors];
-    if (bytes.size() < pixels + header[kBytesPerLine] * header[kHeight]) return {};
-    return QImage(reinterpret_cast<const uchar*>(bytes.data()) + pixels,
-                  static_cast<int>(header[kWidth]), static_cast<int>(header[kHeight]),
-                  static_cast<qsizetype>(header[kBytesPerLine]), QImage::Format_RGB32)
+    if (bytes.size() < kHeader) return {};
+    const auto field = [&bytes](std::size_t i) {
+        return std::size_t{qFromBigEndian<quint32>(bytes.data() + sizeof(quint32) * i)};
+    };
+    const std::size_t pixels = field(0) + kColorSize * field(19);
+    const std::size_t width = field(4), height = field(5), bytesPerLine = field(12);
+    if (bytes.size() < pixels + bytesPerLine * height) return {};
+    return QImage(reinterpret_cast<const uchar*>(bytes.data()) + pixels, static_cast<int>(width),
+                  static_cast<int>(height), static_cast<qsizetype>(bytesPerLine),
+                  QImage::Format_RGB32)
         .copy();
 }
 

@@ -38,10 +38,6 @@ public:
     // --- Programs ---
     // A place for documents and whatever else; it is the home folder, too.
     [[nodiscard]] std::filesystem::path Folder() const { return folder_; }
-    // The screen's name.
-    [[nodiscard]] std::string Display() const;
-    // For the programs started from now on, beside the desktop's own variables.
-    ChildProcess::Environment& Variables() { return variables_; }
     // What it writes can be asked for with Output().
     std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& arguments);
     // Of all programs together.
@@ -54,8 +50,6 @@ public:
     // All that are seen now.
     [[nodiscard]] std::vector<Window> WindowsTitled(const std::string& title) const;
     [[nodiscard]] bool WaitForNoWindow(const std::string& title) const;
-    // A submenu comes a moment after its item was chosen.
-    [[nodiscard]] bool WaitForMenus(int count) const;
     [[nodiscard]] std::string Title(const Window& window) const;
     // Its content, on the screen.
     [[nodiscard]] QRect Frame(const Window& window) const;
@@ -64,6 +58,8 @@ public:
     void Resize(const Window& window, QSize size) const;
     // As the window manager does it for the user.
     void Close(const Window& window) const;
+    // As file managers do it; false if the window does not take the file.
+    [[nodiscard]] bool Drop(const std::string& path, const Window& window) const;
 
     // --- Keyboard and mouse ---
     // Brings the window to the front first. Keys: "ctrl+g", "Escape", "shift+Tab".
@@ -72,8 +68,6 @@ public:
     void Press(const std::string& keys, int times = 1) const;
     void Type(const std::string& text) const;
     void MoveMouse(const Window& window, QPoint to) const;
-    // Buttons: 1 left, 2 middle, 3 right.
-    void Click(const Window& window, QPoint at, int button = 1) const;
     void DoubleClick(const Window& window, QPoint at) const;
     void Drag(const Window& window, QPoint from, QPoint to) const;
     // Away from the user is positive.
@@ -92,6 +86,8 @@ public:
 private:
     [[nodiscard]] bool StartScreen(int width, int height);
     [[nodiscard]] bool StartWindowManager();
+    // The screen's name.
+    [[nodiscard]] std::string Display() const;
     // Has the hands do it, and waits until they have.
     void Hand(const std::vector<std::string>& arguments) const;
 

@@ -1,131 +1,145 @@
 #include "ScreenWindows.h"
 
-#include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <poll.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <iterator>
+#include <cstring>
+#include <memory>
 
 namespace {
 
-// The window may go at any moment.
-int IgnoreError(Display* /*display*/, XErrorEvent* /*error*/) {
-    return 0;
-}
-
 // The connection to the server, for one question.
-class Server {
-public:
-    explicit Server(const std::string& display) {
-        XSetErrorHandler(IgnoreError);
-        display_ = XOpenDisplay(display.c_str());
-    }
-    ~Server() {
-        if (display_ != nullptr) XCloseDisplay(display_);
-    }
-    Server(const Server&) = delete;
-    Server& operator=(const Server&) = delete;
-
-    [[nodiscard]] Display* Get() const { return display_; }
-    [[nodiscard]] Atom Named(const char* name) const { return XInternAtom(display_, name, False); }
-
-    // Calls `take` with the property's data and the number of its elements.
-    template <typename Take>
-    void Read(Window window, Atom property, Atom type, Take take) const {
-        constexpr long kLongest = 1 << 16;
-        Atom actualType = None;
-        int format = 0;
-        unsigned long count = 0;
-        unsigned long left = 0;
-        unsigned char* data = nullptr;
-        if (XGetWindowProperty(display_, window, property, 0, kLongest, False, type, &actualType,
-                               &format, &count, &left, &data) != Success ||
-            data == nullptr)
-            return;
-        if (actualType == type) take(data, count);
-        XFree(data);
-    }
-
-private:
-    Display* display_;
+struct Closer {
+    void operator()(Display* display) const { XCloseDisplay(display); }
 };
+using Server = std::unique_ptr<Display, Closer>;
 
-bool IsSeen(const Server& server, Window window) {
-    XWindowAttributes look{};
-    return XGetWindowAttributes(server.Get(), window, &look) != 0 && look.map_state == IsViewable;
-}
-
-bool IsMenu(const Server& server, Window window) {
-    bool isMenu = false;
-    const Atom types[] = {server.Named("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"),
-                          server.Named("_NET_WM_WINDOW_TYPE_POPUP_MENU")};
-    server.Read(window, server.Named("_NET_WM_WINDOW_TYPE"), XA_ATOM,
-                [&](const unsigned char* data, unsigned long count) {
-                    const auto* const own = reinterpret_cast<const Atom*>(data);
-                    isMenu = std::find_first_of(own, own + count, std::begin(types),
-                                                std::end(types)) != own + count;
-                });
-    return isMenu;
+Server Connect(const std::string& display) {
+    // The window may go at any moment.
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+    return Server(XOpenDisplay(display.c_str()));
 }
 
 Window Number(const std::string& window) {
     return static_cast<Window>(std::strtoul(window.c_str(), nullptr, 10));
 }
 
+// The bytes of a property; it is a list of windows or a text.
+std::string Property(const Server& server, Window window, const char* name) {
+    constexpr long kLongest = 1 << 16;
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* data = nullptr;
+    const Atom property = XInternAtom(server.get(), name, False);
+    if (XGetWindowProperty(server.get(), window, property, 0, kLongest, False, AnyPropertyType,
+                           &type, &format, &count, &left, &data) != Success ||
+        data == nullptr)
+        return {};
+    std::string bytes(reinterpret_cast<const char*>(data),
+                      count * (format == 8 ? 1 : sizeof(long)));
+    XFree(data);
+    return bytes;
+}
+
+constexpr long kProtocolVersion = 5;
+
+// The side of the one who drags a file, by the protocol for that (XDND).
+struct Dragger {
+    Display* server;
+    Window own;
+    Window target;
+
+    [[nodiscard]] Atom Named(const char* name) const { return XInternAtom(server, name, False); }
+
+    void Tell(const char* what, std::initializer_list<unsigned long> words) const {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = target;
+        event.xclient.message_type = Named(what);
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = static_cast<long>(own);
+        std::copy(words.begin(), words.end(), event.xclient.data.l + 1);
+        XSendEvent(server, target, False, NoEventMask, &event);
+    }
+
+    void Give(const XSelectionRequestEvent& to, const std::string& list) const {
+        XChangeProperty(server, to.requestor, to.property, to.target, 8, PropModeReplace,
+                        reinterpret_cast<const unsigned char*>(list.data()),
+                        static_cast<int>(list.size()));
+        XEvent event{};
+        event.xselection = {SelectionNotify, 0,         False,       nullptr, to.requestor,
+                            to.selection,    to.target, to.property, to.time};
+        XSendEvent(server, to.requestor, False, NoEventMask, &event);
+    }
+
+    // The next event; none when it does not come.
+    bool Await(XEvent* event, std::chrono::milliseconds patience) const {
+        pollfd connection{ConnectionNumber(server), POLLIN, 0};
+        while (XPending(server) == 0)
+            if (poll(&connection, 1, static_cast<int>(patience.count())) != 1) return false;
+        XNextEvent(server, event);
+        return true;
+    }
+};
+
 }  // namespace
 
 std::vector<std::string> ScreenWindows::Seen(const std::string& display) {
     std::vector<std::string> seen;
-    const Server server(display);
-    if (server.Get() == nullptr) return seen;
-    server.Read(DefaultRootWindow(server.Get()), server.Named("_NET_CLIENT_LIST"), XA_WINDOW,
-                [&](const unsigned char* data, unsigned long count) {
-                    const auto* const windows = reinterpret_cast<const Window*>(data);
-                    for (unsigned long i = 0; i < count; i++)
-                        if (IsSeen(server, windows[i])) seen.push_back(std::to_string(windows[i]));
-                });
+    const Server server = Connect(display);
+    if (server == nullptr) return seen;
+    const std::string list = Property(server, DefaultRootWindow(server.get()), "_NET_CLIENT_LIST");
+    for (std::size_t at = 0; at < list.size(); at += sizeof(Window)) {
+        Window window = None;
+        std::memcpy(&window, list.data() + at, sizeof window);
+        XWindowAttributes look{};
+        if (XGetWindowAttributes(server.get(), window, &look) != 0 && look.map_state == IsViewable)
+            seen.push_back(std::to_string(window));
+    }
     return seen;
 }
 
-int ScreenWindows::CountMenus(const std::string& display) {
-    const Server server(display);
-    if (server.Get() == nullptr) return 0;
-    Window root = None;
-    Window parent = None;
-    Window* children = nullptr;
-    unsigned int count = 0;
-    if (XQueryTree(server.Get(), DefaultRootWindow(server.Get()), &root, &parent, &children,
-                   &count) == 0)
-        return 0;
-    const auto menus = std::count_if(children, children + count, [&server](Window window) {
-        return IsSeen(server, window) && IsMenu(server, window);
-    });
-    XFree(children);
-    return static_cast<int>(menus);
-}
-
 std::string ScreenWindows::Title(const std::string& display, const std::string& window) {
-    std::string title;
-    const Server server(display);
-    if (server.Get() == nullptr) return title;
-    server.Read(Number(window), server.Named("_NET_WM_NAME"), server.Named("UTF8_STRING"),
-                [&](const unsigned char* data, unsigned long count) {
-                    title.assign(reinterpret_cast<const char*>(data), count);
-                });
-    return title;
+    const Server server = Connect(display);
+    return server == nullptr ? "" : Property(server, Number(window), "_NET_WM_NAME");
 }
 
 QRect ScreenWindows::Frame(const std::string& display, const std::string& window) {
-    const Server server(display);
-    if (server.Get() == nullptr) return {};
-    const Window number = Number(window);
-    XWindowAttributes size{};
+    const Server server = Connect(display);
+    XWindowAttributes look{};
     int x = 0;
     int y = 0;
     Window child = None;
     const bool isThere =
-        XGetWindowAttributes(server.Get(), number, &size) != 0 &&
-        XTranslateCoordinates(server.Get(), number, size.root, 0, 0, &x, &y, &child) != 0;
-    return isThere ? QRect(x, y, size.width, size.height) : QRect();
+        server != nullptr && XGetWindowAttributes(server.get(), Number(window), &look) != 0 &&
+        XTranslateCoordinates(server.get(), Number(window), look.root, 0, 0, &x, &y, &child) != 0;
+    return isThere ? QRect(x, y, look.width, look.height) : QRect();
+}
+
+bool ScreenWindows::Drop(const std::string& display, const std::string& window,
+                         const std::string& path, std::chrono::milliseconds patience) {
+    const QPoint at = Frame(display, window).center();
+    const Server server = Connect(display);
+    if (server == nullptr) return false;
+    const Window root = DefaultRootWindow(server.get());
+    const Dragger dragger{
+        server.get(), XCreateSimpleWindow(server.get(), root, 0, 0, 1, 1, 0, 0, 0), Number(window)};
+    XSetSelectionOwner(server.get(), dragger.Named("XdndSelection"), dragger.own, CurrentTime);
+    const auto place = static_cast<unsigned long>((at.x() << 16) | at.y());
+    dragger.Tell("XdndEnter", {kProtocolVersion << 24, dragger.Named("text/uri-list")});
+    dragger.Tell("XdndPosition", {0, place, CurrentTime, dragger.Named("XdndActionCopy")});
+    bool isTaken = false;
+    for (XEvent event{}; !isTaken && dragger.Await(&event, patience);) {
+        if (event.type == SelectionRequest)
+            dragger.Give(event.xselectionrequest, "file://" + path + "\r\n");
+        if (event.type != ClientMessage) continue;
+        if ((event.xclient.data.l[1] & 1) == 0) break;  // it is not welcome
+        isTaken = event.xclient.message_type == dragger.Named("XdndFinished");
+        if (!isTaken) dragger.Tell("XdndDrop", {0, CurrentTime});
+    }
+    return isTaken;
 }

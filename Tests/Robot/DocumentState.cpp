@@ -46,20 +46,10 @@ std::string FirstDifference(const std::string& one, const std::string& other) {
     std::string epoch;
     std::string a;
     std::string b;
-    int number = 0;
-    for (;;) {
-        const bool hasFirst = static_cast<bool>(std::getline(first, a));
-        const bool hasSecond = static_cast<bool>(std::getline(second, b));
-        if (!hasFirst && !hasSecond) return {};
-        if (a.starts_with("epoch")) {
-            epoch = a;
-            number++;
-        }
-        if (!hasFirst) a = "(no more)";
-        if (!hasSecond) b = "(no more)";
-        if (a == b) continue;
-        std::ostringstream text;
-        text << "epoch " << number << " (" << epoch << "): " << a << " / " << b;
-        return text.str();
-    }
+    do {
+        if (a.starts_with("epoch")) epoch = a;
+        if (!std::getline(first, a)) a = "(no more)";
+        if (!std::getline(second, b)) b = "(no more)";
+    } while (a == b && (first || second));
+    return a == b ? "" : epoch + ": " + a + " / " + b;
 }

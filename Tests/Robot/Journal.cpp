@@ -1,6 +1,5 @@
 #include "Journal.h"
 
-#include <dirent.h>
 #include <execinfo.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 
 namespace {
@@ -37,22 +37,18 @@ void PrintWhere(int /*signal*/) {
     std::raise(signal);
 }
 
-void PrintThread(const std::string& id) {
-    std::string name;
-    std::ifstream("/proc/self/task/" + id + "/comm") >> name;
-    std::fprintf(stderr, "--- thread %s %s\n", id.c_str(), name.c_str());
-    gHasTold = false;
-    syscall(SYS_tgkill, getpid(), std::atoi(id.c_str()), kTellWhere);
-    const auto end = std::chrono::steady_clock::now() + kPatienceForThread;
-    while (!gHasTold && std::chrono::steady_clock::now() < end)
-        std::this_thread::yield();
-}
-
 void PrintAllThreads() {
-    DIR* const folder = opendir("/proc/self/task");
-    while (const dirent* const entry = folder == nullptr ? nullptr : readdir(folder))
-        if (entry->d_name[0] != '.') PrintThread(entry->d_name);
-    if (folder != nullptr) closedir(folder);
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        const std::string id = thread.path().filename();
+        std::string name;
+        std::ifstream(thread.path() / "comm") >> name;
+        std::fprintf(stderr, "--- thread %s %s\n", id.c_str(), name.c_str());
+        gHasTold = false;
+        syscall(SYS_tgkill, getpid(), std::atoi(id.c_str()), kTellWhere);
+        const auto end = std::chrono::steady_clock::now() + kPatienceForThread;
+        while (!gHasTold && std::chrono::steady_clock::now() < end)
+            std::this_thread::yield();
+    }
 }
 
 }  // namespace

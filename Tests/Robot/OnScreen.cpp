@@ -1,13 +1,9 @@
 #include "OnScreen.h"
 
-#include <QAbstractButton>
-#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QMenuBar>
 #include <algorithm>
-
-#include "Mnemonics.h"
 
 Windows VisibleWindows() {
     Windows windows;
@@ -18,14 +14,14 @@ Windows VisibleWindows() {
     return windows;
 }
 
+std::size_t CountSimulations(const Windows& windows) {
+    return static_cast<std::size_t>(std::count_if(windows.begin(), windows.end(), IsSimulation));
+}
+
 bool IsSimulation(const QWidget* window) {
     return window->findChild<QMenuBar*>() != nullptr &&
            !window->windowTitle().startsWith("Projection of ") &&
            !window->windowTitle().startsWith("Epochs for ");
-}
-
-std::size_t CountSimulations(const Windows& windows) {
-    return static_cast<std::size_t>(std::count_if(windows.begin(), windows.end(), IsSimulation));
 }
 
 bool IsQuestion(const QWidget* window) {
@@ -40,12 +36,4 @@ bool IsToolkitDialog(const QWidget* window) {
 
 bool CanBeUsed(const QWidget* widget) {
     return widget->isVisible() && widget->isEnabled();
-}
-
-std::string TextOf(const QAction& item) {
-    return WithoutMark(item.text()).toStdString();
-}
-
-std::string TextOf(const QAbstractButton& button) {
-    return WithoutMark(button.text()).toStdString();
 }

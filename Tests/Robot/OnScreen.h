@@ -6,23 +6,24 @@
 #include <string>
 #include <vector>
 
-class QAbstractButton;
-class QAction;
+#include "Mnemonics.h"
 
 using Windows = std::vector<QWidget*>;
 
 // Those that take input, without popups.
 [[nodiscard]] Windows VisibleWindows();
-[[nodiscard]] bool IsSimulation(const QWidget* window);
 [[nodiscard]] std::size_t CountSimulations(const Windows& windows);
+[[nodiscard]] bool IsSimulation(const QWidget* window);
 [[nodiscard]] bool IsQuestion(const QWidget* window);
 // One that the toolkit has made, with everything in it.
 [[nodiscard]] bool IsToolkitDialog(const QWidget* window);
 [[nodiscard]] bool CanBeUsed(const QWidget* widget);
 
-// Without the marks of its keys.
-[[nodiscard]] std::string TextOf(const QAction& item);
-[[nodiscard]] std::string TextOf(const QAbstractButton& button);
+// Of an item or a button, without the marks of its keys.
+template <typename Labelled>
+std::string TextOf(const Labelled& labelled) {
+    return WithoutMark(labelled.text()).toStdString();
+}
 
 // All of a kind in the program's own windows.
 template <typename Widget>

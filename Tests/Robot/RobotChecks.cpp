@@ -47,22 +47,17 @@ struct Quantity {
     bool isMagnitude;
 };
 
-const std::vector<Quantity>& Quantities() {
-    static const std::vector<Quantity> kQuantities{
-        {"Mass:", "kg", 6.672e-11, [](const EpochPortal& p) { return p.FocusSystem()->M(); }, true},
-        {"Radius:", "km", 1e3, [](const EpochPortal& p) { return p.FocusSystem()->Radius(); },
-         true},
-        {"Position X:", "AU", 1.4959787066e11,
-         [](const EpochPortal& p) { return p.FocusSystem()->Position().x; }, false},
-        {"Position Z:", "km", 1e3,
-         [](const EpochPortal& p) { return p.FocusSystem()->Position().z; }, false},
-        {"Velocity Vy:", "km/s", 1e3,
-         [](const EpochPortal& p) { return p.FocusSystem()->Velocity().y; }, false},
-        {"Time:", "dy", 86400.0, [](const EpochPortal& p) { return p.FocusEpoch()->Time(); },
-         false},
-    };
-    return kQuantities;
-}
+const std::vector<Quantity> kQuantities{
+    {"Mass:", "kg", 6.672e-11, [](const EpochPortal& p) { return p.FocusSystem()->M(); }, true},
+    {"Radius:", "km", 1e3, [](const EpochPortal& p) { return p.FocusSystem()->Radius(); }, true},
+    {"Position X:", "AU", 1.4959787066e11,
+     [](const EpochPortal& p) { return p.FocusSystem()->Position().x; }, false},
+    {"Position Z:", "km", 1e3, [](const EpochPortal& p) { return p.FocusSystem()->Position().z; },
+     false},
+    {"Velocity Vy:", "km/s", 1e3,
+     [](const EpochPortal& p) { return p.FocusSystem()->Velocity().y; }, false},
+    {"Time:", "dy", 86400.0, [](const EpochPortal& p) { return p.FocusEpoch()->Time(); }, false},
+};
 
 }  // namespace
 
@@ -180,7 +175,7 @@ void RobotChecks::CheckTyping() {
     if (documents.empty()) return;
     const Document document = dice_->Any(documents);
     Pause(document);
-    const Quantity& quantity = dice_->Any(Quantities());
+    const Quantity& quantity = dice_->Any(kQuantities);
     EpochPortal* const portal = document.portal;
     portal->ReadLock();
     const MassSystem* const system = portal->FocusSystem();

@@ -10,18 +10,6 @@
 #include <QPushButton>
 #include <QTest>
 
-namespace {
-
-QAbstractButton* ButtonOf(const QWidget* dialog, QDialogButtonBox::ButtonRole role) {
-    const auto* const box = dialog->findChild<QDialogButtonBox*>();
-    if (box == nullptr) return nullptr;
-    for (QAbstractButton* const button : box->buttons())
-        if (box->buttonRole(button) == role) return button;
-    return nullptr;
-}
-
-}  // namespace
-
 void RobotDialogs::Note(const std::string& what, const QWidget* where) {
     journal_->Note(what + " in " + where->window()->windowTitle().toStdString());
 }
@@ -49,8 +37,8 @@ bool RobotDialogs::AnswerModal() {
 void RobotDialogs::UsePopup(QWidget* popup) {
     auto* const menu = qobject_cast<QMenu*>(popup);
     if (menu != nullptr && dice_->Chance(70)) return UseMenu(menu);
-    static const std::vector<Qt::Key> kKeys{Qt::Key_Down, Qt::Key_Up, Qt::Key_Escape, Qt::Key_Home};
-    const Qt::Key key = dice_->Any(kKeys);
+    const Qt::Key key =
+        dice_->Any<Qt::Key>({Qt::Key_Down, Qt::Key_Up, Qt::Key_Escape, Qt::Key_Home});
     journal_->Note("key " + std::to_string(key) + " in a popup");
     QWidget* const focus = popup->focusWidget() == nullptr ? popup : popup->focusWidget();
     QTest::keyClick(focus, key);
@@ -110,19 +98,20 @@ void RobotDialogs::UseDialog(QWidget* dialog) {
 
 // Names are typed with the whole path: nothing outside the folder is touched.
 void RobotDialogs::UsePanel(QFileDialog* panel) {
-    static const std::vector<std::string> kDocuments{"one", "two", "three", "four words in it",
-                                                     "fünf"};
-    static const std::vector<std::string> kFiles{"one",       "two",     "three",        "fünf",
-                                                 "notes.txt", "damaged", "no folder/six"};
     const bool isSave = panel->acceptMode() == QFileDialog::AcceptSave;
     auto* const line = panel->findChild<QLineEdit*>("fileNameEdit");
-    QAbstractButton* const accept = ButtonOf(panel, QDialogButtonBox::AcceptRole);
-    if (line == nullptr || accept == nullptr || dice_->Chance(25)) {
+    auto* const buttons = panel->findChild<QDialogButtonBox*>();
+    QPushButton* const accept =
+        buttons->button(isSave ? QDialogButtonBox::Save : QDialogButtonBox::Open);
+    if (dice_->Chance(25)) {
         Note("cancel the panel", panel);
         return panel->reject();
     }
     // What is no document stays as it is.
-    const std::string name = dice_->Any(isSave ? kDocuments : kFiles);
+    const std::string name = dice_->Any<std::string>(
+        isSave ? std::vector<std::string>{"one", "two", "three", "four words in it", "fünf"}
+               : std::vector<std::string>{"one", "two", "three", "fünf", "notes.txt", "damaged",
+                                          "no folder/six"});
     QString text = QString::fromStdString(folder_ + '/' + name);
     if (!isSave && dice_->Chance(30))
         text = QString("\"%1/one\" \"%1/two\" \"%1/three\"").arg(QString::fromStdString(folder_));

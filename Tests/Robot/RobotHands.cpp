@@ -48,6 +48,23 @@ void RobotHands::Begin(const std::string& what, QWidget* where) {
     journal_->Note(what + " in " + where->window()->windowTitle().toStdString());
 }
 
+template <typename Widget>
+Widget* RobotHands::AnyOf(const Windows& windows) {
+    const std::vector<Widget*> found = FindUsable<Widget>(windows);
+    return found.empty() ? nullptr : dice_->Any(found);
+}
+
+QPoint RobotHands::PlaceIn(const QWidget& widget) {
+    return {dice_->Number(0, std::max(0, widget.width() - 1)),
+            dice_->Number(0, std::max(0, widget.height() - 1))};
+}
+
+void RobotHands::Drag(QWidget* widget) {
+    QTest::mousePress(widget, Qt::LeftButton, {}, PlaceIn(*widget));
+    QTest::mouseMove(widget, PlaceIn(*widget));
+    QTest::mouseRelease(widget, Qt::LeftButton, {}, PlaceIn(*widget));
+}
+
 // --- The choice ---
 
 void RobotHands::DoSomething() {
@@ -73,9 +90,8 @@ void RobotHands::DoSomething() {
 // --- Menus ---
 
 bool RobotHands::UseMenu(const Windows& windows) {
-    const std::vector<QMenuBar*> bars = FindUsable<QMenuBar>(windows);
-    if (bars.empty()) return false;
-    QMenuBar* const bar = dice_->Any(bars);
+    auto* const bar = AnyOf<QMenuBar>(windows);
+    if (bar == nullptr) return false;
     if (dice_->Chance(30)) {
         // Left open, for the next action.
         QAction* const title =
@@ -97,9 +113,8 @@ bool RobotHands::UseMenu(const Windows& windows) {
 // --- Controls ---
 
 bool RobotHands::PressButton(const Windows& windows) {
-    const std::vector<QAbstractButton*> buttons = FindUsable<QAbstractButton>(windows);
-    if (buttons.empty()) return false;
-    QAbstractButton* const button = dice_->Any(buttons);
+    auto* const button = AnyOf<QAbstractButton>(windows);
+    if (button == nullptr) return false;
     Begin("button " + TextOf(*button), button);
     if (dice_->Chance(80))
         QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
@@ -125,14 +140,13 @@ void RobotHands::Fill(QLineEdit* line, const std::string& text, Finish finish) {
 }
 
 bool RobotHands::UseEntry(const Windows& windows) {
-    static const std::vector<Finish> kFinishes{Finish::kEnter, Finish::kEnter, Finish::kTab,
-                                               Finish::kEscape, Finish::kNothing};
-    const std::vector<QLineEdit*> lines = FindUsable<QLineEdit>(windows);
-    if (lines.empty()) return false;
-    QLineEdit* const line = dice_->Any(lines);
+    auto* const line = AnyOf<QLineEdit>(windows);
+    if (line == nullptr) return false;
     const std::string text = dice_->Text();
     Begin("type \"" + text + "\" into " + line->accessibleName().toStdString(), line);
-    Fill(line, text, dice_->Any(kFinishes));
+    Fill(line, text,
+         dice_->Any<Finish>(
+             {Finish::kEnter, Finish::kEnter, Finish::kTab, Finish::kEscape, Finish::kNothing}));
     return true;
 }
 
@@ -150,9 +164,8 @@ bool RobotHands::Type(QWidget* window, const std::string& name, const std::strin
 }
 
 bool RobotHands::UseChoice(const Windows& windows) {
-    const std::vector<QComboBox*> boxes = FindUsable<QComboBox>(windows);
-    if (boxes.empty()) return false;
-    QComboBox* const box = dice_->Any(boxes);
+    auto* const box = AnyOf<QComboBox>(windows);
+    if (box == nullptr) return false;
     Begin("choice " + box->accessibleName().toStdString(), box);
     box->setFocus();
     if (dice_->Chance(50))
@@ -163,33 +176,25 @@ bool RobotHands::UseChoice(const Windows& windows) {
 }
 
 bool RobotHands::UseSlider(const Windows& windows) {
-    const std::vector<QSlider*> sliders = FindUsable<QSlider>(windows);
-    if (sliders.empty()) return false;
-    QSlider* const slider = dice_->Any(sliders);
+    auto* const slider = AnyOf<QSlider>(windows);
+    if (slider == nullptr) return false;
     Begin("slider " + slider->accessibleName().toStdString(), slider);
     if (dice_->Chance(50)) {
-        static const std::vector<Qt::Key> kKeys{Qt::Key_Left,     Qt::Key_Right, Qt::Key_PageUp,
-                                                Qt::Key_PageDown, Qt::Key_Home,  Qt::Key_End};
         slider->setFocus();
-        QTest::keyClick(slider, dice_->Any(kKeys));
+        QTest::keyClick(slider, dice_->Any<Qt::Key>({Qt::Key_Left, Qt::Key_Right, Qt::Key_PageUp,
+                                                     Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End}));
         return true;
     }
-    const auto place = [&] {
-        return QPoint(dice_->Number(0, slider->width()), slider->height() / 2);
-    };
-    QTest::mousePress(slider, Qt::LeftButton, {}, place());
-    QTest::mouseMove(slider, place());
-    QTest::mouseRelease(slider, Qt::LeftButton, {}, place());
+    Drag(slider);
     return true;
 }
 
 bool RobotHands::UseList(const Windows& windows) {
-    const std::vector<QTreeView*> lists = FindUsable<QTreeView>(windows);
-    if (lists.empty()) return false;
-    QTreeView* const list = dice_->Any(lists);
+    auto* const list = AnyOf<QTreeView>(windows);
+    if (list == nullptr) return false;
     QWidget* const rows = list->viewport();
-    const QPoint place(dice_->Number(0, rows->width() - 1),
-                       dice_->Number(0, std::min(rows->height() - 1, 200)));
+    QPoint place = PlaceIn(*rows);
+    place.setY(std::min(place.y(), dice_->Number(0, 200)));
     Begin("list", list);
     switch (dice_->Number(0, 7)) {
         case 0:
@@ -202,18 +207,15 @@ bool RobotHands::UseList(const Windows& windows) {
                 Fill(editor, dice_->Text(), dice_->Chance(70) ? Finish::kEnter : Finish::kNothing);
             break;
         case 2:
-            QTest::keyClick(list, Qt::Key_Delete);
-            break;
         case 3:
-            QTest::keyClick(list, Qt::Key_Return);
-            break;
         case 4:
-            QTest::keyClick(list, dice_->Chance(50) ? Qt::Key_Left : Qt::Key_Down);
+            QTest::keyClick(list,
+                            dice_->Any<Qt::Key>({Qt::Key_Delete, Qt::Key_Delete, Qt::Key_Return,
+                                                 Qt::Key_Return, Qt::Key_Left, Qt::Key_Down}));
             break;
         case 5: {
             QWidget* const header = list->header()->viewport();
-            QTest::mouseClick(header, Qt::LeftButton, {},
-                              QPoint(dice_->Number(0, header->width() - 1), header->height() / 2));
+            QTest::mouseClick(header, Qt::LeftButton, {}, PlaceIn(*header));
             break;
         }
         default:
@@ -228,34 +230,27 @@ bool RobotHands::UseSky(const Windows& windows) {
         if (widget->accessibleName() == kSky) skies.push_back(widget);
     if (skies.empty()) return false;
     QWidget* const sky = dice_->Any(skies);
-    const auto place = [&] {
-        return QPoint(dice_->Number(0, sky->width() - 1), dice_->Number(0, sky->height() - 1));
-    };
     Begin("sky", sky);
     switch (dice_->Number(0, 4)) {
         case 0:
-            QTest::mousePress(sky, Qt::LeftButton, {}, place());
-            QTest::mouseMove(sky, place());
-            QTest::mouseRelease(sky, Qt::LeftButton, {}, place());
+            Drag(sky);
             break;
         case 1: {
-            const QPointF at = place();
+            const QPointF at = PlaceIn(*sky);
             QWheelEvent wheel(at, sky->mapToGlobal(at), {}, QPoint(0, 120 * dice_->Number(-9, 9)),
                               Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
             QCoreApplication::sendEvent(sky, &wheel);
             break;
         }
         case 2:
-            QTest::mouseDClick(sky, Qt::LeftButton, {}, place());
+            QTest::mouseDClick(sky, Qt::LeftButton, {}, PlaceIn(*sky));
             break;
-        case 3: {
-            static const std::vector<Qt::Key> kKeys{Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Left,
-                                                    Qt::Key_Up};
-            QTest::keyClick(sky, dice_->Any(kKeys));
+        case 3:
+            QTest::keyClick(
+                sky, dice_->Any<Qt::Key>({Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Left, Qt::Key_Up}));
             break;
-        }
         default:
-            QTest::mouseMove(sky, place());
+            QTest::mouseMove(sky, PlaceIn(*sky));
     }
     return true;
 }
@@ -288,24 +283,19 @@ bool RobotHands::UseWindow(const Windows& windows) {
 }
 
 bool RobotHands::PressKey() {
-    static const std::vector<QKeySequence> kKeys{
-        QKeySequence("Ctrl+Z"),    QKeySequence("Ctrl+Z"), QKeySequence("Ctrl+Shift+Z"),
-        QKeySequence("Ctrl+G"),    QKeySequence("Ctrl+G"), QKeySequence("Ctrl+B"),
-        QKeySequence("Ctrl+D"),    QKeySequence("Ctrl+S"), QKeySequence("Ctrl+Shift+S"),
-        QKeySequence("Ctrl+T"),    QKeySequence("Ctrl+E"), QKeySequence("Ctrl+M"),
-        QKeySequence("Ctrl+0"),    QKeySequence("Ctrl+L"), QKeySequence("Tab"),
-        QKeySequence("Shift+Tab"), QKeySequence("Esc"),    QKeySequence("Return"),
-        QKeySequence("Space"),     QKeySequence("Del"),    QKeySequence("F2"),
-        QKeySequence("Down"),      QKeySequence("Alt+F"),  QKeySequence("Ctrl+A"),
-    };
+    static const std::vector<const char*> kKeys{
+        "Ctrl+Z", "Ctrl+Z", "Ctrl+Shift+Z", "Ctrl+G",    "Ctrl+G", "Ctrl+B", "Ctrl+D", "Ctrl+S",
+        "Ctrl+T", "Ctrl+E", "Ctrl+Shift+S", "Ctrl+M",    "Ctrl+0", "Ctrl+L", "Ctrl+A", "Tab",
+        "Esc",    "Return", "Space",        "Shift+Tab", "Del",    "F2",     "Down",   "Alt+F"};
     QWidget* const window = QApplication::activeWindow();
     // In the toolkit's dialogs a key may remove a file.
     if (window == nullptr || IsToolkitDialog(window)) {
         journal_->Note("no key");
         return true;
     }
-    const QKeySequence keys = dice_->Any(kKeys);
-    Begin("key " + keys.toString().toStdString(), window);
+    const std::string name = dice_->Any(kKeys);
+    const QKeySequence keys(QString::fromStdString(name));
+    Begin("key " + name, window);
     QWidget* const focus = window->focusWidget();
     QTest::keyClick(focus == nullptr ? window : focus, keys[0].key(), keys[0].keyboardModifiers());
     return true;

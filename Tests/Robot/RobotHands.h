@@ -32,6 +32,11 @@ public:
 private:
     // What is used comes to the front and gets the keyboard.
     void Begin(const std::string& what, QWidget* where);
+    // One that can be used; null if there is none.
+    template <typename Widget>
+    Widget* AnyOf(const Windows& windows);
+    QPoint PlaceIn(const QWidget& widget);
+    void Drag(QWidget* widget);
 
     bool UseMenu(const Windows& windows);
     bool PressButton(const Windows& windows);

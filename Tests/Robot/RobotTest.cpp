@@ -4,20 +4,22 @@
 //
 //     robot_tests --seed 7 --actions 2000
 //
-// replays what a seed did, as far as threads allow. ORVEK_ROBOT_SEED and ORVEK_ROBOT_ACTIONS do the
-// same.
+// replays what a seed did, as far as threads allow.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <QApplication>
 #include <QMimeDatabase>
-#include <cstdlib>
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
-#include <optional>
+#include <thread>
 
-#include "ProcessUse.h"
 #include "Robot.h"
 #include "WindowServer.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -33,6 +35,7 @@ int gActions = 10000;
 constexpr int kActionsPerRun = 2500;
 // What the toolkit keeps for the next time.
 constexpr std::size_t kMostGrowth = 8 << 20;
+constexpr std::chrono::seconds kPatienceForThreads{20};
 
 // The platform without a screen remarks on every window what it cannot do, and the tests' own keys
 // and clicks on what does not want them.
@@ -52,15 +55,34 @@ int RunProgram(Robot* robot, int actions) {
     return done;
 }
 
-void ReadOption(const char* text, const char* name, int* value) {
-    if (text == nullptr) return;
-    char* end = nullptr;
-    const long number = std::strtol(text, &end, 10);
-    if (*text == '\0' || *end != '\0' || number < 0) {
-        std::cerr << name << " needs a number\n";
-        std::exit(2);
-    }
-    *value = static_cast<int>(number);
+// --- What this process holds of the system ---
+
+std::vector<std::string> Threads() {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator("/proc/self/task"))
+        std::getline(std::ifstream(entry.path() / "comm"), names.emplace_back());
+    return names;
+}
+
+std::vector<std::string> Descriptors() {
+    std::vector<std::string> files;
+    std::error_code gone;  // the one of the walk itself
+    for (const fs::directory_entry& entry : fs::directory_iterator("/proc/self/fd"))
+        files.push_back(fs::read_symlink(entry.path(), gone).string());
+    return files;
+}
+
+// Bytes that were allocated and not freed.
+std::size_t Heap() {
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+// One that has been waited for may still be listed.
+void AwaitThreads(std::size_t most) {
+    const auto end = std::chrono::steady_clock::now() + kPatienceForThreads;
+    while (Threads().size() > most && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
 }
 
 }  // namespace
@@ -70,18 +92,22 @@ TEST(Robot, FindsNoFault) {
     Robot robot(gSeed);
     // What the toolkit opens once and keeps open, before anything is counted.
     static_cast<void>(QMimeDatabase().mimeTypeForName(QStringLiteral("text/plain")).isValid());
-    const int threads = ProcessUse::Now().threads;
-    std::optional<ProcessUse> first;
+    const std::size_t threads = Threads().size();
+    std::size_t descriptors = 0;
+    std::size_t heap = 0;
     for (int done = 0, run = 1; done < gActions && !HasFailure(); run++) {
         done += RunProgram(&robot, std::min(kActionsPerRun, gActions - done));
         AwaitThreads(threads);
-        const ProcessUse use = ProcessUse::Now();
-        std::cout << "run " << run << ": " << done << " actions; " << use << '\n';
-        if (!first) first = use;
-        EXPECT_EQ(use.threads, threads);
-        EXPECT_EQ(use.descriptors, first->descriptors);
-        EXPECT_LT(use.heap, first->heap + kMostGrowth);
-        if (HasFailure()) PrintHeld(std::cout);
+        if (run == 1) {
+            descriptors = Descriptors().size();
+            heap = Heap();
+        }
+        std::cout << "run " << run << ": " << done << " actions; " << Threads().size()
+                  << " threads, " << Descriptors().size() << " descriptors, " << Heap() / 1024
+                  << " KB\n";
+        EXPECT_EQ(Threads().size(), threads) << testing::PrintToString(Threads());
+        EXPECT_EQ(Descriptors().size(), descriptors) << testing::PrintToString(Descriptors());
+        EXPECT_LT(Heap(), heap + kMostGrowth);
     }
 }
 
@@ -89,14 +115,10 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     qInstallMessageHandler(DropRemarks);
     gArguments = argv;
-    int seed = static_cast<int>(gSeed);
-    ReadOption(std::getenv("ORVEK_ROBOT_SEED"), "ORVEK_ROBOT_SEED", &seed);
-    ReadOption(std::getenv("ORVEK_ROBOT_ACTIONS"), "ORVEK_ROBOT_ACTIONS", &gActions);
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string option = argv[i];
-        if (option == "--seed") ReadOption(argv[i + 1], "--seed", &seed);
-        if (option == "--actions") ReadOption(argv[i + 1], "--actions", &gActions);
+        if (option == "--seed") gSeed = static_cast<unsigned>(std::stoul(argv[i + 1]));
+        if (option == "--actions") gActions = std::stoi(argv[i + 1]);
     }
-    gSeed = static_cast<unsigned>(seed);
     return RUN_ALL_TESTS();
 }

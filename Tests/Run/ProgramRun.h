@@ -4,7 +4,6 @@
 #include <sys/types.h>
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,8 +18,6 @@ struct Outcome {
 struct RunSetup {
     // Called in the new process before the program starts: limits and the like.
     std::function<void()> prepare = {};
-    // Standard output goes here instead of into Outcome::out.
-    std::optional<std::string> outFile = {};
     // Called in this process while the program runs.
     std::function<void(pid_t program)> meanwhile = {};
 };

@@ -1,46 +1,17 @@
 // What a run does when bodies touch.
 #include <cmath>
+#include <random>
 
 #include "ProgramRun.h"
 #include "RunFixture.h"
-#include "SampleDocument.h"
+#include "SimulationDocument.h"
 
 namespace {
 
-class RunCollision : public RunFixture {
-protected:
-    // A body of radius 0.05 with GM 1.
-    static void Add(Epoch* epoch, int64 id, ThreeVector position, ThreeVector velocity = {}) {
-        const std::string name = "b" + std::to_string(id);
-        std::unique_ptr<Body> body = MakeBody(name.c_str(), id, 1.0, position, velocity);
-        body->SetRadius(0.05);
-        epoch->RootSystem()->AddChild(body.release());
-    }
-    // Many bodies at rest in a ball, which fall into one another.
-    static std::unique_ptr<Epoch> Collapse(int64 count) {
-        auto epoch = std::make_unique<Epoch>();
-        epoch->SetName("Collapse");
-        uint64 state = 1;
-        const auto next = [&state] {
-            state = state * 6364136223846793005u + 1442695040888963407u;
-            return static_cast<double>(state >> 11) / 0x1p52 - 1.0;
-        };
-        for (int64 id = 0; id < count; id++)
-            Add(epoch.get(), id, {2.0 * next(), 2.0 * next(), 2.0 * next()});
-        return epoch;
-    }
-    static double Number(const std::string& json, const char* name) {
-        return std::stod(Member(json, name));
-    }
-};
+using RunCollision = RunFixture;
 
 TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
-    Epoch epoch;
-    epoch.SetName("Start");
-    Add(&epoch, 0, {0, 0, 0});
-    Add(&epoch, 1, {1, 0, 0});
-    Add(&epoch, 2, {50, 0, 0}, {0, 0.24, 0});  // in orbit about them
-    const std::string document = PutDocument("document", epoch);
+    const std::string document = PutDocument("document", *MergingSystem());
     const Outcome outcome = RunProgram({"-n", "3000", "--cutoff", "1e-6", "--csv", Path("csv"),
                                         "--json", "-o", Path("saved"), document});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
@@ -48,7 +19,7 @@ TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     EXPECT_EQ(Member(outcome.out, "mergers"), "1");
     EXPECT_EQ(Member(outcome.out, "steps"), "3000");
     EXPECT_EQ(Member(outcome.out, "bodies"), "2");
-    EXPECT_LT(std::fabs(Number(outcome.out, "relative_energy_error")), 1e-3);
+    EXPECT_LT(std::fabs(std::stod(Member(outcome.out, "relative_energy_error"))), 1e-3);
 
     // Every report once: three bodies before the merger, two after it.
     const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
@@ -67,15 +38,35 @@ TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     EXPECT_EQ(saved.Root()->ChildAt(0)->RootSystem()->CountChildren(), 3);
 }
 
+TEST_F(RunCollision, EndsTheRunIfItIsToldTo) {
+    const Outcome outcome =
+        RunProgram({"--steps", "1000000", "--on-collision", "stop", "--json", "--csv",
+                    Path("out.csv"), "--every", "7", PutDocument("colliding", *MergingSystem())});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(Member(outcome.out, "ending"), "\"collision\"");
+    EXPECT_EQ(Member(outcome.out, "mergers"), "0");
+    EXPECT_EQ(Member(outcome.out, "lighter"), "\"b1\"");
+    EXPECT_EQ(Member(outcome.out, "heavier"), "\"b0\"");
+    // The last state stands there once, under its own number.
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("out.csv")));
+    EXPECT_EQ(std::to_string(rows.back().report), Member(outcome.out, "steps"));
+    EXPECT_GT(rows.back().time, rows[rows.size() - 4].time);
+}
+
 TEST_F(RunCollision, CollapseOfManyBodiesKeepsMassAndMomentumOnAnyNumberOfThreads) {
-    const std::unique_ptr<Epoch> start = Collapse(300);
-    const std::string document = PutDocument("document", *start);
+    // At rest, they fall into one another.
+    Epoch start;
+    std::mt19937 random(1);
+    const auto next = [&random] { return static_cast<double>(random()) / 0x1p30 - 2.0; };
+    for (int64 id = 0; id < 300; id++)
+        AddSmallBody(&start, id, {next(), next(), next()});
+    const std::string document = PutDocument("document", start);
     std::string digest;
     for (const char* threads : {"1", "2"}) {
         const Outcome outcome = RunProgram({"-n", "20000", "--threads", threads, "--json",
                                             "--cutoff", "1e-6", "-o", Path("saved"), document});
         ASSERT_EQ(outcome.status, 0) << outcome.err;
-        EXPECT_GE(Number(outcome.out, "mergers"), 100.0);
+        EXPECT_GE(std::stod(Member(outcome.out, "mergers")), 100.0);
         EXPECT_EQ(digest.empty() ? Member(outcome.out, "sha256") : digest,
                   Member(outcome.out, "sha256"));
         digest = Member(outcome.out, "sha256");

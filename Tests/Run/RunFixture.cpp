@@ -1,42 +1,13 @@
 #include "RunFixture.h"
 
-#include <charconv>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <memory>
+#include <regex>
 #include <sstream>
 
 #include "SampleDocument.h"
 #include "SimulationFile.h"
-
-namespace {
-
-template <typename Number>
-Number Parse(const std::string& text) {
-    Number number{};
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    EXPECT_TRUE(read.ec == std::errc() && read.ptr == text.data() + text.size()) << text;
-    return number;
-}
-
-// The columns of one line; quoted ones without their quotes.
-std::vector<std::string> Columns(const std::string& line) {
-    std::vector<std::string> columns(1);
-    bool quoted = false;
-    for (std::size_t i = 0; i < line.size(); i++) {
-        if (line[i] == '"' && quoted && i + 1 < line.size() && line[i + 1] == '"')
-            columns.back() += line[i++];
-        else if (line[i] == '"')
-            quoted = !quoted;
-        else if (line[i] == ',' && !quoted)
-            columns.emplace_back();
-        else
-            columns.back() += line[i];
-    }
-    return columns;
-}
-
-}  // namespace
 
 std::string RunFixture::Get(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -59,23 +30,24 @@ BMessage RunFixture::GetRecord(const std::string& path) {
 }
 
 std::vector<CsvRow> RunFixture::ParseCsv(const std::string& text) {
+    static const std::regex kRow(
+        R"rx((\d+),([^,]+),(\d+),("(?:[^"]|"")*"|[^,"]*),([^,]+),([^,]+),([^,]+),([^,]+),([^,]+),([^,]+))rx");
     std::istringstream lines(text);
     std::string line;
     std::getline(lines, line);
     EXPECT_EQ(line, "report,time,id,name,x,y,z,vx,vy,vz");
     EXPECT_TRUE(text.ends_with('\n'));
     std::vector<CsvRow> rows;
+    std::smatch columns;
     while (std::getline(lines, line)) {
-        const std::vector<std::string> columns = Columns(line);
-        EXPECT_EQ(columns.size(), 10u) << line;
-        if (columns.size() != 10) break;
-        CsvRow row{Parse<int64>(columns[0]),
-                   Parse<double>(columns[1]),
-                   Parse<int64>(columns[2]),
-                   columns[3],
-                   {}};
+        EXPECT_TRUE(std::regex_match(line, columns, kRow)) << line;
+        const auto number = [&columns](std::size_t i) {
+            return std::strtod(columns.str(i).c_str(), nullptr);
+        };
+        CsvRow row{
+            std::stoll(columns.str(1)), number(2), std::stoll(columns.str(3)), columns.str(4), {}};
         for (std::size_t k = 0; k < 6; k++)
-            row.values[k] = Parse<double>(columns[4 + k]);
+            row.values[k] = number(5 + k);
         rows.push_back(row);
     }
     return rows;
@@ -99,5 +71,21 @@ std::unique_ptr<Epoch> TestSystem() {
     root->AddChild(MakeBody("Light", 1, 4e13, {2e11, 0, 0}, {0, 2.5e4, 100}).release());
     root->AddChild(MakeBody("Heavy", 2, 4e15, {-1e11, 1e9, 0}, {0, -3.5e4, 0}).release());
     root->AddChild(MakeBody("Dust", 0, 0.0, {0, 3e11, 1e9}, {-2e4, 0, 0}).release());
+    return epoch;
+}
+
+void AddSmallBody(Epoch* epoch, int64 id, ThreeVector position, ThreeVector velocity) {
+    const std::string name = 'b' + std::to_string(id);
+    std::unique_ptr<Body> body = MakeBody(name.c_str(), id, 1.0, position, velocity);
+    body->SetRadius(0.05);
+    epoch->RootSystem()->AddChild(body.release());
+}
+
+std::unique_ptr<Epoch> MergingSystem() {
+    auto epoch = std::make_unique<Epoch>();
+    AddSmallBody(epoch.get(), 0, {0, 0, 0});
+    AddSmallBody(epoch.get(), 1, {1, 0, 0});
+    epoch->SystemFromID(1)->SetM(0.9);
+    AddSmallBody(epoch.get(), 2, {50, 0, 0}, {0, 0.24, 0});
     return epoch;
 }

@@ -33,7 +33,7 @@ protected:
     std::string PutDocument(const std::string& name, const Epoch& epoch) const;
     std::string PutRecord(const std::string& name, const BMessage& record) const;
     [[nodiscard]] static BMessage GetRecord(const std::string& path);
-    // Fails the test when the text is not what the program writes.
+    // Fails the test when the text is not what the program writes. Names stand as they are written.
     [[nodiscard]] static std::vector<CsvRow> ParseCsv(const std::string& text);
     // A member of a JSON object without nested objects, as it stands there.
     [[nodiscard]] static std::string Member(const std::string& json, const std::string& name);
@@ -44,3 +44,7 @@ private:
 
 // A star with two planets, a name that needs quotes and a massless body; off the origin and moving.
 std::unique_ptr<Epoch> TestSystem();
+// A body of radius 0.05 with GM 1, called "b" and its number.
+void AddSmallBody(Epoch* epoch, int64 id, ThreeVector position, ThreeVector velocity = {});
+// "b0" and "b1" fall into one another, "b2" is in orbit about them.
+std::unique_ptr<Epoch> MergingSystem();
