@@ -188,13 +188,9 @@ TEST_F(EveryItemTest, OfADisplay) {
         const bool was = WindowHand::IsMarked(kDisplay, item);
         Does(kDisplay, item, [&] { return WindowHand::IsMarked(kDisplay, item) != was; });
     }
-    // The menu is made anew after a choice. Only after that there is the panel.
-    const auto follow = [this](const char* item) {
+    for (const char* const item : {"View/Follow/Arrakis", "View/Follow/Nothing"})
         Does(kDisplay, item, [=] { return WindowHand::IsMarked(kDisplay, item); });
-    };
-    follow("View/Follow/Arrakis");
     OpensPanel(kDisplay, "View/Save Picture…");
-    follow("View/Follow/Nothing");
     std::string picture;
     EXPECT_TRUE(AppDriver::WaitUntil([&] {
         return std::exchange(picture, WindowHand::Picture(kDisplay)) == picture;

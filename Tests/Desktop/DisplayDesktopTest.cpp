@@ -46,9 +46,10 @@ protected:
         if (!desktop_) return;
         OpenExample("planets");
         display_ = desktop_->WaitForWindow("^Projection of ");
-        desktop_->Activate(display_);
-        ASSERT_TRUE(desktop_->WaitForPicture(display_, [](const QImage& picture) {
-            return PlaceOfSun(picture).x() > 0;
+        // The other window may yet come in front.
+        ASSERT_TRUE(DesktopSession::WaitFor([&] {
+            desktop_->Activate(display_);
+            return PlaceOfSun(desktop_->Picture(display_)).x() > 0;
         })) << desktop_->Output();
     }
 

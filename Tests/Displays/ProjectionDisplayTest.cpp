@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <thread>
 
 #include "BMessenger.h"
 #include "ProjectionView.h"
@@ -10,6 +11,7 @@
 #include "UserHand.h"
 #include "ViewLock.h"
 #include "WaitUntil.h"
+#include "WindowServer.h"
 
 namespace {
 
@@ -264,6 +266,16 @@ TEST_F(ProjectionDisplayTest, FollowsASystemAndLeavesItWhereItIs) {
     ::Settle(display_);
     EXPECT_EQ(Locked([&] { return display_->Followed(); }), kNoSystemID);
     EXPECT_EQ(Locked([&] { return display_->View()->Cache().CountBodies(); }), 3);
+}
+
+// What the user sees is not yet what the display has.
+TEST_F(ProjectionDisplayTest, AChoiceOfWhatToFollowIsNotLostToTheOneBefore) {
+    WindowServer::Perform([&] {
+        std::thread([&] { Locked([&] { display_->Follow(1); }); }).join();
+        UserHand::Choose("Projection of Tests", "Nothing");
+    });
+    ::Settle(display_);
+    EXPECT_EQ(Locked([&] { return display_->Followed(); }), kNoSystemID);
 }
 
 TEST_F(ProjectionDisplayTest, TextsOverThePicture) {

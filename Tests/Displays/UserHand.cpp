@@ -5,8 +5,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 
+#include "Mnemonics.h"
 #include "WaitUntil.h"
 #include "WindowServer.h"
 
@@ -22,6 +25,16 @@ QWidget* WindowTitled(const std::string& title) {
 
 // In the order of UserHand::Key.
 constexpr Qt::Key kKeys[] = {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Left};
+
+// In these or the menus below them.
+QAction* FindItem(const QList<QAction*>& items, const std::string& text) {
+    for (QAction* const item : items) {
+        if (WithoutMark(item->text()).toStdString() == text) return item;
+        if (const auto* const menu = item->menu<QMenu*>())
+            if (QAction* const found = FindItem(menu->actions(), text)) return found;
+    }
+    return nullptr;
+}
 
 }  // namespace
 
@@ -63,6 +76,11 @@ void MoveWindow(const std::string& title, BPoint place) {
         QWidget* const window = WindowTitled(title);
         window->setGeometry(QRect(QPointF(place.x, place.y).toPoint(), window->size()));
     });
+}
+
+void Choose(const std::string& title, const std::string& item) {
+    WindowServer::Perform(
+        [&] { FindItem(WindowTitled(title)->findChild<QMenuBar*>()->actions(), item)->trigger(); });
 }
 
 std::string ItemText(const std::string& shortcut) {

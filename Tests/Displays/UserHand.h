@@ -17,6 +17,8 @@ void Press(const std::string& title, Key key);
 void Type(const std::string& title, const std::string& text);
 [[nodiscard]] std::string EntryText(const std::string& title);
 void MoveWindow(const std::string& title, BPoint place);
+// An item of any menu of the window.
+void Choose(const std::string& title, const std::string& item);
 // The text of the menu item with this shortcut, "Ctrl+G", in any window that is seen.
 [[nodiscard]] std::string ItemText(const std::string& shortcut);
 
