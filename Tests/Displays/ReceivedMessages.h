@@ -1,7 +1,10 @@
 // The messages that a looper of a test was sent, noted by its thread and waited for by the test's.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <vector>
@@ -16,10 +19,15 @@ public:
         arrived_.notify_all();
     }
 
-    // Waits for one with this code, and forgets all up to it.
+    // Waits for one with this code, and forgets all up to it. An empty one and a failure if none
+    // comes: a test that fails must also end.
     BMessage WaitFor(uint32 what) {
+        constexpr std::chrono::seconds kPatience{60};
         std::unique_lock lock(mutex_);
-        arrived_.wait(lock, [&] { return Find(what) != received_.end(); });
+        if (!arrived_.wait_for(lock, kPatience, [&] { return Find(what) != received_.end(); })) {
+            ADD_FAILURE() << "no message " << what;
+            return {};
+        }
         const auto found = Find(what);
         BMessage message = *found;
         received_.erase(received_.begin(), found + 1);
