@@ -56,7 +56,7 @@ bool DesktopTest::EndsWell() {
 DesktopTest::Window DesktopTest::OpenExample(const std::string& example) {
     path_ = CopyExample(example);
     StartProgram({path_});
-    const Window window = WaitForSimulation(path_);
+    Window window = WaitForSimulation(path_);
     EXPECT_FALSE(window.empty()) << desktop_->Output();
     return window;
 }

@@ -158,7 +158,7 @@ bool TestSimulation::IsMarkedModified() const {
 std::string TestSimulation::GoLabel() const {
     Settle();
     if (!window->Lock()) return {};
-    const std::string label =
+    std::string label =
         static_cast<BMenu*>(window->FindView("Main Menu Bar"))->FindItem(kTogglePause)->Label();
     window->Unlock();
     return label;
