@@ -42,5 +42,5 @@ function(orvek_test name)
     target_include_directories(${name} PRIVATE ${ARG_DIR})
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)  # for one that hangs
 endfunction()

@@ -46,7 +46,6 @@ public:
     // True when the calling thread holds the lock.
     [[nodiscard]] bool IsLocked() const;
     [[nodiscard]] thread_id LockingThread() const { return link_->lock.LockingThread(); }
-    [[nodiscard]] int32 CountLocks() const { return link_->lock.CountLocks(); }
     // The looper's own thread, -1 before Run. Needs no lock.
     [[nodiscard]] thread_id Thread() const { return thread_; }
 

@@ -1,7 +1,7 @@
 // A line of text that the user can edit, with a label. What is being typed lives in the window
 // server until it is entered with the Enter key or by leaving the field; then Text() becomes it and
-// the message is sent. Rules as for BView, but TakePendingText needs no lock: any
-// thread may ask for what is half typed.
+// the message is sent. Rules as for BView, but TakePendingText needs no lock: any thread may take
+// what is half typed.
 #pragma once
 
 #include <optional>

@@ -58,7 +58,6 @@ public:
     // --- With the lock ---
     // Takes the view over and puts it below the others; a menu bar goes to the top.
     void AddChild(BView* view);
-    // The view belongs to the caller again. False if it is no child of the window.
     [[nodiscard]] int32 CountChildren() const { return root_->CountChildren(); }
     [[nodiscard]] BView* ChildAt(int32 index) const { return root_->ChildAt(index); }
     [[nodiscard]] BView* FindView(const char* name) const;
