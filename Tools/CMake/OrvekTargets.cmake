@@ -19,6 +19,19 @@ if(ORVEK_SANITIZE)
     target_link_options(orvek_flags INTERFACE -fsanitize=${ORVEK_SANITIZE})
 endif()
 
+# orvek_precompile(TARGET [QT]): the headers of the standard library, and of the toolkit, that most of its sources
+# read. They make up half of a build's time; but a header that forgets one of them would go unnoticed, so the
+# release build does without.
+function(orvek_precompile name)
+    if(NOT ORVEK_PCH)
+        return()
+    endif()
+    target_precompile_headers(${name} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/Tools/CMake/StandardHeaders.h>")
+    if("QT" IN_LIST ARGN)
+        target_precompile_headers(${name} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/Tools/CMake/ToolkitHeaders.h>")
+    endif()
+endfunction()
+
 # orvek_floor(NAME DIRS dir... LINKS target...): a static library of all sources in DIRS. Its include
 # path is DIRS and that of what it links, so that a header of a higher floor cannot be reached.
 function(orvek_floor name)
@@ -32,6 +45,7 @@ function(orvek_floor name)
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
     target_include_directories(${name} PUBLIC ${ARG_DIRS})
     target_link_libraries(${name} PUBLIC orvek_flags ${ARG_LINKS})
+    orvek_precompile(${name})
 endfunction()
 
 # orvek_test(NAME DIR dir LINKS target...): the test program of one floor, all sources in DIR.

@@ -1,0 +1,17 @@
+// Precompiled for what uses the toolkit, where ORVEK_PCH is on. No source includes this file.
+#pragma once
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QImage>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QWheelEvent>
+#include <QWidget>
