@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QImage>
 #include <QKeyEvent>
