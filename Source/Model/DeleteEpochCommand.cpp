@@ -12,12 +12,21 @@ DeleteEpochCommand::~DeleteEpochCommand() {
     if (owns_) delete epoch_;
 }
 
+bool DeleteEpochCommand::CanExecute() const {
+    return epoch_ && portal_->HasEpoch(epoch_) && epoch_->Parent() &&
+           (portal_->FocusEpoch() != epoch_ || NextFocus());
+}
+
 void DeleteEpochCommand::Execute() {
-    if (!epoch_ || !portal_->HasEpoch(epoch_) || !epoch_->Parent()) return;
+    if (!CanExecute()) {
+        // For good: what is redone later may stand in this epoch.
+        epoch_ = nullptr;
+        return;
+    }
     parent_ = epoch_->Parent();
     index_ = parent_->IndexOfChild(epoch_);
     movedFocus_ = portal_->FocusEpoch() == epoch_;
-    if (movedFocus_ && !MoveFocusAway()) return;
+    if (movedFocus_) MoveFocusAway();
 
     const bool ownName = !epoch_->NameFromParent();
     const int32 count = epoch_->CountChildren();
@@ -48,17 +57,14 @@ void DeleteEpochCommand::Undo() {
     if (movedFocus_) setEpoch_->Undo();
 }
 
-bool DeleteEpochCommand::MoveFocusAway() {
-    AbEpoch* next = NextFocus();
-    if (!next) return false;
-    setEpoch_ = std::make_unique<SetEpochToCommand>(portal_, next);
+void DeleteEpochCommand::MoveFocusAway() {
+    setEpoch_ = std::make_unique<SetEpochToCommand>(portal_, NextFocus());
     setEpoch_->Execute();
-    return true;
 }
 
 AbEpoch* DeleteEpochCommand::NextFocus() const {
     // The root of the tree holds nothing to look at.
-    if (parent_ != portal_->RootEpoch()) return parent_;
+    if (epoch_->Parent() != portal_->RootEpoch()) return epoch_->Parent();
     EpochCursor cursor(epoch_);
     cursor.Increment();
     return cursor.GetEpoch();

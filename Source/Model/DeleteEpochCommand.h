@@ -15,16 +15,18 @@ class SetEpochToCommand;
 
 class DeleteEpochCommand final : public LCommand {
 public:
-    // Does nothing for null, for the root of the tree, for an epoch that is not in the tree when it
-    // is executed, and when no epoch would be left to look at.
+    // Does nothing, then or when it is redone, for null, for the root of the tree, for an epoch
+    // that is not in the tree when it is executed, and when no epoch would be left to look at.
     DeleteEpochCommand(EpochPortal* portal, AbEpoch* epoch);
     ~DeleteEpochCommand() override;
 
+    // Whether it would do anything, if it were executed now.
+    [[nodiscard]] bool CanExecute() const;
     void Execute() override;
     void Undo() override;
 
 private:
-    bool MoveFocusAway();
+    void MoveFocusAway();
     AbEpoch* NextFocus() const;
 
     EpochPortal* portal_;

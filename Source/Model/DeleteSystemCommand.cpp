@@ -15,20 +15,23 @@ DeleteSystemCommand::~DeleteSystemCommand() {
 
 bool DeleteSystemCommand::Apply() {
     system_ = FindSystem(systemID_);
-    parent_ = system_ ? system_->Parent() : nullptr;
-    if (!parent_) return false;
+    MassSystem* const parent = system_ ? system_->Parent() : nullptr;
+    if (!parent) return false;
+    parentID_ = parent->ID();
     movedFocus_ = HoldsFocus();
     if (movedFocus_) {
         if (!setSystem_) setSystem_ = std::make_unique<SetSystemToCommand>(Portal(), nextFocusID_);
         setSystem_->Execute();
+        if (HoldsFocus()) Portal()->SetSystemTo(nullptr);
     }
-    parent_->RemoveChild(system_);
+    parent->RemoveChild(system_);
     owns_ = true;
     return true;
 }
 
 void DeleteSystemCommand::Revert() {
-    if (parent_->AddChild(system_) >= B_OK) owns_ = false;
+    MassSystem* const parent = FindSystem(parentID_);
+    if (parent && parent->AddChild(system_) >= B_OK) owns_ = false;
     if (movedFocus_) setSystem_->Undo();
 }
 

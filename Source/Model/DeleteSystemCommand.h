@@ -2,6 +2,7 @@
 #pragma once
 
 #include "FocusEpochCommand.h"
+#include "MassSystem.h"
 
 class SetSystemToCommand;
 
@@ -21,7 +22,7 @@ private:
     int64 systemID_;
     int64 nextFocusID_;
     MassSystem* system_ = nullptr;
-    MassSystem* parent_ = nullptr;
+    int64 parentID_ = kNoSystemID;
     std::unique_ptr<SetSystemToCommand> setSystem_;
     bool movedFocus_ = false;
     bool owns_ = false;

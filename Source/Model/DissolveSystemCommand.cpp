@@ -11,30 +11,37 @@ DissolveSystemCommand::DissolveSystemCommand(EpochPortal* portal, int64 systemID
 DissolveSystemCommand::~DissolveSystemCommand() = default;
 
 bool DissolveSystemCommand::Apply() {
-    group_ = dynamic_cast<CompositeSystem*>(FindSystem(systemID_));
-    if (!group_ || !group_->Parent()) return false;
-    parent_ = group_->Parent();
+    auto* const group = dynamic_cast<CompositeSystem*>(FindSystem(systemID_));
+    if (!group || !group->Parent()) return false;
+    MassSystem* const parent = group->Parent();
+    parentID_ = parent->ID();
 
-    members_.clear();
-    for (int32 i = 0; i < group_->CountChildren(); i++)
-        members_.push_back(group_->ChildAt(i));
+    std::vector<MassSystem*> members;
+    for (int32 i = 0; i < group->CountChildren(); i++)
+        members.push_back(group->ChildAt(i));
+    memberIDs_.clear();
+    for (const MassSystem* member : members)
+        memberIDs_.push_back(member->ID());
 
     setSystem_.reset();
-    if (Portal()->FocusSystem() == group_) {
-        const int64 next = members_.empty() ? kNoSystemID : members_.front()->ID();
+    if (Portal()->FocusSystem() == group) {
+        const int64 next = members.empty() ? kNoSystemID : members.front()->ID();
         setSystem_ = std::make_unique<SetSystemToCommand>(Portal(), next);
         setSystem_->Execute();
     }
-    for (MassSystem* member : members_)
-        parent_->AddChild(member);
-    parent_->RemoveChild(group_);
-    ownedGroup_.reset(group_);
+    for (MassSystem* member : members)
+        parent->AddChild(member);
+    parent->RemoveChild(group);
+    ownedGroup_.reset(group);
     return true;
 }
 
 void DissolveSystemCommand::Revert() {
-    parent_->AddChild(ownedGroup_.release());
-    for (MassSystem* member : members_)
-        group_->AddChild(member);
+    MassSystem* const parent = FindSystem(parentID_);
+    if (!parent) return;
+    MassSystem* const group = ownedGroup_.release();
+    parent->AddChild(group);
+    for (const int64 id : memberIDs_)
+        if (MassSystem* const member = FindSystem(id)) group->AddChild(member);
     if (setSystem_) setSystem_->Undo();
 }

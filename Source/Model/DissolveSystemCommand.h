@@ -22,9 +22,8 @@ protected:
 
 private:
     const int64 systemID_;
-    std::vector<MassSystem*> members_;
-    MassSystem* parent_ = nullptr;
+    std::vector<int64> memberIDs_;
+    int64 parentID_ = kNoSystemID;
     std::unique_ptr<MassSystem> ownedGroup_;
-    MassSystem* group_ = nullptr;
     std::unique_ptr<SetSystemToCommand> setSystem_;
 };

@@ -14,19 +14,47 @@ MassSystem* FocusEpochCommand::FindSystem(int64 id) const {
 }
 
 void FocusEpochCommand::Execute() {
+    if (reversedInCopy_) {
+        // In the record the edit is still there.
+        reversal_->Undo();
+        reversedInCopy_ = false;
+        applied_ = true;
+        portal_->TellObservers(doneFlags_);
+        return;
+    }
+    reversal_.reset();
     copied_ = !portal_->FocusEpoch()->Writeable();
     if (copied_) {
         if (!newEpoch_) newEpoch_ = std::make_unique<NewEpochCommand>(portal_);
         newEpoch_->Execute();
     }
     applied_ = Apply();
-    if (applied_) portal_->TellObservers(doneFlags_);
+    if (applied_) {
+        portal_->TellObservers(doneFlags_);
+    } else if (copied_) {
+        newEpoch_->Undo();
+        copied_ = false;
+    }
 }
 
 void FocusEpochCommand::Undo() {
-    if (applied_) Revert();
+    if (!applied_) return;
+    // A copy that was made for the edit leaves the tree anyhow.
+    if (!copied_ && !portal_->FocusEpoch()->Writeable())
+        RevertInCopy();
+    else
+        Revert();
     if (copied_) newEpoch_->Undo();
-    if (applied_) portal_->TellObservers(undoneFlags_);
+    portal_->TellObservers(undoneFlags_);
     applied_ = false;
     copied_ = false;
+}
+
+// When it is done again, the copy is as it was left: without the edit.
+void FocusEpochCommand::RevertInCopy() {
+    const bool isFirst = !reversal_;
+    if (isFirst) reversal_ = std::make_unique<NewEpochCommand>(portal_);
+    reversal_->Execute();
+    reversedInCopy_ = true;
+    if (isFirst) Revert();
 }

@@ -25,43 +25,46 @@ GroupSystemsCommand::GroupSystemsCommand(EpochPortal* portal, std::vector<int64>
 
 GroupSystemsCommand::~GroupSystemsCommand() = default;
 
-std::vector<GroupSystemsCommand::Member> GroupSystemsCommand::FindMembers() const {
-    std::vector<Member> found;
+std::vector<MassSystem*> GroupSystemsCommand::FindMembers() const {
+    std::vector<MassSystem*> found;
     for (const int64 id : memberIDs_) {
         MassSystem* system = FindSystem(id);
-        if (system && system->Parent()) found.push_back({system, system->Parent()});
+        if (system && system->Parent()) found.push_back(system);
     }
     // A part of another member moves along with it.
-    std::vector<Member> members;
-    for (const Member& member : found)
-        if (std::ranges::none_of(found, [&](const Member& other) {
-                return other.system != member.system && IsWithin(member.system, other.system);
+    std::vector<MassSystem*> members;
+    for (MassSystem* member : found)
+        if (std::ranges::none_of(found, [&](const MassSystem* other) {
+                return other != member && IsWithin(member, other);
             }))
             members.push_back(member);
     return members;
 }
 
 bool GroupSystemsCommand::Apply() {
-    members_ = FindMembers();
+    const std::vector<MassSystem*> members = FindMembers();
     // A redo may find another tree, which has the identifier.
-    if (members_.empty() || FindSystem(newID_)) return false;
+    if (members.empty() || FindSystem(newID_)) return false;
 
-    MassSystem* place = members_.front().formerParent;
+    MassSystem* place = members.front()->Parent();
     const auto holdsAll = [&](const MassSystem* group) {
         return std::ranges::all_of(
-            members_, [&](const Member& member) { return IsWithin(member.system, group); });
+            members, [&](const MassSystem* member) { return IsWithin(member, group); });
     };
     while (!holdsAll(place))
         place = place->Parent();
 
     if (!ownedGroup_)
-        ownedGroup_ = std::make_unique<CompositeSystem>(
-            name_.c_str(), newID_, members_.front().system->TrailColor(),
-            members_.front().system->DiscColor(), kOriginID);
-    group_ = ownedGroup_.release();
-    for (const Member& member : members_)
-        group_->AddChild(member.system);
-    place->AddChild(group_);
+        ownedGroup_ =
+            std::make_unique<CompositeSystem>(name_.c_str(), newID_, members.front()->TrailColor(),
+                                              members.front()->DiscColor(), kOriginID);
+    MassSystem* const group = ownedGroup_.release();
+    members_.clear();
+    for (const MassSystem* member : members)
+        members_.push_back({member->ID(), member->Parent()->ID()});
+    for (MassSystem* member : members)
+        group->AddChild(member);
+    place->AddChild(group);
 
     setSystem_ = std::make_unique<SetSystemToCommand>(Portal(), newID_);
     setSystem_->Execute();
@@ -70,8 +73,13 @@ bool GroupSystemsCommand::Apply() {
 
 void GroupSystemsCommand::Revert() {
     setSystem_->Undo();
-    for (const Member& member : members_)
-        member.formerParent->AddChild(member.system);
-    group_->Parent()->RemoveChild(group_);
-    ownedGroup_.reset(static_cast<CompositeSystem*>(group_));
+    for (const Member& member : members_) {
+        MassSystem* const system = FindSystem(member.id);
+        MassSystem* const formerParent = FindSystem(member.formerParentID);
+        if (system && formerParent) formerParent->AddChild(system);
+    }
+    auto* const group = dynamic_cast<CompositeSystem*>(FindSystem(newID_));
+    if (!group) return;
+    group->Parent()->RemoveChild(group);
+    ownedGroup_.reset(group);
 }

@@ -26,16 +26,15 @@ protected:
 
 private:
     struct Member {
-        MassSystem* system;
-        MassSystem* formerParent;
+        int64 id;
+        int64 formerParentID;
     };
-    std::vector<Member> FindMembers() const;
+    std::vector<MassSystem*> FindMembers() const;
 
     const std::vector<int64> memberIDs_;
     const std::string name_;
     const int64 newID_;
     std::vector<Member> members_;
     std::unique_ptr<CompositeSystem> ownedGroup_;
-    MassSystem* group_ = nullptr;
     std::unique_ptr<SetSystemToCommand> setSystem_;
 };

@@ -7,6 +7,7 @@
 NewSystemCommand::NewSystemCommand(EpochPortal* portal, MassSystem* system, int64 parentID)
     : FocusEpochCommand(portal, kSystemAdded, kSystemRemoved),
       system_(system),
+      systemID_(system->ID()),
       parentID_(parentID),
       setSystem_(std::make_unique<SetSystemToCommand>(portal, system->ID())) {}
 
@@ -15,9 +16,9 @@ NewSystemCommand::~NewSystemCommand() {
 }
 
 bool NewSystemCommand::Apply() {
-    parent_ = FindSystem(parentID_);
+    MassSystem* const parent = FindSystem(parentID_);
     // A body takes no child, and a redo may find another tree, which has the identifier.
-    if (!parent_ || FindSystem(system_->ID()) || parent_->AddChild(system_) < B_OK) return false;
+    if (!parent || FindSystem(systemID_) || parent->AddChild(system_) < B_OK) return false;
     owns_ = false;
     setSystem_->Execute();
     return true;
@@ -25,6 +26,9 @@ bool NewSystemCommand::Apply() {
 
 void NewSystemCommand::Revert() {
     setSystem_->Undo();
-    parent_->RemoveChild(system_);
+    MassSystem* const system = FindSystem(systemID_);
+    if (!system) return;
+    system->Parent()->RemoveChild(system);
+    system_ = system;
     owns_ = true;
 }

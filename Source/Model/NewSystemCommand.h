@@ -17,8 +17,8 @@ protected:
 
 private:
     MassSystem* system_;
-    int64 parentID_;
-    MassSystem* parent_ = nullptr;
+    const int64 systemID_;
+    const int64 parentID_;
     std::unique_ptr<SetSystemToCommand> setSystem_;
     bool owns_ = true;
 };

@@ -1,19 +1,30 @@
 #include "SetCompVectorCommand.h"
 
+#include <unordered_map>
+
+#include "Body.h"
 #include "ChangeFlags.h"
 #include "EpochPortal.h"
 
-const VectorQuantity kPositionQuantity{
-    &MassSystem::DisplaceCommand, &MassSystem::Position, &MassSystem::PositionUval,
-    &MassSystem::SetPositionUval, kPositionChanged,      kCommandSetPosition};
+const VectorQuantity kPositionQuantity{&MassSystem::DisplaceCommand, &MassSystem::Position,
+                                       &MassSystem::SetPosition,     &MassSystem::PositionUval,
+                                       &MassSystem::SetPositionUval, kPositionChanged,
+                                       kCommandSetPosition};
 const VectorQuantity kVelocityQuantity{&MassSystem::BoostCommand, &MassSystem::Velocity,
-                                       &MassSystem::SpeedUval,    &MassSystem::SetSpeedUval,
-                                       kVelocityChanged,          kCommandSetVelocity};
+                                       &MassSystem::SetVelocity,  &MassSystem::SpeedUval,
+                                       &MassSystem::SetSpeedUval, kVelocityChanged,
+                                       kCommandSetVelocity};
 
 namespace {
 
 constexpr int32 kAllComponents = -1;
 constexpr double ThreeVector::*kComponents[] = {&ThreeVector::x, &ThreeVector::y, &ThreeVector::z};
+
+void GatherBodies(MassSystem* system, std::vector<MassSystem*>* bodies) {
+    if (dynamic_cast<Body*>(system)) bodies->push_back(system);
+    for (int32 i = 0; i < system->CountChildren(); i++)
+        GatherBodies(system->ChildAt(i), bodies);
+}
 
 }  // namespace
 
@@ -50,6 +61,11 @@ bool SetCompVectorCommand::Apply() {
         move_ = MakeMove();
     }
     if (!move_) return false;
+    std::vector<MassSystem*> bodies;
+    GatherBodies(system, &bodies);
+    formerly_.clear();
+    for (const MassSystem* body : bodies)
+        formerly_.emplace_back(body->ID(), (body->*quantity_.get)());
     move_->Execute();
     oldUval_ = (system_->*quantity_.getUval)();
     (system_->*quantity_.setUval)(newUval_);
@@ -57,8 +73,24 @@ bool SetCompVectorCommand::Apply() {
 }
 
 void SetCompVectorCommand::Revert() {
-    (system_->*quantity_.setUval)(oldUval_);
-    move_->Undo();
+    MassSystem* const system = FindSystem(systemID_);
+    if (!system) return;
+    (system->*quantity_.setUval)(oldUval_);
+    if (system == system_ && Portal()->FocusEpoch() == epoch_)
+        move_->Undo();
+    else
+        RevertInOtherEpoch(system);
+}
+
+void SetCompVectorCommand::RevertInOtherEpoch(MassSystem* system) const {
+    std::unordered_map<int64, MassSystem*> bodies;
+    std::vector<MassSystem*> found;
+    GatherBodies(system, &found);
+    for (MassSystem* body : found)
+        bodies.emplace(body->ID(), body);
+    for (const auto& [id, value] : formerly_)
+        if (const auto body = bodies.find(id); body != bodies.end())
+            (body->second->*quantity_.set)(value);
 }
 
 std::unique_ptr<LCommand> SetCompVectorCommand::MakeMove() const {

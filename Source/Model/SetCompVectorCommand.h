@@ -1,10 +1,13 @@
 // Sets the position or velocity, or one component of it, of any system of the focus epoch, together
 // with the unit it is shown in. What moves a group is the command that the group itself makes. Undo
 // puts the system back to where it was when the command was executed, not when it was made: another
-// edit may have been committed between the two.
+// edit may have been committed between the two. In a copy of the epoch that was edited it does so
+// body by body.
 #pragma once
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "DimVector.h"
 #include "FocusEpochCommand.h"
@@ -14,6 +17,7 @@
 struct VectorQuantity {
     LCommand* (MassSystem::*makeCommand)(ThreeVector, ThreeVector);
     ThreeVector (MassSystem::*get)() const;
+    void (MassSystem::*set)(ThreeVector);
     double (MassSystem::*getUval)() const;
     void (MassSystem::*setUval)(double);
     int32 changeFlag;
@@ -41,6 +45,7 @@ protected:
 private:
     std::unique_ptr<LCommand> MakeMove() const;
     ThreeVector WithComponent(ThreeVector current) const;
+    void RevertInOtherEpoch(MassSystem* system) const;
 
     const VectorQuantity& quantity_;
     int64 systemID_;
@@ -51,4 +56,5 @@ private:
     MassSystem* system_ = nullptr;
     const AbEpoch* epoch_ = nullptr;  // of the move; for comparison only
     std::unique_ptr<LCommand> move_;
+    std::vector<std::pair<int64, ThreeVector>> formerly_;  // of all bodies that it moves
 };

@@ -14,20 +14,27 @@ void SetEpochToCommand::Execute() {
     previousEpoch_ = nullptr;
     if (!portal_->HasEpoch(target_)) return;
     previousEpoch_ = portal_->FocusEpoch();
-    previousSystem_ = portal_->FocusSystem();
+    previousSystemID_ = portal_->FocusSystem()->ID();
     const AbCalculator* calculator = portal_->GetCalculator();
     if (calculator && !previousEpoch_->CalculatorState()) {
         auto state = std::make_unique<BMessage>(B_ARCHIVED_OBJECT);
         if (calculator->Archive(state.get(), true) == B_OK)
             previousEpoch_->SetCalculatorState(state.release());
     }
-    portal_->SetEpochTo(target_);
+    if (portal_->HasEpoch(leftAt_)) {
+        portal_->SetEpochTo(leftAt_);
+        portal_->SetSystemFromID(leftAtSystemID_);
+    } else {
+        portal_->SetEpochTo(target_);
+    }
     portal_->TellObservers(what_);
 }
 
 void SetEpochToCommand::Undo() {
     if (!previousEpoch_) return;
+    leftAt_ = portal_->FocusEpoch();
+    leftAtSystemID_ = portal_->FocusSystem()->ID();
     portal_->SetEpochTo(previousEpoch_);
-    portal_->SetSystemTo(previousSystem_);
+    portal_->SetSystemFromID(previousSystemID_);
     portal_->TellObservers(what_);
 }

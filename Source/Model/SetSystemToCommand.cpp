@@ -7,12 +7,12 @@ SetSystemToCommand::SetSystemToCommand(EpochPortal* portal, int64 systemID)
     : portal_(portal), systemID_(systemID) {}
 
 void SetSystemToCommand::Execute() {
-    previous_ = portal_->FocusSystem();
+    previousID_ = portal_->FocusSystem()->ID();
     portal_->SetSystemFromID(systemID_);
     portal_->TellObservers(kFocusSystemChanged);
 }
 
 void SetSystemToCommand::Undo() {
-    portal_->SetSystemTo(previous_);
+    portal_->SetSystemFromID(previousID_);
     portal_->TellObservers(kFocusSystemChanged);
 }

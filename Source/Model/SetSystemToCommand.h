@@ -2,10 +2,9 @@
 #pragma once
 
 #include "LCommand.h"
-#include "SupportDefs.h"
+#include "MassSystem.h"
 
 class EpochPortal;
-class MassSystem;
 
 class SetSystemToCommand final : public LCommand {
 public:
@@ -17,5 +16,5 @@ public:
 private:
     EpochPortal* portal_;
     int64 systemID_;
-    MassSystem* previous_ = nullptr;
+    int64 previousID_ = kNoSystemID;
 };
