@@ -1,7 +1,9 @@
 // The one door to a document's model: the epoch tree, the focus epoch and focus system (never
-// null), the model lock, the observers, the undo chain and the calculator. A small value: each
-// window and display holds a copy for its own thread; all copies share one Subject. It owns none of
-// the rest.
+// null), the model lock, the observers, the undo chain and the calculator. The document, its
+// windows, commands and calculator share one portal, on several threads: the focus changes under
+// the write lock and is read under the read lock only, as is all that it leads to. A copy is a
+// value for one thread, with a focus of its own; all copies share one Subject. It owns none of the
+// rest.
 #pragma once
 
 #include <vector>

@@ -85,7 +85,7 @@ bool CarryOutEdit(const BMessage& message, SimulationController* controller, Epo
             Group(message, controller);
             break;
         case SimulationMenus::kDissolveGroup:
-            controller->DissolveSystem(portal->FocusSystem()->ID());
+            controller->DissolveFocusSystem();
             break;
         case kLogEpoch:
             controller->DupCurrentEpoch();

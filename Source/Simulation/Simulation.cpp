@@ -238,8 +238,11 @@ bool Simulation::FileMessage(BMessage* message) {
         case MessageBoxes::kReallyQuit:
             boxes_.HandleDefaultResponse(*message, MessageWindow::kSaveConfirmation,
                                          MessageBoxes::kReallyQuit);
-            // The user was asked: what was recovered is not wanted either.
-            if (message->HasName(MessageBoxes::kCheckBox)) saver_.File().DiscardRecovered();
+            // Who was asked does not want what was recovered either; who was not may want it back.
+            if (message->HasName(MessageBoxes::kCheckBox))
+                saver_.File().DiscardRecovered();
+            else
+                saver_.KeepRecoveryCopy();
             SendQuitRequest();
             break;
         case kCloseThenOpen:

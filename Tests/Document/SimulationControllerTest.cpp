@@ -9,6 +9,7 @@
 #include "ProgramResources.h"
 #include "RunControlView.h"
 #include "SampleDocument.h"
+#include "SystemFactories.h"
 
 namespace {
 
@@ -108,6 +109,77 @@ TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
     EXPECT_NE(running->CalculatorState(), nullptr);
     run_.TogglePause();
     EXPECT_GE(Focus()->Time(), running->Time());
+}
+
+TEST_F(SimulationControllerTest, EditsThatChangeNothingAreNoSteps) {
+    const auto first = MakePlanetEpoch("A");
+    const auto last = MakePlanetEpoch("B");
+    BMessage record = RecordOf({first.get(), last.get()});
+    record.AddInt32("Cur Epoch", 1);
+    ASSERT_FALSE(document_.Load(record).Failed());
+    Focus()->SetWriteable(false);
+    // In focus, with none after it; one that is gone; no such system, in a record.
+    EXPECT_FALSE(controller_.DeleteEpoch(Focus()));
+    const auto gone = MakePlanetEpoch("C");
+    EXPECT_FALSE(controller_.DeleteEpoch(gone.get()));
+    controller_.EditEpoch(gone.get());
+    controller_.DeleteBody(12345);
+    controller_.DeleteBody(kRootSystemID);
+    EXPECT_EQ(Outline(document_.Root()), "A B");
+    EXPECT_FALSE(document_.GetUndoChain()->CanUndo());
+    EXPECT_TRUE(document_.GetUndoChain()->IsSaved());
+
+    EXPECT_TRUE(controller_.DeleteEpoch(document_.Root()->ChildAt(0)));
+    EXPECT_EQ(Outline(document_.Root()), "B");
+    EXPECT_FALSE(document_.GetUndoChain()->IsSaved());
+}
+
+TEST_F(SimulationControllerTest, EditsDuringARunAreUndoneInACopyOfItsRecord) {
+    const auto rename = [&](const char* name) {
+        CommitEntry(Portal(), NameFactory(0), std::string(name));
+    };
+    const auto starName = [&] { return Focus()->SystemFromID(0)->Name(); };
+    const std::string old = starName();
+    run_.TogglePause();
+    rename("First");
+    CommitEntry(Portal(), SystemQuantityFactory(SystemQuantityFactory::Quantity::kMass, 0),
+                DimValue(kSunGM / 2.0, 1.0));
+    rename("Second");
+    run_.TogglePause();
+    AbEpoch* const record = Focus();
+    const BMessage content = Archive();
+    const std::string tree = "Genesis(Genesis(Genesis))";
+
+    ASSERT_TRUE(controller_.Undo());
+    AbEpoch* const copy = Focus();
+    EXPECT_EQ(copy->Parent(), record);
+    EXPECT_TRUE(copy->Writeable());
+    EXPECT_EQ(starName(), "First");
+    ASSERT_TRUE(controller_.Undo());
+    ASSERT_TRUE(controller_.Undo());
+    EXPECT_EQ(Focus(), copy);
+    EXPECT_EQ(starName(), old);
+    EXPECT_EQ(Focus()->SystemFromID(0)->M(), kSunGM);
+    EXPECT_EQ(Outline(document_.Root()), tree);
+
+    // The run itself, and all of it again: what was undone is undone still.
+    ASSERT_TRUE(controller_.Undo());
+    EXPECT_EQ(Outline(document_.Root()), "Genesis");
+    ASSERT_TRUE(controller_.Redo());
+    EXPECT_EQ(Focus(), copy);
+    for (int i = 0; i < 3; i++)
+        ASSERT_TRUE(controller_.Redo());
+    EXPECT_EQ(Focus(), record);
+    EXPECT_EQ(Outline(document_.Root()), "Genesis(Genesis)");
+    EXPECT_EQ(Archive(), content);
+
+    ASSERT_TRUE(controller_.Undo());
+    EXPECT_EQ(Focus(), copy);
+    EXPECT_EQ(starName(), "First");
+    EXPECT_EQ(Outline(document_.Root()), tree);
+    BMessage kept;
+    EXPECT_EQ(record->RootSystem()->Archive(&kept), B_OK);
+    EXPECT_EQ(kept, content);
 }
 
 TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {

@@ -70,6 +70,29 @@ TEST(SimulationDocument, TreeAndFocusSurviveStoring) {
     EXPECT_EQ(second, record);
 }
 
+TEST(SimulationDocument, AnEpochStoredAloneKeepsItsNameAndWhetherItIsARecord) {
+    for (const bool writeable : {false, true}) {
+        SimulationDocument document(nullptr);
+        LoadTree(&document);
+        AbEpoch* const copy = document.Portal()->FocusEpoch()->Copy();
+        document.Portal()->FocusEpoch()->AddChild(copy);
+        document.Portal()->SetEpochTo(copy);
+        copy->SetWriteable(writeable);
+        BMessage record;
+        ASSERT_FALSE(document.Store(&record, false).Failed());
+        EXPECT_TRUE(copy->NameFromParent());
+
+        BMessage epoch;
+        bool isWriteable = !writeable;
+        ASSERT_EQ(record.FindMessage("Epochs", &epoch), B_OK);
+        ASSERT_EQ(epoch.FindBool("Writ", &isWriteable), B_OK);
+        EXPECT_EQ(isWriteable, writeable);
+        SimulationDocument again(nullptr);
+        ASSERT_FALSE(again.Load(record).Failed());
+        EXPECT_EQ(Outline(again.Root()), "Right");
+    }
+}
+
 TEST(SimulationDocument, FieldsComeInTheirOrder) {
     SimulationDocument document(nullptr);
     LoadTree(&document);

@@ -54,6 +54,14 @@ void SimulationController::PauseForEdit() {
     run_->PauseForUser();
 }
 
+int64 SimulationController::FocusSystemID() const {
+    EpochPortal* const portal = Portal();
+    portal->ReadLock();
+    const int64 id = portal->FocusSystem()->ID();
+    portal->ReadUnlock();
+    return id;
+}
+
 int64 SimulationController::NewSystemID() const {
     return document_->Root()->MaxSystemID() + 1;
 }
@@ -148,16 +156,18 @@ int64 SimulationController::NextFocusAfter(int64 deleted) const {
 void SimulationController::DeleteBody(int64 id) {
     PauseForEdit();
     EpochPortal* portal = Portal();
+    portal->CommitChanges();
     portal->ReadLock();
     const int64 next = NextFocusAfter(id);
+    const bool exists = id >= 0 && portal->FocusEpoch()->SystemFromID(id) != nullptr;
     portal->ReadUnlock();
-    if (id >= 0)
+    if (exists)
         ExecuteFiled(portal, Named(kCommandDeleteBody,
                                    std::make_unique<DeleteSystemCommand>(portal, id, next)));
 }
 
 void SimulationController::DeleteCurrentBody() {
-    DeleteBody(Portal()->FocusSystem()->ID());
+    DeleteBody(FocusSystemID());
 }
 
 void SimulationController::EditBody(int64 id) {
@@ -166,15 +176,16 @@ void SimulationController::EditBody(int64 id) {
 
 void SimulationController::SetRelativeTo(int64 id) {
     EpochPortal* portal = Portal();
-    const MassSystem* focus = portal->FocusSystem();
     portal->ReadLock();
-    const bool changes = focus->ID() != kNoSystemID && focus->ID() != id &&
-                         focus->RelativeTo() != id && portal->FocusEpoch()->SystemFromID(id);
+    const MassSystem* const focus = portal->FocusSystem();
+    const int64 focusID = focus->ID();
+    const bool changes = focusID != kNoSystemID && focusID != id && focus->RelativeTo() != id &&
+                         portal->FocusEpoch()->SystemFromID(id);
     portal->ReadUnlock();
     if (changes)
         ExecuteFiled(portal, Named(kCommandSetRelativeTo,
                                    std::make_unique<SetSystemPropertyCommand<int64>>(
-                                       portal, focus->ID(), &MassSystem::RelativeTo,
+                                       portal, focusID, &MassSystem::RelativeTo,
                                        &MassSystem::SetRelativeTo, id, kReferentChanged)));
 }
 
@@ -203,6 +214,10 @@ bool SimulationController::DissolveSystem(int64 id) {
                                       std::make_unique<DissolveSystemCommand>(portal, id)));
 }
 
+bool SimulationController::DissolveFocusSystem() {
+    return DissolveSystem(FocusSystemID());
+}
+
 bool SimulationController::ToCenterOfMass() {
     PauseForEdit();
     EpochPortal* portal = Portal();
@@ -224,28 +239,35 @@ bool SimulationController::ToCenterOfMass() {
 }
 
 void SimulationController::EditEpoch(AbEpoch* epoch) {
-    if (epoch == Portal()->FocusEpoch()) return;
+    EpochPortal* const portal = Portal();
+    portal->ReadLock();
+    const bool changes = epoch != portal->FocusEpoch() && portal->HasEpoch(epoch);
+    portal->ReadUnlock();
+    if (!changes) return;
     PauseForEdit();
-    ExecuteFiled(Portal(),
-                 Named(kCommandGoToEpoch, std::make_unique<SetEpochToCommand>(Portal(), epoch)));
+    ExecuteFiled(portal,
+                 Named(kCommandGoToEpoch, std::make_unique<SetEpochToCommand>(portal, epoch)));
 }
 
 bool SimulationController::DeleteEpoch(AbEpoch* epoch) {
     PauseForEdit();
     EpochPortal* portal = Portal();
+    portal->CommitChanges();
+    auto command = std::make_unique<DeleteEpochCommand>(portal, epoch);
     portal->ReadLock();
-    const AbEpoch* parent = epoch->Parent();
-    const bool isLast = !parent || (!parent->Parent() && parent->CountChildren() == 1 &&
-                                    epoch->CountChildren() == 0);
+    const bool canExecute = command->CanExecute();
     portal->ReadUnlock();
-    return !isLast &&
-           ExecuteFiled(portal, Named(kCommandDeleteEpoch,
-                                      std::make_unique<DeleteEpochCommand>(portal, epoch)));
+    return canExecute && ExecuteFiled(portal, Named(kCommandDeleteEpoch, std::move(command)));
 }
 
 void SimulationController::DupCurrentEpoch() {
     run_->Rest();
-    ExecuteFiled(Portal(), Named(kCommandLogEpoch, std::make_unique<NewEpochCommand>(Portal())));
+    Portal()->ReadLock();
+    const bool isEpoch = Portal()->FocusEpoch()->RootSystem() != nullptr;
+    Portal()->ReadUnlock();
+    if (isEpoch)
+        ExecuteFiled(Portal(),
+                     Named(kCommandLogEpoch, std::make_unique<NewEpochCommand>(Portal())));
     run_->UnRest();
 }
 

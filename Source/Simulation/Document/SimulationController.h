@@ -44,6 +44,7 @@ public:
     bool GroupSystems(const std::vector<int64>& ids, const std::string& name);
     // Puts a composite's members in its place; false for anything else.
     bool DissolveSystem(int64 id);
+    bool DissolveFocusSystem();
 
     // Puts the centre of mass at rest at the origin, as one undoable step; false when no body has
     // mass.
@@ -52,7 +53,7 @@ public:
     // Puts the epoch into focus. A step of the history, since the steps before it belong to the
     // epoch that was in focus.
     void EditEpoch(AbEpoch* epoch);
-    // False for an epoch that must stay: the last one.
+    // False for an epoch that must stay: the one in focus, where no other would be there to look at.
     bool DeleteEpoch(AbEpoch* epoch);
     // Logs the state as it is now: a copy below the focus epoch becomes the focus. A run goes on in
     // the copy.
@@ -75,6 +76,7 @@ private:
     void Place(Body* body, const std::vector<Body*>& others, int32 turn) const;
     int64 NextFocusAfter(int64 deleted) const;
     int64 NewSystemID() const;
+    int64 FocusSystemID() const;
 
     SimulationDocument* const document_;
     RunControl* const run_;

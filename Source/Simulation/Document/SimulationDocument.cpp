@@ -20,6 +20,16 @@ constexpr const char* kBodyNameIndex = "Body Name Index";
 
 constexpr int32 kEverythingChanged = -1;
 
+// Without the epoch that it inherits its name from, it has that name as its own.
+status_t ArchiveAlone(const AbEpoch& epoch, BMessage* archive) {
+    if (!epoch.NameFromParent()) return epoch.Archive(archive, false);
+    const std::unique_ptr<AbEpoch> copy(epoch.Copy());
+    if (!copy) return B_ERROR;
+    copy->SetName(epoch.Name().c_str());
+    copy->SetWriteable(epoch.Writeable());
+    return copy->Archive(archive, false);
+}
+
 }  // namespace
 
 SimulationDocument::SimulationDocument(BLooper* reportTarget)
@@ -124,10 +134,10 @@ status_t SimulationDocument::SetEpochs(BMessage* record, bool allEpochs) const {
     const AbEpoch* const focus = portal_.FocusEpoch();
     const int32 count = allEpochs ? root_.CountChildren() : 1;
     for (int32 i = 0; i < count; i++) {
-        const AbEpoch* const epoch = allEpochs ? root_.ChildAt(i) : focus;
         BMessage archive;
-        if (const status_t status = epoch->Archive(&archive, allEpochs); status != B_OK)
-            return status;
+        const status_t archived =
+            allEpochs ? root_.ChildAt(i)->Archive(&archive, true) : ArchiveAlone(*focus, &archive);
+        if (archived != B_OK) return archived;
         if (const status_t status = record->AddMessage(kEpochs, std::move(archive)); status != B_OK)
             return status;
     }
