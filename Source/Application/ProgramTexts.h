@@ -17,5 +17,6 @@ enum ProgramText : int32 {
     kTextRecover = 3506,
     kTextNoDisplay = 3507,
     kTextNotFoundTitle = 3508,
-    kTextNotFound = 3509,  // %1: the document
+    kTextNotFound = 3509,         // %1: the document
+    kTextRecoveryUnsaved = 3510,  // %1: the document, %2: why
 };

@@ -1,5 +1,6 @@
 #include "RecoveryOffers.h"
 
+#include <algorithm>
 #include <ctime>
 
 #include "BMessage.h"
@@ -25,15 +26,27 @@ void RecoveryOffers::Begin() {
     if (hasBegun_) return;
     hasBegun_ = true;
     const std::vector<RecoveryCopy> found = folder_.List();
-    copies_.assign(found.begin(), found.end());
-    OfferFirst();
+    for (const RecoveryCopy& copy : found)
+        offers_.push_back({copy, {}});
+    if (box_ == nullptr) OfferFirst();
+}
+
+void RecoveryOffers::OfferUnsaved(const RecoveryCopy& copy, const std::string& reason) {
+    offers_.push_back({copy, reason});
+    if (box_ == nullptr) OfferFirst();
+}
+
+bool RecoveryOffers::IsOfferingUnsaved() const {
+    return std::ranges::any_of(offers_, [](const Offer& offer) { return !offer.reason.empty(); });
 }
 
 void RecoveryOffers::OfferFirst() {
-    if (copies_.empty()) return;
-    const RecoveryCopy& copy = copies_.front();
+    if (offers_.empty()) return;
+    const auto& [copy, reason] = offers_.front();
     const std::string& name = copy.originalPath.empty() ? copy.documentName : copy.originalPath;
-    const std::string text = FillIn(texts_->Label(kTextRecovery), {name, DayAndTime(copy.time)});
+    const std::string text =
+        reason.empty() ? FillIn(texts_->Label(kTextRecovery), {name, DayAndTime(copy.time)})
+                       : FillIn(texts_->Label(kTextRecoveryUnsaved), {name, reason});
     const BMessenger owner(static_cast<BHandler*>(owner_));
     const error_option discard{texts_->Label(kTextDiscard), BMessage(kDiscard), owner};
     const error_option later{texts_->Label(kTextLater), {}, {}};
@@ -53,13 +66,13 @@ bool RecoveryOffers::BoxClosed(const void* box) {
     if (box_ == nullptr || box != static_cast<void*>(box_)) return false;
     if (box_->Lock()) box_->Quit();
     box_ = nullptr;
-    copies_.pop_front();
+    offers_.pop_front();
     OfferFirst();
     return true;
 }
 
 void RecoveryOffers::End() {
-    copies_.clear();
+    offers_.clear();
     if (box_ != nullptr && box_->Lock()) box_->Quit();
     box_ = nullptr;
 }

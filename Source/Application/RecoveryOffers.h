@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <string>
 
 #include "RecoveryFolder.h"
 
@@ -23,8 +24,12 @@ public:
     // Looks for the copies that were there before, and offers the first; once. After that brings
     // the box to the front, if there is one.
     void Begin();
+    // Offers the copy of a document that could not be saved just now, after those that are waiting.
+    void OfferUnsaved(const RecoveryCopy& copy, const std::string& reason);
+    // A copy of that kind is waiting for an answer.
+    [[nodiscard]] bool IsOfferingUnsaved() const;
     // The copy of the box that is shown.
-    [[nodiscard]] const RecoveryCopy& Current() const { return copies_.front(); }
+    [[nodiscard]] const RecoveryCopy& Current() const { return offers_.front().copy; }
     [[nodiscard]] bool IsOffering() const { return box_ != nullptr; }
     void DiscardCurrent();
     // True if it is this one's box, which is quit then; offers the next copy.
@@ -33,12 +38,16 @@ public:
     void End();
 
 private:
+    struct Offer {
+        RecoveryCopy copy;
+        std::string reason;  // why it could not be saved; empty: an earlier run has left it
+    };
     void OfferFirst();
 
     BLooper* const owner_;
     const InterfaceTexts* const texts_;
     const RecoveryFolder folder_;
-    std::deque<RecoveryCopy> copies_;
+    std::deque<Offer> offers_;
     MessageWindow* box_ = nullptr;
     bool hasBegun_ = false;
 };

@@ -175,7 +175,12 @@ void SimApp::DeleteSimulation(Simulation* simulation) {
     if (std::erase(simulations_, simulation) == 0) return;
     if (simulation->Lock()) simulation->Quit();
     quitRound_.Closed(simulation);
-    if (simulations_.empty() && (quitRound_.IsUnderWay() || !openPanel_.IsShowing()))
+    QuitIfNothingIsLeft();
+}
+
+void SimApp::QuitIfNothingIsLeft() {
+    if (simulations_.empty() && !recoveryOffers_.IsOfferingUnsaved() &&
+        (quitRound_.IsUnderWay() || !openPanel_.IsShowing()))
         static_cast<void>(PostMessage(B_QUIT_REQUESTED));
 }
 
@@ -247,6 +252,18 @@ void SimApp::Recover() {
     if (first != nullptr && first->IsNewlyCreated()) DeleteSimulation(first);
 }
 
+// What could not be saved in the place that the user wanted, and would be closed now.
+void SimApp::OfferCopy(const BMessage& message) {
+    RecoveryCopy copy;
+    std::string reason;
+    if (message.FindString(kCopyField, &copy.path) != B_OK ||
+        message.FindString(kCopyReasonField, &reason) != B_OK)
+        return;
+    static_cast<void>(message.FindString(kCopyNameField, &copy.documentName));
+    static_cast<void>(message.FindString(kCopyOfField, &copy.originalPath));
+    recoveryOffers_.OfferUnsaved(copy, reason);
+}
+
 // All at the same time, and none longer than this: the desktop waits.
 void SimApp::KeepRecoveryCopies() {
     constexpr bigtime_t kPatience = 4'000'000;
@@ -307,7 +324,7 @@ void SimApp::ShowBox(int32 id, int32 title, const std::string& text) {
 }
 
 void SimApp::MessageWindowClosed(const void* window) {
-    if (recoveryOffers_.BoxClosed(window)) return;
+    if (recoveryOffers_.BoxClosed(window)) return QuitIfNothingIsLeft();
     const auto found = std::ranges::find(boxes_, window);
     if (found == boxes_.end()) return;
     MessageWindow* const box = *found;
@@ -370,6 +387,8 @@ void SimApp::MessageReceived(BMessage* message) {
         case kDeleteMessageWindow:
             message->FindPointer(kDoomedMessageWindow, &pointer);
             return MessageWindowClosed(pointer);
+        case kOfferCopy:
+            return OfferCopy(*message);
         case RecoveryOffers::kRecover:
             return Recover();
         case RecoveryOffers::kDiscard:

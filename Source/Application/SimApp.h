@@ -71,6 +71,7 @@ private:
     Simulation* CreateSimulation(const BMessage& archive, const entry_ref& directory,
                                  const char* name, bool isNewlyCreated);
     void DeleteSimulation(Simulation* simulation);
+    void QuitIfNothingIsLeft();
     void OpenPath(const std::string& path);
     void OpenRecent(const BMessage& message);
     void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse);
@@ -78,6 +79,7 @@ private:
     [[nodiscard]] bool IsOpen(const void* simulation) const;
 
     void Recover();
+    void OfferCopy(const BMessage& message);
     void EndSession();
     void KeepRecoveryCopies();
     void Activate();

@@ -22,6 +22,13 @@ inline constexpr uint32 kClearDefaultResponses = FourCC("cdmr");
 // (Cancel, the question's or the save panel's close box), or it could not be saved. Ends the
 // quitting of the program.
 inline constexpr uint32 kCloseCancelled = FourCC("clcn");
+// A document could not be saved, and its window closes: strings "Copy" (where the recovery copy
+// lies), "Name" and "Path" of the document, and "Reason".
+inline constexpr uint32 kOfferCopy = FourCC("ofcp");
+inline constexpr const char* kCopyField = "Copy";
+inline constexpr const char* kCopyNameField = "Name";
+inline constexpr const char* kCopyOfField = "Path";
+inline constexpr const char* kCopyReasonField = "Reason";
 // With pointer "Simulation": its window has built itself and is shown.
 inline constexpr uint32 kSimulationShown = FourCC("shwn");
 // From the menu of recent documents: open the one with string "path"; forget them all.

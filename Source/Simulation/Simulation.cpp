@@ -14,6 +14,7 @@
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "MessageWindow.h"
+#include "OpenSimulations.h"
 #include "ProgramMessages.h"
 #include "ProgramResources.h"
 #include "ProjectionDisplay.h"
@@ -38,8 +39,6 @@ constexpr uint32 kNothingToDo[] = {FourCC("bld9"), FourCC("txmd")};
 constexpr int32 kEverything = -1;
 
 constexpr const char* kWindowAt = "Edit at";
-
-constexpr float kWidest = 2.0f;  // the window, against what it needs
 
 // A window that is built faster than this needs no box that says so.
 constexpr bigtime_t kPatience = 300'000;
@@ -159,12 +158,7 @@ bool Simulation::BuildStep(uint32 what) {
 
 void Simulation::ArrangeWindow() {
     if (system_time() - buildingSince_ > kPatience) boxes_.ShowBuilding();
-    // Wider entries show longer numbers; there is nothing to fill a higher window with.
-    float width = 0.0f;
-    float height = 0.0f;
-    GetPreferredSize(&width, &height);
-    SetSizeLimits(width, kWidest * width, height, height);
-    ResizeTo(width, height);
+    controls_.FitWindow();
     SetName(saver_.File().Name());
     const std::unique_ptr<BMessage> archive = std::move(archive_);
     // Without any epoch, as where the program's template is missing, the simulation has none.
@@ -176,8 +170,7 @@ void Simulation::ArrangeWindow() {
 }
 
 void Simulation::ShowSelf() {
-    if (displays_.Count() == 0)
-        displays_.Create(ProjectionDisplay::kType, nullptr, saver_.File().Name().c_str());
+    if (displays_.Count() == 0) displays_.Create(ProjectionDisplay::kType, nullptr, title_.c_str());
     // The template cannot know how wide the boxes are with this font.
     if (isNewlyCreated_) displays_.KeepClearOf(Frame());
     document_.Portal()->AddObserver(this);
@@ -314,7 +307,7 @@ bool Simulation::WindowMessage(BMessage* message) {
             break;
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
-                displays_.Create(type, nullptr, saver_.File().Name().c_str());
+                displays_.Create(type, nullptr, title_.c_str());
             break;
         case kShowTrailDisc:
             controls_.Windows()->ShowTrailDisc();
@@ -386,16 +379,20 @@ bool Simulation::CommitChanges() {
 
 void Simulation::SetName(const std::string& name) {
     saver_.File().SetName(name);
-    SetTitle(name.c_str());
-    displays_.SetTitles(name.c_str());
-    controls_.Windows()->SetTitles(name.c_str());
+    const int32 number = OpenSimulations::Shared().Enter(this, saver_.File().Path());
+    title_ = number == 1 ? name
+                         : FillIn(host_->Resources().InterfaceLabel(kTextAnotherWindow),
+                                  {name, std::to_string(number)});
+    SetTitle(title_.c_str());
+    displays_.SetTitles(title_.c_str());
+    controls_.Windows()->SetTitles(title_.c_str());
 }
 
 DocumentError Simulation::Find(const BMessage& archive) {
     if (DocumentError error = document_.FindEpochs(archive); error.Failed()) return error;
     document_.FindSimInfo(archive);
     FindSimWindowInfo(archive);
-    displays_.Find(archive, saver_.File().Name().c_str());
+    displays_.Find(archive, title_.c_str());
     // It was never saved by a window, and cannot know where this one stands.
     if (!archive.HasName(kWindowAt)) displays_.KeepClearOf(Frame());
     return {};
@@ -404,6 +401,8 @@ DocumentError Simulation::Find(const BMessage& archive) {
 void Simulation::FindSimWindowInfo(const BMessage& archive) {
     // A key that is never written: whether this window is seen is not the document's affair.
     FindWindowInfo(archive, this, kWindowAt, "Nothing");
+    if (archive.HasName(kWindowAt))
+        OpenSimulations::Shared().MoveTo(this, {Frame().left, Frame().top});
     controls_.Windows()->Find(archive);
     saver_.Panel().FindArea(archive);
 }
@@ -446,13 +445,29 @@ void Simulation::SaveThenQuit(const BMessage& message) {
         // user has chosen to save this time.
         boxes_.HandleDefaultResponse(message, MessageWindow::kSaveConfirmation,
                                      MessageBoxes::kReallyQuit);
-        if (!saver_.Save(MessageBoxes::kSaveThenQuit)) return;
+        switch (saver_.Save(MessageBoxes::kSaveThenQuit)) {
+            case SimulationSaver::Outcome::kDone:
+                break;
+            case SimulationSaver::Outcome::kAsked:
+                return;
+            case SimulationSaver::Outcome::kRefused:
+                return CloseCancelled();
+        }
     }
     // What could be written nowhere, not even as a recovery copy, stays.
-    if (history_->IsSaved())
-        SendQuitRequest();
-    else
-        CloseCancelled();
+    if (!history_->IsSaved()) return CloseCancelled();
+    if (!saver_.WhyNotSaved().empty()) OfferCopy();
+    SendQuitRequest();
+}
+
+// The user, who believes the document to be saved, hears before long that it is not.
+void Simulation::OfferCopy() {
+    BMessage offer(kOfferCopy);
+    offer.AddString(kCopyField, saver_.File().CopyPath());
+    offer.AddString(kCopyOfField, saver_.File().Path());
+    offer.AddString(kCopyNameField, saver_.File().Name());
+    offer.AddString(kCopyReasonField, saver_.WhyNotSaved());
+    PassToApplication(offer, false);
 }
 
 void Simulation::SendQuitRequest() {
@@ -470,6 +485,7 @@ void Simulation::SendQuitRequest() {
 // on.
 void Simulation::Quit() {
     isQuitting_ = true;
+    OpenSimulations::Shared().Leave(this);
     document_.Portal()->RemoveObserver(this);
     run_.Pause();
     displays_.DeleteAll();

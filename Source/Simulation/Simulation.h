@@ -82,6 +82,7 @@ private:
     // --- Closing ---
     void SaveThenQuit(const BMessage& message);
     void MessageBoxClosed(const MessageWindow* box);
+    void OfferCopy();
     // The simulation stays open after all.
     void CloseCancelled();
     void SendQuitRequest();
@@ -95,6 +96,7 @@ private:
     DisplayList displays_;
     SimulationSaver saver_;
     MessageBoxes boxes_;
+    std::string title_;  // the document's name; of a further window of the same one it says so
     std::unique_ptr<BMessage> archive_;  // until it is read
 
     std::atomic<int32> pendingChanges_{0};

@@ -24,6 +24,7 @@
 namespace {
 
 constexpr float kSpacing = 8.0f;
+constexpr float kWidest = 2.0f;  // the window, against what it needs
 
 // How often the figures of a run are renewed.
 constexpr bigtime_t kRunPulse = 400'000;
@@ -104,7 +105,20 @@ void SimulationControls::ShowHistory() {
 }
 
 void SimulationControls::ShowMessage(const std::string& text) {
-    if (status_ != nullptr) status_->ShowMessage(text);
+    if (status_ != nullptr && status_->ShowMessage(text)) FitWindow();
+}
+
+void SimulationControls::ShowInFull(const std::string& text) {
+    if (status_ != nullptr && status_->ShowInFull(text)) FitWindow();
+}
+
+// Wider entries show longer numbers; there is nothing to fill a higher window with.
+void SimulationControls::FitWindow() {
+    float width = 0.0f;
+    float height = 0.0f;
+    window_->GetPreferredSize(&width, &height);
+    window_->SetSizeLimits(width, kWidest * width, height, height);
+    window_->ResizeTo(std::max(width, window_->Frame().Width()), height);
 }
 
 void SimulationControls::ShowRun() {

@@ -45,6 +45,10 @@ public:
     // What can be undone and redone, and whether the document is saved.
     void ShowHistory();
     void ShowMessage(const std::string& text);
+    // Makes the window as high as its contents, and no narrower.
+    void FitWindow();
+    // In as many lines as it takes; the window grows.
+    void ShowInFull(const std::string& text);
     // The figures of the run as they are now.
     void ShowRun();
     // In the run that goes on; the calculator rests.

@@ -31,13 +31,17 @@ SimulationSaver::SimulationSaver(BWindow* window, SimulationHost* host,
 
 // A file that stands where this document was never written or read (after an epoch alone was saved
 // there) is not replaced without a question.
-bool SimulationSaver::Save(uint32 answer) {
-    const bool knowsWhere = file_.HasFile() && !file_.WouldReplaceAnother();
-    if (knowsWhere)
-        SaveRequested(file_.Directory(), file_.Name(), true);
-    else
+SimulationSaver::Outcome SimulationSaver::Save(uint32 answer) {
+    if (!file_.HasFile() || file_.WouldReplaceAnother()) {
         SaveAs(answer);
-    return knowsWhere;
+        return Outcome::kAsked;
+    }
+    if (file_.HasChangedUnseen()) {
+        Complain(FillIn(host_->Resources().InterfaceLabel(kTextChangedByAnother), {file_.Path()}));
+        return Outcome::kRefused;
+    }
+    SaveRequested(file_.Directory(), file_.Name(), true);
+    return Outcome::kDone;
 }
 
 void SimulationSaver::SaveAs(uint32 answer) {
@@ -74,6 +78,9 @@ void SimulationSaver::SaveRequested(const entry_ref& directory, const std::strin
     run_->Pause();
     Gather();
     const SaveResult result = SaveDocument(document_, &file_, directory, name, allEpochs);
+    whyNotSaved_.clear();
+    if (result.error.Failed() && allEpochs && !result.copyError.Failed())
+        whyNotSaved_ = Reason(result.error);
     if (!result.error.Failed()) {
         controls_->ShowMessage(resources.InterfaceLabel(kTextSaved));
         if (allEpochs) host_->NoteDocument(result.path.c_str());
@@ -149,7 +156,7 @@ std::string SimulationSaver::Reason(const DocumentError& error) const {
 }
 
 void SimulationSaver::Complain(const std::string& text) {
-    controls_->ShowMessage(text);
+    controls_->ShowInFull(text);
     const std::string line = FillIn(host_->Resources().InterfaceLabel(kTextPrinted), {text});
     std::fwrite(line.data(), 1, line.size(), stderr);
 }

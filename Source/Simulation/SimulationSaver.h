@@ -32,13 +32,17 @@ public:
     [[nodiscard]] DocumentFile& File() { return file_; }
     [[nodiscard]] SavePanel& Panel() { return panel_; }
 
-    // To the document's file, or where the user says; then `answer` comes from the panel. True if
-    // the document was saved at once.
-    bool Save(uint32 answer);
+    enum class Outcome { kDone, kAsked, kRefused };
+
+    // To the document's file, or where the user says; then `answer` comes from the panel. Refused
+    // once for a file that somebody else has changed.
+    Outcome Save(uint32 answer);
     void SaveAs(uint32 answer);
     void SaveCurrentEpoch();
     // False for a message that is no answer of the panel.
     bool SaveRequested(const BMessage& message, bool allEpochs);
+    // Why the last save has left a recovery copy instead; empty if it has not.
+    [[nodiscard]] const std::string& WhyNotSaved() const { return whyNotSaved_; }
     // Of what is half typed, too, if there are changes that are not saved.
     void KeepRecoveryCopy();
     // For the case that the program fails; disturbs neither typing nor, for long, a run.
@@ -62,5 +66,6 @@ private:
     SimulationControls* const controls_;
     DisplayList* const displays_;
     DocumentFile file_;
+    std::string whyNotSaved_;
     SavePanel panel_;
 };

@@ -37,4 +37,6 @@ enum SimulationText : int32 {
     kTextGroupName = 3751,
     kTextGroupOf = 3752,
     kTextGroupButton = 3753,
+    kTextChangedByAnother = 3754,  // %1: the file
+    kTextAnotherWindow = 3755,     // %1: the document, %2: which of its windows this is
 };

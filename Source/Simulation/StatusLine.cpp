@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "BFont.h"
 #include "BStringView.h"
 #include "ProgramResources.h"
 #include "QuantityText.h"
@@ -37,6 +39,29 @@ std::string RateText(double rate) {
 // Only its size is of interest.
 std::string ErrorText(double error) {
     return print_double(std::fabs(error), 1);
+}
+
+// Breaks the text at its spaces, and within a word (a path) that is longer than a line.
+std::string Broken(const std::string& text, float width) {
+    const BFont font;
+    std::string done;
+    std::string line;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
+            end++;
+        const std::size_t letter = line.size();
+        line.append(text, at, end - at);
+        at = end;
+        if (line.find_first_not_of(' ') == std::string::npos || font.StringWidth(line) <= width)
+            continue;
+        const std::size_t space = line.find_last_of(' ');
+        const std::size_t cut = space != std::string::npos ? space + 1 : letter;
+        if (cut == 0 || cut == line.size()) continue;
+        done += line.substr(0, cut) + '\n';
+        line.erase(0, cut);
+    }
+    return done + line;
 }
 
 }  // namespace
@@ -84,7 +109,17 @@ void StatusLine::ShowFigures() {
     figuresView_->SetText((bodies_ + run_).c_str());
 }
 
-void StatusLine::ShowMessage(const std::string& text) {
-    message_->SetText(text.c_str());
+bool StatusLine::ShowMessage(const std::string& text) {
+    return Show(text, text);
+}
+
+bool StatusLine::ShowInFull(const std::string& text) {
+    return Show(text, Broken(text, message_->Bounds().Width()));
+}
+
+bool StatusLine::Show(const std::string& text, const std::string& lines) {
+    message_->SetText(lines.c_str());
     message_->SetToolTip(text.c_str());
+    const auto breaks = std::ranges::count(lines, '\n');
+    return std::exchange(breaks_, breaks) != breaks;
 }

@@ -2,6 +2,7 @@
 // happened last. Rules as for BView.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "BGroupView.h"
@@ -18,15 +19,20 @@ public:
     void ShowBodies(std::size_t count);
     // Rates of zero and errors that are not known are left out. `timeUval`: the unit of time, s.
     void ShowRun(const RunMonitor::Figures& figures, double timeUval);
-    // Longer ones than there is room for are cut; the tool tip has all of it.
-    void ShowMessage(const std::string& text);
+    // Longer ones than there is room for are cut; the tool tip has all of it. True if the line
+    // wants another height now.
+    bool ShowMessage(const std::string& text);
+    // Likewise, but broken into as many lines as it takes.
+    bool ShowInFull(const std::string& text);
 
 private:
     void ShowFigures();
+    bool Show(const std::string& text, const std::string& lines);
 
     const ProgramResources* const resources_;
     BStringView* const figuresView_;
     BStringView* const message_;
     std::string bodies_;
     std::string run_;
+    std::ptrdiff_t breaks_ = 0;  // between the message's lines
 };

@@ -178,6 +178,29 @@ TEST_F(DocumentSaverTest, ASavedDocumentNeedsNoCopyForAnEpoch) {
     EXPECT_TRUE(folder.List().empty());
 }
 
+TEST_F(DocumentSaverTest, AFileThatAnotherProgramHasWrittenIsToldOfOnce) {
+    const std::string path = home.Path("Comets");
+    const auto write = [&](const char* text) { std::ofstream(path) << text; };
+    EXPECT_FALSE(SaveDocument(&document, &file, place, "Comets", true).error.Failed());
+    EXPECT_FALSE(file.HasChangedUnseen());
+    // The same contents in another file, as after a copy to and fro.
+    fs::copy_file(path, home.Path("copy"));
+    fs::rename(home.Path("copy"), path);
+    EXPECT_FALSE(file.HasChangedUnseen());
+
+    write("theirs");
+    EXPECT_TRUE(file.HasChangedUnseen());
+    EXPECT_FALSE(file.HasChangedUnseen());
+    write("others");
+    fs::last_write_time(path, fs::file_time_type::clock::now() + std::chrono::hours(1));
+    EXPECT_TRUE(file.HasChangedUnseen()) << "again";
+    // What was read counts as what was written; where nothing lies, nothing can be lost.
+    file.SetFile(place, "Comets");
+    EXPECT_FALSE(file.HasChangedUnseen());
+    fs::remove(path);
+    EXPECT_FALSE(file.HasChangedUnseen());
+}
+
 TEST_F(DocumentSaverTest, ARecoveredDocumentGoesBackToItsPlaceIfThatIsThere) {
     fs::create_directory(home.Path("there"));
     file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("there/Halley"), 0}, "new");

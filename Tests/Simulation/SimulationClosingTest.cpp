@@ -68,6 +68,38 @@ TEST_F(SimulationClosingTest, AnUnsavedOneAsksOnceAndCancelKeepsItRunning) {
     simulation.Send(kTogglePause);
 }
 
+TEST_F(SimulationClosingTest, AStandingAnswerLosesNoWork) {
+    host.answer = FourCC("rlyq");
+    TestSimulation simulation(&host, PlanetRecord());
+    simulation.Send(kNewBody);
+    simulation.Send(B_QUIT_REQUESTED);
+    EXPECT_TRUE(IsDoomed(simulation));
+    ASSERT_EQ(host.Recovery().List().size(), 1u);
+    // Who was asked, and says no, means it.
+    TestSimulation other(&host, PlanetRecord());
+    other.Send(kNewBody);
+    other.Send(Answer(FourCC("rlyq")));
+    EXPECT_TRUE(IsDoomed(other));
+    EXPECT_EQ(host.Recovery().List().size(), 1u);
+}
+
+TEST_F(SimulationClosingTest, WhatCannotBeSavedIsOfferedBeforeTheWindowGoes) {
+    std::filesystem::create_directory(host.Path("place"));
+    TestSimulation simulation(&host, PlanetRecord());
+    simulation.Name(FourCC("SAVE"), host.Path("place"), "Comets");
+    simulation.Send(kNewBody);
+    std::filesystem::remove_all(host.Path("place"));
+    simulation.Send(Answer(kSaveThenQuit));
+    const BMessage offer = host.application->WaitFor(kOfferCopy);
+    EXPECT_TRUE(IsDoomed(simulation));
+    ASSERT_EQ(host.Recovery().List().size(), 1u);
+    std::string copy, reason;
+    EXPECT_EQ(offer.FindString(kCopyField, &copy), B_OK);
+    EXPECT_EQ(copy, host.Recovery().List()[0].path);
+    EXPECT_EQ(offer.FindString(kCopyReasonField, &reason), B_OK);
+    EXPECT_EQ(reason, "No such file or directory");
+}
+
 TEST_F(SimulationClosingTest, AnUntitledOneIsNamedBeforeItCloses) {
     TestSimulation simulation(&host, PlanetRecord());
     simulation.Send(kNewBody);

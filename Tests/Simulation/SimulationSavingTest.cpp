@@ -175,6 +175,39 @@ TEST_F(SimulationSavingTest, AFailedSaveLosesNothing) {
     EXPECT_FALSE(recovered.IsMarkedModified());
 }
 
+TEST_F(SimulationSavingTest, WhatAnotherHasWrittenIsReplacedOnlyWhenTheUserKnows) {
+    { TestSimulation(&host, PlanetRecord()).SavedAs("Comets"); }
+    const BMessage record = Read(host.Path("Comets"));
+    TestSimulation first(&host, record, "Comets");
+    TestSimulation second(&host, record, "Comets");
+    EXPECT_EQ(first->Title(), "Comets");
+    EXPECT_EQ(second->Title(), "Comets (window 2 of this document)");
+    EXPECT_NE(first->Frame().left, second->Frame().left);
+
+    second.Send(kNewBody);
+    second.Send(kSave);
+    const BMessage theirs = Read(host.Path("Comets"));
+    first.Send(kNewBody);
+    first.Send(kNewBody);
+    const float height = first->Frame().Height();
+    first.Send(kSave);
+    EXPECT_EQ(Read(host.Path("Comets")), theirs);
+    EXPECT_TRUE(first.IsMarkedModified());
+    EXPECT_NE(first.Message().find("Save again to replace it"), std::string::npos);
+    EXPECT_GT(first->Frame().Height(), height) << "there is room for all of it";
+    first.Send(kSave);
+    EXPECT_FALSE(first.IsMarkedModified());
+    EXPECT_FALSE(Read(host.Path("Comets")) == theirs);
+    EXPECT_EQ(first->Frame().Height(), height);
+
+    // To save when it closes is no other matter.
+    second.Send(kNewBody);
+    const BMessage ours = Read(host.Path("Comets"));
+    second.Send(FourCC("svtq"));
+    host.application->WaitFor(kCloseCancelled);
+    EXPECT_EQ(Read(host.Path("Comets")), ours);
+}
+
 // Not even a copy can be kept.
 TEST_F(SimulationSavingTest, WithoutASpareByteItStaysOpen) {
     TestSimulation simulation(&host, PlanetRecord());

@@ -167,6 +167,7 @@ std::string TestSimulation::GoLabel() const {
 std::string TestSimulation::Message() const {
     if (!window->Lock()) return {};
     std::string text = static_cast<BStringView*>(window->FindView("Message"))->Text();
+    std::erase(text, '\n');  // between lines
     window->Unlock();
     return text;
 }

@@ -39,12 +39,13 @@ public:
     [[nodiscard]] BLooper* Application() override { return application; }
     [[nodiscard]] const ProgramResources& Resources() const override { return TestResources(); }
     [[nodiscard]] const DisplayContext& Context() const override { return TestContext(); }
-    [[nodiscard]] uint32 DefaultResponse(int32 /*windowID*/) const override { return 0; }
+    [[nodiscard]] uint32 DefaultResponse(int32 /*windowID*/) const override { return answer; }
     void NoteDocument(const char* path) override;
     [[nodiscard]] std::vector<std::string> Noted();
 
     TestFolder folder;
     TestApplication* const application = new TestApplication;
+    uint32 answer = 0;  // to the question whether to save, for good
 
     [[nodiscard]] RecoveryFolder Recovery() const;
     [[nodiscard]] std::string Path(const char* name) const { return folder.Path() + '/' + name; }

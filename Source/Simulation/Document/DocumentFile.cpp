@@ -26,6 +26,7 @@ void DocumentFile::SetPlace(const entry_ref& directory, const std::string& name,
     name_ = name;
     hasFile_ = hasFile;
     ownPath_ = hasFile ? PathOf(directory, name) : std::string();
+    stamp_.reset();
     DiscardAutomaticCopy();
     copy_.clear();
     isAutomatic_ = false;
@@ -38,6 +39,7 @@ void DocumentFile::SetUntitled(const entry_ref& directory, const std::string& na
 
 void DocumentFile::SetFile(const entry_ref& directory, const std::string& name) {
     SetPlace(directory, name, true);
+    stamp_ = FileStamp::Of(ownPath_);
 }
 
 void DocumentFile::SetRecovered(const RecoveryCopy& copy, const std::string& untitledName) {
@@ -64,6 +66,12 @@ bool DocumentFile::WouldReplaceAnother() const {
     return !path.empty() && path != ownPath_ && lstat(path.c_str(), &info) == 0;
 }
 
+bool DocumentFile::HasChangedUnseen() {
+    if (!stamp_ || Path() != ownPath_ || !stamp_->DiffersAt(ownPath_)) return false;
+    stamp_ = FileStamp::Of(ownPath_);
+    return true;
+}
+
 void DocumentFile::TakePlace(const entry_ref& directory) {
     directory_ = directory;
     hasFile_ = true;
@@ -81,6 +89,7 @@ DocumentError DocumentFile::Write(const BMessage& record, const entry_ref& direc
 
 void DocumentFile::Saved(const std::string& path) {
     ownPath_ = path;
+    stamp_ = FileStamp::Of(path);
     DiscardCopy();
 }
 

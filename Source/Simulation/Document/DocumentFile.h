@@ -3,8 +3,10 @@
 // thread.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "FileStamp.h"
 #include "RecoveryFolder.h"
 #include "entry_ref.h"
 
@@ -34,6 +36,10 @@ public:
     // whole.
     [[nodiscard]] bool WouldReplaceAnother() const;
 
+    // Somebody else has written the file since it was read or saved here. Says so once for each
+    // such change: after that the user knows.
+    [[nodiscard]] bool HasChangedUnseen();
+
     // From now on the document's place is this folder, whether or not it could be written there.
     void TakePlace(const entry_ref& directory);
     // `path` becomes that of the file; where its folder is gone, what is known of it.
@@ -45,6 +51,8 @@ public:
     // Replaces the copy that there is; one that was needed before stays so.
     DocumentError KeepCopy(const BMessage& record, const std::string& name, const std::string& path,
                            Copy kind);
+    // Where that copy lies; empty when there is none.
+    [[nodiscard]] const std::string& CopyPath() const { return copy_; }
     void DiscardAutomaticCopy();
     // The user does not want what the document was recovered with.
     void DiscardRecovered();
@@ -57,8 +65,9 @@ private:
     std::string name_;
     entry_ref directory_;
     bool hasFile_ = false;
-    std::string ownPath_;       // of the file that holds the document, empty for none
-    std::string copy_;          // path of the recovery copy, empty for none
-    bool isAutomatic_ = false;  // the copy is not needed
-    bool isRecovered_ = false;  // the copy is what the document was read from
+    std::string ownPath_;             // of the file that holds the document, empty for none
+    std::string copy_;                // path of the recovery copy, empty for none
+    std::optional<FileStamp> stamp_;  // of that file as it was read or written, or last told of
+    bool isAutomatic_ = false;        // the copy is not needed
+    bool isRecovered_ = false;        // the copy is what the document was read from
 };

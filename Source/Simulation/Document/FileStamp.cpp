@@ -1,0 +1,57 @@
+#include "FileStamp.h"
+
+#include <fcntl.h>
+#include <sha2.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <vector>
+
+#include "FileDescriptor.h"
+
+namespace {
+
+constexpr std::size_t kChunk = std::size_t{1} << 16;
+
+static_assert(SHA256_DIGEST_LENGTH == 32);
+
+bool Digest(int file, std::array<uint8, 32>* digest) {
+    SHA2_CTX context;
+    SHA256Init(&context);
+    std::vector<uint8> chunk(kChunk);
+    for (;;) {
+        const ssize_t got = read(file, chunk.data(), chunk.size());
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) break;
+        SHA256Update(&context, chunk.data(), static_cast<std::size_t>(got));
+    }
+    SHA256Final(digest->data(), &context);
+    return true;
+}
+
+}  // namespace
+
+std::optional<FileStamp> FileStamp::Of(const std::string& path) {
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat info {};
+    if (!file.IsOpen() || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return {};
+    FileStamp stamp;
+    stamp.device_ = info.st_dev;
+    stamp.inode_ = info.st_ino;
+    stamp.time_ = info.st_mtim;
+    stamp.size_ = info.st_size;
+    if (!Digest(file.Get(), &stamp.digest_)) return {};
+    return stamp;
+}
+
+bool FileStamp::DiffersAt(const std::string& path) const {
+    struct stat info {};
+    if (stat(path.c_str(), &info) != 0) return false;
+    if (info.st_dev == device_ && info.st_ino == inode_ && info.st_size == size_ &&
+        info.st_mtim.tv_sec == time_.tv_sec && info.st_mtim.tv_nsec == time_.tv_nsec)
+        return false;
+    const std::optional<FileStamp> now = Of(path);
+    return !now || !now->HasContentsOf(*this);
+}
