@@ -260,7 +260,10 @@ void SimApp::OfferCopy(const BMessage& message) {
         message.FindString(kCopyReasonField, &reason) != B_OK)
         return;
     static_cast<void>(message.FindString(kCopyNameField, &copy.documentName));
-    static_cast<void>(message.FindString(kCopyOfField, &copy.originalPath));
+    // What is known of a place that is gone may be the name alone.
+    if (message.FindString(kCopyOfField, &copy.originalPath) == B_OK &&
+        !copy.originalPath.starts_with('/'))
+        copy.originalPath.clear();
     recoveryOffers_.OfferUnsaved(copy, reason);
 }
 

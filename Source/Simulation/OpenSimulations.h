@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "BPoint.h"
+#include "GraphicsDefs.h"
 #include "SupportDefs.h"
 
 class BWindow;

@@ -464,7 +464,7 @@ void Simulation::SaveThenQuit(const BMessage& message) {
 void Simulation::OfferCopy() {
     BMessage offer(kOfferCopy);
     offer.AddString(kCopyField, saver_.File().CopyPath());
-    offer.AddString(kCopyOfField, saver_.File().Path());
+    offer.AddString(kCopyOfField, saver_.WhereNotSaved());
     offer.AddString(kCopyNameField, saver_.File().Name());
     offer.AddString(kCopyReasonField, saver_.WhyNotSaved());
     PassToApplication(offer, false);

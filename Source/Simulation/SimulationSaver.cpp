@@ -79,6 +79,7 @@ void SimulationSaver::SaveRequested(const entry_ref& directory, const std::strin
     Gather();
     const SaveResult result = SaveDocument(document_, &file_, directory, name, allEpochs);
     whyNotSaved_.clear();
+    whereNotSaved_ = result.path;
     if (result.error.Failed() && allEpochs && !result.copyError.Failed())
         whyNotSaved_ = Reason(result.error);
     if (!result.error.Failed()) {

@@ -41,8 +41,10 @@ public:
     void SaveCurrentEpoch();
     // False for a message that is no answer of the panel.
     bool SaveRequested(const BMessage& message, bool allEpochs);
-    // Why the last save has left a recovery copy instead; empty if it has not.
+    // Why the last save has left a recovery copy instead (empty if it has not), and where the file
+    // should lie.
     [[nodiscard]] const std::string& WhyNotSaved() const { return whyNotSaved_; }
+    [[nodiscard]] const std::string& WhereNotSaved() const { return whereNotSaved_; }
     // Of what is half typed, too, if there are changes that are not saved.
     void KeepRecoveryCopy();
     // For the case that the program fails; disturbs neither typing nor, for long, a run.
@@ -67,5 +69,6 @@ private:
     DisplayList* const displays_;
     DocumentFile file_;
     std::string whyNotSaved_;
+    std::string whereNotSaved_;
     SavePanel panel_;
 };

@@ -110,14 +110,14 @@ void StatusLine::ShowFigures() {
 }
 
 bool StatusLine::ShowMessage(const std::string& text) {
-    return Show(text, text);
+    return ShowLines(text, text);
 }
 
 bool StatusLine::ShowInFull(const std::string& text) {
-    return Show(text, Broken(text, message_->Bounds().Width()));
+    return ShowLines(text, Broken(text, message_->Bounds().Width()));
 }
 
-bool StatusLine::Show(const std::string& text, const std::string& lines) {
+bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {
     message_->SetText(lines.c_str());
     message_->SetToolTip(text.c_str());
     const auto breaks = std::ranges::count(lines, '\n');

@@ -27,7 +27,7 @@ public:
 
 private:
     void ShowFigures();
-    bool Show(const std::string& text, const std::string& lines);
+    bool ShowLines(const std::string& text, const std::string& lines);
 
     const ProgramResources* const resources_;
     BStringView* const figuresView_;

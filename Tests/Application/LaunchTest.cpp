@@ -1,6 +1,7 @@
 // The application as it starts, opens documents and ends.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "AppDefs.h"
@@ -199,6 +200,33 @@ TEST_F(RecoveryTest, CopiesAreOfferedOneAfterTheOther) {
     EXPECT_TRUE(AppDriver::WaitUntil([&] { return WindowHand::Count(kOffer) == 0; }));
     EXPECT_TRUE(app.Shows("New Simulation"));
     EXPECT_EQ(CountCopies(), 2u);
+}
+
+// The window is gone; the program waits for the answer.
+TEST_F(RecoveryTest, WhatCouldNotBeSavedWhenItClosedIsOfferedAtOnce) {
+    const std::string place = folder_.Path() + "/place";
+    std::filesystem::create_directory(place);
+    AppDriver app(folder_.Path(), {WriteDocument(place + "/Comets")});
+    EXPECT_TRUE(app.Shows("Comets"));
+    app.Edit(0);
+    std::filesystem::remove_all(place);
+    const auto saveAndClose = [&] {
+        BMessage answer(FourCC("svtq"));
+        answer.AddBool("CheckBox", false);
+        static_cast<void>(static_cast<BLooper*>(app.Simulations().at(0))->PostMessage(&answer));
+        WindowHand::WaitFor(kOffer);
+        EXPECT_TRUE(app.Shows(""));
+        EXPECT_FALSE(app.HasEnded());
+    };
+    saveAndClose();
+    std::filesystem::create_directory(place);
+    WindowHand::Click(kOffer, "Recover");
+    EXPECT_TRUE(app.Shows("Comets"));
+    std::filesystem::remove_all(place);
+    saveAndClose();
+    WindowHand::Click(kOffer, "Later");
+    EXPECT_TRUE(app.Ends());
+    EXPECT_EQ(CountCopies(), 1u);
 }
 
 }  // namespace

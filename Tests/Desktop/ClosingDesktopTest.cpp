@@ -1,5 +1,6 @@
 // Unsaved simulations are closed with every answer there is, or by a signal.
 #include <csignal>
+#include <filesystem>
 
 #include "DesktopTest.h"
 #include "SampleDocument.h"
@@ -58,6 +59,11 @@ TEST_F(ClosingDesktopTest, TheStandingAnswerIsKeptUntilItIsTakenBack) {
         if (isTakenBack) GiveAnswer(Answer::kDontSave);
         EXPECT_TRUE(EndsWell());
         EXPECT_EQ(Bytes(path_), saved);
+        // What was closed without a question can be had back.
+        const std::vector<RecoveryCopy> copies = Copies();
+        EXPECT_EQ(copies.size(), isTakenBack ? 0u : 1u);
+        for (const RecoveryCopy& copy : copies)
+            std::filesystem::remove(copy.path);
     }
 }
 
