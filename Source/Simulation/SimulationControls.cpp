@@ -24,6 +24,7 @@
 namespace {
 
 constexpr float kSpacing = 8.0f;
+constexpr float kUnlimited = 32767.0f;
 constexpr float kWidest = 2.0f;  // the window, against what it needs
 
 // How often the figures of a run are renewed.
@@ -116,6 +117,8 @@ void SimulationControls::ShowInFull(const std::string& text) {
 void SimulationControls::FitWindow() {
     float width = 0.0f;
     float height = 0.0f;
+    // Or it would want no less than it had to have.
+    window_->SetSizeLimits(0.0f, kUnlimited, 0.0f, kUnlimited);
     window_->GetPreferredSize(&width, &height);
     window_->SetSizeLimits(width, kWidest * width, height, height);
     window_->ResizeTo(std::max(width, window_->Frame().Width()), height);

@@ -176,36 +176,37 @@ TEST_F(SimulationSavingTest, AFailedSaveLosesNothing) {
 }
 
 TEST_F(SimulationSavingTest, WhatAnotherHasWrittenIsReplacedOnlyWhenTheUserKnows) {
-    { TestSimulation(&host, PlanetRecord()).SavedAs("Comets"); }
-    const BMessage record = Read(host.Path("Comets"));
-    TestSimulation first(&host, record, "Comets");
-    TestSimulation second(&host, record, "Comets");
-    EXPECT_EQ(first->Title(), "Comets");
-    EXPECT_EQ(second->Title(), "Comets (window 2 of this document)");
+    const std::string name = "Comets" + std::string(150, 'x');  // longer than a line
+    { TestSimulation(&host, PlanetRecord()).SavedAs(name.c_str()); }
+    const BMessage record = Read(host.Path(name.c_str()));
+    TestSimulation first(&host, record, name.c_str());
+    TestSimulation second(&host, record, name.c_str());
+    EXPECT_EQ(first->Title(), name.c_str());
+    EXPECT_EQ(second->Title(), name + " (window 2 of this document)");
     EXPECT_NE(first->Frame().left, second->Frame().left);
 
     second.Send(kNewBody);
     second.Send(kSave);
-    const BMessage theirs = Read(host.Path("Comets"));
+    const BMessage theirs = Read(host.Path(name.c_str()));
     first.Send(kNewBody);
     first.Send(kNewBody);
     const float height = first->Frame().Height();
     first.Send(kSave);
-    EXPECT_EQ(Read(host.Path("Comets")), theirs);
+    EXPECT_EQ(Read(host.Path(name.c_str())), theirs);
     EXPECT_TRUE(first.IsMarkedModified());
     EXPECT_NE(first.Message().find("Save again to replace it"), std::string::npos);
     EXPECT_GT(first->Frame().Height(), height) << "there is room for all of it";
     first.Send(kSave);
     EXPECT_FALSE(first.IsMarkedModified());
-    EXPECT_FALSE(Read(host.Path("Comets")) == theirs);
+    EXPECT_FALSE(Read(host.Path(name.c_str())) == theirs);
     EXPECT_EQ(first->Frame().Height(), height);
 
     // To save when it closes is no other matter.
     second.Send(kNewBody);
-    const BMessage ours = Read(host.Path("Comets"));
+    const BMessage ours = Read(host.Path(name.c_str()));
     second.Send(FourCC("svtq"));
     host.application->WaitFor(kCloseCancelled);
-    EXPECT_EQ(Read(host.Path("Comets")), ours);
+    EXPECT_EQ(Read(host.Path(name.c_str())), ours);
 }
 
 // Not even a copy can be kept.
@@ -264,7 +265,9 @@ TEST_F(SimulationSavingTest, AutomaticCopiesComeAndGo) {
     EXPECT_TRUE(keep().empty());
     simulation.Send(kNewBody);
     EXPECT_EQ(keep().size(), 1u);
-    simulation.Send(FourCC("rlyq"));
+    BMessage dontSave(FourCC("rlyq"));
+    dontSave.AddBool("CheckBox", false);
+    simulation.Send(dontSave);
     host.application->WaitFor(kDeleteMe);
     EXPECT_TRUE(host.Recovery().List().empty());
 }
