@@ -119,6 +119,8 @@ void SimulationControls::FitWindow() {
     float height = 0.0f;
     // Or it would want no less than it had to have.
     window_->SetSizeLimits(0.0f, kUnlimited, 0.0f, kUnlimited);
+    // The first question lets the server lay out what has just changed.
+    window_->GetPreferredSize(&width, &height);
     window_->GetPreferredSize(&width, &height);
     window_->SetSizeLimits(width, kWidest * width, height, height);
     window_->ResizeTo(std::max(width, window_->Frame().Width()), height);
