@@ -75,11 +75,12 @@ void TrajectoryView::ReadPositions(int32 reports, const double* positions) {
 
 // --- Drawing ---
 
-void TrajectoryView::DisplayData() {
+void TrajectoryView::DisplayData(bool isShown) {
     const ViewLock lock(this);
     if (!lock || !cache_.HasBatch()) return;
     DrawBatch();
-    DrawDiscs();
+    PaintDiscs();
+    if (isShown) ShowPicture();
 }
 
 // All but the discs at their new places.
@@ -135,6 +136,11 @@ void TrajectoryView::EraseDiscs(bool all) {
 void TrajectoryView::DrawDiscs() {
     const ViewLock lock(this);
     if (!lock) return;
+    PaintDiscs();
+    ShowPicture();
+}
+
+void TrajectoryView::PaintDiscs() {
     const BRect bounds = BitmapBounds();
     for (int32 body = 0; body < cache_.CountBodies(); body++) {
         const TrajectoryCache::Disc& disc = cache_.DiscAt(body);
@@ -142,7 +148,6 @@ void TrajectoryView::DrawDiscs() {
         SetHighColor(disc.color);
         DrawDisc(disc.center, std::min(disc.radius, kMaxDiscRadius), HighColor());
     }
-    ShowPicture();
 }
 
 void TrajectoryView::ClearLow() {

@@ -73,6 +73,8 @@ private:
     void Reply(const BMessage& message);
     void PassToApplication(const BMessage& message, bool withThis);
     void Collide(const BMessage& message);
+    // The run has ended by itself.
+    void EndRun(const RunEnding& ending);
 
     // --- Reading a document ---
     void SetName(const std::string& name);
