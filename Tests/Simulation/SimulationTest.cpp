@@ -15,6 +15,7 @@
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
 #include "SampleDocument.h"
+#include "SimulationDocument.h"
 #include "SimulationMenus.h"
 #include "TestSimulation.h"
 #include "UserHand.h"
@@ -186,6 +187,42 @@ TEST_F(SimulationTest, BodiesMergeInTheMiddleOfARun) {
     const std::string figures = static_cast<BStringView*>(simulation->FindView("Figures"))->Text();
     simulation->Unlock();
     EXPECT_EQ(figures.substr(0, 8), "2 bodies");
+}
+
+// What it leaves can be saved, opened and run again.
+TEST_F(SimulationTest, ARunThatCannotGoOnIsPausedWithWords) {
+    const auto endOf = [this](const BMessage& record, const char* saved) {
+        TestSimulation simulation(&host, record);
+        simulation.Send(kTogglePause);
+        while (simulation.Message().empty())
+            snooze(2000);
+        EXPECT_EQ(simulation.GoLabel(), "Go");
+        const std::string words = simulation.Message();
+        SimulationDocument document(nullptr);
+        EXPECT_FALSE(document.Load(simulation.SavedAs(saved)).Failed());
+        EXPECT_EQ(document.Root()->ChildAt(0)->CountChildren(), 1);
+        EXPECT_EQ(simulation.CountBodies(), document.Portal()->BodiesInMassOrder().size());
+        return words;
+    };
+    Epoch falling;
+    falling.RootSystem()->AddChild(MakeBody("Sun", 0, 1e20, {}, {}).release());
+    falling.RootSystem()->AddChild(MakeBody("Probe", 1, 0.0, {1e11, 0, 0}, {}).release());
+    std::string words = endOf(RecordOf({&falling}), "fallen");
+    EXPECT_EQ(words.substr(0, 15), "The run ends at") << words;
+    EXPECT_NE(words.find("time stands still: \"Sun\" and \"Probe\" are "), std::string::npos)
+        << words;
+
+    // Nor does one where there is nothing to do.
+    Epoch lonely;
+    lonely.RootSystem()->AddChild(MakeBody("Sun", 0, 1e20, {}, {1, 0, 0}).release());
+    words = endOf(RecordOf({&lonely}), "lonely");
+    EXPECT_NE(words.find("nothing interacts any more"), std::string::npos) << words;
+
+    // Bodies that are too large to become one.
+    for (const int64 id : {0, 1})
+        falling.SystemFromID(id)->SetRadius(1e120);
+    words = endOf(RecordOf({&falling}), "touching");
+    EXPECT_NE(words.find("cannot be merged"), std::string::npos) << words;
 }
 
 // A report of a collision that comes when the user has paused, and saved, still counts.
