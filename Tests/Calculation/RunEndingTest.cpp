@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <future>
+#include <limits>
 
 #include "BLooper.h"
 #include "Body.h"
@@ -17,6 +19,8 @@
 namespace {
 
 constexpr double kNever = std::numeric_limits<double>::infinity();
+// Reports at which a run stops that does not end by itself.
+constexpr int64 kTooMany = 300'000;
 
 // Stands for the window that the calculator tells why it has stopped.
 class EndingLooper final : public BLooper {
@@ -25,7 +29,14 @@ public:
         EXPECT_NE(message->what, CollisionMailbox::kCollisionMessage);
         if (const auto ending = RunEnding::From(*message)) ending_.set_value(*ending);
     }
-    RunEnding Wait() { return ending_.get_future().get(); }
+    // What the calculator has posted before it parked; none in vain.
+    RunEnding Wait() {
+        std::future<RunEnding> ending = ending_.get_future();
+        if (ending.wait_for(std::chrono::seconds(10)) == std::future_status::ready)
+            return ending.get();
+        ADD_FAILURE() << "the run did not end by itself";
+        return {};
+    }
 
 private:
     std::promise<RunEnding> ending_;
@@ -42,7 +53,7 @@ struct RunEndingTest : testing::Test {
         system.Add(8, 0.0, {distance, 0, 0}, {});
     }
     RunEnding Run(double until = kNever) {
-        calculator.SetRunLimit(0, until);
+        calculator.SetRunLimit(kTooMany, until);
         system.RunUntilParked(&calculator);
         return looper->Wait();
     }

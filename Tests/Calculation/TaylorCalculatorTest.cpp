@@ -161,26 +161,18 @@ TEST(TaylorCalculator, NothingIsAllocatedFromBatchToBatch) {
 }
 
 // However few updates of the screen are wanted.
-TEST(TaylorCalculator, ABatchIsBoundedInMemoryAndTime) {
-    int64 most = 0;
-    bigtime_t quickest = 3'600'000'000, last = 0;
-    const auto watch = [&](int32 count, const double*) {
-        const bigtime_t now = system_time();
-        if (last != 0 && count > 1) quickest = std::min(quickest, now - last);
-        last = now;
-        most = std::max(most, int64{count});
-    };
+TEST(TaylorCalculator, ABatchIsBounded) {
     for (const int32 bodies : {2, 90}) {
+        int64 most = 0;
         TestSystem system(Planets(bodies, 2), 4, 1e-6);
-        ReadHook hook(&system, watch);
+        ReadHook hook(&system,
+                      [&](int32 count, const double*) { most = std::max(most, int64{count}); });
         hook.GetCalculator()->AdjustAnimationSpeed(80e6f, 1'000'000);
         EXPECT_EQ(hook.GetCalculator()->ReportsPerDraw(), 100'000'000);
-        most = last = 0;
-        system.Run(hook.GetCalculator(), bodies == 2 ? 600'000 : 40'000);
+        system.Run(hook.GetCalculator(), bodies == 2 ? 400'000 : 20'000);
         EXPECT_LE(most * (6 * bodies + 1) * 8, 16'000'000);
         EXPECT_GT(most, 1000);
     }
-    EXPECT_LT(quickest, 200'000);
 }
 
 TEST(TaylorCalculator, BodiesThatTouchStopTheRunBeforeTheStep) {
