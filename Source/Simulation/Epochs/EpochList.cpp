@@ -14,9 +14,9 @@
 namespace {
 
 // At first, in characters.
-constexpr int32 kNameWidth = 22;
+constexpr int32 kNameWidth = 18;
 constexpr int32 kRunWidth = 4;
-constexpr int32 kTimeWidth = 13;
+constexpr int32 kTimeWidth = 12;
 constexpr int32 kBodiesWidth = 6;
 constexpr int32 kStateWidth = 11;
 
