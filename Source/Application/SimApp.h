@@ -90,6 +90,7 @@ private:
     const ResourceTexts texts_;
     const MenuArchives menus_;
     const BBitmap icon_;
+    const BBitmap largeIcon_;
     const DisplayContext context_;
     const Recovery recovery_;
 

@@ -44,6 +44,13 @@ void NumberBox::SetValue(double value) {
     ShowValue();
 }
 
+void NumberBox::SetValueUnderHand(double value) {
+    const bool isTyped =
+        number_->HasPendingText() || number_->Text() != print_double(value_ / Uval());
+    value_ = value;
+    if (!isTyped) ShowValue();
+}
+
 void NumberBox::ShowValue() {
     number_->SetText(print_double(value_ / Uval()).c_str());
 }

@@ -23,6 +23,8 @@ public:
 
     [[nodiscard]] double Value() const { return value_; }
     void SetValue(double value);
+    // The same, but what the user has typed and not yet committed stays.
+    void SetValueUnderHand(double value);
     [[nodiscard]] double Uval() const;
     // Shows the value in the unit nearest to this one.
     void SetUval(double uval);

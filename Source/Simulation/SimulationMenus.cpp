@@ -60,7 +60,7 @@ void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* h
         open->SetMessage(message);
     }
     auto* const item = new BMenuItem(menu);
-    if (context.icon != nullptr) item->SetIcon(context.icon);
+    if (context.icon != nullptr) item->SetIcon(context.icon, context.fineIcon);
     bar_->AddItem(item);
 }
 

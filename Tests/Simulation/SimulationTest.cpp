@@ -187,6 +187,15 @@ TEST_F(SimulationTest, BodiesMergeInTheMiddleOfARun) {
     const std::string figures = static_cast<BStringView*>(simulation->FindView("Figures"))->Text();
     simulation->Unlock();
     EXPECT_EQ(figures.substr(0, 8), "2 bodies");
+    // The merger goes with its run; what was done with the document stays.
+    simulation.Send(kUndo);
+    EXPECT_EQ(simulation.CountBodies(), 3u);
+    EXPECT_EQ(simulation.Message(), "");
+    simulation.SavedAs("apart");
+    const std::string saved = simulation.Message();
+    EXPECT_FALSE(saved.empty());
+    simulation.Send(kLogEpoch);
+    EXPECT_EQ(simulation.Message(), saved);
 }
 
 // What it leaves can be saved, opened and run again.
@@ -320,6 +329,32 @@ TEST(RunMonitorTest, TellsRatesAndHowWellEnergyIsKept) {
     EXPECT_GT(figures.stepsPerSecond, 0.0);
     EXPECT_GT(figures.timePerSecond, 0.0);
     run.control.Pause();
+}
+
+TEST(RunMonitorTest, TheFirstFigureIsNotOfTheFirstBatch) {
+    MonitoredRun run;
+    StepRunner(&run.document).Run(&run.control, 10);  // the calculator knows the bodies
+    EpochPortal* const portal = run.document.Portal();
+    std::vector<double> places;
+    std::vector<double> speeds;
+    for (const Body* body : portal->BodiesInMassOrder())
+        for (const auto& [vector, list] :
+             {std::pair(body->Position(), &places), std::pair(body->Velocity(), &speeds)})
+            list->insert(list->end(), {vector.x, vector.y, vector.z});
+    double time = portal->FocusEpoch()->Time();
+    run.monitor.Begin();
+    ReportConsumer* const consumer = run.monitor.Consumer();
+    consumer->PrepareForGo(1);
+    consumer->ReadData(1, &time, places.data(), speeds.data());
+    int64 now = system_time() + 1'500'000;
+    EXPECT_FALSE(run.monitor.Measure(now).energyError.has_value());
+    // A second and a half later the bodies are faster.
+    for (double& speed : speeds)
+        speed *= 2.0;
+    consumer->ReadData(1, &time, places.data(), speeds.data());
+    const std::optional<double> error = run.monitor.Measure(now += 400'000).energyError;
+    ASSERT_TRUE(error.has_value());
+    EXPECT_GT(std::fabs(*error), 1.0);
 }
 
 }  // namespace

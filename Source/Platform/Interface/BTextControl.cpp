@@ -105,6 +105,11 @@ std::optional<std::string> BTextControl::TakePendingText() {
     return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Take(); });
 }
 
+bool BTextControl::HasPendingText() const {
+    return WindowServer::Ask(
+        [part = Part()] { return static_cast<const TextPart&>(*part).Pending().has_value(); });
+}
+
 void BTextControl::SetModificationMessage(BMessage* message) {
     modification_.reset(message);
     ChangePart<TextPart>(

@@ -60,6 +60,8 @@ TEST_F(ExampleDocument, IsReadAsItWasMeant) {
     EXPECT_EQ(scale, 1e-9);
     EXPECT_EQ(display.FindInt32("Sup axis", &axis), B_OK);
     EXPECT_EQ(axis, 2);
+    // It stands beside the window, wherever that is.
+    EXPECT_FALSE(record.HasName("Edit at"));
 }
 
 TEST_F(ExampleDocument, IsNotWrittenWhenItCouldNotBeOpened) {
