@@ -275,6 +275,10 @@ void BEntryControl::SetRightAligned(bool isRightAligned) {
     });
 }
 
+void BEntryControl::SelectAll() {
+    ChangePart<EntryPart>(Part(), [](const EntryPart& part) { part.line->selectAll(); });
+}
+
 void BEntryControl::ShowText(const Writing& text) {
     ChangePart<EntryPart>(Part(),
                           [text = EntryText(text)](EntryPart& part) { part.ShowText(text); });

@@ -39,6 +39,7 @@ public:
     // Room for so many characters, and no wish for more.
     void SetColumns(int32 count);
     void SetRightAligned(bool isRightAligned);
+    void SelectAll();
 
     // --- Any thread ---
     // The value is now written like this. What is typed and was not taken stays.
