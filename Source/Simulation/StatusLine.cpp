@@ -36,8 +36,8 @@ StatusLine::StatusLine(const ProgramResources* resources)
       resources_(resources),
       figuresView_(new BStringView("Figures", "")),
       message_(new BStringView("Message", "")) {
-    figuresView_->SetAccessibleName(resources_->InterfaceLabel(kTextStatusFigures).c_str());
-    message_->SetAccessibleName(resources_->InterfaceLabel(kTextStatusMessage).c_str());
+    figuresView_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusFigures).c_str());
+    message_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusMessage).c_str());
     // A long text must not widen the window.
     for (BStringView* const view : {figuresView_, message_}) {
         view->SetExplicitMinSize(1.0f, -1.0f);
