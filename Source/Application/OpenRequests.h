@@ -14,11 +14,17 @@ class ProgramResources;
 class Simulation;
 
 struct OpenRequest {
-    Simulation* requester = nullptr;      // whose window asked; may be gone, or null
-    int32 handOver = 0;                   // the number of another program's request; 0: none
-    Simulation* opened = nullptr;         // a window that shows one of the documents; may be gone
-    std::vector<std::string> complaints;  // about what could not be opened, a line each
-    int pending = 1;                      // documents that are being read, and the request itself
+    // What could not be opened.
+    struct Complaint {
+        std::string path;
+        std::string reason;
+    };
+
+    Simulation* requester = nullptr;  // whose window asked; may be gone, or null
+    int32 handOver = 0;               // the number of another program's request; 0: none
+    Simulation* opened = nullptr;     // a window that shows one of the documents; may be gone
+    std::vector<Complaint> complaints;
+    int pending = 1;  // documents that are being read, and the request itself
 };
 
 class OpenRequests {
@@ -36,17 +42,19 @@ public:
     explicit OpenRequests(const ProgramResources* resources) : resources_(resources) {}
 
     [[nodiscard]] static Request Begin(Simulation* requester, int32 handOver = 0);
-    void Complain(OpenRequest* request, const std::string& path, const std::string& reason) const;
     // A window reads one of the documents, until it is taken.
     void Await(Simulation* reader, Reading reading);
     [[nodiscard]] std::optional<Reading> Take(const Simulation* reader);
     // The request itself, or one of its documents, is done; true if that was the last.
     static bool End(OpenRequest* request) { return --request->pending == 0; }
 
-    // The complaints as a window's status line shows them.
+    // The complaints with whole paths, a line each; and in one line, as a window has room for them.
+    [[nodiscard]] std::vector<std::string> Lines(const OpenRequest& request) const;
     [[nodiscard]] std::string Summary(const OpenRequest& request) const;
 
 private:
+    [[nodiscard]] std::string Text(const std::string& document, const std::string& reason) const;
+
     const ProgramResources* const resources_;
     std::map<const Simulation*, Reading> readings_;
 };

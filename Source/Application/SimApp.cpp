@@ -208,7 +208,7 @@ void SimApp::SimulationClosed(const void* pointer, const BMessage& message) {
     // What it could not read is told before it goes: the program would end with its last window.
     if (const auto reading = openRequests_.Take(simulation); reading) {
         if (std::string reason; message.FindString(kReasonField, &reason) == B_OK)
-            openRequests_.Complain(reading->request.get(), reading->path, reason);
+            reading->request->complaints.push_back({reading->path, reason});
         End(reading->request);
     }
     DeleteSimulation(simulation);
@@ -291,13 +291,13 @@ void SimApp::OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation*
 
 void SimApp::Complain(const OpenRequests::Request& request, const std::string& path,
                       const DocumentError& error) const {
-    openRequests_.Complain(request.get(), path, error.Reason(*resources_));
+    request->complaints.push_back({path, error.Reason(*resources_)});
 }
 
 void SimApp::End(const OpenRequests::Request& request) {
     if (!OpenRequests::End(request.get())) return;
     BMessage answer(B_REPLY);
-    for (const std::string& complaint : request->complaints) {
+    for (const std::string& complaint : openRequests_.Lines(*request)) {
         answer.AddString(SingleLaunch::kComplaint, complaint);
         const std::string line = FillIn(texts_.Label(kTextPrinted), {complaint});
         if (request->handOver == 0) std::fwrite(line.data(), 1, line.size(), stderr);

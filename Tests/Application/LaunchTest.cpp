@@ -1,6 +1,7 @@
 // The application as it starts, opens documents and ends.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "AppDefs.h"
@@ -44,6 +45,10 @@ std::string AttributesOf(const std::string& path) {
     return type + ' ' + application;
 }
 
+std::string NameOf(const std::string& path) {
+    return std::filesystem::path(path).filename();
+}
+
 void Overwrite(const std::string& path, int position, char letter) {
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(position);
@@ -66,7 +71,7 @@ TEST_F(LaunchTest, DocumentsOpenTheirOwnWindowsAndGetMissingAttributes) {
         EXPECT_EQ(app.Simulations().size(), 2u);
         // One of the windows tells, too.
         EXPECT_TRUE(AppDriver::WaitUntil([&] {
-            return (app.Message(0) + app.Message(1)).find("/damaged cannot") != std::string::npos;
+            return (app.Message(0) + app.Message(1)).find("damaged cannot") != std::string::npos;
         }));
     }
     const std::string said = testing::internal::GetCapturedStderr();
@@ -117,7 +122,8 @@ TEST_F(LaunchTest, AWindowTellsWhatCannotBeOpened) {
     const auto tells = [](AppDriver* app, std::size_t window, const std::string& path) {
         return AppDriver::WaitUntil([=] {
             return window < app->Simulations().size() &&
-                   app->Message(window).find(path + " cannot be opened: ") != std::string::npos;
+                   app->Message(window).find(NameOf(path) + " cannot be opened: ") !=
+                       std::string::npos;
         });
     };
     for (const std::string& path : {bad, text, Path("missing")}) {
@@ -132,7 +138,7 @@ TEST_F(LaunchTest, AWindowTellsWhatCannotBeOpened) {
     app.Choose({text}, first);
     EXPECT_TRUE(tells(&app, 0, text));
     app.Choose({bad}, first);
-    EXPECT_TRUE(tells(&app, 0, "bad"));
+    EXPECT_TRUE(tells(&app, 0, bad));
     app.Choose({good}, first);
     EXPECT_TRUE(app.Shows("good"));
     for (const std::string& path : {bad, text}) {
@@ -318,7 +324,7 @@ TEST_F(RecoveryTest, ACopyThatCannotBeUsedEndsNothing) {
         WindowHand::Click(kOffer, "Recover");
         EXPECT_TRUE(AppDriver::WaitUntil([&] {
             return app.Simulations().size() == 1 &&
-                   app.Message(0).find(bad + " cannot be opened: ") != std::string::npos;
+                   app.Message(0).find(NameOf(bad) + " cannot be opened: ") != std::string::npos;
         }));
         EXPECT_TRUE(app.Shows("New Simulation"));
         EXPECT_EQ(CountCopies(), 1u) << "it may be of use to somebody";
