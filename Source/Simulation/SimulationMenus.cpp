@@ -12,6 +12,7 @@
 #include "MenuArchives.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
+#include "RecentMenu.h"
 #include "SimulationHost.h"
 #include "SimulationTexts.h"
 #include "TextTemplate.h"
@@ -47,8 +48,8 @@ BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32
     return item;
 }
 
-// An item for the application; the file that "Open..." opens may take the place of an untouched
-// simulation.
+// An item for the application; the file that "Open..." or the menu of recent ones opens may take
+// the place of an untouched simulation.
 void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* host) {
     const DisplayContext& context = host->Context();
     BMenu* const menu = Unarchive(context.menus->AppMenuArchive());
@@ -59,6 +60,9 @@ void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* h
         message->AddPointer(kSimulationField, simulation);
         open->SetMessage(message);
     }
+    for (int32 i = 0; i < menu->CountItems(); i++)
+        if (auto* const recent = dynamic_cast<RecentMenu*>(menu->SubmenuAt(i)); recent != nullptr)
+            recent->SetRequester(simulation);
     auto* const item = new BMenuItem(menu);
     if (context.icon != nullptr) item->SetIcon(context.icon, context.fineIcon);
     bar_->AddItem(item);
@@ -98,9 +102,9 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
-        item->SetShortcut(texts_.Key(kTextAnimationKey), 0);
+        item->SetShortcut(texts_.Key(kLabelAnimationKey), 0);
     if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
-        item->SetShortcut(texts_.Key(kTextEpochsKey), 0);
+        item->SetShortcut(texts_.Key(kLabelEpochsKey), 0);
     bar_->AddItem(menu);
 }
 

@@ -225,4 +225,8 @@ BRect PanelFrame() {
     });
 }
 
+std::string PanelFolder() {
+    return WindowServer::Ask([] { return Panel()->directory().absolutePath().toStdString(); });
+}
+
 }  // namespace WindowHand
