@@ -187,7 +187,7 @@ TEST_F(MenuWindowTest, AnIconIsAsFineAsTheScreen) {
     const auto icon = [](float side, rgb_color color) {
         BBitmap bitmap({0, 0, side - 1, side - 1}, B_RGB32);
         std::vector<uint8> bits;
-        for (float i = 0; i < side * side; i++)
+        for (int i = 0; i < bitmap.Width() * bitmap.RowCount(); i++)
             bits.insert(bits.end(), {color.blue, color.green, color.red, 255});
         bitmap.SetBits(bits.data(), bits.size());
         return bitmap;
