@@ -243,15 +243,14 @@ TEST_F(SimulationTest, ARunThatCannotGoOnIsPausedWithWords) {
     falling.RootSystem()->AddChild(MakeBody("Sun", 0, 1e20, {}, {}).release());
     falling.RootSystem()->AddChild(MakeBody("Probe", 1, 0.0, {1e11, 0, 0}, {}).release());
     std::string words = endOf(RecordOf({&falling}), "fallen");
-    EXPECT_EQ(words.substr(0, 15), "The run ends at") << words;
-    EXPECT_NE(words.find("time stands still: \"Sun\" and \"Probe\" are "), std::string::npos)
+    EXPECT_NE(words.find("Time stands still: \"Sun\" and \"Probe\" are "), std::string::npos)
         << words;
 
     // Nor does one where there is nothing to do.
     Epoch lonely;
     lonely.RootSystem()->AddChild(MakeBody("Sun", 0, 1e20, {}, {1, 0, 0}).release());
     words = endOf(RecordOf({&lonely}), "lonely");
-    EXPECT_NE(words.find("nothing interacts any more"), std::string::npos) << words;
+    EXPECT_NE(words.find("Nothing interacts any more"), std::string::npos) << words;
 
     // Bodies that are too large to become one.
     for (const int64 id : {0, 1})
