@@ -73,8 +73,10 @@ ScreenReader::ScreenReader(DesktopSession* session) {
     text.replace(text.find('%'), 1, socket.string());
     std::ofstream(configuration) << text;
     const std::string address = "unix:path=" + socket.string();
-    bus_ = session->Start({"dbus-daemon", "--nofork", "--config-file=" + configuration.string()});
-    if (!DesktopSession::WaitFor([&] { return fs::exists(socket); })) return;
+    bus_ = session->Start(
+        {"dbus-daemon", "--nofork", "--print-address", "--config-file=" + configuration.string()});
+    const auto isThere = [&] { return session->Output().find(address) != std::string::npos; };
+    if (!DesktopSession::WaitFor(isThere)) return;
     static int count = 1;
     static char name[] = "screen reader";
     static char* arguments[] = {name, nullptr};
@@ -159,27 +161,34 @@ std::vector<ScreenReader::Place> ScreenReader::ChildrenOf(const Place& place) co
     return children;
 }
 
+QRect ScreenReader::FrameOf(const Place& place) const {
+    const QVariant extents =
+        Ask(place, QStringLiteral("org.a11y.atspi.Component"), QStringLiteral("GetExtents"), {0u});
+    if (!extents.canConvert<QDBusArgument>()) return {};
+    const auto frame = extents.value<QDBusArgument>();
+    int x = 0, y = 0, width = 0, height = 0;
+    frame.beginStructure();
+    frame >> x >> y >> width >> height;
+    frame.endStructure();
+    return {x, y, width, height};
+}
+
 void ScreenReader::Add(const Place& place, const std::string& window,
                        std::vector<Thing>* things) const {
     Thing thing;
     thing.role = Ask(place, kAccessible, QStringLiteral("GetRoleName")).toString().toStdString();
     thing.name = Property(place, QStringLiteral("Name"));
-    thing.description = Property(place, QStringLiteral("Description"));
     thing.window = window;
-    if (thing.role == "text")
+    const bool isLine = thing.role == "text";
+    if (isLine)
         thing.text =
             Ask(place, QStringLiteral("org.a11y.atspi.Text"), QStringLiteral("GetText"), {0, -1})
                 .toString()
                 .toStdString();
-    const QVariant extents =
-        Ask(place, QStringLiteral("org.a11y.atspi.Component"), QStringLiteral("GetExtents"), {0u});
-    if (extents.canConvert<QDBusArgument>()) {
-        const auto frame = extents.value<QDBusArgument>();
-        int x = 0, y = 0, width = 0, height = 0;
-        frame.beginStructure();
-        frame >> x >> y >> width >> height;
-        frame.endStructure();
-        thing.frame = {x, y, width, height};
+    // There are hundreds of menu items and the like, which nobody asks about.
+    if (isLine || thing.role == "label" || thing.role == "combo box") {
+        thing.description = Property(place, QStringLiteral("Description"));
+        thing.frame = FrameOf(place);
     }
     things->push_back(thing);
     for (const Place& child : ChildrenOf(place))

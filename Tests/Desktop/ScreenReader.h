@@ -19,10 +19,11 @@ public:
     struct Thing {
         std::string role;
         std::string name;
-        std::string description;
-        std::string text;    // what stands in a line that can be edited
         std::string window;  // the name of the window that it is in
-        QRect frame;         // on the screen
+        std::string text;    // what stands in a line that can be edited
+        // Of such lines, labels and pop-up menus.
+        std::string description;
+        QRect frame;  // on the screen
     };
 
     // The bus's program; empty when it is installed.
@@ -51,6 +52,7 @@ private:
                                const QList<QVariant>& arguments = {}) const;
     [[nodiscard]] std::string Property(const Place& place, const QString& name) const;
     [[nodiscard]] std::vector<Place> ChildrenOf(const Place& place) const;
+    [[nodiscard]] QRect FrameOf(const Place& place) const;
     void Add(const Place& place, const std::string& window, std::vector<Thing>* things) const;
 
     std::unique_ptr<ChildProcess> bus_;
