@@ -70,6 +70,33 @@ TEST_F(RunEdit, WhatIsNotUnderstoodIsNamedAndNothingIsWritten) {
     }
 }
 
+TEST_F(RunEdit, NoRefusalIsSilentAndWhatIsSoAlreadyIsNone) {
+    const std::vector<std::string> refused[] = {
+        {"BoskVeld.r.x=1e200 AU"},
+        {"BoskVeld.v.y=nan"},
+        {"group=G: BoskVeld", "BoskVeld.mass=0 kg", "G.r.x=1 AU"},
+        {"group=G: BoskVeld", "G.mass=5 Me"},
+        {"group=G: BoskVeld", "G.radius=1e300 AU"},
+    };
+    for (const std::vector<std::string>& edits : refused) {
+        const Outcome outcome = Saved(edits);
+        EXPECT_EQ(outcome.status, 1) << edits.back();
+        EXPECT_NE(outcome.err.find(edits.back()), std::string::npos) << outcome.err;
+        EXPECT_FALSE(std::filesystem::exists(Path("saved"))) << edits.back();
+    }
+    const Outcome outcome = Saved({"BoskVeld.r.x=2 AU", "BoskVeld.r.x=2 AU", "BoskVeld.mass=-1 Me",
+                                   "group=G: BoskVeld", "G.mass=1 Me", "G.r.x=2 AU"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+}
+
+TEST_F(RunEdit, TheSelectionStaysWhereItIs) {
+    ASSERT_EQ(Saved({"Arrakis.relative-to=BoskVeld"}).status, 0);
+    int64 selected = 0;
+    EXPECT_EQ(GetRecord(Path("saved")).FindInt64("Cur Sys", &selected), B_OK);
+    EXPECT_EQ(selected, 1) << "BoskVeld, as in the template";
+    EXPECT_NE(GetRecord(Path("saved")).ToText().find("int64 \"Rel to\" = 1"), std::string::npos);
+}
+
 TEST_F(RunEdit, EditsOfARecordGoIntoACopyThatIsListedAndSaved) {
     ASSERT_EQ(RunProgram({"-q", "-n", "5", "-o", Path("run")}).status, 0);
     const Outcome outcome = Edit({"--epochs", "-o", Path("edited"), Path("run")},
