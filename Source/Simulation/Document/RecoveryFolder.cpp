@@ -15,6 +15,7 @@
 #include "BMessage.h"
 #include "FileDescriptor.h"
 #include "SimulationFile.h"
+#include "TemporaryFiles.h"
 
 namespace {
 
@@ -120,6 +121,7 @@ std::vector<RecoveryCopy> RecoveryFolder::List() const {
     std::error_code failure;
     fs::directory_iterator entry(folder_, failure);
     for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+        if (TemporaryFiles::IsName(entry->path().filename().string())) continue;
         RecoveryCopy copy{entry->path().string(), {}, {}, 0};
         struct stat info {};
         BMessage record;
