@@ -192,6 +192,7 @@ void Calculator::HandOver(int32 reports) {
 
 // False when the thread is to end.
 bool Calculator::Park() {
+    hasStoppedItself_ = stop_.internalPause.load();
     portal_->TellObservers(kCalculatorParked);
     stop_.internalPause = false;
     release_ben(untilWaiting_.get());

@@ -67,6 +67,10 @@ public:
     // that is paused or that collides goes on counting when it is resumed; a limit holds once.
     void SetRunLimit(int64 reports, double time) { limit_.Set(reports, time); }
 
+    // Why the calculator has parked: by itself, as after the last report or at a collision, and not
+    // because it was paused. While parked.
+    [[nodiscard]] bool HasStoppedItself() const { return hasStoppedItself_; }
+
     // Sets the size of the next batches from the number of batches handed over in `elapsed`
     // microseconds. Calculation thread.
     void AdjustAnimationSpeed(float batches, int64 elapsed);
@@ -107,6 +111,8 @@ protected:
     [[nodiscard]] int32 MostReports() const;
     // The time at which the run is to stop, s; NaN if at none.
     [[nodiscard]] double TimeLimit() const { return limit_.Time(); }
+    // Reports that are left until it stops.
+    [[nodiscard]] int64 ReportsLeft() const { return limit_.Reports(); }
     // For Recache: the run that was held goes on.
     [[nodiscard]] bool IsHeldRun() const { return isHeldRun_; }
     // What an integrator polls between its steps, or within them.
@@ -167,6 +173,7 @@ private:
     std::atomic<int64> measuringInterval_{1'000'000};
     std::atomic<bool> quit_{false};
     std::atomic<bool> isHeldRun_{false};
+    std::atomic<bool> hasStoppedItself_{false};
     StopFlags stop_;
     CollisionMailbox collisions_;
     std::optional<RunEnding> ending_;

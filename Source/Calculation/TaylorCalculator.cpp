@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "AbEpoch.h"
 #include "BMessage.h"
 #include "Body.h"
+#include "RunState.h"
 
 namespace {
 
@@ -55,11 +57,52 @@ void TaylorCalculator::Recache() {
     LoadBodies();
     ComputeKissDist();
     if (isSameRun) return;
+    StartSteps();
+    anchored_ = false;
+}
+
+// With the settings of the epoch, from the shortest step on.
+void TaylorCalculator::StartSteps() {
     epoch_ = GetEpoch();
     order_ = std::clamp(epoch_->Order(), kLeastOrder, kMostOrder);
     runCutoff_ = Cutoff();
     step_.Restart(runCutoff_, order_);
-    anchored_ = false;
+}
+
+status_t TaylorCalculator::ArchiveRun(BMessage* into) const {
+    if (!anchored_ || !IsUntouched()) return B_NOT_ALLOWED;
+    if (const status_t status = Archive(into, true); status != B_OK) return status;
+    RunState run;
+    run.inverseStep = step_.Inverse();
+    run.anchor = anchor_;
+    run.elapsed = elapsed_;
+    run.reports = ReportsLeft();
+    if (!std::isnan(TimeLimit())) run.until = TimeLimit();
+    return run.Archive(into);
+}
+
+status_t TaylorCalculator::ResumeRun(const BMessage& archive) {
+    RunState run;
+    TaylorParts parts;
+    int32 iteration = 0;
+    if (const status_t status = run.Regenerate(archive); status != B_OK) return status;
+    if (const status_t status = parts.Regenerate(archive); status != B_OK) return status;
+    if (const status_t status = archive.FindInt32(kIterationField, &iteration); status != B_OK)
+        return status;
+    const double time = run.anchor + run.elapsed;
+    Calculator::Recache();
+    if (!parts.AreOf(Bodies()) || GetEpoch()->Time() != time || iteration < 0) return B_BAD_DATA;
+    parts_ = std::move(parts);
+    iteration_ = iteration;
+    LoadBodies();
+    StartSteps();
+    step_.Resume(run.inverseStep);
+    anchored_ = true;
+    anchor_ = run.anchor;
+    elapsed_ = run.elapsed;
+    lastReport_ = time;
+    SetRunLimit(run.reports, run.until);
+    return B_OK;
 }
 
 bool TaylorCalculator::IsUntouched() const {

@@ -21,12 +21,21 @@ public:
     int32 Calculate() override;
     void Regenerate(BMessage* archive) override;
 
+    // The run that is held, as one record from which ResumeRun takes it up: the fields of Archive
+    // and of RunState. B_NOT_ALLOWED: there is none. Under the model lock, while parked.
+    [[nodiscard]] status_t ArchiveRun(BMessage* into) const;
+    // The next UnPause(true) goes on with that run, to the same bits as if it had been held. The
+    // focus epoch must be as it was then: B_BAD_DATA otherwise, and nothing of the record is taken.
+    // Under the write lock, while parked.
+    [[nodiscard]] status_t ResumeRun(const BMessage& archive);
+
     // Threads that share the force evaluation; 0: as many as the machine has processors. While
     // parked.
     void SetThreads(int32 threads) { evaluator_.SetThreads(threads); }
 
 private:
     void AnchorTime();
+    void StartSteps();
     // The model is as this calculator left it.
     [[nodiscard]] bool IsUntouched() const;
     void LoadBodies();

@@ -25,7 +25,7 @@ sigset_t StopSignals() {
 
 }  // namespace
 
-RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC)) {
+RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     const sigset_t stop = StopSignals();
     pthread_sigmask(SIG_BLOCK, &stop, nullptr);
     signals_ = signalfd(-1, &stop, SFD_CLOEXEC);
@@ -47,13 +47,17 @@ RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
         ready = poll(sources, 2, milliseconds.value_or(-1));
     } while (ready < 0 && errno == EINTR);
     if ((sources[0].revents & kReadable) != 0) {
-        eventfd_t count = 0;
-        static_cast<void>(eventfd_read(parked_, &count));
+        ForgetParking();
         return Event::kParked;
     }
     if ((sources[1].revents & kReadable) == 0) return Event::kTimeout;
     TakeSignal();
     return Event::kSignal;
+}
+
+void RunEvents::ForgetParking() {
+    eventfd_t count = 0;
+    static_cast<void>(eventfd_read(parked_, &count));
 }
 
 void RunEvents::TakeSignal() {

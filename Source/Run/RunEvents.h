@@ -17,6 +17,8 @@ public:
     enum class Event { kParked, kSignal, kTimeout };
     // Waits for the next event; for kTimeout at most so many milliseconds, for ever without.
     [[nodiscard]] Event Wait(std::optional<int> milliseconds);
+    // Of the calculator's parking until now, which the caller has asked for.
+    void ForgetParking();
     // Of the event kSignal: SIGINT or SIGTERM. From then on the next of them ends the program at
     // once.
     [[nodiscard]] int Signal() const { return signal_; }

@@ -7,7 +7,6 @@
 #include <string>
 
 #include "CollisionWatch.h"
-#include "Conservation.h"
 #include "Options.h"
 #include "OutputFile.h"
 #include "Progress.h"
@@ -15,6 +14,7 @@
 #include "RunControlView.h"
 #include "RunEvents.h"
 #include "RunPainter.h"
+#include "RunRecord.h"
 #include "RunRecorder.h"
 #include "RunSummary.h"
 #include "SimulationController.h"
@@ -42,18 +42,30 @@ private:
     [[nodiscard]] std::string DocumentName() const;
     DocumentError ReadRecord(BMessage* record) const;
     int Dump(const BMessage& record);
+    int FindRun(const BMessage& record);
     int EditDocument();
     int RunDocument();
     // The output that must not be written because it is the document or another output, if any.
     [[nodiscard]] std::optional<std::string> ClashingOutput() const;
     void RunStarting() override;
+    void Resume();
+    void BeginReports(const SystemState& state);
     void WaitForEnd();
+    [[nodiscard]] std::optional<int> Patience(const Progress& progress) const;
+    [[nodiscard]] bool HandleEvent(RunEvents::Event event, Progress* progress);
+    [[nodiscard]] bool KeepCheckpoint(Progress* progress);
+    void WriteCheckpoint();
+    DocumentError StoreRun(BMessage* record);
+    [[nodiscard]] double SinceCheckpoint() const;
+    [[nodiscard]] double Seconds() const;
+    const Conserved& StartConserved();
     [[nodiscard]] bool ResolveCollision(Progress* progress);
     void TellEnding();
     [[nodiscard]] int EndStatus() const;
     int ListEpochTree();
     int WriteResults();
     int Save();
+    DocumentError WriteDocument(const std::string& path, const BMessage& record) const;
     int WritePicture();
     int Tell();
     int PrintText(const std::string& path, const std::string& text);
@@ -75,11 +87,14 @@ private:
     OutputFile csvFile_;
     std::unique_ptr<CsvWriter> csv_;
     std::unique_ptr<RunPainter> painter_;  // if a picture is asked for
-    RunGoal goal_;
-    SystemState start_;
+    // Of the run: what goes into its checkpoints; `steps` and `seconds` are those of the part
+    // before this program.
+    RunRecord run_;
+    SystemState start_;  // of a run that began here
+    bool isStartMeasured_ = false;
     std::chrono::steady_clock::time_point begin_;
+    std::chrono::steady_clock::time_point lastCheckpoint_;
     double seconds_ = 0.0;  // of real time that the run has taken
-    MergerTotals mergers_;
-    BMessage touches_;  // the pairs that ended the run, if any did
+    BMessage touches_;      // the pairs that ended the run, if any did
     std::optional<RunEnding> ending_;
 };

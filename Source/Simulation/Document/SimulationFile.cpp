@@ -89,7 +89,8 @@ DocumentError SimulationFile::CanWrite(const std::string& path) {
     return ErrorOf(file, file.Open(path));
 }
 
-DocumentError SimulationFile::Write(const std::string& path, const BMessage& record) {
+DocumentError SimulationFile::Write(const std::string& path, const BMessage& record,
+                                    int* leftovers) {
     Bytes bytes;
     if (DocumentError error = DocumentError::Record(record.Flatten(&bytes)); error.Failed())
         return error;
@@ -104,5 +105,6 @@ DocumentError SimulationFile::Write(const std::string& path, const BMessage& rec
         info.SetType(kType);
         status = file.Commit();
     }
+    if (leftovers != nullptr) *leftovers = file.RemovedLeftovers();
     return ErrorOf(file, status);
 }

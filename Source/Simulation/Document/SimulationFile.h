@@ -22,5 +22,8 @@ public:
     // Whether a document could be written there, disk space apart. Leaves no trace.
     static DocumentError CanWrite(const std::string& path);
     // Replaces the file at once or not at all, and marks it as a document of this program.
-    static DocumentError Write(const std::string& path, const BMessage& record);
+    // `leftovers`, if given: how many unfinished files of programs that have ended were removed
+    // from its folder.
+    static DocumentError Write(const std::string& path, const BMessage& record,
+                               int* leftovers = nullptr);
 };
