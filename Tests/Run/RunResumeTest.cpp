@@ -1,5 +1,5 @@
 // Runs that are killed and taken up again from their checkpoint.
-#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -47,9 +47,11 @@ protected:
                     int signal = SIGKILL) const {
         Kept kept;
         const auto stop = [&](pid_t program) {
-            for (int i = 0; i < 20'000 && !isWanted(kept); i++) {
+            siginfo_t ended{};
+            while (!isWanted(kept) && ended.si_pid == 0) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
                 kept = Look(checkpoint_);
+                waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT);
             }
             kill(program, signal);
         };
@@ -87,6 +89,7 @@ TEST_F(RunResume, AKilledRunGoesOnToTheSameBitsAtEveryOrder) {
         Arguments whole = run;
         whole.insert(whole.end(), {"--json", "-o", Path("whole")});
         const Outcome uninterrupted = RunProgram(whole);
+        fs::remove(checkpoint_);
         int64 before = 0;
         Arguments arguments = run;
         // Killed twice: what was resumed is killed and resumed again.
@@ -112,13 +115,14 @@ TEST_F(RunResume, AKilledRunGoesOnToTheSameBitsAtEveryOrder) {
 
 TEST_F(RunResume, MergersBeforeAndAfterACheckpointAreThoseOfTheWholeRun) {
     const std::string document = PutDocument("document", *MergingSystem());
-    // The merger comes after some tenths of the steps.
-    const Arguments run = {"--for", "40", "--cutoff", "1e-14", "--order", "4", document};
+    // About as many steps before the merger as after it.
+    const Arguments run = {"--for", "150", "--cutoff", "1e-17", document};
     Arguments whole = run;
     whole.insert(whole.end(), {"--json"});
     const Outcome uninterrupted = RunProgram(whole);
     ASSERT_EQ(Member(uninterrupted.out, "mergers"), "1") << uninterrupted.out;
     for (const std::size_t bodies : {3u, 2u}) {
+        fs::remove(checkpoint_);
         RunAndKill(run, [=](const Kept& kept) { return kept.bodies == bodies; });
         ExpectSame(Resume(), uninterrupted);
     }
