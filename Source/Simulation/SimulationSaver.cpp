@@ -75,7 +75,10 @@ void SimulationSaver::SaveRequested(const entry_ref& directory, const std::strin
     Gather();
     const SaveResult result = SaveDocument(document_, &file_, directory, name, allEpochs);
     if (!result.error.Failed()) {
-        controls_->ShowMessage(resources.InterfaceLabel(kTextSaved));
+        controls_->ShowMessage(result.leftovers == 0
+                                   ? resources.InterfaceLabel(kTextSaved)
+                                   : FillIn(resources.InterfaceLabel(kTextSavedAndTidied),
+                                            {std::to_string(result.leftovers)}));
         if (allEpochs) host_->NoteDocument(result.path.c_str());
     }
     if (result.copyError.Failed() && !result.error.Failed())

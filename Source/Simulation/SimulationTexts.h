@@ -36,4 +36,5 @@ enum SimulationText : int32 {
     kTextGroupName = 3751,
     kTextGroupOf = 3752,
     kTextGroupButton = 3753,
+    kTextSavedAndTidied = 3790,  // %1: how many files
 };
