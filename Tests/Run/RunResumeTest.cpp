@@ -42,17 +42,21 @@ protected:
         kept.bodies = static_cast<std::size_t>(bodies);
         return kept;
     }
+    // Waits for a moment.
+    static bool IsRunning(pid_t program) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        siginfo_t ended{};
+        return waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT) ==
+                   0 &&
+               ended.si_pid == 0;
+    }
     // Starts the program and kills it as soon as its checkpoint is as wanted; the checkpoint.
     Kept RunAndKill(Arguments arguments, const std::function<bool(const Kept&)>& isWanted,
                     int signal = SIGKILL) const {
         Kept kept;
         const auto stop = [&](pid_t program) {
-            siginfo_t ended{};
-            while (!isWanted(kept) && ended.si_pid == 0) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            while (!isWanted(kept) && IsRunning(program))
                 kept = Look(checkpoint_);
-                waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT);
-            }
             kill(program, signal);
         };
         arguments.insert(arguments.end(), {"-q", "-o", saved_, "--checkpoint", "0.005s"});
@@ -179,7 +183,6 @@ TEST_F(RunResume, WhatCannotBeResumedIsSaid) {
     EXPECT_NE(RunProgram({"--resume", document}).err.find("holds no run"), std::string::npos);
     RunAndKill({"-n", "1000000000", document}, [](const Kept& k) { return k.steps > 0; });
     BMessage record = GetRecord(checkpoint_);
-    SimulationDocument other(nullptr);
     BMessage run;
     ASSERT_EQ(record.FindMessage("Run", &run), B_OK);
     BMessage changed = GetRecord(document);
@@ -200,13 +203,13 @@ TEST_F(RunResume, WhatCannotBeResumedIsSaid) {
     // A checkpoint that cannot be kept is told, and the run is not lost.
     fs::create_directory(Path("folder"));
     const std::string saved = Path("folder/saved");
-    const auto takeAway = [&](pid_t) {
-        while (!fs::exists(saved + ".checkpoint"))
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        fs::remove(saved + ".checkpoint");
+    const auto takeAway = [&](pid_t program) {
+        while (!fs::exists(saved + ".checkpoint") && IsRunning(program)) {
+        }
         std::error_code failure;
-        while (!fs::create_directory(saved + ".checkpoint", failure) || failure)
+        do
             fs::remove(saved + ".checkpoint", failure);
+        while (!fs::create_directory(saved + ".checkpoint", failure));
     };
     const Outcome outcome = RunProgram(
         {"-n", "600000", "-o", saved, "--checkpoint", "0.01s", document}, {.meanwhile = takeAway});

@@ -105,6 +105,14 @@ TEST_F(RunSave, WhatCannotBeWrittenIsNamedAndEndsTheRun) {
     }
 }
 
+TEST_F(RunSave, WhatAnEndedProgramLeftIsRemovedAndTold) {
+    const std::string left = Put(".orvek-0123abcd.tmp", "half a document");
+    const Outcome outcome = RunProgram({"-n", "5", "-o", Path("saved"), document_});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.err.find("saving: 1\n"), std::string::npos) << outcome.err;
+    EXPECT_NE(access(left.c_str(), F_OK), 0);
+}
+
 TEST_F(RunSave, AReaderThatGoesAwayEndsTheRun) {
     ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
     const auto read = [this](pid_t) {
