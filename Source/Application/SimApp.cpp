@@ -250,6 +250,26 @@ void SimApp::OpenRecent(const BMessage& message) {
     }
 }
 
+// The empty simulation that the program began with has served its purpose, if all goes well.
+void SimApp::OpenInsteadOfFirst(
+    const std::string& path,
+    const std::function<void(Simulation*, std::unique_ptr<BMessage>)>& init) {
+    Simulation* const first =
+        simulations_.size() == 1 ? FindUntouched(simulations_.front()) : nullptr;
+    const auto request = OpenRequests::Begin(first);
+    auto archive = std::make_unique<BMessage>();
+    const DocumentError error = SimulationFile::Read(path, archive.get());
+    Simulation* reader = nullptr;
+    if (!error.Failed())
+        reader =
+            BeginSimulation([&](Simulation* simulation) { init(simulation, std::move(archive)); });
+    if (reader != nullptr)
+        openRequests_.Await(reader, {request, path, first});
+    else
+        Complain(request, path, error.Failed() ? error : DocumentError::System(ENOMEM));
+    End(request);
+}
+
 // The program that handed the documents over waits for the answer.
 void SimApp::OpenHandedOver(const BMessage& message) {
     int32 number = 0;
@@ -327,22 +347,9 @@ Simulation* SimApp::WindowFor(const OpenRequest& request) {
 void SimApp::Recover() {
     if (!recoveryOffers_.IsOffering()) return;
     const RecoveryCopy& copy = recoveryOffers_.Current();
-    // The empty simulation that the program began with has served its purpose, if all goes well.
-    Simulation* const first =
-        simulations_.size() == 1 ? FindUntouched(simulations_.front()) : nullptr;
-    const auto request = OpenRequests::Begin(first);
-    auto archive = std::make_unique<BMessage>();
-    const DocumentError error = SimulationFile::Read(copy.path, archive.get());
-    Simulation* reader = nullptr;
-    if (!error.Failed())
-        reader = BeginSimulation([&](Simulation* simulation) {
-            simulation->InitFromRecovery(std::move(archive), copy);
-        });
-    if (reader != nullptr)
-        openRequests_.Await(reader, {request, copy.path, first});
-    else
-        Complain(request, copy.path, error.Failed() ? error : DocumentError::System(ENOMEM));
-    End(request);
+    OpenInsteadOfFirst(copy.path, [&](Simulation* simulation, std::unique_ptr<BMessage> archive) {
+        simulation->InitFromRecovery(std::move(archive), copy);
+    });
 }
 
 // All at the same time, and none longer than this: the desktop waits.

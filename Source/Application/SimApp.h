@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -83,6 +84,11 @@ private:
 
     void OpenPath(const std::string& path, Simulation* reuse, const OpenRequests::Request& request);
     void OpenRecent(const BMessage& message);
+    // In a window of its own, which `init` gives its record, and which takes the place of the only
+    // one if that is untouched.
+    void OpenInsteadOfFirst(
+        const std::string& path,
+        const std::function<void(Simulation*, std::unique_ptr<BMessage>)>& init);
     void OpenHandedOver(const BMessage& message);
     void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse,
                   const OpenRequests::Request& request);

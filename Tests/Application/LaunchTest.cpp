@@ -192,13 +192,16 @@ TEST_F(LaunchTest, HundredsOfDocumentsOpenAtOnce) {
             if (!simulation->IsHidden()) count++;
         return count;
     };
-    const auto areShown = [&] { return shown() == kCount; };
-    for (int i = 0; i < kPatience && !AppDriver::WaitUntil(areShown); i++) {
-    }
-    EXPECT_EQ(shown(), kCount);
+    const auto waitFor = [](const auto& condition) {
+        bool isTrue = false;
+        for (int i = 0; i < kPatience && !isTrue; i++)
+            isTrue = AppDriver::WaitUntil(condition);
+        return isTrue;
+    };
+    EXPECT_TRUE(waitFor([&] { return shown() == kCount; })) << shown();
     // The program is all there.
     app.Post(B_QUIT_REQUESTED);
-    EXPECT_TRUE(app.Ends());
+    EXPECT_TRUE(waitFor([&] { return app.HasEnded(); }));
 }
 
 TEST_F(LaunchTest, QuittingAsksOneWindowAfterTheOther) {
