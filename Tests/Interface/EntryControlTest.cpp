@@ -8,6 +8,7 @@
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPointer>
 #include <QTest>
 
 #include "BChoiceField.h"
@@ -196,6 +197,22 @@ TEST_F(EntryControlTest, AllDigitsAreWhereTheKeyboardIsAndNoneIsLost) {
         QCoreApplication::sendEvent(Line(), &drop);
     });
     EXPECT_EQ(Text(), "0.33333333333333331");
+}
+
+// As when a run is started from a display.
+TEST_F(EntryControlTest, ALineThatIsDisabledBehindAnotherWindowIsNotSelected) {
+    QPointer<QWidget> other;
+    WindowServer::Perform([&] {
+        other = new QWidget;
+        other->show();
+        other->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(other));
+    });
+    window_->Do([&] { entry_->SetEnabled(false); });
+    entry_->ShowText({"0.3333333333333333", "0.3333333"});
+    EXPECT_EQ(Text(), "0.3333333");
+    EXPECT_FALSE(WindowServer::Ask([&] { return Line()->hasSelectedText(); }));
+    WindowServer::Perform([&] { delete other; });
 }
 
 TEST_F(EntryControlTest, WhatWasRefusedStaysMarkedUntilEscape) {

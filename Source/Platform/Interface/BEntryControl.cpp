@@ -197,6 +197,8 @@ private:
     [[nodiscard]] bool IsOwn() const { return IsPending() || IsRefused(); }
 
     void Write() {
+        // The toolkit leaves a selection where the keyboard goes while another window is active.
+        if (!line->HasKeyboard()) line->deselect();
         if (line->text() == Written()) return;
         const bool isAllSelected = line->hasSelectedText() && line->selectedText() == line->text();
         line->setText(Written());
