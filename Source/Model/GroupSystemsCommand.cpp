@@ -14,6 +14,21 @@ bool IsWithin(const MassSystem* system, const MassSystem* group) {
     return false;
 }
 
+int32 DepthOf(const MassSystem* system) {
+    int32 depth = 0;
+    while ((system = system->Parent()) != nullptr)
+        depth++;
+    return depth;
+}
+
+// How many levels lie below it.
+int32 HeightOf(const MassSystem* system) {
+    int32 height = 0;
+    for (int32 i = 0; i < system->CountChildren(); i++)
+        height = std::max(height, 1 + HeightOf(system->ChildAt(i)));
+    return height;
+}
+
 }  // namespace
 
 GroupSystemsCommand::GroupSystemsCommand(EpochPortal* portal, std::vector<int64> members,
@@ -41,18 +56,38 @@ std::vector<GroupSystemsCommand::Member> GroupSystemsCommand::FindMembers() cons
     return members;
 }
 
+// The innermost group that holds them all.
+MassSystem* GroupSystemsCommand::PlaceFor(const std::vector<Member>& members) {
+    MassSystem* place = members.front().formerParent;
+    const auto holdsAll = [&](const MassSystem* group) {
+        return std::ranges::all_of(
+            members, [&](const Member& member) { return IsWithin(member.system, group); });
+    };
+    while (!holdsAll(place))
+        place = place->Parent();
+    return place;
+}
+
+// What is nested more deeply could be saved, but not read again.
+bool GroupSystemsCommand::FitsInto(const MassSystem* place, const std::vector<Member>& members) {
+    const int32 memberDepth = DepthOf(place) + 2;
+    return std::ranges::all_of(members, [=](const Member& member) {
+        return memberDepth + HeightOf(member.system) <= CompositeSystem::kMaxNesting;
+    });
+}
+
+GroupSystemsCommand::Obstacle GroupSystemsCommand::FindObstacle() const {
+    const std::vector<Member> members = FindMembers();
+    if (members.empty()) return Obstacle::kNoMembers;
+    return FitsInto(PlaceFor(members), members) ? Obstacle::kNone : Obstacle::kTooDeep;
+}
+
 bool GroupSystemsCommand::Apply() {
     members_ = FindMembers();
     // A redo may find another tree, which has the identifier.
     if (members_.empty() || FindSystem(newID_)) return false;
-
-    MassSystem* place = members_.front().formerParent;
-    const auto holdsAll = [&](const MassSystem* group) {
-        return std::ranges::all_of(
-            members_, [&](const Member& member) { return IsWithin(member.system, group); });
-    };
-    while (!holdsAll(place))
-        place = place->Parent();
+    MassSystem* const place = PlaceFor(members_);
+    if (!FitsInto(place, members_)) return false;
 
     if (!ownedGroup_)
         ownedGroup_ = std::make_unique<CompositeSystem>(

@@ -20,6 +20,11 @@ public:
                         int64 newID);
     ~GroupSystemsCommand() override;
 
+    // What stands against it in the focus epoch as it is; nothing is done then. Under a lock of the
+    // model.
+    enum class Obstacle { kNone, kNoMembers, kTooDeep };
+    [[nodiscard]] Obstacle FindObstacle() const;
+
 protected:
     bool Apply() override;
     void Revert() override;
@@ -30,6 +35,8 @@ private:
         MassSystem* formerParent;
     };
     std::vector<Member> FindMembers() const;
+    static MassSystem* PlaceFor(const std::vector<Member>& members);
+    static bool FitsInto(const MassSystem* place, const std::vector<Member>& members);
 
     const std::vector<int64> memberIDs_;
     const std::string name_;

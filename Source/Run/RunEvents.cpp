@@ -23,7 +23,35 @@ sigset_t StopSignals() {
     return set;
 }
 
+constexpr int kStoppedBySignal = 128;
+
+extern "C" void EndAtOnce(int signal) {
+    _exit(kStoppedBySignal + signal);
+}
+
+void SetMask(int how) {
+    const sigset_t stop = StopSignals();
+    pthread_sigmask(how, &stop, nullptr);
+}
+
+// One that is ignored, as those of a job in the background are, stays so.
+void SetHandler(int signal, void (*handler)(int)) {
+    if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
 }  // namespace
+
+RunEvents::NothingToLose::NothingToLose() {
+    SetHandler(SIGINT, EndAtOnce);
+    SetHandler(SIGTERM, EndAtOnce);
+    SetMask(SIG_UNBLOCK);
+}
+
+RunEvents::NothingToLose::~NothingToLose() {
+    SetMask(SIG_BLOCK);
+    SetHandler(SIGINT, SIG_DFL);
+    SetHandler(SIGTERM, SIG_DFL);
+}
 
 RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     const sigset_t stop = StopSignals();

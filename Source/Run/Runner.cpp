@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "AtomicFile.h"
 #include "BMessage.h"
@@ -81,6 +82,13 @@ Runner::~Runner() {
 }
 
 int Runner::Run() {
+    if (const int status = LoadDocument(); status != kDone || options_.dump) return status;
+    if (const int status = EditDocument(); status != kDone) return status;
+    return RunDocument();
+}
+
+int Runner::LoadDocument() {
+    const RunEvents::NothingToLose nothingToLose;
     BMessage record;
     if (const DocumentError error = ReadRecord(&record); error.Failed())
         return Fail(DocumentName(), error.Reason(resources_));
@@ -89,8 +97,9 @@ int Runner::Run() {
         return Fail(DocumentName(), error.Reason(resources_));
     if (options_.resume)
         if (const int status = FindRun(record); status != kDone) return status;
-    if (const int status = EditDocument(); status != kDone) return status;
-    return RunDocument();
+    for (const std::string& notice : document_.Notices().Lines(resources_))
+        static_cast<void>(Fail(DocumentName(), notice));
+    return kDone;
 }
 
 int Runner::EditDocument() {
@@ -281,7 +290,7 @@ void Runner::WriteCheckpoint() {
     static_cast<void>(csvFile_.Flush());
     BMessage record;
     DocumentError error = StoreRun(&record);
-    if (!error.Failed()) error = WriteDocument(options_.CheckpointPath(), record);
+    if (!error.Failed()) error = WriteDocument(options_.CheckpointPath(), std::move(record));
     if (!error.Failed()) return;
     const std::string text = FillIn(resources_.InterfaceLabel(kTextNoCheckpoint),
                                     {options_.CheckpointPath(), error.Reason(resources_)});
@@ -380,13 +389,13 @@ int Runner::EndStatus() const {
 int Runner::Save() {
     BMessage record;
     DocumentError error = document_.Store(&record, true);
-    if (!error.Failed()) error = WriteDocument(*options_.save, record);
+    if (!error.Failed()) error = WriteDocument(*options_.save, std::move(record));
     return error.Failed() ? Fail(*options_.save, error.Reason(resources_)) : kDone;
 }
 
-DocumentError Runner::WriteDocument(const std::string& path, const BMessage& record) const {
+DocumentError Runner::WriteDocument(const std::string& path, BMessage&& record) const {
     int leftovers = 0;
-    DocumentError error = SimulationFile::Write(path, record, &leftovers);
+    DocumentError error = SimulationFile::Write(path, std::move(record), &leftovers);
     if (leftovers > 0)
         Note(FillIn(resources_.InterfaceLabel(kTextLeftovers), {std::to_string(leftovers), path}));
     return error;

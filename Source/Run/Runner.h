@@ -43,6 +43,7 @@ private:
     DocumentError ReadRecord(BMessage* record) const;
     int Dump(const BMessage& record);
     int FindRun(const BMessage& record);
+    int LoadDocument();
     int EditDocument();
     int RunDocument();
     // The output that must not be written because it is the document or another output, if any.
@@ -65,7 +66,7 @@ private:
     int ListEpochTree();
     int WriteResults();
     int Save();
-    DocumentError WriteDocument(const std::string& path, const BMessage& record) const;
+    DocumentError WriteDocument(const std::string& path, BMessage&& record) const;
     int WritePicture();
     int Tell();
     int PrintText(const std::string& path, const std::string& text);

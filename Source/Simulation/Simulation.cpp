@@ -105,6 +105,7 @@ void Simulation::Replace(const Replacement& replacement) {
         if (displays_.Count() == 0)
             displays_.Create(ProjectionDisplay::kType, nullptr, replacement.name.c_str());
         SetName(replacement.name);
+        saver_.TellOpened(document_.Notices());
         host_->NoteDocument(saver_.File().Path().c_str());
         isNewlyCreated_ = false;
     }
@@ -179,9 +180,10 @@ DocumentError Simulation::ReadArchive() {
     const BMessageRunner patience(boxes_.Building(), BMessage(MessageWindow::kShowSelf), kPatience);
     const std::unique_ptr<BMessage> archive = std::move(archive_);
     DocumentError error = Find(*archive);
-    if (!error.Failed() && saver_.File().HasFile())
-        host_->NoteDocument(saver_.File().Path().c_str());
-    return error;
+    if (error.Failed()) return error;
+    saver_.TellOpened(document_.Notices());
+    if (saver_.File().HasFile()) host_->NoteDocument(saver_.File().Path().c_str());
+    return {};
 }
 
 void Simulation::ShowSelf() {
@@ -213,7 +215,10 @@ void Simulation::MessageReceived(BMessage* message) {
     const bool hasAllParts = controls_.Windows() != nullptr;
     if (hasAllParts &&
         (FileMessage(message) || RunMessage(message) || WindowMessage(message) ||
-         CarryOutEdit(*message, &controller_, document_.Portal(), *controls_.Windows()->Epochs())))
+         CarryOutEdit(*message, &controller_, document_.Portal(), *controls_.Windows()->Epochs(),
+                      [this](int32 text) {
+                          controls_.ShowMessage(host_->Resources().InterfaceLabel(text));
+                      })))
         return;
     BWindow::MessageReceived(message);
 }
@@ -329,6 +334,10 @@ bool Simulation::WindowMessage(BMessage* message) {
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
                 displays_.Create(type, nullptr, saver_.File().Name().c_str());
+            break;
+        case SimulationMenus::kOpenDisplays:
+            displays_.OpenWaiting(saver_.File().Name().c_str());
+            controls_.ShowOpened({});
             break;
         case kShowTrailDisc:
             controls_.Windows()->ShowTrailDisc();

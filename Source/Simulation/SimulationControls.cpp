@@ -106,6 +106,18 @@ void SimulationControls::ShowMessage(const std::string& text) {
     if (status_ != nullptr) status_->ShowMessage(text);
 }
 
+void SimulationControls::ShowOpened(const std::string& notice) {
+    const ProgramResources& resources = host_->Resources();
+    const int32 waiting = displays_->CountWaiting();
+    menus_->ShowWaitingDisplays(waiting > 0);
+    std::string text = notice;
+    if (waiting > 0) {
+        if (!text.empty()) text += resources.InterfaceLabel(kTextBetweenFigures);
+        text += FillIn(resources.InterfaceLabel(kTextWaitingDisplays), {std::to_string(waiting)});
+    }
+    ShowMessage(text);
+}
+
 void SimulationControls::ShowRun() {
     ShowFigures(monitor_.Measure(system_time()));
     // A run tells nobody how it goes on.

@@ -45,6 +45,9 @@ public:
     // What can be undone and redone, and whether the document is saved.
     void ShowHistory();
     void ShowMessage(const std::string& text);
+    // What the document that was opened has lost or got, and offers to open the displays that are
+    // not open.
+    void ShowOpened(const std::string& notice);
     // The figures of the run as they are now.
     void ShowRun();
     // In the run that goes on; the calculator rests.

@@ -114,6 +114,9 @@ void SimulationMenus::AddDisplayMenu() {
     message->AddInt32(kDisplayTypeField, ProjectionDisplay::kType);
     menu->AddItem(
         new BMenuItem(texts_.Text(kLabelNewProjection), message, texts_.Key(kTextProjectionKey)));
+    menu->AddSeparatorItem();
+    openDisplays_ = AddItem(menu, kTextOpenDisplays, kOpenDisplays);
+    openDisplays_->SetEnabled(false);
     bar_->AddItem(menu);
 }
 
@@ -134,6 +137,10 @@ void SimulationMenus::Show(BMenuItem* item, bool isPossible, int32 name, int32 p
 
 void SimulationMenus::ShowFocus(bool isGroup) {
     dissolve_->SetEnabled(isGroup);
+}
+
+void SimulationMenus::ShowWaitingDisplays(bool areThere) {
+    openDisplays_->SetEnabled(areThere);
 }
 
 void SimulationMenus::ShowHistory(UndoChain* history) {

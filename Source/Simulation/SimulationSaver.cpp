@@ -138,6 +138,14 @@ void SimulationSaver::KeepAutomaticCopy() {
 
 // --- What went wrong ---
 
+void SimulationSaver::TellOpened(const DocumentNotices& notices) {
+    const ProgramResources& resources = host_->Resources();
+    const std::string summary = notices.Summary(resources);
+    controls_->ShowOpened(summary);
+    for (const std::string& line : notices.Lines(resources))
+        Print(FillIn(resources.InterfaceLabel(kTextOpenedWith), {file_.Name(), line}));
+}
+
 void SimulationSaver::TellNotOpened(const std::string& name, const DocumentError& error) {
     Complain(FillIn(host_->Resources().InterfaceLabel(kTextNotOpened), {name, Reason(error)}));
 }
@@ -153,6 +161,10 @@ std::string SimulationSaver::Reason(const DocumentError& error) const {
 
 void SimulationSaver::Complain(const std::string& text) {
     controls_->ShowMessage(text);
+    Print(text);
+}
+
+void SimulationSaver::Print(const std::string& text) const {
     const std::string line = FillIn(host_->Resources().InterfaceLabel(kTextPrinted), {text});
     std::fwrite(line.data(), 1, line.size(), stderr);
 }

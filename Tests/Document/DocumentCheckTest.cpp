@@ -18,10 +18,9 @@ DocumentError ErrorAfter(const std::function<void(Epoch* child, MassSystem* moon
     auto epoch = MakePlanetEpoch("Genesis");
     auto child = MakePlanetEpoch("Child");
     change(child.get(), child->SystemFromID(2));
-    epoch->AddChild(child.release());
-    std::vector<std::unique_ptr<AbEpoch>> epochs;
-    epochs.push_back(std::move(epoch));
-    return CheckEpochs(epochs);
+    epoch->AddChild(child.get());
+    EXPECT_FALSE(CheckEpoch(*epoch).Failed());
+    return CheckEpoch(*child.release());
 }
 
 // A calculator state of two bodies; the parts' counts as given.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "BodyColors.h"
@@ -85,6 +86,18 @@ TEST_F(SimulationControllerTest, NewBodyInAnEmptyDocumentRestsAtTheOrigin) {
     controller_.CreateBody();
     ASSERT_EQ(CountBodies(), 1u);
     EXPECT_EQ(Portal()->FocusSystem()->Position(), ThreeVector{});
+}
+
+TEST_F(SimulationControllerTest, NewBodiesNeverRunOutOfIdentifiersAndNames) {
+    Focus()->RootSystem()->AddChild(MakeBody("Last", kMaxSystemID, 0, {9e11, 0, 0}, {}).release());
+    document_.SetNextBodyNameIndex(std::numeric_limits<int32>::max());
+    std::set<int64> ids;
+    for (int i = 0; i < 3; i++) {
+        controller_.CreateBody();
+        ids.insert(Portal()->FocusSystem()->ID());
+    }
+    EXPECT_EQ(ids, (std::set<int64>{4, 5, 6})) << "the gaps";
+    EXPECT_EQ(document_.NextBodyNameIndex(), 2);
 }
 
 TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {

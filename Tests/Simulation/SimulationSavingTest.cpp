@@ -6,6 +6,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "AppDefs.h"
 #include "BMessenger.h"
@@ -15,6 +16,7 @@
 #include "SampleDocument.h"
 #include "SimulationDocument.h"
 #include "SimulationFile.h"
+#include "SimulationMenus.h"
 #include "TestSimulation.h"
 #include "UserHand.h"
 
@@ -64,6 +66,48 @@ TEST_F(SimulationSavingTest, ASavedSimulationHasTheNameTheFileAndNoMark) {
     TestSimulation again(&host, Read(host.Path("Trojans")), "Trojans");
     EXPECT_EQ(again.CountBodies(), 4u);
     EXPECT_FALSE(again->IsNewlyCreated());
+}
+
+// A document must not fill the screen and the memory by itself.
+TEST_F(SimulationSavingTest, OnlySoManyDisplaysOpenByThemselves) {
+    BMessage record = PlanetRecord();
+    for (int i = 0; i < 40; i++) {
+        BMessage display(FourCC("ARCV"));
+        display.AddRect("Disp frame", {10.0f + static_cast<float>(i), 20.0f, 300.0f, 300.0f});
+        display.AddString("Note", "display " + std::to_string(i));
+        record.AddMessage("Displays", &display);
+        record.AddInt32("Disp type", ProjectionDisplay::kType);
+    }
+    TestSimulation simulation(&host, record, "Many");
+    EXPECT_EQ(simulation.CountDisplays(), 32u);
+    EXPECT_NE(simulation.Message().find("8 more displays"), std::string::npos)
+        << simulation.Message();
+
+    const BMessage saved = simulation.SavedAs("Many");
+    int32 count = 0;
+    ASSERT_EQ(saved.GetInfo("Displays", nullptr, &count), B_OK);
+    ASSERT_EQ(count, 40);
+    for (int32 i = 32; i < 40; i++) {
+        BMessage before, after;
+        ASSERT_EQ(record.FindMessage("Displays", i, &before), B_OK);
+        ASSERT_EQ(saved.FindMessage("Displays", i, &after), B_OK);
+        EXPECT_EQ(before, after) << "as it was read";
+    }
+    simulation.Send(SimulationMenus::kOpenDisplays);
+    simulation.Settle();
+    EXPECT_EQ(simulation.CountDisplays(), 40u);
+    EXPECT_EQ(simulation.Message(), "");
+}
+
+TEST_F(SimulationSavingTest, WhatADocumentHasLostIsSaidInItsWindow) {
+    auto lost = MakePlanetEpoch("Lost");
+    lost->SetTime(std::numeric_limits<double>::quiet_NaN());
+    const BMessage record = RecordOf({MakePlanetEpoch("Good").get(), lost.get()});
+    TestSimulation simulation(&host, record, "Half");
+    EXPECT_NE(simulation.Message().find("epoch 1, \"Lost\", is left empty"), std::string::npos)
+        << simulation.Message();
+    EXPECT_EQ(simulation.CountBodies(), 4u);
+    EXPECT_FALSE(simulation.IsMarkedModified());
 }
 
 // Read and saved again, a document is the same: epochs, displays, places of windows.

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "BMessage.h"
 #include "FileDescriptor.h"
@@ -108,7 +109,7 @@ DocumentError RecoveryFolder::Keep(const BMessage& record, const std::string& do
         status = marked.AddString(kPathField, originalPath);
     if (status == B_OK) status = marked.AddInt32(kProcessField, getpid());
     DocumentError result = DocumentError::Record(status);
-    if (!result.Failed()) result = SimulationFile::Write(path, marked);
+    if (!result.Failed()) result = SimulationFile::Write(path, std::move(marked));
     if (!result.Failed())
         *copy = path;
     else if (isNew)

@@ -40,8 +40,10 @@ public:
     // What the focus system is shown relative to.
     void SetRelativeTo(int64 id);
 
-    // Joins the systems in a new composite system; false when none of them exists.
-    bool GroupSystems(const std::vector<int64>& ids, const std::string& name);
+    // Joins the systems in a new composite system. Refused: none of them exists, or they would lie
+    // in more groups than a document can hold.
+    enum class Grouping { kDone, kNoMembers, kTooDeep };
+    Grouping GroupSystems(const std::vector<int64>& ids, const std::string& name);
     // Puts a composite's members in its place; false for anything else.
     bool DissolveSystem(int64 id);
 

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 
+#include "AppDefs.h"
 #include "DocumentCheck.h"
 #include "EpochCursor.h"
 #include "EpochReader.h"
 #include "ReportConsumer.h"
+#include "SimulationFile.h"
 #include "WindowFields.h"
 
 namespace {
@@ -75,10 +77,12 @@ void SimulationDocument::FindSimInfo(const BMessage& record) {
 
 DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
     if (DocumentError error = CheckRecord(record); error.Failed()) return error;
+    DocumentNotices notices;
+    if (!SimulationFile::IsAsWritten(record)) notices.Add({kTextNotAsWritten, {}});
     std::vector<std::unique_ptr<AbEpoch>> epochs;
-    if (DocumentError error = ReadEpochs(record, &epochs); error.Failed()) return error;
-    if (DocumentError error = CheckEpochs(epochs); error.Failed()) return error;
+    if (DocumentError error = ReadEpochs(record, &epochs, &notices); error.Failed()) return error;
     InstallEpochs(std::move(epochs), record);
+    notices_ = std::move(notices);
     return {};
 }
 
@@ -125,7 +129,7 @@ status_t SimulationDocument::SetEpochs(BMessage* record, bool allEpochs) const {
     const int32 count = allEpochs ? root_.CountChildren() : 1;
     for (int32 i = 0; i < count; i++) {
         const AbEpoch* const epoch = allEpochs ? root_.ChildAt(i) : focus;
-        BMessage archive;
+        BMessage archive(B_ARCHIVED_OBJECT);
         if (const status_t status = epoch->Archive(&archive, allEpochs); status != B_OK)
             return status;
         if (const status_t status = record->AddMessage(kEpochs, std::move(archive)); status != B_OK)
