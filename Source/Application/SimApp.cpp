@@ -14,6 +14,10 @@
 #include "BNodeInfo.h"
 #include "BPath.h"
 #include "DocumentError.h"
+#include "GuideWindow.h"
+#include "HelpMenu.h"
+#include "HelpTexts.h"
+#include "InstalledFiles.h"
 #include "InterfaceLabels.h"
 #include "MessageWindow.h"
 #include "ProgramIcons.h"
@@ -63,7 +67,7 @@ SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
       resources_(resources),
       texts_(resources),
       menus_(texts_, resources->MassUnits(), resources->DistanceUnits(), resources->SpeedUnits(),
-             resources->TimeUnits()),
+             resources->TimeUnits(), InstalledExamples()),
       icon_(ProgramIcons::Mini()),
       context_{&texts_,
                &resources->MassUnits(),
@@ -201,6 +205,21 @@ void SimApp::OpenRecent(const BMessage& message) {
     }
 }
 
+// A copy: it is in no file yet.
+void SimApp::OpenExample(const BMessage& message) {
+    std::string path;
+    if (message.FindString("path", &path) != B_OK) return;
+    auto archive = std::make_unique<BMessage>();
+    if (const DocumentError error = SimulationFile::Read(path, archive.get()); error.Failed())
+        return Complain(path, error);
+    // The empty simulation that the program began with has served its purpose.
+    Simulation* const first = simulations_.size() == 1 ? simulations_.front() : nullptr;
+    auto* const simulation = new Simulation(kFirstFrame, this);
+    simulations_.push_back(simulation);
+    simulation->InitCopy(std::move(archive), openPanel_.Directory(), BPath(path.c_str()).Leaf());
+    if (first != nullptr && first->IsNewlyCreated()) DeleteSimulation(first);
+}
+
 // What is no document is not opened, and no box says so; standard error tells why.
 void SimApp::OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse) {
     const BEntry entry(ref, true);
@@ -286,6 +305,8 @@ void SimApp::Quit() {
     for (MessageWindow* const box : boxes_)
         if (box->Lock()) box->Quit();
     boxes_.clear();
+    if (guide_ != nullptr && guide_->Lock()) guide_->Quit();
+    guide_ = nullptr;
     BApplication::Quit();
 }
 
@@ -313,6 +334,16 @@ void SimApp::MessageWindowClosed(const void* window) {
     MessageWindow* const box = *found;
     boxes_.erase(found);
     if (box->Lock()) box->Quit();
+}
+
+void SimApp::ShowGuide() {
+    const std::string page = GuidePath();
+    if (!BEntry(page.c_str()).Exists())
+        return ShowBox(MessageWindow::kNoGuide, kTextGuideTitle,
+                       FillIn(texts_.Label(kTextNoGuide), {page}));
+    if (guide_ == nullptr) guide_ = new GuideWindow(page, texts_);
+    guide_->Show();
+    guide_->Activate();
 }
 
 void SimApp::Activate() {
@@ -355,6 +386,10 @@ void SimApp::MessageReceived(BMessage* message) {
             return openPanel_.Show(IsOpen(pointer) ? static_cast<Simulation*>(pointer) : nullptr);
         case kOpenRecent:
             return OpenRecent(*message);
+        case ExampleMenu::kOpenExample:
+            return OpenExample(*message);
+        case HelpMenu::kShowGuide:
+            return ShowGuide();
         case kClearRecent:
             return RecentDocuments::Shared().Set({});
         case kSimulationShown:

@@ -22,6 +22,7 @@
 #include "SimulationHost.h"
 #include "entry_ref.h"
 
+class GuideWindow;
 class MessageWindow;
 class Simulation;
 
@@ -73,6 +74,7 @@ private:
     void DeleteSimulation(Simulation* simulation);
     void OpenPath(const std::string& path);
     void OpenRecent(const BMessage& message);
+    void OpenExample(const BMessage& message);
     void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse);
     void Complain(const std::string& file, const DocumentError& error) const;
     [[nodiscard]] bool IsOpen(const void* simulation) const;
@@ -85,6 +87,7 @@ private:
     // Shows it, or brings the one with the same id to the front.
     void ShowBox(int32 id, int32 title, const std::string& text);
     void MessageWindowClosed(const void* window);
+    void ShowGuide();
 
     const ProgramResources* const resources_;
     const ResourceTexts texts_;
@@ -96,6 +99,7 @@ private:
     std::vector<Simulation*> simulations_;
     int untitledCount_ = 0;
     std::vector<MessageWindow*> boxes_;  // that only tell something
+    GuideWindow* guide_ = nullptr;       // null until it is asked for
     OpenPanel openPanel_;
     BMessage newSimulation_;
     DefaultResponses defaultResponses_;
