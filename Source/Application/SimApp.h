@@ -4,6 +4,7 @@
 // the start, may come from any thread; everything else belongs to the application's own.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "DisplayContext.h"
 #include "MenuArchives.h"
 #include "OpenPanel.h"
+#include "OpenRequests.h"
 #include "ProgramResources.h"
 #include "QuitRound.h"
 #include "RecoveryOffers.h"
@@ -68,16 +70,30 @@ private:
     void WriteSettings();
 
     // Each new one stands a little aside of the one before.
-    void CreateSimulation();
+    Simulation* CreateSimulation();
     Simulation* CreateSimulation(const BMessage& archive, const entry_ref& directory,
                                  const char* name, bool isNewlyCreated);
+    Simulation* BeginSimulation(const std::function<void(Simulation*)>& init);
+    // Null unless it is one of ours.
+    [[nodiscard]] Simulation* FindOpen(const void* simulation) const;
+    // The same, for a window in which a file may be opened.
+    [[nodiscard]] Simulation* FindUntouched(const void* simulation) const;
+    void SimulationShown(const void* pointer);
+    void SimulationClosed(const void* pointer, const BMessage& message);
     void DeleteSimulation(Simulation* simulation);
-    void OpenPath(const std::string& path);
+
+    void OpenPath(const std::string& path, Simulation* reuse, const OpenRequests::Request& request);
     void OpenRecent(const BMessage& message);
     void OpenExample(const BMessage& message);
-    void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse);
-    void Complain(const std::string& file, const DocumentError& error) const;
-    [[nodiscard]] bool IsOpen(const void* simulation) const;
+    void OpenHandedOver(const BMessage& message);
+    void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse,
+                  const OpenRequests::Request& request);
+    void Complain(const OpenRequests::Request& request, const std::string& path,
+                  const DocumentError& error) const;
+    // The request, or one of its documents, is done.
+    void End(const OpenRequests::Request& request);
+    // Null where the program is to end.
+    [[nodiscard]] Simulation* WindowFor(const OpenRequest& request);
 
     void Recover();
     void EndSession();
@@ -102,6 +118,7 @@ private:
     GuideWindow* guide_ = nullptr;       // null until it is asked for
     OpenPanel openPanel_;
     BMessage newSimulation_;
+    OpenRequests openRequests_;
     DefaultResponses defaultResponses_;
     QuitRound quitRound_;
     RecoveryOffers recoveryOffers_;

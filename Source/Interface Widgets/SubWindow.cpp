@@ -21,6 +21,9 @@ SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 fl
     AddKey(Texts().LowerKey(kLabelUndoKey), kUndo);
     AddKey(Texts().UpperKey(kLabelUndoKey), kRedo);
     AddKey(Texts().LowerKey(kLabelGoKey), kTogglePause);
+    AddKey(Texts().LowerKey(kLabelNewBodyKey), kNewBody);
+    AddKey(Texts().LowerKey(kLabelAnimationKey), kShowAnimation);
+    AddKey(Texts().LowerKey(kLabelEpochsKey), kShowEpochs);
     SetAcceptsFiles(true);
 }
 
@@ -43,6 +46,9 @@ void SubWindow::MessageReceived(BMessage* message) {
         case kUndo:
         case kRedo:
         case kTogglePause:
+        case kNewBody:
+        case kShowAnimation:
+        case kShowEpochs:
         case B_REFS_RECEIVED:  // files were dropped on the window
             SendToOwner(*message);
             break;

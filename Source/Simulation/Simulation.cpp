@@ -1,11 +1,11 @@
 #include "Simulation.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <utility>
 
 #include "AppDefs.h"
-#include "AttemptMessage.h"
 #include "BMessage.h"
+#include "BMessageRunner.h"
 #include "BMessenger.h"
 #include "CollisionMailbox.h"
 #include "DocumentSaver.h"
@@ -41,8 +41,9 @@ constexpr const char* kWindowAt = "Edit at";
 
 constexpr float kWidest = 2.0f;  // the window, against what it needs
 
-// A window that is built faster than this needs no box that says so.
+// A document that is read faster than this needs no box that says so.
 constexpr bigtime_t kPatience = 300'000;
+
 }  // namespace
 
 Simulation::Simulation(BRect frame, SimulationHost* host)
@@ -89,28 +90,32 @@ void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const Recov
 void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory,
                         const char* name) {
     if (!Lock()) return;
-    EpochPortal* const portal = document_.Portal();
-    if (!isBuilt_) {
-        archive_ = std::move(archive);
-        saver_.File().SetFile(directory, name);
-    } else {
-        // Normally it stands, untouched.
-        run_.PauseForUser();
-        portal->Broadcast(false);
-        if (const DocumentError error = Find(*archive); error.Failed()) {
-            saver_.TellNotOpened(name, error);
-        } else {
-            history_->MarkSaved();
-            saver_.File().SetFile(directory, name);
-            if (displays_.Count() == 0) displays_.Create(ProjectionDisplay::kType, nullptr, name);
-            SetName(name);
-            host_->NoteDocument(saver_.File().Path().c_str());
-        }
-        portal->Broadcast(true);
-        portal->TellObservers(kEverything);
-    }
-    isNewlyCreated_ = false;
+    Replacement replacement{std::move(archive), directory, name};
+    if (isBuilt_)
+        Replace(replacement);
+    else
+        replacement_ = std::move(replacement);
     Unlock();
+}
+
+void Simulation::Replace(const Replacement& replacement) {
+    EpochPortal* const portal = document_.Portal();
+    // Normally it stands, untouched.
+    run_.PauseForUser();
+    portal->Broadcast(false);
+    if (const DocumentError error = Find(*replacement.archive); error.Failed()) {
+        saver_.TellNotOpened(replacement.name, error);
+    } else {
+        history_->MarkSaved();
+        saver_.File().SetFile(replacement.directory, replacement.name);
+        if (displays_.Count() == 0)
+            displays_.Create(ProjectionDisplay::kType, nullptr, replacement.name.c_str());
+        SetName(replacement.name);
+        host_->NoteDocument(saver_.File().Path().c_str());
+        isNewlyCreated_ = false;
+    }
+    portal->Broadcast(true);
+    portal->TellObservers(kEverything);
 }
 
 bool Simulation::IsNewlyCreated() const {
@@ -120,16 +125,14 @@ bool Simulation::IsNewlyCreated() const {
 // --- Building ---
 
 void Simulation::StartBuilding() {
-    buildingSince_ = system_time();
     PostBuildMessage(kBuildMenuBar);
     Run();
 }
 
-// Through the application, which hands it back: other windows get their turn between the steps.
+// Through the application, which hands it back: other windows get their turn between the steps. It
+// is not waited for: it may have its port full of windows' steps, and be the one that calls.
 void Simulation::PostBuildMessage(uint32 what) {
-    BMessage message(what);
-    message.AddPointer(kSimulationField, this);
-    AttemptMessage(message, host_->Application());
+    PassToApplication(BMessage(what), true);
 }
 
 bool Simulation::BuildStep(uint32 what) {
@@ -165,7 +168,6 @@ bool Simulation::BuildStep(uint32 what) {
 }
 
 void Simulation::ArrangeWindow() {
-    if (system_time() - buildingSince_ > kPatience) boxes_.ShowBuilding();
     // Wider entries show longer numbers; there is nothing to fill a higher window with.
     float width = 0.0f;
     float height = 0.0f;
@@ -173,13 +175,19 @@ void Simulation::ArrangeWindow() {
     SetSizeLimits(width, kWidest * width, height, height);
     ResizeTo(width, height);
     SetName(saver_.File().Name());
-    const std::unique_ptr<BMessage> archive = std::move(archive_);
     // Without any epoch, as where the program's template is missing, the simulation has none.
-    if (const DocumentError error = Find(*archive); error.Failed() && error.text != kTextNoEpoch) {
-        saver_.TellNotOpened(saver_.File().Name(), error);
-        return SendQuitRequest();
-    }
-    if (saver_.File().HasFile()) host_->NoteDocument(saver_.File().Path().c_str());
+    if (const DocumentError error = ReadArchive(); error.Failed() && error.text != kTextNoEpoch)
+        SendQuitRequest(error.Reason(host_->Resources()));
+}
+
+DocumentError Simulation::ReadArchive() {
+    // This thread is busy until the document is read; the box shows itself.
+    const BMessageRunner patience(boxes_.Building(), BMessage(MessageWindow::kShowSelf), kPatience);
+    const std::unique_ptr<BMessage> archive = std::move(archive_);
+    DocumentError error = Find(*archive);
+    if (!error.Failed() && saver_.File().HasFile())
+        host_->NoteDocument(saver_.File().Path().c_str());
+    return error;
 }
 
 void Simulation::ShowSelf() {
@@ -192,6 +200,8 @@ void Simulation::ShowSelf() {
     document_.Portal()->TellObservers(kEverything);
     const bool isAwaited = boxes_.EndBuilding();
     isBuilt_ = true;
+    if (const auto replacement = std::exchange(replacement_, std::nullopt)) Replace(*replacement);
+    if (!notice_.empty()) controls_.ShowMessage(notice_);
     SetAcceptsFiles(true);
     Show();
     if (isAwaited) Activate();
@@ -203,6 +213,9 @@ void Simulation::ShowSelf() {
 void Simulation::MessageReceived(BMessage* message) {
     if (isQuitting_) return;
     if (BuildStep(message->what)) return;
+    if (std::string text;
+        message->what == kTellUser && message->FindString(kTextField, &text) == B_OK)
+        return Tell(text);
     const bool hasAllParts = controls_.Windows() != nullptr;
     if (hasAllParts &&
         (FileMessage(message) || RunMessage(message) || WindowMessage(message) ||
@@ -361,6 +374,13 @@ void Simulation::PassToApplication(const BMessage& message, bool withThis) {
     WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), copy);
 }
 
+void Simulation::Tell(const std::string& text) {
+    if (isBuilt_)
+        controls_.ShowMessage(text);
+    else
+        notice_ = text;
+}
+
 void Simulation::Collide(const BMessage& message) {
     const bool isRunning = run_.PauseCount() <= 0;
     const MergeResult result = controller_.Collide(
@@ -459,13 +479,14 @@ void Simulation::SaveThenQuit(const BMessage& message) {
         CloseCancelled();
 }
 
-void Simulation::SendQuitRequest() {
+void Simulation::SendQuitRequest(const std::string& reason) {
     Hide();
     run_.Pause();
     saver_.File().DiscardAutomaticCopy();
     isQuitting_ = true;
     BMessage doomed(kDeleteMe);
     doomed.AddPointer(kDoomedSimulation, this);
+    if (!reason.empty()) doomed.AddString(kReasonField, reason);
     WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), doomed);
 }
 

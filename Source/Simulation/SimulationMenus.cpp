@@ -13,6 +13,7 @@
 #include "MenuArchives.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
+#include "RecentMenu.h"
 #include "SimulationHost.h"
 #include "SimulationTexts.h"
 #include "TextTemplate.h"
@@ -49,8 +50,8 @@ BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32
     return item;
 }
 
-// An item for the application; the file that "Open..." opens may take the place of an untouched
-// simulation.
+// An item for the application; the file that "Open..." or the menu of recent ones opens may take
+// the place of an untouched simulation.
 void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* host) {
     const DisplayContext& context = host->Context();
     BMenu* const menu = Unarchive(context.menus->AppMenuArchive());
@@ -61,6 +62,9 @@ void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* h
         message->AddPointer(kSimulationField, simulation);
         open->SetMessage(message);
     }
+    for (int32 i = 0; i < menu->CountItems(); i++)
+        if (auto* const recent = dynamic_cast<RecentMenu*>(menu->SubmenuAt(i)); recent != nullptr)
+            recent->SetRequester(simulation);
     auto* const item = new BMenuItem(menu);
     if (context.icon != nullptr) item->SetIcon(context.icon);
     bar_->AddItem(item);
@@ -100,9 +104,9 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
-        item->SetShortcut(texts_.Key(kTextAnimationKey), 0);
+        item->SetShortcut(texts_.Key(kLabelAnimationKey), 0);
     if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
-        item->SetShortcut(texts_.Key(kTextEpochsKey), 0);
+        item->SetShortcut(texts_.Key(kLabelEpochsKey), 0);
     bar_->AddItem(menu);
 }
 

@@ -24,9 +24,8 @@ enum SimulationText : int32 {
     kTextUndo = 3716,           // %1: the step's name, as in the next one
     kTextRedo = 3717,
     kTextTrailDiscKey = 3718,
-    kTextEpochsKey = 3719,
+    // 3719, 3743: keys that every window has (InterfaceLabels.h)
     // 3720-3742: names of commands (CommandNames.h)
-    kTextAnimationKey = 3743,
     kTextProjectionKey = 3744,
     kTextStatusMessage = 3745,
     kTextStatusFigures = 3746,

@@ -206,9 +206,12 @@ TEST_F(EveryItemTest, OfADisplay) {
     Does(kDisplay, "View/Fit All Bodies", [&] { return WindowHand::Picture(kDisplay) != picture; });
     Does(kDisplay, "Orvek/Open Recent/Clear List",
          [] { return !WindowHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
-    Does(kDisplay, "View/Save", IsSaved());
+    Does(kDisplay, "File/Save", IsSaved());
+    chosen_.insert("File/Close");
     chosen_.insert("Orvek/Quit Orvek");
     ExpectAllChosen(kDisplay);
+    Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
+    Does(kDisplay, "File/Close", [] { return WindowHand::Count(kDisplay) == 1; });
     Does(kDisplay, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
 }
 

@@ -245,4 +245,8 @@ BRect PanelFrame() {
     });
 }
 
+std::string PanelFolder() {
+    return WindowServer::Ask([] { return Panel()->directory().absolutePath().toStdString(); });
+}
+
 }  // namespace WindowHand

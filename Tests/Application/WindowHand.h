@@ -54,5 +54,6 @@ void EndSession();
 void CancelPanel();
 void MovePanel(BRect frame);
 [[nodiscard]] BRect PanelFrame();
+[[nodiscard]] std::string PanelFolder();
 
 }  // namespace WindowHand

@@ -53,7 +53,6 @@ DesktopSession::DesktopSession(int width, int height) {
                   {"XDG_CACHE_HOME", in("cache")},
                   {"XDG_RUNTIME_DIR", in("runtime")},
                   {"XDG_CURRENT_DESKTOP", std::nullopt},
-                  {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
                   {"WAYLAND_DISPLAY", std::nullopt},
                   {"SESSION_MANAGER", std::nullopt},
                   {"QT_QPA_PLATFORM", "xcb"},

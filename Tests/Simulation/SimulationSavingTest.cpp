@@ -8,10 +8,12 @@
 #include <fstream>
 
 #include "AppDefs.h"
+#include "BMessenger.h"
 #include "BScreen.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
 #include "SampleDocument.h"
+#include "SimulationDocument.h"
 #include "SimulationFile.h"
 #include "TestSimulation.h"
 #include "UserHand.h"
@@ -266,6 +268,36 @@ TEST_F(SimulationSavingTest, ACopyThatIsNeededGoesWhenTheUserSaysSo) {
 }
 
 // --- Opening over an untouched window ---
+
+// Whatever it has built by then, it is the file's in the end.
+TEST_F(SimulationSavingTest, AWindowThatIsStillBeingBuiltTakesAFileWhenItIsComplete) {
+    entry_ref folder;
+    ASSERT_EQ(get_ref_for_path(host.folder.Path().c_str(), &folder), B_OK);
+    for (const uint32 step : {kBuildMenuBar, kBuildGlobalControls, kArrangeWindow, kShowWindow}) {
+        auto* const window = new Simulation({40, 40, 240, 240}, &host);
+        window->Init(std::make_unique<BMessage>(TestResources().NewSimulation()), folder, nullptr,
+                     true);
+        host.application->WaitFor(step);
+        // The next step comes by way of the application.
+        ASSERT_TRUE(host.application->Lock());
+        const BMessenger target(static_cast<BHandler*>(window));
+        const BMessage ping(FourCC("ping"));
+        BMessage reply;
+        EXPECT_EQ(target.SendMessage(&ping, &reply), B_OK);
+        window->ReLoad(std::make_unique<BMessage>(PlanetRecord()), folder, "planets");
+        host.application->Unlock();
+        host.application->WaitFor(kSimulationShown);
+        const BMessage save(kSave);
+        EXPECT_EQ(target.SendMessage(&save, &reply), B_OK);
+        EXPECT_EQ(window->Title(), "planets");
+        BMessage saved;
+        EXPECT_FALSE(SimulationFile::Read(host.Path("planets"), &saved).Failed());
+        SimulationDocument document(nullptr);
+        EXPECT_FALSE(document.Load(saved).Failed());
+        EXPECT_EQ(document.Portal()->BodiesInMassOrder().size(), 4u);
+        if (window->Lock()) window->Quit();
+    }
+}
 
 TEST_F(SimulationSavingTest, AnUntouchedWindowTakesOneFileAfterTheOther) {
     TestSimulation simulation(&host);

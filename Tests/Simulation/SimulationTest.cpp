@@ -3,15 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <set>
 
 #include "AppDefs.h"
+#include "BApplication.h"
 #include "BMenuBar.h"
 #include "BStringView.h"
 #include "CollisionMailbox.h"
 #include "Epoch.h"
 #include "EpochPortal.h"
+#include "MessageWindow.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
 #include "SampleDocument.h"
@@ -56,6 +59,29 @@ TEST_F(SimulationTest, BuildsItselfThroughTheApplicationAndShowsADisplay) {
     for (const uint32 step : {kBuildMenuBar, kBuildGlobalControls, kShowWindow, FourCC("bld9")})
         simulation.Send(step);
     EXPECT_EQ(simulation.CountDisplays(), 1u);
+}
+
+// Keeps the window's thread at the end of reading until the box that says so is seen.
+struct SlowHost : TestHost {
+    void NoteDocument(const char* path) override {
+        const bigtime_t end = system_time() + 10'000'000;
+        while (!wasSeen && system_time() < end) {
+            snooze(5000);
+            for (int32 i = 0; i < BApplication::CountWindows(); i++)
+                if (const auto* const box = dynamic_cast<MessageWindow*>(BApplication::WindowAt(i));
+                    box != nullptr && box->ID() == MessageWindow::kBuilding && !box->IsHidden())
+                    wasSeen = true;
+        }
+        TestHost::NoteDocument(path);
+    }
+    std::atomic<bool> wasSeen{false};
+};
+
+TEST(SimulationBuilding, ABoxIsSeenWhileADocumentTakesLongToBeRead) {
+    SlowHost host;
+    TestSimulation simulation(&host, PlanetRecord(), "slow");
+    EXPECT_TRUE(host.wasSeen);
+    EXPECT_TRUE(simulation->IsActive());
 }
 
 TEST_F(SimulationTest, EveryShortcutDoesOneThing) {

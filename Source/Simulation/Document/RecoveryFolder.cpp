@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <system_error>
 
 #include "BMessage.h"
@@ -47,12 +48,17 @@ std::string StemOf(const std::string& documentName) {
     return stem.empty() || stem.front() == '.' ? '_' + stem : stem;
 }
 
-// What the system calls the program that this process runs; empty when there is none.
+// What the system calls the program that this process runs; empty when there is none. One that has
+// ended and that its parent has not yet asked about runs nothing. The line is "7 (name) S ...", and
+// the name may hold anything.
 std::string ProgramOf(const std::string& process) {
-    std::string program;
-    std::ifstream file("/proc/" + process + "/comm");
-    std::getline(file, program);
-    return program;
+    std::ifstream file("/proc/" + process + "/stat");
+    const std::string line{std::istreambuf_iterator<char>(file), {}};
+    const std::size_t begin = line.find('(');
+    const std::size_t end = line.rfind(") ");
+    if (begin == std::string::npos || end == std::string::npos) return {};
+    const char state = line[end + 2];
+    return state == 'Z' || state == 'X' ? "" : line.substr(begin + 1, end - begin - 1);
 }
 
 // It still works on the document of its copy. The number of one that has ended may be another
