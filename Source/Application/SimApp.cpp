@@ -73,21 +73,22 @@ SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
       menus_(texts_, resources->MassUnits(), resources->DistanceUnits(), resources->SpeedUnits(),
              resources->TimeUnits(), InstalledExamples()),
       icon_(ProgramIcons::Mini()),
+      largeIcon_(ProgramIcons::Large()),
       context_{&texts_,
                &resources->MassUnits(),
                &resources->DistanceUnits(),
                &resources->SpeedUnits(),
                &resources->TimeUnits(),
                &menus_,
-               &icon_},
+               &icon_,
+               &largeIcon_},
       recovery_(recovery),
       openPanel_(this),
       newSimulation_(resources->NewSimulation()),
       openRequests_(resources),
       recoveryOffers_(this, &texts_),
       copyTimes_(MessengerTo(this), BMessage(kCopyTime), kCopyInterval) {
-    const BBitmap largeIcon = ProgramIcons::Large();
-    WindowServer::SetProgramIcon(&largeIcon);
+    WindowServer::SetProgramIcon(&largeIcon_);
     ReadSettings();
     if (!newSimulation_.IsEmpty()) openPanel_.PutAreaInto(&newSimulation_);
     AbEpoch::origin.SetName(texts_.Label(kLabelOrigin));

@@ -109,6 +109,7 @@ private:
     const ResourceTexts texts_;
     const MenuArchives menus_;
     const BBitmap icon_;
+    const BBitmap largeIcon_;
     const DisplayContext context_;
     const Recovery recovery_;
 

@@ -32,8 +32,18 @@ private:
     void LoadBodies();
     void ComputeKissDist();
     void StoreBodies() const;
-    void AddCollisions();
+    [[nodiscard]] bool IsFinite() const;
+    // Makes the batch's reports, and returns how many.
+    int32 MakeReports();
+    // These make the next report. False: there is none to make, and the batch ends.
+    bool ReportCollision();
+    bool ReportStep();
+    bool ReportStraight();
     void TakeStep();
+    // Goes back to the last report whose numbers are finite, and ends the run there; returns how
+    // many reports of the batch are left.
+    int32 EndAtFiniteReport();
+    void EndRun(RunEnding::Reason reason);
 
     // During a batch the bodies' state lives here. Body objects are written at the end of it: the
     // write lock is held until then, so nobody can see them earlier.
@@ -45,7 +55,7 @@ private:
     const AbEpoch* epoch_ = nullptr;  // of the last run; only compared
     double runCutoff_ = 0.0;
     int32 loadedBodies_ = 0;
-    int32 iteration_ = 0;  // steps since the last promotion
+    int32 iteration_ = 0;  // steps since the last promotion; stays at the greatest number
     // Reports are at anchor + elapsed: the sum of the steps of the whole run, not a running sum of
     // times and not of the steps of a batch, whose size follows the clock.
     bool anchored_ = false;

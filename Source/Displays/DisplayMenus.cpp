@@ -54,7 +54,7 @@ void DisplayMenus::AddAppMenu() {
     if (menu == nullptr) return;
     menu->SetTargetForItems(static_cast<BHandler*>(be_app));
     auto* const item = new BMenuItem(menu);
-    if (context_.icon != nullptr) item->SetIcon(context_.icon);
+    if (context_.icon != nullptr) item->SetIcon(context_.icon, context_.fineIcon);
     bar_->AddItem(item);
 }
 

@@ -17,6 +17,7 @@
 #include "EpochListing.h"
 #include "NumberText.h"
 #include "ProgramResources.h"
+#include "RunEndingText.h"
 #include "RunnerTexts.h"
 #include "SimulationFile.h"
 #include "StateDigest.h"
@@ -38,6 +39,20 @@ bool IsSameFile(const std::string& a, const std::string& b) {
     const auto first = std::filesystem::weakly_canonical(a, error);
     const auto second = std::filesystem::weakly_canonical(b, error);
     return !error && first == second;
+}
+
+RunSummary::Ending EndingFor(RunEnding::Reason reason) {
+    switch (reason) {
+        case RunEnding::Reason::kNotFinite:
+            return RunSummary::Ending::kNotFinite;
+        case RunEnding::Reason::kTimeStands:
+            return RunSummary::Ending::kTimeStands;
+        case RunEnding::Reason::kNotMerged:
+            return RunSummary::Ending::kNotMerged;
+        case RunEnding::Reason::kNothingInteracts:
+            break;
+    }
+    return RunSummary::Ending::kNothingInteracts;
 }
 
 }  // namespace
@@ -173,6 +188,7 @@ void Runner::WaitForEnd() {
     }
     control_.Pause();
     touches_ = collisions_.Take();
+    if (const auto ending = collisions_.TakeEnding()) ending_ = ending;
     seconds_ = std::chrono::duration<double>(Clock::now() - begin_).count();
 }
 
@@ -190,11 +206,13 @@ bool Runner::ResolveCollision(Progress* progress) {
         Note(FillIn(resources_.InterfaceLabel(kTextMerger),
                     {merger.survivorName, merger.absorbedName,
                      RoundedText(merger.time / Focus()->TimeUval(), kTimeDigits), unit}));
-    return true;
+    ending_ = result.unmerged;
+    return !ending_;
 }
 
 int Runner::WriteResults() {
     recorder_.End(!touches_.IsEmpty());
+    TellEnding();
     if (const int error = csvFile_.Close(); error != 0)
         return Fail(*options_.csv, std::strerror(error));
     if (options_.save)
@@ -203,7 +221,24 @@ int Runner::WriteResults() {
         if (const int status = WritePicture(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
     if (const int status = ListEpochTree(); status != kDone) return status;
-    return events_.Signal() == 0 ? kDone : kStoppedBySignal + events_.Signal();
+    return EndStatus();
+}
+
+// A run that could not go on is a failure, and told even to those who want no notes.
+void Runner::TellEnding() {
+    if (!ending_) return;
+    const std::string text = FillIn(resources_.InterfaceLabel(kTextRunEnded),
+                                    {RunEndingText(*ending_, document_.Portal(), resources_)});
+    if (ending_->reason == RunEnding::Reason::kNothingInteracts)
+        Note(text);
+    else
+        Print(text);
+}
+
+int Runner::EndStatus() const {
+    if (events_.Signal() != 0) return kStoppedBySignal + events_.Signal();
+    const bool couldGoOn = !ending_ || ending_->reason == RunEnding::Reason::kNothingInteracts;
+    return couldGoOn ? kDone : kCouldNotGoOn;
 }
 
 int Runner::Save() {
@@ -272,6 +307,8 @@ RunSummary Runner::Summarize() {
         summary.ending = RunSummary::Ending::kCollision;
     else if (events_.Signal() != 0)
         summary.ending = RunSummary::Ending::kInterrupted;
+    else if (ending_)
+        summary.ending = EndingFor(ending_->reason);
     return summary;
 }
 
@@ -287,10 +324,14 @@ int Runner::PrintText(const std::string& path, const std::string& text) {
 
 int Runner::Fail(const std::string& file, const std::string& reason) const {
     const std::string text = FillIn(resources_.InterfaceLabel(kTextFailure), {file, reason});
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    Print(text);
     return kCouldNot;
 }
 
 void Runner::Note(const std::string& text) const {
-    if (!options_.quiet) std::fwrite(text.data(), 1, text.size(), stderr);
+    if (!options_.quiet) Print(text);
+}
+
+void Runner::Print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stderr);
 }

@@ -29,6 +29,7 @@ public:
     static constexpr int kDone = 0;
     static constexpr int kCouldNot = 1;
     static constexpr int kUsage = 2;
+    static constexpr int kCouldNotGoOn = 3;
     static constexpr int kStoppedBySignal = 128;  // plus the signal's number
 
     Runner(const Options& options, const ProgramResources& resources);
@@ -48,6 +49,8 @@ private:
     void RunStarting() override;
     void WaitForEnd();
     [[nodiscard]] bool ResolveCollision(Progress* progress);
+    void TellEnding();
+    [[nodiscard]] int EndStatus() const;
     int ListEpochTree();
     int WriteResults();
     int Save();
@@ -57,6 +60,7 @@ private:
     int Fail(const std::string& file, const std::string& reason) const;
     int FailPicture(const AtomicFile& file) const;
     void Note(const std::string& text) const;
+    static void Print(const std::string& text);
     [[nodiscard]] AbEpoch* Focus() { return document_.Portal()->FocusEpoch(); }
     [[nodiscard]] RunSummary Summarize();
 
@@ -77,4 +81,5 @@ private:
     double seconds_ = 0.0;  // of real time that the run has taken
     MergerTotals mergers_;
     BMessage touches_;  // the pairs that ended the run, if any did
+    std::optional<RunEnding> ending_;
 };

@@ -45,6 +45,7 @@ enum RunnerText : int32 {
     kTextUndefined = 4150,       // in place of a number that has no meaning for this document
     kTextMerger = 4151,          // %1: survivor, %2: absorbed, %3: time, %4: unit
     kTextSummaryMergers = 4152,  // %1: count, %2: kinetic energy lost
+    kTextRunEnded = 4153,        // %1: one of the texts of DocumentTexts.h
 
     // What is wrong with an edit.
     kTextEdit = 4160,          // %1: the edit, %2: what is wrong with it

@@ -18,6 +18,7 @@
 #include "ProgramResources.h"
 #include "ProjectionDisplay.h"
 #include "QuantityText.h"
+#include "RunEndingText.h"
 #include "SimulationHost.h"
 #include "SimulationMenus.h"
 #include "SimulationTexts.h"
@@ -314,6 +315,9 @@ bool Simulation::RunMessage(BMessage* message) {
         case CollisionMailbox::kCollisionMessage:
             Collide(*message);
             break;
+        case RunEnding::kMessage:
+            if (const auto ending = RunEnding::From(*message)) EndRun(*ending);
+            break;
         case B_PULSE:
             if (run_.PauseCount() <= 0) controls_.ShowRun();
             break;
@@ -390,6 +394,12 @@ void Simulation::Collide(const BMessage& message) {
         history_->MarkUnsaved();
         controls_.ShowHistory();
     }
+    if (result.unmerged) EndRun(*result.unmerged);
+}
+
+void Simulation::EndRun(const RunEnding& ending) {
+    run_.PauseForUser();
+    controls_.ShowMessage(RunEndingText(ending, document_.Portal(), host_->Resources()));
 }
 
 // --- Observer ---

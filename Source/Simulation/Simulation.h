@@ -85,6 +85,8 @@ private:
     void Reply(const BMessage& message);
     void PassToApplication(const BMessage& message, bool withThis);
     void Collide(const BMessage& message);
+    // The run has ended by itself.
+    void EndRun(const RunEnding& ending);
     void Tell(const std::string& text);
 
     // --- Reading a document ---

@@ -83,8 +83,7 @@ void SimulationControls::Redisplay(int32 changes) {
     bodySettings_->Redisplay(changes);
     globalControls_->Redisplay(changes);
     ShowHistory();
-    // The figures are of a run that ended in another epoch.
-    if ((changes & kFocusEpochChanged) != 0) status_->ShowRun({}, 1.0);
+    if ((changes & kFocusEpochChanged) != 0) status_->ForgetRun();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
     EpochPortal* const portal = document_->Portal();
     portal->ReadLock();
@@ -132,7 +131,7 @@ void SimulationControls::NoteMergers(const MergeResult& merged) {
         FillIn(resources.InterfaceLabel(kTextMerger), {first.absorbedName, first.survivorName});
     if (const std::size_t more = merged.mergers.size() - 1; more > 0)
         text = FillIn(resources.InterfaceLabel(kTextManyMergers), {text, std::to_string(more)});
-    ShowMessage(text);
+    if (status_ != nullptr) status_->ShowRunEvent(text);
 }
 
 // --- Entries ---

@@ -66,7 +66,7 @@ void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* h
         if (auto* const recent = dynamic_cast<RecentMenu*>(menu->SubmenuAt(i)); recent != nullptr)
             recent->SetRequester(simulation);
     auto* const item = new BMenuItem(menu);
-    if (context.icon != nullptr) item->SetIcon(context.icon);
+    if (context.icon != nullptr) item->SetIcon(context.icon, context.fineIcon);
     bar_->AddItem(item);
 }
 

@@ -15,17 +15,7 @@ namespace {
 constexpr int kRateDigits = 3;
 constexpr double kLongRate = 1e3;
 constexpr double kLongestRate = 1e12;
-constexpr std::size_t kGroup = 3;
-constexpr const char* kNarrowSpace = "\u202f";
 constexpr float kLineSpacing = 2.0f;
-
-// Thousands apart, by a narrow space that no line is broken at: the same in every language.
-std::string Grouped(std::string digits) {
-    for (std::size_t end = std::min(digits.find_first_not_of("0123456789"), digits.size());
-         end > kGroup; end -= kGroup)
-        digits.insert(end - kGroup, kNarrowSpace);
-    return digits;
-}
 
 // Rounded to three digits, and without an exponent as long as that can be read.
 std::string RateText(double rate) {
@@ -46,8 +36,8 @@ StatusLine::StatusLine(const ProgramResources* resources)
       resources_(resources),
       figuresView_(new BStringView("Figures", "")),
       message_(new BStringView("Message", "")) {
-    figuresView_->SetAccessibleName(resources_->InterfaceLabel(kTextStatusFigures).c_str());
-    message_->SetAccessibleName(resources_->InterfaceLabel(kTextStatusMessage).c_str());
+    figuresView_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusFigures).c_str());
+    message_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusMessage).c_str());
     // A long text must not widen the window.
     for (BStringView* const view : {figuresView_, message_}) {
         view->SetExplicitMinSize(1.0f, -1.0f);
@@ -84,7 +74,19 @@ void StatusLine::ShowFigures() {
     figuresView_->SetText((bodies_ + run_).c_str());
 }
 
+void StatusLine::ShowRunEvent(const std::string& text) {
+    ShowMessage(text);
+    isRunEvent_ = true;
+}
+
+void StatusLine::ForgetRun() {
+    run_.clear();
+    ShowFigures();
+    if (isRunEvent_) ShowMessage("");
+}
+
 void StatusLine::ShowMessage(const std::string& text) {
+    isRunEvent_ = false;
     message_->SetText(text.c_str());
     message_->SetToolTip(text.c_str());
 }

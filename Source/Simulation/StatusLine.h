@@ -20,6 +20,10 @@ public:
     void ShowRun(const RunMonitor::Figures& figures, double timeUval);
     // Longer ones than there is room for are cut; the tool tip has all of it.
     void ShowMessage(const std::string& text);
+    // The same for what happened in the run.
+    void ShowRunEvent(const std::string& text);
+    // Another epoch is shown than the one that the run made: its figures and its last event go.
+    void ForgetRun();
 
 private:
     void ShowFigures();
@@ -29,4 +33,5 @@ private:
     BStringView* const message_;
     std::string bodies_;
     std::string run_;
+    bool isRunEvent_ = false;  // the message
 };

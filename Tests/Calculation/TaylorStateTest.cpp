@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include "Body.h"
@@ -112,4 +113,25 @@ TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
     source->Regenerate(nullptr);
     EXPECT_EQ(Doubles(ArchiveOf(*source), "DelR"), Doubles(whole, "DelR"));
     EXPECT_EQ(Iteration(ArchiveOf(*source)), 0);
+}
+
+// Whatever the record holds: what it has too much is left, and its counter cannot overflow.
+TEST(TaylorCalculator, RegenerateTakesAnyStepCountAndLeavesWhatIsTooMuch) {
+    TestSystem system(Planets(3, 2), 4, 1e-6);
+    const auto source = MakeCalculator(&system);
+    system.Run(source.get(), 20);
+    const BMessage whole = ArchiveOf(*source);
+    for (const int32 count : {std::numeric_limits<int32>::max(), -5}) {
+        BMessage state = whole;
+        state.ReplaceInt32("Iter", count);
+        state.AddDouble("DelR", 7.0);
+        state.AddDouble("DelV", 8.0);
+        const auto calculator = MakeCalculator(&system);
+        calculator->Regenerate(&state);
+        EXPECT_EQ(Doubles(ArchiveOf(*calculator), "DelR"), Doubles(whole, "DelR"));
+        EXPECT_EQ(Iteration(ArchiveOf(*calculator)), count);
+        // The parts are promoted at once where they are long due.
+        system.Run(calculator.get(), 4);
+        EXPECT_EQ(Iteration(ArchiveOf(*calculator)), count < 0 ? -1 : 3);
+    }
 }

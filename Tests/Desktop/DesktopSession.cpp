@@ -178,6 +178,11 @@ void DesktopSession::MoveMouse(const Window& window, QPoint to) const {
     Hand({"mousemove", "--window", window, Text(to.x()), Text(to.y())});
 }
 
+void DesktopSession::Click(QPoint at) const {
+    Hand({"mousemove", Text(at.x()), Text(at.y())});
+    Hand({"click", "1"});
+}
+
 void DesktopSession::DoubleClick(const Window& window, QPoint at) const {
     MoveMouse(window, at);
     Hand({"click", "--repeat", "2", "--delay", "60", "1"});

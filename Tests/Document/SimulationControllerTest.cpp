@@ -126,4 +126,24 @@ TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {
     EXPECT_EQ(BodyColors::Next(5, inUse), BodyColors::At(5));
 }
 
+// Resumed it would find the same bodies again, for ever.
+TEST_F(SimulationControllerTest, ARunIsPausedWhereBodiesTouchThatCannotBeMerged) {
+    Portal()->WriteLock();
+    for (const int64 id : {0, 1})
+        Focus()->SystemFromID(id)->SetRadius(1e120);
+    Portal()->WriteUnlock();
+    BMessage touching(FourCC("clsn"));
+    touching.AddInt64("p", 1);
+    touching.AddInt64("q", 0);
+    run_.UnPause();
+    int told = 0;
+    const MergeResult result =
+        controller_.Collide(touching, [&told](const MergeResult&) { told++; });
+    EXPECT_TRUE(result.unmerged);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(run_.PauseCount(), 1);
+    EXPECT_TRUE(run_.UserPaused());
+    EXPECT_EQ(CountBodies(), 4u);
+}
+
 }  // namespace

@@ -8,8 +8,8 @@
 
 namespace {
 
-// The simulation's window at the screen's edge, the display beside it.
-constexpr BPoint kWindowPlace{12.0f, 40.0f};
+// Beside the simulation's window, which has no place yet: then the program moves displays clear of
+// it, however wide it is with the fonts of the day.
 constexpr BRect kDisplayFrame{428.0f, 40.0f, 1085.0f, 596.0f};
 // What the frame leaves in height for the picture when menu bar and scroll bar are taken off.
 constexpr double kPicturePixels = 520.0;
@@ -44,7 +44,6 @@ status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, 
     if (status == B_OK) status = record->AddInt64("Cur Sys", focusID);
     if (status == B_OK) status = record->AddInt32("Body Name Index", 0);
     if (status == B_OK) status = AddDisplay(text, record);
-    if (status == B_OK) status = record->AddPoint("Edit at", kWindowPlace);
     return status;
 }
 

@@ -10,9 +10,6 @@
 
 namespace {
 
-// Parts of a body's position and velocity that a calculator state stores.
-constexpr int64 kPositionParts = 15;
-constexpr int64 kVelocityParts = 12;
 constexpr const char* kGroupField = "Bodies";
 
 // A record, and how far the walk through the records nested in it has come.
@@ -54,30 +51,9 @@ DocumentError CheckSystem(const MassSystem& system) {
     return {};
 }
 
-bool CountIs(const BMessage& state, const char* name, type_code wanted, int64 wantedCount) {
-    type_code type = 0;
-    int32 count = 0;
-    return state.GetInfo(name, &type, &count) == B_OK && type == wanted && count == wantedCount;
-}
-
-// A state without identifiers or without a step count is one that is not used, and no fault.
-bool CalculatorStateFits(const BMessage& state) {
-    int32 bodies = 0;
-    int32 steps = 0;
-    if (state.GetInfo("IDs", nullptr, &bodies) != B_OK || !state.HasName("Iter")) return true;
-    // The count goes on from the stored one: leave it room.
-    return CountIs(state, "IDs", B_INT64_TYPE, bodies) &&
-           CountIs(state, "DelR", B_DOUBLE_TYPE, bodies * kPositionParts) &&
-           CountIs(state, "DelV", B_DOUBLE_TYPE, bodies * kVelocityParts) &&
-           state.FindInt32("Iter", &steps) == B_OK && steps >= 0 && steps < INT32_MAX;
-}
-
 DocumentError CheckEpoch(const AbEpoch& epoch) {
     if (!std::isfinite(epoch.Time())) return DocumentError::Content(kTextBadTime, epoch.Name());
     if (epoch.RootSystem() == nullptr) return DocumentError::Content(kTextNoSystem, epoch.Name());
-    if (const BMessage* state = epoch.CalculatorState();
-        state != nullptr && !CalculatorStateFits(*state))
-        return DocumentError::Content(kTextBadCalculatorState, epoch.Name());
     return CheckSystem(*epoch.RootSystem());
 }
 

@@ -14,5 +14,5 @@ class BMessage;
 DocumentError CheckRecord(const BMessage& record);
 
 // The first fault in visiting order: no epoch at all; a time, position, velocity, mass or radius
-// that is not finite; a calculator state whose fields do not fit each other.
+// that is not finite. A calculator state that does not fit is none: the calculator leaves it.
 DocumentError CheckEpochs(const std::vector<std::unique_ptr<AbEpoch>>& topLevel);

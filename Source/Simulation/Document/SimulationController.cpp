@@ -270,6 +270,7 @@ MergeResult SimulationController::Collide(const BMessage& collisions, const Merg
     MergeResult result = MergeCollidingBodies(
         Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner), run_->EndedIn());
     if (merged) merged(result);
+    if (result.unmerged) run_->PauseForUser();
     run_->UnRest();
     return result;
 }

@@ -62,7 +62,8 @@ public:
     bool Undo();
     bool Redo();
 
-    // Resolves a collision message of the calculator; a run goes on from the merged state.
+    // Resolves a collision message of the calculator; a run goes on from the merged state, or is
+    // paused where bodies touch that cannot be merged.
     // `merged`, if given, is called between the two, with the calculator at rest.
     using Merged = std::function<void(const MergeResult&)>;
     MergeResult Collide(const BMessage& collisions, const Merged& merged = {});

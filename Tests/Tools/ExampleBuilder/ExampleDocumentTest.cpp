@@ -63,6 +63,8 @@ TEST_F(ExampleDocument, IsReadAsItWasMeant) {
     EXPECT_EQ(scale, 1e-9);
     EXPECT_EQ(display.FindInt32("Sup axis", &axis), B_OK);
     EXPECT_EQ(axis, 2);
+    // It stands beside the window, wherever that is.
+    EXPECT_FALSE(record.HasName("Edit at"));
 
     std::vector<std::string> description(3);
     for (int32 i = 0; i < 3; i++)
