@@ -108,10 +108,6 @@ void WaitFor(const std::string& title) {
 
 void Activate(const std::string& title) {
     InWindow(title, [](QWidget& window) { window.activateWindow(); });
-    static_cast<void>(AppDriver::WaitUntil([&] {
-        return AskWindow(title, false,
-                         [](const QWidget& window) { return window.isActiveWindow(); });
-    }));
 }
 
 std::string PageText(const std::string& title) {
