@@ -15,6 +15,10 @@
 #include "BNodeInfo.h"
 #include "BPath.h"
 #include "DocumentError.h"
+#include "GuideWindow.h"
+#include "HelpMenu.h"
+#include "HelpTexts.h"
+#include "InstalledFiles.h"
 #include "InterfaceLabels.h"
 #include "LocalRequests.h"
 #include "MessageWindow.h"
@@ -67,7 +71,7 @@ SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
       resources_(resources),
       texts_(resources),
       menus_(texts_, resources->MassUnits(), resources->DistanceUnits(), resources->SpeedUnits(),
-             resources->TimeUnits()),
+             resources->TimeUnits(), InstalledExamples()),
       icon_(ProgramIcons::Mini()),
       largeIcon_(ProgramIcons::Large()),
       context_{&texts_,
@@ -250,6 +254,16 @@ void SimApp::OpenRecent(const BMessage& message) {
     }
 }
 
+// A copy: it is in no file yet.
+void SimApp::OpenExample(const BMessage& message) {
+    std::string path;
+    if (message.FindString("path", &path) != B_OK) return;
+    OpenInsteadOfFirst(path, [&](Simulation* simulation, std::unique_ptr<BMessage> archive) {
+        simulation->InitCopy(std::move(archive), openPanel_.Directory(),
+                             BPath(path.c_str()).Leaf());
+    });
+}
+
 // The empty simulation that the program began with has served its purpose, if all goes well.
 void SimApp::OpenInsteadOfFirst(
     const std::string& path,
@@ -391,6 +405,8 @@ void SimApp::Quit() {
     for (MessageWindow* const box : boxes_)
         if (box->Lock()) box->Quit();
     boxes_.clear();
+    if (guide_ != nullptr && guide_->Lock()) guide_->Quit();
+    guide_ = nullptr;
     BApplication::Quit();
 }
 
@@ -418,6 +434,16 @@ void SimApp::MessageWindowClosed(const void* window) {
     MessageWindow* const box = *found;
     boxes_.erase(found);
     if (box->Lock()) box->Quit();
+}
+
+void SimApp::ShowGuide() {
+    const std::string page = GuidePath();
+    if (!BEntry(page.c_str()).Exists())
+        return ShowBox(MessageWindow::kNoGuide, kTextGuideTitle,
+                       FillIn(texts_.Label(kTextNoGuide), {page}));
+    if (guide_ == nullptr) guide_ = new GuideWindow(page, texts_);
+    guide_->Show();
+    guide_->Activate();
 }
 
 void SimApp::Activate() {
@@ -462,6 +488,10 @@ void SimApp::MessageReceived(BMessage* message) {
             return openPanel_.Show(FindOpen(pointer));
         case kOpenRecent:
             return OpenRecent(*message);
+        case ExampleMenu::kOpenExample:
+            return OpenExample(*message);
+        case HelpMenu::kShowGuide:
+            return ShowGuide();
         case kClearRecent:
             return RecentDocuments::Shared().Set({});
         case kSimulationShown:

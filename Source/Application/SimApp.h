@@ -25,6 +25,7 @@
 #include "SimulationHost.h"
 #include "entry_ref.h"
 
+class GuideWindow;
 class MessageWindow;
 class Simulation;
 
@@ -89,6 +90,7 @@ private:
     void OpenInsteadOfFirst(
         const std::string& path,
         const std::function<void(Simulation*, std::unique_ptr<BMessage>)>& init);
+    void OpenExample(const BMessage& message);
     void OpenHandedOver(const BMessage& message);
     void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse,
                   const OpenRequests::Request& request);
@@ -107,6 +109,7 @@ private:
     // Shows it, or brings the one with the same id to the front.
     void ShowBox(int32 id, int32 title, const std::string& text);
     void MessageWindowClosed(const void* window);
+    void ShowGuide();
 
     const ProgramResources* const resources_;
     const ResourceTexts texts_;
@@ -119,6 +122,7 @@ private:
     std::vector<Simulation*> simulations_;
     int untitledCount_ = 0;
     std::vector<MessageWindow*> boxes_;  // that only tell something
+    GuideWindow* guide_ = nullptr;       // null until it is asked for
     OpenPanel openPanel_;
     BMessage newSimulation_;
     OpenRequests openRequests_;

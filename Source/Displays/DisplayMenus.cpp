@@ -9,6 +9,7 @@
 #include "BMessage.h"
 #include "Display.h"
 #include "DisplayContext.h"
+#include "HelpMenu.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "MassSystem.h"
@@ -37,6 +38,7 @@ DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context)
     AddSimulationMenu();
     AddDisplayMenu();
     AddViewMenu();
+    bar_->AddItem(new HelpMenu(*context.texts));
 }
 
 BMenuItem* DisplayMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key) {

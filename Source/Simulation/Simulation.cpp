@@ -74,6 +74,13 @@ void Simulation::Init(std::unique_ptr<BMessage> archive, const entry_ref& direct
     StartBuilding();
 }
 
+void Simulation::InitCopy(std::unique_ptr<BMessage> archive, const entry_ref& directory,
+                          const std::string& name) {
+    archive_ = std::move(archive);
+    saver_.File().SetUntitled(directory, name);
+    StartBuilding();
+}
+
 void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy) {
     archive_ = std::move(archive);
     saver_.File().SetRecovered(copy, host_->Resources().InterfaceLabel(kLabelUntitled));

@@ -41,6 +41,9 @@ public:
     // the maker's lock: the last call of its maker.
     void Init(std::unique_ptr<BMessage> archive, const entry_ref& directory, const char* name,
               bool isNewlyCreated);
+    // Instead of Init: a document that has no file yet; the name is the one to save it by.
+    void InitCopy(std::unique_ptr<BMessage> archive, const entry_ref& directory,
+                  const std::string& name);
     // Instead of Init: the record is that of a recovery copy. The simulation has its old name and
     // place, and is not saved.
     void InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy);

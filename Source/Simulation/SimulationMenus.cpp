@@ -7,6 +7,7 @@
 #include "BMenuBar.h"
 #include "BMessage.h"
 #include "DisplayContext.h"
+#include "HelpMenu.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "MenuArchives.h"
@@ -38,6 +39,7 @@ SimulationMenus::SimulationMenus(const Simulation* simulation, SimulationHost* h
     AddBodiesMenu();
     AddSimulationMenu(host);
     AddDisplayMenu();
+    bar_->AddItem(new HelpMenu(texts_));
 }
 
 BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key,

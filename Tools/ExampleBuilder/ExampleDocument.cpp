@@ -27,6 +27,14 @@ status_t AddDisplay(const ExampleText& text, BMessage* record) {
     return status;
 }
 
+// For the menu of examples. Readers of documents skip it.
+status_t AddDescription(const ExampleText& text, BMessage* record) {
+    status_t status = text.title.empty() ? B_OK : record->AddString("Description", text.title);
+    for (const std::string& line : text.see)
+        if (status == B_OK && !text.title.empty()) status = record->AddString("Description", line);
+    return status;
+}
+
 status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, BMessage* record) {
     BMessage archive(B_ARCHIVED_OBJECT);
     status_t status = epoch.Archive(&archive);
@@ -52,6 +60,8 @@ DocumentError WriteExample(const std::string& path, const ExampleText& text, con
     if (error.Failed()) return error;
     BMessage stored;
     error = document.Store(&stored, true);
+    if (error.Failed()) return error;
+    error = DocumentError::Record(AddDescription(text, &stored));
     if (error.Failed()) return error;
     return SimulationFile::Write(path, stored);
 }

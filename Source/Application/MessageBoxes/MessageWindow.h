@@ -31,6 +31,7 @@ public:
     static constexpr int32 kBuilding = 3;
     static constexpr int32 kRecovery = 4;
     static constexpr int32 kNotFound = 5;
+    static constexpr int32 kNoGuide = 6;
 
     // To a box that was made and not yet shown, whose owner may be busy: show yourself.
     static constexpr uint32 kShowSelf = FourCC("shwb");
