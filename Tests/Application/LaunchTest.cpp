@@ -17,6 +17,15 @@
 
 namespace {
 
+// What no program of ours would write.
+void PutUnchecked(const std::string& path, const BMessage& record) {
+    std::vector<std::byte> bytes;
+    EXPECT_EQ(record.Flatten(&bytes), B_OK);
+    std::ofstream(path, std::ios::binary)
+        << SimulationFile::kTag
+        << std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
+
 constexpr const char* kQuestion = "Orvek (New Simulation): Message";
 
 class LaunchTest : public testing::Test {
@@ -114,7 +123,7 @@ TEST_F(LaunchTest, FilesReplaceAnUntouchedWindowOnly) {
 // Never nothing, and never the end of the program.
 TEST_F(LaunchTest, AWindowTellsWhatCannotBeOpened) {
     const std::string bad = Path("bad");
-    ASSERT_FALSE(SimulationFile::Write(bad, BadRecord()).Failed());
+    PutUnchecked(bad, BadRecord());
     const std::string text = Path("text");
     std::ofstream(text) << "no document";
     const std::string good = Document("good");
@@ -319,7 +328,10 @@ TEST_F(RecoveryTest, ACopyThatCannotBeUsedEndsNothing) {
     const RecoveryFolder copies(folder_.Path() + "/state/orvek/recovery");
     std::string bad;
     std::string good;
-    EXPECT_FALSE(copies.Keep(BadRecord(), "bad", "", &bad).Failed());
+    EXPECT_FALSE(copies.Keep(TestResources().NewSimulation(), "bad", "", &bad).Failed());
+    BMessage badCopy = BadRecord();
+    badCopy.AddString("Recovered name", "bad");
+    PutUnchecked(bad, badCopy);
     testing::internal::CaptureStderr();
     {
         AppDriver app(folder_.Path());
