@@ -3,9 +3,10 @@
 EXAMPLE ?= build/examples/planets.orvek
 DURATION ?= 10 yr
 PREFIX ?= /usr/local
+SECONDS ?= 60
 
 .DEFAULT_GOAL := help
-.PHONY: help run test bench examples check tidy screenshots install uninstall package clean packages
+.PHONY: help run test bench examples check fuzz tidy screenshots install uninstall package clean packages
 
 help:
 	@echo "make run        build, then open an example; without a display server integrate and draw it"
@@ -14,6 +15,7 @@ help:
 	@echo "make bench      build, then print the table of measurements"
 	@echo "make examples   build the documents of Examples/ into build/examples/"
 	@echo "make check      all of .ci/run: tests, style checks, sanitizers"
+	@echo "make fuzz       look for inputs that the program cannot take (SECONDS=$(SECONDS) for each kind)"
 	@echo "make tidy       build, then clang-tidy over every source, tests and analyzer included"
 	@echo "make screenshots  build, then make the pictures of the guide anew (two minutes)"
 	@echo "make install    build, then install below PREFIX=$(PREFIX), with DESTDIR before it"
@@ -45,6 +47,12 @@ examples: build/build.ninja
 
 check:
 	.ci/run
+
+fuzz:
+	@Tools/install-packages.sh build fuzz
+	cmake --preset fuzz
+	ninja -C build-fuzz fuzz
+	Tools/run-fuzz.sh $(SECONDS)
 
 tidy: build/build.ninja
 	@Tools/install-packages.sh checks

@@ -44,6 +44,14 @@ EndSignals::~EndSignals() {
     pthread_sigmask(SIG_SETMASK, &formerMask_, nullptr);
 }
 
+void EndSignals::LetThrough() const {
+    pthread_sigmask(SIG_UNBLOCK, &signals_, nullptr);
+}
+
+void EndSignals::Hold() const {
+    pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+}
+
 void EndSignals::Watch(const BMessenger& application) {
     arrivals_ = FileDescriptor(signalfd(-1, &signals_, SFD_CLOEXEC));
     stop_ = FileDescriptor(eventfd(0, EFD_CLOEXEC));

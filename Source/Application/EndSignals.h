@@ -18,6 +18,10 @@ public:
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
 
+    // Before Watch, on the thread that made this: from LetThrough to the next Hold a signal ends
+    // the program at once, as it does with others.
+    void LetThrough() const;
+    void Hold() const;
     // Starts to pass them on. Once.
     void Watch(const BMessenger& application);
 

@@ -10,6 +10,7 @@
 #include "BMessage.h"
 #include "BPath.h"
 #include "MyFilePanel.h"
+#include "PanelFolder.h"
 #include "Preferences.h"
 #include "ProgramMessages.h"
 #include "RememberedSettings.h"
@@ -48,7 +49,9 @@ void OpenPanel::TakeSettings(const RememberedSettings& settings) {
 }
 
 void OpenPanel::AddToSettings(RememberedSettings* settings) const {
-    static_cast<void>(get_path_for_ref(directory_, &settings->openIn));
+    std::string folder;
+    if (get_path_for_ref(directory_, &folder) == B_OK && !IsProgramsFolder(folder))
+        settings->openIn = folder;
     settings->hasArea = panel_ != nullptr;
     if (panel_ == nullptr) return;
     panel_->GetArea(&settings->openAt, &settings->openWidth, &settings->openHeight);

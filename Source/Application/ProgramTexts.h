@@ -8,7 +8,6 @@ enum ProgramText : int32 {
     kTextProgramHelp = 3400,
     kTextProgramVersion = 3401,  // %1: the version
     kTextProgramUsage = 3402,    // %1: the option that there is not
-    kTextCannotOpen = 3403,      // %1: the file, %2: why
 
     kTextRecoveryTitle = 3502,
     kTextRecovery = 3503,  // %1: the document, %2: day and time of the copy
@@ -17,6 +16,7 @@ enum ProgramText : int32 {
     kTextRecover = 3506,
     kTextNoDisplay = 3507,
     kTextNotFoundTitle = 3508,
-    kTextNotFound = 3509,         // %1: the document
-    kTextRecoveryUnsaved = 3510,  // %1: the document, %2: why
+    kTextNotFound = 3509,       // %1: the document
+    kTextMoreNotOpened = 3510,  // %1: what could not be opened and why, %2: how many more
+    kTextRecoveryUnsaved = 3511,  // %1: the document, %2: why
 };

@@ -20,10 +20,11 @@ void QuitRound::AskFirst() {
                           BMessage(B_QUIT_REQUESTED));
 }
 
-void QuitRound::Closed(const Simulation* simulation) {
+void QuitRound::Closed(const Simulation* simulation, const std::vector<Simulation*>& open) {
     if (left_.empty()) return;
     const bool wasAsked = left_.front() == simulation;
     std::erase(left_, simulation);
+    if (left_.empty()) left_.assign(open.begin(), open.end());
     if (wasAsked) AskFirst();
 }
 

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <new>
+#include <system_error>
 #include <thread>
 
 #include "AbEpoch.h"
@@ -14,7 +15,12 @@
 #include "BNodeInfo.h"
 #include "BPath.h"
 #include "DocumentError.h"
+#include "GuideWindow.h"
+#include "HelpMenu.h"
+#include "HelpTexts.h"
+#include "InstalledFiles.h"
 #include "InterfaceLabels.h"
+#include "LocalRequests.h"
 #include "MessageWindow.h"
 #include "ProgramIcons.h"
 #include "ProgramMessages.h"
@@ -23,6 +29,8 @@
 #include "RememberedSettings.h"
 #include "Simulation.h"
 #include "SimulationFile.h"
+#include "SimulationTexts.h"
+#include "SingleLaunch.h"
 #include "TextTemplate.h"
 #include "WindowServer.h"
 
@@ -63,22 +71,24 @@ SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
       resources_(resources),
       texts_(resources),
       menus_(texts_, resources->MassUnits(), resources->DistanceUnits(), resources->SpeedUnits(),
-             resources->TimeUnits()),
+             resources->TimeUnits(), InstalledExamples()),
       icon_(ProgramIcons::Mini()),
+      largeIcon_(ProgramIcons::Large()),
       context_{&texts_,
                &resources->MassUnits(),
                &resources->DistanceUnits(),
                &resources->SpeedUnits(),
                &resources->TimeUnits(),
                &menus_,
-               &icon_},
+               &icon_,
+               &largeIcon_},
       recovery_(recovery),
       openPanel_(this),
       newSimulation_(resources->NewSimulation()),
+      openRequests_(resources),
       recoveryOffers_(this, &texts_),
       copyTimes_(MessengerTo(this), BMessage(kCopyTime), kCopyInterval) {
-    const BBitmap largeIcon = ProgramIcons::Large();
-    WindowServer::SetProgramIcon(&largeIcon);
+    WindowServer::SetProgramIcon(&largeIcon_);
     ReadSettings();
     if (!newSimulation_.IsEmpty()) openPanel_.PutAreaInto(&newSimulation_);
     AbEpoch::origin.SetName(texts_.Label(kLabelOrigin));
@@ -122,59 +132,97 @@ void SimApp::ReadyToRun() {
 }
 
 void SimApp::ArgvReceived(const std::vector<std::string>& arguments) {
+    const auto request = OpenRequests::Begin(nullptr);
     for (std::size_t i = 1; i < arguments.size(); i++)
-        if (!arguments[i].starts_with("-")) OpenPath(arguments[i]);
+        if (!arguments[i].starts_with("-")) OpenPath(arguments[i], nullptr, request);
+    End(request);
 }
 
 void SimApp::RefsReceived(BMessage* message) {
-    // Who hands files over hears that they are in good hands.
-    SendReply(BMessage(B_REPLY));
     void* requester = nullptr;
     // A message from the open panel has the field, even if it holds no simulation.
     const bool isFromPanel = message->FindPointer(kSimulationField, &requester) == B_OK;
-    Simulation* reuse = nullptr;
-    if (IsOpen(requester) && static_cast<Simulation*>(requester)->IsNewlyCreated())
-        reuse = static_cast<Simulation*>(requester);
     // Deliberately the same window for all of them: of several files over an untouched window the
     // last one stays.
+    Simulation* const reuse = FindUntouched(requester);
+    const auto request = OpenRequests::Begin(FindOpen(requester));
     entry_ref ref;
     for (int32 i = 0; message->FindRef("refs", i, &ref) == B_OK; i++)
-        OpenFile(ref, isFromPanel, reuse);
+        OpenFile(ref, isFromPanel, reuse, request);
+    End(request);
 }
 
 // --- Simulations ---
 
-bool SimApp::IsOpen(const void* simulation) const {
-    return std::find(simulations_.begin(), simulations_.end(), simulation) != simulations_.end();
+Simulation* SimApp::FindOpen(const void* simulation) const {
+    const auto found = std::find(simulations_.begin(), simulations_.end(), simulation);
+    return found == simulations_.end() ? nullptr : *found;
 }
 
-void SimApp::CreateSimulation() {
+Simulation* SimApp::FindUntouched(const void* simulation) const {
+    Simulation* const found = FindOpen(simulation);
+    return found != nullptr && found->IsNewlyCreated() ? found : nullptr;
+}
+
+Simulation* SimApp::CreateSimulation() {
     BMessage record(newSimulation_);
     if (BPoint at; record.FindPoint("Edit at", &at) == B_OK) {
         const float aside = kAside * static_cast<float>(untitledCount_++ % kMaxAside);
         static_cast<void>(record.ReplacePoint("Edit at", {at.x + aside, at.y + aside}));
     }
-    CreateSimulation(record, openPanel_.Directory(), nullptr, true);
+    return CreateSimulation(record, openPanel_.Directory(), nullptr, true);
 }
 
-// Null when there is no memory for another simulation.
 Simulation* SimApp::CreateSimulation(const BMessage& archive, const entry_ref& directory,
                                      const char* name, bool isNewlyCreated) {
+    return BeginSimulation([&](Simulation* simulation) {
+        simulation->Init(std::make_unique<BMessage>(archive), directory, name, isNewlyCreated);
+    });
+}
+
+// Null when there is no memory, or no thread, for another simulation.
+Simulation* SimApp::BeginSimulation(const std::function<void(Simulation*)>& init) {
+    Simulation* simulation = nullptr;
     try {
-        auto record = std::make_unique<BMessage>(archive);
-        auto* const simulation = new Simulation(kFirstFrame, this);
+        simulation = new Simulation(kFirstFrame, this);
         simulations_.push_back(simulation);
-        simulation->Init(std::move(record), directory, name, isNewlyCreated);
+        init(simulation);
         return simulation;
     } catch (const std::bad_alloc&) {
-        return nullptr;
+    } catch (const std::system_error&) {
     }
+    if (std::erase(simulations_, simulation) > 0 && simulation->Lock()) simulation->Quit();
+    return nullptr;
+}
+
+void SimApp::SimulationShown(const void* pointer) {
+    Simulation* const simulation = FindOpen(pointer);
+    if (const auto reading = openRequests_.Take(simulation); reading) {
+        reading->request->opened = simulation;
+        if (Simulation* const replaced = FindUntouched(reading->replaced); replaced != nullptr)
+            DeleteSimulation(replaced);
+        End(reading->request);
+    }
+    // Not before: the new window would come over the box.
+    if (recovery_ == Recovery::kOffer) recoveryOffers_.Begin();
+}
+
+void SimApp::SimulationClosed(const void* pointer, const BMessage& message) {
+    Simulation* const simulation = FindOpen(pointer);
+    if (simulation == nullptr) return;
+    // What it could not read is told before it goes: the program would end with its last window.
+    if (const auto reading = openRequests_.Take(simulation); reading) {
+        if (std::string reason; message.FindString(kReasonField, &reason) == B_OK)
+            reading->request->complaints.push_back({reading->path, reason});
+        End(reading->request);
+    }
+    DeleteSimulation(simulation);
 }
 
 void SimApp::DeleteSimulation(Simulation* simulation) {
     if (std::erase(simulations_, simulation) == 0) return;
     if (simulation->Lock()) simulation->Quit();
-    quitRound_.Closed(simulation);
+    quitRound_.Closed(simulation, simulations_);
     QuitIfNothingIsLeft();
 }
 
@@ -186,19 +234,24 @@ void SimApp::QuitIfNothingIsLeft() {
 
 // --- Files ---
 
-void SimApp::OpenPath(const std::string& path) {
+void SimApp::OpenPath(const std::string& path, Simulation* reuse,
+                      const OpenRequests::Request& request) {
     entry_ref ref;
     if (get_ref_for_path(path.c_str(), &ref) == B_OK)
-        OpenFile(ref, false, nullptr);
+        OpenFile(ref, false, reuse, request);
     else
-        Complain(path, DocumentError::System(ENOENT));
+        Complain(request, path, DocumentError::System(ENOENT));
 }
 
 void SimApp::OpenRecent(const BMessage& message) {
     std::string path;
     if (message.FindString("path", &path) != B_OK) return;
     if (BEntry(path.c_str()).Exists()) {
-        OpenPath(path);
+        void* requester = nullptr;
+        message.FindPointer(kSimulationField, &requester);
+        const auto request = OpenRequests::Begin(FindOpen(requester));
+        OpenPath(path, FindUntouched(requester), request);
+        End(request);
     } else {
         RecentDocuments::Shared().Forget(path);
         ShowBox(MessageWindow::kNotFound, kTextNotFoundTitle,
@@ -206,34 +259,106 @@ void SimApp::OpenRecent(const BMessage& message) {
     }
 }
 
-// What is no document is not opened, and no box says so; standard error tells why.
-void SimApp::OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse) {
+// A copy: it is in no file yet.
+void SimApp::OpenExample(const BMessage& message) {
+    std::string path;
+    if (message.FindString("path", &path) != B_OK) return;
+    OpenInsteadOfFirst(path, [&](Simulation* simulation, std::unique_ptr<BMessage> archive) {
+        simulation->InitCopy(std::move(archive), openPanel_.Directory(),
+                             BPath(path.c_str()).Leaf());
+    });
+}
+
+// The empty simulation that the program began with has served its purpose, if all goes well.
+void SimApp::OpenInsteadOfFirst(
+    const std::string& path,
+    const std::function<void(Simulation*, std::unique_ptr<BMessage>)>& init) {
+    Simulation* const first =
+        simulations_.size() == 1 ? FindUntouched(simulations_.front()) : nullptr;
+    const auto request = OpenRequests::Begin(first);
+    auto archive = std::make_unique<BMessage>();
+    const DocumentError error = SimulationFile::Read(path, archive.get());
+    Simulation* reader = nullptr;
+    if (!error.Failed())
+        reader =
+            BeginSimulation([&](Simulation* simulation) { init(simulation, std::move(archive)); });
+    if (reader != nullptr)
+        openRequests_.Await(reader, {request, path, first});
+    else
+        Complain(request, path, error.Failed() ? error : DocumentError::System(ENOMEM));
+    End(request);
+}
+
+// The program that handed the documents over waits for the answer.
+void SimApp::OpenHandedOver(const BMessage& message) {
+    int32 number = 0;
+    if (message.FindInt32(LocalRequests::kNumber, &number) != B_OK) return;
+    if (!message.HasName(SingleLaunch::kPath)) Activate();
+    const auto request = OpenRequests::Begin(nullptr, number);
+    std::string path;
+    for (int32 i = 0; message.FindString(SingleLaunch::kPath, i, &path) == B_OK; i++)
+        OpenPath(path, nullptr, request);
+    End(request);
+}
+
+// What is no document is not opened, and no box says so; the window that asked tells why.
+void SimApp::OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse,
+                      const OpenRequests::Request& request) {
     const BEntry entry(ref, true);
     BPath path(ref);
     BEntry parent;
     entry_ref directory;
     if (entry.InitCheck() != B_OK || entry.GetPath(&path) != B_OK)
-        return Complain(path.Path(), DocumentError::System(ENOENT));
+        return Complain(request, path.Path(), DocumentError::System(ENOENT));
     BMessage archive;
     const DocumentError error = SimulationFile::Read(path.Path(), &archive);
     const bool hasTag = !error.Failed() || error.text == kTextDamaged ||
                         error.text == kTextNestedTooDeeply || error.text == kTextTooLarge;
-    if (!hasTag) return Complain(path.Path(), error);
-    if (entry.GetParent(&parent) != B_OK || parent.GetRef(&directory) != B_OK) return;
+    if (!hasTag) return Complain(request, path.Path(), error);
+    if (entry.GetParent(&parent) != B_OK || parent.GetRef(&directory) != B_OK)
+        return Complain(request, path.Path(), DocumentError::System(ENOENT));
     if (remembersDirectory) openPanel_.SetDirectory(directory);
     MarkAsDocument(path.Path());
-    if (error.Failed()) return Complain(path.Path(), error);
+    if (error.Failed()) return Complain(request, path.Path(), error);
     if (!OpenPanel::HasArea(archive)) openPanel_.PutAreaInto(&archive);
     if (reuse != nullptr)
         reuse->ReLoad(std::make_unique<BMessage>(std::move(archive)), directory, entry.Name());
+    else if (Simulation* const reader = CreateSimulation(archive, directory, entry.Name(), false))
+        openRequests_.Await(reader, {request, path.Path()});
     else
-        CreateSimulation(archive, directory, entry.Name(), false);
+        Complain(request, path.Path(), DocumentError::System(ENOMEM));
 }
 
-void SimApp::Complain(const std::string& file, const DocumentError& error) const {
-    const std::string text =
-        FillIn(texts_.Label(kTextCannotOpen), {file, error.Reason(*resources_)});
-    std::fwrite(text.data(), 1, text.size(), stderr);
+void SimApp::Complain(const OpenRequests::Request& request, const std::string& path,
+                      const DocumentError& error) const {
+    request->complaints.push_back({path, error.Reason(*resources_)});
+}
+
+void SimApp::End(const OpenRequests::Request& request) {
+    if (!OpenRequests::End(request.get())) return;
+    BMessage answer(B_REPLY);
+    for (const std::string& complaint : openRequests_.Lines(*request)) {
+        answer.AddString(SingleLaunch::kComplaint, complaint);
+        const std::string line = FillIn(texts_.Label(kTextPrinted), {complaint});
+        if (request->handOver == 0) std::fwrite(line.data(), 1, line.size(), stderr);
+    }
+    if (request->handOver != 0) LocalRequests::Answer(request->handOver, answer);
+    if (request->complaints.empty()) return;
+    if (Simulation* const window = WindowFor(*request); window != nullptr) {
+        BMessage message(kTellUser);
+        message.AddString(kTextField, openRequests_.Summary(*request));
+        WindowServer::Deliver(MessengerTo(window), message);
+        if (!window->IsHidden()) window->Activate();
+    }
+}
+
+// The window that asked; else one of those that came of it, else an untouched new simulation.
+Simulation* SimApp::WindowFor(const OpenRequest& request) {
+    for (const Simulation* const window : {request.requester, request.opened})
+        if (Simulation* const open = FindOpen(window); open != nullptr) return open;
+    for (Simulation* const simulation : simulations_)
+        if (simulation->IsNewlyCreated()) return simulation;
+    return quitRound_.IsUnderWay() ? nullptr : CreateSimulation();
 }
 
 // --- Recovery copies ---
@@ -241,15 +366,9 @@ void SimApp::Complain(const std::string& file, const DocumentError& error) const
 void SimApp::Recover() {
     if (!recoveryOffers_.IsOffering()) return;
     const RecoveryCopy& copy = recoveryOffers_.Current();
-    auto archive = std::make_unique<BMessage>();
-    if (const DocumentError error = SimulationFile::Read(copy.path, archive.get()); error.Failed())
-        return Complain(copy.path, error);
-    // The empty simulation that the program began with has served its purpose.
-    Simulation* const first = simulations_.size() == 1 ? simulations_.front() : nullptr;
-    auto* const simulation = new Simulation(kFirstFrame, this);
-    simulations_.push_back(simulation);
-    simulation->InitFromRecovery(std::move(archive), copy);
-    if (first != nullptr && first->IsNewlyCreated()) DeleteSimulation(first);
+    OpenInsteadOfFirst(copy.path, [&](Simulation* simulation, std::unique_ptr<BMessage> archive) {
+        simulation->InitFromRecovery(std::move(archive), copy);
+    });
 }
 
 // What could not be saved in the place that the user wanted, and would be closed now.
@@ -306,6 +425,8 @@ void SimApp::Quit() {
     for (MessageWindow* const box : boxes_)
         if (box->Lock()) box->Quit();
     boxes_.clear();
+    if (guide_ != nullptr && guide_->Lock()) guide_->Quit();
+    guide_ = nullptr;
     BApplication::Quit();
 }
 
@@ -335,8 +456,17 @@ void SimApp::MessageWindowClosed(const void* window) {
     if (box->Lock()) box->Quit();
 }
 
+void SimApp::ShowGuide() {
+    const std::string page = GuidePath();
+    if (!BEntry(page.c_str()).Exists())
+        return ShowBox(MessageWindow::kNoGuide, kTextGuideTitle,
+                       FillIn(texts_.Label(kTextNoGuide), {page}));
+    if (guide_ == nullptr) guide_ = new GuideWindow(page, texts_);
+    guide_->Show();
+    guide_->Activate();
+}
+
 void SimApp::Activate() {
-    SendReply(BMessage(B_REPLY));
     if (!simulations_.empty())
         simulations_.back()->Activate();
     else if (openPanel_.IsShowing())
@@ -357,9 +487,11 @@ void SimApp::AttemptMessage(const BMessage* message, BLooper* looper) {
 // What a part of a simulation sends by way of the application, so that the screen stays live.
 void SimApp::HandBack(const BMessage& message) {
     void* simulation = nullptr;
-    if (message.FindPointer(kSimulationField, &simulation) != B_OK || !IsOpen(simulation)) return;
+    message.FindPointer(kSimulationField, &simulation);
+    Simulation* const window = FindOpen(simulation);
+    if (window == nullptr) return;
     try {
-        AttemptMessage(&message, static_cast<Simulation*>(simulation));
+        AttemptMessage(&message, window);
     } catch (const std::bad_alloc&) {
         // The window takes nothing any more. The others go on.
     }
@@ -369,21 +501,25 @@ void SimApp::MessageReceived(BMessage* message) {
     void* pointer = nullptr;
     switch (message->what) {
         case kNewSimulation:
-            return CreateSimulation();
+            CreateSimulation();
+            break;
         case kOpen:
             message->FindPointer(kSimulationField, &pointer);
-            return openPanel_.Show(IsOpen(pointer) ? static_cast<Simulation*>(pointer) : nullptr);
+            return openPanel_.Show(FindOpen(pointer));
         case kOpenRecent:
             return OpenRecent(*message);
+        case ExampleMenu::kOpenExample:
+            return OpenExample(*message);
+        case HelpMenu::kShowGuide:
+            return ShowGuide();
         case kClearRecent:
             return RecentDocuments::Shared().Set({});
         case kSimulationShown:
-            // Not before: the new window would come over the box.
-            if (recovery_ == Recovery::kOffer) recoveryOffers_.Begin();
-            break;
+            message->FindPointer(kSimulationField, &pointer);
+            return SimulationShown(pointer);
         case kDeleteMe:
             message->FindPointer(kDoomedSimulation, &pointer);
-            return DeleteSimulation(static_cast<Simulation*>(pointer));
+            return SimulationClosed(pointer, *message);
         case kCloseCancelled:
             message->FindPointer(kSimulationField, &pointer);
             return quitRound_.Cancelled(static_cast<Simulation*>(pointer));
@@ -419,8 +555,8 @@ void SimApp::MessageReceived(BMessage* message) {
         case FourCC("sivl"):
         case FourCC("fwfl"):
             return HandBack(*message);
-        case kActivateProgram:
-            return Activate();
+        case kHandOver:
+            return OpenHandedOver(*message);
         case B_SESSION_ENDING:
             return EndSession();
         default:

@@ -4,6 +4,8 @@
 // the start, may come from any thread; everything else belongs to the application's own.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,7 @@
 #include "DisplayContext.h"
 #include "MenuArchives.h"
 #include "OpenPanel.h"
+#include "OpenRequests.h"
 #include "ProgramResources.h"
 #include "QuitRound.h"
 #include "RecoveryOffers.h"
@@ -22,6 +25,7 @@
 #include "SimulationHost.h"
 #include "entry_ref.h"
 
+class GuideWindow;
 class MessageWindow;
 class Simulation;
 
@@ -67,16 +71,36 @@ private:
     void WriteSettings();
 
     // Each new one stands a little aside of the one before.
-    void CreateSimulation();
+    Simulation* CreateSimulation();
     Simulation* CreateSimulation(const BMessage& archive, const entry_ref& directory,
                                  const char* name, bool isNewlyCreated);
+    Simulation* BeginSimulation(const std::function<void(Simulation*)>& init);
+    // Null unless it is one of ours.
+    [[nodiscard]] Simulation* FindOpen(const void* simulation) const;
+    // The same, for a window in which a file may be opened.
+    [[nodiscard]] Simulation* FindUntouched(const void* simulation) const;
+    void SimulationShown(const void* pointer);
+    void SimulationClosed(const void* pointer, const BMessage& message);
     void DeleteSimulation(Simulation* simulation);
     void QuitIfNothingIsLeft();
-    void OpenPath(const std::string& path);
+
+    void OpenPath(const std::string& path, Simulation* reuse, const OpenRequests::Request& request);
     void OpenRecent(const BMessage& message);
-    void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse);
-    void Complain(const std::string& file, const DocumentError& error) const;
-    [[nodiscard]] bool IsOpen(const void* simulation) const;
+    // In a window of its own, which `init` gives its record, and which takes the place of the only
+    // one if that is untouched.
+    void OpenInsteadOfFirst(
+        const std::string& path,
+        const std::function<void(Simulation*, std::unique_ptr<BMessage>)>& init);
+    void OpenExample(const BMessage& message);
+    void OpenHandedOver(const BMessage& message);
+    void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse,
+                  const OpenRequests::Request& request);
+    void Complain(const OpenRequests::Request& request, const std::string& path,
+                  const DocumentError& error) const;
+    // The request, or one of its documents, is done.
+    void End(const OpenRequests::Request& request);
+    // Null where the program is to end.
+    [[nodiscard]] Simulation* WindowFor(const OpenRequest& request);
 
     void Recover();
     void OfferCopy(const BMessage& message);
@@ -87,19 +111,23 @@ private:
     // Shows it, or brings the one with the same id to the front.
     void ShowBox(int32 id, int32 title, const std::string& text);
     void MessageWindowClosed(const void* window);
+    void ShowGuide();
 
     const ProgramResources* const resources_;
     const ResourceTexts texts_;
     const MenuArchives menus_;
     const BBitmap icon_;
+    const BBitmap largeIcon_;
     const DisplayContext context_;
     const Recovery recovery_;
 
     std::vector<Simulation*> simulations_;
     int untitledCount_ = 0;
     std::vector<MessageWindow*> boxes_;  // that only tell something
+    GuideWindow* guide_ = nullptr;       // null until it is asked for
     OpenPanel openPanel_;
     BMessage newSimulation_;
+    OpenRequests openRequests_;
     DefaultResponses defaultResponses_;
     QuitRound quitRound_;
     RecoveryOffers recoveryOffers_;

@@ -1,18 +1,17 @@
 // Lets one program run for each user and display: a program that is started while another runs can
-// hand the other its documents. Made and destroyed by main; the documents arrive on a thread of its
-// own.
+// hand the other its documents. Made and destroyed by main, and used by its thread.
 //
 // Who holds the lock of a file in the user's runtime folder is the one that runs; it listens on a
 // socket beside it. The lock ends with its process, however that ends.
 #pragma once
 
+#include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "BFile.h"
 #include "BMessenger.h"
-#include "FileDescriptor.h"
+#include "LocalRequests.h"
 
 class SingleLaunch {
 public:
@@ -26,21 +25,22 @@ public:
     [[nodiscard]] bool IsFirst() const { return isFirst_; }
 
     // Not the first: has the one that runs open these documents, or come to the front when there
-    // are none. False if it does not answer.
-    [[nodiscard]] bool HandOver(const std::vector<std::string>& paths) const;
-    // The first: from now on the application gets B_REFS_RECEIVED with what others hand over, or
-    // kActivateProgram. It has to answer, with anything but B_NO_REPLY. Once.
+    // are none, and waits until it has; what could not be opened, in its words. Nothing if it does
+    // not answer: then it does not open them, and this is the first if the other has ended.
+    [[nodiscard]] std::optional<std::vector<std::string>> HandOver(
+        const std::vector<std::string>& paths);
+    // The first: from now on the application gets kHandOver with what others hand over, to be
+    // answered by LocalRequests with strings kComplaint. Once.
     void Listen(const BMessenger& application);
 
-private:
-    [[nodiscard]] bool OpenSocket();
-    void Serve(const BMessenger& application) const;
-    static void ServeOne(const FileDescriptor& connection, const BMessenger& application);
+    static constexpr const char* kPath = "path";
+    static constexpr const char* kComplaint = "complaint";
 
-    std::string socketPath_;
+private:
+    void TakePlace();
+
+    std::string base_;  // of the files' names; empty where there is no folder
     BFile lock_;
-    FileDescriptor socket_;
-    FileDescriptor stop_;  // tells the thread to end
     bool isFirst_ = true;
-    std::thread thread_;
+    std::optional<LocalRequests> requests_;
 };

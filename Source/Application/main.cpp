@@ -11,6 +11,7 @@
 #include "ProgramResources.h"
 #include "ProgramTexts.h"
 #include "SimApp.h"
+#include "SimulationTexts.h"
 #include "SingleLaunch.h"
 #include "TextTemplate.h"
 #include "WindowServer.h"
@@ -25,9 +26,13 @@ int Print(FILE* to, const std::string& text, int status) {
     return status;
 }
 
-// Opens the documents in the program that runs, or has it come to the front. Files that are not
-// there are told to the user here, where he looks. False if they have to be opened here.
-bool HandOver(const SingleLaunch& launch, const std::vector<std::string>& documents,
+int Complain(const std::string& complaint, const ProgramResources& resources) {
+    return Print(stderr, FillIn(resources.InterfaceLabel(kTextPrinted), {complaint}), 1);
+}
+
+// Opens the documents in the program that runs, or has it come to the front. What cannot be opened
+// is told to the user here, where he looks. False if they have to be opened here.
+bool HandOver(SingleLaunch* launch, const std::vector<std::string>& documents,
               const ProgramResources& resources, int* status) {
     std::vector<std::string> readable;
     *status = 0;
@@ -38,10 +43,14 @@ bool HandOver(const SingleLaunch& launch, const std::vector<std::string>& docume
         }
         const std::string reason = DocumentError::System(errno).Reason(resources);
         *status =
-            Print(stderr, FillIn(resources.InterfaceLabel(kTextCannotOpen), {path, reason}), 1);
+            Complain(FillIn(resources.InterfaceLabel(kTextNotOpened), {path, reason}), resources);
     }
-    const bool isUseless = readable.empty() && !documents.empty();
-    return isUseless || launch.HandOver(readable);
+    if (readable.empty() && !documents.empty()) return true;
+    const auto complaints = launch->HandOver(readable);
+    if (!complaints) return false;
+    for (const std::string& complaint : *complaints)
+        *status = Complain(complaint, resources);
+    return true;
 }
 
 }  // namespace
@@ -74,8 +83,12 @@ int main(int argc, char** argv) {
     }
     SingleLaunch launch("orvek");
     int status = 0;
-    if (!launch.IsFirst() && !wantsOwn && HandOver(launch, documents, resources, &status))
-        return status;
+    if (!launch.IsFirst() && !wantsOwn) {
+        // The other may take its time.
+        signals.LetThrough();
+        if (HandOver(&launch, documents, resources, &status)) return status;
+        signals.Hold();
+    }
     SimApp application(&resources,
                        launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave);
     const BMessenger messenger(static_cast<BHandler*>(&application));

@@ -4,9 +4,11 @@
 #include <limits>
 #include <new>
 #include <system_error>
+#include <utility>
 
 #include "AbEpoch.h"
 #include "AppDefs.h"
+#include "BLooper.h"
 #include "BMessage.h"
 #include "ChangeFlags.h"
 #include "EpochPortal.h"
@@ -80,7 +82,14 @@ void Calculator::Recache() {
     massiveBodies_ = static_cast<int32>(
         std::count_if(bodies_.begin(), bodies_.end(), [](const Body* b) { return b->M() > 0.0; }));
     cutoff_ = portal_->FocusEpoch()->Cutoff();
-    batch_.SetSize(CountBodies(), reportsPerDraw_);
+    if (IsHeldRun())
+        batch_.SetSize(CountBodies(), reportsPerDraw_);
+    else
+        batch_.Restart(CountBodies(), reportsPerDraw_);
+}
+
+int32 Calculator::MostReports() const {
+    return std::min(ReportsPerDraw(), batch_.Room());
 }
 
 void Calculator::Regenerate(BMessage*) {}
@@ -107,6 +116,8 @@ void Calculator::SetInternalPause() {
 
 void Calculator::AdjustAnimationSpeed(float batches, int64 elapsed) {
     const float target = static_cast<float>(elapsed) * kSecondsPerMicrosecond * updatesPerSecond_;
+    const bool areCut = 2.0f * static_cast<float>(std::exchange(cutBatches_, 0)) > batches;
+    batchesPerUpdate_ = areCut ? std::max(Truncate<int32>(batches / target + 0.5f), 1) : 1;
     if (batches >= kDeadBandBelow * target && batches <= kDeadBandAbove * target) return;
     const int32 former = reportsPerDraw_;
     auto reports = Truncate<int32>(batches * static_cast<float>(former) / target);
@@ -115,6 +126,7 @@ void Calculator::AdjustAnimationSpeed(float batches, int64 elapsed) {
     reports = std::max(reports, kLeastReportsPerDraw);
     // Only the arrays grow. Re-reading the model here would restart the step, and the results would
     // depend on the clock. The consumers have yet to get the batch that the arrays hold.
+    if (reports > former && areCut) return;  // larger ones would be cut likewise
     try {
         if (reports > former) batch_.SetSize(CountBodies(), reports);
     } catch (const std::bad_alloc&) {
@@ -153,9 +165,10 @@ int32 Calculator::CalcThread() {
             PrepareRun();
             start = real_time_clock_usecs();
             batches = 0.0f;
+            cutBatches_ = 0;
         }
         const int32 reports = RunBatch();
-        DeliverCollisions();
+        DeliverMail();
         const int32 consumers = CountConsumers();
         if (consumers > 0) acquire_ben(writeOk_.get(), consumers);
 
@@ -166,15 +179,20 @@ int32 Calculator::CalcThread() {
             start = now;
             batches = 0.0f;
         }
-        for (ReportConsumer* consumer : *consumers_) {
-            consumer->ReadData(reports, batch_.Times(), batch_.Positions(), batch_.Velocities());
-            consumer->ReadOk();
-        }
+        HandOver(reports);
+    }
+}
+
+void Calculator::HandOver(int32 reports) {
+    for (ReportConsumer* consumer : *consumers_) {
+        consumer->ReadData(reports, batch_.Times(), batch_.Positions(), batch_.Velocities());
+        consumer->ReadOk();
     }
 }
 
 // False when the thread is to end.
 bool Calculator::Park() {
+    hasStoppedItself_ = stop_.internalPause.load();
     portal_->TellObservers(kCalculatorParked);
     stop_.internalPause = false;
     release_ben(untilWaiting_.get());
@@ -189,7 +207,7 @@ void Calculator::PrepareRun() {
     limit_.Begin();
     for (ReportConsumer* consumer : *consumers_) {
         if (!consumer->LockConsumer()) continue;
-        consumer->PrepareForGo(reportsPerDraw_);
+        consumer->PrepareForGo(MostReports());
         consumer->UnlockConsumer();
     }
 }
@@ -202,21 +220,43 @@ int32 Calculator::RunBatch() {
     const int32 reports = Calculate();
     if (reports > 0) epoch->SetTime(timeBase_);
     portal_->WriteUnlock();
+    if (reports < reportsPerDraw_ && !ShouldStop()) cutBatches_++;
+    return reports;
+}
+
+void Calculator::EndRun(const RunEnding& ending) {
+    ending_ = ending;
+    SetInternalPause();
+}
+
+int32 Calculator::KeepFiniteReports() {
+    const int32 reports = batch_.CountFinite();
+    timeBase_ = reports > 0 ? TRep()[reports - 1] : GetEpoch()->Time();
     return reports;
 }
 
 // Only now, without the model lock: a full port may stay full until the target gets that lock. Once
-// someone waits for the thread to park there is no sense in insisting: the step was not taken, the
-// pairs still touch, and the next run finds them again.
-void Calculator::DeliverCollisions() {
-    if (collisions_.IsEmpty()) return;
-    while (!collisions_.Post(target_)) {
+// someone waits for the thread to park there is no sense in insisting: the step was not taken, and
+// the next run finds the same again.
+void Calculator::DeliverMail() {
+    while ((!collisions_.IsEmpty() && !collisions_.Post(target_)) || !PostEnding()) {
         if (stop_.pauseCount != 0) {
             collisions_.Discard();
+            ending_.reset();
             return;
         }
         snooze(kPostRetryInterval);
     }
+}
+
+// False if the target's port is full.
+bool Calculator::PostEnding() {
+    if (!ending_) return true;
+    const BMessage message = ending_->ToMessage();
+    if (target_ != nullptr && target_->PostMessage(&message, target_) == B_WOULD_BLOCK)
+        return false;
+    ending_.reset();
+    return true;
 }
 
 int32 Calculator::CountConsumers() const {

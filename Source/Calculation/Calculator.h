@@ -12,12 +12,14 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "AbCalculator.h"
 #include "Benaphore.h"
 #include "CollisionMailbox.h"
 #include "ReportBatch.h"
+#include "RunEnding.h"
 #include "RunLimit.h"
 #include "StopFlags.h"
 
@@ -30,8 +32,9 @@ class ReportConsumer;
 class Calculator : public AbCalculator {
 public:
     // None of these is owned. The list of consumers changes only while the calculator is parked.
-    // The target is posted the collisions; without one a run simply stops at a collision. Returns
-    // when the thread has parked; throws std::system_error when there can be no thread.
+    // The target is posted the collisions, and why a run has ended by itself; without one a run
+    // simply stops. Returns when the thread has parked; throws std::system_error when there can be
+    // no thread.
     Calculator(EpochPortal* portal, const std::vector<ReportConsumer*>* consumers, BLooper* target);
     ~Calculator() override;
     Calculator(const Calculator&) = delete;
@@ -41,8 +44,9 @@ public:
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
     // Re-reads the bodies and the settings of the focus epoch: a run starts. Under the write lock.
     virtual void Recache();
-    // Advances the system by at most ReportsPerDraw() reports, and fewer if it should stop; returns
-    // how many it made. Calculation thread, under the write lock.
+    // Advances the system by at most MostReports() reports, and fewer if it should stop or has been
+    // at it for a tenth of a second; returns how many it made. Calculation thread, under the write
+    // lock.
     virtual int32 Calculate() = 0;
     // Takes over the state that Archive wrote; nothing for null or for what is no such record.
     virtual void Regenerate(BMessage* archive);
@@ -63,11 +67,17 @@ public:
     // that is paused or that collides goes on counting when it is resumed; a limit holds once.
     void SetRunLimit(int64 reports, double time) { limit_.Set(reports, time); }
 
+    // Why the calculator has parked: by itself, as after the last report or at a collision, and not
+    // because it was paused. While parked.
+    [[nodiscard]] bool HasStoppedItself() const { return hasStoppedItself_; }
+
     // Sets the size of the next batches from the number of batches handed over in `elapsed`
     // microseconds. Calculation thread.
     void AdjustAnimationSpeed(float batches, int64 elapsed);
-    // Reports that a batch holds at most.
+    // Reports that a batch should hold. One that takes too long or too much memory is cut: then the
+    // number does not grow, and consumers get more batches than they need show.
     [[nodiscard]] int32 ReportsPerDraw() const { return reportsPerDraw_; }
+    [[nodiscard]] int32 BatchesPerUpdate() const override { return batchesPerUpdate_; }
 
     // Kept for the displays, which draw trails in segments of so many reports.
     [[nodiscard]] int32 SegmentLength() const override { return segmentLength_; }
@@ -97,6 +107,12 @@ public:
 
 protected:
     [[nodiscard]] const std::vector<Body*>& Bodies() const { return bodies_; }
+    // Reports that a batch may hold.
+    [[nodiscard]] int32 MostReports() const;
+    // The time at which the run is to stop, s; NaN if at none.
+    [[nodiscard]] double TimeLimit() const { return limit_.Time(); }
+    // Reports that are left until it stops.
+    [[nodiscard]] int64 ReportsLeft() const { return limit_.Reports(); }
     // For Recache: the run that was held goes on.
     [[nodiscard]] bool IsHeldRun() const { return isHeldRun_; }
     // What an integrator polls between its steps, or within them.
@@ -116,6 +132,11 @@ protected:
     void AddCollision(int64 later, int64 earlier) { collisions_.Add(later, earlier); }
     // The step was not taken: parks the run and has the noted pairs posted to the target.
     void PostCollision() { SetInternalPause(); }
+    // The run cannot go on, or need not: parks it and has the target told why.
+    void EndRun(const RunEnding& ending);
+    // Drops the reports of the batch from the first on that is not finite; returns how many stay.
+    // The time base is that of the last of them, or of the batch's start.
+    int32 KeepFiniteReports();
 
 private:
     struct DeleteBen {
@@ -128,7 +149,9 @@ private:
     bool Park();
     void PrepareRun();
     int32 RunBatch();
-    void DeliverCollisions();
+    void HandOver(int32 reports);
+    void DeliverMail();
+    bool PostEnding();
     [[nodiscard]] int32 CountConsumers() const;
 
     BLooper* const target_;
@@ -143,13 +166,17 @@ private:
     double timeBase_ = 0.0;
     int32 massiveBodies_ = 0;
     std::atomic<int32> reportsPerDraw_{100};
+    std::atomic<int32> batchesPerUpdate_{1};
+    int32 cutBatches_ = 0;  // since the pacing looked last
     std::atomic<int32> segmentLength_{2};
     std::atomic<float> updatesPerSecond_{80.0f};
     std::atomic<int64> measuringInterval_{1'000'000};
     std::atomic<bool> quit_{false};
     std::atomic<bool> isHeldRun_{false};
+    std::atomic<bool> hasStoppedItself_{false};
     StopFlags stop_;
     CollisionMailbox collisions_;
+    std::optional<RunEnding> ending_;
     RunLimit limit_;
     const thread_id thread_;  // last: it waits to be resumed, but is there
 };

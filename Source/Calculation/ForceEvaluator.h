@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "ForceInstances.h"
@@ -64,6 +65,15 @@ public:
     const double* Snap(int axis) const { return Array(kSnap + axis); }
     // The greatest of |w|2/r2 and (m + m')/r3 of any pair, in 1/s2; 1e-100 without pairs.
     double Rate() const { return rate_; }
+    // Some pair acts on its bodies, however little.
+    bool Interacts() const;
+    // All positions and velocities are finite numbers.
+    bool IsFinite() const;
+    // The pair that sets the rate; none where no two bodies interact, or if it was given up halfway
+    // because of `stop`. Goes over all pairs on the caller's thread.
+    [[nodiscard]] std::optional<CollidingPair> FastestPair(const StopFlags& stop) const;
+    // Metres.
+    [[nodiscard]] double Distance(const CollidingPair& pair) const;
     // In the order of the pair walk: earlier body descending, then later body descending.
     const std::vector<CollidingPair>& Collisions() const { return collisions_; }
 

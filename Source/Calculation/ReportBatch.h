@@ -17,16 +17,24 @@ struct BodyArrays {
 
 class ReportBatch {
 public:
-    // From now on a report holds `bodies` bodies and the arrays have room for `reports` of them.
-    // They only ever grow, and keep what they hold. Not inline: everything else allocates nothing.
+    // A batch takes no more memory than this, in bytes, if it can: one report it holds in any case.
+    static constexpr std::size_t kMostBytes = 16'000'000;
+
+    // From now on a report holds `bodies` bodies and the arrays have room for `reports` of them, or
+    // for as many as the memory allows. They only grow, and keep what they hold. Not inline:
+    // everything else allocates nothing.
     void SetSize(int32 bodies, int32 reports);
+    // The same with nothing to keep: larger arrays than these need make room.
+    void Restart(int32 bodies, int32 reports);
+    // Reports that a batch may hold.
+    [[nodiscard]] int32 Room() const { return static_cast<int32>(room_); }
 
     void Clear() {
         nextTime_ = 0;
         nextPosition_ = 0;
     }
 
-    // Appends one report. There is no bounds check: nobody makes more than SetSize has room for.
+    // Appends one report. There is no bounds check: nobody makes more than there is room for.
     void Add(double time, const BodyArrays& bodies) {
         times_.data[nextTime_++] = time;
         Interleave(bodies.position, positions_.data.get() + nextPosition_);
@@ -42,6 +50,9 @@ public:
     [[nodiscard]] const double* Times() const { return times_.data.get(); }
     [[nodiscard]] const double* Positions() const { return positions_.data.get(); }
     [[nodiscard]] const double* Velocities() const { return velocities_.data.get(); }
+
+    // The reports before the first that holds what is no finite number.
+    [[nodiscard]] int32 CountFinite() const;
 
     // In doubles; the position capacity is that of each of the two coordinate arrays.
     [[nodiscard]] std::size_t TimeCapacity() const { return times_.capacity; }
@@ -72,6 +83,7 @@ private:
     Array positions_;
     Array velocities_;
     std::size_t bodies_ = 0;
+    std::size_t room_ = 0;
     std::size_t nextTime_ = 0;
     std::size_t nextPosition_ = 0;
 };

@@ -25,6 +25,11 @@ public:
         changed_ = false;
     }
 
+    // The time at which the run is to stop, s; NaN if at none. Calculation thread.
+    [[nodiscard]] double Time() const { return current_.time; }
+    // Reports that are left. Calculation thread, or while it is parked.
+    [[nodiscard]] int64 Reports() const { return current_.reports; }
+
     // Counts one report; true if it is the one to stop at, which also ends the limit.
     bool Reached(double time) {
         if (--current_.reports > 0 && !(time >= current_.time)) return false;

@@ -44,6 +44,12 @@ void StepControl::Restart(double cutoff, int32 order) {
     promotionInterval_ = ToInterval(std::pow(factor, kPromotionExponent) * kPromotionFactor);
 }
 
+void StepControl::Resume(double inverse) {
+    inverse_ = inverse;
+    inverseSquared_ = Square(inverse);
+    powers_ = PowersOf(1.0 / inverse);
+}
+
 void StepControl::Adapt(double rate) {
     // Both loops end whatever the rate is: s^2 reaches any bound, infinity included, by
     // overflowing; the upper bound is never 0, because a rate is at least 1e-100; and NaN enters

@@ -19,9 +19,14 @@ public:
     // `cutoff`: the relative size of a correction that may be ignored; `order`: 2 ... 4.
     void Restart(double cutoff, int32 order);
 
+    // Goes on with a step of 1 / `inverse` seconds, after Restart.
+    void Resume(double inverse);
+
     // Adapts the step to `rate`, the largest squared inverse time scale of any pair (1/s^2).
     void Adapt(double rate);
 
+    // 1/s.
+    [[nodiscard]] double Inverse() const { return inverse_; }
     [[nodiscard]] const StepPowers& Powers() const { return powers_; }
     // Steps between two promotions of the parts.
     [[nodiscard]] int32 PromotionInterval() const { return promotionInterval_; }

@@ -60,6 +60,11 @@ void TaylorParts::ResortDels(const std::vector<Body*>& bodies) {
     v_ = std::move(v);
 }
 
+bool TaylorParts::AreOf(const std::vector<Body*>& bodies) const {
+    return std::equal(ids_.begin(), ids_.end(), bodies.begin(), bodies.end(),
+                      [](int64 id, const Body* body) { return id == body->ID(); });
+}
+
 void TaylorParts::Advance(int32 order, const StepPowers& powers, ForceEvaluator* bodies) {
     if (order >= 4)
         AdvanceOrder4(powers, bodies);
@@ -129,6 +134,17 @@ void TaylorParts::AdvanceCarrying(int32 order, const StepPowers& powers, ForceEv
             velocity = velocitySum;
             position = positionSum;
         }
+    }
+}
+
+void TaylorParts::MoveStraight(double seconds, ForceEvaluator* bodies) {
+    for (int32 i = 0; i < bodies->CountBodies(); i++) {
+        for (int32 axis = 0; axis < 3; axis++)
+            r_.Row(axis, 1)[i] += bodies->Velocity(axis)[i] * seconds;
+        const ThreeVector position = r_.Sum(i);
+        bodies->Position(0)[i] = position.x;
+        bodies->Position(1)[i] = position.y;
+        bodies->Position(2)[i] = position.z;
     }
 }
 

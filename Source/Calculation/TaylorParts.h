@@ -23,9 +23,14 @@ public:
     // still adds up to its position and to its velocity; else it starts from the plain value.
     void ResortDels(const std::vector<Body*>& bodies);
 
+    // The parts are those of these bodies, in their order.
+    [[nodiscard]] bool AreOf(const std::vector<Body*>& bodies) const;
+
     // Moves the bodies, whose state and derivatives the evaluator holds, by one step of the series
     // of that order (2 ... 4).
     void Advance(int32 order, const StepPowers& powers, ForceEvaluator* bodies);
+    // Moves them straight on for so many seconds.
+    void MoveStraight(double seconds, ForceEvaluator* bodies);
     // Moves what has gathered in each part one part down, towards the base.
     void Promote(int32 order);
 

@@ -1,5 +1,7 @@
 #include "Display.h"
 
+#include <new>
+
 #include "BMessage.h"
 #include "BMessenger.h"
 #include "EpochPortal.h"
@@ -88,7 +90,11 @@ int32 Display::DisplayThread() {
         release_ben(done_);
         acquire_ben(readOk_);
         if (quitting_) return 0;
-        DisplayData();
+        try {
+            DisplayData();
+        } catch (const std::bad_alloc&) {
+            // This batch is not seen; the run does not depend on it.
+        }
     }
 }
 

@@ -15,5 +15,6 @@ struct DisplayContext {
     const UnitTable* speedUnits;
     const UnitTable* timeUnits;
     const MenuArchives* menus;
-    const BBitmap* icon = nullptr;  // of the application's menu; null: the menu has its name
+    const BBitmap* icon = nullptr;      // of the application's menu; null: the menu has its name
+    const BBitmap* fineIcon = nullptr;  // the same with more pixels
 };

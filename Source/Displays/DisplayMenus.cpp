@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <memory>
 
+#include "AppDefs.h"
 #include "BApplication.h"
 #include "BMenuBar.h"
 #include "BMessage.h"
 #include "Display.h"
 #include "DisplayContext.h"
+#include "HelpMenu.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "MassSystem.h"
@@ -32,9 +34,11 @@ BMenu* Unarchive(const BMessage& archive) {
 DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context)
     : display_(display), context_(context), bar_(new BMenuBar("Main Menu Bar")) {
     AddAppMenu();
+    AddFileMenu();
     AddSimulationMenu();
     AddDisplayMenu();
     AddViewMenu();
+    bar_->AddItem(new HelpMenu(*context.texts));
 }
 
 BMenuItem* DisplayMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key) {
@@ -50,8 +54,18 @@ void DisplayMenus::AddAppMenu() {
     if (menu == nullptr) return;
     menu->SetTargetForItems(static_cast<BHandler*>(be_app));
     auto* const item = new BMenuItem(menu);
-    if (context_.icon != nullptr) item->SetIcon(context_.icon);
+    if (context_.icon != nullptr) item->SetIcon(context_.icon, context_.fineIcon);
     bar_->AddItem(item);
+}
+
+// As in the simulation's own window. The window's own shortcuts for these items were removed.
+void DisplayMenus::AddFileMenu() {
+    auto* const menu = new BMenu(context_.texts->Text(kLabelFile));
+    AddItem(menu, kLabelSave, kSave, kLabelSaveKey)
+        ->SetTarget(static_cast<BHandler*>(display_->Owner()));
+    menu->AddSeparatorItem();
+    AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey)->SetTarget(display_);
+    bar_->AddItem(menu);
 }
 
 void DisplayMenus::AddSimulationMenu() {
@@ -59,6 +73,10 @@ void DisplayMenus::AddSimulationMenu() {
     if (menu == nullptr) return;
     menu->SetTargetForItems(static_cast<BHandler*>(display_->Owner()));
     go_ = menu->FindItem(kTogglePause);
+    if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
+        item->SetShortcut(context_.texts->Key(kLabelAnimationKey), 0);
+    if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
+        item->SetShortcut(context_.texts->Key(kLabelEpochsKey), 0);
     bar_->AddItem(menu);
 }
 
@@ -85,9 +103,6 @@ void DisplayMenus::AddViewMenu() {
     menu->AddSeparatorItem();
     AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
     menu->SetTargetForItems(display_);
-    // The window's own shortcut for it was removed, as those of the items above.
-    AddItem(menu, kLabelSave, kSave, kLabelSaveKey)
-        ->SetTarget(static_cast<BHandler*>(display_->Owner()));
     bar_->AddItem(menu);
 }
 

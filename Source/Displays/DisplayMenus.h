@@ -33,7 +33,7 @@ struct DisplayOptions {
 
 class DisplayMenus {
 public:
-    // The application's menu, the simulation's, the display's and the view's.
+    // The application's menu, the file's, the simulation's, the display's and the view's.
     DisplayMenus(Display* display, const DisplayContext& context);
 
     // For the display's window, which takes it over.
@@ -48,6 +48,7 @@ public:
 private:
     BMenuItem* AddItem(BMenu* menu, int32 label, uint32 what, int32 key = 0);
     void AddAppMenu();
+    void AddFileMenu();
     void AddSimulationMenu();
     void AddDisplayMenu();
     void AddViewMenu();

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "LineClipping.h"
+#include "QuantityText.h"
 
 namespace {
 
@@ -24,17 +25,15 @@ constexpr int kTimeDecimals = 3;
 constexpr int kTimeDigits = 8;
 constexpr int kBarDigits = 6;
 
-// Names: more are not readable. Their room is guessed, as there may be no fonts to ask.
-constexpr std::size_t kMaxNames = 200;
-constexpr float kLetterWidth = 7.5f;
-constexpr float kNameHeight = 15.0f;
+constexpr std::size_t kMaxNames = 200;  // more are not readable
 constexpr float kNameGap = 3.0f;
 
 constexpr float kHoverRadius = 8.0f;
 
-std::string NumberText(double value, std::chars_format format, int precision) {
+std::string FixedText(double value, int decimals) {
     char text[64];
-    const auto end = std::to_chars(text, text + sizeof text, value, format, precision).ptr;
+    const auto end =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals).ptr;
     return {text, end};
 }
 
@@ -46,11 +45,50 @@ double RoundLength(double limit) {
     return power;
 }
 
-// What is to the right of a name's begin must be free of it.
-bool Overlap(const OverlayItem& a, const OverlayItem& b) {
-    const OverlayItem& left = a.where.x <= b.where.x ? a : b;
-    const float width = kLetterWidth * static_cast<float>(left.text.size() + 1);
-    return std::abs(a.where.x - b.where.x) < width && std::abs(a.where.y - b.where.y) < kNameHeight;
+bool Overlap(const BRect& a, const BRect& b) {
+    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+bool Contains(const BRect& outer, const BRect& inner) {
+    return outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right &&
+           outer.bottom >= inner.bottom;
+}
+
+// Where texts lie already.
+class TakenFrames {
+public:
+    TakenFrames(const TrajectoryView& view, const std::vector<OverlayItem>& texts) {
+        for (const OverlayItem& text : texts)
+            Add(view.FrameOf(text));
+    }
+
+    void Add(BRect frame) { frames_.push_back(frame); }
+    [[nodiscard]] bool IsFree(BRect frame) const {
+        return std::none_of(frames_.begin(), frames_.end(),
+                            [&](const BRect& taken) { return Overlap(taken, frame); });
+    }
+    [[nodiscard]] bool IsFree(BPoint point) const {
+        return std::none_of(frames_.begin(), frames_.end(),
+                            [&](const BRect& taken) { return IsInside(point, taken); });
+    }
+
+private:
+    std::vector<BRect> frames_;
+};
+
+// At the upper right of the disc.
+OverlayItem NameText(const TrajectoryCache::Disc& disc, const std::string& name, rgb_color color) {
+    const float distance = disc.radius * 0.7f + kNameGap;
+    OverlayItem text;
+    text.anchor = OverlayItem::Anchor::kCanvas;
+    text.where = {std::floor(disc.center.x + distance), std::floor(disc.center.y - distance)};
+    text.text = name;
+    text.color = color;
+    return text;
+}
+
+const std::string& NameOf(const BodyLabels& labels, int32 body) {
+    return labels.bodies[static_cast<std::size_t>(body)].name;
 }
 
 bool IsTooSmall(double scale, double unit) {
@@ -70,8 +108,7 @@ OverlayItem MakeScaleBar(double scale, double uval, const UnitTable& units) {
     bar.kind = OverlayItem::Kind::kBar;
     bar.anchor = OverlayItem::Anchor::kLeftBottom;
     bar.where = {kInset, kInset};
-    bar.text =
-        NumberText(length, std::chars_format::general, kBarDigits) + ' ' + units.Abbreviation(unit);
+    bar.text = Grouped(print_double(length, kBarDigits)) + ' ' + units.Abbreviation(unit);
     bar.color = kTextColor;
     bar.length = static_cast<float>(length * unit * scale);
     return bar;
@@ -80,9 +117,8 @@ OverlayItem MakeScaleBar(double scale, double uval, const UnitTable& units) {
 OverlayItem MakeTimeText(const std::string& prefix, double time, double uval,
                          const UnitTable& units) {
     const double shown = time / uval;
-    const std::string number = std::abs(shown) < kPlainTimes
-                                   ? NumberText(shown, std::chars_format::fixed, kTimeDecimals)
-                                   : NumberText(shown, std::chars_format::general, kTimeDigits);
+    const std::string number = std::abs(shown) < kPlainTimes ? FixedText(shown, kTimeDecimals)
+                                                             : print_double(shown, kTimeDigits);
     OverlayItem text;
     text.anchor = OverlayItem::Anchor::kLeftTop;
     text.where = {kInset, kInset};
@@ -91,32 +127,46 @@ OverlayItem MakeTimeText(const std::string& prefix, double time, double uval,
     return text;
 }
 
-OverlayItem MakeName(const TrajectoryCache::Disc& disc, const std::string& name, bool isChosen) {
-    // Beside the upper right of the disc.
-    const float distance = disc.radius * 0.7f + kNameGap;
-    OverlayItem text;
-    text.anchor = OverlayItem::Anchor::kCanvas;
-    text.where = {std::floor(disc.center.x + distance), std::floor(disc.center.y - distance)};
-    text.text = name;
-    text.color = isChosen ? kChosenColor : kTextColor;
-    return text;
+void AddChosenName(const TrajectoryView& view, const BodyLabels& labels, int32 body,
+                   std::vector<OverlayItem>* texts) {
+    const TrajectoryCache::Disc& disc = view.Cache().DiscAt(body);
+    const OverlayItem usual = NameText(disc, NameOf(labels, body), kChosenColor);
+    const BRect frame = view.FrameOf(usual);
+    // Mirrored about the disc's centre.
+    const float left = std::floor(2.0f * disc.center.x - usual.where.x - frame.Width());
+    const float below = std::ceil(2.0f * disc.center.y - usual.where.y + frame.Height());
+    const TakenFrames taken(view, *texts);
+    for (const BPoint where : {usual.where, BPoint{usual.where.x, below},
+                               BPoint{left, usual.where.y}, BPoint{left, below}}) {
+        OverlayItem text = usual;
+        text.where = where;
+        const BRect covered = view.FrameOf(text);
+        if (Contains(view.Bounds(), covered) && taken.IsFree(covered)) {
+            texts->push_back(std::move(text));
+            return;
+        }
+    }
+    texts->push_back(usual);
 }
 
-std::vector<OverlayItem> MakeNames(const TrajectoryCache& cache, const BodyLabels& labels,
-                                   BRect bounds) {
-    std::vector<OverlayItem> names;
+void AddNames(const TrajectoryView& view, const BodyLabels& labels, int32 chosen,
+              std::vector<OverlayItem>* texts) {
+    const TrajectoryCache& cache = view.Cache();
+    const BRect bounds = view.Bounds();
+    const std::size_t most = texts->size() + kMaxNames;
+    TakenFrames taken(view, *texts);
     const int32 count = std::min(cache.CountBodies(), static_cast<int32>(labels.bodies.size()));
-    for (int32 body = 0; body < count && names.size() < kMaxNames; body++) {
+    for (int32 body = 0; body < count && texts->size() < most; body++) {
         const TrajectoryCache::Disc& disc = cache.DiscAt(body);
-        if (!IsInside(disc.center, bounds)) continue;
-        const OverlayItem name =
-            MakeName(disc, labels.bodies[static_cast<std::size_t>(body)].name, false);
-        const bool isFree =
-            std::none_of(names.begin(), names.end(),
-                         [&name](const OverlayItem& other) { return Overlap(name, other); });
-        if (isFree) names.push_back(name);
+        if (body == chosen || !IsInside(disc.center, bounds)) continue;
+        OverlayItem name = NameText(disc, NameOf(labels, body), kTextColor);
+        // Most names of a crowd need not be measured: their beginning is covered.
+        if (!taken.IsFree(name.where)) continue;
+        const BRect frame = view.FrameOf(name);
+        if (!taken.IsFree(frame)) continue;
+        taken.Add(frame);
+        texts->push_back(std::move(name));
     }
-    return names;
 }
 
 int32 FindBodyAt(const TrajectoryCache& cache, BPoint point) {

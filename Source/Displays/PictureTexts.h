@@ -6,7 +6,7 @@
 
 #include "BodyLabels.h"
 #include "OverlayItem.h"
-#include "TrajectoryCache.h"
+#include "TrajectoryView.h"
 #include "UnitTable.h"
 
 // A bar of a round length in the unit nearest to `uval`, or in kilometres or metres where that is
@@ -15,12 +15,13 @@
 // `prefix` and the time (s) in the unit nearest to `uval`; at the left-top corner.
 [[nodiscard]] OverlayItem MakeTimeText(const std::string& prefix, double time, double uval,
                                        const UnitTable& units);
-// Beside the disc of one body; `isChosen` ones stand out.
-[[nodiscard]] OverlayItem MakeName(const TrajectoryCache::Disc& disc, const std::string& name,
-                                   bool isChosen);
-// The names of all discs within `bounds`, the heaviest bodies first, as far as they do not cover
-// each other.
-[[nodiscard]] std::vector<OverlayItem> MakeNames(const TrajectoryCache& cache,
-                                                 const BodyLabels& labels, BRect bounds);
+// Adds the name of one body, which stands out: beside its disc, on the side where it lies within
+// the view and off the texts that are there, if there is such a side.
+void AddChosenName(const TrajectoryView& view, const BodyLabels& labels, int32 body,
+                   std::vector<OverlayItem>* texts);
+// Adds the names of all discs within the view, the heaviest bodies first, as far as they cover
+// neither each other nor the texts that are there; that of the chosen body (-1: none) is.
+void AddNames(const TrajectoryView& view, const BodyLabels& labels, int32 chosen,
+              std::vector<OverlayItem>* texts);
 // The body whose disc the point is on, or near to; -1 for none.
 [[nodiscard]] int32 FindBodyAt(const TrajectoryCache& cache, BPoint point);

@@ -15,10 +15,12 @@
 #include "EpochPortal.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
+#include "LineClipping.h"
 #include "PictureTexts.h"
 #include "ProjectionView.h"
 #include "ScaleBox.h"
 #include "ScaleRequester.h"
+#include "WindowServer.h"
 
 namespace {
 
@@ -49,7 +51,8 @@ ProjectionDisplay::~ProjectionDisplay() = default;
 
 // The menus of this window have these keys.
 void ProjectionDisplay::RemoveMenuShortcuts() {
-    for (const int32 label : {kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey, kLabelGoKey})
+    for (const int32 label : {kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey, kLabelGoKey,
+                              kLabelAnimationKey, kLabelEpochsKey})
         if (const char key = Texts().LowerKey(label); key != '\0')
             RemoveShortcut(static_cast<uint8>(key), 0);
 }
@@ -250,6 +253,15 @@ void ProjectionDisplay::SetScale(BMessage* message) {
     }
 }
 
+// A dialog that is open would bring back the scale that it was opened with.
+void ProjectionDisplay::TellScale() {
+    BWindow* const requester = scaleRequester_.Requester();
+    if (requester == nullptr) return;
+    BMessage message(ScaleRequester::kScaleChanged);
+    message.AddDouble("Scale", fields_.projection.scale);
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(requester)), message);
+}
+
 void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
     double units = 0.0;
     if (!areUnitsChosen_ && message->FindDouble("Units Pref", &units) == B_OK && IsPositive(units))
@@ -265,7 +277,10 @@ void ProjectionDisplay::Center() {
 
 void ProjectionDisplay::ShowMap(bool isScaleChanged) {
     ClearLow();
-    if (isScaleChanged) MakeDiscDomains();
+    if (isScaleChanged) {
+        MakeDiscDomains();
+        TellScale();
+    }
     SetLastDisp();
     DrawDiscs();
 }
@@ -274,6 +289,11 @@ void ProjectionDisplay::ShowMap(bool isScaleChanged) {
 
 void ProjectionDisplay::ZoomAbout(BPoint point, double factor) {
     const BPoint middle = View()->AnchorPoint();
+    // What is followed stands still, wherever the pointer is; where it is not seen, nothing is
+    // lost.
+    if (fields_.followed != kNoSystemID)
+        if (const BPoint place = Map(0.0, 0.0, 0.0); IsInside(place, View()->Bounds()))
+            point = place;
     Center();
     fields_.projection.ZoomAbout({point.x - middle.x, point.y - middle.y}, factor);
     ShowMap(true);
@@ -346,14 +366,6 @@ status_t ProjectionDisplay::Regenerate(const BMessage& archive) {
 
 std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
     std::vector<OverlayItem> items;
-    const TrajectoryCache& cache = View()->Cache();
-    if (fields_.options.names) items = MakeNames(cache, labels_, View()->Bounds());
-    if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels_.bodies.size())) {
-        const std::string& name = labels_.bodies[static_cast<std::size_t>(pointedAt)].name;
-        const OverlayItem pointed = MakeName(cache.DiscAt(pointedAt), name, true);
-        std::erase_if(items, [&](const OverlayItem& item) { return item.where == pointed.where; });
-        items.push_back(pointed);
-    }
     if (fields_.options.scaleBar) {
         const double unit = areUnitsChosen_ ? fields_.units : POSITION_UVAL_PREF;
         items.push_back(MakeScaleBar(fields_.projection.scale, unit, *context_.distanceUnits));
@@ -361,6 +373,10 @@ std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
     if (fields_.options.time)
         items.push_back(
             MakeTimeText(Texts().Label(kLabelTimeIs), time_, timeUval_, *context_.timeUnits));
+    // Names take the room that is left.
+    if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels_.bodies.size()))
+        AddChosenName(*View(), labels_, pointedAt, &items);
+    if (fields_.options.names) AddNames(*View(), labels_, pointedAt, &items);
     return items;
 }
 

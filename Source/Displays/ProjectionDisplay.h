@@ -58,7 +58,7 @@ public:
     [[nodiscard]] const Projection& GetProjection() const { return fields_.projection; }
 
     // --- What moves the view ---
-    // The point of the picture stays where it is.
+    // The point of the picture stays where it is; what is followed and seen does so instead of it.
     void ZoomAbout(BPoint point, double factor);
     // Shows what is so many pixels further right and down. Trails stay.
     void PanBy(float right, float down);
@@ -80,6 +80,7 @@ private:
     void RemoveMenuShortcuts();
     void Center();
     void ShowMap(bool isScaleChanged);
+    void TellScale();
     void TakeReference(const std::vector<Body*>& bodies);
     void TakeTime();
     void ToggleOption(bool DisplayOptions::*option);

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr BPoint kFirstPlace{40.0f, 40.0f};
+constexpr BPoint kFirstPlace{40.0f, 40.0f};  // from the display's left-top corner
 constexpr float kScreenFraction = 0.9f;
 
 }  // namespace
@@ -23,10 +23,14 @@ void RequesterSlot::Open(const BWindow* display, BPoint place,
                          const std::function<BWindow*()>& make) {
     if (requester_ == nullptr) {
         requester_ = make();
-        const BRect screen = BScreen(display).Frame();
-        requester_->MoveTo(place.x == kNeverPlaced.x
-                               ? kFirstPlace
-                               : confine_point_to_frame(place, screen, kScreenFraction));
+        if (place.x == kNeverPlaced.x) {
+            const BRect frame = display->Frame();
+            requester_->MoveTo({frame.left + kFirstPlace.x, frame.top + kFirstPlace.y});
+            keep_on_screen(requester_);
+        } else {
+            const BRect screen = BScreen(display).Frame();
+            requester_->MoveTo(confine_point_to_frame(place, screen, kScreenFraction));
+        }
         requester_->Show();
         return;
     }

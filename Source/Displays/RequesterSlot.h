@@ -13,8 +13,8 @@ public:
     [[nodiscard]] BWindow* Requester() const { return requester_; }
     // Where an open dialog is now, or where the closed one was: `place`.
     [[nodiscard]] BPoint Place(BPoint place) const;
-    // Makes the dialog and shows it at `place`, on the display's screen; one that is open comes to
-    // the front instead.
+    // Makes the dialog and shows it at `place`, on the display's screen, or over the display if it
+    // was never placed; one that is open comes to the front instead.
     void Open(const BWindow* display, BPoint place, const std::function<BWindow*()>& make);
     // Quits the dialog and notes where it stood; false if there is none.
     bool Close(BPoint* place);

@@ -84,6 +84,12 @@ void ScaleRequester::MessageReceived(BMessage* message) {
             SetScaleRef(isGiven ? index + 1 : box_->GetReference());
             break;
         }
+        case kScaleChanged:
+            if (double scale = 0.0; message->FindDouble("Scale", &scale) == B_OK) {
+                scale_ = scale;
+                box_->Length().SetValueUnderHand(pixels_ / scale_);
+            }
+            break;
         case UnitMenu::kUnitChosen:
             isUnitChanged_ = true;
             Redisplay();

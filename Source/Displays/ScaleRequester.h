@@ -15,6 +15,8 @@ public:
     // double "Units Pref".
     static constexpr uint32 kSetScale = FourCC("stsc");
     static constexpr uint32 kCancel = FourCC("cnsc");
+    // To the dialog: double "Scale" is the display's now. What is being typed stays.
+    static constexpr uint32 kScaleChanged = FourCC("scch");
 
     // `reference`: ScaleBox::Reference; `units`: the unit that the length is shown in, m.
     ScaleRequester(double scale, int32 reference, double units, Display* display,

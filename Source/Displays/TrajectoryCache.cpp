@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "Body.h"
 #include "TrajectoryMap.h"
@@ -20,15 +21,36 @@ float round_to_unit(float value) {
 // --- Sizes ---
 
 void TrajectoryCache::ResizeCache(int32 reports, int32 bodies) {
-    capacity_ = reports;
     const auto count = static_cast<std::size_t>(bodies);
     // A batch of other bodies cannot be drawn any more.
     if (bodies != CountBodies()) reports_ = reportsDrawn_ = 0;
-    positions_.resize(3 * static_cast<std::size_t>(reports) * count);
-    lastPositions_.resize(3 * count);
-    trailPoints_.resize(TrailStride() * count);
-    pens_.resize(count);
-    discs_.resize(count);
+    try {
+        ResizeTables(static_cast<std::size_t>(reports), count);
+        capacity_ = reports;
+    } catch (const std::bad_alloc&) {
+        // Without a trail there is at least the last report of each batch. Where there is no memory
+        // even for that no bodies are shown, until there is.
+        reports_ = reportsDrawn_ = capacity_ = 0;
+        try {
+            ResizeTables(1, count);
+            capacity_ = 1;
+        } catch (const std::bad_alloc&) {
+            ResizeTables(0, 0);
+        }
+    }
+}
+
+// Larger tables than are needed are given back.
+void TrajectoryCache::ResizeTables(std::size_t reports, std::size_t bodies) {
+    const auto resize = [](auto* table, std::size_t size) {
+        if (table->capacity() > 2 * size) *table = {};
+        table->resize(size);
+    };
+    resize(&positions_, 3 * reports * bodies);
+    resize(&trailPoints_, (reports + 1) * bodies);
+    lastPositions_.resize(3 * bodies);
+    pens_.resize(bodies);
+    discs_.resize(bodies);
 }
 
 void TrajectoryCache::ResizeForReports(int32 reports, int32 bodies) {
@@ -118,10 +140,15 @@ ThreeVector TrajectoryCache::LastReference() const {
 // --- Batches ---
 
 void TrajectoryCache::ReadPositions(int32 reports, const double* positions) {
+    const std::size_t bodies = discs_.size();
     if (reports > capacity_) ResizeForReports(reports, CountBodies());
-    std::copy_n(positions, 3 * static_cast<std::size_t>(reports) * discs_.size(),
-                positions_.begin());
-    reports_ = reports;
+    if (bodies != discs_.size()) return;
+    // Where memory is lacking the last ones are what counts.
+    const std::size_t stride = 3 * bodies;
+    const int32 kept = std::min(reports, capacity_);
+    std::copy_n(positions + static_cast<std::size_t>(reports - kept) * stride,
+                static_cast<std::size_t>(kept) * stride, positions_.begin());
+    reports_ = kept;
     reportsDrawn_ = 0;
 }
 

@@ -28,7 +28,7 @@ public:
     explicit TrajectoryCache(TrajectoryMap* map) : map_(map) {}
 
     // --- Sizes ---
-    // For batches of so many reports of so many bodies.
+    // For batches of so many reports of so many bodies, or of fewer where there is no memory.
     void ResizeCache(int32 reports, int32 bodies);
     // The same if the tables are too small for that.
     void ResizeForReports(int32 reports, int32 bodies);
@@ -98,6 +98,7 @@ private:
         int32 count = 0;         // points of the trail so far
     };
 
+    void ResizeTables(std::size_t reports, std::size_t bodies);
     [[nodiscard]] ThreeVector ReferenceIn(const std::vector<double>& positions,
                                           std::size_t first) const;
     [[nodiscard]] std::size_t TrailStride() const {

@@ -35,8 +35,13 @@ TrajectoryView* TrajectoryDisplay::MakeView() {
     return new TrajectoryView("sky", this);
 }
 
+// Batches that were cut come more often than the user wants to see them. When a run parks all of
+// it is shown.
 void TrajectoryDisplay::DisplayData() {
-    view_->DisplayData();
+    const AbCalculator* const calculator = Epoch()->GetCalculator();
+    const bool isShown = calculator == nullptr || ++unshown_ >= calculator->BatchesPerUpdate();
+    if (isShown) unshown_ = 0;
+    view_->DisplayData(isShown);
 }
 
 void TrajectoryDisplay::ReadData(int32 reports, double* /*times*/, double* positions,

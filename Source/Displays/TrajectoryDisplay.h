@@ -43,4 +43,5 @@ protected:
 private:
     TrajectoryView* view_ = nullptr;
     BScrollView* scrollView_ = nullptr;
+    int32 unshown_ = 0;  // batches drawn and not shown; drawing thread
 };

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int32 kLinesPerArray = 128;
-// Around the picture; discs and lines beyond it are left alone.
+// Around the picture; lines beyond it are left alone, and discs that do not reach into it.
 constexpr float kClippingMargin = 512.0f;
 constexpr float kMaxDiscRadius = 8192.0f;
 
@@ -28,8 +28,16 @@ float round_to_unit(float value) {
     return std::floor(value + 0.5f);
 }
 
+BRect Grown(BRect rect, float by) {
+    return {rect.left - by, rect.top - by, rect.right + by, rect.bottom + by};
+}
+
 bool IsFinite(BPoint point) {
     return std::isfinite(point.x) && std::isfinite(point.y);
+}
+
+float DrawnRadius(const TrajectoryCache::Disc& disc) {
+    return std::min(disc.radius, kMaxDiscRadius);
 }
 
 }  // namespace
@@ -38,9 +46,7 @@ TrajectoryView::TrajectoryView(const char* name, TrajectoryMap* map, rgb_color s
     : SmartView(name, sky), cache_(map) {}
 
 BRect TrajectoryView::ClippingFrame() const {
-    const BRect bounds = BitmapBounds();
-    return {bounds.left - kClippingMargin, bounds.top - kClippingMargin,
-            bounds.right + kClippingMargin, bounds.bottom + kClippingMargin};
+    return Grown(BitmapBounds(), kClippingMargin);
 }
 
 // --- The model ---
@@ -75,11 +81,12 @@ void TrajectoryView::ReadPositions(int32 reports, const double* positions) {
 
 // --- Drawing ---
 
-void TrajectoryView::DisplayData() {
+void TrajectoryView::DisplayData(bool isShown) {
     const ViewLock lock(this);
     if (!lock || !cache_.HasBatch()) return;
     DrawBatch();
-    DrawDiscs();
+    PaintDiscs();
+    if (isShown) ShowPicture();
 }
 
 // All but the discs at their new places.
@@ -127,7 +134,8 @@ void TrajectoryView::EraseDiscs(bool all) {
         const bool hasMoved = std::abs(round_to_unit(from.x) - round_to_unit(to.x)) >= 1.0f ||
                               std::abs(round_to_unit(from.y) - round_to_unit(to.y)) >= 1.0f;
         const bool isErased =
-            all || (hasMoved && IsInside(from, frame)) || !cache_.DiscAt(body).isOn;
+            all || (hasMoved && IsInside(from, Grown(frame, DrawnRadius(cache_.DiscAt(body))))) ||
+            !cache_.DiscAt(body).isOn;
         if (isErased && IsFinite(from)) CopyFromCanvas(cache_.DomainCenteredAt(body, from));
     }
 }
@@ -135,14 +143,20 @@ void TrajectoryView::EraseDiscs(bool all) {
 void TrajectoryView::DrawDiscs() {
     const ViewLock lock(this);
     if (!lock) return;
+    PaintDiscs();
+    ShowPicture();
+}
+
+void TrajectoryView::PaintDiscs() {
     const BRect bounds = BitmapBounds();
     for (int32 body = 0; body < cache_.CountBodies(); body++) {
         const TrajectoryCache::Disc& disc = cache_.DiscAt(body);
-        if (!disc.isOn || !IsInside(disc.center, bounds)) continue;
+        const float radius = DrawnRadius(disc);
+        // A disc reaches into the picture from as far away as it is large.
+        if (!disc.isOn || !IsInside(disc.center, Grown(bounds, radius))) continue;
         SetHighColor(disc.color);
-        DrawDisc(disc.center, std::min(disc.radius, kMaxDiscRadius), HighColor());
+        DrawDisc(disc.center, radius, HighColor());
     }
-    ShowPicture();
 }
 
 void TrajectoryView::ClearLow() {

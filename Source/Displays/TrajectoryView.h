@@ -28,8 +28,8 @@ public:
     void PrepareForGo(int32 reportsPerSegment, const std::vector<Body*>& bodies);
     // Takes a batch over.
     void ReadPositions(int32 reports, const double* positions);
-    // Draws it, once.
-    void DisplayData();
+    // Draws it, once. What is not shown at once is seen with the next that is.
+    void DisplayData(bool isShown = true);
     // Brings the picture up to date after these changes of the model (ChangeFlags.h). The caller
     // holds the model's read lock.
     void Redisplay(int32 changes, const std::vector<Body*>& bodies);
@@ -59,6 +59,7 @@ protected:
 private:
     void DrawBatch();
     void DrawTrails();
+    void PaintDiscs();
     [[nodiscard]] BRect ClippingFrame() const;
 
     TrajectoryCache cache_;

@@ -10,4 +10,6 @@ enum EntryText : int32 {
     kTextOutOfRange = 3602,
     kTextNameNeeded = 3603,
     kTextUnit = 3604,  // what a screen reader adds to the name of a unit menu
+    kTextUnitsAre = 3614,
+    kTextBetweenUnits = 3615,
 };

@@ -161,4 +161,7 @@ enum InterfaceLabel : int32 {
 
     kLabelOpenRecent = 3500,
     kLabelClearRecent = 3501,
+
+    kLabelEpochsKey = 3719,
+    kLabelAnimationKey = 3743,
 };

@@ -3,6 +3,7 @@
 #include "AbbreviatedMenuField.h"
 #include "AppDefs.h"
 #include "BMenu.h"
+#include "HelpTexts.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "NumberBox.h"
@@ -23,8 +24,9 @@ BMessage ArchiveOf(const BArchivable& object) {
 }  // namespace
 
 MenuArchives::MenuArchives(const InterfaceTexts& texts, const UnitTable& mass,
-                           const UnitTable& distance, const UnitTable& speed, const UnitTable& time)
-    : appMenu_(MakeAppMenuArchive(texts)),
+                           const UnitTable& distance, const UnitTable& speed, const UnitTable& time,
+                           const std::vector<Example>& examples)
+    : appMenu_(MakeAppMenuArchive(texts, examples)),
       simMenu_(MakeSimMenuArchive(texts)),
       massUnits_(MakeUnitMenuFieldArchive(mass)),
       distanceUnits_(MakeUnitMenuFieldArchive(distance)),
@@ -39,7 +41,8 @@ BMessage MenuArchives::MakeUnitMenuFieldArchive(const UnitTable& table) {
     return ArchiveOf(AbbreviatedMenuField("Unit menu field", nullptr, menu));
 }
 
-BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts) {
+BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts,
+                                          const std::vector<Example>& examples) {
     BMenu menu(texts.Text(kLabelAppMenu));
     menu.AddItem(new BMenuItem(texts.Text(kLabelNewSimulation), new BMessage(kNewSimulation),
                                texts.Key(kLabelNewSimulationKey)));
@@ -47,6 +50,7 @@ BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts) {
     open->AddPointer(kSimulationField, nullptr);
     menu.AddItem(new BMenuItem(texts.Text(kLabelOpen), open, texts.Key(kLabelOpenKey)));
     menu.AddItem(new RecentMenu(texts.Text(kLabelOpenRecent), texts.Text(kLabelClearRecent)));
+    if (!examples.empty()) menu.AddItem(new ExampleMenu(texts.Text(kTextOpenExample), examples));
     menu.AddSeparatorItem();
     menu.AddItem(new BMenuItem(texts.Text(kLabelAbout), new BMessage(B_ABOUT_REQUESTED)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelReenable), new BMessage(kClearDefaultResponses)));

@@ -2,7 +2,10 @@
 // once at start, read-only afterwards, when any thread may call.
 #pragma once
 
+#include <vector>
+
 #include "BMessage.h"
+#include "ExampleMenu.h"
 
 class InterfaceTexts;
 class UnitTable;
@@ -10,7 +13,8 @@ class UnitTable;
 class MenuArchives {
 public:
     MenuArchives(const InterfaceTexts& texts, const UnitTable& mass, const UnitTable& distance,
-                 const UnitTable& speed, const UnitTable& time);
+                 const UnitTable& speed, const UnitTable& time,
+                 const std::vector<Example>& examples = {});
 
     // A BMenu whose items are for the application; "Open..." has a null pointer "Simulation".
     [[nodiscard]] const BMessage& AppMenuArchive() const { return appMenu_; }
@@ -25,7 +29,8 @@ public:
     [[nodiscard]] static BMessage MakeUnitMenuFieldArchive(const UnitTable& table);
 
 private:
-    [[nodiscard]] static BMessage MakeAppMenuArchive(const InterfaceTexts& texts);
+    [[nodiscard]] static BMessage MakeAppMenuArchive(const InterfaceTexts& texts,
+                                                     const std::vector<Example>& examples);
     [[nodiscard]] static BMessage MakeSimMenuArchive(const InterfaceTexts& texts);
 
     BMessage appMenu_;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "BFont.h"
+#include "PanelFolder.h"
 
 namespace {
 
@@ -14,6 +15,17 @@ bool IsSize(float size) {
 }
 
 }  // namespace
+
+MyFilePanel::MyFilePanel(file_panel_mode mode, const BMessenger& target, const entry_ref* directory)
+    : BFilePanel(mode, target) {
+    if (directory != nullptr) MyFilePanel::SetPanelDirectory(directory);
+}
+
+void MyFilePanel::SetPanelDirectory(const entry_ref* directory) {
+    if (directory == nullptr) return BFilePanel::SetPanelDirectory(nullptr);
+    const entry_ref folder = PanelFolder(*directory);
+    BFilePanel::SetPanelDirectory(&folder);
+}
 
 void MyFilePanel::GetArea(BPoint* at, float* width, float* height) const {
     const BRect frame = Frame();

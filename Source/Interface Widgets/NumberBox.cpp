@@ -1,30 +1,25 @@
 #include "NumberBox.h"
 
 #include <optional>
+#include <string>
 
 #include "BMenuField.h"
 #include "BMessage.h"
-#include "BTextControl.h"
-#include "QuantityText.h"
+#include "EntryTexts.h"
+#include "InterfaceTexts.h"
+#include "QuantityLine.h"
 #include "UnitField.h"
 #include "UnitMenu.h"
 
-namespace {
-
-constexpr int32 kColumns = 14;
-
-}  // namespace
-
-NumberBox::NumberBox(const char* name, const char* accessibleName, const UnitTable* units,
-                     const BMessage& unitMenuField)
+NumberBox::NumberBox(const char* name, const char* label, const UnitTable* units,
+                     const BMessage& unitMenuField, const InterfaceTexts& texts)
     : BGroupView(name, B_HORIZONTAL),
-      units_(units),
-      number_(new BTextControl("number", nullptr, "", new BMessage(kNumberEntered))) {
-    number_->SetColumns(kColumns);
+      number_(new QuantityLine("number", label, units, texts, new BMessage(kNumberEntered))) {
     number_->SetRightAligned(true);
-    number_->SetAccessibleName(accessibleName);
     AddChild(number_);
-    if (BMenuField* const field = MakeUnitField(unitMenuField, accessibleName); field != nullptr) {
+    const std::string unitLabel = label + texts.Label(kTextUnit);
+    if (BMenuField* const field = MakeUnitField(unitMenuField, unitLabel.c_str());
+        field != nullptr) {
         menu_ = UnitMenuOf(field);
         AddChild(field);
     }
@@ -44,22 +39,23 @@ void NumberBox::SetValue(double value) {
     ShowValue();
 }
 
+void NumberBox::SetValueUnderHand(double value) {
+    value_ = value;
+    number_->ShowValue(Shown(), false);
+}
+
 void NumberBox::ShowValue() {
-    number_->SetText(print_double(value_ / Uval()).c_str());
+    number_->ShowValue(Shown(), true);
 }
 
 bool NumberBox::Commit() {
-    const std::string shown = print_double(value_ / Uval());
-    const std::optional<std::string> pending = number_->TakePendingText();
-    const std::string typed = pending.value_or(number_->Text());
-    if (typed == shown) return false;
-    const UnitTable::Parsed parsed = units_->Parse(typed, Uval());
-    const bool isOther = parsed && parsed.value != value_;
-    if (parsed) {
-        value_ = parsed.value;
-        if (parsed.unit != nullptr && menu_ != nullptr) menu_->SetUval(parsed.unit->factor);
-    }
-    ShowValue();
+    const std::optional<std::string> typed = number_->TakeText();
+    if (!typed) return false;
+    const std::optional<DimValue> value = number_->Read(*typed, Shown());
+    if (!value) return false;
+    const bool isOther = value->Value() != value_;
+    value_ = value->Value();
+    if (menu_ != nullptr) menu_->SetUval(value->Uval());
     return isOther;
 }
 

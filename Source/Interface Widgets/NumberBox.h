@@ -7,35 +7,41 @@
 #pragma once
 
 #include "BGroupView.h"
-#include "UnitTable.h"
+#include "DimValue.h"
 
-class BTextControl;
+class BMessage;
+class InterfaceTexts;
+class QuantityLine;
 class UnitMenu;
+class UnitTable;
 
 class NumberBox : public BGroupView {
 public:
     static constexpr uint32 kNumberEntered = FourCC("nmen");
 
-    // `unitMenuField`: the archive of the unit menu's field. `units` is not owned. `accessibleName`
-    // is what a screen reader says.
-    NumberBox(const char* name, const char* accessibleName, const UnitTable* units,
-              const BMessage& unitMenuField);
+    // `unitMenuField`: the archive of the unit menu's field. `units` and `texts` are not owned.
+    // `label` is what a screen reader says.
+    NumberBox(const char* name, const char* label, const UnitTable* units,
+              const BMessage& unitMenuField, const InterfaceTexts& texts);
 
     [[nodiscard]] double Value() const { return value_; }
     void SetValue(double value);
+    // The same, but what the user has typed and not yet committed stays.
+    void SetValueUnderHand(double value);
     [[nodiscard]] double Uval() const;
     // Shows the value in the unit nearest to this one.
     void SetUval(double uval);
-    // Takes over what the user has typed, finished or not; true if that is another value. What is
-    // no number of a known unit gives way to the value that was there.
+    // Takes over what the user has typed, finished or not; true if that is another value. The user
+    // is told of what is no number of a known unit; the value stays.
     bool Commit();
     // Shows the value again: the user has chosen another unit.
     void ShowValue();
     void MakeFocus(bool isFocus = true) override;
 
 private:
-    const UnitTable* const units_;
-    BTextControl* const number_;
+    [[nodiscard]] DimValue Shown() const { return {value_, Uval()}; }
+
+    QuantityLine* const number_;
     UnitMenu* menu_ = nullptr;
     double value_ = 0.0;
 };

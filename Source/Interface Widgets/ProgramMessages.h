@@ -11,7 +11,8 @@ inline constexpr uint32 kNewSimulation = FourCC("nwsm");
 // it too, and pass it on with themselves in that field.
 inline constexpr uint32 kOpen = FourCC("open");
 // A simulation (with pointer "Doomed Simulation"), or to a simulation: a display (with pointer
-// "Doomed Display") has closed and wants to be deleted.
+// "Doomed Display") has closed and wants to be deleted. String "Reason" of a simulation: why its
+// document could not be read.
 inline constexpr uint32 kDeleteMe = FourCC("klme");
 // A message box has closed: pointer "Doomed Msg Window". To the application or a simulation.
 inline constexpr uint32 kDeleteMessageWindow = FourCC("klms");
@@ -31,12 +32,14 @@ inline constexpr const char* kCopyOfField = "Path";
 inline constexpr const char* kCopyReasonField = "Reason";
 // With pointer "Simulation": its window has built itself and is shown.
 inline constexpr uint32 kSimulationShown = FourCC("shwn");
-// From the menu of recent documents: open the one with string "path"; forget them all.
+// From the menu of recent documents: open the one with string "path", and with pointer "Simulation"
+// as in "open"; forget them all.
 inline constexpr uint32 kOpenRecent = FourCC("rcop");
 inline constexpr uint32 kClearRecent = FourCC("rccl");
-// The program was started once more: come to the front. With refs "refs" in a B_REFS_RECEIVED the
-// files are opened instead.
-inline constexpr uint32 kActivateProgram = FourCC("actv");
+// The program was started once more, with the documents "path" (strings), which it hands over: open
+// them, or come to the front when there are none. To be answered (LocalRequests) with what could
+// not be opened.
+inline constexpr uint32 kHandOver = FourCC("hdov");
 // Steps in which a simulation's window is built. They go to the application, which hands them back
 // to the pointer "Simulation".
 inline constexpr uint32 kBuildMenuBar = FourCC("bmmu");
@@ -76,6 +79,7 @@ inline constexpr uint32 kNewDisplay = FourCC("nwds");  // int32 "Display Type"
 inline constexpr uint32 kShowTrailDisc = FourCC("s_td");
 inline constexpr uint32 kShowAnimation = FourCC("sanm");
 inline constexpr uint32 kShowEpochs = FourCC("sepw");
+inline constexpr uint32 kTellUser = FourCC("tell");  // string "Text": in the status line
 
 // --- Their fields ---
 inline constexpr const char* kSimulationField = "Simulation";
@@ -87,3 +91,5 @@ inline constexpr const char* kEpochIndexField = "index";
 inline constexpr const char* kEpochField = "Epoch";
 inline constexpr const char* kDisplayTypeField = "Display Type";
 inline constexpr const char* kReplyField = "Reply";
+inline constexpr const char* kReasonField = "Reason";
+inline constexpr const char* kTextField = "Text";

@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr int32 kColumns = 18;  // all digits of a number, a sign and a point
+constexpr int32 kColumns = 18;   // all digits of a number, a sign and a point
+constexpr int kBriefDigits = 7;  // where nobody edits
 
 }  // namespace
 
@@ -24,33 +25,49 @@ double QuantityLine::FactorFor(double uval) const {
     return unit == nullptr ? 1.0 : unit->factor;
 }
 
-std::string QuantityLine::TextOf(const DimValue& value) const {
-    return QuantityText(value.Value(), FactorFor(value.Uval()));
+BEntryControl::Writing QuantityLine::WritingOf(const DimValue& value) const {
+    const double factor = FactorFor(value.Uval());
+    return {QuantityText(value.Value(), factor),
+            print_double(value.Value() / factor, kBriefDigits)};
 }
 
 void QuantityLine::ShowValue(const std::optional<DimValue>& value, bool replacesAll) {
-    const std::string text = value ? TextOf(*value) : "";
+    const Writing writing = value ? WritingOf(*value) : Writing("");
     if (replacesAll)
-        SetText(text.c_str());
+        SetText(writing);
     else
-        ShowText(text.c_str());
+        ShowText(writing);
 }
 
 std::optional<DimValue> QuantityLine::Read(const std::string& text, const DimValue& inForce) {
     static const UnitTable kNoUnits;
     const UnitTable& units = units_ == nullptr ? kNoUnits : *units_;
-    const UnitTable::Parsed parsed = units.Parse(text, FactorFor(inForce.Uval()));
+    const UnitTable::Parsed parsed = units.ParseTyped(text, FactorFor(inForce.Uval()));
     if (parsed) {
         const double uval = parsed.unit == nullptr ? inForce.Uval() : parsed.unit->factor;
         const DimValue value(parsed.value, uval);
-        AcceptText(TextOf(value).c_str());
+        AcceptText(WritingOf(value));
         return value;
     }
     const bool isUnit = parsed.error == UnitTable::ParseError::kUnknownUnit && units_ != nullptr;
-    RefuseText(TextOf(inForce).c_str(), texts_.Text(isUnit ? kTextUnknownUnit : kTextNotANumber));
+    RefuseText(WritingOf(inForce), WhyNot(isUnit ? kTextUnknownUnit : kTextNotANumber).c_str());
     return std::nullopt;
 }
 
 void QuantityLine::RefuseRange(const DimValue& inForce) {
-    RefuseText(TextOf(inForce).c_str(), texts_.Text(kTextOutOfRange));
+    RefuseText(WritingOf(inForce), texts_.Text(kTextOutOfRange));
+}
+
+// Says what would have been understood.
+std::string QuantityLine::WhyNot(int32 reason) const {
+    std::string why = texts_.Label(reason);
+    if (units_ == nullptr) return why;
+    why += '\n' + texts_.Label(kTextUnitsAre);
+    const char* separator = "";
+    for (const std::string_view unit : units_->Abbreviations()) {
+        why += separator;
+        why += unit;
+        separator = texts_.Text(kTextBetweenUnits);
+    }
+    return why;
 }

@@ -31,7 +31,8 @@ public:
 
 private:
     [[nodiscard]] double FactorFor(double uval) const;
-    [[nodiscard]] std::string TextOf(const DimValue& value) const;
+    [[nodiscard]] Writing WritingOf(const DimValue& value) const;
+    [[nodiscard]] std::string WhyNot(int32 reason) const;
 
     const UnitTable* const units_;
     const InterfaceTexts& texts_;

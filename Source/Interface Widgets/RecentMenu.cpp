@@ -41,6 +41,10 @@ status_t RecentMenu::Archive(BMessage* into, bool /*deep*/) const {
     return status == B_OK ? into->AddString(kClearLabel, clearLabel_) : status;
 }
 
+void RecentMenu::SetRequester(const void* simulation) {
+    requester_ = simulation;
+}
+
 void RecentMenu::AttachedToWindow() {
     RecentDocuments::Shared().Subscribe(BMessenger(this));
     Fill();
@@ -63,6 +67,7 @@ void RecentMenu::Fill() {
     for (const std::string& path : paths) {
         auto* const message = new BMessage(kOpenRecent);
         message->AddString("path", path);
+        message->AddPointer(kSimulationField, requester_);
         AddItem(new BMenuItem(LabelOf(path, paths).c_str(), message));
     }
     AddSeparatorItem();

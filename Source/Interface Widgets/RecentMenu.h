@@ -14,6 +14,10 @@ public:
     // Adds string "_clear", and no items.
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
 
+    // The window that a chosen document may replace, for pointer "Simulation" of the items'
+    // messages; null, as at first: none. It is not looked at.
+    void SetRequester(const void* simulation);
+
     void AttachedToWindow() override;
     void DetachedFromWindow() override;
     void MessageReceived(BMessage* message) override;
@@ -22,4 +26,5 @@ private:
     void Fill();
 
     std::string clearLabel_;
+    const void* requester_ = nullptr;
 };

@@ -10,7 +10,7 @@
 ScaleBox::ScaleBox(const char* name, const InterfaceTexts& texts, const UnitTable* units,
                    const BMessage& unitMenuField)
     : BGroupView(name, B_HORIZONTAL),
-      length_(new NumberBox("length", texts.Text(kLabelLength), units, unitMenuField)) {
+      length_(new NumberBox("length", texts.Text(kLabelLength), units, unitMenuField, texts)) {
     references_ = new BPopUpMenu("references");
     for (int32 i = kScreenWidth; i <= kOnePixel; i++)
         references_->AddItem(new BMenuItem(texts.Text(kLabelFirstReference + i - kScreenWidth),

@@ -4,6 +4,8 @@
 #include "BApplication.h"
 #include "BMessage.h"
 #include "BMessenger.h"
+#include "HelpKey.h"
+#include "HelpMenu.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "ProgramMessages.h"
@@ -12,12 +14,16 @@
 SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 flags, BLooper* owner,
                      const InterfaceTexts* texts)
     : BWindow(frame, title, look, flags), owner_(owner), texts_(texts) {
+    if (be_app != nullptr) AddShortcut(B_HELP_KEY, 0, new BMessage(HelpMenu::kShowGuide), be_app);
     AddKey(Texts().LowerKey(kLabelNewSimulationKey), kNewSimulation);
     AddKey(Texts().LowerKey(kLabelOpenKey), kOpen);
     AddKey(Texts().LowerKey(kLabelSaveKey), kSave);
     AddKey(Texts().LowerKey(kLabelUndoKey), kUndo);
     AddKey(Texts().UpperKey(kLabelUndoKey), kRedo);
     AddKey(Texts().LowerKey(kLabelGoKey), kTogglePause);
+    AddKey(Texts().LowerKey(kLabelNewBodyKey), kNewBody);
+    AddKey(Texts().LowerKey(kLabelAnimationKey), kShowAnimation);
+    AddKey(Texts().LowerKey(kLabelEpochsKey), kShowEpochs);
     SetAcceptsFiles(true);
 }
 
@@ -40,6 +46,9 @@ void SubWindow::MessageReceived(BMessage* message) {
         case kUndo:
         case kRedo:
         case kTogglePause:
+        case kNewBody:
+        case kShowAnimation:
+        case kShowEpochs:
         case B_REFS_RECEIVED:  // files were dropped on the window
             SendToOwner(*message);
             break;

@@ -24,9 +24,9 @@ void TextEntry::ShowEnabled(bool isEnabled) {
 void TextEntry::Present(const std::optional<std::string>& value, bool replacesAll) {
     const std::string text = value.value_or("");
     if (replacesAll)
-        line_->SetText(text.c_str());
+        line_->SetText(text);
     else
-        line_->ShowText(text.c_str());
+        line_->ShowText(text);
 }
 
 bool TextEntry::CommitPending() {
@@ -35,10 +35,10 @@ bool TextEntry::CommitPending() {
     if (!typed) return false;
     const std::string inForce = source.value.value_or("");
     if (!source || typed->find_first_not_of(' ') == std::string::npos) {
-        line_->RefuseText(inForce.c_str(), texts_.Text(kTextNameNeeded));
+        line_->RefuseText(inForce, texts_.Text(kTextNameNeeded));
         return false;
     }
-    line_->AcceptText(typed->c_str());
+    line_->AcceptText(*typed);
     return CommitEntry(Portal(), *source.factory, *typed);
 }
 

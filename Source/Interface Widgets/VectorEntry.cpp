@@ -89,5 +89,7 @@ bool VectorEntry::CommitComponent(int32 component, const std::string& typed, con
     std::unique_ptr<LCommand> command =
         source.factory->MakeComponentCommand(Portal(), component, *value);
     Portal()->ReadUnlock();
+    const bool isRefused = command == nullptr && value->Value() != inForce.Value();
+    if (isRefused) line.RefuseRange(inForce);
     return ExecuteFiled(Portal(), std::move(command));
 }

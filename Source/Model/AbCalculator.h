@@ -16,4 +16,6 @@ public:
     virtual void SetSegmentLength(int32 length) = 0;
     virtual int32 UpdatesPerSecond() const = 0;
     virtual void SetUpdatesPerSecond(int32 updates) = 0;
+    // Of the batches that a display is given, the one in so many that it need show.
+    virtual int32 BatchesPerUpdate() const { return 1; }
 };

@@ -5,6 +5,7 @@
 #include "AppDefs.h"
 #include "ArchiveFields.h"
 #include "MacroCommand.h"
+#include "SystemReading.h"
 
 namespace {
 
@@ -56,7 +57,7 @@ void CompositeSystem::CopyChildren(const CompositeSystem& other) {
 }
 
 BArchivable* CompositeSystem::Instantiate(BMessage* archive) {
-    if (sReadNesting > kMaxReadNesting || !validate_instantiation(archive, "CompositeSystem"))
+    if (sReadNesting > kMaxNesting || !validate_instantiation(archive, "CompositeSystem"))
         return nullptr;
     return new CompositeSystem(archive);
 }
@@ -65,25 +66,72 @@ void CompositeSystem::AddChildrenFrom(const BMessage* archive) {
     const ReadNesting nesting;
     int32 count = 0;
     if (archive->GetInfo("Bodies", nullptr, &count) != B_OK) return;
+    Children systems;
     for (int32 i = 0; i < count; i++) {
         BMessage record;
         if (archive->FindMessage("Bodies", i, &record) != B_OK) continue;
         std::unique_ptr<BArchivable> object(instantiate_object(&record));
-        auto* system = dynamic_cast<MassSystem*>(object.get());
+        auto* system = dynamic_cast<DisplayedSystem*>(object.get());
         if (!system) continue;
-        // A second system of the same identifier is not taken over, and deleted here.
-        if (AddChild(system) == B_OK && system->Parent() == this)
-            static_cast<void>(object.release());
+        static_cast<void>(object.release());
+        systems.emplace_back(system);
+        if (SystemReading::Current() && system->ID() == kNoSystemID)
+            system->SetID(kFirstProvisionalID + i);
     }
+    AddAll(std::move(systems));
+}
+
+// Sorted once: a list in falling order, added one by one, would be moved up for each.
+void CompositeSystem::AddAll(Children systems) {
+    for (auto& system : systems) {
+        system->SetParent(this);
+        children_.push_back(std::move(system));
+    }
+    SortChildren();
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < children_.size(); i++) {
+        if (i > 0 && children_[i]->ID() == children_[kept - 1]->ID()) {
+            if (SystemReading* reading = SystemReading::Current())
+                reading->NoteLeftOut(*children_[i], *children_[kept - 1]);
+            continue;
+        }
+        if (kept != i) children_[kept] = std::move(children_[i]);
+        kept++;
+    }
+    children_.resize(kept);
+}
+
+void CompositeSystem::SortChildren() {
+    const auto isBefore = [](const auto& a, const auto& b) { return a->ID() < b->ID(); };
+    // As files have them.
+    if (std::is_sorted(children_.begin(), children_.end(), isBefore)) return;
+    std::stable_sort(children_.begin(), children_.end(), isBefore);
+}
+
+void CompositeSystem::NumberChildren(const std::function<int64(const MassSystem&)>& next) {
+    for (const auto& child : children_) {
+        if (child->ID() <= kLastProvisionalID) child->SetID(next(*child));
+        if (auto* group = dynamic_cast<CompositeSystem*>(child.get())) group->NumberChildren(next);
+    }
+    SortChildren();
 }
 
 status_t CompositeSystem::Archive(BMessage* into, bool deep) const {
     status_t status = DisplayedSystem::Archive(into, deep);
+    // In their stored form bodies take a third of the memory. Groups stay records: put into stored
+    // form at every level, what lies deep would be copied once for each.
+    const bool packs = std::ranges::all_of(
+        children_, [](const auto& child) { return child->CountChildren() == 0; });
+    std::vector<std::byte> packed;
     for (const auto& child : children_) {
         if (status != B_OK) return status;
         BMessage record(B_ARCHIVED_OBJECT);
         status = child->Archive(&record, true);
-        if (status == B_OK) status = into->AddMessage("Bodies", std::move(record));
+        if (status == B_OK && packs) status = record.Flatten(&packed);
+        if (status == B_OK)
+            status =
+                packs ? into->AddData("Bodies", B_MESSAGE_TYPE, packed.data(), packed.size(), false)
+                      : into->AddMessage("Bodies", std::move(record));
     }
     return status == B_OK ? into->AddString("class", "CompositeSystem") : status;
 }

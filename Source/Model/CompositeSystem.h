@@ -3,6 +3,7 @@
 // from theirs, which are absolute. Ownership and locking as for MassSystem.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,7 +17,7 @@ public:
     CompositeSystem(const CompositeSystem& other);
     CompositeSystem& operator=(const CompositeSystem& other);
 
-    // Also refuses a composite nested in more than kMaxReadNesting others.
+    // Also refuses a composite nested in more than kMaxNesting others.
     static BArchivable* Instantiate(BMessage* archive);
     // The children are always written in full.
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
@@ -43,10 +44,14 @@ public:
     [[nodiscard]] LCommand* DisplaceCommand(ThreeVector from, ThreeVector to) override;
     [[nodiscard]] LCommand* BoostCommand(ThreeVector from, ThreeVector to) override;
 
-    // Makes and adds every mass system among the archive's "Bodies"; drops what is none.
+    // Makes and adds every mass system among the archive's "Bodies"; drops what is none, and what
+    // has the identifier of one before it.
     void AddChildrenFrom(const BMessage* archive);
+    // Those below that were stored without an identifier get what `next` answers.
+    void NumberChildren(const std::function<int64(const MassSystem&)>& next);
 
-    static constexpr int32 kMaxReadNesting = 256;
+    // Groups within groups, the root system counted: more can neither be made nor read.
+    static constexpr int32 kMaxNesting = 256;
 
 private:
     using Children = std::vector<std::unique_ptr<MassSystem>>;
@@ -59,6 +64,8 @@ private:
     void ShiftChildren(Getter quantity, Setter set, ThreeVector to);
     LCommand* ChildrenCommand(Getter quantity, CommandMaker make, ThreeVector from, ThreeVector to);
     void CopyChildren(const CompositeSystem& other);
+    void SortChildren();
+    void AddAll(Children systems);
 
     Children children_;
 };

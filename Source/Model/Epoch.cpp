@@ -46,7 +46,7 @@ Epoch::Epoch(const Epoch& other)
 }
 
 Epoch::Epoch(BMessage* archive) : Epoch(archive, WithoutChildren{}) {
-    ReadChildren(archive);
+    ReadChildren(*archive, [](BMessage* record, status_t) { return ReadAlone(record); });
 }
 
 Epoch::Epoch(BMessage* archive, WithoutChildren)
@@ -92,28 +92,40 @@ std::unique_ptr<MassSystem> Epoch::ReadRootSystem(BMessage* archive) {
     return root;
 }
 
-void Epoch::ReadChildren(const BMessage* archive) {
+std::unique_ptr<Epoch> Epoch::ReadAlone(BMessage* archive) {
+    if (!validate_instantiation(archive, kClassName)) return nullptr;
+    return std::unique_ptr<Epoch>(new Epoch(archive, WithoutChildren{}));
+}
+
+std::unique_ptr<Epoch> Epoch::ReadTree(const BMessage& archive, const Maker& make) {
+    BMessage record(archive);
+    std::unique_ptr<Epoch> epoch = make(&record, B_OK);
+    if (epoch) epoch->ReadChildren(record, make);
+    return epoch;
+}
+
+void Epoch::ReadChildren(const BMessage& archive, const Maker& make) {
     struct Unread {
         Epoch* epoch;
         BMessage record;
     };
     std::vector<Unread> unread;
-    unread.push_back({this, *archive});
+    unread.push_back({this, archive});
     while (!unread.empty()) {
         const Unread next = std::move(unread.back());
         unread.pop_back();
+        type_code type = 0;
         int32 count = 0;
-        if (next.record.GetInfo("Children", nullptr, &count) != B_OK) continue;
+        if (next.record.GetInfo("Children", &type, &count) != B_OK || type != B_MESSAGE_TYPE)
+            continue;
         for (int32 i = 0; i < count; i++) {
             BMessage record;
-            if (next.record.FindMessage("Children", i, &record) != B_OK) continue;
-            // Epochs are the only class that is kept, so others need not be made at all.
-            if (FieldOr(&record, &BMessage::FindString, "class", std::string()) != kClassName)
-                continue;
-            auto* child = new Epoch(&record, WithoutChildren{});
+            const status_t status = next.record.FindMessage("Children", i, &record);
+            std::unique_ptr<Epoch> child = make(&record, status);
+            if (!child) continue;
             child->parent_ = next.epoch;
-            next.epoch->children_.push_back(child);
-            unread.push_back({child, std::move(record)});
+            next.epoch->children_.push_back(child.get());
+            unread.push_back({child.release(), std::move(record)});
         }
     }
 }
@@ -286,6 +298,11 @@ int64 Epoch::MaxSystemID() const {
             unvisited.push_back(epoch->ChildAt(i));
     }
     return largest;
+}
+
+void Epoch::RemoveSystems() {
+    root_ = NewRootSystem();
+    calculatorState_.reset();
 }
 
 void Epoch::SetCalculatorState(BMessage* state) {

@@ -3,6 +3,7 @@
 // with stacks of their own. Ownership and locking as for AbEpoch.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -18,6 +19,13 @@ public:
     Epoch& operator=(const Epoch&) = delete;
 
     static BArchivable* Instantiate(BMessage* archive);
+    // Makes an epoch of its record alone; null if there shall be none. Where the record could not
+    // be read `archive` is empty and `status` says why.
+    using Maker = std::function<std::unique_ptr<Epoch>(BMessage* archive, status_t status)>;
+    // The archive's epoch with its descendants, each made by `make`; null if the first one is.
+    static std::unique_ptr<Epoch> ReadTree(const BMessage& archive, const Maker& make);
+    // Null if the archive is of another class.
+    static std::unique_ptr<Epoch> ReadAlone(BMessage* archive);
     // The root system is always written in full, the child epochs only when `deep`.
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
 
@@ -54,6 +62,8 @@ public:
     MassSystem* RootSystem() const override { return root_.get(); }
     MassSystem* SystemFromID(int64 id) const override;
     int64 MaxSystemID() const override;
+    // Name, time and children stay, the systems and what the calculator knows of them go.
+    void RemoveSystems();
     void SetCalculatorState(BMessage* state) override;
     BMessage* CalculatorState() const override { return calculatorState_.get(); }
 
@@ -62,7 +72,7 @@ private:
     Epoch(BMessage* archive, WithoutChildren);
 
     static std::unique_ptr<MassSystem> ReadRootSystem(BMessage* archive);
-    void ReadChildren(const BMessage* archive);
+    void ReadChildren(const BMessage& archive, const Maker& make);
     status_t ArchiveBeforeChildren(BMessage* into) const;
     status_t ArchiveAfterChildren(BMessage* into) const;
     status_t InsertChild(AbEpoch* child, std::vector<AbEpoch*>::iterator at);

@@ -14,6 +14,21 @@ bool IsWithin(const MassSystem* system, const MassSystem* group) {
     return false;
 }
 
+int32 DepthOf(const MassSystem* system) {
+    int32 depth = 0;
+    while ((system = system->Parent()) != nullptr)
+        depth++;
+    return depth;
+}
+
+// How many levels lie below it.
+int32 HeightOf(const MassSystem* system) {
+    int32 height = 0;
+    for (int32 i = 0; i < system->CountChildren(); i++)
+        height = std::max(height, 1 + HeightOf(system->ChildAt(i)));
+    return height;
+}
+
 }  // namespace
 
 GroupSystemsCommand::GroupSystemsCommand(EpochPortal* portal, std::vector<int64> members,
@@ -25,14 +40,14 @@ GroupSystemsCommand::GroupSystemsCommand(EpochPortal* portal, std::vector<int64>
 
 GroupSystemsCommand::~GroupSystemsCommand() = default;
 
-std::vector<MassSystem*> GroupSystemsCommand::FindMembers() const {
-    std::vector<MassSystem*> found;
+GroupSystemsCommand::Systems GroupSystemsCommand::FindMembers() const {
+    Systems found;
     for (const int64 id : memberIDs_) {
         MassSystem* system = FindSystem(id);
         if (system && system->Parent()) found.push_back(system);
     }
     // A part of another member moves along with it.
-    std::vector<MassSystem*> members;
+    Systems members;
     for (MassSystem* member : found)
         if (std::ranges::none_of(found, [&](const MassSystem* other) {
                 return other != member && IsWithin(member, other);
@@ -41,11 +56,8 @@ std::vector<MassSystem*> GroupSystemsCommand::FindMembers() const {
     return members;
 }
 
-bool GroupSystemsCommand::Apply() {
-    const std::vector<MassSystem*> members = FindMembers();
-    // A redo may find another tree, which has the identifier.
-    if (members.empty() || FindSystem(newID_)) return false;
-
+// The innermost group that holds them all.
+MassSystem* GroupSystemsCommand::PlaceFor(const Systems& members) {
     MassSystem* place = members.front()->Parent();
     const auto holdsAll = [&](const MassSystem* group) {
         return std::ranges::all_of(
@@ -53,6 +65,29 @@ bool GroupSystemsCommand::Apply() {
     };
     while (!holdsAll(place))
         place = place->Parent();
+    return place;
+}
+
+// What is nested more deeply could be saved, but not read again.
+bool GroupSystemsCommand::FitsInto(const MassSystem* place, const Systems& members) {
+    const int32 memberDepth = DepthOf(place) + 2;
+    return std::ranges::all_of(members, [=](const MassSystem* member) {
+        return memberDepth + HeightOf(member) <= CompositeSystem::kMaxNesting;
+    });
+}
+
+GroupSystemsCommand::Obstacle GroupSystemsCommand::FindObstacle() const {
+    const Systems members = FindMembers();
+    if (members.empty()) return Obstacle::kNoMembers;
+    return FitsInto(PlaceFor(members), members) ? Obstacle::kNone : Obstacle::kTooDeep;
+}
+
+bool GroupSystemsCommand::Apply() {
+    const Systems members = FindMembers();
+    // A redo may find another tree, which has the identifier.
+    if (members.empty() || FindSystem(newID_)) return false;
+    MassSystem* const place = PlaceFor(members);
+    if (!FitsInto(place, members)) return false;
 
     if (!ownedGroup_)
         ownedGroup_ =

@@ -20,6 +20,11 @@ public:
                         int64 newID);
     ~GroupSystemsCommand() override;
 
+    // What stands against it in the focus epoch as it is; nothing is done then. Under a lock of the
+    // model.
+    enum class Obstacle { kNone, kNoMembers, kTooDeep };
+    [[nodiscard]] Obstacle FindObstacle() const;
+
 protected:
     bool Apply() override;
     void Revert() override;
@@ -29,7 +34,10 @@ private:
         int64 id;
         int64 formerParentID;
     };
-    std::vector<MassSystem*> FindMembers() const;
+    using Systems = std::vector<MassSystem*>;
+    [[nodiscard]] Systems FindMembers() const;
+    static MassSystem* PlaceFor(const Systems& members);
+    static bool FitsInto(const MassSystem* place, const Systems& members);
 
     const std::vector<int64> memberIDs_;
     const std::string name_;

@@ -4,6 +4,7 @@
 // under its write lock.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "BArchivable.h"
@@ -17,6 +18,11 @@ class LCommand;
 inline constexpr int64 kNoSystemID = -1;
 inline constexpr int64 kOriginID = -2;
 inline constexpr int64 kRootSystemID = -3;
+inline constexpr int64 kMaxSystemID = INT64_MAX - 1;
+// A system that was stored without an identifier has one of these until it gets its own: unlike
+// those of its siblings, and never stored.
+inline constexpr int64 kFirstProvisionalID = INT64_MIN;
+inline constexpr int64 kLastProvisionalID = INT64_MIN + INT32_MAX;
 
 class MassSystem : public BArchivable {
 public:
@@ -48,6 +54,8 @@ public:
 
     virtual std::string Name() const = 0;
     virtual int64 ID() const;
+    // Only while the system is being read: groups are sorted by identifier.
+    void SetID(int64 id) { id_ = id; }
     virtual ThreeVector Position() const = 0;  // m
     virtual ThreeVector Velocity() const = 0;  // m/s
     virtual double M() const = 0;              // GM, m3/s2

@@ -1,5 +1,6 @@
 #include "QuantityText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -10,6 +11,9 @@ namespace {
 // The number's decimal exponents that need no exponent in the text.
 constexpr int kLeastPlain = -5;
 constexpr int kGreatestPlain = 14;
+
+constexpr std::size_t kGroup = 3;
+constexpr const char* kNarrowSpace = "\u202f";
 
 double Read(const std::string& text) {
     double value = 0.0;
@@ -65,6 +69,13 @@ std::string print_double(double value, int digits) {
     if (value == 0.0) return "0";
     const std::string text = PositiveText(std::fabs(value), digits);
     return value < 0.0 ? '-' + text : text;
+}
+
+std::string Grouped(std::string digits) {
+    for (std::size_t end = std::min(digits.find_first_not_of("0123456789"), digits.size());
+         end > kGroup; end -= kGroup)
+        digits.insert(end - kGroup, kNarrowSpace);
+    return digits;
 }
 
 std::string QuantityText(double value, double uval) {

@@ -75,6 +75,11 @@ SystemPropertyFactory<bool> DiscOnFactory(SystemChoice choice) {
     return {&MassSystem::DiscOn, &MassSystem::SetDiscOn, kDiscChanged, kCommandSetDisc, choice};
 }
 
+SystemPropertyFactory<int64> RelativeToFactory(SystemChoice choice) {
+    return {&MassSystem::RelativeTo, &MassSystem::SetRelativeTo, kReferentChanged,
+            kCommandSetRelativeTo, choice};
+}
+
 DimValue SystemQuantityFactory::Current(const EpochPortal& portal) const {
     const MassSystem* system = ChosenSystem(portal, choice_);
     if (!system) return {0.0, 1.0};

@@ -49,6 +49,8 @@ SystemPropertyFactory<rgb_color> TrailColorFactory(SystemChoice choice = {});
 SystemPropertyFactory<rgb_color> DiscColorFactory(SystemChoice choice = {});
 SystemPropertyFactory<bool> TrailOnFactory(SystemChoice choice = {});
 SystemPropertyFactory<bool> DiscOnFactory(SystemChoice choice = {});
+// What the system is shown relative to, by identifier.
+SystemPropertyFactory<int64> RelativeToFactory(SystemChoice choice = {});
 
 // Mass (GM, m3/s2) or radius (m) of a body, with its unit. Negative entries count as their
 // magnitude, infinite ones and NaN are refused; those of a group follow from its members and take

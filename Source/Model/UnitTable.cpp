@@ -7,10 +7,12 @@
 #include <utility>
 
 #include "BResources.h"
+#include "TypedNumber.h"
 
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr int32 kSpellings = 50;  // from a table's base to its spellings
 
 std::string_view Trim(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
@@ -33,10 +35,11 @@ std::optional<double> TakeNumber(std::string_view* text) {
     return number;
 }
 
-double FactorOf(const std::string& text) {
+// 0 for what is no number.
+double NumberOf(const std::string& text) {
     std::string_view rest = Trim(text);
-    const std::optional<double> factor = TakeNumber(&rest);
-    return factor && rest.empty() ? *factor : 0.0;
+    const std::optional<double> number = TakeNumber(&rest);
+    return number && rest.empty() ? *number : 0.0;
 }
 
 char Lower(char c) {
@@ -56,13 +59,23 @@ UnitTable::UnitTable(const BResources& resources, int32 base) {
         std::optional<std::string> name = resources.LoadString(id);
         std::optional<std::string> abbreviation = resources.LoadString(id + 1);
         const std::optional<std::string> factor = resources.LoadString(id + 2);
-        if (!name || !abbreviation || !factor) return;
-        Add(*std::move(name), *std::move(abbreviation), FactorOf(*factor));
+        if (!name || !abbreviation || !factor) break;
+        Add(*std::move(name), *std::move(abbreviation), NumberOf(*factor));
+    }
+    for (int32 id = base + kSpellings;; id += 2) {
+        std::optional<std::string> text = resources.LoadString(id);
+        const std::optional<std::string> meaning = resources.LoadString(id + 1);
+        if (!text || !meaning) return;
+        AddSpelling(*std::move(text), Parse(*meaning).value);
     }
 }
 
 void UnitTable::Add(std::string name, std::string abbreviation, double factor) {
     rows_.push_back({std::move(name), std::move(abbreviation), IsUnit(factor) ? factor : 1.0});
+}
+
+void UnitTable::AddSpelling(std::string text, double factor) {
+    if (IsUnit(factor)) spellings_.push_back({std::move(text), factor});
 }
 
 const UnitInfo* UnitTable::FindNearest(double uval) const {
@@ -84,22 +97,45 @@ const UnitInfo* UnitTable::FindExact(double uval) const {
     return found == rows_.end() ? nullptr : &*found;
 }
 
-const UnitInfo* UnitTable::Find(std::string_view text) const {
+std::optional<double> UnitTable::FactorOf(std::string_view text) const {
     for (const UnitInfo& row : rows_)
-        if (text == row.abbreviation || text == row.name) return &row;
-    const UnitInfo* found = nullptr;
+        if (text == row.abbreviation || text == row.name) return row.factor;
+    for (const Spelling& spelling : spellings_)
+        if (text == spelling.text) return spelling.factor;
+    std::optional<double> found;
+    bool isOne = true;
+    const auto look = [&](std::string_view candidate, double factor) {
+        if (!EqualButForCapitals(text, candidate)) return;
+        isOne = isOne && found.value_or(factor) == factor;
+        found = factor;
+    };
     for (const UnitInfo& row : rows_) {
-        if (!EqualButForCapitals(text, row.abbreviation) && !EqualButForCapitals(text, row.name))
-            continue;
-        if (found != nullptr) return nullptr;
-        found = &row;
+        look(row.abbreviation, row.factor);
+        look(row.name, row.factor);
     }
-    return found;
+    for (const Spelling& spelling : spellings_)
+        look(spelling.text, spelling.factor);
+    return isOne ? found : std::nullopt;
 }
 
 std::string UnitTable::Abbreviation(double uval) const {
     const UnitInfo* const row = FindNearest(uval);
     return row == nullptr ? "X" : row->abbreviation;
+}
+
+std::vector<std::string_view> UnitTable::Abbreviations() const {
+    std::vector<std::string_view> all;
+    std::vector<double> factors;
+    const auto add = [&](std::string_view text, double factor) {
+        if (std::find(factors.begin(), factors.end(), factor) != factors.end()) return;
+        all.push_back(text);
+        factors.push_back(factor);
+    };
+    for (const UnitInfo& row : rows_)
+        add(row.abbreviation, row.factor);
+    for (const Spelling& spelling : spellings_)
+        add(spelling.text, spelling.factor);
+    return all;
 }
 
 UnitTable::Parsed UnitTable::Parse(std::string_view text, double plainFactor) const {
@@ -109,10 +145,21 @@ UnitTable::Parsed UnitTable::Parse(std::string_view text, double plainFactor) co
     constexpr std::string_view kNumberGoesOn = "0123456789.,+-";
     if (!number || (!text.empty() && kNumberGoesOn.find(text[0]) != std::string_view::npos))
         return {ParseError::kNotANumber, 0.0, nullptr};
+    return ValueOf(*number, Trim(text), plainFactor);
+}
+
+UnitTable::Parsed UnitTable::ParseTyped(std::string_view text, double plainFactor) const {
     text = Trim(text);
-    const UnitInfo* const unit = text.empty() ? nullptr : Find(text);
-    if (unit == nullptr && !text.empty()) return {ParseError::kUnknownUnit, 0.0, nullptr};
-    const double value = *number * (unit == nullptr ? plainFactor : unit->factor);
+    const std::optional<double> number = TakeTypedNumber(&text);
+    if (!number) return {ParseError::kNotANumber, 0.0, nullptr};
+    return ValueOf(*number, Trim(text), plainFactor);
+}
+
+UnitTable::Parsed UnitTable::ValueOf(double number, std::string_view unit,
+                                     double plainFactor) const {
+    const std::optional<double> factor = unit.empty() ? plainFactor : FactorOf(unit);
+    if (!factor) return {ParseError::kUnknownUnit, 0.0, nullptr};
+    const double value = number * *factor;
     if (!std::isfinite(value)) return {ParseError::kNotANumber, 0.0, nullptr};
-    return {ParseError::kNone, value, unit};
+    return {ParseError::kNone, value, unit.empty() ? nullptr : FindExact(*factor)};
 }

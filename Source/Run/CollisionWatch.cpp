@@ -1,34 +1,36 @@
 #include "CollisionWatch.h"
 
-#include <utility>
-
 #include "BLooper.h"
 #include "BMessenger.h"
 #include "CollisionMailbox.h"
 
-namespace {
-
-// Asks for the pairs; what was posted before has been handled when it is answered.
-constexpr uint32 kTakePairs = FourCC("take");
-
-}  // namespace
-
 class CollisionWatch::CollisionLooper final : public BLooper {
 public:
     void MessageReceived(BMessage* message) override {
-        if (message->what == CollisionMailbox::kCollisionMessage) {
-            pairs_ = *message;
-        } else if (message->what == kTakePairs) {
-            SendReply(pairs_);
-            pairs_.MakeEmpty();
-        } else {
-            BLooper::MessageReceived(message);
+        switch (message->what) {
+            case CollisionMailbox::kCollisionMessage:
+                pairs_ = *message;
+                break;
+            case RunEnding::kMessage:
+                ending_ = *message;
+                break;
+            case kTakePairs:
+                SendReply(pairs_);
+                pairs_.MakeEmpty();
+                break;
+            case kTakeEnding:
+                SendReply(ending_);
+                ending_.MakeEmpty();
+                break;
+            default:
+                BLooper::MessageReceived(message);
         }
     }
 
 private:
-    // One message at the most: the calculator parks with each.
+    // One message of each at the most: the calculator parks with it.
     BMessage pairs_{CollisionMailbox::kCollisionMessage};
+    BMessage ending_{RunEnding::kMessage};
 };
 
 CollisionWatch::CollisionWatch() : looper_(new CollisionLooper) {
@@ -43,9 +45,9 @@ BLooper* CollisionWatch::Target() const {
     return looper_;
 }
 
-BMessage CollisionWatch::Take() {
-    const BMessage request(kTakePairs);
-    BMessage pairs;
-    if (BMessenger(looper_).SendMessage(&request, &pairs) != B_OK) pairs.MakeEmpty();
-    return pairs;
+BMessage CollisionWatch::Ask(uint32 what) const {
+    const BMessage request(what);
+    BMessage answer;
+    if (BMessenger(looper_).SendMessage(&request, &answer) != B_OK) answer.MakeEmpty();
+    return answer;
 }

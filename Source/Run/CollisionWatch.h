@@ -1,8 +1,11 @@
-// Learns which bodies touch: the target of the calculator's collision messages. Owned and called by
-// the thread that owns the run.
+// Learns which bodies touch, and why a run has ended by itself: the target of the calculator's
+// messages. Owned and called by the thread that owns the run.
 #pragma once
 
+#include <optional>
+
 #include "BMessage.h"
+#include "RunEnding.h"
 
 class BLooper;
 
@@ -16,9 +19,19 @@ public:
     [[nodiscard]] BLooper* Target() const;
     // The pairs posted until now, as the calculator mails them, and forgets them; empty for none.
     // The calculator must be parked.
-    [[nodiscard]] BMessage Take();
+    [[nodiscard]] BMessage Take() { return Ask(kTakePairs); }
+    // Likewise; none if the run has not ended by itself.
+    [[nodiscard]] std::optional<RunEnding> TakeEnding() {
+        return RunEnding::From(Ask(kTakeEnding));
+    }
 
 private:
+    // What was posted before has been handled when they are answered.
+    static constexpr uint32 kTakePairs = FourCC("take");
+    static constexpr uint32 kTakeEnding = FourCC("tken");
+
+    [[nodiscard]] BMessage Ask(uint32 what) const;
+
     class CollisionLooper;
     CollisionLooper* const looper_;
 };

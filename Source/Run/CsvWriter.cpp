@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "OutputFile.h"
+#include "PrintableText.h"
 #include "SystemState.h"
 
 namespace {
@@ -18,7 +19,7 @@ void AppendNumber(std::string* to, Number value) {
 }
 
 std::string Quoted(const std::string& name) {
-    if (name.find_first_of(",\"\r\n") == std::string::npos) return name;
+    if (name.find_first_of(",\"") == std::string::npos) return name;
     std::string quoted = "\"";
     for (const char c : name) {
         if (c == '"') quoted += '"';
@@ -38,7 +39,8 @@ void CsvWriter::SetBodies(const SystemState& state) {
     bodies_.clear();
     bodies_.reserve(state.CountBodies());
     for (std::size_t i = 0; i < state.CountBodies(); i++)
-        bodies_.push_back(',' + std::to_string(state.ids[i]) + ',' + Quoted(state.names[i]));
+        bodies_.push_back(',' + std::to_string(state.ids[i]) + ',' +
+                          Quoted(Printable(state.names[i])));
 }
 
 void CsvWriter::WriteReport(int64 report, double time, const double* positions,

@@ -1,5 +1,6 @@
 // Writes reports as comma-separated values: a header, then one row for each body and report, bodies
-// in mass order, SI units. Numbers are the shortest that read back to the same bits. Used by one
+// in mass order, SI units; control characters in names are written out, so that every row is a
+// line. Numbers are the shortest that read back to the same bits. Used by one
 // thread at a time.
 #pragma once
 

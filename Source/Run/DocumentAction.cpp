@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "DocumentTexts.h"
 #include "EditText.h"
 #include "ProgramResources.h"
 #include "RunnerTexts.h"
@@ -73,7 +74,10 @@ DocumentAction::Wrong DocumentAction::Group(Argument nameAndMembers) {
         if (!id) return Problem(kTextEditNoSystem, member);
         members.push_back(*id);
     }
-    return Done(controller_->GroupSystems(members, name));
+    using Grouping = SimulationController::Grouping;
+    const Grouping result = controller_->GroupSystems(members, name);
+    if (result == Grouping::kTooDeep) return Problem(kTextGroupsTooDeep);
+    return Done(result == Grouping::kDone);
 }
 
 DocumentAction::Wrong DocumentAction::Dissolve(Argument system) {

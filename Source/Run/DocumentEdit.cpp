@@ -1,8 +1,10 @@
 #include "DocumentEdit.h"
 
 #include <charconv>
+#include <cmath>
 #include <span>
 
+#include "Body.h"
 #include "CommandFactory.h"
 #include "EditText.h"
 #include "EpochFactories.h"
@@ -56,8 +58,8 @@ struct DocumentEdit::Field {
 
 const DocumentEdit::Field DocumentEdit::kSystemFields[] = {
     {"name", &DocumentEdit::SetName},
-    {"mass", &DocumentEdit::SetMass},
-    {"radius", &DocumentEdit::SetRadius},
+    {"mass", &DocumentEdit::SetQuantity<Quantity::kMass>},
+    {"radius", &DocumentEdit::SetQuantity<Quantity::kRadius>},
     {"r", &DocumentEdit::SetVector<false>},
     {"r.x", &DocumentEdit::SetComponent<false, 0>},
     {"r.y", &DocumentEdit::SetComponent<false, 1>},
@@ -84,10 +86,7 @@ const DocumentEdit::Field DocumentEdit::kAnimationFields[] = {
 
 DocumentEdit::DocumentEdit(SimulationDocument* document, SimulationController* controller,
                            const ProgramResources* resources)
-    : document_(document),
-      controller_(controller),
-      resources_(resources),
-      action_(document, controller, resources) {}
+    : document_(document), resources_(resources), action_(document, controller, resources) {}
 
 std::optional<std::string> DocumentEdit::Apply(std::string_view text) {
     const std::size_t equals = text.find('=');
@@ -141,27 +140,26 @@ DocumentEdit::Wrong DocumentEdit::Commit(const Factory& factory, const Entered& 
     EpochPortal* const portal = document_->Portal();
     if (factory.Current(*portal) == entered || CommitEntry(portal, factory, entered))
         return std::nullopt;
-    return Problem(kTextEditRefused, {});
+    return Problem(kTextEditRefused);
 }
 
 DocumentEdit::Wrong DocumentEdit::SetName(Value value) {
     return Commit(NameFactory(system_), std::string(value));
 }
 
-DocumentEdit::Wrong DocumentEdit::SetMass(Value value) {
-    const SystemQuantityFactory mass(Quantity::kMass, system_);
-    DimValue entered = mass.Current(*document_->Portal());
-    if (Wrong wrong = ReadQuantity(value, resources_->MassUnits(), entered.Uval(), &entered))
-        return wrong;
-    return Commit(mass, entered);
-}
-
-DocumentEdit::Wrong DocumentEdit::SetRadius(Value value) {
-    const SystemQuantityFactory radius(Quantity::kRadius, system_);
-    DimValue entered = radius.Current(*document_->Portal());
-    if (Wrong wrong = ReadQuantity(value, resources_->DistanceUnits(), entered.Uval(), &entered))
-        return wrong;
-    return Commit(radius, entered);
+template <SystemQuantityFactory::Quantity kQuantity>
+DocumentEdit::Wrong DocumentEdit::SetQuantity(Value value) {
+    const SystemQuantityFactory factory(kQuantity, system_);
+    const UnitTable& units =
+        kQuantity == Quantity::kMass ? resources_->MassUnits() : resources_->DistanceUnits();
+    const DimValue former = factory.Current(*document_->Portal());
+    DimValue entered = former;
+    if (Wrong wrong = ReadQuantity(value, units, former.Uval(), &entered)) return wrong;
+    entered.SetValue(std::fabs(entered.Value()));
+    // Those of a group follow from its members: the factory takes the unit alone.
+    const bool isBody = dynamic_cast<const Body*>(ChosenSystem(*document_->Portal(), system_));
+    if (!isBody && entered.Value() != former.Value()) return Problem(kTextEditRefused);
+    return Commit(factory, entered);
 }
 
 template <bool kIsVelocity>
@@ -191,9 +189,12 @@ DocumentEdit::Wrong DocumentEdit::SetComponent(Value value) {
     const UnitTable& units = kIsVelocity ? resources_->SpeedUnits() : resources_->DistanceUnits();
     DimValue entered{0.0, factory.Current(*portal).Uval()};
     if (Wrong wrong = ReadQuantity(value, units, entered.Uval(), &entered)) return wrong;
-    // No command is made for what is so already.
-    ExecuteFiled(portal, factory.MakeComponentCommand(portal, kComponent, entered));
-    return std::nullopt;
+    const DimVector former = factory.Current(*portal);
+    const double now = kComponent == 0 ? former.x : kComponent == 1 ? former.y : former.z;
+    if (entered == DimValue{now, former.Uval()} ||
+        ExecuteFiled(portal, factory.MakeComponentCommand(portal, kComponent, entered)))
+        return std::nullopt;
+    return Problem(kTextEditRefused);
 }
 
 template <bool kIsDisc>
@@ -211,10 +212,8 @@ DocumentEdit::Wrong DocumentEdit::SetRelativeTo(Value value) {
     const std::optional<int64> referent =
         value == kOrigin ? kOriginID : FindSystem(document_, value);
     if (!referent) return Problem(kTextEditNoSystem, value);
-    if (*referent == system_) return Problem(kTextEditRefused, {});
-    controller_->EditBody(system_);
-    controller_->SetRelativeTo(*referent);
-    return std::nullopt;
+    if (*referent == system_) return Problem(kTextEditRefused);
+    return Commit(RelativeToFactory(system_), *referent);
 }
 
 DocumentEdit::Wrong DocumentEdit::SetEpochName(Value value) {

@@ -10,6 +10,7 @@
 #include "DimValue.h"
 #include "DocumentAction.h"
 #include "EpochFactories.h"
+#include "SystemFactories.h"
 
 class ProgramResources;
 class SimulationDocument;
@@ -38,8 +39,8 @@ private:
     using Value = std::string_view;
 
     Wrong SetName(Value value);
-    Wrong SetMass(Value value);
-    Wrong SetRadius(Value value);
+    template <SystemQuantityFactory::Quantity kQuantity>
+    Wrong SetQuantity(Value value);
     template <bool kIsVelocity>
     Wrong SetVector(Value value);
     template <bool kIsVelocity, int kComponent>
@@ -55,7 +56,7 @@ private:
     template <CalculatorIntFactory (*kFactory)()>
     Wrong SetCalculatorInt(Value value);
 
-    [[nodiscard]] Wrong Problem(int32 text, std::string_view what,
+    [[nodiscard]] Wrong Problem(int32 text, std::string_view what = {},
                                 std::string_view where = {}) const;
     // The quantity in SI units with its unit.
     Wrong ReadQuantity(Value value, const UnitTable& units, double plainFactor,
@@ -64,7 +65,6 @@ private:
     Wrong Commit(const Factory& factory, const Entered& entered);
 
     SimulationDocument* const document_;
-    SimulationController* const controller_;
     const ProgramResources* const resources_;
     DocumentAction action_;
     int64 system_ = -1;  // the one being edited

@@ -6,6 +6,7 @@
 #include "EpochCursor.h"
 #include "MassSystem.h"
 #include "NumberText.h"
+#include "PrintableText.h"
 #include "ProgramResources.h"
 #include "RunnerTexts.h"
 #include "SimulationDocument.h"
@@ -49,7 +50,7 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
     cursor.Increment();
     for (; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment()) {
         Line line;
-        line.name = std::string(Indent(epoch, root), ' ') + epoch->Name();
+        line.name = std::string(Indent(epoch, root), ' ') + Printable(epoch->Name());
         line.time = RoundedText(epoch->Time() / epoch->TimeUval(), kTimeDigits) + ' ' +
                     resources.TimeUnits().Abbreviation(epoch->TimeUval());
         line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);

@@ -27,15 +27,19 @@ std::size_t SequenceLength(std::string_view text) {
     return bad ? 0 : length;
 }
 
-void AppendEscaped(std::string* to, char c) {
+void AppendCode(std::string* to, uint8 code) {
     constexpr std::string_view kDigits = "0123456789abcdef";
+    *to += "\\u00";
+    *to += kDigits[code >> 4];
+    *to += kDigits[code & 15];
+}
+
+void AppendEscaped(std::string* to, char c) {
     if (c == '"' || c == '\\') {
         *to += '\\';
         *to += c;
-    } else if (Byte(c) < 0x20) {
-        *to += "\\u00";
-        *to += kDigits[Byte(c) >> 4];
-        *to += kDigits[Byte(c) & 15];
+    } else if (Byte(c) < 0x20 || Byte(c) == 0x7F) {
+        AppendCode(to, Byte(c));
     } else {
         *to += c;
     }
@@ -77,6 +81,8 @@ std::string JsonString(std::string_view text) {
             quoted += kReplacement;
         else if (length == 1)
             AppendEscaped(&quoted, text[0]);
+        else if (length == 2 && Byte(text[0]) == 0xC2 && Byte(text[1]) < 0xA0)
+            AppendCode(&quoted, Byte(text[1]));  // a control character beyond ASCII
         else
             quoted += text.substr(0, length);
         text.remove_prefix(length == 0 ? 1 : length);

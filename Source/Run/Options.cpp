@@ -3,7 +3,9 @@
 #include <charconv>
 #include <cmath>
 #include <span>
+#include <utility>
 
+#include "EditText.h"
 #include "OutputFile.h"
 #include "ProgramResources.h"
 #include "RunPainter.h"
@@ -18,6 +20,7 @@ constexpr int32 kMaxOrder = 4;
 constexpr int32 kMaxThreads = 1024;
 constexpr int32 kMinPixels = 16;
 constexpr int32 kMaxPixels = 16384;
+constexpr double kLongestInterval = 1e9;  // s
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number* number) {
@@ -92,6 +95,23 @@ bool SetOnCollision(Value value, const ProgramResources&, Options* options) {
     return merge || value == "stop";
 }
 
+// "10min": of real time, in seconds unless it says otherwise.
+bool SetCheckpoint(Value value, const ProgramResources&, Options* options) {
+    constexpr std::pair<Value, double> kUnits[] = {
+        {"", 1.0}, {"s", 1.0}, {"min", 60.0}, {"h", 3600.0}};
+    double& interval = options->checkpoint.emplace();
+    const char* const end = value.data() + value.size();
+    const auto read = std::from_chars(value.data(), end, interval);
+    if (read.ec != std::errc()) return false;
+    const Value unit = Trimmed({read.ptr, static_cast<std::size_t>(end - read.ptr)});
+    for (const auto& [name, seconds] : kUnits) {
+        if (unit != name) continue;
+        interval *= seconds;
+        return interval > 0.0 && interval <= kLongestInterval;
+    }
+    return false;
+}
+
 bool SetEvery(Value value, const ProgramResources&, Options* options) {
     return ParseInteger<int64>(value, 1, INT64_MAX, &options->every);
 }
@@ -120,6 +140,8 @@ constexpr OptionInfo kOptions[] = {
     {"for", 'f', true, SetDuration},
     {"csv", '\0', true, SetPath<&Options::csv>},
     {"every", '\0', true, SetEvery},
+    {"checkpoint", '\0', true, SetCheckpoint},
+    {"resume", '\0', true, SetPath<&Options::resume>},
     {"save", 'o', true, SetPath<&Options::save>},
     {"png", '\0', true, SetPicture},
     {"size", '\0', true, SetSize},
@@ -167,10 +189,26 @@ public:
             return Problem(kTextTwoOutputs);
         if (options_->png && !options_->help && !options_->version && !RunPainter::IsPossible())
             return Problem(kTextNoPictures);
+        if (options_->help || options_->version) return std::nullopt;
+        if (options_->checkpoint && !options_->save) return Problem(kTextCheckpointNeedsSave);
+        if (const std::string_view other = ChangesRun(); options_->resume && !other.empty())
+            return Problem(kTextNotWithResume, other);
         return std::nullopt;
     }
 
 private:
+    // What of the arguments says another thing of a run than how it began.
+    [[nodiscard]] std::string_view ChangesRun() const {
+        if (options_->document) return *options_->document;
+        if (options_->steps) return "--steps";
+        if (options_->duration) return "--for";
+        if (options_->cutoff) return "--cutoff";
+        if (options_->order) return "--order";
+        if (options_->onCollision) return "--on-collision";
+        if (!options_->edits.empty()) return "--edit";
+        return options_->dump ? "--dump" : "";
+    }
+
     [[nodiscard]] std::string Problem(RunnerText text, std::string_view what = {},
                                       std::string_view value = {}) const {
         return FillIn(resources_.InterfaceLabel(text), {what, value});

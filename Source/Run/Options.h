@@ -14,6 +14,8 @@ struct Options {
     // Steps of a run without any limit: a look at the document.
     static constexpr int64 kDefaultSteps = 1000;
 
+    std::optional<double> checkpoint;     // s of real time between two of them
+    std::optional<std::string> resume;    // a checkpoint, in place of a document
     std::optional<std::string> document;  // none: the new-simulation template
     std::optional<int64> steps;           // 0: no run
     std::optional<double> duration;       // s
@@ -27,7 +29,7 @@ struct Options {
     double scale = 0.0;              // pixels per metre; 0: the picture shows all that happened
     std::vector<std::string> edits;  // "SYSTEM.FIELD=VALUE UNIT", in order
     enum class OnCollision { kMerge, kStop };
-    OnCollision onCollision = OnCollision::kMerge;
+    std::optional<OnCollision> onCollision;  // none: merge
     bool epochs = false;
     std::optional<double> cutoff;
     std::optional<int32> order;
@@ -38,8 +40,11 @@ struct Options {
     bool help = false;
     bool version = false;
 
+    // Beside the document that is saved.
+    [[nodiscard]] std::string CheckpointPath() const { return *save + ".checkpoint"; }
     // A listing of the epochs alone, and 0 steps, run nothing.
     [[nodiscard]] bool WantsRun() const {
+        if (resume) return true;
         return steps ? *steps > 0 : duration.has_value() || !epochs;
     }
 };

@@ -1,6 +1,7 @@
 #include "OutputFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,26 +20,27 @@ OutputFile::~OutputFile() {
 int OutputFile::Open(const std::string& path) {
     buffer_.reserve(kBufferSize);
     owned_ = path != kStandardOutput;
-    descriptor_ = owned_ ? open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kMode)
-                         : STDOUT_FILENO;
+    descriptor_ =
+        owned_ ? open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, kMode) : STDOUT_FILENO;
     if (descriptor_ < 0) error_ = errno;
     return error_;
 }
 
 int OutputFile::Close() {
     if (descriptor_ < 0) return error_;
-    Flush();
+    static_cast<void>(Flush());
     if (owned_ && close(descriptor_) != 0 && error_ == 0) error_ = errno;
     descriptor_ = -1;
     return error_;
 }
 
 void OutputFile::Write(std::string_view text) {
-    if (buffer_.size() + text.size() > kBufferSize) Flush();
+    if (buffer_.size() + text.size() > kBufferSize) static_cast<void>(Flush());
     if (error_ == 0) buffer_ += text;
 }
 
-void OutputFile::Flush() {
+int OutputFile::Flush() {
+    if (!buffer_.empty()) Empty();
     std::string_view rest = buffer_;
     while (!rest.empty() && error_ == 0) {
         const ssize_t written = write(descriptor_, rest.data(), rest.size());
@@ -48,4 +50,14 @@ void OutputFile::Flush() {
             error_ = errno;
     }
     buffer_.clear();
+    return error_;
+}
+
+// Once, before the first byte. What is not a regular file has nothing to lose.
+void OutputFile::Empty() {
+    if (isEmptied_ || !owned_ || error_ != 0) return;
+    isEmptied_ = true;
+    struct stat info {};
+    if (fstat(descriptor_, &info) == 0 && S_ISREG(info.st_mode) && ftruncate(descriptor_, 0) != 0)
+        error_ = errno;
 }

@@ -15,19 +15,23 @@ public:
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    // Creates or empties the file. 0, or the errno of what failed; so do the next two.
+    // Creates the file, or opens it: what is in it goes when there is something to write. 0, or
+    // the errno of what failed; so do the next three.
     [[nodiscard]] int Open(const std::string& path);
     [[nodiscard]] int Error() const { return error_; }
     // Writes what is left, and closes what Open has opened.
     [[nodiscard]] int Close();
+    // Writes what has gathered.
+    [[nodiscard]] int Flush();
     // After an error this does nothing.
     void Write(std::string_view text);
 
 private:
-    void Flush();
+    void Empty();
 
     int descriptor_ = -1;
     bool owned_ = false;
+    bool isEmptied_ = false;
     int error_ = 0;
     std::string buffer_;
 };

@@ -24,12 +24,15 @@ void PutOnScreen(const std::string& text) {
 }  // namespace
 
 Progress::Progress(const ProgramResources& resources, bool wanted, const RunGoal& goal,
-                   double startTime, double timeUval)
+                   double startTime, double timeUval, double secondsBefore)
     : resources_(resources),
       shown_(wanted && isatty(STDERR_FILENO) == 1),
       goal_(goal),
       startTime_(startTime),
-      timeUval_(timeUval) {}
+      timeUval_(timeUval),
+      begin_(std::chrono::steady_clock::now() -
+             std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                 std::chrono::duration<double>(secondsBefore))) {}
 
 Progress::~Progress() {
     Clear();

@@ -18,9 +18,10 @@ struct RunGoal {
 
 class Progress {
 public:
+    // `secondsBefore`: of real time that the run has taken already.
     // Shows nothing unless standard error is a terminal and `wanted` holds.
     Progress(const ProgramResources& resources, bool wanted, const RunGoal& goal, double startTime,
-             double timeUval);
+             double timeUval, double secondsBefore);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -38,6 +39,6 @@ private:
     const RunGoal goal_;
     const double startTime_;  // s
     const double timeUval_;   // s
-    const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+    const std::chrono::steady_clock::time_point begin_;
     bool onScreen_ = false;
 };

@@ -23,9 +23,37 @@ sigset_t StopSignals() {
     return set;
 }
 
+constexpr int kStoppedBySignal = 128;
+
+extern "C" void EndAtOnce(int signal) {
+    _exit(kStoppedBySignal + signal);
+}
+
+void SetMask(int how) {
+    const sigset_t stop = StopSignals();
+    pthread_sigmask(how, &stop, nullptr);
+}
+
+// One that is ignored, as those of a job in the background are, stays so.
+void SetHandler(int signal, void (*handler)(int)) {
+    if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
 }  // namespace
 
-RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC)) {
+RunEvents::NothingToLose::NothingToLose() {
+    SetHandler(SIGINT, EndAtOnce);
+    SetHandler(SIGTERM, EndAtOnce);
+    SetMask(SIG_UNBLOCK);
+}
+
+RunEvents::NothingToLose::~NothingToLose() {
+    SetMask(SIG_BLOCK);
+    SetHandler(SIGINT, SIG_DFL);
+    SetHandler(SIGTERM, SIG_DFL);
+}
+
+RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     const sigset_t stop = StopSignals();
     pthread_sigmask(SIG_BLOCK, &stop, nullptr);
     signals_ = signalfd(-1, &stop, SFD_CLOEXEC);
@@ -47,13 +75,17 @@ RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
         ready = poll(sources, 2, milliseconds.value_or(-1));
     } while (ready < 0 && errno == EINTR);
     if ((sources[0].revents & kReadable) != 0) {
-        eventfd_t count = 0;
-        static_cast<void>(eventfd_read(parked_, &count));
+        ForgetParking();
         return Event::kParked;
     }
     if ((sources[1].revents & kReadable) == 0) return Event::kTimeout;
     TakeSignal();
     return Event::kSignal;
+}
+
+void RunEvents::ForgetParking() {
+    eventfd_t count = 0;
+    static_cast<void>(eventfd_read(parked_, &count));
 }
 
 void RunEvents::TakeSignal() {

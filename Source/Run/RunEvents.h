@@ -14,9 +14,21 @@ public:
     RunEvents(const RunEvents&) = delete;
     RunEvents& operator=(const RunEvents&) = delete;
 
+    // As long as it lives a signal ends the program at once, with the status of one that was
+    // stopped: there is nothing yet that could be lost. On the main thread.
+    class NothingToLose {
+    public:
+        NothingToLose();
+        ~NothingToLose();
+        NothingToLose(const NothingToLose&) = delete;
+        NothingToLose& operator=(const NothingToLose&) = delete;
+    };
+
     enum class Event { kParked, kSignal, kTimeout };
     // Waits for the next event; for kTimeout at most so many milliseconds, for ever without.
     [[nodiscard]] Event Wait(std::optional<int> milliseconds);
+    // Of the calculator's parking until now, which the caller has asked for.
+    void ForgetParking();
     // Of the event kSignal: SIGINT or SIGTERM. From then on the next of them ends the program at
     // once.
     [[nodiscard]] int Signal() const { return signal_; }

@@ -16,13 +16,19 @@ void RunRecorder::SetWriter(CsvWriter* writer, const OutputFile* out, int64 ever
     every_ = every;
 }
 
-void RunRecorder::Begin(const SystemState& start) {
+void RunRecorder::Begin(const SystemState& start, int64 report) {
     time_ = start.time;
+    steps_ = report;
+    written_ = report;
     stride_ = start.positions.size();
     if (writer_ == nullptr) return;
     heldPositions_ = start.positions;
     heldVelocities_ = start.velocities;
-    writer_->WriteReport(0, start.time, heldPositions_.data(), heldVelocities_.data());
+    writer_->WriteReport(report, start.time, heldPositions_.data(), heldVelocities_.data());
+}
+
+void RunRecorder::WriteDue() {
+    if (writer_ != nullptr) WriteHeldIfDue();
 }
 
 void RunRecorder::Resume(const SystemState& merged) {

@@ -20,8 +20,10 @@ public:
     // From Begin on every `every`-th report goes to the writer, and End adds the last one.
     void SetWriter(CsvWriter* writer, const OutputFile* out, int64 every);
 
-    // Report 0.
-    void Begin(const SystemState& start);
+    // Report 0; or, of a run that was taken up, that number.
+    void Begin(const SystemState& start, int64 report = 0);
+    // Hands the writer what is due until now.
+    void WriteDue();
     // Bodies have merged; `merged` is what goes on from the time of the last report. That report,
     // if it is due, still shows them apart.
     void Resume(const SystemState& merged);

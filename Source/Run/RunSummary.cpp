@@ -24,6 +24,14 @@ std::string_view EndingName(RunSummary::Ending ending) {
             return "collision";
         case RunSummary::Ending::kInterrupted:
             return "interrupted";
+        case RunSummary::Ending::kNotFinite:
+            return "not finite";
+        case RunSummary::Ending::kTimeStands:
+            return "time stands";
+        case RunSummary::Ending::kNothingInteracts:
+            return "nothing interacts";
+        case RunSummary::Ending::kNotMerged:
+            return "not merged";
     }
     return "";
 }

@@ -10,7 +10,15 @@
 class ProgramResources;
 
 struct RunSummary {
-    enum class Ending { kDone, kCollision, kInterrupted };
+    enum class Ending {
+        kDone,
+        kCollision,
+        kInterrupted,
+        kNotFinite,
+        kTimeStands,
+        kNothingInteracts,
+        kNotMerged
+    };
     struct Touch {
         int64 lighterID = 0;
         int64 heavierID = 0;

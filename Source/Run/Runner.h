@@ -7,7 +7,6 @@
 #include <string>
 
 #include "CollisionWatch.h"
-#include "Conservation.h"
 #include "Options.h"
 #include "OutputFile.h"
 #include "Progress.h"
@@ -15,6 +14,7 @@
 #include "RunControlView.h"
 #include "RunEvents.h"
 #include "RunPainter.h"
+#include "RunRecord.h"
 #include "RunRecorder.h"
 #include "RunSummary.h"
 #include "SimulationController.h"
@@ -29,6 +29,7 @@ public:
     static constexpr int kDone = 0;
     static constexpr int kCouldNot = 1;
     static constexpr int kUsage = 2;
+    static constexpr int kCouldNotGoOn = 3;
     static constexpr int kStoppedBySignal = 128;  // plus the signal's number
 
     Runner(const Options& options, const ProgramResources& resources);
@@ -41,22 +42,38 @@ private:
     [[nodiscard]] std::string DocumentName() const;
     DocumentError ReadRecord(BMessage* record) const;
     int Dump(const BMessage& record);
+    int FindRun(const BMessage& record);
+    int LoadDocument();
     int EditDocument();
     int RunDocument();
     // The output that must not be written because it is the document or another output, if any.
     [[nodiscard]] std::optional<std::string> ClashingOutput() const;
     void RunStarting() override;
+    void Resume();
+    void BeginReports(const SystemState& state);
     void WaitForEnd();
+    [[nodiscard]] std::optional<int> Patience(const Progress& progress) const;
+    [[nodiscard]] bool HandleEvent(RunEvents::Event event, Progress* progress);
+    [[nodiscard]] bool KeepCheckpoint(Progress* progress);
+    void WriteCheckpoint();
+    DocumentError StoreRun(BMessage* record);
+    [[nodiscard]] double SinceCheckpoint() const;
+    [[nodiscard]] double Seconds() const;
+    const Conserved& StartConserved();
     [[nodiscard]] bool ResolveCollision(Progress* progress);
+    void TellEnding();
+    [[nodiscard]] int EndStatus() const;
     int ListEpochTree();
     int WriteResults();
     int Save();
+    DocumentError WriteDocument(const std::string& path, BMessage&& record) const;
     int WritePicture();
     int Tell();
     int PrintText(const std::string& path, const std::string& text);
     int Fail(const std::string& file, const std::string& reason) const;
     int FailPicture(const AtomicFile& file) const;
     void Note(const std::string& text) const;
+    static void Print(const std::string& text);
     [[nodiscard]] AbEpoch* Focus() { return document_.Portal()->FocusEpoch(); }
     [[nodiscard]] RunSummary Summarize();
 
@@ -71,10 +88,14 @@ private:
     OutputFile csvFile_;
     std::unique_ptr<CsvWriter> csv_;
     std::unique_ptr<RunPainter> painter_;  // if a picture is asked for
-    RunGoal goal_;
-    SystemState start_;
+    // Of the run: what goes into its checkpoints; `steps` and `seconds` are those of the part
+    // before this program.
+    RunRecord run_;
+    SystemState start_;  // of a run that began here
+    bool isStartMeasured_ = false;
     std::chrono::steady_clock::time_point begin_;
+    std::chrono::steady_clock::time_point lastCheckpoint_;
     double seconds_ = 0.0;  // of real time that the run has taken
-    MergerTotals mergers_;
-    BMessage touches_;  // the pairs that ended the run, if any did
+    BMessage touches_;      // the pairs that ended the run, if any did
+    std::optional<RunEnding> ending_;
 };

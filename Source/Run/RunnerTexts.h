@@ -21,12 +21,19 @@ enum RunnerText : int32 {
     kTextUnwantedValue = 4109,  // %1: option
     kTextNoPictures = 4110,
     kTextNotInThisBuild = 4111,
+    kTextCheckpointNeedsSave = 4112,
+    kTextNotWithResume = 4113,  // %1: what the run has settled
 
     // Before a run.
     kTextSameFile = 4120,
     kTextHistoricalOrder = 4122,  // %1: order
 
+    kTextNoRun = 4123,
+    kTextRunDoesNotFit = 4124,
+
     // During a run.
+    kTextNoCheckpoint = 4132,   // %1: file, %2: reason
+    kTextLeftovers = 4133,      // %1: count, %2: file beside which they lay
     kTextStepsProgress = 4130,  // %1: steps, %2: steps in all, %3: steps per second, %4: time left
     kTextTimeProgress =
         4131,  // %1: time, %2: time in all, %3: unit, %4: steps per second, %5: time left
@@ -45,6 +52,7 @@ enum RunnerText : int32 {
     kTextUndefined = 4150,       // in place of a number that has no meaning for this document
     kTextMerger = 4151,          // %1: survivor, %2: absorbed, %3: time, %4: unit
     kTextSummaryMergers = 4152,  // %1: count, %2: kinetic energy lost
+    kTextRunEnded = 4153,        // %1: one of the texts of DocumentTexts.h
 
     // What is wrong with an edit.
     kTextEdit = 4160,          // %1: the edit, %2: what is wrong with it

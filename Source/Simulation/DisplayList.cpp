@@ -1,6 +1,7 @@
 #include "DisplayList.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "BMessage.h"
 #include "BMessenger.h"
@@ -10,6 +11,7 @@
 #include "ProjectionDisplay.h"
 #include "RunControl.h"
 #include "SimulationDocument.h"
+#include "WindowFields.h"
 #include "WindowPlacement.h"
 #include "WindowServer.h"
 
@@ -124,10 +126,23 @@ void DisplayList::TellUnits(Display* display) const {
 
 void DisplayList::Find(const BMessage& archive, const char* simulationName) {
     DeleteAll();
+    waiting_.clear();
+    // Kept for longer than the document's record, whose memory they must not keep.
+    const BMessage fields = ExtractWindowFields(archive);
     BMessage display;
     int32 type = 0;
-    for (int32 i = 0; archive.FindMessage(kDisplays, i, &display) == B_OK; i++)
-        if (archive.FindInt32(kTypes, i, &type) == B_OK) Create(type, &display, simulationName);
+    for (int32 i = 0; fields.FindMessage(kDisplays, i, &display) == B_OK; i++)
+        if (fields.FindInt32(kTypes, i, &type) == B_OK)
+            waiting_.push_back({std::move(display), type});
+    OpenWaiting(simulationName);
+}
+
+void DisplayList::OpenWaiting(const char* simulationName) {
+    for (int32 i = 0; i < kMaxOpenedUnasked && !waiting_.empty(); i++) {
+        const Waiting next = std::move(waiting_.front());
+        waiting_.pop_front();
+        Create(next.type, &next.archive, simulationName);
+    }
 }
 
 void DisplayList::Archive(BMessage* into) const {
@@ -139,5 +154,9 @@ void DisplayList::Archive(BMessage* into) const {
         if (status != B_OK) continue;
         into->AddMessage(kDisplays, std::move(archive));
         into->AddInt32(kTypes, display->Type());
+    }
+    for (const Waiting& waiting : waiting_) {
+        if (into->AddMessage(kDisplays, &waiting.archive) != B_OK) return;
+        into->AddInt32(kTypes, waiting.type);
     }
 }

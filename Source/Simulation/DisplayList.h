@@ -3,13 +3,14 @@
 // rest while the list changes.
 #pragma once
 
+#include <deque>
 #include <vector>
 
+#include "BMessage.h"
 #include "GraphicsDefs.h"
 #include "SupportDefs.h"
 
 class BLooper;
-class BMessage;
 class Display;
 class RunControl;
 class SimulationDocument;
@@ -28,6 +29,10 @@ public:
     void Delete(const Display* display);
     void DeleteAll();
     [[nodiscard]] int32 Count() const { return static_cast<int32>(displays_.size()); }
+    // Those of the document that are not open.
+    [[nodiscard]] int32 CountWaiting() const { return static_cast<int32>(waiting_.size()); }
+    // Opens as many of them as open by themselves.
+    void OpenWaiting(const char* simulationName);
 
     // Moves displays that the frame covers to its right, as far as the screen has room there.
     void KeepClearOf(BRect frame) const;
@@ -36,7 +41,9 @@ public:
     // The unit (in m) in which the user sees places: their scale dialogs begin with it.
     void SetPreferredUnits(double unit);
 
-    // Replace all displays by those of a document, and write them.
+    // Replace all displays by those of a document, of which only the first so many open by
+    // themselves; and write them, with those that are not open as they were read.
+    static constexpr int32 kMaxOpenedUnasked = 32;
     void Find(const BMessage& archive, const char* simulationName);
     void Archive(BMessage* into) const;
 
@@ -48,6 +55,12 @@ private:
     RunControl* const run_;
     BLooper* const owner_;
     const DisplayContext& context_;
+    struct Waiting {
+        BMessage archive;
+        int32 type;
+    };
+
     std::vector<Display*> displays_;
+    std::deque<Waiting> waiting_;
     double preferredUnits_ = 0.0;  // not known yet
 };

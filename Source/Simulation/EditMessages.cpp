@@ -1,6 +1,7 @@
 #include "EditMessages.h"
 
 #include "BMessage.h"
+#include "DocumentTexts.h"
 #include "EpochCursor.h"
 #include "EpochPortal.h"
 #include "EpochWindow.h"
@@ -33,20 +34,22 @@ AbEpoch* EpochOf(const BMessage& message, EpochPortal* portal, const EpochWindow
                                                                   : nullptr;
 }
 
-void Group(const BMessage& message, SimulationController* controller) {
+void Group(const BMessage& message, SimulationController* controller,
+           const TellRefusal& tellRefusal) {
     std::vector<int64> ids;
     std::string name;
     int64 id = kNoSystemID;
     while (message.FindInt64(kBodyIDField, static_cast<int32>(ids.size()), &id) == B_OK)
         ids.push_back(id);
-    if (message.FindString(GroupWindow::kNameField, &name) == B_OK)
-        controller->GroupSystems(ids, name);
+    if (message.FindString(GroupWindow::kNameField, &name) == B_OK &&
+        controller->GroupSystems(ids, name) == SimulationController::Grouping::kTooDeep)
+        tellRefusal(kTextGroupsTooDeep);
 }
 
 }  // namespace
 
 bool CarryOutEdit(const BMessage& message, SimulationController* controller, EpochPortal* portal,
-                  const EpochWindow& epochs) {
+                  const EpochWindow& epochs, const TellRefusal& tellRefusal) {
     int64 system = kNoSystemID;
     const bool hasSystem = message.FindInt64(kBodyIDField, &system) == B_OK;
     switch (message.what) {
@@ -82,7 +85,7 @@ bool CarryOutEdit(const BMessage& message, SimulationController* controller, Epo
                 controller->DeleteEpoch(epoch);
             break;
         case GroupWindow::kGroup:
-            Group(message, controller);
+            Group(message, controller, tellRefusal);
             break;
         case SimulationMenus::kDissolveGroup:
             controller->DissolveFocusSystem();

@@ -2,11 +2,18 @@
 // owns the document, with no lock of it held.
 #pragma once
 
+#include <functional>
+
+#include "SupportDefs.h"
+
 class BMessage;
 class EpochPortal;
 class EpochWindow;
 class SimulationController;
 
+// Gets the number of the text that says why an edit was refused.
+using TellRefusal = std::function<void(int32 text)>;
+
 // False for any other message. What is half typed is committed before undoing and redoing.
 bool CarryOutEdit(const BMessage& message, SimulationController* controller, EpochPortal* portal,
-                  const EpochWindow& epochs);
+                  const EpochWindow& epochs, const TellRefusal& tellRefusal);

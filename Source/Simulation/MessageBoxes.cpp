@@ -58,9 +58,9 @@ void MessageBoxes::MakeBuilding() {
     box->Run();
 }
 
-void MessageBoxes::ShowBuilding() {
+BMessenger MessageBoxes::Building() const {
     MessageWindow* const box = MessageWindowFromID(MessageWindow::kBuilding);
-    if (box != nullptr && box->IsHidden()) box->Show();
+    return box == nullptr ? BMessenger() : BMessenger(static_cast<BHandler*>(box));
 }
 
 bool MessageBoxes::EndBuilding() {

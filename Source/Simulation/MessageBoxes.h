@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "BMessage.h"
+#include "BMessenger.h"
 
 class BLooper;
 class MessageWindow;
@@ -27,9 +28,10 @@ public:
     // If the reply says that it is the answer for good, the application is told that `command` is.
     void HandleDefaultResponse(const BMessage& reply, int32 windowID, uint32 command);
 
-    // The box that tells that the window builds itself; not seen before ShowBuilding.
+    // The box that tells that the window builds itself; not seen before it is told to show itself.
     void MakeBuilding();
-    void ShowBuilding();
+    // Not valid when there is none.
+    [[nodiscard]] BMessenger Building() const;
     // True unless the user saw the box and has turned to another window.
     bool EndBuilding();
 

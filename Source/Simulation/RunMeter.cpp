@@ -10,6 +10,17 @@ RunMeter::RunMeter(EpochPortal* portal, Calculator* calculator)
     release_ben(calculator_->WriteOk());
 }
 
+void RunMeter::Want() {
+    const std::lock_guard lock(mutex_);
+    hasState_ = false;
+    isWanted_ = true;
+}
+
+void RunMeter::Forget() {
+    const std::lock_guard lock(mutex_);
+    hasState_ = isWanted_ = false;
+}
+
 void RunMeter::PrepareForGo(int32 /*reportsPerDraw*/) {
     portal_->ReadLock();
     gm_.clear();

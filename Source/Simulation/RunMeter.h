@@ -21,8 +21,10 @@ public:
     // Reports since the meter was made.
     [[nodiscard]] int64 Steps() const { return steps_; }
     [[nodiscard]] double Time() const { return time_; }  // s, of the last report
-    // The next batch's last state is to be kept.
-    void Want() { isWanted_ = true; }
+    // The next batch's last state is to be kept, and none from before.
+    void Want();
+    // None is to be kept.
+    void Forget();
     // True, once, when it is there: masses, positions, velocities and the time, without names.
     [[nodiscard]] bool Take(SystemState* state);
 

@@ -1,6 +1,7 @@
 #include "RunMonitor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "OS.h"
 
@@ -18,24 +19,18 @@ void RunMonitor::Begin() {
     if (isMeasured_) start_ = MeasureConserved(state);
     mergers_ = {};
     energyError_.reset();
-    DropState();
+    isAwaited_ = false;
+    meter_.Forget();
     lastSteps_ = meter_.Steps();
     lastTime_ = state.time;
     lastMoment_ = system_time();
     nextEnergy_ = lastMoment_ + kSecond;
-    if (isMeasured_) meter_.Want();
 }
 
 // What was kept of the run shows the bodies apart.
 void RunMonitor::Add(const MergeResult& merged) {
     mergers_.Add(merged);
-    DropState();
-    if (isMeasured_) meter_.Want();
-}
-
-void RunMonitor::DropState() {
-    SystemState stale;
-    static_cast<void>(meter_.Take(&stale));
+    if (isAwaited_) meter_.Want();
 }
 
 RunMonitor::Figures RunMonitor::Measure(int64 now) {
@@ -56,15 +51,16 @@ RunMonitor::Figures RunMonitor::Measure(int64 now) {
     return figures;
 }
 
-// The state of about a second ago.
+// The state is asked for when it is time for a figure, and measured at a later moment: one that was
+// asked for long ago would be of long ago.
 void RunMonitor::MeasureEnergy(int64 now) {
     SystemState state;
-    if (meter_.Take(&state)) {
-        const int64 before = system_time();
-        energyError_ = MeasureDrift(start_, MeasureConserved(state), mergers_).energy;
-        nextEnergy_ = now + std::max(kSecond, kEnergyShare * (system_time() - before));
-    }
-    meter_.Want();
+    if (!std::exchange(isAwaited_, true)) return meter_.Want();
+    if (!meter_.Take(&state)) return;
+    isAwaited_ = false;
+    const int64 before = system_time();
+    energyError_ = MeasureDrift(start_, MeasureConserved(state), mergers_).energy;
+    nextEnergy_ = now + std::max(kSecond, kEnergyShare * (system_time() - before));
 }
 
 RunMonitor::Figures RunMonitor::End() {

@@ -35,13 +35,13 @@ public:
 
 private:
     void MeasureEnergy(int64 now);
-    void DropState();
 
     EpochPortal* const portal_;
     RunMeter meter_;
     Conserved start_;
     MergerTotals mergers_;
     bool isMeasured_ = false;  // the energy of this run
+    bool isAwaited_ = false;   // a state to measure
     std::optional<double> energyError_;
     int64 lastSteps_ = 0;
     double lastTime_ = 0.0;

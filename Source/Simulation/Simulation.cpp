@@ -1,11 +1,11 @@
 #include "Simulation.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <utility>
 
 #include "AppDefs.h"
-#include "AttemptMessage.h"
 #include "BMessage.h"
+#include "BMessageRunner.h"
 #include "BMessenger.h"
 #include "CollisionMailbox.h"
 #include "DocumentSaver.h"
@@ -19,6 +19,7 @@
 #include "ProgramResources.h"
 #include "ProjectionDisplay.h"
 #include "QuantityText.h"
+#include "RunEndingText.h"
 #include "SimulationHost.h"
 #include "SimulationMenus.h"
 #include "SimulationTexts.h"
@@ -40,8 +41,9 @@ constexpr int32 kEverything = -1;
 
 constexpr const char* kWindowAt = "Edit at";
 
-// A window that is built faster than this needs no box that says so.
+// A document that is read faster than this needs no box that says so.
 constexpr bigtime_t kPatience = 300'000;
+
 }  // namespace
 
 Simulation::Simulation(BRect frame, SimulationHost* host)
@@ -71,6 +73,13 @@ void Simulation::Init(std::unique_ptr<BMessage> archive, const entry_ref& direct
     StartBuilding();
 }
 
+void Simulation::InitCopy(std::unique_ptr<BMessage> archive, const entry_ref& directory,
+                          const std::string& name) {
+    archive_ = std::move(archive);
+    saver_.File().SetUntitled(directory, name);
+    StartBuilding();
+}
+
 void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy) {
     archive_ = std::move(archive);
     saver_.File().SetRecovered(copy, host_->Resources().InterfaceLabel(kLabelUntitled));
@@ -81,28 +90,33 @@ void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const Recov
 void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory,
                         const char* name) {
     if (!Lock()) return;
-    EpochPortal* const portal = document_.Portal();
-    if (!isBuilt_) {
-        archive_ = std::move(archive);
-        saver_.File().SetFile(directory, name);
-    } else {
-        // Normally it stands, untouched.
-        run_.PauseForUser();
-        portal->Broadcast(false);
-        if (const DocumentError error = Find(*archive); error.Failed()) {
-            saver_.TellNotOpened(name, error);
-        } else {
-            history_->MarkSaved();
-            saver_.File().SetFile(directory, name);
-            if (displays_.Count() == 0) displays_.Create(ProjectionDisplay::kType, nullptr, name);
-            SetName(name);
-            host_->NoteDocument(saver_.File().Path().c_str());
-        }
-        portal->Broadcast(true);
-        portal->TellObservers(kEverything);
-    }
-    isNewlyCreated_ = false;
+    Replacement replacement{std::move(archive), directory, name};
+    if (isBuilt_)
+        Replace(replacement);
+    else
+        replacement_ = std::move(replacement);
     Unlock();
+}
+
+void Simulation::Replace(const Replacement& replacement) {
+    EpochPortal* const portal = document_.Portal();
+    // Normally it stands, untouched.
+    run_.PauseForUser();
+    portal->Broadcast(false);
+    if (const DocumentError error = Find(*replacement.archive); error.Failed()) {
+        saver_.TellNotOpened(replacement.name, error);
+    } else {
+        history_->MarkSaved();
+        saver_.File().SetFile(replacement.directory, replacement.name);
+        if (displays_.Count() == 0)
+            displays_.Create(ProjectionDisplay::kType, nullptr, replacement.name.c_str());
+        SetName(replacement.name);
+        saver_.TellOpened(document_.Notices());
+        host_->NoteDocument(saver_.File().Path().c_str());
+        isNewlyCreated_ = false;
+    }
+    portal->Broadcast(true);
+    portal->TellObservers(kEverything);
 }
 
 bool Simulation::IsNewlyCreated() const {
@@ -112,16 +126,14 @@ bool Simulation::IsNewlyCreated() const {
 // --- Building ---
 
 void Simulation::StartBuilding() {
-    buildingSince_ = system_time();
     PostBuildMessage(kBuildMenuBar);
     Run();
 }
 
-// Through the application, which hands it back: other windows get their turn between the steps.
+// Through the application, which hands it back: other windows get their turn between the steps. It
+// is not waited for: it may have its port full of windows' steps, and be the one that calls.
 void Simulation::PostBuildMessage(uint32 what) {
-    BMessage message(what);
-    message.AddPointer(kSimulationField, this);
-    AttemptMessage(message, host_->Application());
+    PassToApplication(BMessage(what), true);
 }
 
 bool Simulation::BuildStep(uint32 what) {
@@ -157,16 +169,22 @@ bool Simulation::BuildStep(uint32 what) {
 }
 
 void Simulation::ArrangeWindow() {
-    if (system_time() - buildingSince_ > kPatience) boxes_.ShowBuilding();
     controls_.FitWindow();
     SetName(saver_.File().Name());
-    const std::unique_ptr<BMessage> archive = std::move(archive_);
     // Without any epoch, as where the program's template is missing, the simulation has none.
-    if (const DocumentError error = Find(*archive); error.Failed() && error.text != kTextNoEpoch) {
-        saver_.TellNotOpened(saver_.File().Name(), error);
-        return SendQuitRequest();
-    }
+    if (const DocumentError error = ReadArchive(); error.Failed() && error.text != kTextNoEpoch)
+        SendQuitRequest(error.Reason(host_->Resources()));
+}
+
+DocumentError Simulation::ReadArchive() {
+    // This thread is busy until the document is read; the box shows itself.
+    const BMessageRunner patience(boxes_.Building(), BMessage(MessageWindow::kShowSelf), kPatience);
+    const std::unique_ptr<BMessage> archive = std::move(archive_);
+    DocumentError error = Find(*archive);
+    if (error.Failed()) return error;
+    saver_.TellOpened(document_.Notices());
     if (saver_.File().HasFile()) host_->NoteDocument(saver_.File().Path().c_str());
+    return {};
 }
 
 void Simulation::ShowSelf() {
@@ -178,6 +196,8 @@ void Simulation::ShowSelf() {
     document_.Portal()->TellObservers(kEverything);
     const bool isAwaited = boxes_.EndBuilding();
     isBuilt_ = true;
+    if (const auto replacement = std::exchange(replacement_, std::nullopt)) Replace(*replacement);
+    if (!notice_.empty()) controls_.ShowInFull(notice_);
     SetAcceptsFiles(true);
     Show();
     if (isAwaited) Activate();
@@ -189,10 +209,16 @@ void Simulation::ShowSelf() {
 void Simulation::MessageReceived(BMessage* message) {
     if (isQuitting_) return;
     if (BuildStep(message->what)) return;
+    if (std::string text;
+        message->what == kTellUser && message->FindString(kTextField, &text) == B_OK)
+        return Tell(text);
     const bool hasAllParts = controls_.Windows() != nullptr;
     if (hasAllParts &&
         (FileMessage(message) || RunMessage(message) || WindowMessage(message) ||
-         CarryOutEdit(*message, &controller_, document_.Portal(), *controls_.Windows()->Epochs())))
+         CarryOutEdit(*message, &controller_, document_.Portal(), *controls_.Windows()->Epochs(),
+                      [this](int32 text) {
+                          controls_.ShowMessage(host_->Resources().InterfaceLabel(text));
+                      })))
         return;
     BWindow::MessageReceived(message);
 }
@@ -290,6 +316,9 @@ bool Simulation::RunMessage(BMessage* message) {
         case CollisionMailbox::kCollisionMessage:
             Collide(*message);
             break;
+        case RunEnding::kMessage:
+            if (const auto ending = RunEnding::From(*message)) EndRun(*ending);
+            break;
         case B_PULSE:
             if (run_.PauseCount() <= 0) controls_.ShowRun();
             break;
@@ -308,6 +337,10 @@ bool Simulation::WindowMessage(BMessage* message) {
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
                 displays_.Create(type, nullptr, title_.c_str());
+            break;
+        case SimulationMenus::kOpenDisplays:
+            displays_.OpenWaiting(title_.c_str());
+            controls_.ShowOpened({});
             break;
         case kShowTrailDisc:
             controls_.Windows()->ShowTrailDisc();
@@ -350,6 +383,13 @@ void Simulation::PassToApplication(const BMessage& message, bool withThis) {
     WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), copy);
 }
 
+void Simulation::Tell(const std::string& text) {
+    if (isBuilt_)
+        controls_.ShowInFull(text);
+    else
+        notice_ = text;
+}
+
 void Simulation::Collide(const BMessage& message) {
     const bool isRunning = run_.PauseCount() <= 0;
     const MergeResult result = controller_.Collide(
@@ -359,6 +399,12 @@ void Simulation::Collide(const BMessage& message) {
         history_->MarkUnsaved();
         controls_.ShowHistory();
     }
+    if (result.unmerged) EndRun(*result.unmerged);
+}
+
+void Simulation::EndRun(const RunEnding& ending) {
+    run_.PauseForUser();
+    controls_.ShowRunEvent(RunEndingText(ending, document_.Portal(), host_->Resources()));
 }
 
 // --- Observer ---
@@ -470,13 +516,14 @@ void Simulation::OfferCopy() {
     PassToApplication(offer, false);
 }
 
-void Simulation::SendQuitRequest() {
+void Simulation::SendQuitRequest(const std::string& reason) {
     Hide();
     run_.Pause();
     saver_.File().DiscardAutomaticCopy();
     isQuitting_ = true;
     BMessage doomed(kDeleteMe);
     doomed.AddPointer(kDoomedSimulation, this);
+    if (!reason.empty()) doomed.AddString(kReasonField, reason);
     WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), doomed);
 }
 

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "BWindow.h"
@@ -40,11 +41,14 @@ public:
     // the maker's lock: the last call of its maker.
     void Init(std::unique_ptr<BMessage> archive, const entry_ref& directory, const char* name,
               bool isNewlyCreated);
+    // Instead of Init: a document that has no file yet; the name is the one to save it by.
+    void InitCopy(std::unique_ptr<BMessage> archive, const entry_ref& directory,
+                  const std::string& name);
     // Instead of Init: the record is that of a recovery copy. The simulation has its old name and
     // place, and is not saved.
     void InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy);
-    // Replaces everything by another document. Any thread. A record that cannot be used changes
-    // nothing.
+    // Replaces everything by another document; a window that is still being built does so when it
+    // is complete. Any thread. A record that cannot be used changes nothing.
     void ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory, const char* name);
     // An untouched new simulation, in whose window a file may be opened. Any thread.
     [[nodiscard]] bool IsNewlyCreated() const;
@@ -59,11 +63,19 @@ public:
     void Quit() override;
 
 private:
+    // What is to replace everything.
+    struct Replacement {
+        std::unique_ptr<BMessage> archive;
+        entry_ref directory;
+        std::string name;
+    };
+
     // --- Building ---
     void StartBuilding();
     void PostBuildMessage(uint32 what);
     bool BuildStep(uint32 what);
     void ArrangeWindow();
+    DocumentError ReadArchive();
     void ShowSelf();
 
     // --- Messages ---
@@ -73,8 +85,12 @@ private:
     void Reply(const BMessage& message);
     void PassToApplication(const BMessage& message, bool withThis);
     void Collide(const BMessage& message);
+    // The run has ended by itself.
+    void EndRun(const RunEnding& ending);
+    void Tell(const std::string& text);
 
     // --- Reading a document ---
+    void Replace(const Replacement& replacement);
     void SetName(const std::string& name);
     DocumentError Find(const BMessage& archive);
     void FindSimWindowInfo(const BMessage& archive);
@@ -85,7 +101,8 @@ private:
     void OfferCopy();
     // The simulation stays open after all.
     void CloseCancelled();
-    void SendQuitRequest();
+    // `reason`: why the document could not be read; empty for any other end.
+    void SendQuitRequest(const std::string& reason = {});
 
     SimulationHost* const host_;
     SimulationDocument document_;
@@ -98,6 +115,9 @@ private:
     MessageBoxes boxes_;
     std::string title_;  // the document's name; of a further window of the same one it says so
     std::unique_ptr<BMessage> archive_;  // until it is read
+    // While the window is being built: what it does when it is complete.
+    std::optional<Replacement> replacement_;
+    std::string notice_;
 
     std::atomic<int32> pendingChanges_{0};
     std::atomic<bool> hasNewChanges_{false};  // since the last automatic copy
@@ -106,5 +126,4 @@ private:
     bool isBuilt_ = false;
     bool isAsked_ = false;     // whether to save before closing, and has not answered
     bool isQuitting_ = false;  // the application has been asked to delete the window
-    bigtime_t buildingSince_ = 0;
 };

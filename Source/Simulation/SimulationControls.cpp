@@ -24,7 +24,6 @@
 namespace {
 
 constexpr float kSpacing = 8.0f;
-constexpr float kUnlimited = 32767.0f;
 constexpr float kWidest = 2.0f;  // the window, against what it needs
 
 // How often the figures of a run are renewed.
@@ -85,8 +84,7 @@ void SimulationControls::Redisplay(int32 changes) {
     bodySettings_->Redisplay(changes);
     globalControls_->Redisplay(changes);
     ShowHistory();
-    // The figures are of a run that ended in another epoch.
-    if ((changes & kFocusEpochChanged) != 0) status_->ShowRun({}, 1.0);
+    if ((changes & kFocusEpochChanged) != 0 && status_->ForgetRun()) FitWindow();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
     EpochPortal* const portal = document_->Portal();
     portal->ReadLock();
@@ -113,17 +111,28 @@ void SimulationControls::ShowInFull(const std::string& text) {
     if (status_ != nullptr && status_->ShowInFull(text)) FitWindow();
 }
 
+void SimulationControls::ShowRunEvent(const std::string& text) {
+    if (status_ != nullptr && status_->ShowRunEvent(text)) FitWindow();
+}
+
 // Wider entries show longer numbers; there is nothing to fill a higher window with.
 void SimulationControls::FitWindow() {
-    float width = 0.0f;
-    float height = 0.0f;
-    // Or it would want no less than it had to have.
-    window_->SetSizeLimits(0.0f, kUnlimited, 0.0f, kUnlimited);
-    // The first question lets the server lay out what has just changed.
-    window_->GetPreferredSize(&width, &height);
-    window_->GetPreferredSize(&width, &height);
-    window_->SetSizeLimits(width, kWidest * width, height, height);
-    window_->ResizeTo(std::max(width, window_->Frame().Width()), height);
+    if (height_ == 0.0f) window_->GetPreferredSize(&width_, &height_);
+    const float height = height_ + status_->ExtraHeight();
+    window_->SetSizeLimits(width_, kWidest * width_, height, height);
+    window_->ResizeTo(std::max(width_, window_->Frame().Width()), height);
+}
+
+void SimulationControls::ShowOpened(const std::string& notice) {
+    const ProgramResources& resources = host_->Resources();
+    const int32 waiting = displays_->CountWaiting();
+    menus_->ShowWaitingDisplays(waiting > 0);
+    std::string text = notice;
+    if (waiting > 0) {
+        if (!text.empty()) text += resources.InterfaceLabel(kTextBetweenFigures);
+        text += FillIn(resources.InterfaceLabel(kTextWaitingDisplays), {std::to_string(waiting)});
+    }
+    ShowInFull(text);
 }
 
 void SimulationControls::ShowRun() {
@@ -151,7 +160,7 @@ void SimulationControls::NoteMergers(const MergeResult& merged) {
         FillIn(resources.InterfaceLabel(kTextMerger), {first.absorbedName, first.survivorName});
     if (const std::size_t more = merged.mergers.size() - 1; more > 0)
         text = FillIn(resources.InterfaceLabel(kTextManyMergers), {text, std::to_string(more)});
-    ShowMessage(text);
+    ShowRunEvent(text);
 }
 
 // --- Entries ---

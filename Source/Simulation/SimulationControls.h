@@ -45,10 +45,15 @@ public:
     // What can be undone and redone, and whether the document is saved.
     void ShowHistory();
     void ShowMessage(const std::string& text);
-    // Makes the window as high as its contents, and no narrower.
+    // Makes the window as high as its contents, and no narrower. First when nothing is said yet.
     void FitWindow();
     // In as many lines as it takes; the window grows.
     void ShowInFull(const std::string& text);
+    // Likewise, what happened in the run: it goes when another epoch is shown.
+    void ShowRunEvent(const std::string& text);
+    // What the document that was opened has lost or got, and offers to open the displays that are
+    // not open.
+    void ShowOpened(const std::string& notice);
     // The figures of the run as they are now.
     void ShowRun();
     // In the run that goes on; the calculator rests.
@@ -85,4 +90,6 @@ private:
     BodySettingsBox* bodySettings_ = nullptr;
     GlobalControlsBox* globalControls_ = nullptr;
     StatusLine* status_ = nullptr;
+    float width_ = 0.0f;   // what the window needs with one line of a message
+    float height_ = 0.0f;
 };

@@ -7,11 +7,13 @@
 #include "BMenuBar.h"
 #include "BMessage.h"
 #include "DisplayContext.h"
+#include "HelpMenu.h"
 #include "InterfaceLabels.h"
 #include "InterfaceTexts.h"
 #include "MenuArchives.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
+#include "RecentMenu.h"
 #include "SimulationHost.h"
 #include "SimulationTexts.h"
 #include "TextTemplate.h"
@@ -37,6 +39,7 @@ SimulationMenus::SimulationMenus(const Simulation* simulation, SimulationHost* h
     AddBodiesMenu();
     AddSimulationMenu(host);
     AddDisplayMenu();
+    bar_->AddItem(new HelpMenu(texts_));
 }
 
 BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key,
@@ -47,8 +50,8 @@ BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32
     return item;
 }
 
-// An item for the application; the file that "Open..." opens may take the place of an untouched
-// simulation.
+// An item for the application; the file that "Open..." or the menu of recent ones opens may take
+// the place of an untouched simulation.
 void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* host) {
     const DisplayContext& context = host->Context();
     BMenu* const menu = Unarchive(context.menus->AppMenuArchive());
@@ -59,8 +62,11 @@ void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* h
         message->AddPointer(kSimulationField, simulation);
         open->SetMessage(message);
     }
+    for (int32 i = 0; i < menu->CountItems(); i++)
+        if (auto* const recent = dynamic_cast<RecentMenu*>(menu->SubmenuAt(i)); recent != nullptr)
+            recent->SetRequester(simulation);
     auto* const item = new BMenuItem(menu);
-    if (context.icon != nullptr) item->SetIcon(context.icon);
+    if (context.icon != nullptr) item->SetIcon(context.icon, context.fineIcon);
     bar_->AddItem(item);
 }
 
@@ -98,9 +104,9 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
-        item->SetShortcut(texts_.Key(kTextAnimationKey), 0);
+        item->SetShortcut(texts_.Key(kLabelAnimationKey), 0);
     if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
-        item->SetShortcut(texts_.Key(kTextEpochsKey), 0);
+        item->SetShortcut(texts_.Key(kLabelEpochsKey), 0);
     bar_->AddItem(menu);
 }
 
@@ -110,6 +116,9 @@ void SimulationMenus::AddDisplayMenu() {
     message->AddInt32(kDisplayTypeField, ProjectionDisplay::kType);
     menu->AddItem(
         new BMenuItem(texts_.Text(kLabelNewProjection), message, texts_.Key(kTextProjectionKey)));
+    menu->AddSeparatorItem();
+    openDisplays_ = AddItem(menu, kTextOpenDisplays, kOpenDisplays);
+    openDisplays_->SetEnabled(false);
     bar_->AddItem(menu);
 }
 
@@ -130,6 +139,10 @@ void SimulationMenus::Show(BMenuItem* item, bool isPossible, int32 name, int32 p
 
 void SimulationMenus::ShowFocus(bool isGroup) {
     dissolve_->SetEnabled(isGroup);
+}
+
+void SimulationMenus::ShowWaitingDisplays(bool areThere) {
+    openDisplays_->SetEnabled(areThere);
 }
 
 void SimulationMenus::ShowHistory(UndoChain* history) {

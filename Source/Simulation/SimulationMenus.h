@@ -20,6 +20,9 @@ public:
     static constexpr uint32 kRequestGroup = FourCC("rqgr");
     static constexpr uint32 kDissolveGroup = FourCC("dsgr");
 
+    // Open more of the document's displays.
+    static constexpr uint32 kOpenDisplays = FourCC("opds");
+
     SimulationMenus(const Simulation* simulation, SimulationHost* host);
 
     [[nodiscard]] BMenuBar* Bar() const { return bar_; }
@@ -27,6 +30,8 @@ public:
     void ShowGo(const char* label, bool isEnabled);
     // What can be undone and redone, by name.
     void ShowHistory(UndoChain* history);
+    // Whether the document has displays that are not open.
+    void ShowWaitingDisplays(bool areThere);
     // Whether what is in focus is a group, which can be dissolved.
     void ShowFocus(bool isGroup);
 
@@ -46,4 +51,5 @@ private:
     BMenuItem* undo_ = nullptr;
     BMenuItem* redo_ = nullptr;
     BMenuItem* dissolve_ = nullptr;
+    BMenuItem* openDisplays_ = nullptr;
 };

@@ -83,7 +83,10 @@ void SimulationSaver::SaveRequested(const entry_ref& directory, const std::strin
     if (result.error.Failed() && allEpochs && !result.copyError.Failed())
         whyNotSaved_ = Reason(result.error);
     if (!result.error.Failed()) {
-        controls_->ShowMessage(resources.InterfaceLabel(kTextSaved));
+        controls_->ShowMessage(result.leftovers == 0
+                                   ? resources.InterfaceLabel(kTextSaved)
+                                   : FillIn(resources.InterfaceLabel(kTextSavedAndTidied),
+                                            {std::to_string(result.leftovers)}));
         if (allEpochs) host_->NoteDocument(result.path.c_str());
     }
     if (result.copyError.Failed() && !result.error.Failed())
@@ -143,6 +146,14 @@ void SimulationSaver::KeepAutomaticCopy() {
 
 // --- What went wrong ---
 
+void SimulationSaver::TellOpened(const DocumentNotices& notices) {
+    const ProgramResources& resources = host_->Resources();
+    const std::string summary = notices.Summary(resources);
+    controls_->ShowOpened(summary);
+    for (const std::string& line : notices.Lines(resources))
+        Print(FillIn(resources.InterfaceLabel(kTextOpenedWith), {file_.Name(), line}));
+}
+
 void SimulationSaver::TellNotOpened(const std::string& name, const DocumentError& error) {
     Complain(FillIn(host_->Resources().InterfaceLabel(kTextNotOpened), {name, Reason(error)}));
 }
@@ -158,6 +169,10 @@ std::string SimulationSaver::Reason(const DocumentError& error) const {
 
 void SimulationSaver::Complain(const std::string& text) {
     controls_->ShowInFull(text);
+    Print(text);
+}
+
+void SimulationSaver::Print(const std::string& text) const {
     const std::string line = FillIn(host_->Resources().InterfaceLabel(kTextPrinted), {text});
     std::fwrite(line.data(), 1, line.size(), stderr);
 }

@@ -7,6 +7,7 @@
 
 #include "BMessenger.h"
 #include "DocumentFile.h"
+#include "DocumentNotice.h"
 #include "SavePanel.h"
 
 class BMessage;
@@ -49,6 +50,8 @@ public:
     void KeepRecoveryCopy();
     // For the case that the program fails; disturbs neither typing nor, for long, a run.
     void KeepAutomaticCopy();
+    // The document was opened, with what it has lost or got.
+    void TellOpened(const DocumentNotices& notices);
     // A document that is no such was to be opened.
     void TellNotOpened(const std::string& name, const DocumentError& error);
 
@@ -59,6 +62,7 @@ private:
     void SetSimWindowInfo(BMessage* archive) const;
     void TellNotCopied(const DocumentError& error);
     void Complain(const std::string& text);
+    void Print(const std::string& text) const;
     [[nodiscard]] std::string Reason(const DocumentError& error) const;
 
     BWindow* const window_;

@@ -24,9 +24,8 @@ enum SimulationText : int32 {
     kTextUndo = 3716,           // %1: the step's name, as in the next one
     kTextRedo = 3717,
     kTextTrailDiscKey = 3718,
-    kTextEpochsKey = 3719,
+    // 3719, 3743: keys that every window has (InterfaceLabels.h)
     // 3720-3742: names of commands (CommandNames.h)
-    kTextAnimationKey = 3743,
     kTextProjectionKey = 3744,
     kTextStatusMessage = 3745,
     kTextStatusFigures = 3746,
@@ -37,6 +36,10 @@ enum SimulationText : int32 {
     kTextGroupName = 3751,
     kTextGroupOf = 3752,
     kTextGroupButton = 3753,
-    kTextChangedByAnother = 3754,  // %1: the file
-    kTextAnotherWindow = 3755,     // %1: the document, %2: which of its windows this is
+    kTextOpenedWith = 3754,       // %1: the file, %2: what is not as it was
+    kTextOpenDisplays = 3755,     // the menu's item
+    kTextWaitingDisplays = 3756,  // %1: how many
+    kTextSavedAndTidied = 3790,  // %1: how many files
+    kTextChangedByAnother = 3757,  // %1: the file
+    kTextAnotherWindow = 3758,     // %1: the document, %2: which of its windows this is
 };

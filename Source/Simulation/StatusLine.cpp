@@ -17,17 +17,7 @@ namespace {
 constexpr int kRateDigits = 3;
 constexpr double kLongRate = 1e3;
 constexpr double kLongestRate = 1e12;
-constexpr std::size_t kGroup = 3;
-constexpr const char* kNarrowSpace = "\u202f";
 constexpr float kLineSpacing = 2.0f;
-
-// Thousands apart, by a narrow space that no line is broken at: the same in every language.
-std::string Grouped(std::string digits) {
-    for (std::size_t end = std::min(digits.find_first_not_of("0123456789"), digits.size());
-         end > kGroup; end -= kGroup)
-        digits.insert(end - kGroup, kNarrowSpace);
-    return digits;
-}
 
 // Rounded to three digits, and without an exponent as long as that can be read.
 std::string RateText(double rate) {
@@ -71,8 +61,8 @@ StatusLine::StatusLine(const ProgramResources* resources)
       resources_(resources),
       figuresView_(new BStringView("Figures", "")),
       message_(new BStringView("Message", "")) {
-    figuresView_->SetAccessibleName(resources_->InterfaceLabel(kTextStatusFigures).c_str());
-    message_->SetAccessibleName(resources_->InterfaceLabel(kTextStatusMessage).c_str());
+    figuresView_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusFigures).c_str());
+    message_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusMessage).c_str());
     // A long text must not widen the window.
     for (BStringView* const view : {figuresView_, message_}) {
         view->SetExplicitMinSize(1.0f, -1.0f);
@@ -117,7 +107,25 @@ bool StatusLine::ShowInFull(const std::string& text) {
     return ShowLines(text, Broken(text, message_->Bounds().Width()));
 }
 
+bool StatusLine::ShowRunEvent(const std::string& text) {
+    const bool isOtherHeight = ShowInFull(text);
+    isRunEvent_ = true;
+    return isOtherHeight;
+}
+
+bool StatusLine::ForgetRun() {
+    run_.clear();
+    ShowFigures();
+    return isRunEvent_ && ShowMessage("");
+}
+
+float StatusLine::ExtraHeight() const {
+    const font_height line = BFont().Height();
+    return static_cast<float>(breaks_) * std::ceil(line.ascent + line.descent + line.leading);
+}
+
 bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {
+    isRunEvent_ = false;
     message_->SetText(lines.c_str());
     message_->SetToolTip(text.c_str());
     const auto breaks = std::ranges::count(lines, '\n');

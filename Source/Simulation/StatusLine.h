@@ -24,6 +24,12 @@ public:
     bool ShowMessage(const std::string& text);
     // Likewise, but broken into as many lines as it takes.
     bool ShowInFull(const std::string& text);
+    // Likewise, for what happened in the run.
+    bool ShowRunEvent(const std::string& text);
+    // Another epoch is shown than the one that the run made: its figures and its last event go.
+    bool ForgetRun();
+    // What the message's lines need beyond one.
+    [[nodiscard]] float ExtraHeight() const;
 
 private:
     void ShowFigures();
@@ -35,4 +41,5 @@ private:
     std::string bodies_;
     std::string run_;
     std::ptrdiff_t breaks_ = 0;  // between the message's lines
+    bool isRunEvent_ = false;    // the message
 };

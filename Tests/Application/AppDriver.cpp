@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 
 #include "AppDefs.h"
 #include "BMessenger.h"
+#include "BStringView.h"
 #include "ProgramMessages.h"
 #include "Simulation.h"
 #include "SimulationFile.h"
@@ -53,6 +55,17 @@ const ProgramResources& TestResources() {
 std::string WriteDocument(const std::string& path) {
     EXPECT_FALSE(SimulationFile::Write(path, TestResources().NewSimulation()).Failed());
     return path;
+}
+
+BMessage BadRecord() {
+    BMessage record = TestResources().NewSimulation();
+    BMessage epoch;
+    EXPECT_EQ(record.FindMessage("Epochs", &epoch), B_OK);
+    epoch.RemoveName("Time");
+    epoch.AddDouble("Time", std::numeric_limits<double>::quiet_NaN());
+    record.RemoveName("Epochs");
+    record.AddMessage("Epochs", &epoch);
+    return record;
 }
 
 AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents) {
@@ -107,6 +120,15 @@ std::string AppDriver::Titles() {
         if (!simulation->IsHidden()) titles += (titles.empty() ? "" : ",") + simulation->Title();
     app->Unlock();
     return titles;
+}
+
+std::string AppDriver::Message(std::size_t index) {
+    Simulation* const simulation = Simulations().at(index);
+    if (!simulation->Lock()) return {};
+    const auto* const line = dynamic_cast<BStringView*>(simulation->FindView("Message"));
+    std::string text = line == nullptr ? "" : line->Text();
+    simulation->Unlock();
+    return text;
 }
 
 void AppDriver::Edit(std::size_t index) {

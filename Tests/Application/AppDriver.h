@@ -36,6 +36,8 @@ public:
     [[nodiscard]] std::vector<Simulation*> Simulations();
     // Of the windows that are seen, in the order of their making, separated by commas.
     [[nodiscard]] std::string Titles();
+    // The foot of the window, in which it tells what has happened.
+    [[nodiscard]] std::string Message(std::size_t index);
     // Makes a change in the simulation that is not saved.
     void Edit(std::size_t index);
     void Close(std::size_t index);
@@ -56,3 +58,5 @@ private:
 [[nodiscard]] const ProgramResources& TestResources();
 // A new simulation's document is written there; the path.
 std::string WriteDocument(const std::string& path);
+// One whose only epoch cannot be used, as its reader finds out.
+BMessage BadRecord();

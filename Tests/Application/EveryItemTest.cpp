@@ -22,6 +22,8 @@ std::string Kind(std::string item) {
     for (const char* const named : {"Edit/Undo", "Edit/Redo"})
         if (item.starts_with(named)) item = named;
     if (item == "Simulation/Pause") item = "Simulation/Go";
+    // Each example has one, for each of its lines.
+    if (item.starts_with("Orvek/Open Example/")) item = "Orvek/Open Example/";
     // Each body has one.
     if (item.starts_with("View/Follow/")) item = "View/Follow/";
     return item;
@@ -99,6 +101,8 @@ protected:
     }
 
     static constexpr int kShortTrail = 50;
+    static constexpr const char* kExample =
+        "Orvek/Open Example/Three equal bodies that follow one another along a figure eight.";
     static constexpr const char* kSystem = "system";
     static constexpr const char* kDisplay = "Projection of system";
     static constexpr const char* kQuestion = "Orvek (system): Message";
@@ -118,7 +122,11 @@ void EveryItemTest::AppMenu(const std::string& window) {
     Does(window, "Orvek/Open Recent/system", [this] { return app_->Titles() == "system,system"; });
     app_->Close(1);
     EXPECT_TRUE(app_->Shows("system"));
+    Does(window, kExample, [this] { return app_->Titles() == "system,figure-eight.orvek"; });
+    app_->Close(1);
+    EXPECT_TRUE(app_->Shows("system"));
     Opens(window, "Orvek/About Orvek…", "About Orvek");
+    Opens(window, "Help/Guide", "Guide to Orvek");
     BMessage answer(kSetDefaultResponse);
     answer.AddInt32("Window ID", 1);
     answer.AddInt32("Default", static_cast<int32>(FourCC("rlyq")));
@@ -198,9 +206,12 @@ TEST_F(EveryItemTest, OfADisplay) {
     Does(kDisplay, "View/Fit All Bodies", [&] { return WindowHand::Picture(kDisplay) != picture; });
     Does(kDisplay, "Orvek/Open Recent/Clear List",
          [] { return !WindowHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
-    Does(kDisplay, "View/Save", IsSaved());
+    Does(kDisplay, "File/Save", IsSaved());
+    chosen_.insert("File/Close");
     chosen_.insert("Orvek/Quit Orvek");
     ExpectAllChosen(kDisplay);
+    Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
+    Does(kDisplay, "File/Close", [] { return WindowHand::Count(kDisplay) == 1; });
     Does(kDisplay, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
 }
 

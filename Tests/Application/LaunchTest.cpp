@@ -9,12 +9,22 @@
 #include "BNode.h"
 #include "BNodeInfo.h"
 #include "ProgramMessages.h"
+#include "RecentDocuments.h"
 #include "Simulation.h"
 #include "SimulationFile.h"
 #include "TestFolder.h"
 #include "WindowHand.h"
 
 namespace {
+
+// What no program of ours would write.
+void PutUnchecked(const std::string& path, const BMessage& record) {
+    std::vector<std::byte> bytes;
+    EXPECT_EQ(record.Flatten(&bytes), B_OK);
+    std::ofstream(path, std::ios::binary)
+        << SimulationFile::kTag
+        << std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
 
 constexpr const char* kQuestion = "Orvek (New Simulation): Message";
 
@@ -44,6 +54,10 @@ std::string AttributesOf(const std::string& path) {
     return type + ' ' + application;
 }
 
+std::string NameOf(const std::string& path) {
+    return std::filesystem::path(path).filename();
+}
+
 void Overwrite(const std::string& path, int position, char letter) {
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(position);
@@ -64,9 +78,13 @@ TEST_F(LaunchTest, DocumentsOpenTheirOwnWindowsAndGetMissingAttributes) {
         AppDriver app(folder_.Path(), {plain, otherTag, damaged, Path("missing"), marked});
         EXPECT_TRUE(app.Shows("plain,marked"));
         EXPECT_EQ(app.Simulations().size(), 2u);
+        // One of the windows tells, too.
+        EXPECT_TRUE(AppDriver::WaitUntil([&] {
+            return (app.Message(0) + app.Message(1)).find("damaged cannot") != std::string::npos;
+        }));
     }
     const std::string said = testing::internal::GetCapturedStderr();
-    for (const char* name : {"/other tag: ", "/damaged: ", "/missing: "})
+    for (const char* name : {"/other tag cannot", "/damaged cannot", "/missing cannot"})
         EXPECT_NE(said.find(name), std::string::npos) << said;
     if (!hasAttributes) GTEST_SKIP() << "this file system has no attributes";
     const std::string application = SimulationFile::kPreferredApplication;
@@ -100,6 +118,99 @@ TEST_F(LaunchTest, FilesReplaceAnUntouchedWindowOnly) {
     EXPECT_TRUE(app.Shows("3,New Simulation,2"));
     app.Choose({files[0]}, gone);
     EXPECT_TRUE(app.Shows("3,New Simulation,2,1"));
+}
+
+// Never nothing, and never the end of the program.
+TEST_F(LaunchTest, AWindowTellsWhatCannotBeOpened) {
+    const std::string bad = Path("bad");
+    PutUnchecked(bad, BadRecord());
+    const std::string text = Path("text");
+    std::ofstream(text) << "no document";
+    const std::string good = Document("good");
+    testing::internal::CaptureStderr();
+    const auto tells = [](AppDriver* app, std::size_t window, const std::string& path) {
+        return AppDriver::WaitUntil([=] {
+            return window < app->Simulations().size() &&
+                   app->Message(window).find(NameOf(path) + " cannot be opened: ") !=
+                       std::string::npos;
+        });
+    };
+    for (const std::string& path : {bad, text, Path("missing")}) {
+        AppDriver app(folder_.Path(), {path});
+        EXPECT_TRUE(app.Shows("New Simulation")) << path;
+        EXPECT_TRUE(tells(&app, 0, path));
+    }
+    AppDriver app(folder_.Path());
+    EXPECT_TRUE(app.Shows("New Simulation"));
+    // The window that asked; it is untouched all the same.
+    Simulation* const first = app.Simulations().front();
+    app.Choose({text}, first);
+    EXPECT_TRUE(tells(&app, 0, text));
+    app.Choose({bad}, first);
+    EXPECT_TRUE(tells(&app, 0, bad));
+    app.Choose({good}, first);
+    EXPECT_TRUE(app.Shows("good"));
+    for (const std::string& path : {bad, text}) {
+        app.Choose({path}, first);
+        EXPECT_TRUE(tells(&app, 0, path));
+        EXPECT_TRUE(app.Shows("good"));
+    }
+    // Nobody asked, as when it comes from a display.
+    app.Choose({bad}, nullptr);
+    EXPECT_TRUE(app.Shows("good,New Simulation"));
+    EXPECT_TRUE(tells(&app, 1, bad));
+    static_cast<void>(testing::internal::GetCapturedStderr());
+}
+
+TEST_F(LaunchTest, ARecentDocumentReplacesAnUntouchedWindowToo) {
+    const std::string one = Document("one");
+    AppDriver app(folder_.Path());
+    EXPECT_TRUE(app.Shows("New Simulation"));
+    RecentDocuments::Shared().Set({one});
+    const char* const item = "Orvek/Open Recent/one";
+    EXPECT_TRUE(
+        AppDriver::WaitUntil([&] { return WindowHand::CanChoose("New Simulation", item); }));
+    WindowHand::Choose("New Simulation", item);
+    EXPECT_TRUE(app.Shows("one"));
+    WindowHand::Choose("one", item);
+    EXPECT_TRUE(app.Shows("one,one"));
+}
+
+// More than the application's port holds.
+TEST_F(LaunchTest, HundredsOfDocumentsOpenAtOnce) {
+#ifdef ORVEK_SANITIZED
+    constexpr std::size_t kCount = 120;
+#else
+    constexpr std::size_t kCount = 300;
+#endif
+    constexpr int kPatience = 8;  // half minutes
+    // With a display that takes little memory.
+    BMessage record = TestResources().NewSimulation();
+    BMessage display;
+    ASSERT_EQ(record.FindMessage("Displays", &display), B_OK);
+    display.RemoveName("Disp frame");
+    display.AddRect("Disp frame", {300.0f, 300.0f, 399.0f, 399.0f});
+    record.RemoveName("Displays");
+    record.AddMessage("Displays", &display);
+    ASSERT_FALSE(SimulationFile::Write(Path("one of many"), record).Failed());
+    const std::vector<std::string> files(kCount, Path("one of many"));
+    AppDriver app(folder_.Path(), files);
+    const auto shown = [&] {
+        std::size_t count = 0;
+        for (const Simulation* const simulation : app.Simulations())
+            if (!simulation->IsHidden()) count++;
+        return count;
+    };
+    const auto waitFor = [](const auto& condition) {
+        bool isTrue = false;
+        for (int i = 0; i < kPatience && !isTrue; i++)
+            isTrue = AppDriver::WaitUntil(condition);
+        return isTrue;
+    };
+    EXPECT_TRUE(waitFor([&] { return shown() == kCount; })) << shown();
+    // The program is all there.
+    app.Post(B_QUIT_REQUESTED);
+    EXPECT_TRUE(waitFor([&] { return app.HasEnded(); }));
 }
 
 TEST_F(LaunchTest, QuittingAsksOneWindowAfterTheOther) {
@@ -144,6 +255,34 @@ TEST_F(LaunchTest, QuittingAsksOneWindowAfterTheOther) {
     EXPECT_TRUE(app.Ends());
 }
 
+TEST_F(LaunchTest, QuittingEndsWithWindowsThatCameMeanwhile) {
+    AppDriver app(folder_.Path());
+    EXPECT_TRUE(app.Shows("New Simulation"));
+    app.Edit(0);
+    app.Post(kOpen);
+    app.Post(B_QUIT_REQUESTED);
+    WindowHand::WaitFor(kQuestion);
+    app.Post(kNewSimulation);
+    EXPECT_TRUE(app.Shows("New Simulation,New Simulation"));
+    app.Edit(1);
+    WindowHand::Click(kQuestion, "Don't Save");
+    EXPECT_TRUE(app.Shows("New Simulation"));
+    EXPECT_TRUE(AppDriver::WaitUntil([] { return WindowHand::Count(kQuestion) == 1; }))
+        << "that one has changes, too";
+    WindowHand::Click(kQuestion, "Cancel");
+    EXPECT_TRUE(AppDriver::WaitUntil([] { return WindowHand::Count(kQuestion) == 0; }));
+    app.Settle();
+    // So it is not quitting: the panel keeps the program alive when the last window goes.
+    app.Close(0);
+    WindowHand::WaitFor(kQuestion);
+    WindowHand::Click(kQuestion, "Don't Save");
+    EXPECT_TRUE(app.Shows(""));
+    app.Settle();
+    EXPECT_FALSE(app.HasEnded());
+    WindowHand::CancelPanel();
+    EXPECT_TRUE(app.Ends());
+}
+
 TEST_F(LaunchTest, ThereIsOneAboutBox) {
     AppDriver app(folder_.Path());
     app.Post(B_ABOUT_REQUESTED);
@@ -183,6 +322,35 @@ TEST_F(RecoveryTest, TheEndOfTheDesktopsSessionWaitsForTheCopies) {
     WindowHand::EndSession();
     EXPECT_EQ(CountCopies(), 1u);
     EXPECT_TRUE(app.Ends());
+}
+
+TEST_F(RecoveryTest, ACopyThatCannotBeUsedEndsNothing) {
+    const RecoveryFolder copies(folder_.Path() + "/state/orvek/recovery");
+    std::string bad;
+    std::string good;
+    EXPECT_FALSE(copies.Keep(TestResources().NewSimulation(), "bad", "", &bad).Failed());
+    BMessage badCopy = BadRecord();
+    badCopy.AddString("Recovered name", "bad");
+    PutUnchecked(bad, badCopy);
+    testing::internal::CaptureStderr();
+    {
+        AppDriver app(folder_.Path());
+        WindowHand::WaitFor(kOffer);
+        WindowHand::Click(kOffer, "Recover");
+        EXPECT_TRUE(AppDriver::WaitUntil([&] {
+            return app.Simulations().size() == 1 &&
+                   app.Message(0).find(NameOf(bad) + " cannot be opened: ") != std::string::npos;
+        }));
+        EXPECT_TRUE(app.Shows("New Simulation"));
+        EXPECT_EQ(CountCopies(), 1u) << "it may be of use to somebody";
+    }
+    static_cast<void>(testing::internal::GetCapturedStderr());
+    copies.Discard(bad);
+    EXPECT_FALSE(copies.Keep(TestResources().NewSimulation(), "good", "", &good).Failed());
+    AppDriver app(folder_.Path());
+    WindowHand::WaitFor(kOffer);
+    WindowHand::Click(kOffer, "Recover");
+    EXPECT_TRUE(app.Shows("good")) << "the untouched one goes";
 }
 
 TEST_F(RecoveryTest, CopiesAreOfferedOneAfterTheOther) {

@@ -11,6 +11,7 @@
 #include "AppDriver.h"
 #include "ChildProcess.h"
 #include "RememberedSettings.h"
+#include "SimulationFile.h"
 #include "TestFolder.h"
 
 namespace {
@@ -41,6 +42,13 @@ protected:
         return AppDriver::WaitUntil(
             [&] { return std::filesystem::exists(folder_.Path() + "/run/orvek-.socket"); });
     }
+    [[nodiscard]] std::vector<std::string> RecentDocumentsOnDisk() const {
+        setenv("XDG_CONFIG_HOME", (folder_.Path() + "/settings").c_str(), 1);
+        RememberedSettings settings;
+        DefaultResponses responses;
+        EXPECT_EQ(settings.Load(&responses), B_OK);
+        return settings.recentDocuments;
+    }
     static bool Stays(ChildProcess* program) {
         return !program->Wait(std::chrono::seconds(1)).has_value();
     }
@@ -59,7 +67,12 @@ TEST_F(ProgramTest, ASecondStartHandsItsDocumentsOverUnlessToldOtherwise) {
     ASSERT_TRUE(WaitForSocket());
     ExpectsEnd(Start({document}).get(), 0);
     ExpectsEnd(Start({folder_.Path() + "/missing"}).get(), 1);
-    EXPECT_NE(Said().find("/missing: "), std::string::npos);
+    EXPECT_NE(Said().find("/missing cannot be opened: "), std::string::npos);
+    // What the first one finds out is told where it was asked for.
+    const std::string bad = folder_.Path() + "/bad";
+    ASSERT_FALSE(SimulationFile::Write(bad, BadRecord()).Failed());
+    ExpectsEnd(Start({bad}).get(), 1);
+    EXPECT_NE(Said().find(bad + " cannot be opened: "), std::string::npos) << Said();
     ExpectsEnd(Start({"--wrong"}).get(), 2);
     const auto own = Start({"--new-instance"});
     EXPECT_TRUE(Stays(own.get()));
@@ -69,11 +82,7 @@ TEST_F(ProgramTest, ASecondStartHandsItsDocumentsOverUnlessToldOtherwise) {
     first->Signal(SIGTERM);
     ExpectsEnd(first.get(), 0);
     // It was opened in the first one.
-    setenv("XDG_CONFIG_HOME", (folder_.Path() + "/settings").c_str(), 1);
-    RememberedSettings settings;
-    DefaultResponses responses;
-    EXPECT_EQ(settings.Load(&responses), B_OK);
-    EXPECT_EQ(settings.recentDocuments, std::vector{document});
+    EXPECT_EQ(RecentDocumentsOnDisk(), std::vector{document});
 }
 
 TEST_F(ProgramTest, WhatAKilledProgramLeavesIsNotInTheWay) {
@@ -89,6 +98,45 @@ TEST_F(ProgramTest, WhatAKilledProgramLeavesIsNotInTheWay) {
     ExpectsEnd(Start({}).get(), 0);
     next->Signal(SIGHUP);
     ExpectsEnd(next.get(), 0);
+}
+
+// A document is opened by the one or the other, never by both.
+TEST_F(ProgramTest, WhoIsSlowIsNotWaitedForAndOpensNothingLater) {
+    const std::string document = WriteDocument(folder_.Path() + "/waiting");
+    const auto first = Start({});
+    ASSERT_TRUE(WaitForSocket());
+    first->Signal(SIGSTOP);
+    const auto second = Start({document});
+    EXPECT_FALSE(second->Wait(std::chrono::seconds(8)).has_value());
+    first->Signal(SIGCONT);
+    EXPECT_TRUE(Stays(first.get()));
+    first->Signal(SIGTERM);
+    ExpectsEnd(first.get(), 0);
+    EXPECT_TRUE(RecentDocumentsOnDisk().empty());
+    second->Signal(SIGTERM);
+    ExpectsEnd(second.get(), 0);
+    EXPECT_EQ(RecentDocumentsOnDisk(), std::vector{document});
+}
+
+// The user who waits for the other one can give up.
+TEST_F(ProgramTest, WaitingForTheFirstOneEndsByASignalOrWithIt) {
+    const std::string document = WriteDocument(folder_.Path() + "/waiting");
+    auto first = Start({});
+    ASSERT_TRUE(WaitForSocket());
+    first->Signal(SIGSTOP);
+    const auto second = Start({document});
+    EXPECT_TRUE(Stays(second.get()));
+    second->Signal(SIGINT);
+    EXPECT_EQ(second->Wait(std::chrono::seconds(2)), (ChildProcess::Ending{-1, SIGINT}));
+    const auto third = Start({document});
+    EXPECT_TRUE(Stays(third.get()));
+    first->Signal(SIGKILL);
+    first.reset();
+    EXPECT_TRUE(Stays(third.get()));
+    // It has taken the other's place.
+    ExpectsEnd(Start({document}).get(), 0);
+    third->Signal(SIGTERM);
+    ExpectsEnd(third.get(), 0);
 }
 
 TEST_F(ProgramTest, WithoutADisplayItTellsWhatItCanAndEnds) {

@@ -10,6 +10,7 @@
 #include "BFont.h"
 #include "BLooper.h"
 #include "DefaultResponses.h"
+#include "PanelFolder.h"
 #include "Preferences.h"
 #include "ProgramMessages.h"
 #include "RecentDocuments.h"
@@ -148,6 +149,7 @@ TEST_F(SettingsTest, RecentDocumentsAreOffered) {
     AppDriver app(folder_.Path());
     EXPECT_TRUE(app.Shows("New Simulation"));
     EXPECT_TRUE(offers("New Simulation", {"two", "one", "Clear List"}));
+    app.Edit(0);
     WindowHand::Choose("New Simulation", "Orvek/Open Recent/one");
     EXPECT_TRUE(app.Shows("New Simulation,one"));
     // It has gone since.
@@ -167,8 +169,55 @@ TEST_F(SettingsTest, UnusableSettingsAreReplaced) {
     std::filesystem::copy_file(Document("no preferences"), folder + "/OrvekAppPrefs");
     AppDriver app(folder_.Path());
     EXPECT_TRUE(app.Shows("New Simulation"));
+    app.Choose({Document("one")}, app.Simulations().front());
+    EXPECT_TRUE(app.Shows("one"));
     Quit(&app);
     EXPECT_TRUE(Saved().HasName("Open in"));
+}
+
+// This test's own program lies in a build tree.
+TEST_F(SettingsTest, PanelsBeginWhereUsersKeepDocuments) {
+    const std::string documents = folder_.Path("My Papers");
+    std::filesystem::create_directory(documents);
+    const auto begins = [](AppDriver* app) {
+        app->Post(kOpen);
+        EXPECT_TRUE(AppDriver::WaitUntil(WindowHand::IsPanelSeen));
+        std::string folder = WindowHand::PanelFolder();
+        WindowHand::CancelPanel();
+        return folder;
+    };
+    const char* const home = std::getenv("HOME");
+    const std::string formerHome = home == nullptr ? "" : home;
+    setenv("HOME", folder_.Path().c_str(), 1);
+    {
+        AppDriver app(folder_.Path());
+        EXPECT_EQ(begins(&app), folder_.Path()) << "nothing better is known";
+    }
+    folder_.Write("settings/user-dirs.dirs",
+                  "# XDG_DOCUMENTS_DIR=\"$HOME/Not\"\nXDG_MUSIC_DIR=\"$HOME/Music\"\n"
+                  "XDG_DOCUMENTS_DIR=\"$HOME/My\\ Papers\"\n");
+    {
+        AppDriver app(folder_.Path());
+        EXPECT_TRUE(app.Shows("New Simulation"));
+        EXPECT_EQ(begins(&app), documents);
+        // A save panel does so, too.
+        WindowHand::Choose("New Simulation", "File/Save As…");
+        EXPECT_TRUE(AppDriver::WaitUntil(WindowHand::IsPanelSeen));
+        EXPECT_EQ(WindowHand::PanelFolder(), documents);
+        WindowHand::CancelPanel();
+        // A tree of somebody else's.
+        folder_.Write("build/CMakeCache.txt", "");
+        app.Choose({Document("build/bin/one")}, nullptr);
+        EXPECT_TRUE(app.Shows("New Simulation,one"));
+        EXPECT_EQ(begins(&app), documents);
+        Quit(&app);
+    }
+    EXPECT_FALSE(Saved().HasName("Open in"));
+    for (const char* const folder : {"/", "/usr/share/doc", "/etc"})
+        EXPECT_TRUE(IsProgramsFolder(folder)) << folder;
+    for (const std::string& folder : {folder_.Path(), documents, std::string("/run/media/disk")})
+        EXPECT_FALSE(IsProgramsFolder(folder)) << folder;
+    setenv("HOME", formerHome.c_str(), 1);
 }
 
 TEST(RecentDocuments, TenAreKept) {

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QSessionManager>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
 #include <algorithm>
 #include <cstddef>
@@ -105,6 +106,20 @@ void WaitFor(const std::string& title) {
     static_cast<void>(AppDriver::WaitUntil([&] { return Count(title) > 0; }));
 }
 
+void Activate(const std::string& title) {
+    InWindow(title, [](QWidget& window) { window.activateWindow(); });
+}
+
+std::string PageText(const std::string& title) {
+    return AskWindow(title, std::string(), [](const QWidget& window) {
+        const auto* const page = window.findChild<QTextBrowser*>();
+        if (page == nullptr) return std::string();
+        QTextCursor cursor = page->cursorForPosition({0, 0});
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        return cursor.selectedText().toStdString();
+    });
+}
+
 unsigned long long Number(const std::string& title) {
     return AskWindow(title, 0ULL, [](const QWidget& window) { return window.winId(); });
 }
@@ -117,7 +132,8 @@ void Click(const std::string& title, const std::string& label) {
 }
 
 void Press(const std::string& title, Key key) {
-    constexpr Qt::Key kKeys[] = {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape, Qt::Key_Home};
+    constexpr Qt::Key kKeys[] = {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape,
+                                 Qt::Key_Home,   Qt::Key_Tab,   Qt::Key_F1};
     InWindow(title, [&](QWidget& window) {
         QWidget* const focus = window.focusWidget();
         QTest::keyClick(focus == nullptr ? &window : focus, kKeys[static_cast<int>(key)]);
@@ -223,6 +239,10 @@ BRect PanelFrame() {
         return BRect{static_cast<float>(rect.left()), static_cast<float>(rect.top()),
                      static_cast<float>(rect.right()), static_cast<float>(rect.bottom())};
     });
+}
+
+std::string PanelFolder() {
+    return WindowServer::Ask([] { return Panel()->directory().absolutePath().toStdString(); });
 }
 
 }  // namespace WindowHand

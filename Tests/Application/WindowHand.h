@@ -11,13 +11,17 @@
 
 namespace WindowHand {
 
-enum class Key { kEnter, kSpace, kEscape, kHome };
+enum class Key { kEnter, kSpace, kEscape, kHome, kTab, kHelp };
 
 // --- Windows ---
 
 // How many windows with this title are seen.
 [[nodiscard]] int Count(const std::string& title);
 void WaitFor(const std::string& title);
+// Gives it the keyboard, without which it has no shortcuts.
+void Activate(const std::string& title);
+// The text of the page that the window shows, from the first line that is seen.
+[[nodiscard]] std::string PageText(const std::string& title);
 // Names the window among all that were ever seen; 0 for none.
 [[nodiscard]] unsigned long long Number(const std::string& title);
 // A button or a check box.
@@ -50,5 +54,6 @@ void EndSession();
 void CancelPanel();
 void MovePanel(BRect frame);
 [[nodiscard]] BRect PanelFrame();
+[[nodiscard]] std::string PanelFolder();
 
 }  // namespace WindowHand

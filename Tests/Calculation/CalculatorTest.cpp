@@ -21,6 +21,8 @@ public:
     Ticker(TestSystem* system, BLooper* target = nullptr)
         : Calculator(system->Portal(), system->Consumers(), target) {}
 
+    // Longer batches are cut.
+    void SetMost(int32 reports) { most_ = reports; }
     void CollideAt(double time) { collisionTime_ = time; }
 
     void Recache() override {
@@ -32,7 +34,7 @@ public:
         const double* const c = coordinates_.data();
         const BodyArrays arrays = {{c, c, c}, {c, c, c}};
         int32 reports = 0;
-        while (reports < ReportsPerDraw() && !ShouldStop()) {
+        while (reports < std::min(ReportsPerDraw(), most_) && !ShouldStop()) {
             const bool collide = collisionTime_ == TBase();
             if (collide) {
                 AddCollision(2, 0);
@@ -48,6 +50,7 @@ public:
 
 private:
     std::optional<double> collisionTime_;
+    int32 most_ = std::numeric_limits<int32>::max();
     std::vector<double> coordinates_;
 };
 
@@ -163,6 +166,23 @@ TEST(Calculator, PacingSetsTheSizeOfBatches) {
     EXPECT_EQ(calculator.MeasuringInterval(), 2'500'000);
 }
 
+// Larger ones would be cut, too: displays show fewer of them instead.
+TEST(Calculator, BatchesThatAreCutDoNotGrow) {
+    TestSystem system;
+    AddThreeBodies(&system);
+    Ticker calculator(&system);
+    calculator.SetMost(30);
+    RecordingConsumer consumer(&system, calculator, 2000);
+    calculator.SetUpdatesPerSecond(5);
+    EXPECT_EQ(calculator.BatchesPerUpdate(), 1);
+    calculator.UnPause();
+    while (calculator.BatchesPerUpdate() == 1 && calculator.ReportsPerDraw() == 100)
+        consumer.WaitForDrawing();
+    calculator.Pause();
+    EXPECT_EQ(calculator.ReportsPerDraw(), 100);
+    EXPECT_GT(calculator.BatchesPerUpdate(), 3);
+}
+
 TEST(Calculator, GrowingBatchesKeepWhatTheyHold) {
     TestSystem system;
     AddThreeBodies(&system);
@@ -174,6 +194,21 @@ TEST(Calculator, GrowingBatchesKeepWhatTheyHold) {
         EXPECT_EQ(calculator.RRep()[891 + i], 1 + i / 3);  // one value for each body
         EXPECT_EQ(calculator.VRep()[891 + i], 1 + i / 3);
     }
+}
+
+TEST(ReportBatch, HasABoundAndGivesBackWhatAnotherRunDoesNotNeed) {
+    ReportBatch batch;
+    batch.SetSize(1000, 1'000'000);
+    EXPECT_EQ(batch.Room(), 16'000'000 / (8 * 6001));
+    batch.SetSize(1000, 10);
+    EXPECT_EQ(batch.Room(), 10);
+    EXPECT_GT(batch.PositionCapacity(), 3 * 1000 * 300u) << "a run goes on";
+    batch.Restart(1000, 10);
+    EXPECT_EQ(batch.PositionCapacity(), 3 * 1000 * 10u);
+    EXPECT_EQ(batch.TimeCapacity(), 10u);
+    // However many bodies there are.
+    batch.SetSize(400'000, 100);
+    EXPECT_EQ(batch.Room(), 1);
 }
 
 TEST(Calculator, RunLimitIsExactWhateverTheBatches) {

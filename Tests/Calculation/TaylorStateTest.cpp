@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include "Body.h"
@@ -87,6 +89,60 @@ TEST(TaylorCalculator, ASavedStateContinuesBitForBit) {
         EXPECT_TRUE(parted.Find(i)->Position() == through.Find(i)->Position());
 }
 
+// Stopped at any step, also beside a promotion, after which the parts no longer add up to the
+// rounded places; the lower orders never add up.
+TEST(TaylorCalculator, ARunThatIsResumedElsewhereGoesOnBitForBit) {
+    constexpr double kCutoff = 9e-4;  // promotions after 20, 44 and 459 steps
+    constexpr int64 kSteps = 1000;
+    const PairWalk planets = Planets(6, 4);
+    for (const int32 order : {2, 3, 4}) {
+        TestSystem through(planets, order, kCutoff);
+        const auto uninterrupted = MakeCalculator(&through);
+        through.Run(uninterrupted.get(), kSteps);
+        for (const int64 stop : {1, 20, 21, 22, 43, 44, 45, 46, 458, 459, 460, 461, 500, 920}) {
+            SCOPED_TRACE(testing::Message() << "order " << order << ", step " << stop);
+            TestSystem parted(planets, order, kCutoff);
+            auto calculator = MakeCalculator(&parted);
+            parted.Run(calculator.get(), stop);
+            BMessage run;
+            ASSERT_EQ(calculator->ArchiveRun(&run), B_OK);
+            calculator = MakeCalculator(&parted);
+            ASSERT_EQ(calculator->ResumeRun(run), B_OK);
+            parted.Run(calculator.get(), kSteps - stop, true);
+            EXPECT_TRUE(ArchiveOf(*calculator) == ArchiveOf(*uninterrupted));
+            EXPECT_EQ(parted.GetEpoch()->Time(), through.GetEpoch()->Time());
+            for (int64 i = 0; i < 6; i++) {
+                EXPECT_TRUE(parted.Find(i)->Position() == through.Find(i)->Position());
+                EXPECT_TRUE(parted.Find(i)->Velocity() == through.Find(i)->Velocity());
+            }
+        }
+    }
+}
+
+TEST(TaylorCalculator, ARunThatDoesNotFitIsNotResumed) {
+    TestSystem system(Planets(3, 2), 4, 1e-6);
+    const auto source = MakeCalculator(&system);
+    BMessage none, run;
+    EXPECT_EQ(source->ArchiveRun(&none), B_NOT_ALLOWED);
+    system.Run(source.get(), 20);
+    ASSERT_EQ(source->ArchiveRun(&run), B_OK);
+    const auto calculator = MakeCalculator(&system);
+    for (const char* field :
+         {"IDs", "DelR", "Iter", "Inverse step", "Anchor", "Elapsed", "Reports left", "Until"}) {
+        BMessage without = run;
+        without.RemoveName(field);
+        EXPECT_NE(calculator->ResumeRun(without), B_OK) << field;
+    }
+    for (const double wrong : {0.0, -1.0, std::nan("")}) {
+        BMessage bad = run;
+        bad.ReplaceDouble("Inverse step", wrong);
+        EXPECT_EQ(calculator->ResumeRun(bad), B_BAD_DATA) << wrong;
+    }
+    EXPECT_EQ(Iteration(ArchiveOf(*calculator)), 0) << "nothing was taken";
+    system.Add(9, 1.0, {7, 8, 9}, {});
+    EXPECT_EQ(calculator->ResumeRun(run), B_BAD_DATA);
+}
+
 TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
     TestSystem system(Planets(3, 2), 4, 1e-6);
     const auto source = MakeCalculator(&system);
@@ -112,4 +168,25 @@ TEST(TaylorCalculator, RegenerateTakesAllOrNothing) {
     source->Regenerate(nullptr);
     EXPECT_EQ(Doubles(ArchiveOf(*source), "DelR"), Doubles(whole, "DelR"));
     EXPECT_EQ(Iteration(ArchiveOf(*source)), 0);
+}
+
+// Whatever the record holds: what it has too much is left, and its counter cannot overflow.
+TEST(TaylorCalculator, RegenerateTakesAnyStepCountAndLeavesWhatIsTooMuch) {
+    TestSystem system(Planets(3, 2), 4, 1e-6);
+    const auto source = MakeCalculator(&system);
+    system.Run(source.get(), 20);
+    const BMessage whole = ArchiveOf(*source);
+    for (const int32 count : {std::numeric_limits<int32>::max(), -5}) {
+        BMessage state = whole;
+        state.ReplaceInt32("Iter", count);
+        state.AddDouble("DelR", 7.0);
+        state.AddDouble("DelV", 8.0);
+        const auto calculator = MakeCalculator(&system);
+        calculator->Regenerate(&state);
+        EXPECT_EQ(Doubles(ArchiveOf(*calculator), "DelR"), Doubles(whole, "DelR"));
+        EXPECT_EQ(Iteration(ArchiveOf(*calculator)), count);
+        // The parts are promoted at once where they are long due.
+        system.Run(calculator.get(), 4);
+        EXPECT_EQ(Iteration(ArchiveOf(*calculator)), count < 0 ? -1 : 3);
+    }
 }

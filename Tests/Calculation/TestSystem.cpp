@@ -43,19 +43,19 @@ Body* TestSystem::Find(int64 id) const {
     return dynamic_cast<Body*>(epoch_->SystemFromID(id));
 }
 
-void TestSystem::RunUntilParked(Calculator* calculator) {
+void TestSystem::RunUntilParked(Calculator* calculator, bool isHeldRun) {
     {
         std::unique_lock lock(mutex_);
         const int32 before = parks_;
-        calculator->UnPause();
+        calculator->UnPause(isHeldRun);
         parked_.wait(lock, [&] { return parks_ != before; });
     }
     calculator->Pause();
 }
 
-void TestSystem::Run(Calculator* calculator, int64 reports) {
+void TestSystem::Run(Calculator* calculator, int64 reports, bool isHeldRun) {
     calculator->SetRunLimit(reports, INFINITY);
-    RunUntilParked(calculator);
+    RunUntilParked(calculator, isHeldRun);
 }
 
 void TestSystem::Changed(int32 what) {

@@ -33,10 +33,10 @@ public:
     Epoch* GetEpoch() { return epoch_.get(); }
     const std::vector<ReportConsumer*>* Consumers() const { return &consumers; }
 
-    // Lets a paused calculator run until it parks by itself, and pauses it.
-    void RunUntilParked(Calculator* calculator);
+    // Lets a paused calculator run until it parks by itself, and pauses it. A held run goes on.
+    void RunUntilParked(Calculator* calculator, bool isHeldRun = false);
     // The same for so many reports.
-    void Run(Calculator* calculator, int64 reports);
+    void Run(Calculator* calculator, int64 reports, bool isHeldRun = false);
 
     void Changed(int32 what) override;
     bool CommitChanges() override { return false; }

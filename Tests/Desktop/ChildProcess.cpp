@@ -13,8 +13,12 @@ namespace {
 
 constexpr int kNotStarted = 127;
 
+constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
+constexpr const char* kDeadBus = "unix:path=/dev/null";
+
 // "NAME=value" of all that the program shall see.
-std::vector<std::string> Merge(const ChildProcess::Environment& changes) {
+std::vector<std::string> Merge(ChildProcess::Environment changes) {
+    changes.emplace(kBus, kDeadBus);
     std::vector<std::string> lines;
     for (char** line = environ; *line != nullptr; line++) {
         const std::string text = *line;

@@ -23,6 +23,8 @@ public:
         bool operator==(const Ending&) const = default;
     };
 
+    // There is no message bus in the session, or the program would meet the user's own programs;
+    // the environment may name a private one.
     // `output`: a file for what the program writes to both outputs; empty: nobody reads it.
     ChildProcess(const std::vector<std::string>& arguments, const Environment& environment,
                  const std::string& output = {});

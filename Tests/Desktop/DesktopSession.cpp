@@ -53,7 +53,6 @@ DesktopSession::DesktopSession(int width, int height) {
                   {"XDG_CACHE_HOME", in("cache")},
                   {"XDG_RUNTIME_DIR", in("runtime")},
                   {"XDG_CURRENT_DESKTOP", std::nullopt},
-                  {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
                   {"WAYLAND_DISPLAY", std::nullopt},
                   {"SESSION_MANAGER", std::nullopt},
                   {"QT_QPA_PLATFORM", "xcb"},
@@ -177,6 +176,11 @@ void DesktopSession::Type(const std::string& text) const {
 
 void DesktopSession::MoveMouse(const Window& window, QPoint to) const {
     Hand({"mousemove", "--window", window, Text(to.x()), Text(to.y())});
+}
+
+void DesktopSession::Click(QPoint at) const {
+    Hand({"mousemove", Text(at.x()), Text(at.y())});
+    Hand({"click", "1"});
 }
 
 void DesktopSession::DoubleClick(const Window& window, QPoint at) const {

@@ -38,6 +38,10 @@ public:
     // --- Programs ---
     // A place for documents and whatever else; it is the home folder, too.
     [[nodiscard]] std::filesystem::path Folder() const { return folder_; }
+    // Of programs that are started from now on.
+    void SetVariable(const std::string& name, const std::string& value) {
+        variables_[name] = value;
+    }
     // What it writes can be asked for with Output().
     std::unique_ptr<ChildProcess> Start(const std::vector<std::string>& arguments);
     // Of all programs together.
@@ -68,6 +72,8 @@ public:
     void Press(const std::string& keys, int times = 1) const;
     void Type(const std::string& text) const;
     void MoveMouse(const Window& window, QPoint to) const;
+    // On the screen.
+    void Click(QPoint at) const;
     void DoubleClick(const Window& window, QPoint at) const;
     void Drag(const Window& window, QPoint from, QPoint to) const;
     // Away from the user is positive.

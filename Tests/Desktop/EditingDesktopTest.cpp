@@ -83,6 +83,30 @@ TEST_F(EditingDesktopTest, EditsAndARunAreUndoneAndRedoneToTheBit) {
     EXPECT_EQ(BitsOf(Read(path_).get()), after);
 }
 
+// Each key is pressed in another window.
+TEST_F(EditingDesktopTest, TheSimulationsKeysWorkInAllOfItsWindows) {
+    const Window display = desktop_->WaitForWindow(kDisplay);
+    desktop_->Press(display, "ctrl+e");
+    const Window epochs = desktop_->WaitForWindow("^Epochs for ");
+    ASSERT_FALSE(epochs.empty());
+    desktop_->Press(epochs, "ctrl+m");
+    const Window animation = desktop_->WaitForWindow("^Animation options for ");
+    ASSERT_FALSE(animation.empty());
+    desktop_->Press(animation, "ctrl+w");
+    EXPECT_TRUE(desktop_->WaitForNoWindow("^Animation options for "));
+    desktop_->Press(display, "ctrl+m");
+    EXPECT_TRUE(Comes("^Animation options for "));
+    desktop_->Press(window_, "ctrl+t");
+    const Window colors = desktop_->WaitForWindow("^Display options for ");
+    ASSERT_FALSE(colors.empty());
+    for (const Window& window : {display, epochs, animation, colors}) {
+        desktop_->Press(window, "ctrl+b");
+        EXPECT_TRUE(IsMarked(window_, true)) << desktop_->Title(window);
+        Undo(window);
+        EXPECT_TRUE(IsMarked(window_, false)) << desktop_->Title(window);
+    }
+}
+
 TEST_F(EditingDesktopTest, EpochsAreNamedLoggedRestoredAndDeleted) {
     // A field that has the keyboard keeps no key of the menus.
     GoTo(window_, kName);

@@ -4,8 +4,11 @@
 
 #include <cmath>
 
+#include "AbCalculator.h"
 #include "ChangeFlags.h"
+#include "EpochPortal.h"
 #include "TestDocument.h"
+#include "TrajectoryDisplay.h"
 #include "WaitUntil.h"
 
 namespace {
@@ -47,6 +50,43 @@ private:
     std::mutex mutex_;
     std::condition_variable handled_;
     std::vector<int32> redisplays_;
+};
+
+// Says that only every third batch need be seen.
+class FastCalculator final : public AbCalculator {
+public:
+    int32 SegmentLength() const override { return 2; }
+    void SetSegmentLength(int32) override {}
+    int32 UpdatesPerSecond() const override { return 80; }
+    void SetUpdatesPerSecond(int32) override {}
+    int32 BatchesPerUpdate() const override { return 3; }
+};
+
+// Counts how often its picture is shown.
+class CountingSky final : public TrajectoryView {
+public:
+    using TrajectoryView::TrajectoryView;
+    int shown = 0;
+
+protected:
+    std::vector<OverlayItem> MakeOverlay() override {
+        shown++;
+        return {};
+    }
+};
+
+class PlainDisplay final : public TrajectoryDisplay {
+public:
+    explicit PlainDisplay(TestDocument* document)
+        : TrajectoryDisplay({100, 100, 300, 300}, "plain", document->portal, document->writeOk,
+                            document->owner, TestContext().texts) {}
+    BPoint Map(double, double, double) override { return {}; }
+    float DiscSize(double) override { return 1.0f; }
+
+    CountingSky* sky = nullptr;
+
+protected:
+    TrajectoryView* MakeView() override { return sky = new CountingSky("sky", this); }
 };
 
 // With its drawing thread, among the displays of the document; its looper does not run yet.
@@ -118,6 +158,30 @@ TEST(Display, TheCloseBoxHidesItAndAsksTheOwner) {
     EXPECT_EQ(message.FindPointer("Doomed Display", &doomed), B_OK);
     EXPECT_EQ(doomed, display);
     EXPECT_TRUE(display->IsHidden());
+}
+
+TEST(Display, ShowsOnlySomeOfTheBatchesThatWereCut) {
+    TestDocument document;
+    AbCalculator* const calculator = document.portal->GetCalculator();
+    FastCalculator fast;
+    document.portal->SetCalculator(&fast);
+    auto* const display = new PlainDisplay(&document);
+    ASSERT_EQ(display->Init("Tests"), 0);
+    document.Add(display);
+    display->Run();
+    display->PrepareForGo(1);
+    double time = 0.0;
+    std::vector<double> places(3 * document.portal->BodiesInMassOrder().size());
+    const int before = display->sky->shown;
+    for (int batch = 1; batch <= 7; batch++) {
+        places[0] = batch;
+        display->ReadData(1, &time, places.data(), places.data());
+        // In place of the drawing thread, which waits.
+        display->DisplayData();
+        EXPECT_EQ(display->sky->shown - before, batch / 3);
+        EXPECT_FALSE(display->sky->Cache().HasBatch());
+    }
+    document.portal->SetCalculator(calculator);
 }
 
 // They come, go, are moved and are slow, all in the middle of it.

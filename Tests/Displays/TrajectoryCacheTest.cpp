@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Allocations.h"
 #include "TestSky.h"
 
 namespace {
@@ -45,6 +46,35 @@ TEST_F(TrajectoryCacheTest, ShortStepsAreMergedAndTheLastPositionEndsTheTrail) {
     // One report draws one line, however short; the next trail starts where this one ends.
     Read({2.5, 3.001, 0});
     EXPECT_EQ(Trail(0), (Points{{2.5f, -3}, {2.5f, -3.001f}}));
+}
+
+// The run goes on, and so do the bodies; what a batch holds besides its end is not seen.
+TEST_F(TrajectoryCacheTest, WithoutMemoryEachBatchEndsWhereItShould) {
+    sky_.Add(0);
+    sky_.Add(0, {50, 0, 0});
+    Start(2, 0.0f);
+    std::vector<double> samples;
+    for (int i = 1; i <= 1000; i++)
+        samples.insert(samples.end(), {0.01 * i, 0, 0, 50 + 0.01 * i, 0, 0});
+    RefuseAllocationsFrom(10'000);
+    Read(samples);
+    EXPECT_EQ(Trail(0), (Points{{0, 0}, {10, 0}}));
+    EXPECT_EQ(Trail(1), (Points{{50, 0}, {60, 0}}));
+    cache_.SetLastR();
+    EXPECT_EQ(cache_.LastPosition(1).x, 60.0);
+    cache_.SetLastDisp();
+    // There is none at all when the next run begins: then there is nothing to see.
+    RefuseAllocationsFrom(1);
+    cache_.ResizeCache(100, 500);
+    EXPECT_EQ(cache_.CountBodies(), 0);
+    cache_.ReadPositions(1000, samples.data());
+    cache_.MakeTrails();
+    cache_.SetLastR();
+    RefuseAllocationsFrom(SIZE_MAX);
+    Start(2, 0.0f);
+    EXPECT_EQ(cache_.CountBodies(), 2);
+    Read(samples);
+    EXPECT_EQ(Trail(0).size(), 1001u);
 }
 
 TEST_F(TrajectoryCacheTest, ABatchMayBeFullOrTooLargeAndEveryStepAPoint) {

@@ -70,9 +70,11 @@ TEST(TrajectoryView, DiscsBeyondThePictureAndEnormousOnes) {
     sky.Start();
     sky.Draw({96, 0, 0});
     EXPECT_EQ(sky.SeenAt({96, 4}), TestSky::kDisc);
-    // Its centre has left; its old place is restored, and no half of it is drawn.
+    // Its centre has left, but not all of it.
     sky.Draw({103, 0, 0});
     EXPECT_TRUE(sky.IsSky(sky.SeenAt({96, 4})));
+    EXPECT_EQ(sky.SeenAt({99, 2}), TestSky::kDisc);
+    sky.Draw({110, 0, 0});
     EXPECT_TRUE(sky.IsSky(sky.SeenAt({99, 2})));
 
     TestSky large;
@@ -80,6 +82,16 @@ TEST(TrajectoryView, DiscsBeyondThePictureAndEnormousOnes) {
     large.Start();
     large.Draw({0, 0, 0});
     EXPECT_EQ(large.SeenAt({100, 100}), TestSky::kDisc);
+
+    // One that fills the picture from far outside, and goes to the other side.
+    TestSky near;
+    near.Add(3000, {3050, 0, 0});
+    near.Start();
+    near.Draw({3040, 0, 0});
+    EXPECT_EQ(near.SeenAt({90, 50}), TestSky::kDisc);
+    near.Draw({-3050, 0, 0});
+    EXPECT_TRUE(near.IsSky(near.SeenAt({90, 50})));
+    EXPECT_EQ(near.SeenAt({-90, 50}), TestSky::kDisc);
 }
 
 // What has left the margin around the picture and comes back elsewhere takes no short cut.

@@ -4,10 +4,10 @@
 #include <QLineEdit>
 
 #include "AbbreviatedMenuField.h"
-#include "BTextControl.h"
 #include "MenuArchives.h"
 #include "NumberBox.h"
 #include "ProgramResources.h"
+#include "ResourceTexts.h"
 #include "TestWindow.h"
 #include "UnitMenu.h"
 #include "UnitMenuItem.h"
@@ -88,9 +88,10 @@ protected:
         return isOther;
     }
 
+    const ResourceTexts texts_{&Resources()};
     NumberBox* const box_ =
         new NumberBox("length", "Length", &Resources().DistanceUnits(),
-                      MenuArchives::MakeUnitMenuFieldArchive(Resources().DistanceUnits()));
+                      MenuArchives::MakeUnitMenuFieldArchive(Resources().DistanceUnits()), texts_);
 };
 
 TEST_F(NumberBoxTest, UnderstandsUnitsAndKeepsValuesToTheBit) {
@@ -105,9 +106,12 @@ TEST_F(NumberBoxTest, UnderstandsUnitsAndKeepsValuesToTheBit) {
     EXPECT_TRUE(Commit("384400 km"));
     EXPECT_EQ(box_->Value(), 384400e3);
     EXPECT_EQ(box_->Uval(), 1000.0);
-    // What is no length gives way to what was there.
+    // What is no length stays for the user to mend; the value is what it was.
     EXPECT_FALSE(Commit("far"));
-    EXPECT_FALSE(Commit("12 parsecs"));
+    EXPECT_FALSE(Commit("12 furlongs"));
     EXPECT_EQ(box_->Value(), 384400e3);
-    EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QLineEdit>(box_)->text(); }), "384400");
+    EXPECT_EQ(WindowServer::Ask([&] { return FindWidget<QLineEdit>(box_)->text(); }),
+              "12 furlongs");
+    EXPECT_TRUE(Commit("1,5 Miles"));
+    EXPECT_EQ(box_->Value(), 1.5 * 1609.344);
 }

@@ -6,6 +6,7 @@
 
 #include "BMessage.h"
 #include "Body.h"
+#include "CompositeSystem.h"
 #include "Conservation.h"
 #include "Epoch.h"
 #include "EpochPortal.h"
@@ -141,6 +142,61 @@ TEST_F(CollisionMergerTest, AbsorbedFocusHandsItOver) {
     Touch(1, 0);
     Merge();
     EXPECT_EQ(portal_.FocusSystem(), Find(0));
+}
+
+// Such a run would stop at the same place for ever.
+TEST_F(CollisionMergerTest, TellsWhatTouchesAndCannotBeMerged) {
+    Body* const heavy = Add("A", 0, 5.0, 0.0);
+    Body* const light = Add("B", 1, 3.0, 1.5);
+    Touch(1, 0);
+    // The volumes of these add up to no number.
+    heavy->SetRadius(1e120);
+    MergeResult result = Merge();
+    EXPECT_TRUE(result.mergers.empty());
+    ASSERT_TRUE(result.unmerged);
+    EXPECT_EQ(result.unmerged->reason, RunEnding::Reason::kNotMerged);
+    EXPECT_EQ(result.unmerged->pair->later, 1);
+    EXPECT_EQ(result.unmerged->pair->earlier, 0);
+    EXPECT_EQ(result.unmerged->pair->distance, 1.5);
+    EXPECT_EQ(CountBodies(), 2);
+    EXPECT_EQ(heavy->M(), 5.0);
+
+    // Nor is what is at no place merged, though nobody can say that it does not touch.
+    heavy->SetRadius(1.0);
+    light->SetVelocity({NAN, 0.0, 0.0});
+    EXPECT_TRUE(Merge().unmerged);
+    light->SetVelocity({});
+    light->SetPosition({NAN, 0.0, 0.0});
+    EXPECT_TRUE(Merge().unmerged);
+    EXPECT_EQ(CountBodies(), 2);
+
+    // What somebody has moved apart meanwhile, or deleted, lets the run go on.
+    light->SetPosition({2.5, 0.0, 0.0});
+    EXPECT_FALSE(Merge().unmerged);
+    message_.MakeEmpty();
+    Touch(7, 0);
+    EXPECT_FALSE(Merge().unmerged);
+}
+
+TEST_F(CollisionMergerTest, TellsOfOneIdentifierForTwoBodies) {
+    Add("A", 0, 5.0, 0.0);
+    auto* const group = new CompositeSystem("Group", 4, {}, {}, kOriginID);
+    epoch_->RootSystem()->AddChild(group);
+    auto* const twin = new Body("Twin", 0, kRed, kRed, kOriginID);
+    twin->SetM(2.0);
+    twin->SetRadius(1.0);
+    group->AddChild(twin);
+    Touch(0, 0);
+    EXPECT_TRUE(Merge().unmerged);
+    // A reserved one finds something else.
+    message_.MakeEmpty();
+    Body* const reserved = new Body("Origin", kOriginID, kRed, kRed, kOriginID);
+    reserved->SetM(1.0);
+    reserved->SetRadius(1.0);
+    epoch_->RootSystem()->AddChild(reserved);
+    Touch(kOriginID, 0);
+    EXPECT_TRUE(Merge().unmerged);
+    EXPECT_EQ(portal_.BodiesInMassOrder().size(), 3u);
 }
 
 // The run may have been paused, and more, while the report was on its way.

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <tuple>
 
 #include "BResources.h"
 #include "Epoch.h"
@@ -37,6 +38,32 @@ TEST_F(OwnResourcesTest, UnitTables) {
     EXPECT_EQ(resources_.DistanceUnits().Parse("1 au").value, 149597870660.0);
     EXPECT_EQ(resources_.SpeedUnits().Parse("1 kph").value, 1000.0 / 3600.0);
     EXPECT_EQ(resources_.TimeUnits().Parse("10 yr").value, 315569252.0);
+}
+
+// As people write them who have not looked into the menu.
+TEST_F(OwnResourcesTest, UnitsHaveTheirUsualAndSingularNames) {
+    const std::tuple<const UnitTable*, const char*, const char*> cases[] = {
+        {&resources_.MassUnits(), "1 solar mass", "1 Ms"},
+        {&resources_.MassUnits(), "1 Kilogram", "1 kg"},
+        {&resources_.DistanceUnits(), "1 earth radius", "1 Re"},
+        {&resources_.DistanceUnits(), "1 mile", "1609.344 m"},
+        {&resources_.DistanceUnits(), "2 ly", "2 light years"},
+        {&resources_.DistanceUnits(), "1 pc", "1 parsec"},
+        {&resources_.SpeedUnits(), "36 km/h", "36 kph"},
+        {&resources_.SpeedUnits(), "1 astronomical unit/day", "1 AU/dy"},
+        {&resources_.TimeUnits(), "3 h", "3 Hours"},
+        {&resources_.TimeUnits(), "1 d", "1 day"},
+        {&resources_.TimeUnits(), "1.5 min", "90 s"},
+        {&resources_.TimeUnits(), "1 year", "1 yr"},
+    };
+    for (const auto& [units, typed, menu] : cases) {
+        ASSERT_TRUE(units->Parse(typed)) << typed;
+        EXPECT_EQ(units->Parse(typed).value, units->Parse(menu).value) << typed;
+    }
+    const UnitTable& distance = resources_.DistanceUnits();
+    EXPECT_DOUBLE_EQ(distance.Parse("1 ly").value, 299792458.0 * 365.25 * 86400.0);
+    EXPECT_NEAR(distance.Parse("1 pc").value / distance.Parse("1 ly").value, 3.261563777, 1e-8);
+    EXPECT_EQ(distance.Rows().size(), 6u) << "menus stay as they are";
 }
 
 // The template holds what this program would itself write, and in the order in which it would.

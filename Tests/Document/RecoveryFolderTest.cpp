@@ -125,7 +125,11 @@ TEST_F(RecoveryFolderTest, CopiesOfAProgramThatRunsAreNotListed) {
     char told = 0;
     EXPECT_EQ(read(pipes[0], &told, 1), 1);
     EXPECT_TRUE(folder.List().empty());
+    // Its parent may take its time before it asks how it has ended.
     kill(child, SIGKILL);
+    siginfo_t ending{};
+    EXPECT_EQ(waitid(P_PID, static_cast<id_t>(child), &ending, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(folder.List().size(), 1u);
     waitpid(child, nullptr, 0);
     EXPECT_EQ(folder.List().size(), 1u);
     close(pipes[0]);

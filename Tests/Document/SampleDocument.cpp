@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "ChangeFlags.h"
+#include "SimulationFile.h"
 
 std::unique_ptr<Body> MakeBody(const char* name, int64 id, double gm, ThreeVector position,
                                ThreeVector velocity) {
@@ -37,6 +38,13 @@ BMessage RecordOf(const std::vector<const AbEpoch*>& topLevel) {
 
 BMessage PlanetRecord() {
     return RecordOf({MakePlanetEpoch("Genesis").get()});
+}
+
+std::string FileOf(const BMessage& record) {
+    std::vector<std::byte> bytes;
+    static_cast<void>(record.Flatten(&bytes));
+    return std::string(SimulationFile::kTag) +
+           std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
 std::string Outline(AbEpoch* root) {

@@ -27,6 +27,10 @@ BMessage RecordOf(const std::vector<const AbEpoch*>& topLevel);
 // A record with the planet epoch, "Genesis".
 BMessage PlanetRecord();
 
+// The bytes of a file with the record, as they are without any check: also what no program would
+// write.
+std::string FileOf(const BMessage& record);
+
 // The names of all epochs in visiting order, top-level ones and their descendants in brackets:
 // "A(B(D) C) E".
 std::string Outline(AbEpoch* root);

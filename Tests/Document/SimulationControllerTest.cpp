@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "BodyColors.h"
@@ -86,6 +87,18 @@ TEST_F(SimulationControllerTest, NewBodyInAnEmptyDocumentRestsAtTheOrigin) {
     controller_.CreateBody();
     ASSERT_EQ(CountBodies(), 1u);
     EXPECT_EQ(Portal()->FocusSystem()->Position(), ThreeVector{});
+}
+
+TEST_F(SimulationControllerTest, NewBodiesNeverRunOutOfIdentifiersAndNames) {
+    Focus()->RootSystem()->AddChild(MakeBody("Last", kMaxSystemID, 0, {9e11, 0, 0}, {}).release());
+    document_.SetNextBodyNameIndex(std::numeric_limits<int32>::max());
+    std::set<int64> ids;
+    for (int i = 0; i < 3; i++) {
+        controller_.CreateBody();
+        ids.insert(Portal()->FocusSystem()->ID());
+    }
+    EXPECT_EQ(ids, (std::set<int64>{4, 5, 6})) << "the gaps";
+    EXPECT_EQ(document_.NextBodyNameIndex(), 2);
 }
 
 TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
@@ -196,6 +209,26 @@ TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {
     for (int32 i = 0; i < 200; i++)
         inUse.push_back(BodyColors::At(i));
     EXPECT_EQ(BodyColors::Next(5, inUse), BodyColors::At(5));
+}
+
+// Resumed it would find the same bodies again, for ever.
+TEST_F(SimulationControllerTest, ARunIsPausedWhereBodiesTouchThatCannotBeMerged) {
+    Portal()->WriteLock();
+    for (const int64 id : {0, 1})
+        Focus()->SystemFromID(id)->SetRadius(1e120);
+    Portal()->WriteUnlock();
+    BMessage touching(FourCC("clsn"));
+    touching.AddInt64("p", 1);
+    touching.AddInt64("q", 0);
+    run_.UnPause();
+    int told = 0;
+    const MergeResult result =
+        controller_.Collide(touching, [&told](const MergeResult&) { told++; });
+    EXPECT_TRUE(result.unmerged);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(run_.PauseCount(), 1);
+    EXPECT_TRUE(run_.UserPaused());
+    EXPECT_EQ(CountBodies(), 4u);
 }
 
 }  // namespace

@@ -58,6 +58,9 @@ TEST(SimulationDocument, TreeAndFocusSurviveStoring) {
     int32 position = 0;
     ASSERT_EQ(record.FindInt32("Cur Epoch", &position), B_OK);
     EXPECT_EQ(position, 2);
+    BMessage epoch;
+    ASSERT_EQ(record.FindMessage("Epochs", &epoch), B_OK);
+    EXPECT_EQ(epoch.what, FourCC("ARCV"));
 
     SimulationDocument again(nullptr);
     ASSERT_FALSE(again.Load(record).Failed());

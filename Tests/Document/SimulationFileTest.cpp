@@ -6,7 +6,9 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <limits>
 
+#include "CompositeSystem.h"
 #include "SampleDocument.h"
 #include "TestFolder.h"
 
@@ -49,6 +51,62 @@ TEST_F(SimulationFileTest, WhatIsNoDocumentIsRefused) {
     for (const std::size_t length : {std::size_t{8}, std::size_t{9}, std::size_t{20},
                                      std::size_t{300}, good.size() / 2, good.size() - 1})
         EXPECT_EQ(textOf(good.substr(0, length)), kTextDamaged) << length;
+}
+
+TEST_F(SimulationFileTest, AFileThatWasChangedIsToldAndOpens) {
+    const auto tells = [this](const std::string& bytes) {
+        BMessage record;
+        SimulationDocument document(nullptr);
+        EXPECT_FALSE(SimulationFile::Read(folder.Write("changed", bytes), &record).Failed());
+        EXPECT_FALSE(document.Load(record).Failed());
+        EXPECT_FALSE(record.HasName("Digest")) << "not passed on";
+        return !document.Notices().IsEmpty();
+    };
+    ASSERT_FALSE(SimulationFile::Write(folder.Path("good"), PlanetRecord()).Failed());
+    const std::string good = folder.Read("good");
+    EXPECT_FALSE(tells(good));
+    EXPECT_FALSE(tells(FileOf(PlanetRecord()))) << "of a program that makes no digest";
+
+    std::string bad = good;
+    bad[bad.find("Planet")] = 'p';
+    EXPECT_TRUE(tells(bad));
+    bad = good;
+    bad[bad.find("Digest") + 10]++;
+    EXPECT_TRUE(tells(bad));
+    EXPECT_TRUE(tells(good + "more"));
+    // Of another size, and twice: nothing is read outside of the file.
+    for (const std::size_t size : {31u, 33u}) {
+        BMessage record = PlanetRecord();
+        const std::vector<std::byte> digest(size);
+        record.AddData("Digest", B_RAW_TYPE, digest.data(), size);
+        EXPECT_TRUE(tells(FileOf(record)));
+    }
+}
+
+TEST_F(SimulationFileTest, WhatCannotBeReadBackReplacesNothing) {
+    const std::string path = folder.Path("document");
+    ASSERT_FALSE(SimulationFile::Write(path, PlanetRecord()).Failed());
+    const std::string good = folder.Read("document");
+
+    auto lost = MakePlanetEpoch("Lost");
+    lost->SystemFromID(2)->SetVelocity({0, 0, std::numeric_limits<double>::infinity()});
+    DocumentError error =
+        SimulationFile::Write(path, RecordOf({MakePlanetEpoch("Good").get(), lost.get()}));
+    EXPECT_EQ(error.text, kTextBadVelocity);
+
+    auto deep = std::make_unique<Epoch>();
+    MassSystem* group = deep->RootSystem();
+    for (int32 i = 0; i < CompositeSystem::kMaxNesting + 1; i++) {
+        auto* const inner = new CompositeSystem("Group", i, {}, {}, kOriginID);
+        group->AddChild(inner);
+        group = inner;
+    }
+    error = SimulationFile::Write(path, RecordOf({deep.get()}));
+    EXPECT_EQ(error.text, kTextNestedTooDeeply);
+    EXPECT_EQ(SimulationFile::Write(path, BMessage()).text, kTextNoEpoch);
+
+    EXPECT_EQ(folder.Read("document"), good);
+    EXPECT_EQ(folder.Names().size(), 1u) << "and nothing lies beside it";
 }
 
 TEST_F(SimulationFileTest, SystemErrorsKeepTheirReason) {

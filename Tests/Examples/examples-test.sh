@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# examples-test.sh RUNNER FOLDER: every document of FOLDER runs, and two of them do what they promise.
+# examples-test.sh RUNNER FOLDER: every document of FOLDER runs and is seen as it should be, and two of them do
+# what they promise.
 set -euo pipefail
 
 runner="$1"
@@ -21,6 +22,29 @@ column() {
 
 reports="$(mktemp)"
 trap 'rm -f "$reports"' EXIT
+
+# fits EXAMPLE TIME SHARE: within TIME no body leaves the picture that the display shows, about the origin, and
+# the orbits fill SHARE of it.
+texts="$(cd "$(dirname "$0")/../../Examples" && pwd)"
+fits() {
+    local picture
+    picture="$(awk '$1 == "picture" { print $2 * ($3 == "AU" ? 1.4959787066e11 : 1e3) }' "$texts/$1.txt")"
+    "$runner" --quiet --for "$2" --every 50 --csv "$reports" "$folder/$1.orvek"
+    awk -F, -v name="$1" -v half="$picture" -v share="$3" '
+        function size(x) { return x < 0 ? -x : x }
+        NR > 1 { if (size($5) > most) most = size($5); if (size($6) > most) most = size($6) }
+        END {
+            used = most / (half / 2)
+            if (used > 1 || used < share) { print "FAIL: " name " fills " used " of its picture"; exit 1 }
+        }' "$reports"
+}
+# Pluto takes too long to go round.
+fits planets "1 yr" 0
+fits outer-planets "165 yr" 0.75
+fits earth-moon "56 dy" 0.75
+fits figure-eight "1.1 yr" 0.75
+fits pythagorean "9 yr" 0.75
+fits circumbinary "230 dy" 0.75
 
 # After its period of 6.32591398 natural units the figure eight closes. The period is met to within a
 # step, which moves a body by a few thousandths of the figure's size.

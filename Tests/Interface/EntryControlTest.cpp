@@ -2,8 +2,13 @@
 // as a user finds them.
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QLineEdit>
+#include <QMimeData>
+#include <QPointer>
 #include <QTest>
 
 #include "BChoiceField.h"
@@ -31,6 +36,24 @@ protected:
     [[nodiscard]] QLineEdit* Line() const { return FindWidget<QLineEdit>(entry_); }
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         window_->ByHand([&] { QTest::keyClick(Line(), key, modifiers); });
+    }
+    // Beside the text, as a user does who means the field and no letter.
+    void Click(int times = 1) {
+        window_->ByHand([&] {
+            QLineEdit* const line = Line();
+            const QPoint place(line->width() - 8, line->height() / 2);
+            QTest::mouseClick(line, Qt::LeftButton, {}, place);
+            if (times > 1) QTest::mouseDClick(line, Qt::LeftButton, {}, place);
+        });
+    }
+    void LeaveWith(Qt::Key key) {
+        window_->ByHand([&] { QTest::keyClick(Line()->window()->focusWidget(), key); });
+    }
+    [[nodiscard]] bool IsMarked() const {
+        return WindowServer::Ask([&] {
+            return Line()->palette().color(QPalette::Base) !=
+                   QApplication::palette().color(QPalette::Base);
+        });
     }
     void Type(const char* keys) {
         WindowServer::Perform([&] { QTest::keyClicks(Line(), keys); });
@@ -94,6 +117,136 @@ TEST_F(EntryControlTest, WhatIsTakenInTheMiddleStaysUnderTheHand) {
     entry_->ShowText("1");
     EXPECT_EQ(Text(), "1");
     EXPECT_EQ(entry_->TakeText(), std::nullopt);
+}
+
+// "Click into the field, type Star": nobody who does that wants "ArrakisStar".
+TEST_F(EntryControlTest, TheFirstClickTheTabKeyAndEnterSelectAll) {
+    entry_->SetText("Arrakis");
+    LeaveWith(Qt::Key_Tab);
+    Click();
+    Type("Star");
+    EXPECT_EQ(Text(), "Star");
+    Press(Qt::Key_Return);
+    Type("Sun");
+    EXPECT_EQ(Text(), "Sun");
+    // The second click is into a field that has the keyboard: it sets the cursor.
+    Click();
+    Type("ny");
+    EXPECT_EQ(Text(), "Sunny");
+    LeaveWith(Qt::Key_Tab);
+    LeaveWith(Qt::Key_Backtab);
+    Type("Dune");
+    EXPECT_EQ(Text(), "Dune");
+    // A drag means what it goes over.
+    LeaveWith(Qt::Key_Tab);
+    entry_->SetText("Big blue");
+    window_->ByHand([&] {
+        QLineEdit* const line = Line();
+        line->setCursorPosition(4);
+        const QPoint to = line->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+        const QPoint from(line->width() - 8, to.y());
+        QTest::mousePress(line, Qt::LeftButton, {}, from);
+        QMouseEvent move(QEvent::MouseMove, to, line->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                         {});
+        QCoreApplication::sendEvent(line, &move);
+        QTest::mouseRelease(line, Qt::LeftButton, {}, to);
+        EXPECT_EQ(line->selectedText().toStdString(), "blue");
+    });
+    // A double click means a word.
+    LeaveWith(Qt::Key_Tab);
+    entry_->SetText("Big red");
+    Click(2);
+    Type("blue");
+    EXPECT_EQ(Text(), "Big blue");
+}
+
+TEST_F(EntryControlTest, AllDigitsAreWhereTheKeyboardIsAndNoneIsLost) {
+    const BEntryControl::Writing third("0.3333333333333333", "0.3333333");
+    entry_->SetText(third);
+    EXPECT_EQ(Text(), "0.3333333333333333");
+    LeaveWith(Qt::Key_Tab);
+    EXPECT_EQ(Text(), "0.3333333");
+    EXPECT_EQ(entry_->TakeText(), std::nullopt) << "nobody has edited it";
+    entry_->ShowText({"0.6666666666666666", "0.6666667"});
+    EXPECT_EQ(Text(), "0.6666667");
+    // The way in and out again is no edit, and what is copied on it is exact.
+    Click();
+    Press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(WindowServer::Ask([] { return QApplication::clipboard()->text().toStdString(); }),
+              "0.6666666666666666");
+    LeaveWith(Qt::Key_Tab);
+    EXPECT_TRUE(window_->Take().empty());
+    EXPECT_EQ(entry_->TakeText(), std::nullopt);
+    // Whoever types the seven digits means them.
+    Click();
+    Type("0.6666667");
+    LeaveWith(Qt::Key_Tab);
+    EXPECT_EQ(window_->Take().size(), 1u);
+    EXPECT_EQ(entry_->TakeText(), "0.6666667");
+    entry_->AcceptText("0.6666667");
+    // A text that is dropped comes into the full number.
+    entry_->SetText(third);
+    EXPECT_EQ(Text(), "0.3333333");
+    window_->ByHand([&] {
+        QMimeData data;
+        data.setText("1");
+        QDragEnterEvent enter(QPoint(Line()->width() - 4, 4), Qt::CopyAction, &data, Qt::LeftButton,
+                              {});
+        QCoreApplication::sendEvent(Line(), &enter);
+        QDropEvent drop(QPointF(Line()->width() - 4, 4), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(Line(), &drop);
+    });
+    EXPECT_EQ(Text(), "0.33333333333333331");
+}
+
+// As when a run is started from a display.
+TEST_F(EntryControlTest, ALineThatIsDisabledBehindAnotherWindowIsNotSelected) {
+    QPointer<QWidget> other;
+    WindowServer::Perform([&] {
+        other = new QWidget;
+        other->show();
+        other->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(other));
+    });
+    window_->Do([&] { entry_->SetEnabled(false); });
+    entry_->ShowText({"0.3333333333333333", "0.3333333"});
+    EXPECT_EQ(Text(), "0.3333333");
+    EXPECT_FALSE(WindowServer::Ask([&] { return Line()->hasSelectedText(); }));
+    WindowServer::Perform([&] { delete other; });
+}
+
+TEST_F(EntryControlTest, WhatWasRefusedStaysMarkedUntilEscape) {
+    Type("heavy");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(entry_->TakeText(), "heavy");
+    entry_->RefuseText("1", "no number");
+    EXPECT_TRUE(IsMarked());
+    window_->Take();
+    // Nor do leaving it, another value and who asks for what is pending change that.
+    LeaveWith(Qt::Key_Tab);
+    entry_->ShowText("2");
+    EXPECT_EQ(entry_->TakeText(), std::nullopt);
+    EXPECT_TRUE(window_->Take().empty());
+    EXPECT_EQ(Text(), "heavy");
+    EXPECT_TRUE(IsMarked());
+    // Enter asks again.
+    Click();
+    Press(Qt::Key_Return);
+    EXPECT_EQ(window_->Take().size(), 1u);
+    EXPECT_EQ(entry_->TakeText(), "heavy");
+    entry_->RefuseText("2", "no number");
+    EXPECT_TRUE(IsMarked());
+    Press(Qt::Key_Escape);
+    EXPECT_EQ(Text(), "2");
+    EXPECT_FALSE(IsMarked());
+    // Or it is mended.
+    Type("2x");
+    EXPECT_EQ(entry_->TakeText(), "2x");
+    Press(Qt::Key_Return);
+    entry_->RefuseText("2", "no unit");
+    Type("3");
+    EXPECT_FALSE(IsMarked());
+    EXPECT_EQ(entry_->TakeText(), "3");
 }
 
 TEST_F(EntryControlTest, AChoiceIsKnownByItsIdentifierWhateverBecomesOfTheList) {

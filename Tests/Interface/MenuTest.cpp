@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QImage>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
+#include <QStyleOptionMenuItem>
 #include <QTest>
 
 #include "AppDefs.h"
@@ -30,6 +33,23 @@ public:
 private:
     const std::string shown_;
 };
+
+// Of the first item of a menu bar on a screen of this scale.
+int CountPixels(const QMenuBar& bar, double scale, QColor color) {
+    QStyleOptionMenuItem item;
+    item.initFrom(&bar);
+    item.rect = {0, 0, 40, 24};
+    item.icon = bar.actions().at(0)->icon();
+    QImage image(item.rect.size() * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    QPainter painter(&image);
+    bar.style()->drawControl(QStyle::CE_MenuBarItem, &item, &painter, &bar);
+    int count = 0;
+    for (int y = 0; y < image.height(); y++)
+        for (int x = 0; x < image.width(); x++)
+            if (image.pixelColor(x, y) == color) count++;
+    return count;
+}
 
 // What a derived class archives itself, the widgets' tests read.
 TEST(Menu, ArchivesComeBackAsTheyWere) {
@@ -160,6 +180,31 @@ TEST_F(MenuWindowTest, MenuBarsAreUsedByMouseKeysAndTargets) {
     owner->Settle();
     EXPECT_TRUE(owner->Take().empty());
     owner->LockAndQuit();
+}
+
+// Where a screen has more pixels, the icon keeps its size and has more of them, too.
+TEST_F(MenuWindowTest, AnIconIsAsFineAsTheScreen) {
+    const auto icon = [](float side, rgb_color color) {
+        BBitmap bitmap({0, 0, side - 1, side - 1}, B_RGB32);
+        std::vector<uint8> bits;
+        for (int i = 0; i < bitmap.Width() * bitmap.RowCount(); i++)
+            bits.insert(bits.end(), {color.blue, color.green, color.red, 255});
+        bitmap.SetBits(bits.data(), bits.size());
+        return bitmap;
+    };
+    const BBitmap coarse = icon(16, {255, 0, 0, 255});
+    const BBitmap fine = icon(32, {0, 0, 255, 255});
+    auto* const bar = new BMenuBar("bar");
+    auto* const item = new BMenuItem(new BMenu("Orvek"));
+    item->SetIcon(&coarse, &fine);
+    bar->AddItem(item);
+    Show(bar);
+    window_->ByHand([&] {
+        const auto& widget = static_cast<QMenuBar&>(*bar->Part()->Widget());
+        EXPECT_EQ(CountPixels(widget, 1.0, Qt::red), 16 * 16);
+        EXPECT_EQ(CountPixels(widget, 1.5, Qt::blue), 24 * 24);
+        EXPECT_EQ(CountPixels(widget, 2.0, Qt::blue), 32 * 32);
+    });
 }
 
 TEST(Bitmap, ColorsOfBothKinds) {

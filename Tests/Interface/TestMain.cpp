@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <semaphore>
 #include <thread>
@@ -45,6 +46,8 @@ void StartServer() {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    // Nothing of the user's own session.
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null", 1);
     gArguments = argv;
     StartServer();
     int result = 1;

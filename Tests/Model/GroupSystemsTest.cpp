@@ -3,6 +3,7 @@
 #include <string>
 
 #include "CommandFactory.h"
+#include "CompositeSystem.h"
 #include "DissolveSystemCommand.h"
 #include "GroupSystemsCommand.h"
 #include "TestDocument.h"
@@ -67,6 +68,33 @@ TEST_F(GroupSystemsTest, DissolvingLeavesTheMembers) {
     Dissolve(0);
     Dissolve(kRootSystemID);
     EXPECT_EQ(Shape(), "0 1(2 3) 4 5 11(6 7)");
+}
+
+// What is nested more deeply cannot be read again.
+TEST_F(GroupSystemsTest, GroupsNestAsDeeplyAsADocumentHoldsThem) {
+    using Obstacle = GroupSystemsCommand::Obstacle;
+    const auto obstacle = [this](std::vector<int64> ids) {
+        return GroupSystemsCommand(&portal_, std::move(ids), "new", 5000).FindObstacle();
+    };
+    EXPECT_EQ(obstacle({99, kRootSystemID}), Obstacle::kNoMembers);
+    EXPECT_EQ(obstacle({0}), Obstacle::kNone);
+    int64 id = 100;
+    for (int64 outermost = 0; obstacle({outermost}) == Obstacle::kNone; outermost = id++)
+        ExecuteFiled(&portal_, std::make_unique<GroupSystemsCommand>(
+                                   &portal_, std::vector{outermost}, "new", id));
+    EXPECT_EQ(id - 100, CompositeSystem::kMaxNesting - 1);
+    EXPECT_EQ(obstacle({0}), Obstacle::kTooDeep);
+    EXPECT_EQ(obstacle({4}), Obstacle::kNone);
+
+    BMessage archive;
+    ASSERT_EQ(portal_.FocusEpoch()->Archive(&archive), B_OK);
+    const Epoch read(&archive);
+    EXPECT_NE(read.SystemFromID(0), nullptr) << "nothing is lost";
+
+    const std::string before = Shape();
+    ExecuteFiled(&portal_, std::make_unique<GroupSystemsCommand>(&portal_, std::vector<int64>{0},
+                                                                 "new", 5000));
+    EXPECT_EQ(Shape(), before);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -90,11 +91,68 @@ TEST(UnitTableTest, CapitalsMatterOnlyWhereTheyTellUnitsApart) {
     table.Add("Milli", "m", 1e-3);
     table.Add("Kelvin", "kk", 1.0);
     table.Add("Kayser", "KK", 100.0);
-    EXPECT_EQ(table.Find("M")->name, "Mega");
-    EXPECT_EQ(table.Find("m")->name, "Milli");
-    EXPECT_EQ(table.Find("mEGA")->name, "Mega");
-    EXPECT_EQ(table.Find("kK"), nullptr);
-    EXPECT_EQ(table.Find("KK")->name, "Kayser");
+    EXPECT_EQ(table.FactorOf("M"), 1e6);
+    EXPECT_EQ(table.FactorOf("m"), 1e-3);
+    EXPECT_EQ(table.FactorOf("mEGA"), 1e6);
+    EXPECT_EQ(table.FactorOf("kK"), std::nullopt);
+    EXPECT_EQ(table.FactorOf("KK"), 100.0);
+    table.AddSpelling("megas", 1e6);
+    table.AddSpelling("mega", 2e6);
+    EXPECT_EQ(table.FactorOf("MEGAS"), 1e6);
+    EXPECT_EQ(table.FactorOf("MEGA"), std::nullopt);
+}
+
+// Whatever language it is that people learned to write numbers in.
+TEST(UnitTableTest, WhatIsTypedHasEitherSignAndSpacesBetweenGroups) {
+    UnitTable table;
+    table.Add("Kilometers", "km", 1000.0);
+    table.Add("Exa", "e", 1e18);
+    const std::pair<const char*, double> cases[] = {
+        {"3,84e5", 384000.0},
+        {"384 400", 384400.0},
+        {"384\u00a0400\u202fkm", 384400e3},
+        {"-1 234 567,25 km", -1234567250.0},
+        {"+6.674 30E-11", 6.6743e-11},
+        {"1234,5", 1234.5},
+        {",5", 0.5},
+        {"5. km", 5000.0},
+        {"1,234", 1.234},
+        {"2 e", 2e18},
+    };
+    for (const auto& [text, value] : cases) {
+        EXPECT_EQ(table.ParseTyped(text).error, ParseError::kNone) << text;
+        EXPECT_DOUBLE_EQ(table.ParseTyped(text).value, value) << text;
+    }
+    for (const char* text :
+         {"1,234.5", "1.234,5", "1,234,567", "38 44", "3844 400", "384 4000 km", "384 400 40",
+          "1.5 2", "1 .5", "3 -5", ",", "e5", "+-1", "1e999", "1e308 km", "nan", ""})
+        EXPECT_EQ(table.ParseTyped(text).error, ParseError::kNotANumber) << text;
+    // On command lines and in files there is one way to write a number.
+    for (const char* text : {"3,84e5", "384 400", "1 234 km"})
+        EXPECT_FALSE(table.Parse(text)) << text;
+}
+
+TEST(UnitTableTest, SpellingsAreUnderstoodAndNotShown) {
+    ResourceWriter writer;
+    const std::pair<int32, const char*> texts[] = {
+        {1000, "Seconds"}, {1001, "s"},   {1002, "1"},      {1003, "Hours"}, {1004, "hr"},
+        {1005, "3600"},    {1050, "h"},   {1051, "1 hr"},   {1052, "min"},   {1053, "60 s"},
+        {1054, "never"},   {1055, "0 s"}, {1056, "Minute"}, {1057, "60 s"},  {1058, "lost"}};
+    for (const auto& [id, text] : texts) {
+        const auto* const begin = reinterpret_cast<const std::byte*>(text);
+        EXPECT_TRUE(writer.Add(B_STRING_TYPE, id, "", {begin, begin + strlen(text) + 1}));
+    }
+    BResources resources;
+    ASSERT_EQ(resources.SetTo(writer.File()), B_OK);
+    const UnitTable time(resources, 1000);
+    EXPECT_EQ(time.Rows().size(), 2u);
+    EXPECT_EQ(time.Parse("2 h").value, 7200.0);
+    EXPECT_EQ(time.Parse("2 h").unit, time.FindExact(3600.0));
+    EXPECT_EQ(time.Parse("2 minute").value, 120.0);
+    // No menu has it, so what is shown keeps its unit.
+    EXPECT_EQ(time.Parse("2 min").unit, nullptr);
+    EXPECT_FALSE(time.Parse("2 never"));
+    EXPECT_EQ(time.Abbreviations(), (std::vector<std::string_view>{"s", "hr", "min"}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -9,12 +10,14 @@ namespace {
 
 std::atomic<std::int64_t> gCount{0};
 std::atomic<std::size_t> gLargest{0};
+std::atomic<std::size_t> gRefused{SIZE_MAX};
 
 void* Allocate(std::size_t size, std::size_t alignment) {
     gCount++;
     std::size_t largest = gLargest;
     while (size > largest && !gLargest.compare_exchange_weak(largest, size)) {
     }
+    if (size >= gRefused) return nullptr;
     return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
 }
 
@@ -26,6 +29,10 @@ std::int64_t CountAllocations() {
 
 std::size_t TakeLargestAllocation() {
     return gLargest.exchange(0);
+}
+
+void RefuseAllocationsFrom(std::size_t size) {
+    gRefused = size;
 }
 
 void* operator new(std::size_t size) {

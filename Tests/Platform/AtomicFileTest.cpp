@@ -2,12 +2,14 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
@@ -98,6 +100,80 @@ TEST_F(AtomicFileTest, KeepsTheModeOfTheOldFile) {
     EXPECT_EQ(Save(folder_.Path("new"), "new"), B_OK);
     EXPECT_EQ(ModeOf(folder_.Path("new")), 0644u);
     umask(mask);
+}
+
+TEST_F(AtomicFileTest, KeepsOwnerGroupAndAccessList) {
+    const std::string path = folder_.Write("file", "old");
+    const bool isRoot = geteuid() == 0;
+    gid_t group = 2;
+    if (!isRoot && getgroups(1, &group) != 1) GTEST_SKIP() << "this user has one group only";
+    ASSERT_EQ(chown(path.c_str(), isRoot ? 1 : static_cast<uid_t>(-1), group), 0);
+    ASSERT_EQ(chmod(path.c_str(), 0660), 0);
+    EXPECT_EQ(Save(path, "new"), B_OK);
+    struct stat info {};
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_gid, group);
+    EXPECT_EQ(info.st_uid, isRoot ? 1 : geteuid());
+    EXPECT_EQ(ModeOf(path), 0660u);
+
+    // Owner rw, user 3 r, group -, mask r, others -; little-endian, as stored.
+    using namespace std::string_literals;
+    const std::string list =
+        "\2\0\0\0"
+        "\1\0\6\0\xff\xff\xff\xff"
+        "\2\0\4\0\3\0\0\0"
+        "\4\0\0\0\xff\xff\xff\xff"
+        "\x10\0\4\0\xff\xff\xff\xff"
+        "\x20\0\0\0\xff\xff\xff\xff"s;
+    constexpr const char* kList = "system.posix_acl_access";
+    if (setxattr(path.c_str(), kList, list.data(), list.size(), 0) != 0)
+        GTEST_SKIP() << "this file system has no access lists";
+    EXPECT_EQ(Save(path, "newer"), B_OK);
+    std::string found(100, '\0');
+    found.resize(static_cast<std::size_t>(
+        std::max<ssize_t>(0, getxattr(path.c_str(), kList, found.data(), found.size()))));
+    EXPECT_EQ(found, list);
+    // A file without one does not get that of its folder.
+    ASSERT_EQ(
+        setxattr(folder_.Path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0),
+        0);
+    ASSERT_EQ(removexattr(path.c_str(), kList), 0);
+    ASSERT_EQ(chmod(path.c_str(), 0600), 0);
+    EXPECT_EQ(Save(path, "newest"), B_OK);
+    EXPECT_LT(getxattr(path.c_str(), kList, nullptr, 0), 0);
+    EXPECT_EQ(ModeOf(path), 0600u);
+}
+
+TEST_F(AtomicFileTest, AFileOfTwoNamesStaysOne) {
+    const std::string path = folder_.Write("file", "old contents");
+    std::filesystem::create_hard_link(path, folder_.Path("also"));
+    for (const std::string& contents : {std::string("new"), std::string(3'000'000, 'x')}) {
+        EXPECT_EQ(Save(path, contents), B_OK);
+        EXPECT_EQ(folder_.Read("file"), contents);
+        EXPECT_EQ(folder_.Read("also"), contents);
+    }
+    AtomicFile file;
+    ASSERT_EQ(file.Open(path), B_OK);
+    ASSERT_EQ(file.Write(std::string(4'000'000, 'y').data(), 4'000'000), B_OK);
+    {
+        const FullDisk full(3'500'000);
+        EXPECT_EQ(file.Commit(), B_DEVICE_FULL);
+    }
+    EXPECT_EQ(folder_.Read("also"), std::string(3'000'000, 'x'));
+    EXPECT_EQ(folder_.Names(), (Names{"also", "file"}));
+}
+
+TEST_F(AtomicFileTest, WhatEndedProcessesLeftIsRemovedAndCounted) {
+    folder_.Write(".orvek-0123abcd.tmp", "left");
+    folder_.Write(".orvek-0123abcd.tmp.orvek", "the user's own");
+    const FileDescriptor other(
+        open(folder_.Write(".orvek-89abcdef.tmp", "being written").c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
+    AtomicFile file;
+    ASSERT_EQ(file.Open(folder_.Path("file")), B_OK);
+    ASSERT_EQ(file.Commit(), B_OK);
+    EXPECT_EQ(file.RemovedLeftovers(), 1);
+    EXPECT_EQ(folder_.Names(), (Names{".orvek-0123abcd.tmp.orvek", ".orvek-89abcdef.tmp", "file"}));
 }
 
 TEST_F(AtomicFileTest, KeepsAndSetsAttributes) {

@@ -1,6 +1,8 @@
 // Spawned threads: their start, end, result, names and identifiers; the debugger stop.
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <semaphore>
 #include <set>
@@ -26,6 +28,14 @@ int32 Observe(void* argument) {
     seen->started.release();
     seen->mayEnd.acquire();
     return 77;
+}
+
+int NiceValue() {
+    return getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+}
+
+int32 ReturnNiceValue(void*) {
+    return NiceValue();
 }
 
 int32 ReturnArgument(void* argument) {
@@ -55,6 +65,22 @@ TEST(Thread, WaitsForResumeAndGivesItsResult) {
     EXPECT_EQ(find_thread(kName), B_NAME_NOT_FOUND);
     EXPECT_EQ(wait_for_thread(thread, &result), B_BAD_THREAD_ID);
     EXPECT_EQ(resume_thread(thread), B_BAD_THREAD_ID);
+}
+
+// Whoever may raise a priority must not do so by accident.
+TEST(Thread, PrioritiesAreOnlyLowered) {
+    for (const int former : {NiceValue(), 12}) {
+        std::thread([former] {
+            ASSERT_EQ(setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), former), 0);
+            for (const auto& [priority, lower] : {std::pair{B_LOW_PRIORITY, 5},
+                                                  {B_NORMAL_PRIORITY, 0},
+                                                  {B_NORMAL_PRIORITY + 5, 0}}) {
+                status_t nice = 0;
+                wait_for_thread(spawn_thread(ReturnNiceValue, "nice", priority, nullptr), &nice);
+                EXPECT_EQ(nice, former + lower);
+            }
+        }).join();
+    }
 }
 
 TEST(Thread, IdentifiersAreNeverUsedTwice) {

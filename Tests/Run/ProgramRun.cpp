@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -14,6 +15,7 @@ namespace {
                                int err) {
     dup2(out, STDOUT_FILENO);
     dup2(err, STDERR_FILENO);
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null", 1);
     if (setup.prepare) setup.prepare();
     std::string program = ORVEK_RUN;
     std::vector<char*> argv{program.data()};

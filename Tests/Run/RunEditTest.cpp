@@ -27,8 +27,8 @@ protected:
 };
 
 TEST_F(RunEdit, ValuesAreReadInTheirUnitsOrThoseShownAndRelativeToTheReferent) {
-    std::vector<CsvRow> rows = StateAfter(
-        {"BoskVeld.v.y=15 km/s", "BoskVeld.v.z=-7", "BoskVeld.r=1 2 3 km", "Arrakis.name=Sun"});
+    std::vector<CsvRow> rows = StateAfter({"BoskVeld.v.y=15 Kilometer/Second", "BoskVeld.v.z=-7",
+                                           "BoskVeld.r=1 2 3 km", "Arrakis.name=Sun"});
     ASSERT_GE(rows.size(), 2u);
     EXPECT_EQ(rows[0].name, "Sun");
     const double expected[6] = {1000.0, 2000.0, 3000.0, 3000.0, 15000.0, -7000.0};
@@ -43,6 +43,7 @@ TEST_F(RunEdit, WhatIsNotUnderstoodIsNamedAndNothingIsWritten) {
         {"Nobody.mass=1 kg", "\"Nobody\""},
         {"BoskVeld.weight=1 kg", "\"weight\""},
         {"BoskVeld.mass=1 parsec", "unit"},
+        {"BoskVeld.mass=3,84e5", "number"},  // fields take it, scripts have one way
         {"BoskVeld.mass", "\"=\""},
         {"BoskVeld.trail=blue", "\"blue\""},
         {"epoch.cutoff=0.5", "cannot be"},
@@ -67,6 +68,33 @@ TEST_F(RunEdit, WhatIsNotUnderstoodIsNamedAndNothingIsWritten) {
         EXPECT_NE(outcome.err.find(edit), std::string::npos) << outcome.err;
         EXPECT_FALSE(std::filesystem::exists(Path("saved"))) << edit;
     }
+}
+
+TEST_F(RunEdit, NoRefusalIsSilentAndWhatIsSoAlreadyIsNone) {
+    const std::vector<std::string> refused[] = {
+        {"BoskVeld.r.x=1e200 AU"},
+        {"BoskVeld.v.y=nan"},
+        {"group=G: BoskVeld", "BoskVeld.mass=0 kg", "G.r.x=1 AU"},
+        {"group=G: BoskVeld", "G.mass=5 Me"},
+        {"group=G: BoskVeld", "G.radius=1e300 AU"},
+    };
+    for (const std::vector<std::string>& edits : refused) {
+        const Outcome outcome = Saved(edits);
+        EXPECT_EQ(outcome.status, 1) << edits.back();
+        EXPECT_NE(outcome.err.find(edits.back()), std::string::npos) << outcome.err;
+        EXPECT_FALSE(std::filesystem::exists(Path("saved"))) << edits.back();
+    }
+    const Outcome outcome = Saved({"BoskVeld.r.x=2 AU", "BoskVeld.r.x=2 AU", "BoskVeld.mass=-1 Me",
+                                   "group=G: BoskVeld", "G.mass=1 Me", "G.r.x=2 AU"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+}
+
+TEST_F(RunEdit, TheSelectionStaysWhereItIs) {
+    ASSERT_EQ(Saved({"Arrakis.relative-to=BoskVeld"}).status, 0);
+    int64 selected = 0;
+    EXPECT_EQ(GetRecord(Path("saved")).FindInt64("Cur Sys", &selected), B_OK);
+    EXPECT_EQ(selected, 1) << "BoskVeld, as in the template";
+    EXPECT_NE(GetRecord(Path("saved")).ToText().find("int64 \"Rel to\" = 1"), std::string::npos);
 }
 
 TEST_F(RunEdit, EditsOfARecordGoIntoACopyThatIsListedAndSaved) {

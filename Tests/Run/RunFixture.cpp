@@ -19,8 +19,7 @@ std::string RunFixture::PutDocument(const std::string& name, const Epoch& epoch)
 }
 
 std::string RunFixture::PutRecord(const std::string& name, const BMessage& record) const {
-    EXPECT_FALSE(SimulationFile::Write(Path(name), record).Failed());
-    return Path(name);
+    return Put(name, FileOf(record));
 }
 
 BMessage RunFixture::GetRecord(const std::string& path) {

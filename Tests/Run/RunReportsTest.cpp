@@ -82,6 +82,44 @@ TEST_F(RunReports, ForStopsAtTheFirstReportAtOrPastTheTime) {
     EXPECT_EQ(Rows({"--for", "5 dy", "-n3"}).back().report, 3);
 }
 
+TEST_F(RunReports, AnOlderFileStaysUntilThereIsSomethingToWrite) {
+    const std::string old(100'000, 'x');
+    const std::string csv = Put("csv", old);
+    EXPECT_EQ(RunProgram({"-n", "0", "--csv", csv, document_}).status, 0);
+    EXPECT_EQ(Get(csv), old);
+    EXPECT_EQ(RunProgram({"-n", "2", "--csv", csv, document_}).status, 0);
+    EXPECT_EQ(ParseCsv(Get(csv)).size(), 12u);
+}
+
+TEST_F(RunReports, NamesCanNeitherBreakALineNorSteerATerminal) {
+    const std::string evil = "evil\n\x1b[2J\x7f\xC2\x9b";
+    const std::unique_ptr<Epoch> epoch = TestSystem();
+    epoch->SetName(evil);
+    epoch->SystemFromID(1)->SetName(evil);
+    const std::string document = PutDocument(evil, *epoch);
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"-n", "2", "--csv", "-"},
+          {"-n", "2", "--json"},
+          {"--epochs"},
+          {"--dump"},
+          {"-n", "2"},
+          {"--edit", evil + "=1"},
+          {"--csv", document},
+          {"--" + evil}}) {
+        std::vector<std::string> arguments = options;
+        arguments.push_back(document);
+        const Outcome outcome = RunProgram(arguments);
+        const std::string text = outcome.out + outcome.err;
+        EXPECT_NE(text.find("[2J"), std::string::npos) << text;
+        EXPECT_EQ(text.find_first_of("\x1b\x7f"), std::string::npos) << text;
+        EXPECT_EQ(text.find("\xC2\x9b"), std::string::npos) << text;
+        EXPECT_EQ(text.find("evil\n"), std::string::npos) << text;
+    }
+    epoch->SystemFromID(1)->SetVelocity({std::nan(""), 0, 0});
+    const Outcome outcome = RunProgram({PutDocument("bad", *epoch)});
+    EXPECT_NE(outcome.err.find("\\n\\x1b[2J\\x7f\\x9b"), std::string::npos) << outcome.err;
+}
+
 TEST_F(RunReports, SummaryTellsTheRun) {
     const Outcome outcome = RunProgram({"--steps", "300", "--json", document_});
     ASSERT_EQ(outcome.status, 0);

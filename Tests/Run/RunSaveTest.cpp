@@ -1,10 +1,13 @@
 // Documents that a run writes, and how runs are stopped.
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <fstream>
+#include <thread>
 #include <utility>
 
 #include "ProgramRun.h"
@@ -105,6 +108,14 @@ TEST_F(RunSave, WhatCannotBeWrittenIsNamedAndEndsTheRun) {
     }
 }
 
+TEST_F(RunSave, WhatAnEndedProgramLeftIsRemovedAndTold) {
+    const std::string left = Put(".orvek-0123abcd.tmp", "half a document");
+    const Outcome outcome = RunProgram({"-n", "5", "-o", Path("saved"), document_});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.err.find("saving: 1\n"), std::string::npos) << outcome.err;
+    EXPECT_NE(access(left.c_str(), F_OK), 0);
+}
+
 TEST_F(RunSave, AReaderThatGoesAwayEndsTheRun) {
     ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
     const auto read = [this](pid_t) {
@@ -144,5 +155,53 @@ TEST_P(RunInterrupted, WritesWhatWasAskedForAndSaysSo) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, RunInterrupted, testing::Values(SIGINT, SIGTERM));
+
+std::unique_ptr<Epoch> Dust(int64 grains) {
+    auto epoch = TestSystem();
+    for (int64 i = 0; i < grains; i++)
+        epoch->RootSystem()->AddChild(
+            MakeBody("Grain", 100 + i, 0, {1e12 + 1e8 * static_cast<double>(i), 1e9, 0}, {})
+                .release());
+    return epoch;
+}
+
+// What a body more costs, so that the program's own size does not count.
+TEST_F(RunSave, MemoryStaysInProportionToTheDocument) {
+    const auto measure = [this](const std::string& name, int64 grains, off_t* size) {
+        const std::string path = PutDocument(name, *Dust(grains));
+        struct stat info {};
+        EXPECT_EQ(stat(path.c_str(), &info), 0);
+        *size = info.st_size;
+        const Outcome outcome = RunProgram({"-q", "-n", "1", "-o", Path(name + " out"), path});
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return int64{outcome.peakMemory} * 1024;
+    };
+    off_t small = 0;
+    off_t large = 0;
+    const int64 less = measure("small", 10'000, &small);
+    const int64 more = measure("large", 60'000, &large);
+    EXPECT_LT(more - less, 8 * (large - small));
+}
+
+TEST_F(RunSave, ASignalWhileADocumentIsReadEndsTheProgramAtOnce) {
+    using Clock = std::chrono::steady_clock;
+    const std::string path = PutDocument("large", *Dust(150'000));
+    const auto start = Clock::now();
+    ASSERT_EQ(RunProgram({"-q", "-n", "0", path}).status, 0);
+    const auto whole = Clock::now() - start;
+
+    Clock::duration answered{};
+    const Outcome outcome =
+        RunProgram({"-q", "-n", "100000000", path}, {.meanwhile = [&](pid_t program) {
+                       std::this_thread::sleep_for(whole / 3);
+                       const auto sent = Clock::now();
+                       kill(program, SIGTERM);
+                       siginfo_t info{};
+                       waitid(P_PID, static_cast<id_t>(program), &info, WEXITED | WNOWAIT);
+                       answered = Clock::now() - sent;
+                   }});
+    EXPECT_EQ(outcome.status, 143);
+    EXPECT_LT(answered, whole / 3);
+}
 
 }  // namespace

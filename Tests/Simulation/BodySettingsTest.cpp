@@ -45,32 +45,71 @@ TEST_F(BodySettings, AUnitIsAnEditAndWhatIsHalfTypedBelongsToTheFormerOne) {
     EXPECT_EQ(hand.Text("Radius:"), "7000000");
 }
 
-TEST_F(BodySettings, WhatCannotBeTakenGivesWayAndSaysWhy) {
+TEST_F(BodySettings, WhatCannotBeTakenStaysUntilEscapeAndSaysWhy) {
     struct Case {
         const char* line;
         const char* typed;
         const char* shown;
         const char* why;
+        const char* units;
     };
     constexpr Case kCases[] = {
-        {"Mass:", "heavy", "1", "Not a number"},
-        {"Mass:", "2 km", "1", "Not a unit"},
-        {"Position X:", "1e400", "2", "Not a number"},
-        {"Velocity Vz:", "1,5", "-4", "Not a number"},
-        {"Name:", "  ", "BoskVeld", "A name is needed"},
+        {"Mass:", "heavy", "1", "Not a number", "Units: kg, g, Me, Mj, Ms"},
+        {"Mass:", "2 km", "1", "Not a unit", "Units: kg, g, Me, Mj, Ms"},
+        {"Radius:", "2 lights", "1", "Not a unit", "Units: m, cm, km, AU, Re, mi, ly, pc"},
+        {"Position X:", "1e400", "2", "Not a number", "Units: m, "},
+        {"Velocity Vz:", "1,234.5", "-4", "Not a number", "Units: m/s, "},
+        {"Name:", "  ", "BoskVeld", "A name is needed", ""},
     };
     for (const Case& wrong : kCases) {
         SCOPED_TRACE(wrong.typed);
         Enter(wrong.line, wrong.typed);
-        EXPECT_EQ(hand.Text(wrong.line), wrong.shown);
+        EXPECT_EQ(hand.Text(wrong.line), wrong.typed);
         EXPECT_TRUE(hand.IsRefused(wrong.line));
         EXPECT_TRUE(hand.Hint().starts_with(wrong.why)) << hand.Hint();
-        hand.Type(wrong.line, "3");
-        EXPECT_FALSE(hand.IsRefused(wrong.line));
+        EXPECT_NE(hand.Hint().find(wrong.units), std::string::npos) << hand.Hint();
+        // Not even Go, a save or another edit takes it away.
+        portal->CommitChanges();
+        Change([](AbEpoch& epoch) { epoch.SetTime(epoch.Time() + 1); }, -1);
+        EXPECT_EQ(hand.Text(wrong.line), wrong.typed);
         hand.Escape(wrong.line);
         EXPECT_EQ(hand.Text(wrong.line), wrong.shown);
+        EXPECT_FALSE(hand.IsRefused(wrong.line));
     }
     EXPECT_EQ(CountEdits(), 0);
+    // It was meant for one body only.
+    Enter("Mass:", "heavy");
+    Choose("Edit:", "Arrakis");
+    EXPECT_EQ(hand.Text("Mass:"), "1");
+    EXPECT_FALSE(hand.IsRefused("Mass:"));
+    // A number can be fine alone and too far from where it is counted from.
+    Change(
+        [](AbEpoch& epoch) {
+            epoch.SystemFromID(1)->SetPosition({1e308, 0, 0});
+        },
+        kPositionChanged);
+    Choose("Relative to:", "BoskVeld");
+    Enter("Position X:", "1.7e308 m");
+    EXPECT_TRUE(hand.IsRefused("Position X:"));
+    EXPECT_TRUE(hand.Hint().starts_with("Out of range")) << hand.Hint();
+}
+
+TEST_F(BodySettings, NumbersAreTypedInAnyLanguageAndShownWithSevenDigits) {
+    Enter("Radius:", "6 378,137 km");
+    EXPECT_EQ(Of(1, &MassSystem::Radius), 6378137.0);
+    Enter("Velocity Vx:", "36 km/h");
+    EXPECT_DOUBLE_EQ(Of(1, &MassSystem::Velocity).x, 10.0);
+    EXPECT_EQ(hand.Chosen("Velocity unit"), "kph");
+    // A unit that no menu has leaves the one that is shown.
+    Enter("Position X:", "1 ly");
+    EXPECT_EQ(Of(1, &MassSystem::Position).x, 9460730472580800.0);
+    EXPECT_EQ(hand.Chosen("Position unit"), "AU");
+    EXPECT_GT(hand.Text("Position X:").size(), std::string("63241.07710").size()) << "all digits";
+    const int edits = CountEdits();
+    Enter("Position Y:", "1");
+    EXPECT_EQ(hand.Text("Position X:"), "63241.08");
+    EXPECT_EQ(Of(1, &MassSystem::Position).x, 9460730472580800.0);
+    EXPECT_EQ(CountEdits(), edits + 1) << "a value that is shown briefly is not edited";
 }
 
 TEST_F(BodySettings, AnyThreadCommitsWhileTheWindowIsLocked) {

@@ -11,6 +11,13 @@
 
 namespace {
 
+// Columns.
+constexpr std::size_t kRun = 1;
+constexpr std::size_t kTime = 2;
+constexpr std::size_t kLength = 3;
+constexpr std::size_t kBodies = 4;
+constexpr std::size_t kState = 5;
+
 Epoch* AddBelow(AbEpoch* parent, const char* name) {
     auto* const epoch = new Epoch;
     if (name != nullptr) epoch->SetName(name);
@@ -84,18 +91,27 @@ TEST(EpochList, StatesTellWhatWasDone) {
     Epoch* const edited = AddBelow(run, nullptr);
     edited->SetTime(run->Time());
     Epoch* const foreign = AddBelow(edited, nullptr);
+    foreign->SetTime(3 * run->Time());
+    foreign->SetTimeUval(86400.0);
     foreign->SetCircumstance(3);
 
     EpochList list = MakeList();
     list.Read(&root, edited);
     const std::vector<ColumnListRow> rows = list.Rows();
-    EXPECT_EQ(rows[0].cells[3].text, "Logged");
-    EXPECT_EQ(rows[1].cells[1].text, "365.24219 dy");
-    EXPECT_EQ(rows[1].cells[3].text, "Paused");
-    EXPECT_EQ(rows[2].cells[3].text, "Edited, current");
-    EXPECT_EQ(rows[3].cells[3].text, "Go");
+    const auto told = [](const ColumnListRow& row) {
+        std::string text;
+        for (const std::size_t cell : {kRun, kTime, kLength, kState})
+            text += row.cells[cell].text + '|';
+        return text;
+    };
+    EXPECT_EQ(told(rows[0]), "|0 yr||Logged|");
+    EXPECT_EQ(told(rows[1]), "1|365.24219 dy|365.24219 dy|Paused|");
+    EXPECT_EQ(told(rows[2]), "|1 yr||Edited, current|");
+    EXPECT_EQ(told(rows[3]), "2|1095.7266 dy|730.48438 dy|Go|");
     list.SetRunning(true);
-    EXPECT_EQ(list.FocusRow().cells[3].text, "Go, current");
+    edited->SetTime(1.5 * run->Time());
+    EXPECT_TRUE(list.ReadFocus(edited));
+    EXPECT_EQ(told(list.FocusRow()), "2|1.5 yr|0.5 yr|Go, current|");
     EXPECT_FALSE(list.ReadFocus(run));
 }
 
@@ -131,7 +147,9 @@ protected:
         window_->Unlock();
         return key;
     }
-    std::string Column(int column) { return ListHand::Column(List(), column); }
+    std::string Column(std::size_t column) {
+        return ListHand::Column(List(), static_cast<int>(column));
+    }
 
     TestDocument document_;
     SimulationController controller_{&document_.document, &document_.control, &TestResources()};
@@ -174,23 +192,25 @@ TEST_F(EpochWindowTest, AsksTheOwnerToRestoreAndToDelete) {
 TEST_F(EpochWindowTest, FollowsARunAndReadsWhenItIsShownAgain) {
     document_.Run(10);
     Settle(window_);
-    EXPECT_EQ(Column(3), "Logged|Paused, current*");
+    EXPECT_EQ(Column(kState), "Logged|Paused, current*");
+    EXPECT_EQ(Column(kRun), "1*");
     document_.Go();
     window_->SetRunning(true);
     Settle(window_);
-    EXPECT_EQ(Column(3), "Logged|Paused|Go, current*");
-    EXPECT_EQ(Column(2), "4|4|4*");
+    EXPECT_EQ(Column(kState), "Logged|Paused|Go, current*");
+    EXPECT_EQ(Column(kRun), "1|2*");
+    EXPECT_EQ(Column(kBodies), "4|4|4*");
     ASSERT_EQ(window_->PostMessage(B_QUIT_REQUESTED), B_OK);
     Settle(window_);
     EXPECT_TRUE(window_->IsHidden());
     document_.Pause();
     window_->SetRunning(false);
     Settle(window_);
-    EXPECT_EQ(Column(3), "Logged|Paused|Go, current*") << "nobody sees it";
+    EXPECT_EQ(Column(kState), "Logged|Paused|Go, current*") << "nobody sees it";
     window_->Show();
     Settle(window_);
     // Paused, or as it was when nothing was computed in so short a time.
-    EXPECT_EQ(Column(3).find("Go"), std::string::npos);
+    EXPECT_EQ(Column(kState).find("Go"), std::string::npos);
 }
 
 }  // namespace

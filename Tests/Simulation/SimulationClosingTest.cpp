@@ -125,7 +125,9 @@ TEST_F(SimulationClosingTest, ADamagedDocumentClosesItself) {
     damaged.RemoveName("Epochs");
     damaged.AddMessage("Epochs", &epoch);
     Simulation* const window = BeginToBuild(damaged);
-    host.application->WaitFor(kDeleteMe);
+    std::string reason;
+    EXPECT_EQ(host.application->WaitFor(kDeleteMe).FindString(kReasonField, &reason), B_OK);
+    EXPECT_FALSE(reason.empty());
     ASSERT_TRUE(window->Lock());
     window->Quit();
 }

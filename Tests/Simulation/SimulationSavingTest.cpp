@@ -6,13 +6,17 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "AppDefs.h"
+#include "BMessenger.h"
 #include "BScreen.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
 #include "SampleDocument.h"
+#include "SimulationDocument.h"
 #include "SimulationFile.h"
+#include "SimulationMenus.h"
 #include "TestSimulation.h"
 #include "UserHand.h"
 
@@ -62,6 +66,48 @@ TEST_F(SimulationSavingTest, ASavedSimulationHasTheNameTheFileAndNoMark) {
     TestSimulation again(&host, Read(host.Path("Trojans")), "Trojans");
     EXPECT_EQ(again.CountBodies(), 4u);
     EXPECT_FALSE(again->IsNewlyCreated());
+}
+
+// A document must not fill the screen and the memory by itself.
+TEST_F(SimulationSavingTest, OnlySoManyDisplaysOpenByThemselves) {
+    BMessage record = PlanetRecord();
+    for (int i = 0; i < 40; i++) {
+        BMessage display(FourCC("ARCV"));
+        display.AddRect("Disp frame", {10.0f + static_cast<float>(i), 20.0f, 300.0f, 300.0f});
+        display.AddString("Note", "display " + std::to_string(i));
+        record.AddMessage("Displays", &display);
+        record.AddInt32("Disp type", ProjectionDisplay::kType);
+    }
+    TestSimulation simulation(&host, record, "Many");
+    EXPECT_EQ(simulation.CountDisplays(), 32u);
+    EXPECT_NE(simulation.Message().find("8 more displays"), std::string::npos)
+        << simulation.Message();
+
+    const BMessage saved = simulation.SavedAs("Many");
+    int32 count = 0;
+    ASSERT_EQ(saved.GetInfo("Displays", nullptr, &count), B_OK);
+    ASSERT_EQ(count, 40);
+    for (int32 i = 32; i < 40; i++) {
+        BMessage before, after;
+        ASSERT_EQ(record.FindMessage("Displays", i, &before), B_OK);
+        ASSERT_EQ(saved.FindMessage("Displays", i, &after), B_OK);
+        EXPECT_EQ(before, after) << "as it was read";
+    }
+    simulation.Send(SimulationMenus::kOpenDisplays);
+    simulation.Settle();
+    EXPECT_EQ(simulation.CountDisplays(), 40u);
+    EXPECT_EQ(simulation.Message(), "");
+}
+
+TEST_F(SimulationSavingTest, WhatADocumentHasLostIsSaidInItsWindow) {
+    auto lost = MakePlanetEpoch("Lost");
+    lost->SetTime(std::numeric_limits<double>::quiet_NaN());
+    const BMessage record = RecordOf({MakePlanetEpoch("Good").get(), lost.get()});
+    TestSimulation simulation(&host, record, "Half");
+    EXPECT_NE(simulation.Message().find("epoch 1, \"Lost\", is left empty"), std::string::npos)
+        << simulation.Message();
+    EXPECT_EQ(simulation.CountBodies(), 4u);
+    EXPECT_FALSE(simulation.IsMarkedModified());
 }
 
 // Read and saved again, a document is the same: epochs, displays, places of windows.
@@ -302,6 +348,36 @@ TEST_F(SimulationSavingTest, ACopyThatIsNeededGoesWhenTheUserSaysSo) {
 }
 
 // --- Opening over an untouched window ---
+
+// Whatever it has built by then, it is the file's in the end.
+TEST_F(SimulationSavingTest, AWindowThatIsStillBeingBuiltTakesAFileWhenItIsComplete) {
+    entry_ref folder;
+    ASSERT_EQ(get_ref_for_path(host.folder.Path().c_str(), &folder), B_OK);
+    for (const uint32 step : {kBuildMenuBar, kBuildGlobalControls, kArrangeWindow, kShowWindow}) {
+        auto* const window = new Simulation({40, 40, 240, 240}, &host);
+        window->Init(std::make_unique<BMessage>(TestResources().NewSimulation()), folder, nullptr,
+                     true);
+        host.application->WaitFor(step);
+        // The next step comes by way of the application.
+        ASSERT_TRUE(host.application->Lock());
+        const BMessenger target(static_cast<BHandler*>(window));
+        const BMessage ping(FourCC("ping"));
+        BMessage reply;
+        EXPECT_EQ(target.SendMessage(&ping, &reply), B_OK);
+        window->ReLoad(std::make_unique<BMessage>(PlanetRecord()), folder, "planets");
+        host.application->Unlock();
+        host.application->WaitFor(kSimulationShown);
+        const BMessage save(kSave);
+        EXPECT_EQ(target.SendMessage(&save, &reply), B_OK);
+        EXPECT_EQ(window->Title(), "planets");
+        BMessage saved;
+        EXPECT_FALSE(SimulationFile::Read(host.Path("planets"), &saved).Failed());
+        SimulationDocument document(nullptr);
+        EXPECT_FALSE(document.Load(saved).Failed());
+        EXPECT_EQ(document.Portal()->BodiesInMassOrder().size(), 4u);
+        if (window->Lock()) window->Quit();
+    }
+}
 
 TEST_F(SimulationSavingTest, AnUntouchedWindowTakesOneFileAfterTheOther) {
     TestSimulation simulation(&host);

@@ -3,18 +3,22 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <set>
 
 #include "AppDefs.h"
+#include "BApplication.h"
 #include "BMenuBar.h"
 #include "BStringView.h"
 #include "CollisionMailbox.h"
 #include "Epoch.h"
 #include "EpochPortal.h"
+#include "MessageWindow.h"
 #include "ProgramMessages.h"
 #include "ProjectionDisplay.h"
 #include "SampleDocument.h"
+#include "SimulationDocument.h"
 #include "SimulationMenus.h"
 #include "TestSimulation.h"
 #include "UserHand.h"
@@ -56,6 +60,28 @@ TEST_F(SimulationTest, BuildsItselfThroughTheApplicationAndShowsADisplay) {
     for (const uint32 step : {kBuildMenuBar, kBuildGlobalControls, kShowWindow, FourCC("bld9")})
         simulation.Send(step);
     EXPECT_EQ(simulation.CountDisplays(), 1u);
+}
+
+// Keeps the window's thread at the end of reading until the box that says so is seen.
+struct SlowHost : TestHost {
+    void NoteDocument(const char* path) override {
+        const bigtime_t end = system_time() + 10'000'000;
+        while (!wasSeen && system_time() < end) {
+            snooze(5000);
+            for (int32 i = 0; i < BApplication::CountWindows(); i++)
+                if (const auto* const box = dynamic_cast<MessageWindow*>(BApplication::WindowAt(i));
+                    box != nullptr && box->ID() == MessageWindow::kBuilding && !box->IsHidden())
+                    wasSeen = true;
+        }
+        TestHost::NoteDocument(path);
+    }
+    std::atomic<bool> wasSeen{false};
+};
+
+TEST(SimulationBuilding, ABoxIsSeenWhileADocumentTakesLongToBeRead) {
+    SlowHost host;
+    TestSimulation simulation(&host, PlanetRecord(), "slow");
+    EXPECT_TRUE(host.wasSeen);
 }
 
 TEST_F(SimulationTest, EveryShortcutDoesOneThing) {
@@ -186,6 +212,50 @@ TEST_F(SimulationTest, BodiesMergeInTheMiddleOfARun) {
     const std::string figures = static_cast<BStringView*>(simulation->FindView("Figures"))->Text();
     simulation->Unlock();
     EXPECT_EQ(figures.substr(0, 8), "2 bodies");
+    // The merger goes with its run; what was done with the document stays.
+    simulation.Send(kUndo);
+    EXPECT_EQ(simulation.CountBodies(), 3u);
+    EXPECT_EQ(simulation.Message(), "");
+    simulation.SavedAs("apart");
+    const std::string saved = simulation.Message();
+    EXPECT_FALSE(saved.empty());
+    simulation.Send(kLogEpoch);
+    EXPECT_EQ(simulation.Message(), saved);
+}
+
+// What it leaves can be saved, opened and run again.
+TEST_F(SimulationTest, ARunThatCannotGoOnIsPausedWithWords) {
+    const auto endOf = [this](const BMessage& record, const char* saved) {
+        TestSimulation simulation(&host, record);
+        simulation.Send(kTogglePause);
+        while (simulation.Message().empty())
+            snooze(2000);
+        EXPECT_EQ(simulation.GoLabel(), "Go");
+        const std::string words = simulation.Message();
+        SimulationDocument document(nullptr);
+        EXPECT_FALSE(document.Load(simulation.SavedAs(saved)).Failed());
+        EXPECT_EQ(document.Root()->ChildAt(0)->CountChildren(), 1);
+        EXPECT_EQ(simulation.CountBodies(), document.Portal()->BodiesInMassOrder().size());
+        return words;
+    };
+    Epoch falling;
+    falling.RootSystem()->AddChild(MakeBody("Sun", 0, 1e20, {}, {}).release());
+    falling.RootSystem()->AddChild(MakeBody("Probe", 1, 0.0, {1e11, 0, 0}, {}).release());
+    std::string words = endOf(RecordOf({&falling}), "fallen");
+    EXPECT_NE(words.find("Time stands still: \"Sun\" and \"Probe\" are "), std::string::npos)
+        << words;
+
+    // Nor does one where there is nothing to do.
+    Epoch lonely;
+    lonely.RootSystem()->AddChild(MakeBody("Sun", 0, 1e20, {}, {1, 0, 0}).release());
+    words = endOf(RecordOf({&lonely}), "lonely");
+    EXPECT_NE(words.find("Nothing interacts any more"), std::string::npos) << words;
+
+    // Bodies that are too large to become one.
+    for (const int64 id : {0, 1})
+        falling.SystemFromID(id)->SetRadius(1e120);
+    words = endOf(RecordOf({&falling}), "touching");
+    EXPECT_NE(words.find("cannot be merged"), std::string::npos) << words;
 }
 
 // A report of a collision that comes when the user has paused, and saved, still counts.
@@ -283,6 +353,32 @@ TEST(RunMonitorTest, TellsRatesAndHowWellEnergyIsKept) {
     EXPECT_GT(figures.stepsPerSecond, 0.0);
     EXPECT_GT(figures.timePerSecond, 0.0);
     run.control.Pause();
+}
+
+TEST(RunMonitorTest, TheFirstFigureIsNotOfTheFirstBatch) {
+    MonitoredRun run;
+    StepRunner(&run.document).Run(&run.control, 10);  // the calculator knows the bodies
+    EpochPortal* const portal = run.document.Portal();
+    std::vector<double> places;
+    std::vector<double> speeds;
+    for (const Body* body : portal->BodiesInMassOrder())
+        for (const auto& [vector, list] :
+             {std::pair(body->Position(), &places), std::pair(body->Velocity(), &speeds)})
+            list->insert(list->end(), {vector.x, vector.y, vector.z});
+    double time = portal->FocusEpoch()->Time();
+    run.monitor.Begin();
+    ReportConsumer* const consumer = run.monitor.Consumer();
+    consumer->PrepareForGo(1);
+    consumer->ReadData(1, &time, places.data(), speeds.data());
+    int64 now = system_time() + 1'500'000;
+    EXPECT_FALSE(run.monitor.Measure(now).energyError.has_value());
+    // A second and a half later the bodies are faster.
+    for (double& speed : speeds)
+        speed *= 2.0;
+    consumer->ReadData(1, &time, places.data(), speeds.data());
+    const std::optional<double> error = run.monitor.Measure(now += 400'000).energyError;
+    ASSERT_TRUE(error.has_value());
+    EXPECT_GT(std::fabs(*error), 1.0);
 }
 
 }  // namespace

@@ -82,9 +82,10 @@ TEST_F(TrailDisc, NumbersAndSwitchesAreEdits) {
     for (const char* text : {"256", "-1", "1.5", "lime"}) {
         user.Enter(kGreen, text);
         Settle();
-        EXPECT_EQ(user.Text(kGreen), "7");
         EXPECT_TRUE(user.IsRefused(kGreen));
     }
+    user.Escape(kGreen);
+    EXPECT_EQ(user.Text(kGreen), "7");
     user.Click("Leave Trail");
     Settle();
     EXPECT_FALSE(Of(1, &MassSystem::TrailOn));

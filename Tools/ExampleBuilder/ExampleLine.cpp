@@ -87,9 +87,9 @@ bool ExampleLine::ReadUnit(Quantity quantity, double* factor) {
         *factor = 1.0;
         return true;
     }
-    const UnitInfo* const unit = Units(quantity).Find(word);
-    if (unit == nullptr) return Fail("no such unit here: \"" + word + '"');
-    *factor = unit->factor;
+    const std::optional<double> unit = Units(quantity).FactorOf(word);
+    if (!unit) return Fail("no such unit here: \"" + word + '"');
+    *factor = *unit;
     return true;
 }
 

@@ -42,6 +42,8 @@ struct ExampleParser::Statement {
 
 const ExampleParser::Statement ExampleParser::kStatements[] = {
     {"epoch", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.epochName); }},
+    {"title", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.title); }},
+    {"see", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.see.emplace_back()); }},
     {"time", kAnywhere, [](auto& p) { return p.ReadTime(); }},
     {"cutoff", kAnywhere, [](auto& p) { return p.ReadCutoff(); }},
     {"order", kAnywhere, [](auto& p) { return p.line_.ReadCount(2, 4, &p.text_.order); }},

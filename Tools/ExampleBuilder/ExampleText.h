@@ -48,6 +48,8 @@ struct ExampleSystem {
 };
 
 struct ExampleText {
+    std::string title;             // may be empty
+    std::vector<std::string> see;  // what one should see, line by line
     std::string epochName;
     double time = 0.0;
     double timeUnit = 0.0;

@@ -88,6 +88,8 @@ bool RdefNumberParser::ReadBinary(int level, int64* value) {
 }
 
 bool RdefNumberParser::ReadUnary(int64* value) {
+    const RdefTokens::Nesting nesting(&tokens_);
+    if (!nesting.IsPossible()) return false;
     const RdefToken& first = tokens_.Current();
     if (first.IsSymbol('-') || first.IsSymbol('~')) {
         const bool isMinus = first.IsSymbol('-');

@@ -2,6 +2,16 @@
 
 #include <utility>
 
+namespace {
+
+constexpr int kMaxDepth = 256;
+
+}  // namespace
+
+bool RdefTokens::Nesting::IsPossible() const {
+    return tokens_.depth_ <= kMaxDepth || tokens_.Fail("values are nested too deeply");
+}
+
 bool RdefTokens::Open(const std::string& path) {
     if (lexer_.Open(path)) return Read(&current_) && Read(&following_);
     error_ = lexer_.Error();

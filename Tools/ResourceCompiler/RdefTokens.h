@@ -9,6 +9,21 @@ class RdefTokens {
 public:
     using Kind = RdefToken::Kind;
 
+    // A value within a value, for as long as it lives: parsers call themselves for each level.
+    class Nesting {
+    public:
+        explicit Nesting(RdefTokens* tokens) : tokens_(*tokens) { tokens_.depth_++; }
+        ~Nesting() { tokens_.depth_--; }
+        Nesting(const Nesting&) = delete;
+        Nesting& operator=(const Nesting&) = delete;
+
+        // False after the fault of too many levels.
+        [[nodiscard]] bool IsPossible() const;
+
+    private:
+        RdefTokens& tokens_;
+    };
+
     // Every function that returns bool: false after a fault, which Error() tells.
     [[nodiscard]] bool Open(const std::string& path);
     [[nodiscard]] const RdefToken& Current() const { return current_; }
@@ -32,4 +47,5 @@ private:
     RdefToken current_;
     RdefToken following_;
     std::string error_;
+    int depth_ = 0;
 };

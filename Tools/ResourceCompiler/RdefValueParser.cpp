@@ -53,6 +53,8 @@ bool RdefValueParser::IsCast() const {
 
 bool RdefValueParser::ReadUntyped(RdefValue* value) {
     *value = RdefValue();
+    const RdefTokens::Nesting nesting(&tokens_);
+    if (!nesting.IsPossible()) return false;
     if (IsCast()) return ReadCast(value);
     std::string joined;
     switch (tokens_.Current().kind) {

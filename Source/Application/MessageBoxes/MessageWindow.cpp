@@ -84,6 +84,10 @@ void MessageWindow::DoMessage(const error_option& option) {
 void MessageWindow::MessageReceived(BMessage* message) {
     for (std::size_t i = 0; i < options_.size(); i++)
         if (message->what == kPressed[i] && options_[i]) return DoMessage(*options_[i]);
+    if (message->what == kShowSelf) {
+        if (!isDone_ && IsHidden()) Show();
+        return;
+    }
     BWindow::MessageReceived(message);
 }
 

@@ -31,6 +31,10 @@ public:
     static constexpr int32 kBuilding = 3;
     static constexpr int32 kRecovery = 4;
     static constexpr int32 kNotFound = 5;
+    static constexpr int32 kNoGuide = 6;
+
+    // To a box that was made and not yet shown, whose owner may be busy: show yourself.
+    static constexpr uint32 kShowSelf = FourCC("shwb");
 
     // `owner` is told "klms" with pointer "Doomed Msg Window" when the box has closed. Without an
     // owner's name the title is the general one. `isCentered`: in the middle of the screen instead

@@ -264,12 +264,21 @@ int32 BMessage::CountNames(type_code type) const {
 // --- The stored form, text, equality ---
 
 std::size_t BMessage::FlattenedSize() const {
-    return MessageWriter(*this).Size();
+    return MessageWriter(*this, ByteOrder::kNative).Size();
 }
 
 status_t BMessage::Flatten(std::vector<std::byte>* out, ByteOrder order) const {
     if (out == nullptr) return B_BAD_VALUE;
-    return MessageWriter(*this).Write(order, out);
+    out->clear();
+    const MessageWriter writer(*this, order);
+    out->reserve(writer.Size());
+    return writer.Write([out](std::span<const std::byte> piece) {
+        out->insert(out->end(), piece.begin(), piece.end());
+    });
+}
+
+status_t BMessage::Flatten(const Sink& sink) const {
+    return MessageWriter(*this, ByteOrder::kNative).Write(sink);
 }
 
 status_t BMessage::Unflatten(const void* data, std::size_t size, std::size_t* used,

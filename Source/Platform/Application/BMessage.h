@@ -4,7 +4,9 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -136,6 +138,9 @@ public:
     [[nodiscard]] std::size_t FlattenedSize() const;
     enum class ByteOrder { kNative, kLittleEndian, kBigEndian };
     status_t Flatten(std::vector<std::byte>* out, ByteOrder order = ByteOrder::kNative) const;
+    // The same piece by piece, without memory for all of it.
+    using Sink = std::function<void(std::span<const std::byte>)>;
+    status_t Flatten(const Sink& sink) const;
 
     // Reads any of the accepted forms. On failure the record ends up empty, with what 0. Bytes
     // after the record are not an error; `used`, if given, receives the record's length.

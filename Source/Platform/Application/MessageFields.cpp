@@ -94,7 +94,8 @@ MessageFields::Field& MessageFields::NewField(std::string_view name, type_code t
 status_t MessageFields::Append(Field& field, const void* items, std::size_t itemSize, int32 count) {
     if (field.isFixed && field.count > 0 && field.ItemSize() != itemSize) return B_BAD_VALUE;
     const std::size_t size = itemSize * static_cast<std::size_t>(count);
-    if (!HasRoom(size + field.dataSize)) return B_NO_MEMORY;
+    // Fixed-size items stay together, and may have to move.
+    if (!HasRoom(size + (field.isFixed ? field.dataSize : 0))) return B_NO_MEMORY;
     const auto* bytes = static_cast<const std::byte*>(items);
     if (IsInArena(items)) {
         const std::vector<std::byte> copy(bytes, bytes + size);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ByteOrder.h"
+#include "PrintableText.h"
 
 namespace {
 
@@ -42,23 +43,12 @@ void PutCode(std::string& text, uint32 code) {
 }
 
 void PutQuoted(std::string& text, std::string_view value) {
-    text += '"';
+    std::string quoted;
     for (const char c : value) {
-        if (c == '"' || c == '\\') {
-            text += '\\';
-            text += c;
-        } else if (c == '\n') {
-            text += "\\n";
-        } else if (c == '\t') {
-            text += "\\t";
-        } else if (static_cast<uint8>(c) < ' ' || c == '\x7f') {
-            text += "\\x";
-            PutHex(text, static_cast<std::byte>(c));
-        } else {
-            text += c;
-        }
+        if (c == '"' || c == '\\') quoted += '\\';
+        quoted += c;
     }
-    text += '"';
+    text += '"' + Printable(quoted) + '"';
 }
 
 void PutString(std::string& text, Bytes item) {

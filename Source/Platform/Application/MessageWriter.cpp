@@ -1,7 +1,7 @@
 #include "MessageWriter.h"
 
 #include <algorithm>
-#include <cstring>
+#include <span>
 #include <utility>
 
 #include "ByteOrder.h"
@@ -22,15 +22,18 @@ bool IsMini(const MessageFields::Field& field, uint64 dataSize) {
 
 }  // namespace
 
-// The bytes to be written, all 0 at first, and the place to go on writing.
+// Gathers small pieces before it hands them on.
 class MessageWriter::Output {
 public:
-    Output(std::byte* bytes, bool swapped) : bytes_(bytes), swapped_(swapped) {}
+    Output(const BMessage::Sink& sink, bool swapped) : sink_(sink), swapped_(swapped) {
+        buffer_.reserve(kBuffer);
+    }
 
     template <typename T>
     void Number(T value) {
-        StoreNumber(bytes_ + at_, value, swapped_);
-        at_ += sizeof(T);
+        std::byte bytes[sizeof(T)];
+        StoreNumber(bytes, value, swapped_);
+        Copy(bytes);
     }
     // A count or a size.
     void Size(uint64 value, bool mini) {
@@ -39,30 +42,44 @@ public:
         else
             Number(static_cast<uint32>(value));
     }
-    void Copy(const void* from, std::size_t size) {
-        if (size > 0) std::memcpy(bytes_ + at_, from, size);
-        at_ += size;
+    void Copy(Bytes bytes) {
+        if (buffer_.size() + bytes.size() > kBuffer) Flush();
+        if (bytes.size() > kBuffer)
+            sink_(bytes);
+        else
+            buffer_.insert(buffer_.end(), bytes.begin(), bytes.end());
     }
     // Items of `itemSize` bytes each.
     void Items(type_code type, Bytes items, std::size_t itemSize) {
-        std::byte* to = bytes_ + at_;
-        Copy(items.data(), items.size());
-        if (!swapped_ || !HasByteOrder(type)) return;
-        for (std::size_t at = 0; at < items.size(); at += itemSize)
-            SwapItem(type, to + at, itemSize);
+        if (!swapped_ || !HasByteOrder(type)) return Copy(items);
+        std::vector<std::byte> swapped(items.begin(), items.end());
+        for (std::size_t at = 0; at < swapped.size(); at += itemSize)
+            SwapItem(type, swapped.data() + at, itemSize);
+        Copy(swapped);
     }
-    void Skip(std::size_t size) { at_ += size; }
-    void MoveTo(std::size_t at) { at_ = at; }
-    [[nodiscard]] std::size_t At() const { return at_; }
-    [[nodiscard]] Bytes Written(std::size_t from) const { return {bytes_ + from, at_ - from}; }
+    // What fills up an item of this size.
+    void Padding(uint64 itemSize) {
+        constexpr std::byte kZeros[8] = {};
+        const auto size =
+            static_cast<std::size_t>(PaddedItemSize(itemSize) - itemSize - sizeof(uint32));
+        Copy(Bytes(kZeros).first(size));
+    }
+    void Flush() {
+        if (!buffer_.empty()) sink_(buffer_);
+        buffer_.clear();
+    }
 
 private:
-    std::byte* bytes_;
-    bool swapped_;
-    std::size_t at_ = 0;
+    static constexpr std::size_t kBuffer = 64 * 1024;
+
+    const BMessage::Sink& sink_;
+    const bool swapped_;
+    std::vector<std::byte> buffer_;
 };
 
-MessageWriter::MessageWriter(const BMessage& message) {
+MessageWriter::MessageWriter(const BMessage& message, BMessage::ByteOrder order)
+    : isSwapped_((order == BMessage::ByteOrder::kBigEndian && !kHostIsBigEndian) ||
+                 (order == BMessage::ByteOrder::kLittleEndian && kHostIsBigEndian)) {
     nodes_.emplace_back();
     nodes_.front().record = std::shared_ptr<const BMessage>(std::shared_ptr<void>(), &message);
     for (std::size_t i = 0; i < nodes_.size(); i++) {
@@ -83,21 +100,22 @@ std::size_t MessageWriter::Size() const {
     return status_ == B_OK ? static_cast<std::size_t>(nodes_.front().size) : 0;
 }
 
-status_t MessageWriter::Write(BMessage::ByteOrder order, std::vector<std::byte>* out) const {
-    out->clear();
+status_t MessageWriter::Write(const BMessage::Sink& sink) const {
     if (status_ != B_OK) return status_;
-    const bool swapped = (order == BMessage::ByteOrder::kBigEndian && !kHostIsBigEndian) ||
-                         (order == BMessage::ByteOrder::kLittleEndian && kHostIsBigEndian);
-    out->resize(Size());
-    Output output(out->data(), swapped);
-    std::vector<std::size_t> positions(nodes_.size());
-    for (std::size_t i = 0; i < nodes_.size(); i++) {
-        output.MoveTo(positions[i]);
-        if (nodes_[i].record)
-            WriteRecord(nodes_[i], positions, output);
-        else
-            output.Copy(nodes_[i].bytes.data(), nodes_[i].bytes.size());
+    Output output(sink, isSwapped_);
+    WriteHeader(nodes_.front(), output);
+    std::vector<Open> open{{0, nodes_.front().firstNested}};
+    while (!open.empty()) {
+        if (const std::size_t next = WriteSome(open.back(), output); next != 0) {
+            WriteHeader(nodes_[next], output);
+            open.push_back({next, nodes_[next].firstNested});
+            continue;
+        }
+        const uint64 size = nodes_[open.back().node].size;
+        open.pop_back();
+        if (!open.empty()) output.Padding(size);
     }
+    output.Flush();
     return B_OK;
 }
 
@@ -114,12 +132,27 @@ status_t MessageWriter::CollectNested(std::size_t index) {
             nested.nesting = nesting;
             // Read again and written in this record's form and byte order, whatever it had. What
             // cannot be read is none of the writer's business.
-            if (record->NestedRecord(field, i, nesting, &nested.record) != B_OK)
+            if (record->NestedRecord(field, i, nesting, &nested.record) != B_OK ||
+                IsReady(*record, field, i, *nested.record)) {
+                nested.record.reset();
                 nested.bytes = record->fields_.Item(field, i);
+            }
             nodes_.push_back(std::move(nested));
         }
     }
     return B_OK;
+}
+
+// Bytes of this program's own making need not be kept as a record: with a hundred thousand of them
+// that would take several times the memory of the file.
+bool MessageWriter::IsReady(const BMessage& record, const Field& field, int32 index,
+                            const BMessage& nested) const {
+    if (isSwapped_ || field.inSource || field.HoldsRecords() ||
+        nested.CountNames(B_MESSAGE_TYPE) > 0)
+        return false;
+    const Bytes item = record.fields_.Item(field, index);
+    return LoadNumber<uint32>(item.data(), false) == kMagic &&
+           LoadNumber<uint32>(item.data() + kSizeOffset, false) == item.size();
 }
 
 uint64 MessageWriter::RecordSize(const Node& node) const {
@@ -147,50 +180,58 @@ uint64 MessageWriter::DataSize(const Node& node, const Field& field, std::size_t
     return size;
 }
 
-void MessageWriter::WriteRecord(const Node& node, std::vector<std::size_t>& positions,
-                                Output& output) const {
-    const std::size_t start = output.At();
+void MessageWriter::WriteHeader(const Node& node, Output& output) const {
+    std::byte covered[kHeaderSize - kSizeOffset];
+    StoreNumber(covered, static_cast<uint32>(node.size), isSwapped_);
+    StoreNumber(covered + (kWhatOffset - kSizeOffset), node.record->what, isSwapped_);
+    StoreNumber(covered + (kFlagsOffset - kSizeOffset), kHeaderValid, isSwapped_);
     output.Number(kMagic);
-    output.Skip(sizeof(uint32));
-    output.Number(static_cast<uint32>(node.size));
-    output.Number(node.record->what);
-    output.Number(kHeaderValid);
-    const uint32 checksum = Checksum(output.Written(start + kSizeOffset));
-    output.MoveTo(start + kChecksumOffset);
-    output.Number(checksum);
-    output.MoveTo(start + kHeaderSize);
+    output.Number(Checksum(covered));
+    output.Copy(covered);
+}
 
+void MessageWriter::WriteFieldHeader(const Node& node, const Open& open, Output& output) const {
     const MessageFields& fields = node.record->fields_;
-    std::size_t nested = node.firstNested;
-    for (const Field& field : fields.All()) {
-        const uint64 dataSize = DataSize(node, field, nested);
-        const bool isMini = IsMini(field, dataSize);
-        const bool isSingle = field.count == 1;
-        output.Number(static_cast<uint8>(kFieldValid | (isMini ? kMiniData : 0) |
-                                         (IsFixed(field) ? kFixedSize : 0) |
-                                         (isSingle ? kSingleItem : 0)));
-        output.Number(field.type);
-        if (!isSingle) output.Size(static_cast<uint64>(field.count), isMini);
-        output.Size(dataSize, isMini);
-        output.Number(field.nameLength);
-        output.Copy(fields.Name(field).data(), field.nameLength);
+    const Field& field = fields.All()[open.field];
+    const uint64 dataSize = DataSize(node, field, open.nested);
+    const bool isMini = IsMini(field, dataSize);
+    const bool isSingle = field.count == 1;
+    output.Number(static_cast<uint8>(kFieldValid | (isMini ? kMiniData : 0) |
+                                     (IsFixed(field) ? kFixedSize : 0) |
+                                     (isSingle ? kSingleItem : 0)));
+    output.Number(field.type);
+    if (!isSingle) output.Size(static_cast<uint64>(field.count), isMini);
+    output.Size(dataSize, isMini);
+    output.Number(field.nameLength);
+    output.Copy(std::as_bytes(std::span(fields.Name(field))));
+}
 
+std::size_t MessageWriter::WriteSome(Open& open, Output& output) const {
+    const Node& node = nodes_[open.node];
+    const MessageFields& fields = node.record->fields_;
+    for (; open.field < fields.All().size(); open.field++, open.item = 0) {
+        const Field& field = fields.All()[open.field];
+        if (open.item == 0) WriteFieldHeader(node, open, output);
         if (IsFixed(field)) {
             output.Items(field.type, fields.FixedItems(field), field.ItemSize());
             continue;
         }
-        for (int32 i = 0; i < field.count; i++) {
-            const bool isRecord = field.type == B_MESSAGE_TYPE;
-            const Bytes item = isRecord ? Bytes() : fields.Item(field, i);
-            const std::size_t size =
-                isRecord ? static_cast<std::size_t>(nodes_[nested].size) : item.size();
-            const std::size_t end = output.At() + static_cast<std::size_t>(PaddedItemSize(size));
-            output.Number(static_cast<uint32>(size));
-            if (isRecord)
-                positions[nested++] = output.At();
-            else
-                output.Items(field.type, item, size);
-            output.MoveTo(end);
+        while (open.item < field.count) {
+            const int32 item = open.item++;
+            if (field.type == B_MESSAGE_TYPE) {
+                const std::size_t nested = open.nested++;
+                output.Number(static_cast<uint32>(nodes_[nested].size));
+                if (nodes_[nested].record) return nested;
+                output.Copy(nodes_[nested].bytes);
+                output.Padding(nodes_[nested].size);
+            } else {
+                const Bytes bytes = fields.Item(field, item);
+                output.Number(static_cast<uint32>(bytes.size()));
+                output.Items(field.type, bytes, bytes.size());
+                output.Padding(bytes.size());
+            }
         }
     }
+    output.Number(uint8{0});
+    return 0;
 }

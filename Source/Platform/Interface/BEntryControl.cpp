@@ -1,14 +1,14 @@
 #include "BEntryControl.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QPointer>
 #include <QStyleOptionFrame>
-#include <QTimer>
 #include <QToolTip>
 #include <algorithm>
 #include <functional>
 
+#include "FieldLine.h"
 #include "ViewPart.h"
 
 namespace {
@@ -20,10 +20,13 @@ constexpr QKeySequence::StandardKey kOwnKeys[] = {QKeySequence::Cut, QKeySequenc
                                                   QKeySequence::Paste, QKeySequence::SelectAll};
 
 // The widget, for the keys that it must not take and those that its window must not get.
-class EntryLine : public QLineEdit {
+class EntryLine : public FieldLine {
 public:
-    std::function<bool()> isPending;
+    std::function<bool()> isOwn;  // whether the line holds something of the user's
     std::function<void()> giveUp;
+    std::function<void()> keyboardComes;
+    std::function<void()> keyboardGoes;
+    QString refusal;  // why the line is marked; empty: it is not
     int columns = 0;  // 0: as wide as the toolkit thinks best
 
     [[nodiscard]] QSize sizeHint() const override {
@@ -48,14 +51,30 @@ protected:
             event->ignore();
             return true;
         }
-        return QLineEdit::event(event);
+        if (event->type() == QEvent::ToolTip && !refusal.isEmpty()) {
+            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), refusal, this);
+            return true;
+        }
+        return FieldLine::event(event);
     }
 
     void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Escape && isPending())
+        if (event->key() == Qt::Key_Escape && isOwn())
             giveUp();
         else
-            QLineEdit::keyPressEvent(event);
+            FieldLine::keyPressEvent(event);
+    }
+
+    // Before the line selects what it holds.
+    void focusInEvent(QFocusEvent* event) override {
+        keyboardComes();
+        FieldLine::focusInEvent(event);
+    }
+
+    // After what was typed has been told.
+    void focusOutEvent(QFocusEvent* event) override {
+        FieldLine::focusOutEvent(event);
+        if (!HasKeyboard()) keyboardGoes();
     }
 
 private:
@@ -65,10 +84,19 @@ private:
         const bool isLetter = key.key() >= Qt::Key_A && key.key() <= Qt::Key_Z;
         if (!isLetter || (key.modifiers() & Qt::ControlModifier) == 0) return false;
         // With nothing typed there is nothing of its own to undo.
-        if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) return !isPending();
+        if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) return !isOwn();
         return std::none_of(std::begin(kOwnKeys), std::end(kOwnKeys),
                             [&key](QKeySequence::StandardKey own) { return key.matches(own); });
     }
+};
+
+struct EntryText {
+    EntryText() = default;
+    explicit EntryText(const BEntryControl::Writing& writing)
+        : full(ToText(writing.full)), brief(ToText(writing.brief)) {}
+
+    QString full;
+    QString brief;
 };
 
 class EntryPart : public ViewPart {
@@ -77,26 +105,21 @@ public:
 
     QPointer<EntryLine> line;  // asked for even when the widget is gone
 
-    void SetText(const QString& text) {
+    void SetText(const EntryText& text) {
         isTyping_ = false;
         isTaken_ = false;
         taken_.reset();
-        shown_ = text;
+        text_ = text;
+        isFull_ = line->HasKeyboard();
         Unmark();
-        if (line->text() == text) return;
-        const bool isAllSelected = line->hasSelectedText() && line->selectedText() == line->text();
-        line->setText(text);
-        if (isAllSelected)
-            line->selectAll();
-        else if (!line->hasFocus())
-            line->setCursorPosition(0);
+        Write();
     }
 
-    void ShowText(const QString& text) {
+    void ShowText(const EntryText& text) {
         // An answer comes yet; and what is no news changes nothing, not even another writing.
-        if (isTaken_ || text == shown_) return;
-        if (IsPending())
-            shown_ = text;
+        if (isTaken_ || text.full == text_.full) return;
+        if (IsOwn())
+            text_ = text;
         else
             SetText(text);
     }
@@ -108,21 +131,17 @@ public:
         return taken_->toStdString();
     }
 
-    void Accept(const QString& text) {
+    void Accept(const EntryText& text) {
         isTaken_ = false;
-        shown_ = text;
+        text_ = text;
         if (!isTyping_ && !IsPending()) SetText(text);
     }
 
-    void Refuse(const QString& text, const QString& why) {
+    void Refuse(const EntryText& text, const QString& why) {
         isTaken_ = false;
-        if (isTyping_) {
-            taken_.reset();
-            shown_ = text;
-            return;
-        }
-        if (!IsPending()) SetText(text);
-        Mark();
+        text_ = text;
+        if (isTyping_) return taken_.reset();
+        Mark(why);
         if (line->isVisible())
             QToolTip::showText(line->mapToGlobal(QPoint(0, line->height() / 2)), why, line, {},
                                kRefusalShown);
@@ -138,15 +157,27 @@ protected:
     QWidget* Make() override {
         line = new EntryLine;
         line->setAccessibleName(ToText(label_));
-        line->isPending = [this] { return IsPending(); };
+        line->isOwn = [this] { return IsOwn(); };
         line->giveUp = [this] {
-            SetText(shown_);
+            SetText(text_);
             line->selectAll();
         };
-        unmark_ = new QTimer(line);
-        unmark_->setSingleShot(true);
-        QObject::connect(unmark_, &QTimer::timeout, line,
-                         [this] { line->setPalette(OwnPalette()); });
+        // What is the user's stays, and is compared with the full text from now on: who types the
+        // brief one means just that.
+        line->keyboardComes = [this] {
+            const bool isOwn = IsOwn() || isTaken_ || isTyping_;
+            isFull_ = true;
+            if (!isOwn) Write();
+        };
+        line->keyboardGoes = [this] {
+            if (IsOwn() || isTaken_) return;
+            isFull_ = false;
+            Write();
+        };
+        // Whoever insists hears again why not.
+        QObject::connect(line, &QLineEdit::returnPressed, line, [this] {
+            if (IsRefused()) taken_.reset();
+        });
         QObject::connect(line, &QLineEdit::editingFinished, line, [this] { Finish(); });
         QObject::connect(line, &QLineEdit::textEdited, line, [this] {
             isTyping_ = true;
@@ -156,16 +187,33 @@ protected:
     }
 
 private:
+    // What the line holds when nothing is the user's.
+    [[nodiscard]] const QString& Written() const { return isFull_ ? text_.full : text_.brief; }
+
     [[nodiscard]] bool IsPending() const {
-        return line->text() != shown_ && (!taken_ || line->text() != *taken_);
+        return line->text() != Written() && (!taken_ || line->text() != *taken_);
+    }
+    [[nodiscard]] bool IsRefused() const { return !line->refusal.isEmpty(); }
+    [[nodiscard]] bool IsOwn() const { return IsPending() || IsRefused(); }
+
+    void Write() {
+        // The toolkit leaves a selection where the keyboard goes while another window is active.
+        if (!line->HasKeyboard()) line->deselect();
+        if (line->text() == Written()) return;
+        const bool isAllSelected = line->hasSelectedText() && line->selectedText() == line->text();
+        line->setText(Written());
+        if (isAllSelected)
+            line->selectAll();
+        else if (!line->hasFocus())
+            line->setCursorPosition(0);
     }
 
     void Finish() {
         isTyping_ = false;
         if (IsPending())
             Tell(BMessage(kViewChanged));
-        else if (!isTaken_)
-            SetText(shown_);
+        else if (!isTaken_ && !IsRefused())
+            SetText(text_);
     }
 
     // One that can only be read looks like the window that it is a text of.
@@ -175,28 +223,30 @@ private:
         return palette;
     }
 
-    void Mark() {
+    void Mark(const QString& why) {
         QPalette palette;
         const QColor base = palette.color(QPalette::Base);
         const auto mix = [](int from, int to) { return from + (to - from) * kRefusalTint / 255; };
         palette.setColor(QPalette::Base,
                          QColor(mix(base.red(), 255), mix(base.green(), 0), mix(base.blue(), 0)));
         line->setPalette(palette);
-        unmark_->start(kRefusalShown);
+        line->refusal = why;
+        line->setAccessibleDescription(why);
     }
 
     void Unmark() {
-        if (!unmark_->isActive()) return;
-        unmark_->stop();
+        if (!IsRefused()) return;
+        line->refusal.clear();
+        line->setAccessibleDescription({});
         line->setPalette(OwnPalette());
     }
 
     const std::string label_;
-    QString shown_;                 // how the value is written
-    std::optional<QString> taken_;  // what the line still holds of it
+    EntryText text_;                // how the value is written
+    bool isFull_ = false;           // in the line: the full text
+    std::optional<QString> taken_;  // what the line still holds of the user's, or of a refusal
     bool isTaken_ = false;          // and has not been answered
     bool isTyping_ = false;         // the user has not finished, even if what is there was taken
-    QTimer* unmark_ = nullptr;      // the line's; ends a refusal's mark
 };
 
 }  // namespace
@@ -204,8 +254,9 @@ private:
 BEntryControl::BEntryControl(const char* name, const char* label, BMessage* message)
     : BControl(name, label, message, std::make_shared<EntryPart>(label == nullptr ? "" : label)) {}
 
-void BEntryControl::SetText(const char* text) {
-    ChangePart<EntryPart>(Part(), [text = ToText(text)](EntryPart& part) { part.SetText(text); });
+void BEntryControl::SetText(const Writing& text) {
+    ChangePart<EntryPart>(Part(),
+                          [text = EntryText(text)](EntryPart& part) { part.SetText(text); });
 }
 
 void BEntryControl::SetEditable(bool isEditable) {
@@ -226,20 +277,25 @@ void BEntryControl::SetRightAligned(bool isRightAligned) {
     });
 }
 
-void BEntryControl::ShowText(const char* text) {
-    ChangePart<EntryPart>(Part(), [text = ToText(text)](EntryPart& part) { part.ShowText(text); });
+void BEntryControl::SelectAll() {
+    ChangePart<EntryPart>(Part(), [](const EntryPart& part) { part.line->selectAll(); });
+}
+
+void BEntryControl::ShowText(const Writing& text) {
+    ChangePart<EntryPart>(Part(),
+                          [text = EntryText(text)](EntryPart& part) { part.ShowText(text); });
 }
 
 std::optional<std::string> BEntryControl::TakeText() {
     return WindowServer::Ask([part = Part()] { return static_cast<EntryPart&>(*part).Take(); });
 }
 
-void BEntryControl::AcceptText(const char* text) {
-    ChangePart<EntryPart>(Part(), [text = ToText(text)](EntryPart& part) { part.Accept(text); });
+void BEntryControl::AcceptText(const Writing& text) {
+    ChangePart<EntryPart>(Part(), [text = EntryText(text)](EntryPart& part) { part.Accept(text); });
 }
 
-void BEntryControl::RefuseText(const char* text, const char* why) {
-    ChangePart<EntryPart>(Part(), [text = ToText(text), why = ToText(why)](EntryPart& part) {
+void BEntryControl::RefuseText(const Writing& text, const char* why) {
+    ChangePart<EntryPart>(Part(), [text = EntryText(text), why = ToText(why)](EntryPart& part) {
         part.Refuse(text, why);
     });
 }

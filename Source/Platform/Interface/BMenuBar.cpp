@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOptionMenuItem>
+#include <algorithm>
 
 #include "ViewPart.h"
 
@@ -21,7 +22,15 @@ public:
         nameless.text.clear();
         nameless.icon = {};
         QProxyStyle::drawControl(element, &nameless, painter, widget);
-        item->icon.paint(painter, QRect(item->rect).adjusted(0, 0, 0, -2), Qt::AlignCenter,
+        // Of the icon's pictures the smallest has its size; others are finer.
+        const QList<QSize> sizes = item->icon.availableSizes();
+        const QSize size =
+            *std::min_element(sizes.begin(), sizes.end(),
+                              [](const QSize& a, const QSize& b) { return a.width() < b.width(); });
+        item->icon.paint(painter,
+                         QStyle::alignedRect(item->direction, Qt::AlignCenter, size,
+                                             QRect(item->rect).adjusted(0, 0, 0, -2)),
+                         Qt::AlignCenter,
                          item->state.testFlag(State_Enabled) ? QIcon::Normal : QIcon::Disabled);
     }
 };

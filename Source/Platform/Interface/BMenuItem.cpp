@@ -112,8 +112,10 @@ void BMenuItem::SetShortcut(char shortcut, uint32 modifiers) {
     UpdatePart();
 }
 
-void BMenuItem::SetIcon(const BBitmap* icon) {
-    WindowServer::Queue([part = part_, image = ToImage(icon)] { part->SetIcon(image); });
+void BMenuItem::SetIcon(const BBitmap* icon, const BBitmap* fine) {
+    WindowServer::Queue([part = part_, image = ToImage(icon), fineImage = ToImage(fine)] {
+        part->SetIcon(image, fineImage);
+    });
 }
 
 void BMenuItem::UpdatePart() {

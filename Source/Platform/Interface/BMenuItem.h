@@ -41,8 +41,9 @@ public:
     virtual void SetMarked(bool isMarked);
     [[nodiscard]] char Shortcut(uint32* modifiers = nullptr) const;
     virtual void SetShortcut(char shortcut, uint32 modifiers);
-    // Shown beside the label, or instead of it in a menu bar. Copies the bitmap.
-    void SetIcon(const BBitmap* icon);
+    // Shown beside the label, or instead of it in a menu bar. `fine` is the same picture with more
+    // pixels, for screens that have more of them. Copies the bitmaps.
+    void SetIcon(const BBitmap* icon, const BBitmap* fine = nullptr);
 
     [[nodiscard]] BMenu* Submenu() const { return submenu_.get(); }
     // The menu that it is in, or null.

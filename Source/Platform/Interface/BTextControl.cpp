@@ -2,9 +2,9 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
 
+#include "FieldLine.h"
 #include "ViewPart.h"
 
 namespace {
@@ -14,7 +14,7 @@ public:
     TextPart(std::string label, std::string text)
         : label_(std::move(label)), text_(std::move(text)) {}
 
-    QPointer<QLineEdit> line;  // asked for even when the widget is gone
+    QPointer<FieldLine> line;  // asked for even when the widget is gone
     QLabel* title = nullptr;
 
     void SetText(const QString& text) {
@@ -49,7 +49,8 @@ protected:
         title = new QLabel(ToText(label_));
         title->setVisible(!label_.empty());
         told_ = known_ = ToText(text_);
-        line = new QLineEdit(told_);
+        line = new FieldLine;
+        line->setText(told_);
         line->setAccessibleName(ToText(label_));
         layout->addWidget(title);
         layout->addWidget(line, 1);
@@ -103,6 +104,11 @@ void BTextControl::SetText(const char* text) {
 
 std::optional<std::string> BTextControl::TakePendingText() {
     return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Take(); });
+}
+
+bool BTextControl::HasPendingText() const {
+    return WindowServer::Ask(
+        [part = Part()] { return static_cast<const TextPart&>(*part).Pending().has_value(); });
 }
 
 void BTextControl::SetModificationMessage(BMessage* message) {

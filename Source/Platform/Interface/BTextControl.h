@@ -22,6 +22,8 @@ public:
     // no message will be sent for it. Text() follows when the window next handles messages.
     std::optional<std::string> TakePendingText();
 
+    [[nodiscard]] bool HasPendingText() const;
+
     // Sent, if set, at every key; TakePendingText tells what was typed. Takes it over.
     void SetModificationMessage(BMessage* message);
     // Room for about so many characters; 0: as the toolkit thinks best.

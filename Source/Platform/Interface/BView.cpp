@@ -127,6 +127,12 @@ void BView::SetAccessibleName(const char* text) {
     });
 }
 
+void BView::SetAccessibleDescription(const char* text) {
+    ChangeWidget<QWidget>(part_, [description = ToText(text)](QWidget& widget) {
+        widget.setAccessibleDescription(description);
+    });
+}
+
 void BView::SetExplicitMinSize(float width, float height) {
     ChangeWidget<QWidget>(part_, [=](QWidget& widget) {
         widget.setMinimumSize(LayoutSize(width, 0), LayoutSize(height, 0));

@@ -43,8 +43,10 @@ public:
 
     virtual void MakeFocus(bool isFocus = true);
     void SetToolTip(const char* text);
-    // What a screen reader says; controls with a label need none.
+    // What a screen reader says; controls with a label need none. A text that is read is its own
+    // name: what it is about is a description.
     void SetAccessibleName(const char* text);
+    void SetAccessibleDescription(const char* text);
     // Sizes in logical pixels; negative: as the toolkit thinks best.
     void SetExplicitMinSize(float width, float height);
     void SetExplicitMaxSize(float width, float height);

@@ -127,6 +127,18 @@ void CanvasView::SetOverlay(std::vector<OverlayItem> items) {
     overlay_ = std::move(items);
 }
 
+BRect CanvasView::FrameOf(const OverlayItem& item) const {
+    const CanvasPart::Place place = CanvasServer().GetPlace();
+    const BRect bounds = CanvasServer().Bounds(place);
+    const QRectF box =
+        OverlayBox(item, QSizeF(place.width, place.height), {bounds.left, bounds.top});
+    if (box.isNull()) return {};
+    // The view's edges lie half a pixel from the centres of the pixels along them.
+    const auto x = [&](double edge) { return bounds.left + static_cast<float>(edge) - 0.5f; };
+    const auto y = [&](double edge) { return bounds.top + static_cast<float>(edge) - 0.5f; };
+    return {x(box.left()), y(box.top()), x(box.right()), y(box.bottom())};
+}
+
 void CanvasView::Sync() {
     CanvasServer().Publish(picture_, overlay_);
     picture_.ClearDamage();

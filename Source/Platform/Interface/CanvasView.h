@@ -67,6 +67,9 @@ public:
     void Erase();
     // Replaces the texts over the picture.
     void SetOverlay(std::vector<OverlayItem> items);
+    // Where an item lies as the view is now, shadow and all, as a part of the canvas; empty where
+    // there are no fonts.
+    [[nodiscard]] BRect FrameOf(const OverlayItem& item) const;
     // Brings what was drawn to the screen: hands it to the server, which copies the changed parts.
     void Sync();
     // How many Syncs have reached the screen; several between two refreshes count once.

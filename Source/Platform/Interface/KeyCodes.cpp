@@ -3,6 +3,8 @@
 #include <QChar>
 #include <array>
 
+#include "HelpKey.h"
+
 namespace {
 
 struct KeyPair {
@@ -32,6 +34,7 @@ constexpr std::array kSpecialKeys = {
 
 QKeySequence ToSequence(uint32 key, uint32 modifiers) {
     if (key == 0) return {};
+    if (key == B_HELP_KEY) return QKeySequence(Qt::Key_F1);
     Qt::KeyboardModifiers with = Qt::ControlModifier;
     if ((modifiers & B_SHIFT_KEY) != 0) with |= Qt::ShiftModifier;
     if ((modifiers & B_OPTION_KEY) != 0) with |= Qt::AltModifier;

@@ -6,7 +6,8 @@
 
 #include "InterfaceDefs.h"
 
-// The sequence for a character with the command key and further modifiers; empty for 0.
+// The sequence for a character with the command key and further modifiers; empty for 0. The
+// help key has none of them.
 [[nodiscard]] QKeySequence ToSequence(uint32 key, uint32 modifiers);
 [[nodiscard]] uint32 ToModifiers(Qt::KeyboardModifiers modifiers);
 // The character, or a constant of InterfaceDefs.h; 0 for a key that has neither.

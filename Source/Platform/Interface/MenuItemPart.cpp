@@ -64,8 +64,9 @@ void MenuItemPart::SetLook(const Look& look) {
     ShowLook();
 }
 
-void MenuItemPart::SetIcon(const QImage& icon) {
+void MenuItemPart::SetIcon(const QImage& icon, const QImage& fine) {
     icon_ = QIcon(QPixmap::fromImage(icon));
+    if (!fine.isNull()) icon_.addPixmap(QPixmap::fromImage(fine));
     ShowLook();
 }
 

@@ -29,7 +29,8 @@ public:
     void Insert(ViewPart& menu, int32 index, ViewPart* submenu);
     void Remove();
     void SetLook(const Look& look);
-    void SetIcon(const QImage& icon);
+    // `fine` may be null.
+    void SetIcon(const QImage& icon, const QImage& fine);
 
 private:
     void Chosen(const ViewPart& menu) const;

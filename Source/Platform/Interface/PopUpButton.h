@@ -12,6 +12,8 @@ public:
     PopUpButton();
 
     void SetMenu(QMenu* menu);
+    // Null before there is one, and after it has gone.
+    [[nodiscard]] QMenu* Menu() const { return menu_; }
     // What is shown, and everything that may be: the button is wide enough for each.
     void SetTexts(const QString& shown, const QStringList& all);
 

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDragEnterEvent>
 #include <QMenuBar>
 #include <QMimeData>
@@ -168,8 +167,6 @@ void WindowPart::PlaceDone() {
 
 QSize WindowPart::PreferredSize() const {
     if (widget_ == nullptr) return {};
-    // What changed just now deep inside is told from one layout to the next by events.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     widget_->layout()->activate();
     return widget_->sizeHint().expandedTo(widget_->minimumSize());
 }

@@ -15,6 +15,7 @@
 #include <mutex>
 #include <thread>
 
+#include "AccessibleRoles.h"
 #include "AppDefs.h"
 #include "BApplication.h"
 #include "Outbox.h"
@@ -152,6 +153,7 @@ WindowServer::WindowServer(int& argc, char** argv, Screen screen) {
     if (!gNoDisplayText.empty()) usual = qInstallMessageHandler(TellOfNoDisplay);
     application_ = std::make_unique<Application>(argc, argv);
     if (!gNoDisplayText.empty()) qInstallMessageHandler(usual);
+    InstallAccessibleRoles();
     for (const QString& argument : QCoreApplication::arguments())
         arguments_.push_back(argument.toStdString());
     gCurrent = this;

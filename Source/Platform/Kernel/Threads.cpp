@@ -56,10 +56,12 @@ thread_local ThreadRecord* tRecord = nullptr;
 void IntroduceToSystem(const ThreadRecord& record) {
     constexpr std::size_t kLongestSystemName = 15;
     pthread_setname_np(pthread_self(), record.name.substr(0, kLongestSystemName).c_str());
-    // On this system a nice value belongs to the thread. Raising a priority needs rights that a
-    // desktop program does not have.
-    if (record.priority < B_NORMAL_PRIORITY)
-        setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), B_NORMAL_PRIORITY - record.priority);
+    // On this system a nice value belongs to the thread, which begins with that of its maker. It is
+    // only ever made nicer: whoever started the whole program at a low priority keeps what he has.
+    if (record.priority >= B_NORMAL_PRIORITY) return;
+    const auto self = static_cast<id_t>(gettid());
+    const int former = getpriority(PRIO_PROCESS, self);
+    setpriority(PRIO_PROCESS, self, former + B_NORMAL_PRIORITY - record.priority);
 }
 
 void RunThread(const ThreadRef& record, thread_id self) {

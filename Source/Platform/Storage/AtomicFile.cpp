@@ -1,28 +1,35 @@
 #include "AtomicFile.h"
 
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstddef>
 #include <cstdio>
-#include <random>
 #include <vector>
 
 #include "ErrnoStatus.h"
+#include "FileTraits.h"
+#include "TemporaryFiles.h"
 
 namespace {
 
 constexpr int kMaxLinks = 40;
 constexpr mode_t kNewFileMode = 0666;
 constexpr mode_t kPermissions = 0777;
+constexpr std::size_t kMaxLeaf = 200;  // bytes of a name in that of its copy
+constexpr const char* kCopySuffix = ".new";
 
 std::string FolderOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
     return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
+std::string LeafOf(const std::string& path) {
+    return path.substr(path.find_last_of('/') + 1);
 }
 
 std::string InFolder(const std::string& folder, const std::string& name) {
@@ -34,25 +41,35 @@ std::string NameInProcess(int descriptor) {
     return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
-// What a user or a desktop has noted on the old file stays on the new one. Best effort: attributes
-// are a hint.
-void CopyAttributes(int from, int to) {
-    const ssize_t listSize = flistxattr(from, nullptr, 0);
-    if (listSize <= 0) return;
-    std::vector<char> names(static_cast<std::size_t>(listSize));
-    const ssize_t got = flistxattr(from, names.data(), names.size());
-    std::vector<char> value;
-    for (ssize_t at = 0; at < got;) {
-        const std::string name = &names[static_cast<std::size_t>(at)];
-        at += static_cast<ssize_t>(name.size()) + 1;
-        if (!name.starts_with("user.")) continue;
-        const ssize_t size = fgetxattr(from, name.c_str(), nullptr, 0);
-        if (size < 0) continue;
-        value.resize(static_cast<std::size_t>(size));
-        const ssize_t read = fgetxattr(from, name.c_str(), value.data(), value.size());
-        if (read >= 0)
-            (void)fsetxattr(to, name.c_str(), value.data(), static_cast<size_t>(read), 0);
+// Copies the whole file over what the other one holds from its beginning on; false with errno.
+bool CopyContents(int from, int to, off_t size) {
+    constexpr off_t kChunk = 1 << 20;
+    std::vector<std::byte> chunk(static_cast<std::size_t>(std::min(size, kChunk)));
+    for (off_t at = 0; at < size;) {
+        const ssize_t got = pread(from, chunk.data(), chunk.size(), at);
+        if (got < 0 && errno == EINTR) continue;
+        if (got == 0) errno = EIO;
+        if (got <= 0) return false;
+        for (off_t done = 0; done < got;) {
+            const ssize_t put =
+                pwrite(to, chunk.data() + done, static_cast<std::size_t>(got - done), at + done);
+            if (put < 0 && errno != EINTR) return false;
+            done += std::max<ssize_t>(put, 0);
+        }
+        at += got;
     }
+    return true;
+}
+
+// Makes sure that there is room before anything is overwritten; 0 or the errno.
+int Reserve(int file, off_t size) {
+    struct stat info {};
+    if (fstat(file, &info) != 0) return errno;
+    if (size == 0 || fallocate(file, 0, 0, size) == 0) return 0;
+    if (errno == EOPNOTSUPP || errno == ENOSYS) return 0;
+    const int error = errno;
+    (void)ftruncate(file, info.st_size);
+    return error;
 }
 
 }  // namespace
@@ -76,6 +93,7 @@ status_t AtomicFile::Fail(int error) {
 status_t AtomicFile::Open(const std::string& path) {
     Discard();
     error_ = 0;
+    removedLeftovers_ = 0;
     if (const int error = FollowLinks(path); error != 0) return Fail(error);
     folder_ = FolderOf(target_);
     struct stat old {};
@@ -87,9 +105,11 @@ status_t AtomicFile::Open(const std::string& path) {
         return B_NOT_ALLOWED;
     }
     if (exists && faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) != 0) return Fail(errno);
+    isInPlace_ = exists && old.st_nlink > 1;
+    // Never open to more people than the old one, not even for a moment.
+    mode_ = exists ? old.st_mode & kPermissions : kNewFileMode;
     if (const int error = Create(); error != 0) return Fail(error);
-    if (exists)
-        if (const int error = TakeOver(); error != 0) return Fail(error);
+    if (exists) TakeOverTraits(target_, node_.Descriptor());
     return B_OK;
 }
 
@@ -111,9 +131,10 @@ int AtomicFile::FollowLinks(const std::string& path) {
 // Without a name as long as it is not complete: then nothing stays behind of a program that is
 // killed. Not on every file system.
 int AtomicFile::Create() {
-    FileDescriptor file(open(folder_.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, kNewFileMode));
+    FileDescriptor file(open(folder_.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, mode_));
     if (!file.IsOpen() || access(NameInProcess(file.Get()).c_str(), F_OK) != 0)
         return CreateNamed();
+    TemporaryFiles::Lock(file.Get());
     node_ = BNode(std::move(file));
     return 0;
 }
@@ -121,8 +142,8 @@ int AtomicFile::Create() {
 // Not by mkstemp: a new file shall get the mode that the process's mask leaves it.
 int AtomicFile::CreateNamed() {
     FileDescriptor file;
-    const int error = TakeName([&file](const char* path) {
-        file = FileDescriptor(open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+    const int error = TakeName([this, &file](const char* path) {
+        file = FileDescriptor(TemporaryFiles::Create(path, mode_));
         return file.IsOpen();
     });
     if (error == 0) node_ = BNode(std::move(file));
@@ -132,11 +153,8 @@ int AtomicFile::CreateNamed() {
 // A name that no other file has, by what makes such a file, or leaves the reason in errno.
 int AtomicFile::TakeName(const std::function<bool(const char*)>& make) {
     constexpr int kAttempts = 100;
-    std::random_device random;
     for (int i = 0; i < kAttempts; i++) {
-        char name[32];
-        std::snprintf(name, sizeof name, ".orvek-%08x.tmp", random());
-        std::string path = InFolder(folder_, name);
+        std::string path = InFolder(folder_, TemporaryFiles::NewName());
         if (make(path.c_str())) {
             temporary_ = std::move(path);
             return 0;
@@ -156,28 +174,15 @@ int AtomicFile::GiveName() {
 }
 
 int AtomicFile::CopyToNamed() {
-    constexpr std::size_t kChunk = 1 << 20;
     const BNode nameless = std::move(node_);
     if (const int error = CreateNamed(); error != 0) return error;
-    off_t from = 0;
-    ssize_t put = 1;
-    while (put > 0 || (put < 0 && errno == EINTR))
-        put = sendfile(node_.Descriptor(), nameless.Descriptor(), &from, kChunk);
     struct stat info {};
-    if (put < 0 || fstat(nameless.Descriptor(), &info) != 0 ||
-        fchmod(node_.Descriptor(), info.st_mode & kPermissions) != 0)
+    if (fstat(nameless.Descriptor(), &info) != 0 ||
+        !CopyContents(nameless.Descriptor(), node_.Descriptor(), info.st_size))
         return errno;
+    TakeOverTraits(target_, node_.Descriptor());
     CopyAttributes(nameless.Descriptor(), node_.Descriptor());
     return fsync(node_.Descriptor()) == 0 ? 0 : errno;
-}
-
-int AtomicFile::TakeOver() {
-    const FileDescriptor old(open(target_.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
-    struct stat info {};
-    if (lstat(target_.c_str(), &info) != 0) return errno;
-    if (fchmod(node_.Descriptor(), info.st_mode & kPermissions) != 0) return errno;
-    if (old.IsOpen()) CopyAttributes(old.Get(), node_.Descriptor());
-    return 0;
 }
 
 status_t AtomicFile::Write(const void* data, std::size_t size) {
@@ -198,12 +203,59 @@ status_t AtomicFile::Commit() {
     if (fsync(node_.Descriptor()) != 0) return Fail(errno);
     if (temporary_.empty())
         if (const int error = GiveName(); error != 0) return Fail(error);
-    if (rename(temporary_.c_str(), target_.c_str()) != 0) return Fail(errno);
-    temporary_.clear();
+    if (const int error = isInPlace_ ? WriteInPlace() : Replace(); error != 0) return Fail(error);
     node_.Unset();
+    removedLeftovers_ = TemporaryFiles::RemoveLeftovers(folder_);
+    return B_OK;
+}
+
+int AtomicFile::Replace() {
+    if (rename(temporary_.c_str(), target_.c_str()) != 0) return errno;
+    temporary_.clear();
+    return SyncFolder();
+}
+
+int AtomicFile::SyncFolder() {
     const FileDescriptor folder(open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // A folder that may be written but not read cannot be synchronised.
-    if (!folder.IsOpen()) return errno == EACCES ? B_OK : Fail(errno);
-    if (fsync(folder.Get()) != 0 && errno != EINVAL) return Fail(errno);
-    return B_OK;
+    if (!folder.IsOpen()) return errno == EACCES ? 0 : errno;
+    return fsync(folder.Get()) == 0 || errno == EINVAL ? 0 : errno;
+}
+
+// Until they stand in the file the new contents stand beside it, under a name that nobody cleans
+// up.
+int AtomicFile::WriteInPlace() {
+    const FileDescriptor file(open(target_.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW));
+    struct stat info {};
+    if (!file.IsOpen() || fstat(node_.Descriptor(), &info) != 0) return errno;
+    if (const int error = NameCopy(); error != 0) return error;
+    if (const int error = SyncFolder(); error != 0) return error;
+    const off_t size = info.st_size;
+    if (const int error = Reserve(file.Get(), size); error != 0) return error;
+    if (!CopyContents(node_.Descriptor(), file.Get(), size) || ftruncate(file.Get(), size) != 0 ||
+        fsync(file.Get()) != 0) {
+        const int error = errno;
+        temporary_.clear();  // it stays: the file itself may be half old and half new
+        return error;
+    }
+    CopyAttributes(node_.Descriptor(), file.Get());
+    unlink(temporary_.c_str());
+    temporary_.clear();
+    return 0;
+}
+
+// The temporary file becomes "NAME.new", or "NAME.new 2" and so on.
+int AtomicFile::NameCopy() {
+    constexpr int kMostCopies = 1000;
+    const std::string first = InFolder(folder_, LeafOf(target_).substr(0, kMaxLeaf) + kCopySuffix);
+    for (int i = 1; i <= kMostCopies; i++) {
+        std::string path = i == 1 ? first : first + ' ' + std::to_string(i);
+        if (link(temporary_.c_str(), path.c_str()) == 0) {
+            unlink(temporary_.c_str());
+            temporary_ = std::move(path);
+            return 0;
+        }
+        if (errno != EEXIST) return errno;
+    }
+    return EEXIST;
 }

@@ -19,6 +19,8 @@ public:
 
     [[nodiscard]] int Get() const { return descriptor_; }
     [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
+    // The caller's from now on.
+    [[nodiscard]] int Release() { return std::exchange(descriptor_, -1); }
     void Reset() {
         if (IsOpen()) close(std::exchange(descriptor_, -1));
     }

@@ -3,8 +3,12 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "BDirectory.h"
@@ -44,6 +48,31 @@ std::string PathInHome(const char* variable, const char* fallback) {
     return home.empty() ? home : home + fallback;
 }
 
+// The last line of the kind NAME="/path" or NAME="$HOME/path", with quoted characters as a shell
+// has them; empty when there is none.
+std::string UserFolder(const std::string& name) {
+    std::ifstream file(PathInHome("XDG_CONFIG_HOME", "/.config") + "/user-dirs.dirs");
+    std::string found;
+    for (std::string line; std::getline(file, line);) {
+        line.erase(0, std::min(line.find_first_not_of(" \t"), line.size()));
+        if (!line.starts_with(name + "=\"")) continue;
+        std::string value;
+        for (std::size_t i = name.size() + 2; i < line.size() && line[i] != '"'; i++) {
+            if (line[i] == '\\' && i + 1 < line.size()) i++;
+            value += line[i];
+        }
+        if (value.starts_with("$HOME/")) value.replace(0, 5, Home());
+        if (value.starts_with('/')) found = value;
+    }
+    return found;
+}
+
+std::string DocumentsFolder() {
+    const std::string folder = UserFolder("XDG_DOCUMENTS_DIR");
+    std::error_code failure;
+    return std::filesystem::is_directory(folder, failure) ? folder : Home();
+}
+
 std::string Find(directory_which which) {
     switch (which) {
         case B_USER_SETTINGS_DIRECTORY:
@@ -54,6 +83,8 @@ std::string Find(directory_which which) {
         }
         case B_USER_STATE_DIRECTORY:
             return PathInHome("XDG_STATE_HOME", "/.local/state");
+        case B_USER_DOCUMENTS_DIRECTORY:
+            return DocumentsFolder();
     }
     return {};
 }

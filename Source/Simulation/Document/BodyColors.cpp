@@ -26,8 +26,8 @@ rgb_color FromHsv(double hue, double saturation, double value) {
 
 }  // namespace
 
-rgb_color BodyColors::At(int32 index) {
-    const double turns = kFirstHue + kGoldenSection * index;
+rgb_color BodyColors::At(int64 index) {
+    const double turns = kFirstHue + kGoldenSection * static_cast<double>(index);
     // Pure blue is dark on the sky: no colour is fully saturated, and every third is paler.
     const double saturation = index % 3 == 2 ? 0.5 : 0.8;
     return FromHsv(turns - std::floor(turns), saturation, 1.0);
@@ -35,7 +35,7 @@ rgb_color BodyColors::At(int32 index) {
 
 rgb_color BodyColors::Next(int32 index, const std::vector<rgb_color>& inUse) {
     for (int32 i = 0; i < kRound; i++) {
-        const rgb_color color = At(index + i);
+        const rgb_color color = At(int64{index} + i);
         if (std::ranges::all_of(
                 inUse, [=](rgb_color used) { return Distance(color, used) >= kClearDistance; }))
             return color;

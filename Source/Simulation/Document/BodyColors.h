@@ -10,7 +10,7 @@ class BodyColors {
 public:
     // The colour at a position (0 upward) of the endless sequence; hues advance by the golden
     // section, so that neighbours differ most.
-    static rgb_color At(int32 index);
+    static rgb_color At(int64 index);
     // The first colour from `index` on that is clearly unlike all those in use; the colour at
     // `index` when a whole round finds none.
     static rgb_color Next(int32 index, const std::vector<rgb_color>& inUse);

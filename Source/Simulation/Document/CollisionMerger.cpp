@@ -41,6 +41,35 @@ rgb_color MixColors(rgb_color a, double weightA, rgb_color b, double weightB) {
     return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue), 255};
 }
 
+// Numbers that cannot be told apart count as touching.
+bool Touch(const Body& one, const Body& other) {
+    const double reach = one.Radius() + other.Radius();
+    return !(Squared(one.Position() - other.Position()) > reach * reach);
+}
+
+// What two bodies become, as far as it is numbers.
+struct Sum {
+    double weightA, weightB;
+    double m, radius;
+    ThreeVector position, velocity;
+
+    Sum(const Body& a, const Body& b) : m(a.M() + b.M()) {
+        // Masses that cancel weigh alike.
+        weightA = m == 0.0 ? 1.0 : a.M();
+        weightB = m == 0.0 ? 1.0 : b.M();
+        const double w = 1.0 / (weightA + weightB);
+        position = w * weightA * a.Position() + w * weightB * b.Position();
+        velocity = w * weightA * a.Velocity() + w * weightB * b.Velocity();
+        radius =
+            std::pow(std::pow(a.Radius(), 3.0) + std::pow(b.Radius(), 3.0), 0.3333333333333333);
+    }
+    // No document may hold anything else.
+    bool IsFinite() const {
+        return ::IsFinite(position) && ::IsFinite(velocity) && std::isfinite(m) &&
+               std::isfinite(radius);
+    }
+};
+
 // The resolution of one message, under the write lock.
 class Resolution {
 public:
@@ -55,11 +84,13 @@ public:
     // then.
     void ResolvePair(int64 p, int64 q);
     void DeleteAbsorbed();
+    // Of a message without any merger.
+    std::optional<RunEnding> FindTouching(const BMessage& collisions) const;
     MergeResult TakeResult() { return std::move(result_); }
 
 private:
     int64 SurvivorOf(int64 id) const;
-    void Merge(Body* a, Body* b);
+    void Merge(Body* a, Body* b, const Sum& sum);
     double EnergyAmong(const Body& body) const;
 
     EpochPortal* const portal_;
@@ -73,13 +104,17 @@ private:
 void Resolution::ResolvePair(int64 p, int64 q) {
     if (!mergedInto_.contains(p) || !mergedInto_.contains(q) || mergedInto_[p] != p) return;
     const int64 survivor = SurvivorOf(q);
+    // Reserved: a body that has one cannot be found by it.
+    if (p < 0 || survivor < 0) return;
 
     const AbEpoch* epoch = portal_->FocusEpoch();
     auto* a = dynamic_cast<Body*>(epoch->SystemFromID(p));
     auto* b = dynamic_cast<Body*>(epoch->SystemFromID(survivor));
     if (!a || !b || a == b) return;
+    const Sum sum(*a, *b);
+    if (!sum.IsFinite()) return;
 
-    Merge(a, b);
+    Merge(a, b, sum);
     absorbed_.push_back(p);
     mergedInto_[p] = survivor;
 }
@@ -90,7 +125,20 @@ int64 Resolution::SurvivorOf(int64 id) const {
     return id;
 }
 
-void Resolution::Merge(Body* a, Body* b) {
+std::optional<RunEnding> Resolution::FindTouching(const BMessage& collisions) const {
+    int64 p, q;
+    for (int32 i = 0;
+         collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK; i++)
+        for (const Body* a : alive_)
+            for (const Body* b : alive_)
+                if (a != b && a->ID() == p && b->ID() == q && Touch(*a, *b))
+                    return RunEnding{
+                        RunEnding::Reason::kNotMerged, portal_->FocusEpoch()->Time(),
+                        RunEnding::Pair{p, q, std::sqrt(Squared(a->Position() - b->Position()))}};
+    return std::nullopt;
+}
+
+void Resolution::Merge(Body* a, Body* b, const Sum& sum) {
     const double kineticBefore = KineticEnergy(*a) + KineticEnergy(*b);
     // The pair's own binding energy is in both sums.
     const double before = kineticBefore + EnergyAmong(*a) + EnergyAmong(*b) - BindingEnergy(*a, *b);
@@ -98,19 +146,12 @@ void Resolution::Merge(Body* a, Body* b) {
     result_.mergers.push_back(
         {b->ID(), a->ID(), b->Name(), a->Name(), portal_->FocusEpoch()->Time(), 0.0});
 
-    const double total = a->M() + b->M();
-    // Masses that cancel weigh alike.
-    const double weightA = total == 0.0 ? 1.0 : a->M();
-    const double weightB = total == 0.0 ? 1.0 : b->M();
-    const double w = 1.0 / (weightA + weightB);
-
-    b->SetPosition(w * weightA * a->Position() + w * weightB * b->Position());
-    b->SetVelocity(w * weightA * a->Velocity() + w * weightB * b->Velocity());
-    b->SetM(total);
-    b->SetRadius(
-        std::pow(std::pow(a->Radius(), 3.0) + std::pow(b->Radius(), 3.0), 0.3333333333333333));
-    b->SetTrailColor(MixColors(a->TrailColor(), weightA, b->TrailColor(), weightB));
-    b->SetDiscColor(MixColors(a->DiscColor(), weightA, b->DiscColor(), weightB));
+    b->SetPosition(sum.position);
+    b->SetVelocity(sum.velocity);
+    b->SetM(sum.m);
+    b->SetRadius(sum.radius);
+    b->SetTrailColor(MixColors(a->TrailColor(), sum.weightA, b->TrailColor(), sum.weightB));
+    b->SetDiscColor(MixColors(a->DiscColor(), sum.weightA, b->DiscColor(), sum.weightB));
     b->SetName(b->Name() + joiner_ + a->Name());
 
     std::erase(alive_, a);
@@ -158,9 +199,11 @@ MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions
             resolution.ResolvePair(p, q);
     }
     resolution.DeleteAbsorbed();
+    MergeResult result = resolution.TakeResult();
+    if (result.mergers.empty()) result.unmerged = resolution.FindTouching(collisions);
 
     epoch->SetWriteable(wasWriteable);
     portal->WriteUnlock();
     portal->TellObservers(kBodyDataChanged);
-    return resolution.TakeResult();
+    return result;
 }

@@ -3,9 +3,11 @@
 // thread that owns the portal, while the calculator is at rest.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "RunEnding.h"
 #include "SupportDefs.h"
 #include "ThreeVector.h"
 
@@ -32,6 +34,8 @@ struct MergeResult {
     double energyChange = 0.0;
     // Likewise for the angular momentum about the origin, in units of GM: what became spin.
     ThreeVector angularMomentumChange;
+    // Nothing was merged although bodies touch: a run must not go on, or it stops here for ever.
+    std::optional<RunEnding> unmerged;
 };
 
 // `collisions` holds the parallel int64 fields "p" (lighter) and "q" (heavier). Commits pending

@@ -1,18 +1,18 @@
 #include "DocumentCheck.h"
 
+#include <algorithm>
 #include <cmath>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "AbEpoch.h"
 #include "BMessage.h"
 #include "Body.h"
 #include "CompositeSystem.h"
-#include "EpochCursor.h"
 
 namespace {
 
-// Parts of a body's position and velocity that a calculator state stores.
-constexpr int64 kPositionParts = 15;
-constexpr int64 kVelocityParts = 12;
 constexpr const char* kGroupField = "Bodies";
 
 // A record, and how far the walk through the records nested in it has come.
@@ -23,13 +23,15 @@ struct Walk {
     int32 item = 0;
 };
 
+using FieldNames = std::vector<std::string_view>;
+
 // The next nested record of a walk; B_BAD_INDEX when there are no more.
-status_t NextNested(Walk* walk, Walk* nested) {
+status_t NextNested(Walk* walk, const FieldNames& except, Walk* nested) {
     std::string name;
     type_code type = 0;
     int32 count = 0;
     while (walk->record.GetInfo(B_MESSAGE_TYPE, walk->field, &name, &type, &count) == B_OK) {
-        if (walk->item < count) {
+        if (walk->item < count && std::ranges::find(except, name) == except.end()) {
             nested->groups = name == kGroupField ? walk->groups + 1 : 0;
             return walk->record.FindMessage(name.c_str(), walk->item++, &nested->record);
         }
@@ -37,6 +39,26 @@ status_t NextNested(Walk* walk, Walk* nested) {
         walk->item = 0;
     }
     return B_BAD_INDEX;
+}
+
+DocumentError CheckNested(const BMessage& record, const FieldNames& except) {
+    const FieldNames nothing;
+    std::vector<Walk> walks;
+    walks.push_back({record, 0, 0, 0});
+    while (!walks.empty()) {
+        Walk nested;
+        const status_t status =
+            NextNested(&walks.back(), walks.size() == 1 ? except : nothing, &nested);
+        if (status == B_BAD_INDEX)
+            walks.pop_back();
+        else if (status != B_OK)
+            return DocumentError::Record(status);
+        else if (nested.groups > CompositeSystem::kMaxNesting)
+            return DocumentError::Record(B_UNSUPPORTED);
+        else
+            walks.push_back(std::move(nested));
+    }
+    return {};
 }
 
 DocumentError CheckBody(const Body& body) {
@@ -54,57 +76,44 @@ DocumentError CheckSystem(const MassSystem& system) {
     return {};
 }
 
-bool CountIs(const BMessage& state, const char* name, type_code wanted, int64 wantedCount) {
-    type_code type = 0;
-    int32 count = 0;
-    return state.GetInfo(name, &type, &count) == B_OK && type == wanted && count == wantedCount;
+using Numbered = std::pair<int64, const MassSystem*>;
+
+void GatherNumbered(const MassSystem& system, std::vector<Numbered>* into) {
+    if (system.ID() > kLastProvisionalID) into->emplace_back(system.ID(), &system);
+    for (int32 i = 0; i < system.CountChildren(); i++)
+        GatherNumbered(*system.ChildAt(i), into);
 }
 
-// A state without identifiers or without a step count is one that is not used, and no fault.
-bool CalculatorStateFits(const BMessage& state) {
-    int32 bodies = 0;
-    int32 steps = 0;
-    if (state.GetInfo("IDs", nullptr, &bodies) != B_OK || !state.HasName("Iter")) return true;
-    // The count goes on from the stored one: leave it room.
-    return CountIs(state, "IDs", B_INT64_TYPE, bodies) &&
-           CountIs(state, "DelR", B_DOUBLE_TYPE, bodies * kPositionParts) &&
-           CountIs(state, "DelV", B_DOUBLE_TYPE, bodies * kVelocityParts) &&
-           state.FindInt32("Iter", &steps) == B_OK && steps >= 0 && steps < INT32_MAX;
-}
-
-DocumentError CheckEpoch(const AbEpoch& epoch) {
-    if (!std::isfinite(epoch.Time())) return DocumentError::Content(kTextBadTime, epoch.Name());
-    if (epoch.RootSystem() == nullptr) return DocumentError::Content(kTextNoSystem, epoch.Name());
-    if (const BMessage* state = epoch.CalculatorState();
-        state != nullptr && !CalculatorStateFits(*state))
-        return DocumentError::Content(kTextBadCalculatorState, epoch.Name());
-    return CheckSystem(*epoch.RootSystem());
+DocumentError CheckIdentifiers(const MassSystem& root) {
+    std::vector<Numbered> systems;
+    GatherNumbered(root, &systems);
+    if (root.ID() <= kLastProvisionalID)
+        return DocumentError::Content(kTextReservedID, root.Name());
+    for (const auto& [id, system] : systems) {
+        const bool isReserved = id < 0 && !(system == &root && id == kRootSystemID);
+        if (isReserved) return DocumentError::Content(kTextReservedID, system->Name());
+        if (id > kMaxSystemID) return DocumentError::Content(kTextTooLargeID, system->Name());
+    }
+    // In the tree's order where they are equal.
+    std::ranges::stable_sort(systems, {}, &Numbered::first);
+    const auto taken = std::ranges::adjacent_find(systems, {}, &Numbered::first);
+    if (taken == systems.end()) return {};
+    return DocumentError::Content(kTextTakenID, std::next(taken)->second->Name());
 }
 
 }  // namespace
 
 DocumentError CheckRecord(const BMessage& record) {
-    std::vector<Walk> walks;
-    walks.push_back({record, 0, 0, 0});
-    while (!walks.empty()) {
-        Walk nested;
-        const status_t status = NextNested(&walks.back(), &nested);
-        if (status == B_BAD_INDEX)
-            walks.pop_back();
-        else if (status != B_OK)
-            return DocumentError::Record(status);
-        else if (nested.groups > CompositeSystem::kMaxReadNesting)
-            return DocumentError::Record(B_UNSUPPORTED);
-        else
-            walks.push_back(std::move(nested));
-    }
-    return {};
+    return CheckNested(record, {"Epochs"});
 }
 
-DocumentError CheckEpochs(const std::vector<std::unique_ptr<AbEpoch>>& topLevel) {
-    if (topLevel.empty()) return DocumentError::Content(kTextNoEpoch);
-    for (const auto& top : topLevel)
-        for (EpochCursor cursor(top.get()); cursor.GetEpoch() != nullptr; cursor.Increment())
-            if (DocumentError error = CheckEpoch(*cursor.GetEpoch()); error.Failed()) return error;
-    return {};
+DocumentError CheckEpochRecord(const BMessage& archive) {
+    return CheckNested(archive, {"Children", "Calc"});
+}
+
+DocumentError CheckEpoch(const AbEpoch& epoch) {
+    if (!std::isfinite(epoch.Time())) return DocumentError::Content(kTextBadTime, epoch.Name());
+    if (epoch.RootSystem() == nullptr) return DocumentError::Content(kTextNoSystem, epoch.Name());
+    if (DocumentError error = CheckSystem(*epoch.RootSystem()); error.Failed()) return error;
+    return CheckIdentifiers(*epoch.RootSystem());
 }

@@ -1,18 +1,17 @@
-// Tells what is wrong with a document: with the form of its record, and with the epochs made from
-// it. No state; the caller has the tree to itself.
+// Tells what is wrong with a document: with the form of its records, and with an epoch made from
+// one. No state; the caller has the tree to itself.
 #pragma once
-
-#include <memory>
-#include <vector>
 
 #include "DocumentError.h"
 
 class AbEpoch;
 class BMessage;
 
-// Looks at every nested record: those who make objects of records leave out what is damaged.
+// Look at every nested record: those who make objects of records leave out what is damaged. Of a
+// document without its epochs, and of an epoch without its children and the calculator's state.
 DocumentError CheckRecord(const BMessage& record);
+DocumentError CheckEpochRecord(const BMessage& archive);
 
-// The first fault in visiting order: no epoch at all; a time, position, velocity, mass or radius
-// that is not finite; a calculator state whose fields do not fit each other.
-DocumentError CheckEpochs(const std::vector<std::unique_ptr<AbEpoch>>& topLevel);
+// The first fault: a time, position, velocity, mass or radius that is not finite; an
+// identifier that is reserved, too large or that of another system of the epoch. Provisional identifiers are none.
+DocumentError CheckEpoch(const AbEpoch& epoch);

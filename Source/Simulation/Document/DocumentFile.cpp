@@ -78,13 +78,13 @@ void DocumentFile::TakePlace(const entry_ref& directory) {
 }
 
 DocumentError DocumentFile::Write(const BMessage& record, const entry_ref& directory,
-                                  const std::string& name, std::string* path) {
+                                  const std::string& name, std::string* path, int* leftovers) {
     *path = PathOf(directory, name);
     if (path->empty()) {
         *path = name == name_ && !ownPath_.empty() ? ownPath_ : name;
         return DocumentError::System(ENOENT);
     }
-    return SimulationFile::Write(*path, record);
+    return SimulationFile::Write(*path, record, leftovers);
 }
 
 void DocumentFile::Saved(const std::string& path) {

@@ -43,8 +43,9 @@ public:
     // From now on the document's place is this folder, whether or not it could be written there.
     void TakePlace(const entry_ref& directory);
     // `path` becomes that of the file; where its folder is gone, what is known of it.
+    // `leftovers`: as of SimulationFile::Write.
     DocumentError Write(const BMessage& record, const entry_ref& directory, const std::string& name,
-                        std::string* path);
+                        std::string* path, int* leftovers = nullptr);
     // The whole document lies at that path now.
     void Saved(const std::string& path);
 

@@ -19,7 +19,8 @@ SaveResult SaveDocument(SimulationDocument* document, DocumentFile* file,
     history->MarkSaved();
     history->Unlock();
 
-    if (!result.error.Failed()) result.error = file->Write(record, directory, name, &result.path);
+    if (!result.error.Failed())
+        result.error = file->Write(record, directory, name, &result.path, &result.leftovers);
     file->TakePlace(directory);
     const bool isWritten = !result.error.Failed();
     if (allEpochs && isWritten) file->Saved(result.path);

@@ -14,6 +14,7 @@ class SimulationDocument;
 struct SaveResult {
     std::string path;     // of the file, as far as it is known
     DocumentError error;  // why the file is not there
+    int leftovers = 0;    // unfinished files of programs that have ended, removed beside it
     bool isCopyNeeded = false;
     DocumentError copyError;  // why there is no copy where one is needed
 };

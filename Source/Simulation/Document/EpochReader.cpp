@@ -1,11 +1,18 @@
 #include "EpochReader.h"
 
+#include <cmath>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
 #include "BMessage.h"
+#include "CompositeSystem.h"
+#include "DocumentCheck.h"
 #include "Epoch.h"
+#include "EpochCursor.h"
+#include "NewIdentifiers.h"
+#include "SystemReading.h"
 
 namespace {
 
@@ -21,13 +28,6 @@ struct FlatEntry {
     int64 id = kNoEpoch;
     int64 copyOf = kNoEpoch;
 };
-
-std::unique_ptr<AbEpoch> MakeEpoch(BMessage* archive) {
-    std::unique_ptr<BArchivable> made(Epoch::Instantiate(archive));
-    auto* epoch = dynamic_cast<AbEpoch*>(made.get());
-    if (epoch != nullptr) static_cast<void>(made.release());
-    return std::unique_ptr<AbEpoch>(epoch);
-}
 
 // For each entry the index of the one it hangs beneath, or none. Entries that would hang beneath
 // themselves hang beneath nothing. False when a chain is too long.
@@ -78,42 +78,177 @@ private:
     std::vector<int32> depths_;
 };
 
-}  // namespace
+class Reader {
+public:
+    explicit Reader(DocumentNotices* notices) : notices_(notices) {}
 
-DocumentError ReadEpochs(const BMessage& record, std::vector<std::unique_ptr<AbEpoch>>* topLevel) {
-    std::vector<FlatEntry> entries;
-    BMessage archive;
-    int32 index = 0;
-    for (; record.FindMessage(kEpochs, index, &archive) == B_OK; index++) {
-        std::unique_ptr<AbEpoch> epoch = MakeEpoch(&archive);
-        if (epoch == nullptr) continue;
-        FlatEntry entry;
-        if (archive.FindInt64(kEpochID, &entry.id) != B_OK) {
-            topLevel->push_back(std::move(epoch));
-            continue;
-        }
-        if (archive.FindInt64(kCopyOf, &entry.copyOf) != B_OK)
-            entry.copyOf = entries.empty() ? kNoEpoch : entries.back().id;
-        entry.epoch = std::move(epoch);
-        entries.push_back(std::move(entry));
+    DocumentError Read(const BMessage& record);
+    // Empties what cannot be used.
+    DocumentError Check();
+    void Number();
+    [[nodiscard]] std::vector<std::unique_ptr<AbEpoch>> TakeEpochs() {
+        return std::move(topLevel_);
     }
+
+private:
+    // What was found when an epoch was made.
+    struct Findings {
+        DocumentError fault;
+        std::vector<SystemReading::LeftOut> leftOut;  // the first few of them
+        int32 leftOutCount = 0;
+    };
+
+    std::unique_ptr<Epoch> Make(BMessage* archive, status_t status);
+    void AddEntry(std::unique_ptr<AbEpoch> epoch, const BMessage& archive);
+    DocumentError Link();
+    template <typename Visit>
+    void ForEach(Visit visit) const;
+    DocumentError FaultOf(const AbEpoch& epoch) const;
+    void TellLeftOut(const AbEpoch& epoch, const std::string& position) const;
+
+    DocumentNotices* const notices_;
+    std::vector<std::unique_ptr<AbEpoch>> topLevel_;
+    std::vector<FlatEntry> flat_;
+    std::unordered_map<const AbEpoch*, Findings> findings_;
+    bool isTooDeep_ = false;
+};
+
+DocumentError Reader::Read(const BMessage& record) {
     type_code type = 0;
     int32 count = 0;
-    if (record.GetInfo(kEpochs, &type, &count) == B_OK && type == B_MESSAGE_TYPE && index < count)
-        return DocumentError::Content(kTextDamaged);
+    if (record.GetInfo(kEpochs, &type, &count) != B_OK || type != B_MESSAGE_TYPE) return {};
+    const auto make = [this](BMessage* archive, status_t status) { return Make(archive, status); };
+    for (int32 i = 0; i < count; i++) {
+        BMessage archive;
+        const status_t status = record.FindMessage(kEpochs, i, &archive);
+        AddEntry(status == B_OK ? Epoch::ReadTree(archive, make) : Make(&archive, status), archive);
+    }
+    if (isTooDeep_) return DocumentError::Content(kTextNestedTooDeeply);
+    return Link();
+}
 
-    Links links(entries);
+std::unique_ptr<Epoch> Reader::Make(BMessage* archive, status_t status) {
+    isTooDeep_ = isTooDeep_ || status == B_UNSUPPORTED;
+    Findings found;
+    found.fault = DocumentError::Record(status);
+    std::unique_ptr<Epoch> epoch;
+    if (found.fault.Failed()) {
+        epoch = std::make_unique<Epoch>();
+    } else {
+        const SystemReading reading;
+        epoch = Epoch::ReadAlone(archive);
+        if (!epoch) return nullptr;
+        found.fault = CheckEpochRecord(*archive);
+        found.leftOut = reading.Told();
+        found.leftOutCount = reading.CountLeftOut();
+    }
+    if (found.fault.Failed() || found.leftOutCount > 0)
+        findings_.emplace(epoch.get(), std::move(found));
+    return epoch;
+}
+
+void Reader::AddEntry(std::unique_ptr<AbEpoch> epoch, const BMessage& archive) {
+    if (!epoch) return;
+    FlatEntry entry;
+    if (archive.FindInt64(kEpochID, &entry.id) != B_OK) {
+        topLevel_.push_back(std::move(epoch));
+        return;
+    }
+    if (archive.FindInt64(kCopyOf, &entry.copyOf) != B_OK)
+        entry.copyOf = flat_.empty() ? kNoEpoch : flat_.back().id;
+    entry.epoch = std::move(epoch);
+    flat_.push_back(std::move(entry));
+}
+
+DocumentError Reader::Link() {
+    Links links(flat_);
     if (!links.Resolve()) return DocumentError::Content(kTextNestedTooDeeply);
     // The raw pointers stay good while the owners below take the epochs over one by one.
     std::vector<AbEpoch*> epochs;
-    epochs.reserve(entries.size());
-    for (const FlatEntry& entry : entries)
+    epochs.reserve(flat_.size());
+    for (const FlatEntry& entry : flat_)
         epochs.push_back(entry.epoch.get());
-    for (std::size_t i = 0; i < entries.size(); i++) {
+    for (std::size_t i = 0; i < flat_.size(); i++) {
         if (const auto parent = links.Parent(i))
-            epochs[*parent]->AddChild(entries[i].epoch.release());
+            epochs[*parent]->AddChild(flat_[i].epoch.release());
         else
-            topLevel->push_back(std::move(entries[i].epoch));
+            topLevel_.push_back(std::move(flat_[i].epoch));
     }
+    return {};
+}
+
+// In visiting order, with the position that epochs are listed and focused by.
+template <typename Visit>
+void Reader::ForEach(Visit visit) const {
+    int32 position = 0;
+    for (const auto& top : topLevel_)
+        for (EpochCursor cursor(top.get()); cursor.GetEpoch() != nullptr; cursor.Increment())
+            visit(static_cast<Epoch*>(cursor.GetEpoch()), std::to_string(position++));
+}
+
+DocumentError Reader::FaultOf(const AbEpoch& epoch) const {
+    const auto found = findings_.find(&epoch);
+    if (found != findings_.end() && found->second.fault.Failed()) return found->second.fault;
+    return CheckEpoch(epoch);
+}
+
+DocumentError Reader::Check() {
+    int32 usable = 0;
+    ForEach([&](Epoch* epoch, const std::string& position) {
+        MassSystem* const root = epoch->RootSystem();
+        if (root->ID() == kNoSystemID) root->SetID(kRootSystemID);
+        if (DocumentError fault = FaultOf(*epoch); fault.Failed()) {
+            notices_->AddEmptied(epoch->Name(), position, std::move(fault));
+            if (!std::isfinite(epoch->Time())) epoch->SetTime(0.0);
+            epoch->RemoveSystems();
+        } else {
+            TellLeftOut(*epoch, position);
+            usable++;
+        }
+    });
+    if (topLevel_.empty()) return DocumentError::Content(kTextNoEpoch);
+    return usable == 0 ? notices_->FirstFault() : DocumentError();
+}
+
+void Reader::TellLeftOut(const AbEpoch& epoch, const std::string& position) const {
+    const auto found = findings_.find(&epoch);
+    if (found == findings_.end()) return;
+    const auto& [fault, leftOut, count] = found->second;
+    for (const SystemReading::LeftOut& system : leftOut)
+        notices_->Add({kTextLeftOut, {position, epoch.Name(), system.name, system.sibling}});
+    const int32 more = count - static_cast<int32>(leftOut.size());
+    if (more > 0) notices_->Add({kTextMoreLeftOut, {position, epoch.Name(), std::to_string(more)}});
+}
+
+void Reader::Number() {
+    std::vector<const AbEpoch*> trees;
+    for (const auto& top : topLevel_)
+        trees.push_back(top.get());
+    NewIdentifiers identifiers(std::move(trees));
+    ForEach([&](Epoch* epoch, const std::string& position) {
+        auto* const root = dynamic_cast<CompositeSystem*>(epoch->RootSystem());
+        if (root == nullptr) return;
+        int32 count = 0;
+        root->NumberChildren([&](const MassSystem& system) {
+            const int64 id = identifiers.Next();
+            if (count++ < SystemReading::kMaxTold)
+                notices_->Add(
+                    {kTextNumbered, {position, epoch->Name(), system.Name(), std::to_string(id)}});
+            return id;
+        });
+        if (const int32 more = count - SystemReading::kMaxTold; more > 0)
+            notices_->Add({kTextMoreNumbered, {position, epoch->Name(), std::to_string(more)}});
+    });
+}
+
+}  // namespace
+
+DocumentError ReadEpochs(const BMessage& record, std::vector<std::unique_ptr<AbEpoch>>* topLevel,
+                         DocumentNotices* notices) {
+    Reader reader(notices);
+    if (DocumentError error = reader.Read(record); error.Failed()) return error;
+    if (DocumentError error = reader.Check(); error.Failed()) return error;
+    reader.Number();
+    *topLevel = reader.TakeEpochs();
     return {};
 }

@@ -6,10 +6,14 @@
 #include <vector>
 
 #include "DocumentError.h"
+#include "DocumentNotice.h"
 
 class AbEpoch;
 class BMessage;
 
 // The top-level epochs in order, each with its descendants. An entry that is no epoch is left out;
-// a flat one that hangs beneath nothing, or beneath itself, becomes a top-level epoch.
-DocumentError ReadEpochs(const BMessage& record, std::vector<std::unique_ptr<AbEpoch>>* topLevel);
+// a flat one that hangs beneath nothing, or beneath itself, becomes a top-level epoch. An epoch
+// that cannot be used stays in its place, but without its systems; where none can, the document is
+// refused. Systems without an identifier get new ones. `notices` tells of all that.
+DocumentError ReadEpochs(const BMessage& record, std::vector<std::unique_ptr<AbEpoch>>* topLevel,
+                         DocumentNotices* notices);

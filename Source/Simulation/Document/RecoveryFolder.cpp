@@ -9,11 +9,14 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "BMessage.h"
 #include "FileDescriptor.h"
 #include "SimulationFile.h"
+#include "TemporaryFiles.h"
 
 namespace {
 
@@ -47,12 +50,17 @@ std::string StemOf(const std::string& documentName) {
     return stem.empty() || stem.front() == '.' ? '_' + stem : stem;
 }
 
-// What the system calls the program that this process runs; empty when there is none.
+// What the system calls the program that this process runs; empty when there is none. One that has
+// ended and that its parent has not yet asked about runs nothing. The line is "7 (name) S ...", and
+// the name may hold anything.
 std::string ProgramOf(const std::string& process) {
-    std::string program;
-    std::ifstream file("/proc/" + process + "/comm");
-    std::getline(file, program);
-    return program;
+    std::ifstream file("/proc/" + process + "/stat");
+    const std::string line{std::istreambuf_iterator<char>(file), {}};
+    const std::size_t begin = line.find('(');
+    const std::size_t end = line.rfind(") ");
+    if (begin == std::string::npos || end == std::string::npos) return {};
+    const char state = line[end + 2];
+    return state == 'Z' || state == 'X' ? "" : line.substr(begin + 1, end - begin - 1);
 }
 
 // It still works on the document of its copy. The number of one that has ended may be another
@@ -101,7 +109,7 @@ DocumentError RecoveryFolder::Keep(const BMessage& record, const std::string& do
         status = marked.AddString(kPathField, originalPath);
     if (status == B_OK) status = marked.AddInt32(kProcessField, getpid());
     DocumentError result = DocumentError::Record(status);
-    if (!result.Failed()) result = SimulationFile::Write(path, marked);
+    if (!result.Failed()) result = SimulationFile::Write(path, std::move(marked));
     if (!result.Failed())
         *copy = path;
     else if (isNew)
@@ -114,6 +122,7 @@ std::vector<RecoveryCopy> RecoveryFolder::List() const {
     std::error_code failure;
     fs::directory_iterator entry(folder_, failure);
     for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+        if (TemporaryFiles::IsName(entry->path().filename().string())) continue;
         RecoveryCopy copy{entry->path().string(), {}, {}, 0};
         struct stat info {};
         BMessage record;

@@ -79,10 +79,28 @@ void RunControl::StartRun() {
     portal_->ReadUnlock();
     if (toOrigin) PutCenterOfMassAtOrigin(portal_);
     view_->RunStarting();
+    NoteRun();
+    calculator_->UnPause();
+}
+
+void RunControl::ResumeRun() {
+    const WindowLock lock(view_);
+    if (pauseCount_ != 1) return;
+    pauseCount_ = 0;
+    portal_->WriteLock();
+    portal_->FocusEpoch()->SetWriteable(true);
+    portal_->WriteUnlock();
+    view_->EnableRunControls(false);
+    view_->ShowGoPause(RunControlView::Offer::kPause);
+    NoteRun();
+    calculator_->UnPause(true);
+    userPaused_ = false;
+}
+
+void RunControl::NoteRun() {
     hasRun_ = true;
     running_ = true;
     endedIn_ = nullptr;
-    calculator_->UnPause();
 }
 
 void RunControl::DupCurrentEpoch() {

@@ -15,6 +15,9 @@ public:
     // None is owned.
     RunControl(EpochPortal* portal, Calculator* calculator, RunControlView* view);
 
+    // Goes on with the run that the calculator was given to resume, in the focus epoch: none is
+    // logged. Only while paused once.
+    void ResumeRun();
     // Stops the calculation. On return it is parked, every consumer has had its last batch, and the
     // focus epoch is a read-only record that holds the calculator's state.
     void Pause();
@@ -42,6 +45,7 @@ public:
 
 private:
     void StartRun();
+    void NoteRun();
     void DupCurrentEpoch();
     void KeepCalculatorState();
 

@@ -16,6 +16,7 @@
 #include "LockingCommand.h"
 #include "MacroCommand.h"
 #include "NewEpochCommand.h"
+#include "NewIdentifiers.h"
 #include "NewSystemCommand.h"
 #include "ProgramResources.h"
 #include "RunControl.h"
@@ -63,7 +64,7 @@ int64 SimulationController::FocusSystemID() const {
 }
 
 int64 SimulationController::NewSystemID() const {
-    return document_->Root()->MaxSystemID() + 1;
+    return NewIdentifiers({document_->Root()}).Next();
 }
 
 void SimulationController::CreateBody() {
@@ -85,7 +86,7 @@ void SimulationController::CreateBody() {
 
 std::unique_ptr<Body> SimulationController::MakeBody() {
     const int32 index = document_->NextBodyNameIndex();
-    document_->SetNextBodyNameIndex(index + 1);
+    document_->SetNextBodyNameIndex(index < INT32_MAX ? index + 1 : 0);
 
     const std::vector<Body*> others = Portal()->BodiesInMassOrder();
     std::vector<rgb_color> inUse;
@@ -189,17 +190,19 @@ void SimulationController::SetRelativeTo(int64 id) {
                                        &MassSystem::SetRelativeTo, id, kReferentChanged)));
 }
 
-bool SimulationController::GroupSystems(const std::vector<int64>& ids, const std::string& name) {
+SimulationController::Grouping SimulationController::GroupSystems(const std::vector<int64>& ids,
+                                                                  const std::string& name) {
+    using Obstacle = GroupSystemsCommand::Obstacle;
     PauseForEdit();
     EpochPortal* portal = Portal();
     portal->ReadLock();
-    const AbEpoch* epoch = portal->FocusEpoch();
-    const bool any = std::ranges::any_of(
-        ids, [=](int64 id) { return id >= 0 && epoch->SystemFromID(id) != nullptr; });
-    const int64 newID = NewSystemID();
+    auto command = std::make_unique<GroupSystemsCommand>(portal, ids, name, NewSystemID());
+    const Obstacle obstacle = command->FindObstacle();
     portal->ReadUnlock();
-    return any && ExecuteFiled(portal, Named(kCommandGroup, std::make_unique<GroupSystemsCommand>(
-                                                                portal, ids, name, newID)));
+    if (obstacle == Obstacle::kTooDeep) return Grouping::kTooDeep;
+    const bool isDone = obstacle == Obstacle::kNone &&
+                        ExecuteFiled(portal, Named(kCommandGroup, std::move(command)));
+    return isDone ? Grouping::kDone : Grouping::kNoMembers;
 }
 
 bool SimulationController::DissolveSystem(int64 id) {
@@ -292,6 +295,7 @@ MergeResult SimulationController::Collide(const BMessage& collisions, const Merg
     MergeResult result = MergeCollidingBodies(
         Portal(), collisions, resources_->InterfaceLabel(kLabelNameJoiner), run_->EndedIn());
     if (merged) merged(result);
+    if (result.unmerged) run_->PauseForUser();
     run_->UnRest();
     return result;
 }

@@ -40,8 +40,10 @@ public:
     // What the focus system is shown relative to.
     void SetRelativeTo(int64 id);
 
-    // Joins the systems in a new composite system; false when none of them exists.
-    bool GroupSystems(const std::vector<int64>& ids, const std::string& name);
+    // Joins the systems in a new composite system. Refused: none of them exists, or they would lie
+    // in more groups than a document can hold.
+    enum class Grouping { kDone, kNoMembers, kTooDeep };
+    Grouping GroupSystems(const std::vector<int64>& ids, const std::string& name);
     // Puts a composite's members in its place; false for anything else.
     bool DissolveSystem(int64 id);
     bool DissolveFocusSystem();
@@ -63,7 +65,8 @@ public:
     bool Undo();
     bool Redo();
 
-    // Resolves a collision message of the calculator; a run goes on from the merged state.
+    // Resolves a collision message of the calculator; a run goes on from the merged state, or is
+    // paused where bodies touch that cannot be merged.
     // `merged`, if given, is called between the two, with the calculator at rest.
     using Merged = std::function<void(const MergeResult&)>;
     MergeResult Collide(const BMessage& collisions, const Merged& merged = {});

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 
+#include "AppDefs.h"
 #include "DocumentCheck.h"
 #include "EpochCursor.h"
 #include "EpochReader.h"
 #include "ReportConsumer.h"
+#include "SimulationFile.h"
 #include "WindowFields.h"
 
 namespace {
@@ -85,10 +87,12 @@ void SimulationDocument::FindSimInfo(const BMessage& record) {
 
 DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
     if (DocumentError error = CheckRecord(record); error.Failed()) return error;
+    DocumentNotices notices;
+    if (!SimulationFile::IsAsWritten(record)) notices.Add({kTextNotAsWritten, {}});
     std::vector<std::unique_ptr<AbEpoch>> epochs;
-    if (DocumentError error = ReadEpochs(record, &epochs); error.Failed()) return error;
-    if (DocumentError error = CheckEpochs(epochs); error.Failed()) return error;
+    if (DocumentError error = ReadEpochs(record, &epochs, &notices); error.Failed()) return error;
     InstallEpochs(std::move(epochs), record);
+    notices_ = std::move(notices);
     return {};
 }
 
@@ -134,7 +138,7 @@ status_t SimulationDocument::SetEpochs(BMessage* record, bool allEpochs) const {
     const AbEpoch* const focus = portal_.FocusEpoch();
     const int32 count = allEpochs ? root_.CountChildren() : 1;
     for (int32 i = 0; i < count; i++) {
-        BMessage archive;
+        BMessage archive(B_ARCHIVED_OBJECT);
         const status_t archived =
             allEpochs ? root_.ChildAt(i)->Archive(&archive, true) : ArchiveAlone(*focus, &archive);
         if (archived != B_OK) return archived;

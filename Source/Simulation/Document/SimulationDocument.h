@@ -9,6 +9,7 @@
 
 #include "BMessage.h"
 #include "DocumentError.h"
+#include "DocumentNotice.h"
 #include "Epoch.h"
 #include "EpochPortal.h"
 #include "TaylorCalculator.h"
@@ -37,6 +38,8 @@ public:
     // Replaces everything by the record, and forgets the undo history. A record that cannot be used
     // changes nothing.
     DocumentError Load(const BMessage& record);
+    // What the record that was loaded last has lost or got.
+    [[nodiscard]] const DocumentNotices& Notices() const { return notices_; }
     // Adds everything to an empty record: the whole tree, or the focus epoch alone. Takes the
     // portal's read lock.
     DocumentError Store(BMessage* record, bool allEpochs);
@@ -65,6 +68,7 @@ private:
     UndoChain undoChain_;
     EpochPortal portal_;
     std::vector<ReportConsumer*> consumers_;
+    DocumentNotices notices_;
     BMessage windowFields_;
     int32 nextBodyName_ = 0;
     std::unique_ptr<TaylorCalculator> calculator_;  // last: it uses all of the above

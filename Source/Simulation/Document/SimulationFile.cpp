@@ -4,29 +4,43 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "AbEpoch.h"
 #include "AtomicFile.h"
 #include "BMessage.h"
 #include "BNodeInfo.h"
+#include "DocumentCheck.h"
+#include "EpochReader.h"
 #include "FileDescriptor.h"
+#include "RecordDigest.h"
 
 namespace {
 
 using Bytes = std::vector<std::byte>;
 
+// In the file's record, beside the fields of every document, which readers of documents pass over.
+constexpr const char* kDigest = "Digest";
+// Only ever in a record that was read: its digest is that of other bytes.
+constexpr const char* kChanged = "Not as written";
+constexpr std::byte kRecordEnd{0};
+
 // A record tells its size in 31 bits.
 constexpr off_t kMaxSize = off_t{INT32_MAX} + static_cast<off_t>(SimulationFile::kTag.size());
 
-// Reads up to `size` bytes; how many there were, or -1 with errno.
-ssize_t ReadAll(int descriptor, std::byte* into, std::size_t size) {
+// Reads up to `size` bytes at a place; how many there were, or -1 with errno.
+ssize_t ReadAll(int descriptor, std::byte* into, std::size_t size, off_t at) {
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t got = read(descriptor, into + done, size - done);
+        const ssize_t got =
+            pread(descriptor, into + done, size - done, at + static_cast<off_t>(done));
         if (got == 0) break;
         if (got > 0)
             done += static_cast<std::size_t>(got);
@@ -41,8 +55,31 @@ bool HasTag(const std::byte* data, std::size_t size) {
            std::memcmp(data, SimulationFile::kTag.data(), SimulationFile::kTag.size()) == 0;
 }
 
-DocumentError ReadRecord(std::shared_ptr<const Bytes> bytes, BMessage* record) {
-    return DocumentError::Record(record->Unflatten(std::move(bytes), SimulationFile::kTag.size()));
+// Without a digest nothing is known, and nothing said.
+bool HasItsDigest(std::span<const std::byte> stored, const BMessage& record) {
+    const void* data = nullptr;
+    std::size_t size = 0;
+    if (!record.HasName(kDigest)) return true;
+    if (record.FindData(kDigest, B_RAW_TYPE, 0, &data, &size) != B_OK ||
+        size != RecordDigest::Bytes().size())
+        return false;
+    // The record is a view into its stored form, unless the field stands there in pieces.
+    const auto* const digest = static_cast<const std::byte*>(data);
+    const std::less<> before;
+    if (before(digest, stored.data()) || !before(digest, stored.data() + stored.size()))
+        return false;
+    const auto at = static_cast<std::size_t>(digest - stored.data());
+    return std::ranges::equal(RecordDigest::Of(stored, at), std::span(digest, size));
+}
+
+DocumentError ReadRecord(const std::shared_ptr<const Bytes>& bytes, std::size_t offset,
+                         BMessage* record) {
+    const status_t status = record->Unflatten(bytes, offset);
+    if (status != B_OK) return DocumentError::Record(status);
+    const bool isAsWritten = HasItsDigest(std::span(*bytes).subspan(offset), *record);
+    record->RemoveName(kDigest);
+    record->RemoveName(kChanged);
+    return DocumentError::Record(isAsWritten ? B_OK : record->AddBool(kChanged, true));
 }
 
 DocumentError ErrorOf(const AtomicFile& file, status_t status) {
@@ -57,7 +94,7 @@ DocumentError ReadBytes(int descriptor, std::shared_ptr<Bytes>* bytes) {
     if (S_ISDIR(info.st_mode)) return DocumentError::System(EISDIR);
     if (!S_ISREG(info.st_mode)) return DocumentError::Content(kTextNotAFile);
     std::byte tag[SimulationFile::kTag.size()];
-    const ssize_t got = ReadAll(descriptor, tag, sizeof tag);
+    const ssize_t got = ReadAll(descriptor, tag, sizeof tag, 0);
     if (got < 0) return DocumentError::System(errno);
     if (!HasTag(tag, static_cast<std::size_t>(got)))
         return DocumentError::Content(kTextNotADocument);
@@ -65,11 +102,51 @@ DocumentError ReadBytes(int descriptor, std::shared_ptr<Bytes>* bytes) {
 
     *bytes = std::make_shared<Bytes>(static_cast<std::size_t>(info.st_size));
     std::memcpy((*bytes)->data(), tag, sizeof tag);
-    const ssize_t rest =
-        ReadAll(descriptor, (*bytes)->data() + sizeof tag, (*bytes)->size() - sizeof tag);
+    const ssize_t rest = ReadAll(descriptor, (*bytes)->data() + sizeof tag,
+                                 (*bytes)->size() - sizeof tag, sizeof tag);
     if (rest < 0) return DocumentError::System(errno);
     (*bytes)->resize(sizeof tag + static_cast<std::size_t>(rest));
     return {};
+}
+
+// Writes the tag and the record, the digest last.
+DocumentError WriteBytes(BMessage record, AtomicFile* file) {
+    record.RemoveName(kDigest);
+    record.RemoveName(kChanged);
+    constexpr RecordDigest::Bytes kNothing{};
+    status_t status = record.AddData(kDigest, B_RAW_TYPE, kNothing.data(), kNothing.size());
+    if (status != B_OK) return DocumentError::Record(status);
+
+    std::size_t beforeDigest = record.FlattenedSize() - kNothing.size() - sizeof kRecordEnd;
+    RecordDigest digest;
+    file->Write(SimulationFile::kTag.data(), SimulationFile::kTag.size());
+    status = record.Flatten([&](std::span<const std::byte> piece) {
+        digest.Add(piece);
+        const std::size_t size = std::min(piece.size(), beforeDigest);
+        file->Write(piece.data(), size);
+        beforeDigest -= size;
+    });
+    if (status != B_OK) return DocumentError::Record(status);
+    const RecordDigest::Bytes ended = digest.End();
+    file->Write(ended.data(), ended.size());
+    file->Write(&kRecordEnd, sizeof kRecordEnd);
+    return {};
+}
+
+// Whether what was written can be read, and all of its epochs be used.
+DocumentError ReadBack(int descriptor) {
+    std::shared_ptr<Bytes> bytes;
+    if (DocumentError error = ReadBytes(descriptor, &bytes); error.Failed()) return error;
+    BMessage record;
+    if (DocumentError error = ReadRecord(bytes, SimulationFile::kTag.size(), &record);
+        error.Failed())
+        return error;
+    if (!SimulationFile::IsAsWritten(record)) return DocumentError::Content(kTextDamaged);
+    if (DocumentError error = CheckRecord(record); error.Failed()) return error;
+    std::vector<std::unique_ptr<AbEpoch>> epochs;
+    DocumentNotices notices;
+    if (DocumentError error = ReadEpochs(record, &epochs, &notices); error.Failed()) return error;
+    return notices.FirstFault();
 }
 
 }  // namespace
@@ -81,7 +158,7 @@ DocumentError SimulationFile::Read(const std::string& path, BMessage* record) {
     if (!file.IsOpen()) return DocumentError::System(errno);
     std::shared_ptr<Bytes> bytes;
     if (DocumentError error = ReadBytes(file.Get(), &bytes); error.Failed()) return error;
-    return ReadRecord(std::move(bytes), record);
+    return ReadRecord(bytes, kTag.size(), record);
 }
 
 DocumentError SimulationFile::CanWrite(const std::string& path) {
@@ -89,20 +166,26 @@ DocumentError SimulationFile::CanWrite(const std::string& path) {
     return ErrorOf(file, file.Open(path));
 }
 
-DocumentError SimulationFile::Write(const std::string& path, const BMessage& record) {
-    Bytes bytes;
-    if (DocumentError error = DocumentError::Record(record.Flatten(&bytes)); error.Failed())
-        return error;
+bool SimulationFile::IsAsWritten(const BMessage& record) {
+    return !record.HasName(kChanged);
+}
+
+DocumentError SimulationFile::Write(const std::string& path, const BMessage& record,
+                                    int* leftovers) {
+    return Write(path, BMessage(record), leftovers);
+}
+
+DocumentError SimulationFile::Write(const std::string& path, BMessage&& record, int* leftovers) {
     AtomicFile file;
-    status_t status = file.Open(path);
-    if (status == B_OK) {
-        // A failure to write shows in Commit; a file without attributes is a document all the same.
-        file.Write(kTag.data(), kTag.size());
-        file.Write(bytes.data(), bytes.size());
-        BNodeInfo info(&file.Node());
-        info.SetPreferredApp(kPreferredApplication);
-        info.SetType(kType);
-        status = file.Commit();
-    }
+    if (const status_t status = file.Open(path); status != B_OK) return ErrorOf(file, status);
+    if (DocumentError error = WriteBytes(std::move(record), &file); error.Failed()) return error;
+    if (file.SystemError() == 0)
+        if (DocumentError error = ReadBack(file.Node().Descriptor()); error.Failed()) return error;
+    // A failure to write shows in Commit; a file without attributes is a document all the same.
+    BNodeInfo info(&file.Node());
+    info.SetPreferredApp(kPreferredApplication);
+    info.SetType(kType);
+    const status_t status = file.Commit();
+    if (leftovers != nullptr) *leftovers = file.RemovedLeftovers();
     return ErrorOf(file, status);
 }

@@ -17,10 +17,19 @@ public:
 
     // Reads the file's record, without a look into the records nested in it. Takes no more memory
     // than the file is long; nothing but the tag is read of a file that is not a document. On
-    // failure the record is empty.
+    // failure the record is empty. The digest is checked and taken out.
     static DocumentError Read(const std::string& path, BMessage* record);
     // Whether a document could be written there, disk space apart. Leaves no trace.
     static DocumentError CanWrite(const std::string& path);
-    // Replaces the file at once or not at all, and marks it as a document of this program.
-    static DocumentError Write(const std::string& path, const BMessage& record);
+    // False for the record of a file that is not, byte for byte, what was written.
+    static bool IsAsWritten(const BMessage& record);
+    // Replaces the file at once or not at all, and marks it as a document of this program. What
+    // could not be read again as it is replaces nothing: the reason is the one that reading has.
+    // `leftovers`, if given: how many unfinished files of programs that have ended were removed from
+    // its folder.
+    static DocumentError Write(const std::string& path, const BMessage& record,
+                               int* leftovers = nullptr);
+    // The same; the record's memory is given back as soon as it is written.
+    static DocumentError Write(const std::string& path, BMessage&& record,
+                               int* leftovers = nullptr);
 };

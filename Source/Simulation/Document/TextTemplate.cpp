@@ -1,5 +1,6 @@
 #include "TextTemplate.h"
 
+#include "PrintableText.h"
 #include "SupportDefs.h"
 
 std::string FillIn(std::string_view text, std::initializer_list<std::string_view> values) {
@@ -8,7 +9,7 @@ std::string FillIn(std::string_view text, std::initializer_list<std::string_view
         const char mark = text[i] == '%' && i + 1 < text.size() ? text[i + 1] : '\0';
         if (mark >= '1' && mark <= '9') {
             const auto gap = static_cast<std::size_t>(mark - '1');
-            if (gap < values.size()) filled += values.begin()[gap];
+            if (gap < values.size()) filled += Printable(values.begin()[gap]);
             i++;
         } else {
             filled += text[i];

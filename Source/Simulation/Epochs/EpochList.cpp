@@ -14,8 +14,9 @@
 namespace {
 
 // At first, in characters.
-constexpr int32 kNameWidth = 24;
-constexpr int32 kTimeWidth = 14;
+constexpr int32 kNameWidth = 18;
+constexpr int32 kRunWidth = 4;
+constexpr int32 kTimeWidth = 12;
 constexpr int32 kBodiesWidth = 6;
 constexpr int32 kStateWidth = 11;
 
@@ -64,7 +65,9 @@ void EpochList::Read(const AbEpoch* root, const AbEpoch* focus) {
         FindLine(&entry);
         if (epoch == focus) focus_ = entries_.size();
         entries_.push_back(std::move(entry));
-        addChildren(*epoch, entries_.size() - 1);
+        const std::size_t index = entries_.size() - 1;
+        entries_[index].runs = RunsBefore(index) + (IsRun(index) ? 1 : 0);
+        addChildren(*epoch, index);
     }
 }
 
@@ -82,6 +85,11 @@ void EpochList::ReadContents(const AbEpoch& epoch, Entry* entry) {
     entry->isWriteable = epoch.Writeable();
 }
 
+int32 EpochList::RunsBefore(std::size_t index) const {
+    const std::size_t parent = entries_[index].parent;
+    return parent == kNone ? 0 : entries_[parent].runs;
+}
+
 bool EpochList::IsBranch(const Entry& entry) const {
     return entry.parent != kNone && entries_[entry.parent].children > 1;
 }
@@ -97,7 +105,9 @@ void EpochList::FindLine(Entry* entry) const {
 
 std::vector<BColumnListView::Column> EpochList::Columns() const {
     return {{texts_->Label(kTextNameColumn), kNameWidth, false},
+            {texts_->Label(kTextRunColumn), kRunWidth, true},
             {texts_->Label(kTextTimeColumn), kTimeWidth, true},
+            {texts_->Label(kTextLengthColumn), kTimeWidth, true},
             {texts_->Label(kTextBodiesColumn), kBodiesWidth, true},
             {texts_->Label(kTextStateColumn), kStateWidth, false}};
 }
@@ -130,26 +140,43 @@ ColumnListRow EpochList::RowOf(std::size_t index) const {
     row.isMarked = index == focus_;
     row.isBranch = IsBranch(entry);
     row.tip = texts_->Label(entry.isWriteable ? kTextWriteableTip : kTextReadOnlyTip);
-    const std::string& state = StateOf(index);
-    row.cells = {
-        {entry.name},
-        {FillIn(texts_->Label(kTextTime), {print_double(entry.time / entry.timeUval, kTimeDigits),
-                                           timeUnits_->Abbreviation(entry.timeUval)}),
-         entry.time},
-        {std::to_string(entry.bodies), static_cast<double>(entry.bodies)},
-        {row.isMarked ? FillIn(texts_->Label(kTextCurrentState), {state}) : state}};
+    ColumnListRow::Cell run;
+    ColumnListRow::Cell length;
+    if (IsRun(index)) {
+        const int32 number = RunsBefore(index) + 1;
+        run = {std::to_string(number), static_cast<double>(number)};
+        const double start = entry.parent == kNone ? 0.0 : entries_[entry.parent].time;
+        length = {TimeText(entry.time - start, entry), entry.time - start};
+    }
+    const std::string& state = texts_->Label(StateOf(index));
+    row.cells = {{entry.name},
+                 std::move(run),
+                 {TimeText(entry.time, entry), entry.time},
+                 std::move(length),
+                 {std::to_string(entry.bodies), static_cast<double>(entry.bodies)},
+                 {row.isMarked ? FillIn(texts_->Label(kTextCurrentState), {state}) : state}};
     return row;
+}
+
+std::string EpochList::TimeText(double time, const Entry& entry) const {
+    return FillIn(texts_->Label(kTextTime), {print_double(time / entry.timeUval, kTimeDigits),
+                                             timeUnits_->Abbreviation(entry.timeUval)});
+}
+
+bool EpochList::IsRun(std::size_t index) const {
+    const int32 state = StateOf(index);
+    return state == kLabelStatePaused || state == kLabelStateGo;
 }
 
 // The circumstance where it says more than that an epoch was made, as it does for all that this
 // program makes; otherwise what the tree itself tells.
-const std::string& EpochList::StateOf(std::size_t index) const {
+int32 EpochList::StateOf(std::size_t index) const {
     const Entry& entry = entries_[index];
-    if (index == focus_ && isRunning_) return texts_->Label(kLabelStateGo);
+    if (index == focus_ && isRunning_) return kLabelStateGo;
     if (entry.circumstance > kCircumstanceMade && entry.circumstance <= kLastNamedCircumstance)
-        return texts_->Label(kLabelStateEdited + entry.circumstance - kCircumstanceMade);
-    if (entry.isWriteable) return texts_->Label(kLabelStateEdited);
+        return kLabelStateEdited + entry.circumstance - kCircumstanceMade;
+    if (entry.isWriteable) return kLabelStateEdited;
     // A record at another time than the one it was derived from is where a run paused.
     const bool isRun = entry.parent != kNone && entries_[entry.parent].time != entry.time;
-    return texts_->Label(isRun ? kLabelStatePaused : kLabelStateLogged);
+    return isRun ? kLabelStatePaused : kLabelStateLogged;
 }

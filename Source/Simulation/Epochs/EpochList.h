@@ -8,6 +8,10 @@
 // follow it, at the same depth, and have a sign. So rows are indented by branches and not by runs,
 // a line that is of no interest closes to a single row, and from top to bottom the rows still are
 // in visiting order.
+//
+// The runs of a line have one name; they are told apart by their number, which counts the runs on
+// the way from the beginning, and by their length. So a number stays what it is whatever else is
+// run or deleted; those of two branches may be the same.
 #pragma once
 
 #include <string>
@@ -58,14 +62,18 @@ private:
         double timeUval = 1.0;
         int32 children = 0;
         int32 bodies = 0;
+        int32 runs = 0;  // on the way from the beginning, this one included
         int32 circumstance = 0;
         bool isWriteable = false;
     };
     static void ReadContents(const AbEpoch& epoch, Entry* entry);
+    [[nodiscard]] int32 RunsBefore(std::size_t index) const;
     [[nodiscard]] bool IsBranch(const Entry& entry) const;
     void FindLine(Entry* entry) const;
     [[nodiscard]] ColumnListRow RowOf(std::size_t index) const;
-    [[nodiscard]] const std::string& StateOf(std::size_t index) const;
+    [[nodiscard]] int32 StateOf(std::size_t index) const;
+    [[nodiscard]] bool IsRun(std::size_t index) const;
+    [[nodiscard]] std::string TimeText(double time, const Entry& entry) const;
 
     const InterfaceTexts* const texts_;
     const UnitTable* const timeUnits_;

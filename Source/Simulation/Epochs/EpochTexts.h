@@ -16,4 +16,6 @@ enum EpochText : int32 {
     kTextWriteableTip = 3808,
     kTextRestoreEpoch = 3809,
     kTextRenameEpoch = 3810,
+    kTextRunColumn = 3811,
+    kTextLengthColumn = 3812,
 };

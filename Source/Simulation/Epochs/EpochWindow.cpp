@@ -24,7 +24,7 @@ namespace {
 
 // Until the owner gives it another place and size.
 constexpr BRect kFirstFrame{363.0f, 588.0f, 882.0f, 787.0f};
-constexpr float kLeastWidth = 43.0f;  // in sizes of the plain font: all columns are seen
+constexpr float kLeastWidth = 51.0f;  // in sizes of the plain font: all columns are seen
 constexpr float kLeastHeight = 10.0f;
 constexpr float kGreatest = 32000.0f;
 

@@ -20,6 +20,9 @@ protected:
     ExampleDocument() {
         EXPECT_TRUE(ExampleParser(resources_)
                         .Parse(R"(
+            title "Two bodies"
+            see "One goes around"
+            see "the other"
             epoch "Start"
             picture 5.2e11 m y
             focus "Planet"
@@ -60,6 +63,14 @@ TEST_F(ExampleDocument, IsReadAsItWasMeant) {
     EXPECT_EQ(scale, 1e-9);
     EXPECT_EQ(display.FindInt32("Sup axis", &axis), B_OK);
     EXPECT_EQ(axis, 2);
+    // It stands beside the window, wherever that is.
+    EXPECT_FALSE(record.HasName("Edit at"));
+
+    std::vector<std::string> description(3);
+    for (int32 i = 0; i < 3; i++)
+        record.FindString("Description", i, &description[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(description,
+              (std::vector<std::string>{"Two bodies", "One goes around", "the other"}));
 }
 
 TEST_F(ExampleDocument, IsNotWrittenWhenItCouldNotBeOpened) {

@@ -213,6 +213,15 @@ TEST_F(RdefTest, FaultsTellFileLineAndReason) {
     };
     for (const auto& [script, fault] : faults)
         EXPECT_EQ(Fault(script), fault);
+    // As deep as anybody likes, in every way in which a value can stand in a value.
+    constexpr int kLevels = 100'000;
+    for (const std::string level :
+         {"(", "-", "(int32)", "array {", "message { \"a\" =", "app_flags "}) {
+        std::string script = "\nresource(1) ";
+        for (int i = 0; i < kLevels; i++)
+            script += level;
+        EXPECT_EQ(Fault(script), "2: values are nested too deeply") << level;
+    }
     EXPECT_EQ(Fault("#include \"none\""), "1: cannot read \"" + folder_.Path("none") + '"');
 }
 

@@ -1,0 +1,60 @@
+#include "InstalledFiles.h"
+
+#include <algorithm>
+#include <climits>
+#include <filesystem>
+
+#include "BMessage.h"
+#include "Preferences.h"
+#include "SimulationFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kDescription =
+    "Description";  // of an example: its title, then what there is to see
+
+// Relative to the program's folder: as installed, and as built.
+fs::path FindBeside(const fs::path& name) {
+    char program[PATH_MAX];
+    if (getappdir(program, sizeof program) != B_OK) return {};
+    const fs::path above = fs::path(program).parent_path();
+    std::error_code error;
+    fs::path installed = above / "share/doc/orvek" / name;
+    fs::path built = above / name;
+    const bool isBuilt = !fs::exists(installed, error) && fs::exists(built, error);
+    return isBuilt ? built : installed;
+}
+
+bool ReadExample(const fs::path& path, Example* example) {
+    BMessage record;
+    if (SimulationFile::Read(path, &record).Failed()) return false;
+    example->path = path;
+    example->title = path.stem();
+    std::string line;
+    for (int32 i = 0; record.FindString(kDescription, i, &line) == B_OK; i++)
+        if (i == 0)
+            example->title = line;
+        else
+            example->lines.push_back(line);
+    return true;
+}
+
+}  // namespace
+
+std::string GuidePath() {
+    return FindBeside("guide/guide.html");
+}
+
+std::vector<Example> InstalledExamples() {
+    std::vector<Example> examples;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(FindBeside("examples"), error)) {
+        Example example;
+        if (entry.path().extension() == ".orvek" && ReadExample(entry.path(), &example))
+            examples.push_back(std::move(example));
+    }
+    std::ranges::sort(examples, {}, &Example::path);
+    return examples;
+}

@@ -1,0 +1,29 @@
+// The submenu of the examples that are installed with the program: each with its title, which opens
+// it, and what there is to see in it. Its items are for the application. Rules as for BMenu.
+#pragma once
+
+#include <vector>
+
+#include "BMenu.h"
+
+struct Example {
+    std::string path;
+    std::string title;
+    std::vector<std::string> lines;  // what there is to see
+};
+
+class ExampleMenu : public BMenu {
+public:
+    // To the application, with string "path": show a copy of that document.
+    static constexpr uint32 kOpenExample = FourCC("exop");
+
+    ExampleMenu(const char* name, const std::vector<Example>& examples);
+    explicit ExampleMenu(BMessage* archive) : BMenu(archive) {}
+
+    [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
+
+    void AttachedToWindow() override;
+
+private:
+    void Add(const std::string& path, const std::string& label);
+};

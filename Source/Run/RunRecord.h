@@ -1,0 +1,24 @@
+// What a checkpoint holds of its run, beside the document as it stands: all that the run needs to
+// go on as if nothing had happened, and what its summary tells of the part that is over. A plain
+// value.
+#pragma once
+
+#include "BMessage.h"
+#include "Conservation.h"
+#include "Progress.h"
+
+struct RunRecord {
+    BMessage calculator;   // TaylorCalculator::ArchiveRun
+    int64 steps = 0;       // taken until now
+    double seconds = 0.0;  // of real time that they took
+    RunGoal goal;
+    bool stopsAtCollision = false;
+    double startTime = 0.0;  // s
+    Conserved start;
+    MergerTotals mergers;
+
+    // Adds the field "Run", a record, to that of the document.
+    [[nodiscard]] status_t AddTo(BMessage* document) const;
+    // B_NAME_NOT_FOUND: the document holds no run. Changes nothing unless all is there.
+    [[nodiscard]] status_t FindIn(const BMessage& document);
+};

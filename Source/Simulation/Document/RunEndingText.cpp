@@ -1,0 +1,59 @@
+#include "RunEndingText.h"
+
+#include "AbEpoch.h"
+#include "DocumentTexts.h"
+#include "EpochPortal.h"
+#include "MassSystem.h"
+#include "ProgramResources.h"
+#include "QuantityText.h"
+#include "RunEnding.h"
+#include "TextTemplate.h"
+
+namespace {
+
+constexpr int kDistanceDigits = 3;
+
+DocumentText TextFor(const RunEnding& ending) {
+    switch (ending.reason) {
+        case RunEnding::Reason::kNotFinite:
+            return ending.pair ? kTextEndsNotFinite : kTextEndsNotFiniteAlone;
+        case RunEnding::Reason::kTimeStands:
+            return ending.pair ? kTextEndsTimeStands : kTextEndsTimeStandsAlone;
+        case RunEnding::Reason::kNotMerged:
+            return kTextEndsNotMerged;
+        case RunEnding::Reason::kNothingInteracts:
+            break;
+    }
+    return kTextEndsNothingInteracts;
+}
+
+std::string NameOf(const MassSystem* system) {
+    return system != nullptr ? system->Name() : std::string();
+}
+
+std::string QuantityWithUnit(double value, int digits, double uval, const UnitTable& units) {
+    return print_double(value / uval, digits) + ' ' + units.Abbreviation(uval);
+}
+
+}  // namespace
+
+std::string RunEndingText(const RunEnding& ending, EpochPortal* portal,
+                          const ProgramResources& resources) {
+    portal->ReadLock();
+    const AbEpoch& epoch = *portal->FocusEpoch();
+    const std::string time =
+        QuantityWithUnit(ending.time, kReadableDigits, epoch.TimeUval(), resources.TimeUnits());
+    std::string heavier;
+    std::string lighter;
+    std::string distance;
+    if (ending.pair) {
+        const MassSystem* const body = epoch.SystemFromID(ending.pair->earlier);
+        heavier = NameOf(body);
+        lighter = NameOf(epoch.SystemFromID(ending.pair->later));
+        distance = QuantityWithUnit(ending.pair->distance, kDistanceDigits,
+                                    body != nullptr ? body->PositionUval() : 1.0,
+                                    resources.DistanceUnits());
+    }
+    portal->ReadUnlock();
+    return FillIn(resources.InterfaceLabel(TextFor(ending)), {time, heavier, lighter, distance});
+}

@@ -1,0 +1,79 @@
+// The guide, and the examples that come with the program.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "AppDriver.h"
+#include "ProgramMessages.h"
+#include "RecentDocuments.h"
+#include "Simulation.h"
+#include "TestFolder.h"
+#include "WindowHand.h"
+
+namespace {
+
+using WindowHand::Key;
+
+constexpr const char* kGuide = "Guide to Orvek";
+constexpr const char* kNew = "New Simulation";
+const std::string kPlanets =
+    "Orvek/Open Example/The Sun with its nine planets on 1 January 2000, 12 h TDB (J2000).";
+
+// Presses the key until the guide is there: a window that is shown meanwhile takes the keyboard.
+bool IsOpenedFrom(const char* window) {
+    if (WindowHand::Count(kGuide) == 1) return true;
+    WindowHand::Activate(window);
+    WindowHand::Press(window, Key::kHelp);
+    return false;
+}
+
+TEST(Help, TheKeyOpensTheGuide) {
+    const TestFolder folder;
+    AppDriver app(folder.Path());
+    WindowHand::WaitFor("Projection of New Simulation");
+    EXPECT_TRUE(AppDriver::WaitUntil([] { return IsOpenedFrom(kNew); }));
+    EXPECT_TRUE(WindowHand::PageText(kGuide).starts_with("Orvek: the guide"));
+    WindowHand::Press(kGuide, Key::kEscape);
+    EXPECT_TRUE(AppDriver::WaitUntil([] { return WindowHand::Count(kGuide) == 0; }));
+
+    // The first link leads to the first lesson, which stays where it is while the guide is closed.
+    WindowHand::Choose(kNew, "Help/Guide");
+    WindowHand::WaitFor(kGuide);
+    WindowHand::Press(kGuide, Key::kTab);
+    WindowHand::Press(kGuide, Key::kEnter);
+    const auto isAtLesson = [] { return WindowHand::PageText(kGuide).starts_with("First lesson"); };
+    EXPECT_TRUE(AppDriver::WaitUntil(isAtLesson)) << WindowHand::PageText(kGuide).substr(0, 100);
+    WindowHand::Close(kGuide);
+    EXPECT_TRUE(AppDriver::WaitUntil([] { return WindowHand::Count(kGuide) == 0; }));
+    WindowHand::Choose(kNew, "Help/Guide");
+    WindowHand::WaitFor(kGuide);
+    EXPECT_TRUE(isAtLesson());
+}
+
+TEST(Help, AnExampleIsOpenedAsACopy) {
+    const TestFolder folder;
+    AppDriver app(folder.Path());
+    WindowHand::WaitFor(kNew);
+    // Its own two lines stand below each.
+    const std::vector<std::string> items = WindowHand::Items(kNew);
+    const auto planets = std::ranges::find(items, kPlanets);
+    ASSERT_LT(planets, items.end() - 2);
+    EXPECT_NE(planets[1].find("Nine nearly round tracks"), std::string::npos) << planets[1];
+    EXPECT_NE(planets[2].find("Nothing wanders off"), std::string::npos) << planets[2];
+
+    // It takes the place of the simulation that nobody has touched, and saving it asks where.
+    WindowHand::Choose(kNew, kPlanets);
+    EXPECT_TRUE(app.Shows("planets.orvek")) << app.Titles();
+    EXPECT_TRUE(RecentDocuments::Shared().Paths().empty());
+    app.Edit(0);
+    WindowHand::Choose("planets.orvek", "File/Save");
+    EXPECT_TRUE(AppDriver::WaitUntil(WindowHand::IsPanelSeen));
+    WindowHand::CancelPanel();
+
+    // The next one leaves it alone.
+    WindowHand::Choose("planets.orvek", planets[1]);
+    EXPECT_TRUE(app.Shows("planets.orvek,planets.orvek")) << app.Titles();
+}
+
+}  // namespace

@@ -1,0 +1,19 @@
+// Opening whole documents.
+#include "BMessage.h"
+#include "FuzzKit.h"
+#include "ProgramResources.h"
+#include "SimulationDocument.h"
+#include "SimulationFile.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static SimulationDocument document(nullptr);
+    const fuzz::MemoryFile file(fuzz::BytesOf(data, size));
+    BMessage record;
+    DocumentError error = SimulationFile::Read(file.Path(), &record);
+    if (!error.Failed()) error = document.Load(record);
+    if (!error.Failed())
+        fuzz::CheckCanBeKept(&document);
+    else
+        fuzz::Check(!error.Reason(fuzz::Resources()).empty(), "a refusal has a reason");
+    return 0;
+}

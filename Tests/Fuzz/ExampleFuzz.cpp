@@ -1,0 +1,36 @@
+// Reading the texts of examples, and building documents of them.
+#include "Epoch.h"
+#include "ExampleDocument.h"
+#include "ExampleModel.h"
+#include "ExampleParser.h"
+#include "FuzzKit.h"
+
+namespace {
+
+// The stars of all clusters.
+std::int64_t Stars(const std::vector<ExampleSystem>& systems) {
+    std::int64_t stars = 0;
+    for (const ExampleSystem& system : systems)
+        stars += system.stars + Stars(system.members);
+    return stars;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr std::int64_t kManyStars = 200;  // more only take time
+    // Where nothing can be written: the last thing that building an example does.
+    constexpr const char* kNowhere = "/dev/null/example.orvek";
+    ExampleParser parser(fuzz::Resources());
+    ExampleText text;
+    if (!parser.Parse(fuzz::TextOf(data, size), &text)) {
+        fuzz::Check(!parser.Reason().empty(), "a fault is told");
+        return 0;
+    }
+    if (Stars(text.systems) > kManyStars) return 0;
+    ExampleModel model;
+    const std::unique_ptr<Epoch> epoch = model.Build(text);
+    fuzz::Check(epoch != nullptr || !model.Reason().empty(), "a fault is told");
+    if (epoch != nullptr) static_cast<void>(WriteExample(kNowhere, text, *epoch, model.FocusID()));
+    return 0;
+}

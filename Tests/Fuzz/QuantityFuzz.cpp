@@ -1,0 +1,43 @@
+// Reading quantities as users type them, and showing them.
+#include <cmath>
+
+#include "FuzzKit.h"
+#include "ProgramResources.h"
+#include "QuantityText.h"
+
+namespace {
+
+// Whatever is shown can be typed again and means the same, but for the last digit of the shortest
+// text.
+void CheckShown(const UnitTable& units, double value, const UnitInfo& unit) {
+    constexpr double kLastDigit = 1e-15;
+    const std::string shown = QuantityText(value, unit.factor);
+    const UnitTable::Parsed read = units.Parse(shown + ' ' + unit.abbreviation);
+    // The largest numbers have no text in the smallest units.
+    if (!std::isfinite(value / unit.factor)) return;
+    fuzz::Check(static_cast<bool>(read), "what is shown can be typed");
+    const double slack = std::fabs(value) * kLastDigit + unit.factor * 5e-324;
+    fuzz::Check(std::fabs(read.value - value) <= slack, "what is shown means the value");
+}
+
+void Read(const UnitTable& units, std::string_view text) {
+    for (const double plainFactor : {1.0, 1.495978707e11}) {
+        const UnitTable::Parsed parsed = units.Parse(text, plainFactor);
+        if (!parsed) continue;
+        fuzz::Check(std::isfinite(parsed.value), "what is read is a number");
+        static_cast<void>(print_double(parsed.value));
+        if (parsed.unit != nullptr) CheckShown(units, parsed.value, *parsed.unit);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text = fuzz::TextOf(data, size);
+    const ProgramResources& resources = fuzz::Resources();
+    Read(resources.MassUnits(), text);
+    Read(resources.DistanceUnits(), text);
+    Read(resources.SpeedUnits(), text);
+    Read(resources.TimeUnits(), text);
+    return 0;
+}

@@ -1,0 +1,221 @@
+// Runs that are killed and taken up again from their checkpoint.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <thread>
+
+#include "ProgramRun.h"
+#include "RunFixture.h"
+#include "SampleDocument.h"
+#include "SimulationDocument.h"
+#include "SimulationFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Arguments = std::vector<std::string>;
+
+// The run in a checkpoint that is there, as far as the tests look at it.
+struct Kept {
+    int64 steps = 0;
+    std::size_t bodies = 0;
+};
+
+class RunResume : public RunFixture {
+protected:
+    // Nothing if there is no checkpoint.
+    static Kept Look(const std::string& path) {
+        BMessage record, run, calculator;
+        Kept kept;
+        int32 bodies = 0;
+        if (SimulationFile::Read(path, &record).Failed() ||
+            record.FindMessage("Run", &run) != B_OK ||
+            run.FindMessage("Calculator", &calculator) != B_OK ||
+            calculator.GetInfo("IDs", nullptr, &bodies) != B_OK)
+            return kept;
+        EXPECT_EQ(run.FindInt64("Steps", &kept.steps), B_OK);
+        kept.bodies = static_cast<std::size_t>(bodies);
+        return kept;
+    }
+    // Waits for a moment.
+    static bool IsRunning(pid_t program) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        siginfo_t ended{};
+        return waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT) ==
+                   0 &&
+               ended.si_pid == 0;
+    }
+    // Starts the program and kills it as soon as its checkpoint is as wanted; the checkpoint.
+    Kept RunAndKill(Arguments arguments, const std::function<bool(const Kept&)>& isWanted,
+                    int signal = SIGKILL) const {
+        Kept kept;
+        const auto stop = [&](pid_t program) {
+            while (!isWanted(kept) && IsRunning(program))
+                kept = Look(checkpoint_);
+            kill(program, signal);
+        };
+        arguments.insert(arguments.end(), {"-q", "-o", saved_, "--checkpoint", "0.005s"});
+        const Outcome outcome = RunProgram(arguments, {.meanwhile = stop});
+        EXPECT_EQ(outcome.signal, signal == SIGKILL ? SIGKILL : 0) << outcome.err;
+        kept = Look(checkpoint_);
+        EXPECT_TRUE(isWanted(kept));
+        return kept;
+    }
+    Outcome Resume(Arguments more = {}) const {
+        more.insert(more.end(), {"--resume", checkpoint_, "--json", "-o", saved_});
+        return RunProgram(more);
+    }
+    // Both are summaries of the whole run, but for the time that they took.
+    static void ExpectSame(const Outcome& resumed, const Outcome& whole) {
+        ASSERT_EQ(resumed.status, 0) << resumed.err;
+        for (const char* member :
+             {"sha256", "steps", "start_time_s", "end_time_s", "bodies", "mergers",
+              "merger_kinetic_energy_loss_m5_s4", "relative_energy_error",
+              "relative_momentum_drift", "relative_angular_momentum_drift", "ending", "epoch"})
+            EXPECT_EQ(Member(resumed.out, member), Member(whole.out, member)) << member;
+    }
+
+    const std::string saved_ = Path("saved");
+    const std::string checkpoint_ = Path("saved.checkpoint");
+};
+
+TEST_F(RunResume, AKilledRunGoesOnToTheSameBitsAtEveryOrder) {
+    const std::string document = PutDocument("document", *TestSystem());
+    // With many promotions, and bodies that stay together.
+    for (const auto& [order, cutoff] : {std::pair{"2", "1e-6"}, {"3", "1e-10"}, {"4", "1e-11"}}) {
+        SCOPED_TRACE(order);
+        const Arguments run = {"-n", "400000", "--order", order, "--cutoff", cutoff, document};
+        Arguments whole = run;
+        whole.insert(whole.end(), {"--json", "-o", Path("whole")});
+        const Outcome uninterrupted = RunProgram(whole);
+        fs::remove(checkpoint_);
+        int64 before = 0;
+        Arguments arguments = run;
+        // Killed twice: what was resumed is killed and resumed again.
+        for (int kills = 0; kills < 2; kills++) {
+            const Kept kept =
+                RunAndKill(arguments, [=](const Kept& k) { return k.steps > before; });
+            EXPECT_LT(kept.steps, 400'000);
+            before = kept.steps;
+            arguments = {"--resume", checkpoint_};
+        }
+        ExpectSame(Resume(), uninterrupted);
+        SimulationDocument resumed(nullptr), straight(nullptr);
+        ASSERT_FALSE(resumed.Load(GetRecord(saved_)).Failed());
+        ASSERT_FALSE(straight.Load(GetRecord(Path("whole"))).Failed());
+        EXPECT_EQ(Outline(resumed.Root()), Outline(straight.Root()));
+        BMessage* const state = resumed.Portal()->FocusEpoch()->CalculatorState();
+        BMessage* const expected = straight.Portal()->FocusEpoch()->CalculatorState();
+        ASSERT_TRUE(state != nullptr && expected != nullptr);
+        EXPECT_TRUE(*state == *expected);
+        EXPECT_FALSE(resumed.Portal()->FocusEpoch()->Writeable());
+    }
+}
+
+TEST_F(RunResume, MergersBeforeAndAfterACheckpointAreThoseOfTheWholeRun) {
+    const std::string document = PutDocument("document", *MergingSystem());
+    // About as many steps before the merger as after it.
+    const Arguments run = {"--for", "150", "--cutoff", "1e-17", document};
+    Arguments whole = run;
+    whole.insert(whole.end(), {"--json"});
+    const Outcome uninterrupted = RunProgram(whole);
+    ASSERT_EQ(Member(uninterrupted.out, "mergers"), "1") << uninterrupted.out;
+    for (const std::size_t bodies : {3u, 2u}) {
+        fs::remove(checkpoint_);
+        RunAndKill(run, [=](const Kept& kept) { return kept.bodies == bodies; });
+        ExpectSame(Resume(), uninterrupted);
+    }
+    // What the run does at a collision is part of it.
+    fs::remove(checkpoint_);
+    Arguments stopping = run;
+    stopping.insert(stopping.end(), {"--on-collision", "stop"});
+    RunAndKill(stopping, [](const Kept& kept) { return kept.bodies == 3; });
+    const Outcome outcome = Resume();
+    EXPECT_EQ(Member(outcome.out, "ending"), "\"collision\"");
+}
+
+TEST_F(RunResume, ACheckpointIsADocumentAndGoesWhenTheRunIsDone) {
+    const std::string document = PutDocument("document", *TestSystem());
+    const Kept kept =
+        RunAndKill({"-n", "1000000000", "--csv", Path("csv"), "--every", "100", document},
+                   [](const Kept& k) { return k.steps > 0; });
+    // The reports are there up to the checkpoint.
+    const std::string csv = Get(Path("csv"));
+    const std::vector<CsvRow> rows = ParseCsv(csv.substr(0, csv.rfind('\n') + 1));
+    EXPECT_GE(rows.back().report, kept.steps / 100 * 100);
+    // A plain run logs an epoch of its own, below a record.
+    const Outcome listing = RunProgram({"--epochs", checkpoint_});
+    EXPECT_EQ(listing.out.find("writeable"), std::string::npos) << listing.out;
+    const Outcome plain = RunProgram({"-n", "10", "--json", "-o", Path("plain"), checkpoint_});
+    EXPECT_EQ(Member(plain.out, "steps"), "10");
+    EXPECT_FALSE(GetRecord(Path("plain")).HasName("Run"));
+    // Told to stop it keeps one more, and reports are numbered on from there.
+    fs::remove(checkpoint_);
+    const Kept stopped = RunAndKill(
+        {"-n", "1000000000", document}, [](const Kept& k) { return k.steps > 0; }, SIGTERM);
+    BMessage record = GetRecord(checkpoint_);
+    BMessage run, calculator;
+    ASSERT_EQ(record.FindMessage("Run", &run), B_OK);
+    ASSERT_EQ(run.FindMessage("Calculator", &calculator), B_OK);
+    run.ReplaceInt64("Goal steps", stopped.steps + 1000);
+    calculator.ReplaceInt64("Reports left", 1000);
+    run.RemoveName("Calculator");
+    run.AddMessage("Calculator", &calculator);
+    record.RemoveName("Run");
+    record.AddMessage("Run", &run);
+    const std::string shorter = PutRecord("shorter", record);
+    const Outcome resumed = RunProgram(
+        {"--resume", shorter, "-o", saved_, "--checkpoint", "1h", "--json", "--csv", Path("csv")});
+    EXPECT_EQ(Member(resumed.out, "steps"), std::to_string(stopped.steps + 1000));
+    const std::vector<CsvRow> more = ParseCsv(Get(Path("csv")));
+    EXPECT_EQ(more.front().report, stopped.steps);
+    EXPECT_EQ(more.back().report, stopped.steps + 1000);
+    EXPECT_FALSE(fs::exists(checkpoint_));
+}
+
+TEST_F(RunResume, WhatCannotBeResumedIsSaid) {
+    const std::string document = PutDocument("document", *TestSystem());
+    EXPECT_NE(RunProgram({"--resume", document}).err.find("holds no run"), std::string::npos);
+    RunAndKill({"-n", "1000000000", document}, [](const Kept& k) { return k.steps > 0; });
+    BMessage record = GetRecord(checkpoint_);
+    BMessage run;
+    ASSERT_EQ(record.FindMessage("Run", &run), B_OK);
+    BMessage changed = GetRecord(document);
+    changed.AddMessage("Run", &run);
+    const Outcome misfit =
+        RunProgram({"--resume", PutRecord("misfit", changed), "-o", Path("new")});
+    EXPECT_EQ(misfit.status, 1);
+    EXPECT_NE(misfit.err.find("does not fit"), std::string::npos) << misfit.err;
+    for (const Arguments& wrong : {Arguments{"--checkpoint", "10min"},
+                                   {"--checkpoint", "ten", "-o", "x"},
+                                   {"--checkpoint", "-1s", "-o", "x"},
+                                   {"--resume", "x", "y"},
+                                   {"--resume", "x", "-n", "5"},
+                                   {"--resume", "x", "--edit", "new-body"},
+                                   {"--resume", "x", "--order", "3"},
+                                   {"--resume", "x", "--on-collision", "stop"}})
+        EXPECT_EQ(RunProgram(wrong).status, 2) << wrong.back();
+    // A checkpoint that cannot be kept is told, and the run is not lost.
+    fs::create_directory(Path("folder"));
+    const std::string saved = Path("folder/saved");
+    const auto takeAway = [&](pid_t program) {
+        while (!fs::exists(saved + ".checkpoint") && IsRunning(program)) {
+        }
+        std::error_code failure;
+        do
+            fs::remove(saved + ".checkpoint", failure);
+        while (!fs::create_directory(saved + ".checkpoint", failure));
+    };
+    const Outcome outcome = RunProgram(
+        {"-n", "600000", "-o", saved, "--checkpoint", "0.01s", document}, {.meanwhile = takeAway});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.err.find("no checkpoint"), std::string::npos) << outcome.err;
+    EXPECT_TRUE(fs::exists(saved));
+}
+
+}  // namespace
