@@ -10,6 +10,7 @@
 #include "BMessenger.h"
 #include "ProgramMessages.h"
 #include "Simulation.h"
+#include "SimulationFile.h"
 #include "TestFolder.h"
 #include "WindowHand.h"
 
@@ -91,6 +92,8 @@ protected:
         EXPECT_TRUE(AppDriver::WaitUntil([&] { return WindowHand::Count(box) == 0; }));
     }
 
+    // More of them than open by themselves.
+    void WaitingDisplays();
     void AppMenu(const std::string& window);
     void SimulationMenu(const std::string& window);
     // Nothing is left out.
@@ -146,6 +149,24 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
     Opens(window, "Simulation/Epochs…", "Epochs for system");
 }
 
+void EveryItemTest::WaitingDisplays() {
+    constexpr int kMany = 33;
+    const std::string path = folder_.Path() + "/many";
+    BMessage record = TestResources().NewSimulation();
+    BMessage display;
+    ASSERT_EQ(record.FindMessage("Displays", &display), B_OK);
+    for (int i = 1; i < kMany; i++) {
+        record.AddMessage("Displays", &display);
+        record.AddInt32("Disp type", 1);
+    }
+    ASSERT_FALSE(SimulationFile::Write(path, record).Failed());
+    app_->Choose({path}, nullptr);
+    Does("many", "New Display/Open More of the Document",
+         [] { return WindowHand::Count("Projection of many") == kMany; });
+    app_->Close(1);
+    EXPECT_TRUE(app_->Shows("system"));
+}
+
 TEST_F(EveryItemTest, OfASimulation) {
     AppMenu(kSystem);
     Does(kSystem, "Bodies/New Body", History("Edit/Undo New Body"));
@@ -162,6 +183,7 @@ TEST_F(EveryItemTest, OfASimulation) {
     Opens(kSystem, "Bodies/Trail & Disc…", "Display options for system");
     SimulationMenu(kSystem);
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
+    WaitingDisplays();
     OpensPanel(kSystem, "File/Save As…");
     OpensPanel(kSystem, "File/Save Current Epoch");
     Does(kSystem, "File/Close", [] { return WindowHand::Count(kQuestion) == 1; });

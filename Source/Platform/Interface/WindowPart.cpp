@@ -196,6 +196,9 @@ void WindowPart::SetSizeLimits(QSize least, QSize greatest) {
     if (widget_ == nullptr) return;
     widget_->setMinimumSize(least);
     widget_->setMaximumSize(greatest);
+    // A window that is hidden hears of no new size.
+    const std::lock_guard lock(state.mutex);
+    if (state.placesAsked == 0) state.frame = ToFrame(widget_->geometry());
 }
 
 void WindowPart::FrameChanged(bool isResized) {
