@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <limits>
+#include <string_view>
 
 #include "AppDefs.h"
 #include "BMessenger.h"
@@ -66,6 +68,14 @@ BMessage BadRecord() {
     record.RemoveName("Epochs");
     record.AddMessage("Epochs", &epoch);
     return record;
+}
+
+void PutUnchecked(const std::string& path, const BMessage& record) {
+    std::vector<std::byte> bytes;
+    EXPECT_EQ(record.Flatten(&bytes), B_OK);
+    std::ofstream(path, std::ios::binary)
+        << SimulationFile::kTag
+        << std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
 AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents) {

@@ -60,3 +60,5 @@ private:
 std::string WriteDocument(const std::string& path);
 // One whose only epoch cannot be used, as its reader finds out.
 BMessage BadRecord();
+// What no program of ours would write.
+void PutUnchecked(const std::string& path, const BMessage& record);

@@ -122,7 +122,8 @@ void EveryItemTest::AppMenu(const std::string& window) {
     app_->Close(1);
     EXPECT_TRUE(app_->Shows("system"));
     OpensPanel(window, "Orvek/Open…");
-    Does(window, "Orvek/Open Recent/system", [this] { return app_->Titles() == "system,system"; });
+    Does(window, "Orvek/Open Recent/system",
+         [this] { return app_->Titles() == "system,system (window 2 of this document)"; });
     app_->Close(1);
     EXPECT_TRUE(app_->Shows("system"));
     Does(window, kExample, [this] { return app_->Titles() == "system,figure-eight.orvek"; });

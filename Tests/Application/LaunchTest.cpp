@@ -17,15 +17,6 @@
 
 namespace {
 
-// What no program of ours would write.
-void PutUnchecked(const std::string& path, const BMessage& record) {
-    std::vector<std::byte> bytes;
-    EXPECT_EQ(record.Flatten(&bytes), B_OK);
-    std::ofstream(path, std::ios::binary)
-        << SimulationFile::kTag
-        << std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
 constexpr const char* kQuestion = "Orvek (New Simulation): Message";
 
 class LaunchTest : public testing::Test {
@@ -173,7 +164,7 @@ TEST_F(LaunchTest, ARecentDocumentReplacesAnUntouchedWindowToo) {
     WindowHand::Choose("New Simulation", item);
     EXPECT_TRUE(app.Shows("one"));
     WindowHand::Choose("one", item);
-    EXPECT_TRUE(app.Shows("one,one"));
+    EXPECT_TRUE(app.Shows("one,one (window 2 of this document)"));
 }
 
 // More than the application's port holds.

@@ -70,7 +70,7 @@ TEST_F(ProgramTest, ASecondStartHandsItsDocumentsOverUnlessToldOtherwise) {
     EXPECT_NE(Said().find("/missing cannot be opened: "), std::string::npos);
     // What the first one finds out is told where it was asked for.
     const std::string bad = folder_.Path() + "/bad";
-    ASSERT_FALSE(SimulationFile::Write(bad, BadRecord()).Failed());
+    PutUnchecked(bad, BadRecord());
     ExpectsEnd(Start({bad}).get(), 1);
     EXPECT_NE(Said().find(bad + " cannot be opened: "), std::string::npos) << Said();
     ExpectsEnd(Start({"--wrong"}).get(), 2);
