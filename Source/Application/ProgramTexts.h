@@ -16,7 +16,7 @@ enum ProgramText : int32 {
     kTextRecover = 3506,
     kTextNoDisplay = 3507,
     kTextNotFoundTitle = 3508,
-    kTextNotFound = 3509,       // %1: the document
-    kTextMoreNotOpened = 3510,  // %1: what could not be opened and why, %2: how many more
+    kTextNotFound = 3509,         // %1: the document
+    kTextMoreNotOpened = 3510,    // %1: what could not be opened and why, %2: how many more
     kTextRecoveryUnsaved = 3511,  // %1: the document, %2: why
 };

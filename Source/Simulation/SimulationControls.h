@@ -90,6 +90,6 @@ private:
     BodySettingsBox* bodySettings_ = nullptr;
     GlobalControlsBox* globalControls_ = nullptr;
     StatusLine* status_ = nullptr;
-    float width_ = 0.0f;   // what the window needs with one line of a message
+    float width_ = 0.0f;  // what the window needs with one line of a message
     float height_ = 0.0f;
 };

@@ -36,10 +36,10 @@ enum SimulationText : int32 {
     kTextGroupName = 3751,
     kTextGroupOf = 3752,
     kTextGroupButton = 3753,
-    kTextOpenedWith = 3754,       // %1: the file, %2: what is not as it was
-    kTextOpenDisplays = 3755,     // the menu's item
-    kTextWaitingDisplays = 3756,  // %1: how many
-    kTextSavedAndTidied = 3790,  // %1: how many files
+    kTextOpenedWith = 3754,        // %1: the file, %2: what is not as it was
+    kTextOpenDisplays = 3755,      // the menu's item
+    kTextWaitingDisplays = 3756,   // %1: how many
+    kTextSavedAndTidied = 3790,    // %1: how many files
     kTextChangedByAnother = 3757,  // %1: the file
     kTextAnotherWindow = 3758,     // %1: the document, %2: which of its windows this is
 };

@@ -13,5 +13,6 @@ DocumentError CheckRecord(const BMessage& record);
 DocumentError CheckEpochRecord(const BMessage& archive);
 
 // The first fault: a time, position, velocity, mass or radius that is not finite; an
-// identifier that is reserved, too large or that of another system of the epoch. Provisional identifiers are none.
+// identifier that is reserved, too large or that of another system of the epoch. Provisional
+// identifiers are none.
 DocumentError CheckEpoch(const AbEpoch& epoch);

@@ -1,6 +1,6 @@
 // Numbers of the string resources that say why a document, or a part of it, cannot be used, and why
-// a run has ended by itself. The texts stand in Resources/Runner.rdef; "%1", "%2" in them are filled
-// in by FillIn.
+// a run has ended by itself. The texts stand in Resources/Runner.rdef; "%1", "%2" in them are
+// filled in by FillIn.
 #pragma once
 
 #include "SupportDefs.h"

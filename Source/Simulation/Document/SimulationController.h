@@ -55,7 +55,8 @@ public:
     // Puts the epoch into focus. A step of the history, since the steps before it belong to the
     // epoch that was in focus.
     void EditEpoch(AbEpoch* epoch);
-    // False for an epoch that must stay: the one in focus, where no other would be there to look at.
+    // False for an epoch that must stay: the one in focus, where no other would be there to look
+    // at.
     bool DeleteEpoch(AbEpoch* epoch);
     // Logs the state as it is now: a copy below the focus epoch becomes the focus. A run goes on in
     // the copy.

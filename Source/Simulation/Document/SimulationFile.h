@@ -25,8 +25,8 @@ public:
     static bool IsAsWritten(const BMessage& record);
     // Replaces the file at once or not at all, and marks it as a document of this program. What
     // could not be read again as it is replaces nothing: the reason is the one that reading has.
-    // `leftovers`, if given: how many unfinished files of programs that have ended were removed from
-    // its folder.
+    // `leftovers`, if given: how many unfinished files of programs that have ended were removed
+    // from its folder.
     static DocumentError Write(const std::string& path, const BMessage& record,
                                int* leftovers = nullptr);
     // The same; the record's memory is given back as soon as it is written.
