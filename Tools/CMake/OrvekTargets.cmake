@@ -10,11 +10,6 @@ target_compile_options(orvek_flags INTERFACE
 # g++ 12 warns of overlapping copies inside its own string operator+ (GCC bug 105651).
 target_compile_options(orvek_flags INTERFACE
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>)
-# What comes from a precompiled header no longer counts as the system's own, and g++ 12 finds overflows in it.
-if(ORVEK_PCH)
-    target_compile_options(orvek_flags INTERFACE
-        -fpch-preprocess -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds -Wno-maybe-uninitialized)
-endif()
 if(ORVEK_WERROR)
     target_compile_options(orvek_flags INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Werror>)
 endif()
@@ -24,17 +19,16 @@ if(ORVEK_SANITIZE)
     target_link_options(orvek_flags INTERFACE -fsanitize=${ORVEK_SANITIZE})
 endif()
 
-# orvek_precompile(TARGET [QT]): the headers of the standard library, and of the toolkit, that most of its sources
-# read. They make up half of a build's time; but a header that forgets one of them would go unnoticed, so the
-# release build does without.
+# orvek_precompile(TARGET HEADERS...): precompiles these of the Tools/CMake/*Headers.h, which most of the target's
+# sources read: they make up half of a build's time. A header that forgets one of them goes unnoticed there.
 function(orvek_precompile name)
-    if(NOT ORVEK_PCH)
-        return()
-    endif()
-    target_precompile_headers(${name} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/Tools/CMake/StandardHeaders.h>")
-    if("QT" IN_LIST ARGN)
-        target_precompile_headers(${name} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/Tools/CMake/ToolkitHeaders.h>")
-    endif()
+    foreach(headers IN LISTS ARGN)
+        target_precompile_headers(${name} PRIVATE
+            "$<$<COMPILE_LANGUAGE:CXX>:${CMAKE_SOURCE_DIR}/Tools/CMake/${headers}Headers.h>")
+    endforeach()
+    # What comes from a precompiled header no longer counts as the system's own, and g++ 12 finds faults in it.
+    target_compile_options(${name} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess
+        -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds -Wno-maybe-uninitialized>)
 endfunction()
 
 # orvek_floor(NAME DIRS dir... LINKS target...): a static library of all sources in DIRS. Its include
@@ -50,7 +44,9 @@ function(orvek_floor name)
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
     target_include_directories(${name} PUBLIC ${ARG_DIRS})
     target_link_libraries(${name} PUBLIC orvek_flags ${ARG_LINKS})
-    orvek_precompile(${name})
+    if(ORVEK_PCH)
+        orvek_precompile(${name} Standard)
+    endif()
 endfunction()
 
 # orvek_test(NAME DIR dir LINKS target...): the test program of one floor, all sources in DIR.
@@ -62,4 +58,5 @@ function(orvek_test name)
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)  # for one that hangs
+    orvek_precompile(${name} Standard Test)
 endfunction()
