@@ -91,7 +91,7 @@ status_t TaylorCalculator::ResumeRun(const BMessage& archive) {
         return status;
     const double time = run.anchor + run.elapsed;
     Calculator::Recache();
-    if (!parts.AreOf(Bodies()) || GetEpoch()->Time() != time || iteration < 0) return B_BAD_DATA;
+    if (!parts.AreOf(Bodies()) || GetEpoch()->Time() != time) return B_BAD_DATA;
     parts_ = std::move(parts);
     iteration_ = iteration;
     LoadBodies();

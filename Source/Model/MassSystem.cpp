@@ -4,10 +4,20 @@
 
 #include "ArchiveFields.h"
 
+namespace {
+
+// Of no system. Stands for what was stored as a provisional identifier, so that readers refuse it
+// as reserved.
+constexpr int64 kUnusedID = -4;
+
+}  // namespace
+
 MassSystem::MassSystem(int64 id) : id_(id) {}
 
 MassSystem::MassSystem(BMessage* archive)
-    : BArchivable(archive), id_(FieldOr(archive, &BMessage::FindInt64, "ID", kNoSystemID)) {}
+    : BArchivable(archive), id_(FieldOr(archive, &BMessage::FindInt64, "ID", kNoSystemID)) {
+    if (id_ <= kLastProvisionalID) id_ = kUnusedID;
+}
 
 status_t MassSystem::Archive(BMessage* into, bool deep) const {
     const status_t status = BArchivable::Archive(into, deep);

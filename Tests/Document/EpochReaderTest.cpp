@@ -97,6 +97,8 @@ TEST_F(EpochReaderTest, ABadEpochCostsItselfAndNothingElse) {
         {{BodyRecord("Comet", kOriginID)}, "the identifier of body \"Comet\" is a reserved one"},
         {{BodyRecord("Comet", kRootSystemID)},
          "the identifier of body \"Comet\" is a reserved one"},
+        {{BodyRecord("Comet", std::numeric_limits<int64>::min())},
+         "the identifier of body \"Comet\" is a reserved one"},
         {{BodyRecord("Comet", std::numeric_limits<int64>::max())},
          "the identifier of body \"Comet\" is too large"},
         {{GroupRecord("A", 2, {BodyRecord("Star", 1)}),
@@ -133,6 +135,17 @@ TEST_F(EpochReaderTest, AnEpochWhoseRecordIsDamagedKeepsItsPosition) {
     ASSERT_FALSE(Load(first, 2).Failed());
     EXPECT_EQ(document_.Portal()->FocusEpoch()->Name(), "Next");
     EXPECT_NE(Told().find("cut off or damaged"), std::string::npos);
+}
+
+TEST_F(EpochReaderTest, ARecordThatIsNoEpochKeepsItsPositionAndItsChildren) {
+    const BMessage last = EpochRecord("Last", {BodyRecord("Star", 7)});
+    BMessage strange = EpochRecord("Strange", {BodyRecord("Star", 7)}, {last});
+    strange.RemoveName("class");
+    strange.AddString("class", "Another");
+    const BMessage next = EpochRecord("Next", {BodyRecord("Star", 7)});
+    ASSERT_FALSE(Load(EpochRecord("First", {BodyRecord("Star", 7)}, {strange, next}), 2).Failed());
+    EXPECT_EQ(Outline(document_.Root()), "First(Strange(Last) Next)");
+    EXPECT_EQ(Told(), "epoch 1, \"Strange\", is left empty: the document is cut off or damaged\n");
 }
 
 TEST_F(EpochReaderTest, WhatIsLeftOutOrGetsANewIdentifierIsTold) {

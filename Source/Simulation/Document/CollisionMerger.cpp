@@ -129,12 +129,14 @@ std::optional<RunEnding> Resolution::FindTouching(const BMessage& collisions) co
     int64 p, q;
     for (int32 i = 0;
          collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK; i++)
-        for (const Body* a : alive_)
+        for (const Body* a : alive_) {
+            if (a->ID() != p) continue;
             for (const Body* b : alive_)
-                if (a != b && a->ID() == p && b->ID() == q && Touch(*a, *b))
+                if (a != b && b->ID() == q && Touch(*a, *b))
                     return RunEnding{
                         RunEnding::Reason::kNotMerged, portal_->FocusEpoch()->Time(),
                         RunEnding::Pair{p, q, std::sqrt(Squared(a->Position() - b->Position()))}};
+        }
     return std::nullopt;
 }
 

@@ -78,6 +78,16 @@ private:
     std::vector<int32> depths_;
 };
 
+// What stands for a record that is no epoch's, so that its children keep their place.
+std::unique_ptr<Epoch> EmptyOf(const BMessage& archive) {
+    auto epoch = std::make_unique<Epoch>();
+    std::string name;
+    double time = 0.0;
+    if (archive.FindString("Epoch Name", &name) == B_OK) epoch->SetName(name.c_str());
+    if (archive.FindDouble("Time", &time) == B_OK && std::isfinite(time)) epoch->SetTime(time);
+    return epoch;
+}
+
 class Reader {
 public:
     explicit Reader(DocumentNotices* notices) : notices_(notices) {}
@@ -137,10 +147,14 @@ std::unique_ptr<Epoch> Reader::Make(BMessage* archive, status_t status) {
     } else {
         const SystemReading reading;
         epoch = Epoch::ReadAlone(archive);
-        if (!epoch) return nullptr;
-        found.fault = CheckEpochRecord(*archive);
-        found.leftOut = reading.Told();
-        found.leftOutCount = reading.CountLeftOut();
+        if (epoch) {
+            found.fault = CheckEpochRecord(*archive);
+            found.leftOut = reading.Told();
+            found.leftOutCount = reading.CountLeftOut();
+        } else {
+            epoch = EmptyOf(*archive);
+            found.fault = DocumentError::Record(B_BAD_DATA);
+        }
     }
     if (found.fault.Failed() || found.leftOutCount > 0)
         findings_.emplace(epoch.get(), std::move(found));
