@@ -22,7 +22,7 @@ public:
         : QAccessibleWidget(button, QAccessible::ComboBox), button_(button) {}
 
     [[nodiscard]] QString text(QAccessible::Text which) const override {
-        const QString chosen = button_->currentText();
+        QString chosen = button_->currentText();
         if (which == QAccessible::Value) return chosen;
         if (which != QAccessible::Name) return QAccessibleWidget::text(which);
         return (button_->accessibleName() + QLatin1Char(' ') + chosen).trimmed();
