@@ -17,9 +17,11 @@ bool DissolveSystemCommand::Apply() {
     parentID_ = parent->ID();
 
     std::vector<MassSystem*> members;
+    members.reserve(static_cast<std::size_t>(group->CountChildren()));
     for (int32 i = 0; i < group->CountChildren(); i++)
         members.push_back(group->ChildAt(i));
     memberIDs_.clear();
+    memberIDs_.reserve(members.size());
     for (const MassSystem* member : members)
         memberIDs_.push_back(member->ID());
 

@@ -36,7 +36,7 @@ std::vector<std::string> DocumentNotices::Lines(const ProgramResources& resource
 
 std::string DocumentNotices::Summary(const ProgramResources& resources) const {
     if (IsEmpty()) return {};
-    const std::string first = notices_.front().Text(resources);
+    std::string first = notices_.front().Text(resources);
     if (count_ == 1) return first;
     return FillIn(resources.InterfaceLabel(kTextNoticeAndMore),
                   {first, std::to_string(count_ - 1)});
