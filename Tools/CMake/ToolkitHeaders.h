@@ -1,4 +1,5 @@
-// Precompiled for the tests that use the toolkit, and for its floor where ORVEK_PCH is on. No source includes this file.
+// Precompiled for the tests that use the toolkit, and for its floor where ORVEK_PCH is on. No
+// source includes this file.
 #pragma once
 
 #include <QAction>
