@@ -1,4 +1,4 @@
-#include "BenchTable.h"
+#include "Benchmarks/BenchTable.h"
 
 #include <cstdio>
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BenchTable {
 public:

@@ -8,13 +8,13 @@
 #include <thread>
 #include <vector>
 
-#include "BenchTable.h"
-#include "Benchmarks.h"
-#include "Body.h"
-#include "ScalarTaylor.h"
-#include "Stopwatch.h"
-#include "TaylorCalculator.h"
-#include "TestSystem.h"
+#include "Benchmarks/BenchTable.h"
+#include "Benchmarks/Benchmarks.h"
+#include "Benchmarks/Stopwatch.h"
+#include "Calculation/TaylorCalculator.h"
+#include "Model/Systems/Body.h"
+#include "Tests/Calculation/ScalarTaylor.h"
+#include "Tests/Calculation/TestSystem.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <thread>
 #include <vector>
 
-#include "BenchTable.h"
-#include "Benchmarks.h"
-#include "ForceEvaluator.h"
-#include "PairWalk.h"
-#include "Stopwatch.h"
+#include "Benchmarks/BenchTable.h"
+#include "Benchmarks/Benchmarks.h"
+#include "Benchmarks/Stopwatch.h"
+#include "Calculation/ForceEvaluator.h"
+#include "Tests/Calculation/PairWalk.h"
 
 namespace {
 

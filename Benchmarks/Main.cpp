@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "BenchTable.h"
-#include "Benchmarks.h"
+#include "Benchmarks/BenchTable.h"
+#include "Benchmarks/Benchmarks.h"
 
 namespace {
 

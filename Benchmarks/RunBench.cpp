@@ -13,15 +13,15 @@
 #include <random>
 #include <string>
 
-#include "BMessage.h"
-#include "BenchTable.h"
-#include "Benchmarks.h"
-#include "Body.h"
-#include "Epoch.h"
-#include "ProgramRun.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
-#include "Stopwatch.h"
+#include "Benchmarks/BenchTable.h"
+#include "Benchmarks/Benchmarks.h"
+#include "Benchmarks/Stopwatch.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Run/ProgramRun.h"
 
 namespace {
 

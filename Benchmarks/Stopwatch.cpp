@@ -1,4 +1,4 @@
-#include "Stopwatch.h"
+#include "Benchmarks/Stopwatch.h"
 
 #include <algorithm>
 #include <chrono>

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 // Seconds for one call.
 struct Timing {

@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
-# check-layers.sh [ROOT]: fails when a file below ROOT/Source includes a header of a floor that its own
-# floor may not include, or Qt where it may not. The floors stand in floors.txt beside this script;
-# ROOT is the project's folder unless given (the tests give one of their own).
+# check-layers.sh [ROOT]: fails when a file below ROOT/Source includes a header of a floor that its own floor may
+# not include, or Qt where it may not. An include says the path from Source, so the path tells the floor; a test
+# stands in the folder of what it tests, says "Tests/..." for the helpers of tests, keeps to the same rule, and sees
+# Qt where its floor stands on the interface. The floors stand in floors.txt beside this script; ROOT is the
+# project's folder unless given (the tests give one of their own).
 set -euo pipefail
 
 tools="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 root="${1:-$tools/..}"
 cd "$root"
 
-find Source -type f \( -name '*.h' -o -name '*.cpp' \) | LC_ALL=C sort | awk -v floors="$tools/floors.txt" '
+find Source Tests Tools Benchmarks -path Tools/CMake -prune -o -type f \( -name '*.h' -o -name '*.cpp' \) -print | LC_ALL=C sort | awk -v floors="$tools/floors.txt" '
     function trim(text) { gsub(/^[ \t]+|[ \t]+$/, "", text); return text }
     function complain(text) { print text; ++faults }
 
@@ -37,32 +39,33 @@ find Source -type f \( -name '*.h' -o -name '*.cpp' \) | LC_ALL=C sort | awk -v 
         close(floors)
     }
 
-    function check_include(path, number, included,   name, from) {
-        name = included
-        sub(/.*\//, "", name)
-        from = floor_of(path)
-        if (name in header) {
-            if (!((from, header[name]) in may))
-                complain(path ":" number ": floor " from " includes " included " of floor " header[name])
-        } else if (included ~ /^(Qt[A-Za-z0-9]*\/|Q[A-Z][A-Za-z0-9]*$|q[a-z0-9]+\.h$)/ && !qt[from]) {
-            complain(path ":" number ": floor " from " includes Qt: " included)
+    # Where a file of the house, or of its tests, stands in the house.
+    function storey(path) {
+        if (floor_of(path) == "") sub(/^Tests\//, "Source/", path)
+        return path
+    }
+
+    function check_include(path, number, quoted, included,   from, to) {
+        from = floor_of(storey(path))
+        if (included ~ /^(Qt[A-Za-z0-9]*\/|Q[A-Z][A-Za-z0-9]*$|q[a-z0-9]+\.h$)/) {
+            if (!qt[from] && !(path ~ /^Tests\// && (from, "interface") in may))
+                complain(path ":" number ": floor " from " includes Qt: " included)
+            return
         }
+        to = included in known ? included : "Source/" included
+        if (!(to in known) && (!quoted || included !~ /\.h$/)) return
+        if (included ~ /^Tests\// && path !~ /^(Tests|Benchmarks)\//) complain(path ":" number ": includes a test: " included)
+        else if (!(to in known)) complain(path ":" number ": no header of this path: " included)
+        else if (!((from, floor_of(storey(to))) in may))
+            complain(path ":" number ": floor " from " includes " included " of floor " floor_of(storey(to)))
     }
 
     BEGIN { read_floors() }
 
     {
         files[++count] = $0
-        floor = floor_of($0)
-        if (floor == "") complain($0 ": belongs to no floor")
-        name = $0
-        sub(/.*\//, "", name)
-        if (name ~ /\.h$/) {
-            # Includes are flat, so a name must say which header is meant.
-            if (name in header) complain($0 ": there is a second header of this name: " place[name])
-            header[name] = floor
-            place[name] = $0
-        }
+        known[$0]
+        if (floor_of(storey($0)) == "") complain($0 ": belongs to no floor")
     }
 
     END {
@@ -71,9 +74,10 @@ find Source -type f \( -name '*.h' -o -name '*.cpp' \) | LC_ALL=C sort | awk -v 
             while ((getline line < files[i]) > 0) {
                 ++number
                 if (line !~ /^[ \t]*#[ \t]*include[ \t]*["<]/) continue
+                quoted = line ~ /^[^<]*"/
                 sub(/^[^"<]*["<]/, "", line)
                 sub(/[">].*$/, "", line)
-                check_include(files[i], number, line)
+                check_include(files[i], number, quoted, line)
             }
             close(files[i])
         }

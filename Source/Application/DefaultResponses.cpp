@@ -1,11 +1,11 @@
-#include "DefaultResponses.h"
+#include "Application/DefaultResponses.h"
 
 #include <cstddef>
 #include <vector>
 
-#include "BMessage.h"
-#include "Preferences.h"
-#include "ProgramMessages.h"
+#include "Application/Prefs/Preferences.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

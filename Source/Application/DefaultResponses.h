@@ -5,7 +5,7 @@
 #include <map>
 #include <mutex>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 struct PreferenceSet;

@@ -1,4 +1,4 @@
-#include "EndSignals.h"
+#include "Application/EndSignals.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -8,9 +8,9 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "AppDefs.h"
-#include "BMessage.h"
-#include "WindowServer.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <csignal>
 #include <thread>
 
-#include "BMessenger.h"
-#include "FileDescriptor.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Storage/FileDescriptor.h"
 
 class EndSignals {
 public:

@@ -1,9 +1,9 @@
-#include "GuideWindow.h"
+#include "Application/GuideWindow.h"
 
-#include "BFont.h"
-#include "BPageView.h"
-#include "HelpTexts.h"
-#include "InterfaceTexts.h"
+#include "Interface Widgets/HelpTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Platform/Interface/Handles/BFont.h"
+#include "Platform/Interface/Handles/BPageView.h"
 
 namespace {
 

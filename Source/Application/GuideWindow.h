@@ -2,7 +2,7 @@
 // opens again at the same page and place.
 #pragma once
 
-#include "BWindow.h"
+#include "Platform/Interface/Handles/BWindow.h"
 
 class InterfaceTexts;
 

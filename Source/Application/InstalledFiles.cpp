@@ -1,12 +1,12 @@
-#include "InstalledFiles.h"
+#include "Application/InstalledFiles.h"
 
 #include <algorithm>
 #include <climits>
 #include <filesystem>
 
-#include "BMessage.h"
-#include "Preferences.h"
-#include "SimulationFile.h"
+#include "Application/Prefs/Preferences.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/SimulationFile.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ExampleMenu.h"
+#include "Interface Widgets/ExampleMenu.h"
 
 // The page, or where it would be.
 [[nodiscard]] std::string GuidePath();

@@ -1,19 +1,19 @@
-#include "OpenPanel.h"
+#include "Application/OpenPanel.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
 
-#include "AppDefs.h"
-#include "BLooper.h"
-#include "BMessage.h"
-#include "BPath.h"
-#include "MyFilePanel.h"
-#include "PanelFolder.h"
-#include "Preferences.h"
-#include "ProgramMessages.h"
-#include "RememberedSettings.h"
+#include "Application/Prefs/Preferences.h"
+#include "Application/RememberedSettings.h"
+#include "Interface Widgets/MyFilePanel.h"
+#include "Interface Widgets/PanelFolder.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/BPath.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-#include "GraphicsDefs.h"
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Platform/Support/GraphicsDefs.h"
 
 class BLooper;
 class BMessage;

@@ -1,12 +1,12 @@
-#include "OpenRequests.h"
+#include "Application/OpenRequests.h"
 
 #include <algorithm>
 
-#include "BPath.h"
-#include "ProgramResources.h"
-#include "ProgramTexts.h"
-#include "SimulationTexts.h"
-#include "TextTemplate.h"
+#include "Application/ProgramTexts.h"
+#include "Platform/Storage/BPath.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/SimulationTexts.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class ProgramResources;
 class Simulation;

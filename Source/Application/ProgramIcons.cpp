@@ -1,6 +1,6 @@
-#include "ProgramIcons.h"
+#include "Application/ProgramIcons.h"
 
-#include "BResources.h"
+#include "Platform/Storage/BResources.h"
 
 namespace {
 

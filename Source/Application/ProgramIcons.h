@@ -1,7 +1,7 @@
 // The program's icons, from its own resources. No state, any thread.
 #pragma once
 
-#include "BBitmap.h"
+#include "Platform/Interface/Canvas/BBitmap.h"
 
 namespace ProgramIcons {
 

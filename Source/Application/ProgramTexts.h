@@ -2,7 +2,7 @@
 // application's boxes (Resources/ApplicationFeatures.rdef). Gaps in them are filled by FillIn.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum ProgramText : int32 {
     kTextProgramHelp = 3400,

@@ -1,12 +1,12 @@
-#include "QuitRound.h"
+#include "Application/QuitRound.h"
 
 #include <algorithm>
 
-#include "AppDefs.h"
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "Simulation.h"
-#include "WindowServer.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Simulation/Simulation.h"
 
 void QuitRound::Begin(const std::vector<Simulation*>& simulations) {
     if (left_.empty()) left_.assign(simulations.begin(), simulations.end());

@@ -1,14 +1,14 @@
-#include "RecoveryOffers.h"
+#include "Application/RecoveryOffers.h"
 
 #include <algorithm>
 #include <ctime>
 
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "InterfaceTexts.h"
-#include "MessageWindow.h"
-#include "ProgramTexts.h"
-#include "TextTemplate.h"
+#include "Application/MessageBoxes/MessageWindow.h"
+#include "Application/ProgramTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

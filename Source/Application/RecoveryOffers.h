@@ -5,7 +5,7 @@
 #include <deque>
 #include <string>
 
-#include "RecoveryFolder.h"
+#include "Simulation/Document/RecoveryFolder.h"
 
 class BLooper;
 class BMessage;

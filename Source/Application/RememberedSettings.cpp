@@ -1,11 +1,11 @@
-#include "RememberedSettings.h"
+#include "Application/RememberedSettings.h"
 
 #include <cstddef>
 #include <cstring>
 
-#include "BMessage.h"
-#include "DefaultResponses.h"
-#include "Preferences.h"
+#include "Application/DefaultResponses.h"
+#include "Application/Prefs/Preferences.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Errors.h"
-#include "GraphicsDefs.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/GraphicsDefs.h"
 
 class DefaultResponses;
 

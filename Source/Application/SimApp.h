@@ -9,21 +9,21 @@
 #include <string>
 #include <vector>
 
-#include "BApplication.h"
-#include "BBitmap.h"
-#include "BMessage.h"
-#include "BMessageRunner.h"
-#include "DefaultResponses.h"
-#include "DisplayContext.h"
-#include "MenuArchives.h"
-#include "OpenPanel.h"
-#include "OpenRequests.h"
-#include "ProgramResources.h"
-#include "QuitRound.h"
-#include "RecoveryOffers.h"
-#include "ResourceTexts.h"
-#include "SimulationHost.h"
-#include "entry_ref.h"
+#include "Application/DefaultResponses.h"
+#include "Application/OpenPanel.h"
+#include "Application/OpenRequests.h"
+#include "Application/QuitRound.h"
+#include "Application/RecoveryOffers.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Base/ResourceTexts.h"
+#include "Interface Widgets/MenuArchives.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessageRunner.h"
+#include "Platform/Interface/Canvas/BBitmap.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/SimulationHost.h"
 
 class GuideWindow;
 class MessageWindow;

@@ -1,4 +1,4 @@
-#include "SingleLaunch.h"
+#include "Application/SingleLaunch.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "BMessage.h"
-#include "BPath.h"
-#include "ProgramMessages.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/BPath.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "BFile.h"
-#include "BMessenger.h"
-#include "LocalRequests.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Server/LocalRequests.h"
+#include "Platform/Storage/BFile.h"
 
 class SingleLaunch {
 public:

@@ -6,15 +6,15 @@
 
 #include <cerrno>
 
-#include "DocumentError.h"
-#include "EndSignals.h"
-#include "ProgramResources.h"
-#include "ProgramTexts.h"
-#include "SimApp.h"
-#include "SimulationTexts.h"
-#include "SingleLaunch.h"
-#include "TextTemplate.h"
-#include "WindowServer.h"
+#include "Application/EndSignals.h"
+#include "Application/ProgramTexts.h"
+#include "Application/SimApp.h"
+#include "Application/SingleLaunch.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Simulation/Document/DocumentError.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/SimulationTexts.h"
 
 namespace {
 

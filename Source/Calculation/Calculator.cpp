@@ -1,4 +1,4 @@
-#include "Calculator.h"
+#include "Calculation/Calculator.h"
 
 #include <algorithm>
 #include <limits>
@@ -6,13 +6,13 @@
 #include <system_error>
 #include <utility>
 
-#include "AbEpoch.h"
-#include "AppDefs.h"
-#include "BLooper.h"
-#include "BMessage.h"
-#include "ChangeFlags.h"
-#include "EpochPortal.h"
-#include "ReportConsumer.h"
+#include "Calculation/ReportConsumer.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

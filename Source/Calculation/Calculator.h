@@ -15,13 +15,13 @@
 #include <optional>
 #include <vector>
 
-#include "AbCalculator.h"
-#include "Benaphore.h"
-#include "CollisionMailbox.h"
-#include "ReportBatch.h"
-#include "RunEnding.h"
-#include "RunLimit.h"
-#include "StopFlags.h"
+#include "Calculation/CollisionMailbox.h"
+#include "Calculation/ReportBatch.h"
+#include "Calculation/RunEnding.h"
+#include "Calculation/RunLimit.h"
+#include "Calculation/StopFlags.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/Benaphore.h"
 
 class AbEpoch;
 class BLooper;

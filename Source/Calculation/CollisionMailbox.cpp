@@ -1,6 +1,6 @@
-#include "CollisionMailbox.h"
+#include "Calculation/CollisionMailbox.h"
 
-#include "BLooper.h"
+#include "Platform/Application/BLooper.h"
 
 void CollisionMailbox::Add(int64 later, int64 earlier) {
     message_.AddInt64(kLaterField, later);

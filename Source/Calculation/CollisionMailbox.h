@@ -3,7 +3,7 @@
 // thread.
 #pragma once
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class BLooper;
 

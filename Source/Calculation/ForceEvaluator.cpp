@@ -1,4 +1,4 @@
-#include "ForceEvaluator.h"
+#include "Calculation/ForceEvaluator.h"
 
 #include <algorithm>
 #include <cmath>

@@ -10,10 +10,10 @@
 #include <optional>
 #include <vector>
 
-#include "ForceInstances.h"
-#include "StopFlags.h"
-#include "SupportDefs.h"
-#include "WorkerTeam.h"
+#include "Calculation/ForceInstances.h"
+#include "Calculation/StopFlags.h"
+#include "Calculation/WorkerTeam.h"
+#include "Platform/Support/SupportDefs.h"
 
 // Indices of two bodies that touch, the later (lighter) one first.
 struct CollidingPair {

@@ -1,4 +1,4 @@
-#include "ForceInstances.h"
+#include "Calculation/ForceInstances.h"
 
 #include <initializer_list>
 

@@ -4,7 +4,7 @@
 // sanitizers and would hide all instances but one from the tests.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 

@@ -17,8 +17,8 @@
 //           + m q3 (D - 3 (d.D) q2 d)                  (second pass)
 #pragma once
 
-#include "ForceInstances.h"
-#include "SupportDefs.h"
+#include "Calculation/ForceInstances.h"
+#include "Platform/Support/SupportDefs.h"
 
 #define ORVEK_INLINE [[gnu::always_inline]] inline
 

@@ -1,9 +1,9 @@
 // The force kernel for x86-64 processors with AVX2: four lanes.
 #if defined(__x86_64__)
-#include "ForceInstances.h"
+#include "Calculation/ForceInstances.h"
 // After the headers of others, so that nothing of theirs is compiled for this instruction set.
 #pragma GCC target("avx2")
-#include "ForceKernel.h"
+#include "Calculation/ForceKernel.h"
 
 extern const ForceInstance kAvx2ForceInstance;
 const ForceInstance kAvx2ForceInstance = {FirstPass<4>, SecondPass<4>};

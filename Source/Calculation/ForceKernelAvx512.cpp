@@ -1,9 +1,9 @@
 // The force kernel for x86-64 processors with AVX-512: eight lanes, and twice the registers.
 #if defined(__x86_64__)
-#include "ForceInstances.h"
+#include "Calculation/ForceInstances.h"
 // After the headers of others, so that nothing of theirs is compiled for this instruction set.
 #pragma GCC target("avx512f,avx512dq,avx512vl,prefer-vector-width=512")
-#include "ForceKernel.h"
+#include "Calculation/ForceKernel.h"
 
 extern const ForceInstance kAvx512ForceInstance;
 const ForceInstance kAvx512ForceInstance = {FirstPass<8>, SecondPass<8>};

@@ -1,4 +1,4 @@
-#include "ReportBatch.h"
+#include "Calculation/ReportBatch.h"
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 // The bodies' coordinates as an integrator keeps them: one array per axis (x, y, z), in body order.
 // Metres and metres per second.

@@ -4,7 +4,7 @@
 // batch and once more whenever it has finished with a batch: the calculator waits for all of them.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class ReportConsumer {
 public:

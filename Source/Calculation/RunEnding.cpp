@@ -1,6 +1,6 @@
-#include "RunEnding.h"
+#include "Calculation/RunEnding.h"
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

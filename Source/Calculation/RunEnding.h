@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 

@@ -6,7 +6,7 @@
 #include <limits>
 #include <mutex>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class RunLimit {
 public:

@@ -1,8 +1,8 @@
-#include "RunState.h"
+#include "Calculation/RunState.h"
 
 #include <cmath>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "Errors.h"
-#include "SupportDefs.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 

@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "SupportDefs.h"
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Platform/Support/SupportDefs.h"
 
 template <int32 kParts>
 class SplitVectors {

@@ -1,4 +1,4 @@
-#include "StepControl.h"
+#include "Calculation/StepControl.h"
 
 #include <cmath>
 #include <limits>

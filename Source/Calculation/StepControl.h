@@ -3,7 +3,7 @@
 // one such factor on either side. A plain value of the integrator, used on the calculation thread.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 // The coefficients of the series for a step of h seconds.
 struct StepPowers {

@@ -5,7 +5,7 @@
 
 #include <atomic>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 struct StopFlags {
     std::atomic<int32> pauseCount{1};

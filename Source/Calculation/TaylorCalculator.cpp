@@ -1,14 +1,14 @@
-#include "TaylorCalculator.h"
+#include "Calculation/TaylorCalculator.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
 
-#include "AbEpoch.h"
-#include "BMessage.h"
-#include "Body.h"
-#include "RunState.h"
+#include "Calculation/RunState.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 // Results are the same bits whatever the number of threads and the size of the batches.
 #pragma once
 
-#include "Calculator.h"
-#include "ForceEvaluator.h"
-#include "StepControl.h"
-#include "TaylorParts.h"
+#include "Calculation/Calculator.h"
+#include "Calculation/ForceEvaluator.h"
+#include "Calculation/StepControl.h"
+#include "Calculation/TaylorParts.h"
 
 class TaylorCalculator final : public Calculator {
 public:

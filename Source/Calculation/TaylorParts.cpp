@@ -1,12 +1,12 @@
-#include "TaylorParts.h"
+#include "Calculation/TaylorParts.h"
 
 #include <algorithm>
 #include <unordered_map>
 
-#include "BMessage.h"
-#include "Body.h"
-#include "ForceEvaluator.h"
-#include "StepControl.h"
+#include "Calculation/ForceEvaluator.h"
+#include "Calculation/StepControl.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <vector>
 
-#include "SplitVectors.h"
-#include "SupportDefs.h"
+#include "Calculation/SplitVectors.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 class Body;

@@ -1,4 +1,4 @@
-#include "WorkerTeam.h"
+#include "Calculation/WorkerTeam.h"
 
 #include <system_error>
 

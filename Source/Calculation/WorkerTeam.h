@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class WorkerTeam {
 public:

@@ -1,4 +1,4 @@
-#include "AbbreviatedMenuField.h"
+#include "Interface Widgets/AbbreviatedMenuField.h"
 
 namespace {
 

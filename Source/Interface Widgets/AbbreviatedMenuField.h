@@ -1,7 +1,7 @@
 // A menu field that shows the short form of the marked item. Rules as for BMenuField.
 #pragma once
 
-#include "BMenuField.h"
+#include "Platform/Interface/Handles/BMenuField.h"
 
 class AbbreviatedMenuField : public BMenuField {
 public:

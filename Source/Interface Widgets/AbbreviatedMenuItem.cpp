@@ -1,6 +1,6 @@
-#include "AbbreviatedMenuItem.h"
+#include "Interface Widgets/AbbreviatedMenuItem.h"
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

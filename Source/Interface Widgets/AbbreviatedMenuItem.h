@@ -2,7 +2,7 @@
 // marked. Rules as for BMenuItem.
 #pragma once
 
-#include "BMenuItem.h"
+#include "Platform/Interface/Handles/BMenuItem.h"
 
 class AbbreviatedMenuItem : public BMenuItem {
 public:

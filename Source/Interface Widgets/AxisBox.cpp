@@ -1,11 +1,11 @@
-#include "AxisBox.h"
+#include "Interface Widgets/AxisBox.h"
 
 #include <algorithm>
 
-#include "BRadioButton.h"
-#include "BStringView.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Platform/Interface/Handles/BRadioButton.h"
+#include "Platform/Interface/Handles/BStringView.h"
 
 AxisBox::AxisBox(const char* name, const InterfaceTexts& texts) : BGroupView(name, B_VERTICAL) {
     AddChild(new BStringView("sight", texts.Text(kLabelSightAlong)));

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "BGroupView.h"
+#include "Platform/Interface/Handles/BGroupView.h"
 
 class BRadioButton;
 class InterfaceTexts;

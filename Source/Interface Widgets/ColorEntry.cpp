@@ -1,17 +1,17 @@
-#include "ColorEntry.h"
+#include "Interface Widgets/ColorEntry.h"
 
 #include <cmath>
 
-#include "BColorControl.h"
-#include "BGridView.h"
-#include "BMessage.h"
-#include "BSlider.h"
-#include "BStringView.h"
-#include "BWindow.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "QuantityLine.h"
-#include "WindowServer.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/QuantityLine.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BColorControl.h"
+#include "Platform/Interface/Handles/BGridView.h"
+#include "Platform/Interface/Handles/BSlider.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
 

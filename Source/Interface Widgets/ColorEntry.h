@@ -6,7 +6,7 @@
 
 #include <array>
 
-#include "Entry.h"
+#include "Interface Widgets/Entry.h"
 
 class BColorControl;
 class BGridView;

@@ -4,11 +4,11 @@
 
 #include <memory>
 
-#include "BMenuField.h"
-#include "BMessage.h"
-#include "Entry.h"
-#include "UnitField.h"
-#include "UnitMenu.h"
+#include "Interface Widgets/Entry.h"
+#include "Interface Widgets/UnitField.h"
+#include "Interface Widgets/UnitMenu.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BMenuField.h"
 
 template <typename Value, typename Factory = CommandFactory<Value>>
 class DimensionalEntry : public ValueEntry<Value, Factory> {

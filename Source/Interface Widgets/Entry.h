@@ -15,8 +15,8 @@
 #include <optional>
 #include <utility>
 
-#include "BGroupView.h"
-#include "CommandFactory.h"
+#include "Model/Commands/CommandFactory.h"
+#include "Platform/Interface/Handles/BGroupView.h"
 
 class Entry : public BGroupView {
 public:

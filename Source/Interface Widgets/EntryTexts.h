@@ -2,7 +2,7 @@
 // (Resources/SettingsFeatures.rdef).
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum EntryText : int32 {
     kTextNotANumber = 3600,

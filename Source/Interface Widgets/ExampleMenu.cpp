@@ -1,7 +1,7 @@
-#include "ExampleMenu.h"
+#include "Interface Widgets/ExampleMenu.h"
 
-#include "BApplication.h"
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BApplication.h"
 
 namespace {
 

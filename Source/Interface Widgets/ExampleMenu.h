@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "BMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 
 struct Example {
     std::string path;

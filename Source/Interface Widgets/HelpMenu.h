@@ -2,7 +2,7 @@
 // item is for the application. Rules as for BMenu.
 #pragma once
 
-#include "BMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 
 class InterfaceTexts;
 

@@ -1,7 +1,7 @@
 // Numbers of the texts of the guide and the examples (Resources/Help.rdef).
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum HelpText : int32 {
     kTextHelp = 3900,

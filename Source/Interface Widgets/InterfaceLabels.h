@@ -2,7 +2,7 @@
 // them or the platform's own numbering has them. Texts of one letter are shortcuts.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum InterfaceLabel : int32 {
     kLabelUntitled = 1500,

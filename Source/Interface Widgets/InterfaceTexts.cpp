@@ -1,4 +1,4 @@
-#include "InterfaceTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
 
 #include <cctype>
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class InterfaceTexts {
 public:

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "BMessage.h"
-#include "ExampleMenu.h"
+#include "Interface Widgets/ExampleMenu.h"
+#include "Platform/Application/BMessage.h"
 
 class InterfaceTexts;
 class UnitTable;

@@ -1,10 +1,10 @@
-#include "MenuEntry.h"
+#include "Interface Widgets/MenuEntry.h"
 
 #include <string>
 
-#include "BMenuField.h"
-#include "BMessage.h"
-#include "BPopUpMenu.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BMenuField.h"
+#include "Platform/Interface/Handles/BPopUpMenu.h"
 
 MenuEntry::MenuEntry(const char* name, const char* label, EpochPortal* portal, int32 least,
                      int32 greatest)

@@ -2,7 +2,7 @@
 // is ever pending.
 #pragma once
 
-#include "Entry.h"
+#include "Interface Widgets/Entry.h"
 
 class BMenu;
 class BMenuField;

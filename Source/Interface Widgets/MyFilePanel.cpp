@@ -1,9 +1,9 @@
-#include "MyFilePanel.h"
+#include "Interface Widgets/MyFilePanel.h"
 
 #include <cmath>
 
-#include "BFont.h"
-#include "PanelFolder.h"
+#include "Interface Widgets/PanelFolder.h"
+#include "Platform/Interface/Handles/BFont.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // BFilePanel.
 #pragma once
 
-#include "BFilePanel.h"
+#include "Platform/Interface/Handles/BFilePanel.h"
 
 class MyFilePanel : public BFilePanel {
 public:

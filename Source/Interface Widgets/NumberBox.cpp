@@ -1,15 +1,15 @@
-#include "NumberBox.h"
+#include "Interface Widgets/NumberBox.h"
 
 #include <optional>
 #include <string>
 
-#include "BMenuField.h"
-#include "BMessage.h"
-#include "EntryTexts.h"
-#include "InterfaceTexts.h"
-#include "QuantityLine.h"
-#include "UnitField.h"
-#include "UnitMenu.h"
+#include "Interface Widgets/EntryTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/QuantityLine.h"
+#include "Interface Widgets/UnitField.h"
+#include "Interface Widgets/UnitMenu.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BMenuField.h"
 
 NumberBox::NumberBox(const char* name, const char* label, const UnitTable* units,
                      const BMessage& unitMenuField, const InterfaceTexts& texts)

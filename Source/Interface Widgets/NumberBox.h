@@ -6,8 +6,8 @@
 // UnitMenu::kUnitChosen.
 #pragma once
 
-#include "BGroupView.h"
-#include "DimValue.h"
+#include "Model/Units/DimValue.h"
+#include "Platform/Interface/Handles/BGroupView.h"
 
 class BMessage;
 class InterfaceTexts;

@@ -1,4 +1,4 @@
-#include "PanelFolder.h"
+#include "Interface Widgets/PanelFolder.h"
 
 #include <algorithm>
 #include <array>
@@ -6,9 +6,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "BPath.h"
-#include "entry_ref.h"
-#include "find_directory.h"
+#include "Platform/Storage/BPath.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Platform/Storage/find_directory.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // hold a pointer.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 // --- To the application ---
 inline constexpr uint32 kNewSimulation = FourCC("nwsm");

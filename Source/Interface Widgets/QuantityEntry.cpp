@@ -1,8 +1,8 @@
-#include "QuantityEntry.h"
+#include "Interface Widgets/QuantityEntry.h"
 
-#include "EntryTexts.h"
-#include "InterfaceTexts.h"
-#include "QuantityLine.h"
+#include "Interface Widgets/EntryTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/QuantityLine.h"
 
 QuantityEntry::QuantityEntry(const char* name, const char* label, EpochPortal* portal,
                              const UnitTable* units, const BMessage& unitMenuField,

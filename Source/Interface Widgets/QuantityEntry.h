@@ -2,7 +2,7 @@
 // own. Rules as for Entry.
 #pragma once
 
-#include "DimensionalEntry.h"
+#include "Interface Widgets/DimensionalEntry.h"
 
 class InterfaceTexts;
 class QuantityLine;

@@ -1,10 +1,10 @@
-#include "QuantityLine.h"
+#include "Interface Widgets/QuantityLine.h"
 
-#include "BMessage.h"
-#include "EntryTexts.h"
-#include "InterfaceTexts.h"
-#include "QuantityText.h"
-#include "UnitTable.h"
+#include "Interface Widgets/EntryTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Model/Units/QuantityText.h"
+#include "Model/Units/UnitTable.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "BEntryControl.h"
-#include "DimValue.h"
+#include "Model/Units/DimValue.h"
+#include "Platform/Interface/Handles/BEntryControl.h"
 
 class InterfaceTexts;
 class UnitTable;

@@ -1,9 +1,9 @@
-#include "RecentDocuments.h"
+#include "Interface Widgets/RecentDocuments.h"
 
 #include <algorithm>
 
-#include "BMessage.h"
-#include "WindowServer.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 RecentDocuments& RecentDocuments::Shared() {
     static auto* const shared = new RecentDocuments;

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "BMessenger.h"
-#include "SupportDefs.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Support/SupportDefs.h"
 
 class RecentDocuments {
 public:

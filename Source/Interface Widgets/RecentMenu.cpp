@@ -1,12 +1,12 @@
-#include "RecentMenu.h"
+#include "Interface Widgets/RecentMenu.h"
 
 #include <algorithm>
 
-#include "BApplication.h"
-#include "BMessage.h"
-#include "BPath.h"
-#include "ProgramMessages.h"
-#include "RecentDocuments.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Interface Widgets/RecentDocuments.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Storage/BPath.h"
 
 namespace {
 

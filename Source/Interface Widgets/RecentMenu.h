@@ -2,7 +2,7 @@
 // Its items are for the application. Rules as for BMenu.
 #pragma once
 
-#include "BMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 
 class RecentMenu : public BMenu {
 public:

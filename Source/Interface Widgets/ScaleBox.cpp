@@ -1,11 +1,11 @@
-#include "ScaleBox.h"
+#include "Interface Widgets/ScaleBox.h"
 
-#include "BMenuField.h"
-#include "BMessage.h"
-#include "BPopUpMenu.h"
-#include "BStringView.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BMenuField.h"
+#include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Handles/BStringView.h"
 
 ScaleBox::ScaleBox(const char* name, const InterfaceTexts& texts, const UnitTable* units,
                    const BMessage& unitMenuField)

@@ -3,7 +3,7 @@
 // NumberBox.
 #pragma once
 
-#include "NumberBox.h"
+#include "Interface Widgets/NumberBox.h"
 
 class BMenu;
 class InterfaceTexts;

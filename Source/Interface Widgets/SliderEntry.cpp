@@ -1,12 +1,12 @@
-#include "SliderEntry.h"
+#include "Interface Widgets/SliderEntry.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "BMessage.h"
-#include "BSlider.h"
-#include "BStringView.h"
-#include "QuantityLine.h"
+#include "Interface Widgets/QuantityLine.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BSlider.h"
+#include "Platform/Interface/Handles/BStringView.h"
 
 namespace {
 

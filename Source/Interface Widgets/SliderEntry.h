@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "Entry.h"
+#include "Interface Widgets/Entry.h"
 
 class BSlider;
 class InterfaceTexts;

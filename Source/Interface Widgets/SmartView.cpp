@@ -1,4 +1,4 @@
-#include "SmartView.h"
+#include "Interface Widgets/SmartView.h"
 
 // The view's centre keeps showing the same point when the view is resized.
 SmartView::SmartView(const char* name, rgb_color low) : CanvasView(name, Anchor::kCenter, low) {}

@@ -3,7 +3,7 @@
 // Threads as for CanvasView: whoever holds the lock of the view's window may draw.
 #pragma once
 
-#include "CanvasView.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 
 // The two patterns that the program fills with.
 enum pattern { B_SOLID_HIGH, B_SOLID_LOW };

@@ -1,15 +1,15 @@
-#include "SubWindow.h"
+#include "Interface Widgets/SubWindow.h"
 
-#include "AppDefs.h"
-#include "BApplication.h"
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "HelpKey.h"
-#include "HelpMenu.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "ProgramMessages.h"
-#include "WindowServer.h"
+#include "Interface Widgets/HelpMenu.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 flags, BLooper* owner,
                      const InterfaceTexts* texts)

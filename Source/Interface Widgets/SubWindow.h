@@ -3,7 +3,7 @@
 // the rules of BWindow.
 #pragma once
 
-#include "BWindow.h"
+#include "Platform/Interface/Handles/BWindow.h"
 
 class InterfaceTexts;
 

@@ -1,7 +1,7 @@
-#include "SwitchEntry.h"
+#include "Interface Widgets/SwitchEntry.h"
 
-#include "BCheckBox.h"
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BCheckBox.h"
 
 SwitchEntry::SwitchEntry(const char* name, const char* label, EpochPortal* portal)
     : ValueEntry(name, B_HORIZONTAL, portal),

@@ -1,7 +1,7 @@
 // An entry of a switch: a check box. Rules as for Entry; nothing of it is ever pending.
 #pragma once
 
-#include "Entry.h"
+#include "Interface Widgets/Entry.h"
 
 class BCheckBox;
 

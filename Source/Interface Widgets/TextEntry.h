@@ -1,7 +1,7 @@
 // An entry of a text, such as a name. Rules as for Entry.
 #pragma once
 
-#include "Entry.h"
+#include "Interface Widgets/Entry.h"
 
 class BEntryControl;
 class InterfaceTexts;

@@ -1,10 +1,10 @@
-#include "UnitField.h"
+#include "Interface Widgets/UnitField.h"
 
 #include <memory>
 
-#include "AbbreviatedMenuField.h"
-#include "BMessage.h"
-#include "UnitMenu.h"
+#include "Interface Widgets/AbbreviatedMenuField.h"
+#include "Interface Widgets/UnitMenu.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The field of a unit menu in an entry. No state; rules as for BView.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMenuField;
 class BMessage;

@@ -1,8 +1,8 @@
-#include "UnitMenu.h"
+#include "Interface Widgets/UnitMenu.h"
 
 #include <algorithm>
 
-#include "UnitMenuItem.h"
+#include "Interface Widgets/UnitMenuItem.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // BMenu.
 #pragma once
 
-#include "BPopUpMenu.h"
+#include "Platform/Interface/Handles/BPopUpMenu.h"
 
 class UnitMenuItem;
 

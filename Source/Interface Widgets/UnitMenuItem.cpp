@@ -1,7 +1,7 @@
-#include "UnitMenuItem.h"
+#include "Interface Widgets/UnitMenuItem.h"
 
-#include "BMessage.h"
-#include "DimValue.h"
+#include "Model/Units/DimValue.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

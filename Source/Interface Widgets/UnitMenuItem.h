@@ -2,7 +2,7 @@
 // BMenuItem.
 #pragma once
 
-#include "AbbreviatedMenuItem.h"
+#include "Interface Widgets/AbbreviatedMenuItem.h"
 
 class UnitMenuItem : public AbbreviatedMenuItem {
 public:

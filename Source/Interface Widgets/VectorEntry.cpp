@@ -1,10 +1,10 @@
-#include "VectorEntry.h"
+#include "Interface Widgets/VectorEntry.h"
 
-#include "BGridView.h"
-#include "BStringView.h"
-#include "EntryTexts.h"
-#include "InterfaceTexts.h"
-#include "QuantityLine.h"
+#include "Interface Widgets/EntryTexts.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/QuantityLine.h"
+#include "Platform/Interface/Handles/BGridView.h"
+#include "Platform/Interface/Handles/BStringView.h"
 
 namespace {
 

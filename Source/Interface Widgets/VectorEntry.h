@@ -5,8 +5,8 @@
 
 #include <array>
 
-#include "DimensionalEntry.h"
-#include "SystemFactories.h"
+#include "Interface Widgets/DimensionalEntry.h"
+#include "Model/Commands/SystemFactories.h"
 
 class InterfaceTexts;
 class QuantityLine;

@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "CommandFactory.h"
+#include "Model/Commands/CommandFactory.h"
 
 class WholeNumberFactory final : public NumberCommandFactory {
 public:

@@ -1,8 +1,8 @@
-#include "CollisionWatch.h"
+#include "Run/CollisionWatch.h"
 
-#include "BLooper.h"
-#include "BMessenger.h"
-#include "CollisionMailbox.h"
+#include "Calculation/CollisionMailbox.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessenger.h"
 
 class CollisionWatch::CollisionLooper final : public BLooper {
 public:

@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "BMessage.h"
-#include "RunEnding.h"
+#include "Calculation/RunEnding.h"
+#include "Platform/Application/BMessage.h"
 
 class BLooper;
 

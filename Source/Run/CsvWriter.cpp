@@ -1,11 +1,11 @@
-#include "CsvWriter.h"
+#include "Run/CsvWriter.h"
 
 #include <charconv>
 #include <string_view>
 
-#include "OutputFile.h"
-#include "PrintableText.h"
-#include "SystemState.h"
+#include "Platform/Support/PrintableText.h"
+#include "Run/OutputFile.h"
+#include "Simulation/Document/SystemState.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class OutputFile;
 struct SystemState;

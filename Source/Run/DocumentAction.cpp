@@ -1,13 +1,13 @@
-#include "DocumentAction.h"
+#include "Run/DocumentAction.h"
 
 #include <algorithm>
 
-#include "DocumentTexts.h"
-#include "EditText.h"
-#include "ProgramResources.h"
-#include "RunnerTexts.h"
-#include "SimulationDocument.h"
-#include "TextTemplate.h"
+#include "Run/EditText.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/DocumentTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/TextTemplate.h"
 
 struct DocumentAction::Action {
     std::string_view name;

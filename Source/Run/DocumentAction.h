@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "SimulationController.h"
+#include "Simulation/Document/SimulationController.h"
 
 class ProgramResources;
 class SimulationDocument;

@@ -1,18 +1,18 @@
-#include "DocumentEdit.h"
+#include "Run/DocumentEdit.h"
 
 #include <charconv>
 #include <cmath>
 #include <span>
 
-#include "Body.h"
-#include "CommandFactory.h"
-#include "EditText.h"
-#include "EpochFactories.h"
-#include "ProgramResources.h"
-#include "RunnerTexts.h"
-#include "SimulationDocument.h"
-#include "SystemFactories.h"
-#include "TextTemplate.h"
+#include "Model/Commands/CommandFactory.h"
+#include "Model/Commands/EpochFactories.h"
+#include "Model/Commands/SystemFactories.h"
+#include "Model/Systems/Body.h"
+#include "Run/EditText.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <string_view>
 
-#include "DimValue.h"
-#include "DocumentAction.h"
-#include "EpochFactories.h"
-#include "SystemFactories.h"
+#include "Model/Commands/EpochFactories.h"
+#include "Model/Commands/SystemFactories.h"
+#include "Model/Units/DimValue.h"
+#include "Run/DocumentAction.h"
 
 class ProgramResources;
 class SimulationDocument;

@@ -1,10 +1,10 @@
-#include "EditText.h"
+#include "Run/EditText.h"
 
 #include <algorithm>
 #include <charconv>
 
-#include "EpochCursor.h"
-#include "SimulationDocument.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Simulation/Document/SimulationDocument.h"
 
 std::string_view Trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(' ');

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class AbEpoch;
 class SimulationDocument;

@@ -1,16 +1,16 @@
-#include "EpochListing.h"
+#include "Run/EpochListing.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "EpochCursor.h"
-#include "MassSystem.h"
-#include "NumberText.h"
-#include "PrintableText.h"
-#include "ProgramResources.h"
-#include "RunnerTexts.h"
-#include "SimulationDocument.h"
-#include "TextTemplate.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Model/Systems/MassSystem.h"
+#include "Platform/Support/PrintableText.h"
+#include "Run/NumberText.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "JsonObject.h"
+#include "Run/JsonObject.h"
 
 #include <cmath>
 
-#include "NumberText.h"
+#include "Run/NumberText.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class JsonObject {
 public:

@@ -1,5 +1,5 @@
 // In the place of RunPainter.cpp where the displays' floor is not built.
-#include "RunPainter.h"
+#include "Run/RunPainter.h"
 
 bool RunPainter::IsPossible() {
     return false;

@@ -1,4 +1,4 @@
-#include "NumberText.h"
+#include "Run/NumberText.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,16 +1,16 @@
-#include "Options.h"
+#include "Run/Options.h"
 
 #include <charconv>
 #include <cmath>
 #include <span>
 #include <utility>
 
-#include "EditText.h"
-#include "OutputFile.h"
-#include "ProgramResources.h"
-#include "RunPainter.h"
-#include "RunnerTexts.h"
-#include "TextTemplate.h"
+#include "Run/EditText.h"
+#include "Run/OutputFile.h"
+#include "Run/RunPainter.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
-#include "Progress.h"
+#include "Run/Progress.h"
 
 #include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
 
-#include "NumberText.h"
-#include "ProgramResources.h"
-#include "RunnerTexts.h"
-#include "TextTemplate.h"
+#include "Run/NumberText.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

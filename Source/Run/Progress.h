@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class ProgramResources;
 

@@ -1,4 +1,4 @@
-#include "RunEvents.h"
+#include "Run/RunEvents.h"
 
 #include <poll.h>
 #include <pthread.h>
@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "ChangeFlags.h"
+#include "Model/Sharing/ChangeFlags.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-#include "Observer.h"
+#include "Model/Sharing/Observer.h"
 
 class RunEvents : public Observer {
 public:

@@ -1,12 +1,12 @@
-#include "RunPainter.h"
+#include "Run/RunPainter.h"
 
-#include "Calculator.h"
-#include "EpochPortal.h"
-#include "HeadlessGraphics.h"
-#include "InterfaceLabels.h"
-#include "Options.h"
-#include "ProgramResources.h"
-#include "RunPicture.h"
+#include "Calculation/Calculator.h"
+#include "Displays/Pictures/RunPicture.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Interface/Server/HeadlessGraphics.h"
+#include "Run/Options.h"
+#include "Simulation/Document/ProgramResources.h"
 
 namespace {
 

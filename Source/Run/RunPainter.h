@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "ReportConsumer.h"
+#include "Calculation/ReportConsumer.h"
 
 class Calculator;
 class EpochPortal;

@@ -1,11 +1,11 @@
-#include "RunRecord.h"
+#include "Run/RunRecord.h"
 
 #include <array>
 #include <cmath>
 #include <initializer_list>
 #include <utility>
 
-#include "AppDefs.h"
+#include "Platform/Application/AppDefs.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 // value.
 #pragma once
 
-#include "BMessage.h"
-#include "Conservation.h"
-#include "Progress.h"
+#include "Platform/Application/BMessage.h"
+#include "Run/Progress.h"
+#include "Simulation/Document/Conservation.h"
 
 struct RunRecord {
     BMessage calculator;   // TaylorCalculator::ArchiveRun

@@ -1,9 +1,9 @@
-#include "RunRecorder.h"
+#include "Run/RunRecorder.h"
 
-#include "Calculator.h"
-#include "CsvWriter.h"
-#include "OutputFile.h"
-#include "SystemState.h"
+#include "Calculation/Calculator.h"
+#include "Run/CsvWriter.h"
+#include "Run/OutputFile.h"
+#include "Simulation/Document/SystemState.h"
 
 RunRecorder::RunRecorder(Calculator* calculator) : calculator_(calculator) {
     // Ready for the first batch.

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <vector>
 
-#include "ReportConsumer.h"
+#include "Calculation/ReportConsumer.h"
 
 class Calculator;
 class CsvWriter;

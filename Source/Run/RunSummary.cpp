@@ -1,10 +1,10 @@
-#include "RunSummary.h"
+#include "Run/RunSummary.h"
 
-#include "JsonObject.h"
-#include "NumberText.h"
-#include "ProgramResources.h"
-#include "RunnerTexts.h"
-#include "TextTemplate.h"
+#include "Run/JsonObject.h"
+#include "Run/NumberText.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Conservation.h"
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Simulation/Document/Conservation.h"
 
 class ProgramResources;
 

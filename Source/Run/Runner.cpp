@@ -1,4 +1,4 @@
-#include "Runner.h"
+#include "Run/Runner.h"
 
 #include <unistd.h>
 
@@ -11,19 +11,19 @@
 #include <memory>
 #include <utility>
 
-#include "AtomicFile.h"
-#include "BMessage.h"
-#include "CollisionMailbox.h"
-#include "CsvWriter.h"
-#include "DocumentEdit.h"
-#include "EpochListing.h"
-#include "NumberText.h"
-#include "ProgramResources.h"
-#include "RunEndingText.h"
-#include "RunnerTexts.h"
-#include "SimulationFile.h"
-#include "StateDigest.h"
-#include "TextTemplate.h"
+#include "Calculation/CollisionMailbox.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/AtomicFile.h"
+#include "Run/CsvWriter.h"
+#include "Run/DocumentEdit.h"
+#include "Run/EpochListing.h"
+#include "Run/NumberText.h"
+#include "Run/RunnerTexts.h"
+#include "Run/StateDigest.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/RunEndingText.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

@@ -6,20 +6,20 @@
 #include <optional>
 #include <string>
 
-#include "CollisionWatch.h"
-#include "Options.h"
-#include "OutputFile.h"
-#include "Progress.h"
-#include "RunControl.h"
-#include "RunControlView.h"
-#include "RunEvents.h"
-#include "RunPainter.h"
-#include "RunRecord.h"
-#include "RunRecorder.h"
-#include "RunSummary.h"
-#include "SimulationController.h"
-#include "SimulationDocument.h"
-#include "SystemState.h"
+#include "Run/CollisionWatch.h"
+#include "Run/Options.h"
+#include "Run/OutputFile.h"
+#include "Run/Progress.h"
+#include "Run/RunEvents.h"
+#include "Run/RunPainter.h"
+#include "Run/RunRecord.h"
+#include "Run/RunRecorder.h"
+#include "Run/RunSummary.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Simulation/Document/SimulationController.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SystemState.h"
 
 class AtomicFile;
 class CsvWriter;

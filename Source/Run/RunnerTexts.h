@@ -2,7 +2,7 @@
 // are filled in by FillIn.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum RunnerText : int32 {
     // An interface label: the name of a simulation without a file.

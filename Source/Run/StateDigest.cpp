@@ -1,12 +1,12 @@
-#include "StateDigest.h"
+#include "Run/StateDigest.h"
 
 #include <sha2.h>
 
 #include <array>
 #include <bit>
 
-#include "SupportDefs.h"
-#include "SystemState.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Simulation/Document/SystemState.h"
 
 namespace {
 

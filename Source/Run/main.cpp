@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "Options.h"
-#include "ProgramResources.h"
-#include "RunPainter.h"
-#include "Runner.h"
-#include "RunnerTexts.h"
-#include "TextTemplate.h"
+#include "Run/Options.h"
+#include "Run/RunPainter.h"
+#include "Run/Runner.h"
+#include "Run/RunnerTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

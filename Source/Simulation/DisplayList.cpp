@@ -1,19 +1,19 @@
-#include "DisplayList.h"
+#include "Simulation/DisplayList.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "BScreen.h"
-#include "DisplayContext.h"
-#include "ProgramMessages.h"
-#include "ProjectionDisplay.h"
-#include "RunControl.h"
-#include "SimulationDocument.h"
-#include "WindowFields.h"
-#include "WindowPlacement.h"
-#include "WindowServer.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Base/WindowPlacement.h"
+#include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BScreen.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/WindowFields.h"
 
 namespace {
 

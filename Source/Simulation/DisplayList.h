@@ -6,9 +6,9 @@
 #include <deque>
 #include <vector>
 
-#include "BMessage.h"
-#include "GraphicsDefs.h"
-#include "SupportDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Support/GraphicsDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BLooper;
 class Display;

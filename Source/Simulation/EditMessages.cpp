@@ -1,14 +1,14 @@
-#include "EditMessages.h"
+#include "Simulation/EditMessages.h"
 
-#include "BMessage.h"
-#include "DocumentTexts.h"
-#include "EpochCursor.h"
-#include "EpochPortal.h"
-#include "EpochWindow.h"
-#include "GroupWindow.h"
-#include "ProgramMessages.h"
-#include "SimulationController.h"
-#include "SimulationMenus.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/DocumentTexts.h"
+#include "Simulation/Document/SimulationController.h"
+#include "Simulation/Epochs/EpochWindow.h"
+#include "Simulation/GroupWindow.h"
+#include "Simulation/SimulationMenus.h"
 
 namespace {
 

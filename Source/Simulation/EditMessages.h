@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 class EpochPortal;

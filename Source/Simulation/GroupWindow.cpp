@@ -1,19 +1,19 @@
-#include "GroupWindow.h"
+#include "Simulation/GroupWindow.h"
 
 #include <algorithm>
 
-#include "AppDefs.h"
-#include "BButton.h"
-#include "BCheckBox.h"
-#include "BGroupView.h"
-#include "BMessage.h"
-#include "BScrollView.h"
-#include "BStringView.h"
-#include "BTextControl.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "ProgramMessages.h"
-#include "SimulationTexts.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BButton.h"
+#include "Platform/Interface/Handles/BCheckBox.h"
+#include "Platform/Interface/Handles/BGroupView.h"
+#include "Platform/Interface/Handles/BScrollView.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Handles/BTextControl.h"
+#include "Simulation/SimulationTexts.h"
 
 namespace {
 

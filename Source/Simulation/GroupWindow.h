@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "SubWindow.h"
+#include "Interface Widgets/SubWindow.h"
 
 class BButton;
 class BCheckBox;

@@ -1,16 +1,16 @@
-#include "MessageBoxes.h"
+#include "Simulation/MessageBoxes.h"
 
 #include <algorithm>
 
-#include "BLooper.h"
-#include "BMessenger.h"
-#include "DisplayContext.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "MessageWindow.h"
-#include "ProgramMessages.h"
-#include "SimulationHost.h"
-#include "WindowServer.h"
+#include "Application/MessageBoxes/MessageWindow.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Simulation/SimulationHost.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "BMessage.h"
-#include "BMessenger.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
 
 class BLooper;
 class MessageWindow;

@@ -1,8 +1,8 @@
-#include "OpenSimulations.h"
+#include "Simulation/OpenSimulations.h"
 
 #include <algorithm>
 
-#include "BWindow.h"
+#include "Platform/Interface/Handles/BWindow.h"
 
 namespace {
 

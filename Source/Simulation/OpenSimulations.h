@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "GraphicsDefs.h"
-#include "SupportDefs.h"
+#include "Platform/Support/GraphicsDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BWindow;
 

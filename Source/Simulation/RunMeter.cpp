@@ -1,9 +1,9 @@
-#include "RunMeter.h"
+#include "Simulation/RunMeter.h"
 
-#include "Benaphore.h"
-#include "Body.h"
-#include "Calculator.h"
-#include "EpochPortal.h"
+#include "Calculation/Calculator.h"
+#include "Model/Sharing/Benaphore.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/Body.h"
 
 RunMeter::RunMeter(EpochPortal* portal, Calculator* calculator)
     : portal_(portal), calculator_(calculator) {

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <vector>
 
-#include "ReportConsumer.h"
-#include "SystemState.h"
+#include "Calculation/ReportConsumer.h"
+#include "Simulation/Document/SystemState.h"
 
 class Calculator;
 class EpochPortal;

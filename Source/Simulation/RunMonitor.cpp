@@ -1,9 +1,9 @@
-#include "RunMonitor.h"
+#include "Simulation/RunMonitor.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <optional>
 
-#include "Conservation.h"
-#include "RunMeter.h"
+#include "Simulation/Document/Conservation.h"
+#include "Simulation/RunMeter.h"
 
 class RunMonitor {
 public:

@@ -1,10 +1,10 @@
-#include "SavePanel.h"
+#include "Simulation/SavePanel.h"
 
-#include "BMessage.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "MyFilePanel.h"
-#include "SimulationTexts.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/MyFilePanel.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/SimulationTexts.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
-#include "BMessenger.h"
-#include "GraphicsDefs.h"
-#include "SupportDefs.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Support/GraphicsDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 class InterfaceTexts;

@@ -12,15 +12,15 @@
 #include <optional>
 #include <string>
 
-#include "BWindow.h"
-#include "DisplayList.h"
-#include "MessageBoxes.h"
-#include "Observer.h"
-#include "RunControl.h"
-#include "SimulationController.h"
-#include "SimulationControls.h"
-#include "SimulationDocument.h"
-#include "SimulationSaver.h"
+#include "Model/Sharing/Observer.h"
+#include "Platform/Interface/Handles/BWindow.h"
+#include "Simulation/DisplayList.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/SimulationController.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/MessageBoxes.h"
+#include "Simulation/SimulationControls.h"
+#include "Simulation/SimulationSaver.h"
 
 class MessageWindow;
 class SimulationHost;

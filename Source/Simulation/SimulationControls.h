@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "RunControlView.h"
-#include "RunMonitor.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Simulation/RunMonitor.h"
 
 class BGroupView;
 class BWindow;

@@ -2,8 +2,8 @@
 // tests have one of their own. Any thread may call.
 #pragma once
 
-#include "DisplayContext.h"
-#include "SupportDefs.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BLooper;
 class ProgramResources;

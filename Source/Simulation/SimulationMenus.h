@@ -2,7 +2,7 @@
 // thread with the window locked.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BHandler;
 class BMenu;

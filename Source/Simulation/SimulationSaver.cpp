@@ -1,22 +1,22 @@
-#include "SimulationSaver.h"
+#include "Simulation/SimulationSaver.h"
 
 #include <cstdio>
 
-#include "BWindow.h"
-#include "ChangeFlags.h"
-#include "DisplayContext.h"
-#include "DisplayList.h"
-#include "DocumentSaver.h"
-#include "ProgramResources.h"
-#include "QuantityText.h"
-#include "RunControl.h"
-#include "SimulationControls.h"
-#include "SimulationDocument.h"
-#include "SimulationHost.h"
-#include "SimulationTexts.h"
-#include "SubsidiaryWindows.h"
-#include "TextTemplate.h"
-#include "WindowPlaces.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Units/QuantityText.h"
+#include "Platform/Interface/Handles/BWindow.h"
+#include "Simulation/DisplayList.h"
+#include "Simulation/Document/DocumentSaver.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/SimulationControls.h"
+#include "Simulation/SimulationHost.h"
+#include "Simulation/SimulationTexts.h"
+#include "Simulation/SubsidiaryWindows.h"
+#include "Simulation/WindowPlaces.h"
 
 SimulationSaver::SimulationSaver(BWindow* window, SimulationHost* host,
                                  SimulationDocument* document, RunControl* run,

@@ -5,10 +5,10 @@
 
 #include <string>
 
-#include "BMessenger.h"
-#include "DocumentFile.h"
-#include "DocumentNotice.h"
-#include "SavePanel.h"
+#include "Platform/Application/BMessenger.h"
+#include "Simulation/Document/DocumentFile.h"
+#include "Simulation/Document/DocumentNotice.h"
+#include "Simulation/SavePanel.h"
 
 class BMessage;
 class BWindow;

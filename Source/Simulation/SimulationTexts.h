@@ -2,7 +2,7 @@
 // are filled by FillIn.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum SimulationText : int32 {
     kTextSaveAsAfter = 3700,

@@ -1,16 +1,16 @@
-#include "StatusLine.h"
+#include "Simulation/StatusLine.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "BFont.h"
-#include "BStringView.h"
-#include "ProgramResources.h"
-#include "QuantityText.h"
-#include "SimulationTexts.h"
-#include "TextTemplate.h"
-#include "UnitTable.h"
+#include "Model/Units/QuantityText.h"
+#include "Model/Units/UnitTable.h"
+#include "Platform/Interface/Handles/BFont.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/SimulationTexts.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <string>
 
-#include "BGroupView.h"
-#include "RunMonitor.h"
+#include "Platform/Interface/Handles/BGroupView.h"
+#include "Simulation/RunMonitor.h"
 
 class BStringView;
 class ProgramResources;

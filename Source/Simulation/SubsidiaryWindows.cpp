@@ -1,15 +1,15 @@
-#include "SubsidiaryWindows.h"
+#include "Simulation/SubsidiaryWindows.h"
 
 #include <algorithm>
 
-#include "AnimationWindow.h"
-#include "DisplayContext.h"
-#include "EpochWindow.h"
-#include "GroupWindow.h"
-#include "SimulationDocument.h"
-#include "TrailDiscWindow.h"
-#include "WindowPlacement.h"
-#include "WindowPlaces.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Base/WindowPlacement.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Epochs/EpochWindow.h"
+#include "Simulation/GroupWindow.h"
+#include "Simulation/Settings/AnimationWindow.h"
+#include "Simulation/Settings/TrailDiscWindow.h"
+#include "Simulation/WindowPlaces.h"
 
 namespace {
 

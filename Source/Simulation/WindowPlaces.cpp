@@ -1,10 +1,10 @@
-#include "WindowPlaces.h"
+#include "Simulation/WindowPlaces.h"
 
-#include "BFont.h"
-#include "BMessage.h"
-#include "BScreen.h"
-#include "BWindow.h"
-#include "WindowPlacement.h"
+#include "Displays/Base/WindowPlacement.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BFont.h"
+#include "Platform/Interface/Handles/BScreen.h"
+#include "Platform/Interface/Handles/BWindow.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "AppDriver.h"
+#include "Tests/Application/AppDriver.h"
 
 #include <gtest/gtest.h>
 
@@ -7,13 +7,13 @@
 #include <limits>
 #include <string_view>
 
-#include "AppDefs.h"
-#include "BMessenger.h"
-#include "BStringView.h"
-#include "ProgramMessages.h"
-#include "Simulation.h"
-#include "SimulationFile.h"
-#include "TestMain.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/Simulation.h"
+#include "Tests/Platform/Interface/TestMain.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include "BMessage.h"
-#include "SimApp.h"
+#include "Application/SimApp.h"
+#include "Platform/Application/BMessage.h"
 
 class AppDriver {
 public:

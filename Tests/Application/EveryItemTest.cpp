@@ -6,13 +6,13 @@
 #include <set>
 #include <utility>
 
-#include "AppDriver.h"
-#include "BMessenger.h"
-#include "ProgramMessages.h"
-#include "Simulation.h"
-#include "SimulationFile.h"
-#include "TestFolder.h"
-#include "WindowHand.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BMessenger.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/Simulation.h"
+#include "Tests/Application/AppDriver.h"
+#include "Tests/Application/WindowHand.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

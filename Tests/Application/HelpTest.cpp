@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "AppDriver.h"
-#include "ProgramMessages.h"
-#include "RecentDocuments.h"
-#include "Simulation.h"
-#include "TestFolder.h"
-#include "WindowHand.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Interface Widgets/RecentDocuments.h"
+#include "Simulation/Simulation.h"
+#include "Tests/Application/AppDriver.h"
+#include "Tests/Application/WindowHand.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

@@ -4,16 +4,16 @@
 #include <filesystem>
 #include <fstream>
 
-#include "AppDefs.h"
-#include "AppDriver.h"
-#include "BNode.h"
-#include "BNodeInfo.h"
-#include "ProgramMessages.h"
-#include "RecentDocuments.h"
-#include "Simulation.h"
-#include "SimulationFile.h"
-#include "TestFolder.h"
-#include "WindowHand.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Interface Widgets/RecentDocuments.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Storage/BNode.h"
+#include "Platform/Storage/BNodeInfo.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/Simulation.h"
+#include "Tests/Application/AppDriver.h"
+#include "Tests/Application/WindowHand.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

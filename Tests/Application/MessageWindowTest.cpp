@@ -1,12 +1,12 @@
-#include "MessageWindow.h"
+#include "Application/MessageBoxes/MessageWindow.h"
 
 #include <gtest/gtest.h>
 
-#include "AppDriver.h"
-#include "ProgramMessages.h"
-#include "ResourceTexts.h"
-#include "TestWindow.h"
-#include "WindowHand.h"
+#include "Displays/Base/ResourceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Tests/Application/AppDriver.h"
+#include "Tests/Application/WindowHand.h"
+#include "Tests/Platform/Interface/TestWindow.h"
 
 namespace {
 

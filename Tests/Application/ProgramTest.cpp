@@ -8,11 +8,11 @@
 #include <fstream>
 #include <sstream>
 
-#include "AppDriver.h"
-#include "ChildProcess.h"
-#include "RememberedSettings.h"
-#include "SimulationFile.h"
-#include "TestFolder.h"
+#include "Application/RememberedSettings.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Application/AppDriver.h"
+#include "Tests/Platform/ChildProcess.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

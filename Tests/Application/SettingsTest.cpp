@@ -5,17 +5,17 @@
 #include <filesystem>
 #include <future>
 
-#include "AppDefs.h"
-#include "AppDriver.h"
-#include "BFont.h"
-#include "BLooper.h"
-#include "DefaultResponses.h"
-#include "PanelFolder.h"
-#include "Preferences.h"
-#include "ProgramMessages.h"
-#include "RecentDocuments.h"
-#include "TestFolder.h"
-#include "WindowHand.h"
+#include "Application/DefaultResponses.h"
+#include "Application/Prefs/Preferences.h"
+#include "Interface Widgets/PanelFolder.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Interface Widgets/RecentDocuments.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Interface/Handles/BFont.h"
+#include "Tests/Application/AppDriver.h"
+#include "Tests/Application/WindowHand.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

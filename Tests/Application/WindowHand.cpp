@@ -1,4 +1,4 @@
-#include "WindowHand.h"
+#include "Tests/Application/WindowHand.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -15,9 +15,9 @@
 #include <cstddef>
 #include <future>
 
-#include "AppDriver.h"
-#include "Mnemonics.h"
-#include "WindowServer.h"
+#include "Platform/Interface/Server/Mnemonics.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Tests/Application/AppDriver.h"
 
 // All in here is for the window server's thread.
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "GraphicsDefs.h"
+#include "Platform/Support/GraphicsDefs.h"
 
 namespace WindowHand {
 

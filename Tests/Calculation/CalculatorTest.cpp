@@ -1,4 +1,4 @@
-#include "Calculator.h"
+#include "Calculation/Calculator.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 #include <optional>
 #include <random>
 
-#include "BLooper.h"
-#include "Epoch.h"
-#include "InThreads.h"
-#include "TestSystem.h"
+#include "Model/Epochs/Epoch.h"
+#include "Platform/Application/BLooper.h"
+#include "Tests/Calculation/TestSystem.h"
+#include "Tests/Platform/InThreads.h"
 
 namespace {
 

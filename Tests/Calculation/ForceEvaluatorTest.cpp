@@ -1,4 +1,4 @@
-#include "ForceEvaluator.h"
+#include "Calculation/ForceEvaluator.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +11,8 @@
 #include <string>
 #include <thread>
 
-#include "OS.h"
-#include "PairWalk.h"
+#include "Platform/Kernel/OS.h"
+#include "Tests/Calculation/PairWalk.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // A run that is held and goes on has the bits of one that was never held.
 #include <gtest/gtest.h>
 
-#include "Body.h"
-#include "Epoch.h"
-#include "TaylorFixtures.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Tests/Calculation/TaylorFixtures.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Body.h"
-#include "Epoch.h"
-#include "TaylorFixtures.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Tests/Calculation/TaylorFixtures.h"
 
 namespace {
 

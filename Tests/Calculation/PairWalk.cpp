@@ -1,4 +1,4 @@
-#include "PairWalk.h"
+#include "Tests/Calculation/PairWalk.h"
 
 #include <cmath>
 

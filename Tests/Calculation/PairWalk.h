@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "ForceEvaluator.h"
-#include "SupportDefs.h"
+#include "Calculation/ForceEvaluator.h"
+#include "Platform/Support/SupportDefs.h"
 
 class PairWalk {
 public:

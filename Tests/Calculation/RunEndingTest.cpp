@@ -1,6 +1,6 @@
 // Runs that end by themselves: where numbers would leave their range, where time stands still, and
 // where nothing interacts.
-#include "RunEnding.h"
+#include "Calculation/RunEnding.h"
 
 #include <gtest/gtest.h>
 
@@ -10,11 +10,11 @@
 #include <future>
 #include <limits>
 
-#include "BLooper.h"
-#include "Body.h"
-#include "CollisionMailbox.h"
-#include "Epoch.h"
-#include "TaylorFixtures.h"
+#include "Calculation/CollisionMailbox.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BLooper.h"
+#include "Tests/Calculation/TaylorFixtures.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ScalarTaylor.h"
+#include "Tests/Calculation/ScalarTaylor.h"
 
 #include <cmath>
 

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "PairWalk.h"
+#include "Tests/Calculation/PairWalk.h"
 
 class ScalarTaylor {
 public:

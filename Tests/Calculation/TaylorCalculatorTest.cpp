@@ -1,4 +1,4 @@
-#include "TaylorCalculator.h"
+#include "Calculation/TaylorCalculator.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,12 @@
 #include <limits>
 #include <random>
 
-#include "Allocations.h"
-#include "BLooper.h"
-#include "Body.h"
-#include "Epoch.h"
-#include "ScalarTaylor.h"
-#include "TaylorFixtures.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BLooper.h"
+#include "Tests/Calculation/ScalarTaylor.h"
+#include "Tests/Calculation/TaylorFixtures.h"
+#include "Tests/Platform/Allocations.h"
 
 namespace {
 

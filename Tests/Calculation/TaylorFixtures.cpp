@@ -1,4 +1,4 @@
-#include "TaylorFixtures.h"
+#include "Tests/Calculation/TaylorFixtures.h"
 
 #include <gtest/gtest.h>
 

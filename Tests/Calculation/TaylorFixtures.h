@@ -4,10 +4,10 @@
 #include <memory>
 #include <vector>
 
-#include "BMessage.h"
-#include "PairWalk.h"
-#include "TaylorCalculator.h"
-#include "TestSystem.h"
+#include "Calculation/TaylorCalculator.h"
+#include "Platform/Application/BMessage.h"
+#include "Tests/Calculation/PairWalk.h"
+#include "Tests/Calculation/TestSystem.h"
 
 // Parked; posts its collisions to nobody.
 std::unique_ptr<TaylorCalculator> MakeCalculator(TestSystem* system, int32 threads = 1);

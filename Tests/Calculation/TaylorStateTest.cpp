@@ -6,9 +6,9 @@
 #include <limits>
 #include <string>
 
-#include "Body.h"
-#include "Epoch.h"
-#include "TaylorFixtures.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Tests/Calculation/TaylorFixtures.h"
 
 // Parts above those that the order feeds can only be left from a run of a higher order.
 TEST(TaylorParts, PromotionDropsPartsThatTheOrderDoesNotFeed) {

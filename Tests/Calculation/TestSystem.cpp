@@ -1,10 +1,10 @@
-#include "TestSystem.h"
+#include "Tests/Calculation/TestSystem.h"
 
 #include <cmath>
 
-#include "Body.h"
-#include "ChangeFlags.h"
-#include "Epoch.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Systems/Body.h"
 
 TestSystem::TestSystem(int32 order, double cutoff)
     : epoch_(std::make_unique<Epoch>()), portal_(&undoChain_, epoch_.get()) {

@@ -8,14 +8,14 @@
 #include <thread>
 #include <vector>
 
-#include "Benaphore.h"
-#include "Calculator.h"
-#include "EpochPortal.h"
-#include "Observer.h"
-#include "PairWalk.h"
-#include "ReportConsumer.h"
-#include "ThreeVector.h"
-#include "UndoChain.h"
+#include "Calculation/Calculator.h"
+#include "Calculation/ReportConsumer.h"
+#include "Model/Commands/UndoChain.h"
+#include "Model/Sharing/Benaphore.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/Observer.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Tests/Calculation/PairWalk.h"
 
 class Epoch;
 

@@ -2,8 +2,8 @@
 #include <csignal>
 #include <filesystem>
 
-#include "DesktopTest.h"
-#include "SampleDocument.h"
+#include "Tests/Desktop/DesktopTest.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 using ClosingDesktopTest = DesktopTest;
 

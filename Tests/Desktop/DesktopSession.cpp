@@ -1,4 +1,4 @@
-#include "DesktopSession.h"
+#include "Tests/Desktop/DesktopSession.h"
 
 #include <sys/stat.h>
 
@@ -8,7 +8,7 @@
 #include <regex>
 #include <thread>
 
-#include "ScreenWindows.h"
+#include "Tests/Desktop/ScreenWindows.h"
 
 namespace fs = std::filesystem;
 

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "ChildProcess.h"
+#include "Tests/Platform/ChildProcess.h"
 
 class DesktopSession {
 public:

@@ -1,11 +1,11 @@
-#include "DesktopTest.h"
+#include "Tests/Desktop/DesktopTest.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 
-#include "SimulationFile.h"
+#include "Simulation/Document/SimulationFile.h"
 
 namespace fs = std::filesystem;
 

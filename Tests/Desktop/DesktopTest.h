@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "Body.h"
-#include "DesktopSession.h"
-#include "RecoveryFolder.h"
-#include "SimulationDocument.h"
+#include "Model/Systems/Body.h"
+#include "Simulation/Document/RecoveryFolder.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Tests/Desktop/DesktopSession.h"
 
 class DesktopTest : public testing::Test {
 protected:

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "DesktopTest.h"
-#include "SampleDocument.h"
+#include "Tests/Desktop/DesktopTest.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // From an edit to a saved and reopened document. Nothing in a simulation's window needs the mouse.
-#include "DesktopTest.h"
-#include "SampleDocument.h"
+#include "Tests/Desktop/DesktopTest.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

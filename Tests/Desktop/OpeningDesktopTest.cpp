@@ -1,5 +1,5 @@
 // Documents come into the program by the open panel and by the mouse.
-#include "DesktopTest.h"
+#include "Tests/Desktop/DesktopTest.h"
 
 namespace {
 

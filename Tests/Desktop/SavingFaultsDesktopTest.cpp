@@ -8,10 +8,10 @@
 #include <fstream>
 #include <random>
 
-#include "DesktopTest.h"
-#include "FileDescriptor.h"
-#include "SampleDocument.h"
-#include "SimulationFile.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Desktop/DesktopTest.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

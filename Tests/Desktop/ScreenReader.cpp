@@ -1,4 +1,4 @@
-#include "ScreenReader.h"
+#include "Tests/Desktop/ScreenReader.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "DesktopSession.h"
+#include "Tests/Desktop/DesktopSession.h"
 
 class ScreenReader {
 public:

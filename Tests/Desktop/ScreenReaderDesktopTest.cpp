@@ -2,8 +2,8 @@
 // where it says "click".
 #include <algorithm>
 
-#include "DesktopTest.h"
-#include "ScreenReader.h"
+#include "Tests/Desktop/DesktopTest.h"
+#include "Tests/Desktop/ScreenReader.h"
 
 namespace {
 

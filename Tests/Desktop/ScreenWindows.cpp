@@ -1,4 +1,4 @@
-#include "ScreenWindows.h"
+#include "Tests/Desktop/ScreenWindows.h"
 
 #include <X11/Xlib.h>
 #include <poll.h>

@@ -1,15 +1,15 @@
-#include "Display.h"
+#include "Displays/Base/Display.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "AbCalculator.h"
-#include "ChangeFlags.h"
-#include "EpochPortal.h"
-#include "TestDocument.h"
-#include "TrajectoryDisplay.h"
-#include "WaitUntil.h"
+#include "Displays/Trajectories/TrajectoryDisplay.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Tests/Displays/TestDocument.h"
+#include "Tests/Platform/Interface/WaitUntil.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "PictureTexts.h"
+#include "Displays/Projection/PictureTexts.h"
 
 #include <gtest/gtest.h>
 
-#include "ProgramResources.h"
-#include "TestSky.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tests/Displays/TestSky.h"
 
 namespace {
 

@@ -1,17 +1,17 @@
-#include "ProjectionDisplay.h"
+#include "Displays/Projection/ProjectionDisplay.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <thread>
 
-#include "BMessenger.h"
-#include "ProjectionView.h"
-#include "TestDocument.h"
-#include "UserHand.h"
-#include "ViewLock.h"
-#include "WaitUntil.h"
-#include "WindowServer.h"
+#include "Displays/Base/ViewLock.h"
+#include "Displays/Projection/ProjectionView.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Tests/Displays/TestDocument.h"
+#include "Tests/Displays/UserHand.h"
+#include "Tests/Platform/Interface/WaitUntil.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "Projection.h"
+#include "Displays/Projection/Projection.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "LineClipping.h"
-#include "WindowPlacement.h"
+#include "Displays/Base/WindowPlacement.h"
+#include "Displays/Trajectories/LineClipping.h"
 
 TEST(Projection, DropsOneAxis) {
     Projection projection;

@@ -9,7 +9,7 @@
 #include <mutex>
 #include <vector>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class ReceivedMessages {
 public:

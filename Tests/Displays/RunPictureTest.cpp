@@ -1,4 +1,4 @@
-#include "RunPicture.h"
+#include "Displays/Pictures/RunPicture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "TestDocument.h"
+#include "Tests/Displays/TestDocument.h"
 
 #include <algorithm>
 

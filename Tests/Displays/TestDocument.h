@@ -3,18 +3,18 @@
 
 #include <vector>
 
-#include "BLooper.h"
-#include "BMessage.h"
-#include "DisplayContext.h"
-#include "MenuArchives.h"
-#include "ProgramResources.h"
-#include "ProjectionDisplay.h"
-#include "ReceivedMessages.h"
-#include "ResourceTexts.h"
-#include "RunControl.h"
-#include "RunControlView.h"
-#include "SampleDocument.h"
-#include "Settle.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Base/ResourceTexts.h"
+#include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/MenuArchives.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Tests/Displays/ReceivedMessages.h"
+#include "Tests/Platform/Interface/Settle.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 // What all documents of the tests share.
 const ProgramResources& TestResources();

@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
-#include "Body.h"
-#include "TrajectoryMap.h"
-#include "TrajectoryView.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
+#include "Displays/Trajectories/TrajectoryView.h"
+#include "Model/Systems/Body.h"
 
 class FlatMap : public TrajectoryMap {
 public:

@@ -1,9 +1,9 @@
-#include "TrajectoryCache.h"
+#include "Displays/Trajectories/TrajectoryCache.h"
 
 #include <gtest/gtest.h>
 
-#include "Allocations.h"
-#include "TestSky.h"
+#include "Tests/Displays/TestSky.h"
+#include "Tests/Platform/Allocations.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "TrajectoryView.h"
+#include "Displays/Trajectories/TrajectoryView.h"
 
 #include <gtest/gtest.h>
 
-#include "ChangeFlags.h"
-#include "TestSky.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Tests/Displays/TestSky.h"
 
 namespace {
 

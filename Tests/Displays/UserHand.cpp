@@ -1,4 +1,4 @@
-#include "UserHand.h"
+#include "Tests/Displays/UserHand.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <QMenuBar>
 #include <QTest>
 
-#include "Mnemonics.h"
-#include "WaitUntil.h"
-#include "WindowServer.h"
+#include "Platform/Interface/Server/Mnemonics.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Tests/Platform/Interface/WaitUntil.h"
 
 namespace {
 

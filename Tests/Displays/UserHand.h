@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "GraphicsDefs.h"
+#include "Platform/Support/GraphicsDefs.h"
 
 namespace UserHand {
 

@@ -3,14 +3,14 @@
 
 #include <QLineEdit>
 
-#include "AbbreviatedMenuField.h"
-#include "MenuArchives.h"
-#include "NumberBox.h"
-#include "ProgramResources.h"
-#include "ResourceTexts.h"
-#include "TestWindow.h"
-#include "UnitMenu.h"
-#include "UnitMenuItem.h"
+#include "Displays/Base/ResourceTexts.h"
+#include "Interface Widgets/AbbreviatedMenuField.h"
+#include "Interface Widgets/MenuArchives.h"
+#include "Interface Widgets/NumberBox.h"
+#include "Interface Widgets/UnitMenu.h"
+#include "Interface Widgets/UnitMenuItem.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tests/Platform/Interface/TestWindow.h"
 
 namespace {
 

@@ -12,14 +12,14 @@
 #include <memory>
 #include <set>
 
-#include "BMessage.h"
-#include "FileDescriptor.h"
-#include "Preferences.h"
-#include "RecoveryFolder.h"
-#include "SampleDocument.h"
-#include "SimulationFile.h"
-#include "SystemCalls.h"
-#include "TestFolder.h"
+#include "Application/Prefs/Preferences.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Simulation/Document/RecoveryFolder.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Faults/SystemCalls.h"
+#include "Tests/Platform/TestFolder.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

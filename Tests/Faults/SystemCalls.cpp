@@ -1,4 +1,4 @@
-#include "SystemCalls.h"
+#include "Tests/Faults/SystemCalls.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>

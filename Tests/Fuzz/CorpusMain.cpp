@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "FuzzKit.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

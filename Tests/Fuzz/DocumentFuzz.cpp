@@ -1,9 +1,9 @@
 // Opening whole documents.
-#include "BMessage.h"
-#include "FuzzKit.h"
-#include "ProgramResources.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static SimulationDocument document(nullptr);

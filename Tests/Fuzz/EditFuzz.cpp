@@ -1,14 +1,14 @@
 // Edits of the command line, one a line, on a new simulation.
 #include <algorithm>
 
-#include "BMessage.h"
-#include "DocumentEdit.h"
-#include "FuzzKit.h"
-#include "ProgramResources.h"
-#include "RunControl.h"
-#include "RunControlView.h"
-#include "SimulationController.h"
-#include "SimulationDocument.h"
+#include "Platform/Application/BMessage.h"
+#include "Run/DocumentEdit.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Simulation/Document/SimulationController.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Reading the texts of examples, and building documents of them.
-#include "Epoch.h"
-#include "ExampleDocument.h"
-#include "ExampleModel.h"
-#include "ExampleParser.h"
-#include "FuzzKit.h"
+#include "Model/Epochs/Epoch.h"
+#include "Tests/Fuzz/FuzzKit.h"
+#include "Tools/ExampleBuilder/ExampleDocument.h"
+#include "Tools/ExampleBuilder/ExampleModel.h"
+#include "Tools/ExampleBuilder/ExampleParser.h"
 
 namespace {
 

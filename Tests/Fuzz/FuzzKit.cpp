@@ -1,4 +1,4 @@
-#include "FuzzKit.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "BMessage.h"
-#include "ProgramResources.h"
-#include "SimulationDocument.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
 
 namespace fuzz {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "FileDescriptor.h"
+#include "Platform/Storage/FileDescriptor.h"
 
 class BMessage;
 class ProgramResources;

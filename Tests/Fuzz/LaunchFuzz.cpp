@@ -1,10 +1,10 @@
 // Reading what other starts of the program send: records in a stream that arrives in pieces.
 #include <algorithm>
 
-#include "BMessage.h"
-#include "FuzzKit.h"
-#include "RecordStream.h"
-#include "entry_ref.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Server/RecordStream.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

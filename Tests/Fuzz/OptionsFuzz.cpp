@@ -1,9 +1,9 @@
 // Reading command lines of orvek-run, one argument a line.
 #include <cmath>
 
-#include "FuzzKit.h"
-#include "Options.h"
-#include "ProgramResources.h"
+#include "Run/Options.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Options options;

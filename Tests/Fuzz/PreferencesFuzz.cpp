@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include "DefaultResponses.h"
-#include "FuzzKit.h"
-#include "Preferences.h"
-#include "RememberedSettings.h"
+#include "Application/DefaultResponses.h"
+#include "Application/Prefs/Preferences.h"
+#include "Application/RememberedSettings.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Reading quantities as users type them, and showing them.
 #include <cmath>
 
-#include "FuzzKit.h"
-#include "ProgramResources.h"
-#include "QuantityText.h"
+#include "Model/Units/QuantityText.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

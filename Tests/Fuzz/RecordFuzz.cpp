@@ -1,6 +1,6 @@
 // Reading records of all stored forms.
-#include "BMessage.h"
-#include "FuzzKit.h"
+#include "Platform/Application/BMessage.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

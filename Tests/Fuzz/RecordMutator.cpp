@@ -5,9 +5,9 @@
 #include <cstring>
 #include <random>
 
-#include "BMessage.h"
-#include "FuzzKit.h"
-#include "MessageFormat.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/MessageFormat.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 // The fuzzer's own change of bytes, in their place.
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);

@@ -1,7 +1,7 @@
 // Reading a resource file, and what the program makes of its resources.
-#include "BResources.h"
-#include "FuzzKit.h"
-#include "ProgramResources.h"
+#include "Platform/Storage/BResources.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tests/Fuzz/FuzzKit.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Compiling resource scripts.
-#include "BResources.h"
-#include "FuzzKit.h"
-#include "RdefParser.h"
-#include "ResourceWriter.h"
+#include "Platform/Storage/BResources.h"
+#include "Tests/Fuzz/FuzzKit.h"
+#include "Tools/ResourceCompiler/RdefParser.h"
+#include "Tools/ResourceCompiler/ResourceWriter.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const fuzz::MemoryFile script(fuzz::BytesOf(data, size));

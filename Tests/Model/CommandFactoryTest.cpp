@@ -1,12 +1,12 @@
-#include "CommandFactory.h"
+#include "Model/Commands/CommandFactory.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "EpochFactories.h"
-#include "SystemFactories.h"
-#include "TestDocument.h"
+#include "Model/Commands/EpochFactories.h"
+#include "Model/Commands/SystemFactories.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <string>
 #include <thread>
 
-#include "DimValue.h"
-#include "LockingCommand.h"
-#include "MacroCommand.h"
-#include "SetCompVectorCommand.h"
-#include "TestDocument.h"
+#include "Model/Commands/LockingCommand.h"
+#include "Model/Commands/MacroCommand.h"
+#include "Model/Commands/SetCompVectorCommand.h"
+#include "Model/Units/DimValue.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

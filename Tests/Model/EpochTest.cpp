@@ -3,9 +3,9 @@
 
 #include <memory>
 
-#include "DefaultUnits.h"
-#include "EpochCursor.h"
-#include "TestDocument.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Model/Units/DefaultUnits.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

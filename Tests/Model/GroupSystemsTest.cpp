@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "CommandFactory.h"
-#include "CompositeSystem.h"
-#include "DissolveSystemCommand.h"
-#include "GroupSystemsCommand.h"
-#include "TestDocument.h"
+#include "Model/Commands/CommandFactory.h"
+#include "Model/Commands/DissolveSystemCommand.h"
+#include "Model/Commands/GroupSystemsCommand.h"
+#include "Model/Systems/CompositeSystem.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <memory>
 
-#include "DefaultUnits.h"
-#include "MassSystem.h"
-#include "TestDocument.h"
+#include "Model/Systems/MassSystem.h"
+#include "Model/Units/DefaultUnits.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

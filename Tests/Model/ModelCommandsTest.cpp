@@ -4,17 +4,17 @@
 
 #include <string>
 
-#include "AddEpochCommand.h"
-#include "ChangeFlags.h"
-#include "DeleteEpochCommand.h"
-#include "DeleteSystemCommand.h"
-#include "DimValue.h"
-#include "NewEpochCommand.h"
-#include "NewSystemCommand.h"
-#include "SetCompVectorCommand.h"
-#include "SetEpochNameCommand.h"
-#include "SetEpochToCommand.h"
-#include "TestDocument.h"
+#include "Model/Commands/AddEpochCommand.h"
+#include "Model/Commands/DeleteEpochCommand.h"
+#include "Model/Commands/DeleteSystemCommand.h"
+#include "Model/Commands/NewEpochCommand.h"
+#include "Model/Commands/NewSystemCommand.h"
+#include "Model/Commands/SetCompVectorCommand.h"
+#include "Model/Commands/SetEpochNameCommand.h"
+#include "Model/Commands/SetEpochToCommand.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Units/DimValue.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Numbers as the user reads them.
-#include "QuantityText.h"
+#include "Model/Units/QuantityText.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <limits>
 #include <random>
 
-#include "UnitTable.h"
+#include "Model/Units/UnitTable.h"
 
 TEST(QuantityText, HasNoExponentWhereNoneIsNeeded) {
     const std::pair<double, const char*> cases[] = {

@@ -11,22 +11,22 @@
 #include <type_traits>
 #include <vector>
 
-#include "ChangeFlags.h"
-#include "DeleteEpochCommand.h"
-#include "DeleteSystemCommand.h"
-#include "DimValue.h"
-#include "DissolveSystemCommand.h"
-#include "GroupSystemsCommand.h"
-#include "MacroCommand.h"
-#include "NewEpochCommand.h"
-#include "NewSystemCommand.h"
-#include "SetCalcIntCommand.h"
-#include "SetCompVectorCommand.h"
-#include "SetEpochNameCommand.h"
-#include "SetEpochToCommand.h"
-#include "SetPropertyCommand.h"
-#include "SetSystemToCommand.h"
-#include "TestDocument.h"
+#include "Model/Commands/DeleteEpochCommand.h"
+#include "Model/Commands/DeleteSystemCommand.h"
+#include "Model/Commands/DissolveSystemCommand.h"
+#include "Model/Commands/GroupSystemsCommand.h"
+#include "Model/Commands/MacroCommand.h"
+#include "Model/Commands/NewEpochCommand.h"
+#include "Model/Commands/NewSystemCommand.h"
+#include "Model/Commands/SetCalcIntCommand.h"
+#include "Model/Commands/SetCompVectorCommand.h"
+#include "Model/Commands/SetEpochNameCommand.h"
+#include "Model/Commands/SetEpochToCommand.h"
+#include "Model/Commands/SetPropertyCommand.h"
+#include "Model/Commands/SetSystemToCommand.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Units/DimValue.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

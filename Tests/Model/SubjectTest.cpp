@@ -6,9 +6,9 @@
 #include <thread>
 #include <vector>
 
-#include "Benaphore.h"
-#include "Subject.h"
-#include "TestDocument.h"
+#include "Model/Sharing/Benaphore.h"
+#include "Model/Sharing/Subject.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "TestDocument.h"
+#include "Tests/Model/TestDocument.h"
 
 #include <gtest/gtest.h>
 
-#include "EpochCursor.h"
-#include "LockingCommand.h"
+#include "Model/Commands/LockingCommand.h"
+#include "Model/Epochs/EpochCursor.h"
 
 status_t TestCalculator::Archive(BMessage* into, bool deep) const {
     const status_t status = AbCalculator::Archive(into, deep);

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "AbCalculator.h"
-#include "BMessage.h"
-#include "CompositeSystem.h"
-#include "Epoch.h"
-#include "EpochPortal.h"
-#include "LCommand.h"
-#include "UndoChain.h"
+#include "Model/Commands/LCommand.h"
+#include "Model/Commands/UndoChain.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/CompositeSystem.h"
+#include "Platform/Application/BMessage.h"
 
 class TestCalculator : public AbCalculator {
 public:

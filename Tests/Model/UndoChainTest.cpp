@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "LockingCommand.h"
-#include "MacroCommand.h"
-#include "TestDocument.h"
+#include "Model/Commands/LockingCommand.h"
+#include "Model/Commands/MacroCommand.h"
+#include "Tests/Model/TestDocument.h"
 
 namespace {
 

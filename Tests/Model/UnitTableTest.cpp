@@ -1,4 +1,4 @@
-#include "UnitTable.h"
+#include "Model/Units/UnitTable.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "BResources.h"
-#include "ResourceWriter.h"
+#include "Platform/Storage/BResources.h"
+#include "Tools/ResourceCompiler/ResourceWriter.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Allocations.h"
+#include "Tests/Platform/Allocations.h"
 
 #include <atomic>
 #include <cstddef>

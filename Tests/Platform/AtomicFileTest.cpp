@@ -1,4 +1,4 @@
-#include "AtomicFile.h"
+#include "Platform/Storage/AtomicFile.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -14,9 +14,9 @@
 #include <csignal>
 #include <filesystem>
 
-#include "FileDescriptor.h"
-#include "TestFolder.h"
-#include "TypeConstants.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Support/TypeConstants.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

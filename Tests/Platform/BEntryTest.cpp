@@ -1,14 +1,14 @@
-#include "BEntry.h"
+#include "Platform/Storage/BEntry.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <set>
 
-#include "BDirectory.h"
-#include "BPath.h"
-#include "InThreads.h"
-#include "TestFolder.h"
+#include "Platform/Storage/BDirectory.h"
+#include "Platform/Storage/BPath.h"
+#include "Tests/Platform/InThreads.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The recursive lock: its owner, its timeouts, and what happens to those who wait when it is
 // closed.
-#include "BLocker.h"
+#include "Platform/Support/BLocker.h"
 
 #include <gtest/gtest.h>
 

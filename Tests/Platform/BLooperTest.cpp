@@ -1,5 +1,5 @@
 // Loopers: the order of messages, the bounded port, and handlers.
-#include "BLooper.h"
+#include "Platform/Application/BLooper.h"
 
 #include <gtest/gtest.h>
 
@@ -7,11 +7,11 @@
 #include <memory>
 #include <vector>
 
-#include "AppDefs.h"
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "InThreads.h"
-#include "TestLooper.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Tests/Platform/InThreads.h"
+#include "Tests/Platform/TestLooper.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <memory>
 #include <thread>
 
-#include "Allocations.h"
-#include "RecordVectors.h"
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Tests/Platform/Allocations.h"
+#include "Tests/Platform/RecordVectors.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Messengers: what they name, waiting for room in a port, and answers.
-#include "BMessenger.h"
+#include "Platform/Application/BMessenger.h"
 
 #include <gtest/gtest.h>
 
@@ -9,11 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include "AppDefs.h"
-#include "BLooper.h"
-#include "BMessage.h"
-#include "BMessageRunner.h"
-#include "TestLooper.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessageRunner.h"
+#include "Tests/Platform/TestLooper.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "BNode.h"
+#include "Platform/Storage/BNode.h"
 
 #include <gtest/gtest.h>
 #include <sys/xattr.h>
@@ -6,9 +6,9 @@
 #include <cerrno>
 #include <string>
 
-#include "BNodeInfo.h"
-#include "TestFolder.h"
-#include "TypeConstants.h"
+#include "Platform/Storage/BNodeInfo.h"
+#include "Platform/Support/TypeConstants.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "BPath.h"
-#include "TestFolder.h"
-#include "find_directory.h"
+#include "Platform/Storage/BPath.h"
+#include "Platform/Storage/find_directory.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <thread>
 #include <vector>
 
-#include "AppDefs.h"
-#include "BLooper.h"
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "TestLooper.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Tests/Platform/TestLooper.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "MessageReader.h"
+#include "Platform/Application/MessageReader.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "Allocations.h"
-#include "RecordVectors.h"
+#include "Tests/Platform/Allocations.h"
+#include "Tests/Platform/RecordVectors.h"
 
 using namespace std::string_literals;
 

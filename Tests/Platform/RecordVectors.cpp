@@ -1,4 +1,4 @@
-#include "RecordVectors.h"
+#include "Tests/Platform/RecordVectors.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 using RecordBytes = std::vector<std::byte>;
 

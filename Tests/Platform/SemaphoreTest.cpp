@@ -4,8 +4,8 @@
 #include <thread>
 #include <vector>
 
-#include "InThreads.h"
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
+#include "Tests/Platform/InThreads.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "TestFolder.h"
+#include "Tests/Platform/TestFolder.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>

@@ -11,9 +11,9 @@
 #include <semaphore>
 #include <vector>
 
-#include "AppDefs.h"
-#include "BLooper.h"
-#include "BMessage.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
 
 // What happened, for any thread to look at.
 class LooperLog {

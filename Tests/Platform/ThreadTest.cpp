@@ -8,7 +8,7 @@
 #include <set>
 #include <thread>
 
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
 
 namespace {
 

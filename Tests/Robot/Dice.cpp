@@ -1,4 +1,4 @@
-#include "Dice.h"
+#include "Tests/Robot/Dice.h"
 
 #include <cstdio>
 

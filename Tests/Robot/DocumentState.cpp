@@ -1,12 +1,12 @@
-#include "DocumentState.h"
+#include "Tests/Robot/DocumentState.h"
 
 #include <sstream>
 
-#include "AbCalculator.h"
-#include "AbEpoch.h"
-#include "BMessage.h"
-#include "EpochCursor.h"
-#include "EpochPortal.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

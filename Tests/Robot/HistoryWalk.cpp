@@ -1,12 +1,12 @@
-#include "HistoryWalk.h"
+#include "Tests/Robot/HistoryWalk.h"
 
 #include <sstream>
 
-#include "AbEpoch.h"
-#include "DocumentState.h"
-#include "EpochCursor.h"
-#include "EpochPortal.h"
-#include "UndoChain.h"
+#include "Model/Commands/UndoChain.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Tests/Robot/DocumentState.h"
 
 HistoryWalk::HistoryWalk(EpochPortal* portal, Step undo, Step redo)
     : portal_(portal), undo_(std::move(undo)), redo_(std::move(redo)) {}

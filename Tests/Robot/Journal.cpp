@@ -1,4 +1,4 @@
-#include "Journal.h"
+#include "Tests/Robot/Journal.h"
 
 #include <execinfo.h>
 #include <sys/syscall.h>

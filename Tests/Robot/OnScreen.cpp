@@ -1,4 +1,4 @@
-#include "OnScreen.h"
+#include "Tests/Robot/OnScreen.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Mnemonics.h"
+#include "Platform/Interface/Server/Mnemonics.h"
 
 using Windows = std::vector<QWidget*>;
 

@@ -1,4 +1,4 @@
-#include "Robot.h"
+#include "Tests/Robot/Robot.h"
 
 #include <gtest/gtest.h>
 
@@ -7,17 +7,17 @@
 #include <memory>
 #include <thread>
 
-#include "AppDefs.h"
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "DefaultResponses.h"
-#include "ProgramResources.h"
-#include "RememberedSettings.h"
-#include "RobotChecks.h"
-#include "RobotDialogs.h"
-#include "RobotHands.h"
-#include "SimApp.h"
-#include "WindowServer.h"
+#include "Application/DefaultResponses.h"
+#include "Application/RememberedSettings.h"
+#include "Application/SimApp.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tests/Robot/RobotChecks.h"
+#include "Tests/Robot/RobotDialogs.h"
+#include "Tests/Robot/RobotHands.h"
 
 namespace fs = std::filesystem;
 

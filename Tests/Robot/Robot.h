@@ -8,8 +8,8 @@
 #include <functional>
 #include <mutex>
 
-#include "Dice.h"
-#include "Journal.h"
+#include "Tests/Robot/Dice.h"
+#include "Tests/Robot/Journal.h"
 
 class RobotChecks;
 class RobotDialogs;

@@ -1,28 +1,28 @@
-#include "RobotChecks.h"
+#include "Tests/Robot/RobotChecks.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "AppDefs.h"
-#include "BApplication.h"
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "Body.h"
-#include "DocumentState.h"
-#include "EpochPortal.h"
-#include "HistoryWalk.h"
-#include "ProgramMessages.h"
-#include "ProjectionDisplay.h"
-#include "Robot.h"
-#include "SimApp.h"
-#include "Simulation.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
-#include "SimulationSaver.h"
-#include "UndoChain.h"
-#include "WindowPart.h"
+#include "Application/SimApp.h"
+#include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Commands/UndoChain.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Server/WindowPart.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/Simulation.h"
+#include "Simulation/SimulationSaver.h"
+#include "Tests/Robot/DocumentState.h"
+#include "Tests/Robot/HistoryWalk.h"
+#include "Tests/Robot/Robot.h"
 
 namespace {
 

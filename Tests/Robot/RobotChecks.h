@@ -8,10 +8,10 @@
 #include <tuple>
 #include <vector>
 
-#include "Dice.h"
-#include "Journal.h"
-#include "OS.h"
-#include "RobotHands.h"
+#include "Platform/Kernel/OS.h"
+#include "Tests/Robot/Dice.h"
+#include "Tests/Robot/Journal.h"
+#include "Tests/Robot/RobotHands.h"
 
 class AbEpoch;
 class BMessage;

@@ -1,4 +1,4 @@
-#include "RobotDialogs.h"
+#include "Tests/Robot/RobotDialogs.h"
 
 #include <QAction>
 #include <QApplication>

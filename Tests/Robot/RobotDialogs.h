@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "Dice.h"
-#include "Journal.h"
-#include "OnScreen.h"
+#include "Tests/Robot/Dice.h"
+#include "Tests/Robot/Journal.h"
+#include "Tests/Robot/OnScreen.h"
 
 class QFileDialog;
 class QMenu;

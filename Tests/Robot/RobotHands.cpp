@@ -1,4 +1,4 @@
-#include "RobotHands.h"
+#include "Tests/Robot/RobotHands.h"
 
 #include <QAbstractButton>
 #include <QAction>

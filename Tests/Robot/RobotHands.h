@@ -6,10 +6,10 @@
 #include <functional>
 #include <string>
 
-#include "Dice.h"
-#include "Journal.h"
-#include "OnScreen.h"
-#include "RobotDialogs.h"
+#include "Tests/Robot/Dice.h"
+#include "Tests/Robot/Journal.h"
+#include "Tests/Robot/OnScreen.h"
+#include "Tests/Robot/RobotDialogs.h"
 
 class QLineEdit;
 

@@ -16,8 +16,8 @@
 #include <iostream>
 #include <thread>
 
-#include "Robot.h"
-#include "WindowServer.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Tests/Robot/Robot.h"
 
 namespace fs = std::filesystem;
 

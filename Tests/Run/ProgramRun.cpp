@@ -1,4 +1,4 @@
-#include "ProgramRun.h"
+#include "Tests/Run/ProgramRun.h"
 
 #include <sys/mman.h>
 #include <sys/resource.h>

@@ -2,9 +2,9 @@
 #include <cmath>
 #include <random>
 
-#include "ProgramRun.h"
-#include "RunFixture.h"
-#include "SimulationDocument.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
 
 namespace {
 

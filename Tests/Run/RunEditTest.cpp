@@ -1,8 +1,8 @@
 // Edits on the command line, and the listing of the epochs.
 #include <filesystem>
 
-#include "ProgramRun.h"
-#include "RunFixture.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Runs that end by themselves: what they say, how they exit, and what they leave behind.
 #include <cmath>
 
-#include "ProgramRun.h"
-#include "RunFixture.h"
-#include "SampleDocument.h"
-#include "SimulationDocument.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

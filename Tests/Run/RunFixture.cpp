@@ -1,4 +1,4 @@
-#include "RunFixture.h"
+#include "Tests/Run/RunFixture.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -6,8 +6,8 @@
 #include <regex>
 #include <sstream>
 
-#include "SampleDocument.h"
-#include "SimulationFile.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 std::string RunFixture::Get(const std::string& path) {
     std::ifstream in(path, std::ios::binary);

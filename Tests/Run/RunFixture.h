@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "BMessage.h"
-#include "Epoch.h"
-#include "SupportDefs.h"
-#include "TestFolder.h"
+#include "Model/Epochs/Epoch.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Tests/Platform/TestFolder.h"
 
 struct CsvRow {
     int64 report = 0;

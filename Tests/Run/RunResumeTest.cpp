@@ -8,11 +8,11 @@
 #include <functional>
 #include <thread>
 
-#include "ProgramRun.h"
-#include "RunFixture.h"
-#include "SampleDocument.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

@@ -10,10 +10,10 @@
 #include <thread>
 #include <utility>
 
-#include "ProgramRun.h"
-#include "RunControlView.h"
-#include "RunFixture.h"
-#include "SampleDocument.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 #include <filesystem>
 #include <limits>
 
-#include "Body.h"
-#include "ProgramRun.h"
-#include "RunFixture.h"
+#include "Model/Systems/Body.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
 
 namespace {
 

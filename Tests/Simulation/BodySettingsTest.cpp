@@ -3,13 +3,13 @@
 #include <semaphore>
 #include <thread>
 
-#include "BodySettingsBox.h"
-#include "ChangeFlags.h"
-#include "Entry.h"
-#include "GroupWindow.h"
-#include "OS.h"
-#include "ProgramMessages.h"
-#include "SettingsFixture.h"
+#include "Interface Widgets/Entry.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Platform/Kernel/OS.h"
+#include "Simulation/GroupWindow.h"
+#include "Simulation/Settings/BodySettingsBox.h"
+#include "Tests/Simulation/SettingsFixture.h"
 
 using BodySettings = SettingsFixture;
 

@@ -1,4 +1,4 @@
-#include "EntryHand.h"
+#include "Tests/Simulation/EntryHand.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -10,10 +10,10 @@
 #include <QTest>
 #include <QToolTip>
 
-#include "BView.h"
-#include "Mnemonics.h"
-#include "ViewPart.h"
-#include "WindowServer.h"
+#include "Platform/Interface/Handles/BView.h"
+#include "Platform/Interface/Server/Mnemonics.h"
+#include "Platform/Interface/Server/ViewPart.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
 

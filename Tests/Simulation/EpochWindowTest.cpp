@@ -1,13 +1,13 @@
-#include "EpochWindow.h"
+#include "Simulation/Epochs/EpochWindow.h"
 
 #include <gtest/gtest.h>
 
-#include "AppDefs.h"
-#include "BColumnListView.h"
-#include "ListHand.h"
-#include "ProgramMessages.h"
-#include "SimulationController.h"
-#include "TestDocument.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Interface/Lists/BColumnListView.h"
+#include "Simulation/Document/SimulationController.h"
+#include "Tests/Displays/TestDocument.h"
+#include "Tests/Simulation/ListHand.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The box in which a run is controlled, and the window of the animation, by hand.
-#include "AbCalculator.h"
-#include "AnimationWindow.h"
-#include "AppDefs.h"
-#include "ChangeFlags.h"
-#include "GlobalControlsBox.h"
-#include "ProgramMessages.h"
-#include "SettingsFixture.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Platform/Application/AppDefs.h"
+#include "Simulation/Settings/AnimationWindow.h"
+#include "Simulation/Settings/GlobalControlsBox.h"
+#include "Tests/Simulation/SettingsFixture.h"
 
 class GlobalControls : public SettingsFixture {
 protected:

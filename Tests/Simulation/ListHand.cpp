@@ -1,11 +1,11 @@
-#include "ListHand.h"
+#include "Tests/Simulation/ListHand.h"
 
 #include <QApplication>
 #include <QTest>
 #include <QTreeView>
 
-#include "BColumnListView.h"
-#include "TestWindow.h"
+#include "Platform/Interface/Lists/BColumnListView.h"
+#include "Tests/Platform/Interface/TestWindow.h"
 
 namespace {
 

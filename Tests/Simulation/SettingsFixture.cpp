@@ -1,7 +1,7 @@
-#include "SettingsFixture.h"
+#include "Tests/Simulation/SettingsFixture.h"
 
-#include "BMessage.h"
-#include "ChangeFlags.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Platform/Application/BMessage.h"
 
 SettingsFixture::SettingsFixture() {
     EntryHand::WaitUntilActive(root);

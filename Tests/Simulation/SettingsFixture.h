@@ -5,9 +5,9 @@
 
 #include <functional>
 
-#include "EntryHand.h"
-#include "EpochPortal.h"
-#include "TestSimulation.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Tests/Simulation/EntryHand.h"
+#include "Tests/Simulation/TestSimulation.h"
 
 class SettingsFixture : public testing::Test {
 protected:

@@ -4,14 +4,14 @@
 #include <filesystem>
 #include <thread>
 
-#include "AppDefs.h"
-#include "BApplication.h"
-#include "EpochPortal.h"
-#include "ProgramMessages.h"
-#include "ProjectionDisplay.h"
-#include "SampleDocument.h"
-#include "TestSimulation.h"
-#include "UserHand.h"
+#include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Tests/Displays/UserHand.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
+#include "Tests/Simulation/TestSimulation.h"
 
 namespace {
 

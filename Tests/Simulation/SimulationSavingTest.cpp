@@ -8,17 +8,17 @@
 #include <fstream>
 #include <limits>
 
-#include "AppDefs.h"
-#include "BMessenger.h"
-#include "BScreen.h"
-#include "ProgramMessages.h"
-#include "ProjectionDisplay.h"
-#include "SampleDocument.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
-#include "SimulationMenus.h"
-#include "TestSimulation.h"
-#include "UserHand.h"
+#include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BScreen.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/SimulationMenus.h"
+#include "Tests/Displays/UserHand.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
+#include "Tests/Simulation/TestSimulation.h"
 
 namespace {
 

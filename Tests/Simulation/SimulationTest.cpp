@@ -1,5 +1,5 @@
 // Building, editing and running a simulation by the messages that its window gets.
-#include "Simulation.h"
+#include "Simulation/Simulation.h"
 
 #include <gtest/gtest.h>
 
@@ -7,21 +7,21 @@
 #include <cmath>
 #include <set>
 
-#include "AppDefs.h"
-#include "BApplication.h"
-#include "BMenuBar.h"
-#include "BStringView.h"
-#include "CollisionMailbox.h"
-#include "Epoch.h"
-#include "EpochPortal.h"
-#include "MessageWindow.h"
-#include "ProgramMessages.h"
-#include "ProjectionDisplay.h"
-#include "SampleDocument.h"
-#include "SimulationDocument.h"
-#include "SimulationMenus.h"
-#include "TestSimulation.h"
-#include "UserHand.h"
+#include "Application/MessageBoxes/MessageWindow.h"
+#include "Calculation/CollisionMailbox.h"
+#include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Handles/BMenuBar.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/SimulationMenus.h"
+#include "Tests/Displays/UserHand.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
+#include "Tests/Simulation/TestSimulation.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
-#include "TestSimulation.h"
+#include "Tests/Simulation/TestSimulation.h"
 
 #include <cstdlib>
 
-#include "BApplication.h"
-#include "BMenu.h"
-#include "BMessenger.h"
-#include "BStringView.h"
-#include "ProgramMessages.h"
-#include "SimulationFile.h"
-#include "WindowPart.h"
-#include "WindowServer.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Handles/BMenu.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Server/WindowPart.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Simulation/Document/SimulationFile.h"
 
 // --- The application ---
 

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "BLooper.h"
-#include "BMessage.h"
-#include "ReceivedMessages.h"
-#include "RecoveryFolder.h"
-#include "Simulation.h"
-#include "SimulationHost.h"
-#include "TestDocument.h"
-#include "TestFolder.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/RecoveryFolder.h"
+#include "Simulation/Simulation.h"
+#include "Simulation/SimulationHost.h"
+#include "Tests/Displays/ReceivedMessages.h"
+#include "Tests/Displays/TestDocument.h"
+#include "Tests/Platform/TestFolder.h"
 
 // Stands for the application.
 class TestApplication : public BLooper {

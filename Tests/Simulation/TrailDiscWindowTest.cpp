@@ -1,8 +1,8 @@
 // The window of a system's trail and disc, by hand.
-#include "TrailDiscWindow.h"
+#include "Simulation/Settings/TrailDiscWindow.h"
 
-#include "SettingsFixture.h"
-#include "TrailPreview.h"
+#include "Simulation/Settings/TrailPreview.h"
+#include "Tests/Simulation/SettingsFixture.h"
 
 class TrailDisc : public SettingsFixture {
 protected:

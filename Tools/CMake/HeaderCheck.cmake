@@ -1,6 +1,5 @@
 # orvek_header_check(FLOOR...): the target `header_check` compiles the headers of these floors that have no
-# source of their own alone (and twice, to see their guards), with the include path of their floor and nothing
-# more. Not built by default; a floor that is not built is passed over.
+# source of their own alone (and twice, to see their guards). Not built by default; a floor that is not built is passed over.
 function(orvek_header_check)
     add_custom_target(header_check)
     foreach(floor IN LISTS ARGN)
@@ -17,9 +16,10 @@ function(orvek_header_check)
             if(EXISTS "${folder}/${name}.cpp")
                 continue()
             endif()
+            file(RELATIVE_PATH included "${CMAKE_SOURCE_DIR}/Source" "${header}")
             set(source "${CMAKE_CURRENT_BINARY_DIR}/header_check/${floor}/${name}.cpp")
             file(CONFIGURE OUTPUT "${source}"
-                CONTENT "#include \"${name}.h\"\n#include \"${name}.h\"  // NOLINT\n")
+                CONTENT "#include \"${included}\"\n#include \"${included}\"  // NOLINT\n")
             list(APPEND sources "${source}")
         endforeach()
         if(sources)

@@ -31,8 +31,8 @@ function(orvek_precompile name)
         -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds -Wno-maybe-uninitialized>)
 endfunction()
 
-# orvek_floor(NAME DIRS dir... LINKS target...): a static library of all sources in DIRS. Its include
-# path is DIRS and that of what it links, so that a header of a higher floor cannot be reached.
+# orvek_floor(NAME DIRS dir... LINKS target...): a static library of all sources in DIRS. Includes say the
+# path from Source, so every floor's include path is the same; check-layers.sh reads which floor includes which.
 function(orvek_floor name)
     cmake_parse_arguments(ARG "" "" "DIRS;LINKS" ${ARGN})
     set(sources "")
@@ -42,19 +42,18 @@ function(orvek_floor name)
     endforeach()
     add_library(${name} STATIC ${sources})
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
-    target_include_directories(${name} PUBLIC ${ARG_DIRS})
+    target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/Source")
     target_link_libraries(${name} PUBLIC orvek_flags ${ARG_LINKS})
-    if(ORVEK_PCH)
-        orvek_precompile(${name} Standard)
-    endif()
+    orvek_precompile(${name})
 endfunction()
 
-# orvek_test(NAME DIR dir LINKS target...): the test program of one floor, all sources in DIR.
+# orvek_test(NAME DIR dir LINKS target...): the test program of one floor, all sources in DIR. Tests name their
+# helpers by the path from the project's folder ("Tests/...").
 function(orvek_test name)
     cmake_parse_arguments(ARG "" "DIR" "LINKS" ${ARGN})
     file(GLOB found CONFIGURE_DEPENDS "${ARG_DIR}/*.cpp" "${ARG_DIR}/*.h")
     add_executable(${name} ${found})
-    target_include_directories(${name} PRIVATE ${ARG_DIR})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)  # for one that hangs

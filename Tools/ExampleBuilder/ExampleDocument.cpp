@@ -1,10 +1,10 @@
-#include "ExampleDocument.h"
+#include "Tools/ExampleBuilder/ExampleDocument.h"
 
-#include "AppDefs.h"
-#include "BMessage.h"
-#include "Epoch.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
+#include "Model/Epochs/Epoch.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
 
 namespace {
 

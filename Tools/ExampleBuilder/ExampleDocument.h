@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "DocumentError.h"
-#include "ExampleText.h"
+#include "Simulation/Document/DocumentError.h"
+#include "Tools/ExampleBuilder/ExampleText.h"
 
 class Epoch;
 

@@ -1,9 +1,9 @@
-#include "ExampleLine.h"
+#include "Tools/ExampleBuilder/ExampleLine.h"
 
 #include <charconv>
 #include <cmath>
 
-#include "ProgramResources.h"
+#include "Simulation/Document/ProgramResources.h"
 
 namespace {
 

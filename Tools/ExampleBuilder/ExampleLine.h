@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "GraphicsDefs.h"
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Platform/Support/GraphicsDefs.h"
 
 class ProgramResources;
 class UnitTable;

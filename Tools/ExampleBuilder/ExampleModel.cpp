@@ -1,9 +1,9 @@
-#include "ExampleModel.h"
+#include "Tools/ExampleBuilder/ExampleModel.h"
 
-#include "Body.h"
-#include "CompositeSystem.h"
-#include "Epoch.h"
-#include "PlummerSphere.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Model/Systems/CompositeSystem.h"
+#include "Tools/ExampleBuilder/PlummerSphere.h"
 
 namespace {
 

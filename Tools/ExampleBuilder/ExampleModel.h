@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "ExampleText.h"
+#include "Tools/ExampleBuilder/ExampleText.h"
 
 class CompositeSystem;
 class DisplayedSystem;

@@ -1,4 +1,4 @@
-#include "ExampleParser.h"
+#include "Tools/ExampleBuilder/ExampleParser.h"
 
 #include <algorithm>
 #include <numbers>

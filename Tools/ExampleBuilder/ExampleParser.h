@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ExampleLine.h"
-#include "ExampleText.h"
+#include "Tools/ExampleBuilder/ExampleLine.h"
+#include "Tools/ExampleBuilder/ExampleText.h"
 
 class ExampleParser {
 public:

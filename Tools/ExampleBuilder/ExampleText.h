@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "GraphicsDefs.h"
-#include "KeplerOrbit.h"
-#include "SupportDefs.h"
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Platform/Support/GraphicsDefs.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Tools/ExampleBuilder/KeplerOrbit.h"
 
 // The factors of the units in which a system's quantities are shown.
 struct ExampleUnits {

@@ -2,7 +2,7 @@
 // A plain value. Source of the formulas: Murray and Dermott, "Solar System Dynamics", chapter 2.
 #pragma once
 
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
 
 struct KeplerOrbit {
     double semiMajorAxis = 0.0;       // a, m

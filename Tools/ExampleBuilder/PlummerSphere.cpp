@@ -1,4 +1,4 @@
-#include "PlummerSphere.h"
+#include "Tools/ExampleBuilder/PlummerSphere.h"
 
 #include <cmath>
 

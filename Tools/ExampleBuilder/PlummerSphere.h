@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
 
 struct PlummerStar {
     ThreeVector position;  // m

@@ -5,11 +5,11 @@
 #include <fstream>
 #include <iterator>
 
-#include "Epoch.h"
-#include "ExampleDocument.h"
-#include "ExampleModel.h"
-#include "ExampleParser.h"
-#include "ProgramResources.h"
+#include "Model/Epochs/Epoch.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tools/ExampleBuilder/ExampleDocument.h"
+#include "Tools/ExampleBuilder/ExampleModel.h"
+#include "Tools/ExampleBuilder/ExampleParser.h"
 
 namespace {
 

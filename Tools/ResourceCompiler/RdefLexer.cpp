@@ -1,4 +1,4 @@
-#include "RdefLexer.h"
+#include "Tools/ResourceCompiler/RdefLexer.h"
 
 #include <charconv>
 #include <filesystem>

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "RdefToken.h"
+#include "Tools/ResourceCompiler/RdefToken.h"
 
 class RdefLexer {
 public:

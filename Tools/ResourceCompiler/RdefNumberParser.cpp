@@ -1,4 +1,4 @@
-#include "RdefNumberParser.h"
+#include "Tools/ResourceCompiler/RdefNumberParser.h"
 
 #include <iterator>
 #include <string_view>

@@ -5,8 +5,8 @@
 #include <map>
 #include <string>
 
-#include "RdefTokens.h"
-#include "RdefValue.h"
+#include "Tools/ResourceCompiler/RdefTokens.h"
+#include "Tools/ResourceCompiler/RdefValue.h"
 
 class RdefNumberParser {
 public:

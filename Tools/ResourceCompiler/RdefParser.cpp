@@ -1,4 +1,4 @@
-#include "RdefParser.h"
+#include "Tools/ResourceCompiler/RdefParser.h"
 
 #include <limits>
 #include <utility>

@@ -11,10 +11,10 @@
 #include <optional>
 #include <string>
 
-#include "RdefNumberParser.h"
-#include "RdefTokens.h"
-#include "RdefValueParser.h"
-#include "ResourceWriter.h"
+#include "Tools/ResourceCompiler/RdefNumberParser.h"
+#include "Tools/ResourceCompiler/RdefTokens.h"
+#include "Tools/ResourceCompiler/RdefValueParser.h"
+#include "Tools/ResourceCompiler/ResourceWriter.h"
 
 class RdefParser {
 public:

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 struct RdefToken {
     enum class Kind { kEnd, kWord, kInteger, kReal, kText, kBytes, kTypeCode, kSymbol };

@@ -1,4 +1,4 @@
-#include "RdefTokens.h"
+#include "Tools/ResourceCompiler/RdefTokens.h"
 
 #include <utility>
 

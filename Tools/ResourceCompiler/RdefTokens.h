@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "RdefLexer.h"
+#include "Tools/ResourceCompiler/RdefLexer.h"
 
 class RdefTokens {
 public:

@@ -1,11 +1,11 @@
-#include "RdefValue.h"
+#include "Tools/ResourceCompiler/RdefValue.h"
 
 #include <cstring>
 #include <limits>
 #include <utility>
 
-#include "ByteOrder.h"
-#include "TypeConstants.h"
+#include "Platform/Support/ByteOrder.h"
+#include "Platform/Support/TypeConstants.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "BMessage.h"
-#include "SupportDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Support/SupportDefs.h"
 
 // A type that scripts know by name.
 struct RdefType {

@@ -1,11 +1,11 @@
-#include "RdefValueParser.h"
+#include "Tools/ResourceCompiler/RdefValueParser.h"
 
 #include <array>
 #include <cstring>
 #include <string_view>
 
-#include "ByteOrder.h"
-#include "TypeConstants.h"
+#include "Platform/Support/ByteOrder.h"
+#include "Platform/Support/TypeConstants.h"
 
 namespace {
 

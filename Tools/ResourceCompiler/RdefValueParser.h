@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "RdefNumberParser.h"
-#include "RdefTokens.h"
-#include "RdefValue.h"
+#include "Tools/ResourceCompiler/RdefNumberParser.h"
+#include "Tools/ResourceCompiler/RdefTokens.h"
+#include "Tools/ResourceCompiler/RdefValue.h"
 
 class RdefValueParser {
 public:

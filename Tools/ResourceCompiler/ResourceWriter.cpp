@@ -1,9 +1,9 @@
-#include "ResourceWriter.h"
+#include "Tools/ResourceCompiler/ResourceWriter.h"
 
 #include <cstring>
 
-#include "ByteOrder.h"
-#include "ResourceFormat.h"
+#include "Platform/Storage/ResourceFormat.h"
+#include "Platform/Support/ByteOrder.h"
 
 using namespace ResourceFormat;
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class ResourceWriter {
 public:

@@ -3,9 +3,9 @@
 
 #include <cstdio>
 
-#include "AtomicFile.h"
-#include "RdefParser.h"
-#include "ResourceWriter.h"
+#include "Platform/Storage/AtomicFile.h"
+#include "Tools/ResourceCompiler/RdefParser.h"
+#include "Tools/ResourceCompiler/ResourceWriter.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
-#include "MessageWindow.h"
+#include "Application/MessageBoxes/MessageWindow.h"
 
-#include "BButton.h"
-#include "BCheckBox.h"
-#include "BGroupView.h"
-#include "BStringView.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "ProgramMessages.h"
-#include "WindowServer.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Interface/Handles/BButton.h"
+#include "Platform/Interface/Handles/BCheckBox.h"
+#include "Platform/Interface/Handles/BGroupView.h"
+#include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
 

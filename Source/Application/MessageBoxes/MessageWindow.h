@@ -8,9 +8,9 @@
 #include <optional>
 #include <string>
 
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "BWindow.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BWindow.h"
 
 class BCheckBox;
 class BView;

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "BMessage.h"
-#include "PrefsListener.h"
-#include "PrefsTransaction.h"
+#include "Application/Prefs/PrefsListener.h"
+#include "Application/Prefs/PrefsTransaction.h"
+#include "Platform/Application/BMessage.h"
 
 struct PREFHandle;
 

@@ -1,4 +1,4 @@
-#include "Preferences.h"
+#include "Application/Prefs/Preferences.h"
 
 #include <unistd.h>
 
@@ -8,15 +8,15 @@
 #include <cstring>
 #include <new>
 
-#include "BAutolock.h"
-#include "BDirectory.h"
-#include "BPath.h"
-#include "ErrnoStatus.h"
-#include "PREFHandle.h"
-#include "PreferenceSet.h"
-#include "PrefsLocks.h"
-#include "PrefsPaths.h"
-#include "find_directory.h"
+#include "Application/Prefs/PREFHandle.h"
+#include "Application/Prefs/PreferenceSet.h"
+#include "Application/Prefs/PrefsLocks.h"
+#include "Application/Prefs/PrefsPaths.h"
+#include "Platform/Storage/BDirectory.h"
+#include "Platform/Storage/BPath.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Platform/Storage/find_directory.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 

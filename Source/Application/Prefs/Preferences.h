@@ -10,8 +10,8 @@
 #include <cstddef>
 #include <string>
 
-#include "Errors.h"
-#include "TypeConstants.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/TypeConstants.h"
 
 class BMessage;
 struct PREFCookie;

@@ -5,15 +5,15 @@
 #include <system_error>
 #include <vector>
 
-#include "BAutolock.h"
-#include "BDirectory.h"
-#include "BEntry.h"
-#include "ErrnoStatus.h"
-#include "PREFHandle.h"
-#include "PreferenceSet.h"
-#include "Preferences.h"
-#include "PrefsLocks.h"
-#include "PrefsPaths.h"
+#include "Application/Prefs/PREFHandle.h"
+#include "Application/Prefs/PreferenceSet.h"
+#include "Application/Prefs/Preferences.h"
+#include "Application/Prefs/PrefsLocks.h"
+#include "Application/Prefs/PrefsPaths.h"
+#include "Platform/Storage/BDirectory.h"
+#include "Platform/Storage/BEntry.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Platform/Support/BAutolock.h"
 
 // The names that are still to be given, the last one first.
 struct PREFCookie {

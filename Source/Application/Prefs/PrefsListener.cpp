@@ -1,4 +1,4 @@
-#include "PrefsListener.h"
+#include "Application/Prefs/PrefsListener.h"
 
 #include <sys/stat.h>
 

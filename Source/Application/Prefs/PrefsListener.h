@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
 
 struct PreferenceSet;
 

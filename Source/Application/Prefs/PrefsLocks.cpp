@@ -1,6 +1,6 @@
-#include "PrefsLocks.h"
+#include "Application/Prefs/PrefsLocks.h"
 
-#include "BLocker.h"
+#include "Platform/Support/BLocker.h"
 
 BLocker& PrefsLocks::Store() {
     static auto* const lock = new BLocker("prefs sem");

@@ -1,10 +1,10 @@
-#include "PrefsPaths.h"
+#include "Application/Prefs/PrefsPaths.h"
 
 #include <cstring>
 #include <string_view>
 
-#include "BPath.h"
-#include "find_directory.h"
+#include "Platform/Storage/BPath.h"
+#include "Platform/Storage/find_directory.h"
 
 namespace {
 

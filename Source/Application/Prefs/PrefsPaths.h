@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
 
 namespace PrefsPaths {
 

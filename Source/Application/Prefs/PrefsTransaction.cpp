@@ -1,16 +1,16 @@
-#include "PrefsTransaction.h"
+#include "Application/Prefs/PrefsTransaction.h"
 
 #include <fcntl.h>
 
 #include <cerrno>
 #include <random>
 
-#include "AtomicFile.h"
-#include "BFile.h"
-#include "BLocker.h"
-#include "ErrnoStatus.h"
-#include "OS.h"
-#include "PrefsLocks.h"
+#include "Application/Prefs/PrefsLocks.h"
+#include "Platform/Kernel/OS.h"
+#include "Platform/Storage/AtomicFile.h"
+#include "Platform/Storage/BFile.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Platform/Support/BLocker.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "BNode.h"
+#include "Platform/Storage/BNode.h"
 
 class PrefsTransaction {
 public:

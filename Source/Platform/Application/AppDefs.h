@@ -1,7 +1,7 @@
 // Message codes that the platform defines.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 inline constexpr uint32 B_ABOUT_REQUESTED = FourCC("_ABR");
 inline constexpr uint32 B_QUIT_REQUESTED = FourCC("_QRQ");

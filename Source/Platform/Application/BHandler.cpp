@@ -1,7 +1,7 @@
-#include "BHandler.h"
+#include "Platform/Application/BHandler.h"
 
-#include "BLooper.h"
-#include "BMessage.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

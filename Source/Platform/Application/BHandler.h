@@ -6,8 +6,8 @@
 #include <atomic>
 #include <string>
 
-#include "BArchivable.h"
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
+#include "Platform/Support/BArchivable.h"
 
 class BLooper;
 class BMessage;

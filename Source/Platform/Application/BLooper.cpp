@@ -1,4 +1,4 @@
-#include "BLooper.h"
+#include "Platform/Application/BLooper.h"
 
 #include <unistd.h>
 
@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "AppDefs.h"
-#include "BMessage.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

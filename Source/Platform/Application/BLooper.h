@@ -11,8 +11,8 @@
 #include <memory>
 #include <vector>
 
-#include "BHandler.h"
-#include "LooperRegistry.h"
+#include "Platform/Application/BHandler.h"
+#include "Platform/Application/LooperRegistry.h"
 
 class BLooper : public BHandler {
 public:

@@ -1,11 +1,11 @@
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 #include <utility>
 
-#include "MessageComparison.h"
-#include "MessageReader.h"
-#include "MessageText.h"
-#include "MessageWriter.h"
+#include "Platform/Application/MessageComparison.h"
+#include "Platform/Application/MessageReader.h"
+#include "Platform/Application/MessageText.h"
+#include "Platform/Application/MessageWriter.h"
 
 BMessage::BMessage() = default;
 BMessage::BMessage(uint32 code) : what(code) {}

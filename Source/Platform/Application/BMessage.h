@@ -11,11 +11,11 @@
 #include <string_view>
 #include <vector>
 
-#include "Errors.h"
-#include "GraphicsDefs.h"
-#include "MessageFields.h"
-#include "SupportDefs.h"
-#include "TypeConstants.h"
+#include "Platform/Application/MessageFields.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/GraphicsDefs.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Platform/Support/TypeConstants.h"
 
 class BMessenger;
 struct entry_ref;

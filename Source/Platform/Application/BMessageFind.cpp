@@ -3,8 +3,8 @@
 #include <cstring>
 #include <utility>
 
-#include "BMessage.h"
-#include "MessageReader.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/MessageReader.h"
 
 status_t BMessage::FindItem(const char* name, type_code type, int32 index,
                             MessageFields::Bytes* item) const {

@@ -1,7 +1,7 @@
 // The operations of BMessage that add and find messengers.
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "ByteOrder.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Support/ByteOrder.h"
 
 namespace {
 

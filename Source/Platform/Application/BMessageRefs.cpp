@@ -1,9 +1,9 @@
 // The operations of BMessage that add and find references to files.
 #include <cstring>
 
-#include "BMessage.h"
-#include "ByteOrder.h"
-#include "entry_ref.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Platform/Support/ByteOrder.h"
 
 namespace {
 

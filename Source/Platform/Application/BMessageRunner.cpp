@@ -1,4 +1,4 @@
-#include "BMessageRunner.h"
+#include "Platform/Application/BMessageRunner.h"
 
 #include <chrono>
 

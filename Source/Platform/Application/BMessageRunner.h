@@ -7,9 +7,9 @@
 #include <mutex>
 #include <thread>
 
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "SupportDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessageRunner {
 public:

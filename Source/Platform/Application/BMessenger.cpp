@@ -1,12 +1,12 @@
-#include "BMessenger.h"
+#include "Platform/Application/BMessenger.h"
 
 #include <unistd.h>
 
 #include <memory>
 
-#include "BHandler.h"
-#include "BMessage.h"
-#include "LooperRegistry.h"
+#include "Platform/Application/BHandler.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/LooperRegistry.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 // may wait for room in the target's port, so a thread that holds the target's lock must not.
 #pragma once
 
-#include "Errors.h"
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
+#include "Platform/Support/Errors.h"
 
 class BHandler;
 class BLooper;

@@ -1,8 +1,8 @@
-#include "Delivery.h"
+#include "Platform/Application/Delivery.h"
 
 #include <utility>
 
-#include "AppDefs.h"
+#include "Platform/Application/AppDefs.h"
 
 Delivery::Delivery(const BMessage& message, int32 handlerToken,
                    std::shared_ptr<ReplySlot> replySlot)

@@ -6,8 +6,8 @@
 
 #include <memory>
 
-#include "BMessage.h"
-#include "ReplySlot.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/ReplySlot.h"
 
 class Delivery {
 public:

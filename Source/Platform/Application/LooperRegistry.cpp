@@ -1,4 +1,4 @@
-#include "LooperRegistry.h"
+#include "Platform/Application/LooperRegistry.h"
 
 #include <mutex>
 #include <unordered_map>

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "BLocker.h"
-#include "MessagePort.h"
+#include "Platform/Application/MessagePort.h"
+#include "Platform/Support/BLocker.h"
 
 class BLooper;
 

@@ -1,4 +1,4 @@
-#include "MessageComparison.h"
+#include "Platform/Application/MessageComparison.h"
 
 #include <algorithm>
 

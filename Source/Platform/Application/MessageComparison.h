@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class MessageComparison {
 public:

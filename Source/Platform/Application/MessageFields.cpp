@@ -1,11 +1,11 @@
-#include "MessageFields.h"
+#include "Platform/Application/MessageFields.h"
 
 #include <algorithm>
 #include <cstring>
 #include <functional>
 #include <utility>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -13,9 +13,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Errors.h"
-#include "SupportDefs.h"
-#include "TypeConstants.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Platform/Support/TypeConstants.h"
 
 class BMessage;
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 // The form that is written. A header, the fields, one byte 0; nothing is aligned. The magic tells
 // the byte order of every number in the record.

@@ -1,9 +1,9 @@
-#include "MessagePort.h"
+#include "Platform/Application/MessagePort.h"
 
 #include <iterator>
 #include <utility>
 
-#include "Deadline.h"
+#include "Platform/Kernel/Deadline.h"
 
 status_t MessagePort::Put(std::unique_ptr<Delivery> message, bigtime_t timeout) {
     std::unique_lock lock(mutex_);

@@ -8,7 +8,7 @@
 #include <memory>
 #include <mutex>
 
-#include "Delivery.h"
+#include "Platform/Application/Delivery.h"
 
 class MessagePort {
 public:

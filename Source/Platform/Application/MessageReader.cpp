@@ -1,11 +1,11 @@
-#include "MessageReader.h"
+#include "Platform/Application/MessageReader.h"
 
 #include <string>
 #include <unordered_map>
 #include <utility>
 
-#include "ByteOrder.h"
-#include "MessageFormat.h"
+#include "Platform/Application/MessageFormat.h"
+#include "Platform/Support/ByteOrder.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 // functions without state, any thread.
 #pragma once
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class MessageReader {
 public:

@@ -1,12 +1,12 @@
-#include "MessageText.h"
+#include "Platform/Application/MessageText.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <utility>
 
-#include "ByteOrder.h"
-#include "PrintableText.h"
+#include "Platform/Support/ByteOrder.h"
+#include "Platform/Support/PrintableText.h"
 
 namespace {
 

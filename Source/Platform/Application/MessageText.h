@@ -3,7 +3,7 @@
 // without recursion. Used by one thread, while the record lives.
 #pragma once
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class MessageText {
 public:

@@ -1,11 +1,11 @@
-#include "MessageWriter.h"
+#include "Platform/Application/MessageWriter.h"
 
 #include <algorithm>
 #include <span>
 #include <utility>
 
-#include "ByteOrder.h"
-#include "MessageFormat.h"
+#include "Platform/Application/MessageFormat.h"
+#include "Platform/Support/ByteOrder.h"
 
 using namespace StoredRecord;
 

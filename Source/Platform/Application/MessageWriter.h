@@ -6,7 +6,7 @@
 // bytes are written from the first to the last, with a stack of the records that are open.
 #pragma once
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class MessageWriter {
 public:

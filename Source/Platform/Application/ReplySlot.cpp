@@ -1,6 +1,6 @@
-#include "ReplySlot.h"
+#include "Platform/Application/ReplySlot.h"
 
-#include "Deadline.h"
+#include "Platform/Kernel/Deadline.h"
 
 status_t ReplySlot::Wait(BMessage* reply, bigtime_t timeout) {
     std::unique_lock lock(mutex_);

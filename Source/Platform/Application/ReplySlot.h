@@ -6,7 +6,7 @@
 #include <mutex>
 #include <optional>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 class ReplySlot {
 public:

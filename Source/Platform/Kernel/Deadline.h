@@ -5,8 +5,8 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "Errors.h"
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
+#include "Platform/Support/Errors.h"
 
 class Deadline {
 public:

@@ -1,4 +1,4 @@
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
 
 #include <chrono>
 #include <cstdio>

@@ -5,8 +5,8 @@
 
 #include <atomic>
 
-#include "Errors.h"
-#include "SupportDefs.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/SupportDefs.h"
 
 using sem_id = int32;
 using thread_id = int32;

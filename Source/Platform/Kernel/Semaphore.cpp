@@ -1,6 +1,6 @@
-#include "Semaphore.h"
+#include "Platform/Kernel/Semaphore.h"
 
-#include "Deadline.h"
+#include "Platform/Kernel/Deadline.h"
 
 status_t Semaphore::Acquire(int32 count, bigtime_t timeout) {
     std::unique_lock lock(mutex_);

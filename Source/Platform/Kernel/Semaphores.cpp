@@ -2,8 +2,8 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "OS.h"
-#include "Semaphore.h"
+#include "Platform/Kernel/OS.h"
+#include "Platform/Kernel/Semaphore.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <thread>
 #include <unordered_map>
 
-#include "OS.h"
+#include "Platform/Kernel/OS.h"
 
 namespace {
 

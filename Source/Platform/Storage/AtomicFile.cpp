@@ -1,4 +1,4 @@
-#include "AtomicFile.h"
+#include "Platform/Storage/AtomicFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,9 +11,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "ErrnoStatus.h"
-#include "FileTraits.h"
-#include "TemporaryFiles.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Platform/Storage/FileTraits.h"
+#include "Platform/Storage/TemporaryFiles.h"
 
 namespace {
 

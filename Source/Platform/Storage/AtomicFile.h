@@ -15,7 +15,7 @@
 #include <functional>
 #include <string>
 
-#include "BNode.h"
+#include "Platform/Storage/BNode.h"
 
 class AtomicFile {
 public:

@@ -1,12 +1,12 @@
-#include "BDirectory.h"
+#include "Platform/Storage/BDirectory.h"
 
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
 
-#include "BEntry.h"
-#include "ErrnoStatus.h"
+#include "Platform/Storage/BEntry.h"
+#include "Platform/Storage/ErrnoStatus.h"
 
 status_t BDirectory::SetTo(const char* path) {
     if (path == nullptr) return status_ = B_BAD_VALUE;

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
 
 class BEntry;
 

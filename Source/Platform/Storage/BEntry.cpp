@@ -1,4 +1,4 @@
-#include "BEntry.h"
+#include "Platform/Storage/BEntry.h"
 
 #include <sys/stat.h>
 
@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "BPath.h"
-#include "ErrnoStatus.h"
+#include "Platform/Storage/BPath.h"
+#include "Platform/Storage/ErrnoStatus.h"
 
 status_t BEntry::SetTo(const char* path, bool traverse) {
     Unset();

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
 
 class BPath;
 

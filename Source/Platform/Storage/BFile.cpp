@@ -1,11 +1,11 @@
-#include "BFile.h"
+#include "Platform/Storage/BFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 
-#include "ErrnoStatus.h"
+#include "Platform/Storage/ErrnoStatus.h"
 
 status_t BFile::SetTo(const char* path, uint32 mode) {
     constexpr uint32 kAccessMask = 3;

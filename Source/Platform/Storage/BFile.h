@@ -3,7 +3,7 @@
 
 #include <sys/types.h>
 
-#include "BNode.h"
+#include "Platform/Storage/BNode.h"
 
 // How to open; the access modes exclude each other.
 inline constexpr uint32 B_READ_ONLY = 0;

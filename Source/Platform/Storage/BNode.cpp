@@ -1,4 +1,4 @@
-#include "BNode.h"
+#include "Platform/Storage/BNode.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "ErrnoStatus.h"
+#include "Platform/Storage/ErrnoStatus.h"
 
 namespace {
 

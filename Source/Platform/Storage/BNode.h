@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "Errors.h"
-#include "FileDescriptor.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Support/Errors.h"
 
 class BNode {
 public:

@@ -1,4 +1,4 @@
-#include "BNodeInfo.h"
+#include "Platform/Storage/BNodeInfo.h"
 
 #include <sys/xattr.h>
 
@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "BNode.h"
-#include "ErrnoStatus.h"
-#include "TypeConstants.h"
+#include "Platform/Storage/BNode.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Platform/Support/TypeConstants.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
 
 class BNode;
 

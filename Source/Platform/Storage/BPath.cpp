@@ -1,8 +1,8 @@
-#include "BPath.h"
+#include "Platform/Storage/BPath.h"
 
 #include <filesystem>
 
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
 
 status_t BPath::SetTo(const char* path, const char* leaf) {
     path_.clear();

@@ -1,4 +1,4 @@
-#include "BResources.h"
+#include "Platform/Storage/BResources.h"
 
 #include <fcntl.h>
 #include <link.h>
@@ -6,9 +6,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "BFile.h"
-#include "ProgramSection.h"
-#include "ResourceFormat.h"
+#include "Platform/Storage/BFile.h"
+#include "Platform/Storage/ProgramSection.h"
+#include "Platform/Storage/ResourceFormat.h"
 
 using namespace ResourceFormat;
 

@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "Errors.h"
-#include "ResourceBlock.h"
-#include "TypeConstants.h"
+#include "Platform/Storage/ResourceBlock.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/TypeConstants.h"
 
 class BResources {
 public:

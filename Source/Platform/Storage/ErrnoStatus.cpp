@@ -1,4 +1,4 @@
-#include "ErrnoStatus.h"
+#include "Platform/Storage/ErrnoStatus.h"
 
 #include <cerrno>
 

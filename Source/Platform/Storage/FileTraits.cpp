@@ -1,4 +1,4 @@
-#include "FileTraits.h"
+#include "Platform/Storage/FileTraits.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <vector>
 
-#include "FileDescriptor.h"
+#include "Platform/Storage/FileDescriptor.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ProgramSection.h"
+#include "Platform/Storage/ProgramSection.h"
 
 #include <link.h>
 #include <sys/stat.h>
@@ -8,8 +8,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "ByteOrder.h"
-#include "ErrnoStatus.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Platform/Support/ByteOrder.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
 
 class ProgramSection {
 public:

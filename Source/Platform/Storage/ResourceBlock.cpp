@@ -1,12 +1,12 @@
-#include "ResourceBlock.h"
+#include "Platform/Storage/ResourceBlock.h"
 
 #include <algorithm>
 #include <set>
 #include <span>
 
-#include "ByteOrder.h"
-#include "ResourceFormat.h"
-#include "TypeConstants.h"
+#include "Platform/Storage/ResourceFormat.h"
+#include "Platform/Support/ByteOrder.h"
+#include "Platform/Support/TypeConstants.h"
 
 using namespace ResourceFormat;
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
 
 class ResourceBlock {
 public:

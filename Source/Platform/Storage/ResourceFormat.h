@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 namespace ResourceFormat {
 

@@ -1,4 +1,4 @@
-#include "TemporaryFiles.h"
+#include "Platform/Storage/TemporaryFiles.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <random>
 
-#include "FileDescriptor.h"
+#include "Platform/Storage/FileDescriptor.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
 
 #include <sys/stat.h>
 
@@ -9,7 +9,7 @@
 #include <mutex>
 #include <utility>
 
-#include "ErrnoStatus.h"
+#include "Platform/Storage/ErrnoStatus.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "Errors.h"
-#include "SupportDefs.h"
+#include "Platform/Support/Errors.h"
+#include "Platform/Support/SupportDefs.h"
 
 struct entry_ref {
     int64 device = -1;

@@ -1,4 +1,4 @@
-#include "find_directory.h"
+#include "Platform/Storage/find_directory.h"
 
 #include <pwd.h>
 #include <unistd.h>
@@ -11,8 +11,8 @@
 #include <system_error>
 #include <vector>
 
-#include "BDirectory.h"
-#include "BPath.h"
+#include "Platform/Storage/BDirectory.h"
+#include "Platform/Storage/BPath.h"
 
 namespace {
 

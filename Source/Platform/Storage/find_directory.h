@@ -2,7 +2,7 @@
 // as long as none changes it.
 #pragma once
 
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
 
 class BPath;
 

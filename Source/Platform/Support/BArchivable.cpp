@@ -1,9 +1,9 @@
-#include "BArchivable.h"
+#include "Platform/Support/BArchivable.h"
 
 #include <map>
 #include <string>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 

@@ -1,7 +1,7 @@
 // Holds a lock for as long as it lives. For the thread that makes it.
 #pragma once
 
-#include "BLocker.h"
+#include "Platform/Support/BLocker.h"
 
 class BAutolock {
 public:

@@ -1,4 +1,4 @@
-#include "BLocker.h"
+#include "Platform/Support/BLocker.h"
 
 BLocker::BLocker(const char* name) : name_(name) {}
 

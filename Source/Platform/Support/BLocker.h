@@ -5,8 +5,8 @@
 #include <atomic>
 #include <string>
 
-#include "OS.h"
-#include "Semaphore.h"
+#include "Platform/Kernel/OS.h"
+#include "Platform/Kernel/Semaphore.h"
 
 class BLocker {
 public:

@@ -1,6 +1,6 @@
-#include "ByteOrder.h"
+#include "Platform/Support/ByteOrder.h"
 
-#include "TypeConstants.h"
+#include "Platform/Support/TypeConstants.h"
 
 namespace {
 

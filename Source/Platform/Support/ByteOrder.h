@@ -9,7 +9,7 @@
 #include <cstring>
 #include <type_traits>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 inline constexpr bool kHostIsBigEndian = std::endian::native == std::endian::big;
 

@@ -1,7 +1,7 @@
 // The platform's status codes. Success is B_OK (0), every error is negative.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 constexpr status_t StatusCode(uint32 bits) {
     return static_cast<status_t>(bits);

@@ -1,7 +1,7 @@
 // Plain values of the screen: colours, points and rectangles as records store them.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 struct rgb_color {
     uint8 red = 0;

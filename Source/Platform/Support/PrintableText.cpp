@@ -1,8 +1,8 @@
-#include "PrintableText.h"
+#include "Platform/Support/PrintableText.h"
 
 #include <cstddef>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Type codes of record fields and resources.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 inline constexpr type_code B_ANY_TYPE = FourCC("ANYT");
 inline constexpr type_code B_BOOL_TYPE = FourCC("BOOL");

@@ -1,4 +1,4 @@
-#include "BodyColors.h"
+#include "Simulation/Document/BodyColors.h"
 
 #include <algorithm>
 #include <cmath>

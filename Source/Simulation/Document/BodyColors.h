@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "GraphicsDefs.h"
+#include "Platform/Support/GraphicsDefs.h"
 
 class BodyColors {
 public:

@@ -1,7 +1,7 @@
-#include "CenterOfMass.h"
+#include "Simulation/Document/CenterOfMass.h"
 
-#include "Body.h"
-#include "EpochPortal.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/Body.h"
 
 // The sums run over bodies and not over systems, whose own centre is undefined when they have no
 // mass.

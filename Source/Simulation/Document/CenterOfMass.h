@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
 
 class Body;
 class EpochPortal;

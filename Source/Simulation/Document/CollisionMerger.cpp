@@ -1,15 +1,15 @@
-#include "CollisionMerger.h"
+#include "Simulation/Document/CollisionMerger.h"
 
 #include <cmath>
 #include <unordered_map>
 #include <utility>
 
-#include "AbEpoch.h"
-#include "BMessage.h"
-#include "Body.h"
-#include "ChangeFlags.h"
-#include "DeleteSystemCommand.h"
-#include "EpochPortal.h"
+#include "Model/Commands/DeleteSystemCommand.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "RunEnding.h"
-#include "SupportDefs.h"
-#include "ThreeVector.h"
+#include "Calculation/RunEnding.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Platform/Support/SupportDefs.h"
 
 class AbEpoch;
 class BMessage;

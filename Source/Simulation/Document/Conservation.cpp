@@ -1,9 +1,9 @@
-#include "Conservation.h"
+#include "Simulation/Document/Conservation.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "SystemState.h"
+#include "Simulation/Document/SystemState.h"
 
 namespace {
 

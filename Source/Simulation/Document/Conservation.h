@@ -6,8 +6,8 @@
 
 #include <optional>
 
-#include "CollisionMerger.h"
-#include "ThreeVector.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Simulation/Document/CollisionMerger.h"
 
 struct SystemState;
 

@@ -1,4 +1,4 @@
-#include "DocumentCheck.h"
+#include "Simulation/Document/DocumentCheck.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "AbEpoch.h"
-#include "BMessage.h"
-#include "Body.h"
-#include "CompositeSystem.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Systems/Body.h"
+#include "Model/Systems/CompositeSystem.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // one. No state; the caller has the tree to itself.
 #pragma once
 
-#include "DocumentError.h"
+#include "Simulation/Document/DocumentError.h"
 
 class AbEpoch;
 class BMessage;

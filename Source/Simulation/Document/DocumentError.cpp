@@ -1,12 +1,12 @@
-#include "DocumentError.h"
+#include "Simulation/Document/DocumentError.h"
 
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
-#include "ErrnoStatus.h"
-#include "ProgramResources.h"
-#include "TextTemplate.h"
+#include "Platform/Storage/ErrnoStatus.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 DocumentError DocumentError::Content(DocumentText text, std::string subject) {
     return {B_BAD_DATA, text, std::move(subject), 0};

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "DocumentTexts.h"
-#include "Errors.h"
+#include "Platform/Support/Errors.h"
+#include "Simulation/Document/DocumentTexts.h"
 
 class ProgramResources;
 

@@ -1,4 +1,4 @@
-#include "DocumentFile.h"
+#include "Simulation/Document/DocumentFile.h"
 
 #include <sys/stat.h>
 
@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <system_error>
 
-#include "BMessage.h"
-#include "BPath.h"
-#include "SimulationFile.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/BPath.h"
+#include "Simulation/Document/SimulationFile.h"
 
 namespace {
 

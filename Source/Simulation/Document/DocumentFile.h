@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "FileStamp.h"
-#include "RecoveryFolder.h"
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Simulation/Document/FileStamp.h"
+#include "Simulation/Document/RecoveryFolder.h"
 
 class DocumentFile {
 public:

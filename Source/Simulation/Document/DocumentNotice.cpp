@@ -1,9 +1,9 @@
-#include "DocumentNotice.h"
+#include "Simulation/Document/DocumentNotice.h"
 
 #include <utility>
 
-#include "ProgramResources.h"
-#include "TextTemplate.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 std::string DocumentNotice::Text(const ProgramResources& resources) const {
     const std::string why = reason.Failed() ? reason.Reason(resources) : std::string();

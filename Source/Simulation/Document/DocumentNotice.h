@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentError.h"
+#include "Simulation/Document/DocumentError.h"
 
 class ProgramResources;
 

@@ -1,8 +1,8 @@
-#include "DocumentSaver.h"
+#include "Simulation/Document/DocumentSaver.h"
 
-#include "BMessage.h"
-#include "DocumentFile.h"
-#include "SimulationDocument.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/DocumentFile.h"
+#include "Simulation/Document/SimulationDocument.h"
 
 SaveResult SaveDocument(SimulationDocument* document, DocumentFile* file,
                         const entry_ref& directory, const std::string& name, bool allEpochs) {

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "DocumentError.h"
-#include "entry_ref.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Simulation/Document/DocumentError.h"
 
 class DocumentFile;
 class SimulationDocument;

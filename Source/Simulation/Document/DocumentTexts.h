@@ -3,7 +3,7 @@
 // filled in by FillIn.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum DocumentText : int32 {
     kTextNotADocument = 4000,

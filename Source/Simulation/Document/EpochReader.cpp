@@ -1,4 +1,4 @@
-#include "EpochReader.h"
+#include "Simulation/Document/EpochReader.h"
 
 #include <cmath>
 #include <optional>
@@ -6,13 +6,13 @@
 #include <unordered_map>
 #include <utility>
 
-#include "BMessage.h"
-#include "CompositeSystem.h"
-#include "DocumentCheck.h"
-#include "Epoch.h"
-#include "EpochCursor.h"
-#include "NewIdentifiers.h"
-#include "SystemReading.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Model/Systems/CompositeSystem.h"
+#include "Model/Systems/NewIdentifiers.h"
+#include "Model/Systems/SystemReading.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/DocumentCheck.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "DocumentError.h"
-#include "DocumentNotice.h"
+#include "Simulation/Document/DocumentError.h"
+#include "Simulation/Document/DocumentNotice.h"
 
 class AbEpoch;
 class BMessage;

@@ -1,4 +1,4 @@
-#include "FileStamp.h"
+#include "Simulation/Document/FileStamp.h"
 
 #include <fcntl.h>
 #include <sha2.h>
@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <vector>
 
-#include "FileDescriptor.h"
+#include "Platform/Storage/FileDescriptor.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class FileStamp {
 public:

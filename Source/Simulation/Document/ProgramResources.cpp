@@ -1,10 +1,10 @@
-#include "ProgramResources.h"
+#include "Simulation/Document/ProgramResources.h"
 
 #include <optional>
 #include <string_view>
 
-#include "BResources.h"
-#include "SimulationFile.h"
+#include "Platform/Storage/BResources.h"
+#include "Simulation/Document/SimulationFile.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "BMessage.h"
-#include "UnitTable.h"
+#include "Model/Units/UnitTable.h"
+#include "Platform/Application/BMessage.h"
 
 class BResources;
 

@@ -1,6 +1,6 @@
-#include "RecordDigest.h"
+#include "Simulation/Document/RecordDigest.h"
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 void RecordDigest::Add(std::span<const std::byte> stored) {
     SHA256Update(&context_, reinterpret_cast<const uint8*>(stored.data()), stored.size());

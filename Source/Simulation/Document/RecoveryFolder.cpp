@@ -1,4 +1,4 @@
-#include "RecoveryFolder.h"
+#include "Simulation/Document/RecoveryFolder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,10 +13,10 @@
 #include <system_error>
 #include <utility>
 
-#include "BMessage.h"
-#include "FileDescriptor.h"
-#include "SimulationFile.h"
-#include "TemporaryFiles.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Storage/TemporaryFiles.h"
+#include "Simulation/Document/SimulationFile.h"
 
 namespace {
 

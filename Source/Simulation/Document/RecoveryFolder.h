@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "DocumentError.h"
+#include "Simulation/Document/DocumentError.h"
 
 class BMessage;
 

@@ -1,16 +1,16 @@
-#include "RunControl.h"
+#include "Simulation/Document/RunControl.h"
 
 #include <memory>
 
-#include "AbEpoch.h"
-#include "BMessage.h"
-#include "Calculator.h"
-#include "CenterOfMass.h"
-#include "ChangeFlags.h"
-#include "CommandFactory.h"
-#include "EpochPortal.h"
-#include "NewEpochCommand.h"
-#include "RunControlView.h"
+#include "Calculation/Calculator.h"
+#include "Model/Commands/CommandFactory.h"
+#include "Model/Commands/NewEpochCommand.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/CenterOfMass.h"
+#include "Simulation/Document/RunControlView.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 // thread. Pauses nest; a run starts only on the UnPause that undoes the last Pause.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class AbEpoch;
 class Calculator;

@@ -3,7 +3,7 @@
 // window needs. Called on the thread that owns the simulation.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class RunControlView {
 public:

@@ -1,13 +1,13 @@
-#include "RunEndingText.h"
+#include "Simulation/Document/RunEndingText.h"
 
-#include "AbEpoch.h"
-#include "DocumentTexts.h"
-#include "EpochPortal.h"
-#include "MassSystem.h"
-#include "ProgramResources.h"
-#include "QuantityText.h"
-#include "RunEnding.h"
-#include "TextTemplate.h"
+#include "Calculation/RunEnding.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/MassSystem.h"
+#include "Model/Units/QuantityText.h"
+#include "Simulation/Document/DocumentTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 

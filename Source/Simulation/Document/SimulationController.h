@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "CollisionMerger.h"
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
+#include "Simulation/Document/CollisionMerger.h"
 
 class AbEpoch;
 class BMessage;

@@ -1,14 +1,14 @@
-#include "SimulationDocument.h"
+#include "Simulation/Document/SimulationDocument.h"
 
 #include <algorithm>
 
-#include "AppDefs.h"
-#include "DocumentCheck.h"
-#include "EpochCursor.h"
-#include "EpochReader.h"
-#include "ReportConsumer.h"
-#include "SimulationFile.h"
-#include "WindowFields.h"
+#include "Calculation/ReportConsumer.h"
+#include "Model/Epochs/EpochCursor.h"
+#include "Platform/Application/AppDefs.h"
+#include "Simulation/Document/DocumentCheck.h"
+#include "Simulation/Document/EpochReader.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Simulation/Document/WindowFields.h"
 
 namespace {
 

@@ -7,13 +7,13 @@
 #include <memory>
 #include <vector>
 
-#include "BMessage.h"
-#include "DocumentError.h"
-#include "DocumentNotice.h"
-#include "Epoch.h"
-#include "EpochPortal.h"
-#include "TaylorCalculator.h"
-#include "UndoChain.h"
+#include "Calculation/TaylorCalculator.h"
+#include "Model/Commands/UndoChain.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/DocumentError.h"
+#include "Simulation/Document/DocumentNotice.h"
 
 class BLooper;
 class ReportConsumer;

@@ -1,4 +1,4 @@
-#include "SimulationFile.h"
+#include "Simulation/Document/SimulationFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,14 +13,14 @@
 #include <span>
 #include <vector>
 
-#include "AbEpoch.h"
-#include "AtomicFile.h"
-#include "BMessage.h"
-#include "BNodeInfo.h"
-#include "DocumentCheck.h"
-#include "EpochReader.h"
-#include "FileDescriptor.h"
-#include "RecordDigest.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/AtomicFile.h"
+#include "Platform/Storage/BNodeInfo.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Simulation/Document/DocumentCheck.h"
+#include "Simulation/Document/EpochReader.h"
+#include "Simulation/Document/RecordDigest.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "DocumentError.h"
+#include "Simulation/Document/DocumentError.h"
 
 class BMessage;
 

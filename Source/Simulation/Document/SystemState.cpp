@@ -1,10 +1,10 @@
-#include "SystemState.h"
+#include "Simulation/Document/SystemState.h"
 
 #include <algorithm>
 
-#include "AbEpoch.h"
-#include "Body.h"
-#include "EpochPortal.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Systems/Body.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class EpochPortal;
 

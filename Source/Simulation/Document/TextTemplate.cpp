@@ -1,7 +1,7 @@
-#include "TextTemplate.h"
+#include "Simulation/Document/TextTemplate.h"
 
-#include "PrintableText.h"
-#include "SupportDefs.h"
+#include "Platform/Support/PrintableText.h"
+#include "Platform/Support/SupportDefs.h"
 
 std::string FillIn(std::string_view text, std::initializer_list<std::string_view> values) {
     std::string filled;

@@ -1,10 +1,10 @@
-#include "WindowFields.h"
+#include "Simulation/Document/WindowFields.h"
 
 #include <cstddef>
 #include <memory>
 #include <vector>
 
-#include "BMessage.h"
+#include "Platform/Application/BMessage.h"
 
 namespace {
 

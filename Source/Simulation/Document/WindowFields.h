@@ -1,7 +1,7 @@
 // The fields of a document's record that belong to displays and windows. No state, any thread.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class BMessage;
 

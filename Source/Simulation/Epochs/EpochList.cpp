@@ -1,15 +1,15 @@
-#include "EpochList.h"
+#include "Simulation/Epochs/EpochList.h"
 
 #include <algorithm>
 
-#include "AbEpoch.h"
-#include "EpochTexts.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "MassSystem.h"
-#include "QuantityText.h"
-#include "TextTemplate.h"
-#include "UnitTable.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Systems/MassSystem.h"
+#include "Model/Units/QuantityText.h"
+#include "Model/Units/UnitTable.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/Epochs/EpochTexts.h"
 
 namespace {
 

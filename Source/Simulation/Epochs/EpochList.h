@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
-#include "BColumnListView.h"
-#include "ColumnListRow.h"
+#include "Platform/Interface/Lists/BColumnListView.h"
+#include "Platform/Interface/Lists/ColumnListRow.h"
 
 class AbEpoch;
 class InterfaceTexts;

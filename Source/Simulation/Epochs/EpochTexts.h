@@ -2,7 +2,7 @@
 // by FillIn.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum EpochText : int32 {
     kTextEpochList = 3800,

@@ -12,10 +12,10 @@
 #include <atomic>
 #include <string>
 
-#include "DisplayContext.h"
-#include "EpochList.h"
-#include "Observer.h"
-#include "SubWindow.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/SubWindow.h"
+#include "Model/Sharing/Observer.h"
+#include "Simulation/Epochs/EpochList.h"
 
 class AbEpoch;
 class BColumnListView;

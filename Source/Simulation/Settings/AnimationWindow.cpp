@@ -1,12 +1,12 @@
-#include "AnimationWindow.h"
+#include "Simulation/Settings/AnimationWindow.h"
 
-#include "BBox.h"
-#include "DisplayContext.h"
-#include "EpochFactories.h"
-#include "InterfaceLabels.h"
-#include "InterfaceTexts.h"
-#include "SliderEntry.h"
-#include "WholeNumberFactory.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/SliderEntry.h"
+#include "Interface Widgets/WholeNumberFactory.h"
+#include "Model/Commands/EpochFactories.h"
+#include "Platform/Interface/Handles/BBox.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The window of how finely and how often the displays draw a run. Rules as for SettingsWindow.
 #pragma once
 
-#include "SettingsWindow.h"
+#include "Simulation/Settings/SettingsWindow.h"
 
 class AnimationWindow : public SettingsWindow {
 public:

@@ -5,8 +5,8 @@
 
 #include <array>
 
-#include "BBox.h"
-#include "SystemList.h"
+#include "Platform/Interface/Handles/BBox.h"
+#include "Simulation/Settings/SystemList.h"
 
 class BButton;
 class BChoiceField;

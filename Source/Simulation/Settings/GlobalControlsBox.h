@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "BBox.h"
+#include "Platform/Interface/Handles/BBox.h"
 
 class BButton;
 class Entry;

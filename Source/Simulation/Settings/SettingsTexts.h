@@ -2,7 +2,7 @@
 // of their own before them.
 #pragma once
 
-#include "SupportDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 enum SettingsText : int32 {
     kTextPreview = 3605,  // for screen readers

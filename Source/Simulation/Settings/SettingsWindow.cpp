@@ -1,12 +1,12 @@
-#include "SettingsWindow.h"
+#include "Simulation/Settings/SettingsWindow.h"
 
-#include "BMessage.h"
-#include "BMessenger.h"
-#include "DisplayContext.h"
-#include "Entry.h"
-#include "InterfaceTexts.h"
-#include "ProgramMessages.h"
-#include "WindowServer.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/Entry.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
 

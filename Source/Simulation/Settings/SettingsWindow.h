@@ -9,8 +9,8 @@
 #include <initializer_list>
 #include <vector>
 
-#include "Observer.h"
-#include "SubWindow.h"
+#include "Interface Widgets/SubWindow.h"
+#include "Model/Sharing/Observer.h"
 
 class Entry;
 class EpochPortal;

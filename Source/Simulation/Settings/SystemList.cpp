@@ -1,9 +1,9 @@
-#include "SystemList.h"
+#include "Simulation/Settings/SystemList.h"
 
 #include <algorithm>
 
-#include "AbEpoch.h"
-#include "EpochPortal.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/EpochPortal.h"
 
 namespace {
 

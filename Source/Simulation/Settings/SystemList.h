@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "MassSystem.h"
+#include "Model/Systems/MassSystem.h"
 
 class EpochPortal;
 

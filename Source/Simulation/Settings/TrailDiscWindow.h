@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "MassSystem.h"
-#include "SettingsWindow.h"
+#include "Model/Systems/MassSystem.h"
+#include "Simulation/Settings/SettingsWindow.h"
 
 class BBox;
 class ColorEntry;

@@ -1,9 +1,9 @@
-#include "TrailPreview.h"
+#include "Simulation/Settings/TrailPreview.h"
 
 #include <cmath>
 #include <numbers>
 
-#include "TrajectoryView.h"
+#include "Displays/Trajectories/TrajectoryView.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // A picture of how a system's disc and trail will look in the displays. Rules as for CanvasView.
 #pragma once
 
-#include "CanvasView.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 
 class TrailPreview : public CanvasView {
 public:

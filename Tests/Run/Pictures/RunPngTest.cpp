@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "Body.h"
-#include "ProgramRun.h"
-#include "RunFixture.h"
+#include "Model/Systems/Body.h"
+#include "Tests/Run/ProgramRun.h"
+#include "Tests/Run/RunFixture.h"
 
 namespace {
 

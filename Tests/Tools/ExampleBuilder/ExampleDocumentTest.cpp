@@ -1,17 +1,17 @@
-#include "ExampleDocument.h"
+#include "Tools/ExampleBuilder/ExampleDocument.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "BMessage.h"
-#include "Epoch.h"
-#include "ExampleModel.h"
-#include "ExampleParser.h"
-#include "ProgramResources.h"
-#include "SimulationDocument.h"
-#include "SimulationFile.h"
-#include "TestFolder.h"
+#include "Model/Epochs/Epoch.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Platform/TestFolder.h"
+#include "Tools/ExampleBuilder/ExampleModel.h"
+#include "Tools/ExampleBuilder/ExampleParser.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
-#include "ExampleModel.h"
+#include "Tools/ExampleBuilder/ExampleModel.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "Epoch.h"
-#include "ExampleParser.h"
-#include "MassSystem.h"
-#include "PlummerSphere.h"
-#include "ProgramResources.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/MassSystem.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Tools/ExampleBuilder/ExampleParser.h"
+#include "Tools/ExampleBuilder/PlummerSphere.h"
 
 namespace {
 

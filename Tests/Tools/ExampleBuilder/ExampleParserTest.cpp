@@ -1,10 +1,10 @@
-#include "ExampleParser.h"
+#include "Tools/ExampleBuilder/ExampleParser.h"
 
 #include <gtest/gtest.h>
 
 #include <numbers>
 
-#include "ProgramResources.h"
+#include "Simulation/Document/ProgramResources.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "KeplerOrbit.h"
+#include "Tools/ExampleBuilder/KeplerOrbit.h"
 
 #include <gtest/gtest.h>
 

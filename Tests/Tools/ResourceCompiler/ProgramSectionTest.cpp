@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "BResources.h"
-#include "TestFolder.h"
+#include "Platform/Storage/BResources.h"
+#include "Tests/Platform/TestFolder.h"
 
 namespace {
 

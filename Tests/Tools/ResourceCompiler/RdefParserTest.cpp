@@ -1,4 +1,4 @@
-#include "RdefParser.h"
+#include "Tools/ResourceCompiler/RdefParser.h"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <iterator>
 #include <string>
 
-#include "BMessage.h"
-#include "BResources.h"
-#include "TestFolder.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Storage/BResources.h"
+#include "Tests/Platform/TestFolder.h"
 
 using namespace std::string_literals;
 

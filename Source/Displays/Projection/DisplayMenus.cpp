@@ -1,0 +1,155 @@
+#include "Displays/Projection/DisplayMenus.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "Displays/Base/Display.h"
+#include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/HelpMenu.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/MenuArchives.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Systems/MassSystem.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Handles/BMenuBar.h"
+
+namespace {
+
+// Of the bodies only the heaviest are offered by name; any can be double-clicked.
+constexpr std::size_t kMaxBodies = 40;
+
+BMenu* Unarchive(const BMessage& archive) {
+    BMessage copy(archive);
+    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
+    auto* const menu = dynamic_cast<BMenu*>(object.get());
+    if (menu != nullptr) (void)object.release();
+    return menu;
+}
+
+}  // namespace
+
+DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context)
+    : display_(display), context_(context), bar_(new BMenuBar("Main Menu Bar")) {
+    AddAppMenu();
+    AddFileMenu();
+    AddSimulationMenu();
+    AddDisplayMenu();
+    AddViewMenu();
+    bar_->AddItem(new HelpMenu(*context.texts));
+}
+
+BMenuItem* DisplayMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key) {
+    const InterfaceTexts& texts = *context_.texts;
+    auto* const item =
+        new BMenuItem(texts.Text(label), new BMessage(what), key == 0 ? '\0' : texts.Key(key));
+    menu->AddItem(item);
+    return item;
+}
+
+void DisplayMenus::AddAppMenu() {
+    BMenu* const menu = Unarchive(context_.menus->AppMenuArchive());
+    if (menu == nullptr) return;
+    menu->SetTargetForItems(static_cast<BHandler*>(be_app));
+    auto* const item = new BMenuItem(menu);
+    if (context_.icon != nullptr) item->SetIcon(context_.icon, context_.fineIcon);
+    bar_->AddItem(item);
+}
+
+// As in the simulation's own window. The window's own shortcuts for these items were removed.
+void DisplayMenus::AddFileMenu() {
+    auto* const menu = new BMenu(context_.texts->Text(kLabelFile));
+    AddItem(menu, kLabelSave, kSave, kLabelSaveKey)
+        ->SetTarget(static_cast<BHandler*>(display_->Owner()));
+    menu->AddSeparatorItem();
+    AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey)->SetTarget(display_);
+    bar_->AddItem(menu);
+}
+
+void DisplayMenus::AddSimulationMenu() {
+    BMenu* const menu = Unarchive(context_.menus->SimMenuArchive());
+    if (menu == nullptr) return;
+    menu->SetTargetForItems(static_cast<BHandler*>(display_->Owner()));
+    go_ = menu->FindItem(kTogglePause);
+    if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
+        item->SetShortcut(context_.texts->Key(kLabelAnimationKey), 0);
+    if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
+        item->SetShortcut(context_.texts->Key(kLabelEpochsKey), 0);
+    bar_->AddItem(menu);
+}
+
+void DisplayMenus::AddDisplayMenu() {
+    auto* const menu = new BMenu(context_.texts->Text(kLabelDisplay));
+    AddItem(menu, kLabelScale, kRequestScale);
+    AddItem(menu, kLabelAxis, kRequestAxis);
+    menu->AddSeparatorItem();
+    AddItem(menu, kLabelErase, kErase);
+    menu->SetTargetForItems(display_);
+    bar_->AddItem(menu);
+}
+
+void DisplayMenus::AddViewMenu() {
+    auto* const menu = new BMenu(context_.texts->Text(kLabelView));
+    AddItem(menu, kLabelFit, kFit, kLabelFitKey);
+    follow_ = new BMenu(context_.texts->Text(kLabelFollow));
+    follow_->SetRadioMode(true);
+    menu->AddItem(follow_);
+    menu->AddSeparatorItem();
+    names_ = AddItem(menu, kLabelNames, kToggleNames, kLabelNamesKey);
+    scaleBar_ = AddItem(menu, kLabelScaleBar, kToggleScaleBar);
+    time_ = AddItem(menu, kLabelShowTime, kToggleTime);
+    menu->AddSeparatorItem();
+    AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
+    menu->SetTargetForItems(display_);
+    bar_->AddItem(menu);
+}
+
+void DisplayMenus::SetGoLabel(const char* label) {
+    if (go_ != nullptr) go_->SetLabel(label);
+}
+
+void DisplayMenus::ShowOptions(const DisplayOptions& options) {
+    names_->SetMarked(options.names);
+    scaleBar_->SetMarked(options.scaleBar);
+    time_->SetMarked(options.time);
+}
+
+void DisplayMenus::AddSystem(const char* name, int64 id, int64 followed) {
+    auto* const message = new BMessage(kFollow);
+    message->AddInt64(kFollowedSystem, id);
+    auto* const item = new BMenuItem(name, message);
+    item->SetTarget(static_cast<BHandler*>(display_));
+    item->SetMarked(id == followed);
+    follow_->AddItem(item);
+}
+
+void DisplayMenus::ShowSystems(const BodyLabels& labels, int64 followed) {
+    follow_->RemoveItems();
+    AddSystem(context_.texts->Text(kLabelFollowNothing), kNoSystemID, followed);
+    follow_->AddSeparatorItem();
+    for (const BodyLabels::Label& group : labels.groups)
+        AddSystem(group.name.c_str(), group.id, followed);
+    if (!labels.groups.empty()) follow_->AddSeparatorItem();
+    const std::size_t count = std::min(labels.bodies.size(), kMaxBodies);
+    for (std::size_t i = 0; i < count; i++)
+        AddSystem(labels.bodies[i].name.c_str(), labels.bodies[i].id, followed);
+    // A body that is followed and not among the heaviest.
+    for (std::size_t i = count; i < labels.bodies.size(); i++)
+        if (labels.bodies[i].id == followed)
+            AddSystem(labels.bodies[i].name.c_str(), followed, followed);
+}
+
+void DisplayMenus::ShowFollowed(const BodyLabels& labels, int64 followed) {
+    for (int32 i = 0; i < follow_->CountItems(); i++) {
+        BMenuItem* const item = follow_->ItemAt(i);
+        int64 id = 0;
+        if (item->Message() == nullptr ||
+            item->Message()->FindInt64(kFollowedSystem, &id) != B_OK || id != followed)
+            continue;
+        item->SetMarked(true);
+        return;
+    }
+    ShowSystems(labels, followed);
+}

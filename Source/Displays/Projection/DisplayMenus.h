@@ -1,0 +1,65 @@
+// The menu bar of a projection display. Made by the display's Init; used with the display's lock.
+#pragma once
+
+#include <vector>
+
+#include "Displays/Projection/BodyLabels.h"
+#include "Platform/Support/SupportDefs.h"
+
+class BMenu;
+class BMenuBar;
+class BMenuItem;
+class Display;
+struct DisplayContext;
+
+// What the display is asked for by its menus.
+inline constexpr uint32 kRequestScale = FourCC("rqsc");
+inline constexpr uint32 kRequestAxis = FourCC("rqax");
+inline constexpr uint32 kErase = FourCC("eras");
+inline constexpr uint32 kFit = FourCC("fit ");
+inline constexpr uint32 kFollow = FourCC("folw");  // with int64 "System"
+inline constexpr uint32 kToggleNames = FourCC("tnam");
+inline constexpr uint32 kToggleScaleBar = FourCC("tbar");
+inline constexpr uint32 kToggleTime = FourCC("ttim");
+inline constexpr uint32 kSavePicture = FourCC("svpi");
+inline constexpr const char* kFollowedSystem = "System";
+
+// What is shown over the picture.
+struct DisplayOptions {
+    bool names = false;
+    bool scaleBar = true;
+    bool time = true;
+};
+
+class DisplayMenus {
+public:
+    // The application's menu, the file's, the simulation's, the display's and the view's.
+    DisplayMenus(Display* display, const DisplayContext& context);
+
+    // For the display's window, which takes it over.
+    [[nodiscard]] BMenuBar* Bar() const { return bar_; }
+    void SetGoLabel(const char* label);
+    void ShowOptions(const DisplayOptions& options);
+    // What can be followed, and what is: kNoSystemID for nothing.
+    void ShowSystems(const BodyLabels& labels, int64 followed);
+    // Of the same systems another one is followed. The items stay: one may just have been chosen.
+    void ShowFollowed(const BodyLabels& labels, int64 followed);
+
+private:
+    BMenuItem* AddItem(BMenu* menu, int32 label, uint32 what, int32 key = 0);
+    void AddAppMenu();
+    void AddFileMenu();
+    void AddSimulationMenu();
+    void AddDisplayMenu();
+    void AddViewMenu();
+    void AddSystem(const char* name, int64 id, int64 followed);
+
+    Display* const display_;
+    const DisplayContext& context_;
+    BMenuBar* const bar_;
+    BMenuItem* go_ = nullptr;
+    BMenu* follow_ = nullptr;
+    BMenuItem* names_ = nullptr;
+    BMenuItem* scaleBar_ = nullptr;
+    BMenuItem* time_ = nullptr;
+};

@@ -1,0 +1,89 @@
+#include "Displays/Projection/Projection.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double kLogUnit = 1423155.0;  // m; a body of this radius or less has no least diameter
+constexpr double kMaxDiameter = 8192.0;
+// Coordinates of the screen are single numbers; further out than this all places look alike.
+constexpr double kFarAway = 1e30;
+// Of the view that Fit leaves empty on all sides together.
+constexpr double kMargin = 0.16;
+
+float ToScreen(double value) {
+    return static_cast<float>(std::clamp(value, -kFarAway, kFarAway));
+}
+
+struct Extent {
+    double least = std::numeric_limits<double>::infinity();
+    double most = -std::numeric_limits<double>::infinity();
+
+    void Add(double value) {
+        least = std::min(least, value);
+        most = std::max(most, value);
+    }
+    [[nodiscard]] double Middle() const { return least + (most - least) / 2; }
+    // The scale at which it fills this many pixels, without the margin.
+    [[nodiscard]] double ScaleFor(double pixels) const {
+        return pixels * (1.0 - kMargin) / (most - least);
+    }
+};
+
+bool IsScale(double scale) {
+    return scale > 0.0 && scale < std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
+double diameter_log(double radius) {
+    return std::min(kMaxDiameter, std::max(0.0, std::log(radius / kLogUnit)));
+}
+
+double Projection::Across(ThreeVector place) const {
+    return axis == kX ? place.y : place.x;
+}
+
+double Projection::Up(ThreeVector place) const {
+    return axis == kX || axis == kY ? place.z : place.y;
+}
+
+BPoint Projection::Map(BPoint middle, double x, double y, double z) const {
+    const ThreeVector place{x, y, z};
+    return {ToScreen(middle.x + scale * (Across(place) - Across(center))),
+            ToScreen(middle.y - scale * (Up(place) - Up(center)))};
+}
+
+float Projection::DiscSize(double radius) const {
+    return ToScreen(std::max(2.0 * scale * radius, diameter_log(radius)) / 2.0);
+}
+
+void Projection::Shift(double right, double down) {
+    if (!IsScale(scale)) return;  // as a document may have it
+    (axis == kX ? center.y : center.x) += right / scale;
+    (axis == kX || axis == kY ? center.z : center.y) -= down / scale;
+}
+
+void Projection::ZoomAbout(BPoint fromMiddle, double factor) {
+    if (!IsScale(scale * factor)) return;
+    Shift(fromMiddle.x, fromMiddle.y);
+    scale *= factor;
+    Shift(-fromMiddle.x, -fromMiddle.y);
+}
+
+void Projection::Fit(const std::vector<ThreeVector>& places, double width, double height) {
+    Extent across;
+    Extent up;
+    for (const ThreeVector& place : places) {
+        if (!std::isfinite(Across(place)) || !std::isfinite(Up(place))) continue;
+        across.Add(Across(place));
+        up.Add(Up(place));
+    }
+    if (across.most < across.least) return;
+    const double fitting = std::min(across.ScaleFor(width), up.ScaleFor(height));
+    if (IsScale(fitting)) scale = fitting;
+    (axis == kX ? center.y : center.x) = across.Middle();
+    (axis == kX || axis == kY ? center.z : center.y) = up.Middle();
+}

@@ -1,0 +1,419 @@
+#include "Displays/Projection/ProjectionDisplay.h"
+
+#include <cmath>
+#include <limits>
+
+#include "Displays/Projection/AxisRequester.h"
+#include "Displays/Projection/PictureTexts.h"
+#include "Displays/Projection/ProjectionView.h"
+#include "Displays/Projection/ScaleRequester.h"
+#include "Displays/Trajectories/LineClipping.h"
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ScaleBox.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Units/DefaultUnits.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BFilePanel.h"
+#include "Platform/Interface/Handles/BMenuBar.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Storage/AtomicFile.h"
+#include "Platform/Storage/BEntry.h"
+
+namespace {
+
+constexpr uint32 kPictureNamed = FourCC("svpn");
+
+constexpr bigtime_t kPulse = 500'000;
+
+// The picture keeps its coordinates while it is scrolled; beyond this they begin anew.
+constexpr float kMaxPan = 16384.0f;
+
+constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
+constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
+
+bool IsPositive(double value) {
+    return value > 0.0 && value < std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
+ProjectionDisplay::ProjectionDisplay(BRect frame, const char* title, EpochPortal* portal,
+                                     Benaphore* done, BLooper* owner, const DisplayContext& context)
+    : TrajectoryDisplay(frame, title, portal, done, owner, context.texts), context_(context) {
+    SetKind(kType, Texts().Text(kLabelProjection));
+    RemoveMenuShortcuts();
+}
+
+ProjectionDisplay::~ProjectionDisplay() = default;
+
+// The menus of this window have these keys.
+void ProjectionDisplay::RemoveMenuShortcuts() {
+    for (const int32 label : {kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey, kLabelGoKey,
+                              kLabelAnimationKey, kLabelEpochsKey})
+        if (const char key = Texts().LowerKey(label); key != '\0')
+            RemoveShortcut(static_cast<uint8>(key), 0);
+}
+
+int32 ProjectionDisplay::Init(const char* simulationName) {
+    if (const int32 result = TrajectoryDisplay::Init(simulationName); result != 0) return result;
+    menus_ = std::make_unique<DisplayMenus>(this, context_);
+    AddChild(menus_->Bar());
+    menus_->ShowOptions(fields_.options);
+    View()->MakeFocus();
+    SetPulseRate(kPulse);
+    return 0;
+}
+
+TrajectoryView* ProjectionDisplay::MakeView() {
+    return new ProjectionView(this);
+}
+
+ProjectionView* ProjectionDisplay::Sky() const {
+    return static_cast<ProjectionView*>(View());
+}
+
+// --- Messages ---
+
+void ProjectionDisplay::MessageReceived(BMessage* message) {
+    switch (message->what) {
+        case kRequestScale:
+            return RequestScale();
+        case kRequestAxis:
+            return RequestAxis();
+        case kErase:
+            ClearLow();
+            return DrawDiscs();
+        case ScaleRequester::kSetScale:
+            return SetScale(message);
+        case ScaleRequester::kCancel:
+            CancelScaleRequest();
+            break;
+        case AxisRequester::kSetAxis:
+            return SetAxis(message);
+        case AxisRequester::kCancel:
+            CancelAxisRequest();
+            break;
+        case kRunStopped:
+            return menus_->SetGoLabel(Texts().Text(kLabelGo));
+        case kRunStarted:
+            return menus_->SetGoLabel(Texts().Text(kLabelPause));
+        case kFit:
+            return FitAll();
+        case kFollow: {
+            int64 system = kNoSystemID;
+            if (message->FindInt64(kFollowedSystem, &system) == B_OK) Follow(system);
+            break;
+        }
+        case kToggleNames:
+            return ToggleOption(&DisplayOptions::names);
+        case kToggleScaleBar:
+            return ToggleOption(&DisplayOptions::scaleBar);
+        case kToggleTime:
+            return ToggleOption(&DisplayOptions::time);
+        case kSavePicture:
+            return RequestPicture();
+        case kPictureNamed:
+            return SavePicture(*message);
+        default:
+            TrajectoryDisplay::MessageReceived(message);
+    }
+}
+
+void ProjectionDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
+    if (message->what == B_PULSE && handler == this) Pulse();
+    TrajectoryDisplay::DispatchMessage(message, handler);
+}
+
+void ProjectionDisplay::FrameResized(float width, float height) {
+    isResized_ = true;
+    TrajectoryDisplay::FrameResized(width, height);
+}
+
+// The scale dialog's figures follow the window's size.
+void ProjectionDisplay::Pulse() {
+    BWindow* const requester = scaleRequester_.Requester();
+    if (!isResized_ || requester == nullptr) return;
+    if (requester->PostMessage(ScaleBox::kReferenceChosen) == B_OK) isResized_ = false;
+}
+
+void ProjectionDisplay::Quit() {
+    CancelAxisRequest();
+    CancelScaleRequest();
+    TrajectoryDisplay::Quit();
+}
+
+// --- The model ---
+
+BPoint ProjectionDisplay::Map(double x, double y, double z) {
+    return fields_.projection.Map(DisplayCenter(), x, y, z);
+}
+
+float ProjectionDisplay::DiscSize(double radius) {
+    return fields_.projection.DiscSize(radius);
+}
+
+void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
+                                 double* velocities) {
+    if (!Lock()) return;
+    if (reports > 0) time_ = times[reports - 1];
+    TrajectoryDisplay::ReadData(reports, times, positions, velocities);
+    Unlock();
+}
+
+void ProjectionDisplay::Redisplay(int32 changes) {
+    if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
+        Epoch()->ReadLock();
+        if ((changes & kNamesChanged) != 0) TakeBodies(Epoch()->BodiesInMassOrder());
+        TakeTime();
+        Epoch()->ReadUnlock();
+        Sky()->ShowTexts();
+    }
+    TrajectoryDisplay::Redisplay(changes);
+}
+
+void ProjectionDisplay::TakeTime() {
+    time_ = Epoch()->FocusEpoch()->Time();
+    timeUval_ = Epoch()->FocusEpoch()->TimeUval();
+}
+
+void ProjectionDisplay::TakeBodies(const std::vector<Body*>& bodies) {
+    TakeTime();
+    TakeReference(bodies);
+    BodyLabels labels = ReadBodyLabels(*Epoch()->FocusEpoch(), bodies);
+    if (labels == labels_) return;
+    labels_ = std::move(labels);
+    menus_->ShowSystems(labels_, fields_.followed);
+}
+
+// What is followed consists of other bodies, or of the same in another order.
+void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
+    std::vector<TrajectoryCache::Member> members =
+        ReadMembers(*Epoch()->FocusEpoch(), bodies, fields_.followed);
+    if (members.empty() && fields_.followed != kNoSystemID) {
+        // It is gone: the view stays where it was.
+        fields_.projection.center += View()->Cache().LastReference();
+        fields_.followed = kNoSystemID;
+        menus_->ShowFollowed(labels_, fields_.followed);
+    }
+    if (members != View()->Cache().Reference()) View()->SetReference(std::move(members));
+}
+
+// --- Axis and scale ---
+
+void ProjectionDisplay::RequestAxis() {
+    axisRequester_.Open(this, fields_.axisAt,
+                        [this] { return new AxisRequester(fields_.projection.axis, this); });
+}
+
+bool ProjectionDisplay::CancelAxisRequest() {
+    return axisRequester_.Close(&fields_.axisAt);
+}
+
+void ProjectionDisplay::SetAxis(BMessage* message) {
+    if (!CancelAxisRequest()) return;
+    int32 axis = 0;
+    if (message->FindInt32("Axis", &axis) == B_OK && axis >= Projection::kX &&
+        axis <= Projection::kZ && axis != fields_.projection.axis) {
+        Center();
+        fields_.projection.axis = axis;
+        ShowMap(false);
+    }
+    SendReply(BMessage(kAxisDone));
+}
+
+void ProjectionDisplay::RequestScale() {
+    scaleRequester_.Open(this, fields_.scaleAt, [this] {
+        return new ScaleRequester(fields_.projection.scale, fields_.reference, fields_.units, this,
+                                  context_);
+    });
+}
+
+bool ProjectionDisplay::CancelScaleRequest() {
+    return scaleRequester_.Close(&fields_.scaleAt);
+}
+
+void ProjectionDisplay::SetScale(BMessage* message) {
+    if (!CancelScaleRequest()) return;
+    int32 reference = 0;
+    if (message->FindInt32("Scale Ref", &reference) == B_OK) fields_.reference = reference;
+    double units = 0.0;
+    if (message->FindDouble("Units Pref", &units) == B_OK) {
+        fields_.units = units;
+        areUnitsChosen_ = true;
+    }
+    double scale = 0.0;
+    if (message->FindDouble("Scale", &scale) == B_OK && scale != fields_.projection.scale &&
+        IsPositive(scale)) {
+        Center();
+        fields_.projection.scale = scale;
+        ShowMap(true);
+    }
+}
+
+// A dialog that is open would bring back the scale that it was opened with.
+void ProjectionDisplay::TellScale() {
+    BWindow* const requester = scaleRequester_.Requester();
+    if (requester == nullptr) return;
+    BMessage message(ScaleRequester::kScaleChanged);
+    message.AddDouble("Scale", fields_.projection.scale);
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(requester)), message);
+}
+
+void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
+    double units = 0.0;
+    if (!areUnitsChosen_ && message->FindDouble("Units Pref", &units) == B_OK && IsPositive(units))
+        fields_.units = units;
+}
+
+// The picture is drawn anew: the middle of the view becomes the middle of the projection.
+void ProjectionDisplay::Center() {
+    const BPoint anchor = View()->AnchorPoint();
+    fields_.projection.Shift(anchor.x, anchor.y);
+    View()->ScrollTo(DisplayCenter());
+}
+
+void ProjectionDisplay::ShowMap(bool isScaleChanged) {
+    ClearLow();
+    if (isScaleChanged) {
+        MakeDiscDomains();
+        TellScale();
+    }
+    SetLastDisp();
+    DrawDiscs();
+}
+
+// --- What moves the view ---
+
+void ProjectionDisplay::ZoomAbout(BPoint point, double factor) {
+    const BPoint middle = View()->AnchorPoint();
+    // What is followed stands still, wherever the pointer is; where it is not seen, nothing is
+    // lost.
+    if (fields_.followed != kNoSystemID)
+        if (const BPoint place = Map(0.0, 0.0, 0.0); IsInside(place, View()->Bounds()))
+            point = place;
+    Center();
+    fields_.projection.ZoomAbout({point.x - middle.x, point.y - middle.y}, factor);
+    ShowMap(true);
+}
+
+void ProjectionDisplay::PanBy(float right, float down) {
+    const BPoint anchor = View()->AnchorPoint();
+    const BPoint to{anchor.x + right, anchor.y + down};
+    View()->ScrollTo(to);
+    if (std::abs(to.x) > kMaxPan || std::abs(to.y) > kMaxPan) {
+        Center();
+        return ShowMap(false);
+    }
+    // What was uncovered may hold bodies.
+    DrawDiscs();
+}
+
+void ProjectionDisplay::FitAll() {
+    const TrajectoryCache& cache = View()->Cache();
+    std::vector<ThreeVector> places;
+    places.reserve(static_cast<std::size_t>(cache.CountBodies()));
+    for (int32 body = 0; body < cache.CountBodies(); body++)
+        places.push_back(cache.LastPosition(body) - cache.LastReference());
+    const BRect bounds = View()->Bounds();
+    Center();
+    fields_.projection.Fit(places, bounds.Width(), bounds.Height());
+    ShowMap(true);
+}
+
+void ProjectionDisplay::Follow(int64 system) {
+    if (system == fields_.followed) return;
+    Center();
+    fields_.projection.center = system == kNoSystemID
+                                    ? fields_.projection.center + View()->Cache().LastReference()
+                                    : ThreeVector{};
+    fields_.followed = system;
+    Epoch()->ReadLock();
+    TakeReference(Epoch()->BodiesInMassOrder());
+    Epoch()->ReadUnlock();
+    menus_->ShowFollowed(labels_, fields_.followed);
+    ShowMap(false);
+}
+
+void ProjectionDisplay::FollowBody(int32 body) {
+    if (body >= 0 && body < static_cast<int32>(labels_.bodies.size()))
+        Follow(labels_.bodies[static_cast<std::size_t>(body)].id);
+}
+
+// --- Archive ---
+
+status_t ProjectionDisplay::MiniArchive(BMessage* archive) const {
+    ProjectionFields fields = fields_;
+    fields.axisAt = axisRequester_.Place(fields.axisAt);
+    fields.scaleAt = scaleRequester_.Place(fields.scaleAt);
+    const BPoint anchor = View()->AnchorPoint();
+    fields.projection.Shift(anchor.x, anchor.y);
+    const status_t status = TrajectoryDisplay::MiniArchive(archive);
+    return status == B_OK ? fields.Write(archive) : status;
+}
+
+// The picture, which is empty still, is drawn when the display is shown.
+status_t ProjectionDisplay::Regenerate(const BMessage& archive) {
+    TrajectoryDisplay::Regenerate(archive);
+    const status_t status = fields_.Read(archive);
+    menus_->ShowOptions(fields_.options);
+    return status;
+}
+
+// --- Texts ---
+
+std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
+    std::vector<OverlayItem> items;
+    if (fields_.options.scaleBar) {
+        const double unit = areUnitsChosen_ ? fields_.units : POSITION_UVAL_PREF;
+        items.push_back(MakeScaleBar(fields_.projection.scale, unit, *context_.distanceUnits));
+    }
+    if (fields_.options.time)
+        items.push_back(
+            MakeTimeText(Texts().Label(kLabelTimeIs), time_, timeUval_, *context_.timeUnits));
+    // Names take the room that is left.
+    if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels_.bodies.size()))
+        AddChosenName(*View(), labels_, pointedAt, &items);
+    if (fields_.options.names) AddNames(*View(), labels_, pointedAt, &items);
+    return items;
+}
+
+void ProjectionDisplay::ToggleOption(bool DisplayOptions::*option) {
+    fields_.options.*option = !(fields_.options.*option);
+    menus_->ShowOptions(fields_.options);
+    Sky()->ShowTexts();
+}
+
+// --- Pictures ---
+
+void ProjectionDisplay::RequestPicture() {
+    if (picturePanel_ == nullptr) {
+        const BMessage named(kPictureNamed);
+        picturePanel_ = std::make_unique<BFilePanel>(
+            B_SAVE_PANEL, BMessenger(static_cast<BHandler*>(this)), nullptr, false, &named);
+        picturePanel_->SetTitle(Texts().Text(kLabelSavePictureTitle));
+    }
+    picturePanel_->SetSaveText((Title() + Texts().Label(kLabelPictureSuffix)).c_str());
+    picturePanel_->Show();
+}
+
+// Errors in file handling are silent.
+void ProjectionDisplay::SavePicture(const BMessage& message) {
+    entry_ref directory;
+    std::string name;
+    std::string path;
+    if (message.FindRef("directory", &directory) != B_OK ||
+        message.FindString("name", &name) != B_OK || get_path_for_ref(directory, &path) != B_OK)
+        return;
+    // The user was asked about a file of the name that was typed, and not of another one.
+    const std::string& suffix = Texts().Label(kLabelPictureSuffix);
+    if (!name.ends_with(suffix) && !BEntry((path + '/' + name + suffix).c_str()).Exists())
+        name += suffix;
+    const std::vector<std::byte> picture = View()->EncodePNG();
+    AtomicFile file;
+    if (picture.empty() || file.Open(path + '/' + name) != B_OK) return;
+    file.Write(picture.data(), picture.size());
+    static_cast<void>(file.Commit());
+}

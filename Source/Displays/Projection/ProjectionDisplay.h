@@ -1,0 +1,103 @@
+// A display that shows the bodies as seen along one axis, at a scale that the user chooses with a
+// dialog, the wheel or a pinch. Its archive has, beside the fields that every reader knows, some
+// that only newer ones read. Rules as for Display.
+#pragma once
+
+#include <memory>
+
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Projection/BodyLabels.h"
+#include "Displays/Projection/DisplayMenus.h"
+#include "Displays/Projection/ProjectionFields.h"
+#include "Displays/Projection/RequesterSlot.h"
+#include "Displays/Trajectories/TrajectoryDisplay.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Interface/Canvas/OverlayItem.h"
+
+class BFilePanel;
+class ProjectionView;
+
+class ProjectionDisplay : public TrajectoryDisplay {
+public:
+    static constexpr int32 kType = 1;
+    // From the owner, when a run has stopped and when one starts.
+    static constexpr uint32 kRunStopped = kPauseRun;
+    static constexpr uint32 kRunStarted = kUnPauseRun;
+    // The answer to an axis message.
+    static constexpr uint32 kAxisDone = kUnRestRun;
+
+    ProjectionDisplay(BRect frame, const char* title, EpochPortal* portal, Benaphore* done,
+                      BLooper* owner, const DisplayContext& context);
+    ~ProjectionDisplay() override;
+
+    [[nodiscard]] int32 Init(const char* simulationName) override;
+    void MessageReceived(BMessage* message) override;
+    void DispatchMessage(BMessage* message, BHandler* handler) override;
+    void FrameResized(float width, float height) override;
+    void Quit() override;
+    // Also the fields of the projection; a dialog that is open is noted where it stands.
+    status_t MiniArchive(BMessage* archive) const override;
+    // The status of finding "Units". Ranges are not checked.
+    status_t Regenerate(const BMessage& archive) override;
+    BPoint Map(double x, double y, double z) override;
+    float DiscSize(double radius) override;
+    virtual void Pulse();
+
+    void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
+    void Redisplay(int32 changes) override;
+
+    // --- Axis and scale ---
+    void RequestAxis();
+    bool CancelAxisRequest();
+    void SetAxis(BMessage* message);
+    void RequestScale();
+    bool CancelScaleRequest();
+    void SetScale(BMessage* message);
+    // The owner's preferred unit of length, until the user has chosen one in the dialog.
+    void SetPreferredUnits(BMessage* message);
+    [[nodiscard]] const Projection& GetProjection() const { return fields_.projection; }
+
+    // --- What moves the view ---
+    // The point of the picture stays where it is; what is followed and seen does so instead of it.
+    void ZoomAbout(BPoint point, double factor);
+    // Shows what is so many pixels further right and down. Trails stay.
+    void PanBy(float right, float down);
+    void FitAll();
+    // What is followed stands still in the middle; trails are relative to it from now on.
+    void Follow(int64 system);
+    void FollowBody(int32 body);
+    [[nodiscard]] int64 Followed() const { return fields_.followed; }
+
+    // The texts over the picture. `pointedAt`: the body under the mouse, or -1.
+    [[nodiscard]] std::vector<OverlayItem> MakeTexts(int32 pointedAt) const;
+    [[nodiscard]] const DisplayOptions& Options() const { return fields_.options; }
+
+protected:
+    [[nodiscard]] TrajectoryView* MakeView() override;
+    void TakeBodies(const std::vector<Body*>& bodies) override;
+
+private:
+    void RemoveMenuShortcuts();
+    void Center();
+    void ShowMap(bool isScaleChanged);
+    void TellScale();
+    void TakeReference(const std::vector<Body*>& bodies);
+    void TakeTime();
+    void ToggleOption(bool DisplayOptions::*option);
+    void RequestPicture();
+    void SavePicture(const BMessage& message);
+    ProjectionView* Sky() const;
+
+    const DisplayContext context_;
+    ProjectionFields fields_;
+    RequesterSlot axisRequester_;
+    RequesterSlot scaleRequester_;
+    std::unique_ptr<DisplayMenus> menus_;
+    bool areUnitsChosen_ = false;
+    bool isResized_ = false;
+
+    BodyLabels labels_;
+    double time_ = 0.0;  // s
+    double timeUval_ = 1.0;
+    std::unique_ptr<BFilePanel> picturePanel_;
+};

@@ -1,0 +1,49 @@
+#include "Displays/Projection/RequesterSlot.h"
+
+#include "Displays/Base/WindowPlacement.h"
+#include "Displays/Projection/ProjectionFields.h"
+#include "Platform/Interface/Handles/BScreen.h"
+#include "Platform/Interface/Handles/BWindow.h"
+
+namespace {
+
+constexpr BPoint kFirstPlace{40.0f, 40.0f};  // from the display's left-top corner
+constexpr float kScreenFraction = 0.9f;
+
+}  // namespace
+
+BPoint RequesterSlot::Place(BPoint place) const {
+    if (requester_ == nullptr || !requester_->Lock()) return place;
+    const BRect frame = requester_->Frame();
+    requester_->Unlock();
+    return {frame.left, frame.top};
+}
+
+void RequesterSlot::Open(const BWindow* display, BPoint place,
+                         const std::function<BWindow*()>& make) {
+    if (requester_ == nullptr) {
+        requester_ = make();
+        if (place.x == kNeverPlaced.x) {
+            const BRect frame = display->Frame();
+            requester_->MoveTo({frame.left + kFirstPlace.x, frame.top + kFirstPlace.y});
+            keep_on_screen(requester_);
+        } else {
+            const BRect screen = BScreen(display).Frame();
+            requester_->MoveTo(confine_point_to_frame(place, screen, kScreenFraction));
+        }
+        requester_->Show();
+        return;
+    }
+    if (!requester_->Lock()) return;
+    if (requester_->IsHidden()) requester_->Show();
+    requester_->Activate();
+    requester_->Unlock();
+}
+
+bool RequesterSlot::Close(BPoint* place) {
+    if (requester_ == nullptr) return false;
+    *place = Place(*place);
+    if (requester_->Lock()) requester_->Quit();
+    requester_ = nullptr;
+    return true;
+}

@@ -1,0 +1,80 @@
+#include "Displays/Trajectories/TrajectoryDisplay.h"
+
+#include "Interface Widgets/InterfaceLabels.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Platform/Interface/Handles/BScrollView.h"
+
+namespace {
+
+constexpr int32 kShown = kTrailChanged | kDiscChanged | kPositionChanged | kMassOrRadiusChanged |
+                         kSystemRemoved | kSystemAdded | kCalculatorSettingsChanged;
+static_assert(kShown == 0x10c2e);
+
+}  // namespace
+
+TrajectoryDisplay::TrajectoryDisplay(BRect frame, const char* title, EpochPortal* portal,
+                                     Benaphore* done, BLooper* owner, const InterfaceTexts* texts)
+    : Display(frame, title, B_DOCUMENT_WINDOW, portal, done, owner, texts) {
+    SetKind(0, "Trajectories");
+}
+
+int32 TrajectoryDisplay::Init(const char* simulationName) {
+    if (const int32 result = Display::Init(simulationName); result != 0) return result;
+    view_ = MakeView();
+    view_->SetAccessibleName(Texts().Text(kLabelSky));
+    scrollView_ = new BScrollView("trajectories", view_);
+    scrollView_->SetStretch(1, 1);
+    AddChild(scrollView_);
+    return 0;
+}
+
+TrajectoryView* TrajectoryDisplay::MakeView() {
+    return new TrajectoryView("sky", this);
+}
+
+// Batches that were cut come more often than the user wants to see them. When a run parks all of
+// it is shown.
+void TrajectoryDisplay::DisplayData() {
+    const AbCalculator* const calculator = Epoch()->GetCalculator();
+    const bool isShown = calculator == nullptr || ++unshown_ >= calculator->BatchesPerUpdate();
+    if (isShown) unshown_ = 0;
+    view_->DisplayData(isShown);
+}
+
+void TrajectoryDisplay::ReadData(int32 reports, double* /*times*/, double* positions,
+                                 double* /*velocities*/) {
+    if (!Lock()) return;
+    view_->ReadPositions(reports, positions);
+    Unlock();
+}
+
+void TrajectoryDisplay::Redisplay(int32 changes) {
+    if ((changes & kShown) == 0) return;
+    EpochPortal* const portal = Epoch();
+    portal->ReadLock();
+    if ((changes & kCalculatorSettingsChanged) != 0 && portal->GetCalculator() != nullptr)
+        view_->SetSegmentLength(static_cast<float>(portal->GetCalculator()->SegmentLength()));
+    const std::vector<Body*> bodies = portal->BodiesInMassOrder();
+    TakeBodies(bodies);
+    view_->Redisplay(changes & ~kCalculatorSettingsChanged, bodies);
+    portal->ReadUnlock();
+}
+
+void TrajectoryDisplay::PrepareForGo(int32 reportsPerSegment) {
+    Display::PrepareForGo(reportsPerSegment);
+    if (!Lock()) return;
+    EpochPortal* const portal = Epoch();
+    portal->ReadLock();
+    const std::vector<Body*> bodies = portal->BodiesInMassOrder();
+    TakeBodies(bodies);
+    view_->PrepareForGo(reportsPerSegment, bodies);
+    portal->ReadUnlock();
+    Unlock();
+}
+
+void TrajectoryDisplay::ScreenChanged(BRect /*frame*/) {
+    DrawDiscs();
+}

@@ -1,4 +1,0 @@
-#include "AbEpoch.h"
-
-Body AbEpoch::origin("Origin", kOriginID, DEFAULT_TRAIL_DISC_COLOR, DEFAULT_TRAIL_DISC_COLOR,
-                     kNoSystemID);

@@ -1,0 +1,10 @@
+#include "Model/Commands/CommandFactory.h"
+
+#include "Model/Commands/LockingCommand.h"
+
+bool ExecuteFiled(EpochPortal* portal, std::unique_ptr<LCommand> command) {
+    if (!command) return false;
+    // From its first execution the wrapper belongs to the undo chain.
+    (new LockingCommand(command.release(), portal, true))->Execute();
+    return true;
+}

@@ -1,0 +1,46 @@
+// What stands between an entry control (or a command line) and the model: a factory knows one
+// quantity, tells what of it is to be shown, and turns what the user entered into an undoable
+// command. A factory holds no state of the document; it is used by the thread that owns the portal,
+// which holds the portal's read lock while it asks for Current or MakeCommand, and runs the command
+// through a LockingCommand afterwards (CommitEntry does all of it).
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Model/Commands/LCommand.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Units/DimVector.h"
+
+template <typename Value>
+class CommandFactory {
+public:
+    virtual ~CommandFactory() = default;
+
+    // The value in force, in SI units and with the unit it is shown in.
+    virtual Value Current(const EpochPortal& portal) const = 0;
+    // Null when the value is the one in force already, or cannot be taken.
+    virtual std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal,
+                                                  const Value& value) const = 0;
+};
+
+using StringCommandFactory = CommandFactory<std::string>;
+using QuantityCommandFactory = CommandFactory<DimValue>;
+using VectorCommandFactory = CommandFactory<DimVector>;
+using ColorCommandFactory = CommandFactory<rgb_color>;
+using SwitchCommandFactory = CommandFactory<bool>;
+using IntCommandFactory = CommandFactory<int32>;
+using NumberCommandFactory = CommandFactory<double>;
+
+// Files and runs the command; false for null. No lock of the document may be held.
+bool ExecuteFiled(EpochPortal* portal, std::unique_ptr<LCommand> command);
+
+// Makes the entered value the one in force, as one undoable step; false when nothing was to be
+// done.
+template <typename Value>
+bool CommitEntry(EpochPortal* portal, const CommandFactory<Value>& factory, const Value& value) {
+    portal->ReadLock();
+    std::unique_ptr<LCommand> command = factory.MakeCommand(portal, value);
+    portal->ReadUnlock();
+    return ExecuteFiled(portal, std::move(command));
+}

@@ -1,0 +1,19 @@
+#include "Model/Commands/MacroCommand.h"
+
+MacroCommand::MacroCommand(int32 expected) {
+    if (expected > 0) commands_.reserve(static_cast<std::size_t>(expected));
+}
+
+void MacroCommand::AddCommand(std::unique_ptr<LCommand> command) {
+    commands_.push_back(std::move(command));
+}
+
+void MacroCommand::Execute() {
+    for (const auto& command : commands_)
+        command->Execute();
+}
+
+void MacroCommand::Undo() {
+    for (std::size_t i = commands_.size(); i-- > 0;)
+        commands_[i]->Undo();
+}

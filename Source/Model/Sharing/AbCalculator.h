@@ -1,0 +1,21 @@
+// What the model needs of a document's calculator, which lives a floor above: that it writes its
+// state into a record (Archive, under the write lock), and its settings that commands change.
+#pragma once
+
+#include "Platform/Support/BArchivable.h"
+
+class AbCalculator : public BArchivable {
+public:
+    // More updates per second no pacing can keep: they are neither entered nor read.
+    static constexpr int32 kMaxUpdatesPerSecond = 1'000'000;
+
+    AbCalculator() = default;
+    explicit AbCalculator(BMessage* archive) : BArchivable(archive) {}
+
+    virtual int32 SegmentLength() const = 0;
+    virtual void SetSegmentLength(int32 length) = 0;
+    virtual int32 UpdatesPerSecond() const = 0;
+    virtual void SetUpdatesPerSecond(int32 updates) = 0;
+    // Of the batches that a display is given, the one in so many that it need show.
+    virtual int32 BatchesPerUpdate() const { return 1; }
+};

@@ -1,9 +1,0 @@
-#include "SystemReading.h"
-
-#include "MassSystem.h"
-
-thread_local SystemReading* SystemReading::sCurrent = nullptr;
-
-void SystemReading::NoteLeftOut(const MassSystem& system, const MassSystem& sibling) {
-    if (count_++ < kMaxTold) told_.push_back({system.Name(), sibling.Name()});
-}

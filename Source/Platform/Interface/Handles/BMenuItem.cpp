@@ -1,0 +1,145 @@
+#include "Platform/Interface/Handles/BMenuItem.h"
+
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Interface/Canvas/BBitmap.h"
+#include "Platform/Interface/Canvas/PixelImage.h"
+#include "Platform/Interface/Handles/BMenu.h"
+#include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Server/ClassName.h"
+#include "Platform/Interface/Server/KeyCodes.h"
+#include "Platform/Interface/Server/MenuItemPart.h"
+
+namespace {
+
+const ArchivableClass kClass("BMenuItem", BMenuItem::Instantiate);
+
+}  // namespace
+
+BMenuItem::BMenuItem(const char* label, BMessage* message, char shortcut, uint32 modifiers)
+    : BInvoker(message),
+      part_(std::make_shared<MenuItemPart>(false)),
+      label_(label == nullptr ? "" : label),
+      shortcut_(shortcut),
+      modifiers_(modifiers) {}
+
+BMenuItem::BMenuItem(BMenu* submenu, BMessage* message)
+    : BMenuItem(submenu->Name().c_str(), message) {
+    submenu_.reset(submenu);
+}
+
+BMenuItem::BMenuItem(Separator) : part_(std::make_shared<MenuItemPart>(true)) {}
+
+BMenuItem::BMenuItem(Separator, BMessage* archive)
+    : BArchivable(archive), part_(std::make_shared<MenuItemPart>(true)) {}
+
+BMenuItem::BMenuItem(BMessage* archive)
+    : BArchivable(archive), part_(std::make_shared<MenuItemPart>(false)) {
+    if (archive == nullptr) return;
+    archive->FindString("_label", &label_);
+    bool isDisabled = false;
+    archive->FindBool("_disable", &isDisabled);
+    isEnabled_ = !isDisabled;
+    archive->FindBool("_marked", &isMarked_);
+    int32 number = 0;
+    if (archive->FindInt32("_shortcut", &number) == B_OK) shortcut_ = static_cast<char>(number);
+    if (archive->FindInt32("_mods", &number) == B_OK) modifiers_ = static_cast<uint32>(number);
+    BMessage nested;
+    if (archive->FindMessage("_msg", &nested) == B_OK)
+        BInvoker::SetMessage(new BMessage(std::move(nested)));
+    if (archive->FindMessage("_submenu", &nested) == B_OK) {
+        std::unique_ptr<BArchivable> object(instantiate_object(&nested));
+        if (auto* const menu = dynamic_cast<BMenu*>(object.get()); menu != nullptr) {
+            (void)object.release();
+            submenu_.reset(menu);
+        }
+    }
+}
+
+BMenuItem::~BMenuItem() {
+    WindowServer::Queue([part = part_] { part->Remove(); });
+}
+
+BArchivable* BMenuItem::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "BMenuItem") ? new BMenuItem(archive) : nullptr;
+}
+
+status_t BMenuItem::Archive(BMessage* into, bool deep) const {
+    status_t status = BArchivable::Archive(into, deep);
+    if (status == B_OK) status = AddClassName(*this, into);
+    if (status == B_OK && !label_.empty()) status = into->AddString("_label", label_);
+    if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
+    if (status == B_OK && isMarked_) status = into->AddBool("_marked", true);
+    if (status == B_OK && shortcut_ != 0) status = into->AddInt32("_shortcut", shortcut_);
+    if (status == B_OK && modifiers_ != 0)
+        status = into->AddInt32("_mods", static_cast<int32>(modifiers_));
+    if (status == B_OK && Message() != nullptr) status = into->AddMessage("_msg", Message());
+    if (status == B_OK && deep && submenu_ != nullptr) {
+        BMessage archive(B_ARCHIVED_OBJECT);
+        status = submenu_->Archive(&archive, deep);
+        if (status == B_OK) status = into->AddMessage("_submenu", std::move(archive));
+    }
+    return status;
+}
+
+void BMenuItem::SetLabel(const char* label) {
+    label_ = label == nullptr ? "" : label;
+    UpdatePart();
+    if (menu_ != nullptr) menu_->UpdateField();
+}
+
+void BMenuItem::SetEnabled(bool isEnabled) {
+    isEnabled_ = isEnabled;
+    UpdatePart();
+}
+
+void BMenuItem::SetMarked(bool isMarked) {
+    isMarked_ = isMarked;
+    if (menu_ != nullptr) {
+        if (isMarked && menu_->IsRadioMode()) menu_->UnmarkOthers(this);
+        menu_->UpdateField();
+    }
+    UpdatePart();
+}
+
+char BMenuItem::Shortcut(uint32* modifiers) const {
+    if (modifiers != nullptr) *modifiers = modifiers_;
+    return shortcut_;
+}
+
+void BMenuItem::SetShortcut(char shortcut, uint32 modifiers) {
+    shortcut_ = shortcut;
+    modifiers_ = modifiers;
+    UpdatePart();
+}
+
+void BMenuItem::SetIcon(const BBitmap* icon, const BBitmap* fine) {
+    WindowServer::Queue([part = part_, image = ToImage(icon), fineImage = ToImage(fine)] {
+        part->SetIcon(image, fineImage);
+    });
+}
+
+void BMenuItem::UpdatePart() {
+    if (menu_ == nullptr) return;
+    const MenuItemPart::Look look{ToLabel(label_),
+                                  ToSequence(static_cast<uint8>(shortcut_), modifiers_),
+                                  isEnabled_,
+                                  isMarked_,
+                                  isMarked_ || menu_->IsRadioMode(),
+                                  menu_->IsRadioMode()};
+    WindowServer::Queue([part = part_, look] { part->SetLook(look); });
+}
+
+status_t BMenuItem::Invoke(const BMessage* message) {
+    if (message == nullptr) message = Message();
+    if (message == nullptr) return B_BAD_VALUE;
+    BMessage copy(*message);
+    copy.AddInt64("when", system_time());
+    copy.AddPointer("source", this);
+    copy.AddInt32("index", menu_ == nullptr ? -1 : menu_->IndexOf(this));
+    return BInvoker::Invoke(&copy);
+}
+
+BMessenger BMenuItem::DefaultTarget() const {
+    BWindow* const window = menu_ == nullptr ? nullptr : menu_->Window();
+    return window == nullptr ? BMessenger{} : BMessenger(static_cast<BHandler*>(window));
+}

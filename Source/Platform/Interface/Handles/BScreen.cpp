@@ -1,0 +1,20 @@
+#include "Platform/Interface/Handles/BScreen.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Server/WindowPart.h"
+#include "Platform/Interface/Server/WindowServer.h"
+
+BScreen::BScreen(const BWindow* window) {
+    const auto part = window == nullptr ? nullptr : window->Part();
+    frame_ = WindowServer::Ask([part] {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        if (part != nullptr && part->Widget() != nullptr) screen = part->Widget()->screen();
+        if (screen == nullptr) return BRect{};
+        const QRect rect = screen->geometry();
+        return BRect{static_cast<float>(rect.left()), static_cast<float>(rect.top()),
+                     static_cast<float>(rect.right()), static_cast<float>(rect.bottom())};
+    });
+}

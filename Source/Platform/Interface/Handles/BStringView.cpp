@@ -1,0 +1,87 @@
+#include "Platform/Interface/Handles/BStringView.h"
+
+#include <QLabel>
+
+#include "Platform/Interface/Server/Mnemonics.h"
+#include "Platform/Interface/Server/ViewPart.h"
+
+namespace {
+
+class StringPart : public ViewPart {
+public:
+    explicit StringPart(std::string text) : text_(std::move(text)) {}
+
+protected:
+    QWidget* Make() override {
+        auto* const label = new QLabel(ToText(text_));
+        label->setTextFormat(Qt::PlainText);
+        return label;
+    }
+
+private:
+    const std::string text_;
+};
+
+// What takes the keyboard: the widget, or the first one in it.
+QWidget* FieldIn(QWidget* widget) {
+    const auto takesKeyboard = [](const QWidget* candidate) {
+        return (candidate->focusPolicy() & Qt::TabFocus) != 0;
+    };
+    if (takesKeyboard(widget)) return widget;
+    for (QWidget* const child : widget->findChildren<QWidget*>())
+        if (takesKeyboard(child)) return child;
+    return nullptr;
+}
+
+std::string StringOf(const char* text) {
+    return text == nullptr ? "" : text;
+}
+
+}  // namespace
+
+BStringView::BStringView(const char* name, const char* text)
+    : BView(name, std::make_shared<StringPart>(StringOf(text))), text_(StringOf(text)) {}
+
+void BStringView::SetText(const char* text) {
+    if (text_ == StringOf(text)) return;
+    text_ = StringOf(text);
+    ChangeWidget<QLabel>(Part(), [text = text_](QLabel& label) {
+        if (label.buddy() == nullptr) return label.setText(ToText(text));
+        label.setText(ToLabel(text));
+        MarkAgain(label);
+    });
+}
+
+void BStringView::SetField(const BView& field) {
+    ChangeWidget<QLabel>(Part(), [text = ToLabel(text_), part = field.Part()](QLabel& label) {
+        if (part->Widget() == nullptr) return;
+        label.setText(text);
+        label.setBuddy(FieldIn(part->Widget()));
+    });
+}
+
+void BStringView::SetWrapped(bool isWrapped) {
+    ChangeWidget<QLabel>(Part(), [=](QLabel& label) { label.setWordWrap(isWrapped); });
+}
+
+void BStringView::LimitWidth(float width) {
+    ChangeWidget<QLabel>(Part(), [width = static_cast<int>(width)](QLabel& label) {
+        if (label.sizeHint().width() <= width) return;
+        label.setWordWrap(true);
+        label.setMinimumSize(width, label.heightForWidth(width));
+    });
+}
+
+void BStringView::SetSelectable(bool isSelectable) {
+    ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
+        label.setTextInteractionFlags(isSelectable
+                                          ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
+                                          : Qt::NoTextInteraction);
+    });
+}
+
+void BStringView::SetRightAligned(bool isRightAligned) {
+    ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
+        label.setAlignment((isRightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    });
+}

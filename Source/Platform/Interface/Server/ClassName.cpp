@@ -1,0 +1,18 @@
+#include "Platform/Interface/Server/ClassName.h"
+
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <memory>
+#include <typeinfo>
+
+#include "Platform/Application/BMessage.h"
+
+status_t AddClassName(const BArchivable& object, BMessage* into) {
+    if (into == nullptr) return B_BAD_VALUE;
+    if (into->HasName("class")) return B_OK;
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(typeid(object).name(), nullptr, nullptr, &status), &std::free);
+    return status == 0 ? into->AddString("class", name.get()) : B_ERROR;
+}

@@ -1,0 +1,234 @@
+#include "Simulation/Document/SimulationController.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <set>
+
+#include "Model/Commands/SystemFactories.h"
+#include "Simulation/Document/BodyColors.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
+
+namespace {
+
+double Length(ThreeVector v) {
+    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
+
+class SimulationControllerTest : public testing::Test {
+protected:
+    SimulationControllerTest() { EXPECT_FALSE(document_.Load(PlanetRecord()).Failed()); }
+
+    EpochPortal* Portal() { return document_.Portal(); }
+    AbEpoch* Focus() { return Portal()->FocusEpoch(); }
+    std::size_t CountBodies() { return Portal()->BodiesInMassOrder().size(); }
+    BMessage Archive() {
+        BMessage archive;
+        EXPECT_EQ(Focus()->RootSystem()->Archive(&archive), B_OK);
+        return archive;
+    }
+
+    ProgramResources resources_;
+    SimulationDocument document_{nullptr};
+    RunControlView view_;
+    RunControl run_{Portal(), document_.GetCalculator(), &view_};
+    SimulationController controller_{&document_, &run_, &resources_};
+};
+
+TEST_F(SimulationControllerTest, NewBodiesAreDistinctTouchNothingAndStayInOrbit) {
+    const std::size_t before = CountBodies();
+    const BMessage archive = Archive();
+    for (int i = 0; i < 12; i++)
+        controller_.CreateBody();
+    const std::vector<Body*> bodies = Portal()->BodiesInMassOrder();
+    ASSERT_EQ(bodies.size(), before + 12);
+
+    std::set<std::string> names;
+    std::set<int64> ids;
+    for (const Body* body : bodies) {
+        names.insert(body->Name());
+        ids.insert(body->ID());
+        for (const Body* other : bodies)
+            EXPECT_TRUE(other == body || Length(body->Position() - other->Position()) >
+                                             body->Radius() + other->Radius());
+    }
+    EXPECT_EQ(names.size(), bodies.size());
+    EXPECT_EQ(ids.size(), bodies.size());
+
+    const Body* heaviest = bodies.front();
+    const MassSystem* newest = Portal()->FocusSystem();
+    const double distance = Length(newest->Position() - heaviest->Position());
+    const double speed = Length(newest->Velocity() - heaviest->Velocity());
+    EXPECT_NEAR(speed * speed * distance / (heaviest->M() + newest->M()), 1.0, 1e-12);
+
+    while (controller_.Undo()) {
+    }
+    EXPECT_TRUE(archive == Archive());
+}
+
+TEST_F(SimulationControllerTest, NewBodiesAreShownInTheUnitsBeforeTheUsersEyes) {
+    MassSystem* const before = Portal()->FocusSystem();
+    before->SetPositionUval(1000.0);
+    before->SetSpeedUval(1000.0);
+    controller_.CreateBody();
+    const MassSystem* const newest = Portal()->FocusSystem();
+    ASSERT_NE(newest, before);
+    EXPECT_EQ(newest->PositionUval(), 1000.0);
+    EXPECT_EQ(newest->SpeedUval(), 1000.0);
+    EXPECT_EQ(newest->M() / newest->MassUval(), 1.0);
+}
+
+TEST_F(SimulationControllerTest, NewBodyInAnEmptyDocumentRestsAtTheOrigin) {
+    Epoch empty;
+    ASSERT_FALSE(document_.Load(RecordOf({&empty})).Failed());
+    controller_.CreateBody();
+    ASSERT_EQ(CountBodies(), 1u);
+    EXPECT_EQ(Portal()->FocusSystem()->Position(), ThreeVector{});
+}
+
+TEST_F(SimulationControllerTest, NewBodiesNeverRunOutOfIdentifiersAndNames) {
+    Focus()->RootSystem()->AddChild(MakeBody("Last", kMaxSystemID, 0, {9e11, 0, 0}, {}).release());
+    document_.SetNextBodyNameIndex(std::numeric_limits<int32>::max());
+    std::set<int64> ids;
+    for (int i = 0; i < 3; i++) {
+        controller_.CreateBody();
+        ids.insert(Portal()->FocusSystem()->ID());
+    }
+    EXPECT_EQ(ids, (std::set<int64>{4, 5, 6})) << "the gaps";
+    EXPECT_EQ(document_.NextBodyNameIndex(), 2);
+}
+
+TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
+    const BMessage before = Archive();
+    ASSERT_TRUE(controller_.ToCenterOfMass());
+    const MassSystem* root = Focus()->RootSystem();
+    EXPECT_LT(Length(root->Position()), 1e-3);
+    EXPECT_LT(Length(root->Velocity()), 1e-9);
+    EXPECT_TRUE(controller_.Undo());
+    EXPECT_FALSE(controller_.Undo());
+    EXPECT_TRUE(before == Archive());
+}
+
+TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {
+    run_.TogglePause();
+    AbEpoch* const running = Focus();
+    controller_.DupCurrentEpoch();
+    EXPECT_EQ(run_.PauseCount(), 0);
+    EXPECT_EQ(Focus()->Parent(), running);
+    EXPECT_FALSE(running->Writeable());
+    EXPECT_NE(running->CalculatorState(), nullptr);
+    run_.TogglePause();
+    EXPECT_GE(Focus()->Time(), running->Time());
+}
+
+TEST_F(SimulationControllerTest, EditsThatChangeNothingAreNoSteps) {
+    const auto first = MakePlanetEpoch("A");
+    const auto last = MakePlanetEpoch("B");
+    BMessage record = RecordOf({first.get(), last.get()});
+    record.AddInt32("Cur Epoch", 1);
+    ASSERT_FALSE(document_.Load(record).Failed());
+    Focus()->SetWriteable(false);
+    // In focus, with none after it; one that is gone; no such system, in a record.
+    EXPECT_FALSE(controller_.DeleteEpoch(Focus()));
+    const auto gone = MakePlanetEpoch("C");
+    EXPECT_FALSE(controller_.DeleteEpoch(gone.get()));
+    controller_.EditEpoch(gone.get());
+    controller_.DeleteBody(12345);
+    controller_.DeleteBody(kRootSystemID);
+    EXPECT_EQ(Outline(document_.Root()), "A B");
+    EXPECT_FALSE(document_.GetUndoChain()->CanUndo());
+    EXPECT_TRUE(document_.GetUndoChain()->IsSaved());
+
+    EXPECT_TRUE(controller_.DeleteEpoch(document_.Root()->ChildAt(0)));
+    EXPECT_EQ(Outline(document_.Root()), "B");
+    EXPECT_FALSE(document_.GetUndoChain()->IsSaved());
+}
+
+TEST_F(SimulationControllerTest, EditsDuringARunAreUndoneInACopyOfItsRecord) {
+    const auto rename = [&](const char* name) {
+        CommitEntry(Portal(), NameFactory(0), std::string(name));
+    };
+    const auto starName = [&] { return Focus()->SystemFromID(0)->Name(); };
+    const std::string old = starName();
+    run_.TogglePause();
+    rename("First");
+    CommitEntry(Portal(), SystemQuantityFactory(SystemQuantityFactory::Quantity::kMass, 0),
+                DimValue(kSunGM / 2.0, 1.0));
+    rename("Second");
+    run_.TogglePause();
+    AbEpoch* const record = Focus();
+    const BMessage content = Archive();
+    const std::string tree = "Genesis(Genesis(Genesis))";
+
+    ASSERT_TRUE(controller_.Undo());
+    AbEpoch* const copy = Focus();
+    EXPECT_EQ(copy->Parent(), record);
+    EXPECT_TRUE(copy->Writeable());
+    EXPECT_EQ(starName(), "First");
+    ASSERT_TRUE(controller_.Undo());
+    ASSERT_TRUE(controller_.Undo());
+    EXPECT_EQ(Focus(), copy);
+    EXPECT_EQ(starName(), old);
+    EXPECT_EQ(Focus()->SystemFromID(0)->M(), kSunGM);
+    EXPECT_EQ(Outline(document_.Root()), tree);
+
+    // The run itself, and all of it again: what was undone is undone still.
+    ASSERT_TRUE(controller_.Undo());
+    EXPECT_EQ(Outline(document_.Root()), "Genesis");
+    ASSERT_TRUE(controller_.Redo());
+    EXPECT_EQ(Focus(), copy);
+    for (int i = 0; i < 3; i++)
+        ASSERT_TRUE(controller_.Redo());
+    EXPECT_EQ(Focus(), record);
+    EXPECT_EQ(Outline(document_.Root()), "Genesis(Genesis)");
+    EXPECT_EQ(Archive(), content);
+
+    ASSERT_TRUE(controller_.Undo());
+    EXPECT_EQ(Focus(), copy);
+    EXPECT_EQ(starName(), "First");
+    EXPECT_EQ(Outline(document_.Root()), tree);
+    BMessage kept;
+    EXPECT_EQ(record->RootSystem()->Archive(&kept), B_OK);
+    EXPECT_EQ(kept, content);
+}
+
+TEST(BodyColorsTest, ColoursStandOutOnTheSkyAndAvoidThoseInUse) {
+    const rgb_color sky{8, 8, 16, 255};
+    std::vector<rgb_color> inUse;
+    for (int32 i = 0; i < 6; i++) {
+        const rgb_color color = BodyColors::Next(0, inUse);
+        EXPECT_GT(BodyColors::Distance(color, sky), 250.0);
+        for (const rgb_color used : inUse)
+            EXPECT_GE(BodyColors::Distance(color, used), 120.0);
+        inUse.push_back(color);
+    }
+    // With every colour taken the sequence simply goes on.
+    for (int32 i = 0; i < 200; i++)
+        inUse.push_back(BodyColors::At(i));
+    EXPECT_EQ(BodyColors::Next(5, inUse), BodyColors::At(5));
+}
+
+// Resumed it would find the same bodies again, for ever.
+TEST_F(SimulationControllerTest, ARunIsPausedWhereBodiesTouchThatCannotBeMerged) {
+    Portal()->WriteLock();
+    for (const int64 id : {0, 1})
+        Focus()->SystemFromID(id)->SetRadius(1e120);
+    Portal()->WriteUnlock();
+    BMessage touching(FourCC("clsn"));
+    touching.AddInt64("p", 1);
+    touching.AddInt64("q", 0);
+    run_.UnPause();
+    int told = 0;
+    const MergeResult result =
+        controller_.Collide(touching, [&told](const MergeResult&) { told++; });
+    EXPECT_TRUE(result.unmerged);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(run_.PauseCount(), 1);
+    EXPECT_TRUE(run_.UserPaused());
+    EXPECT_EQ(CountBodies(), 4u);
+}
+
+}  // namespace
