@@ -10,6 +10,7 @@
 struct RunRecord {
     BMessage calculator;   // TaylorCalculator::ArchiveRun
     int64 steps = 0;       // taken until now
+    int64 reports = 0;     // made until now
     double seconds = 0.0;  // of real time that they took
     RunGoal goal;
     bool stopsAtCollision = false;

@@ -224,7 +224,7 @@ void Runner::BeginReports(const SystemState& state) {
         csv_ = std::make_unique<CsvWriter>(&csvFile_, state);
         recorder_.SetWriter(csv_.get(), &csvFile_, options_.every);
     }
-    recorder_.Begin(state, run_.steps);
+    recorder_.Begin(state, run_.reports, run_.steps);
     begin_ = Clock::now();
 }
 
@@ -302,6 +302,7 @@ DocumentError Runner::StoreRun(BMessage* record) {
     static_cast<void>(StartConserved());
     RunRecord now = run_;
     now.steps = recorder_.Steps();
+    now.reports = recorder_.Reports();
     now.seconds = Seconds();
     EpochPortal* const portal = document_.Portal();
     auto state = std::make_unique<BMessage>();
@@ -444,6 +445,7 @@ RunSummary Runner::Summarize() {
     summary.startTime = run_.startTime;
     summary.endTime = end.time;
     summary.steps = recorder_.Steps();
+    summary.reports = recorder_.Reports();
     summary.seconds = seconds_;
     summary.bodies = end.CountBodies();
     summary.massiveBodies = end.CountMassive();
