@@ -23,6 +23,11 @@ BMessage ArchiveOf(const BArchivable& object) {
 
 }  // namespace
 
+std::unique_ptr<BMenu> MakeMenu(const BMessage& archive) {
+    BMessage copy(archive);
+    return InstantiateAs<BMenu>(&copy);
+}
+
 MenuArchives::MenuArchives(const InterfaceTexts& texts, const UnitTable& mass,
                            const UnitTable& distance, const UnitTable& speed, const UnitTable& time,
                            const std::vector<Example>& examples)

@@ -2,13 +2,18 @@
 // once at start, read-only afterwards, when any thread may call.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "Interface Widgets/ExampleMenu.h"
 #include "Platform/Application/BMessage.h"
 
+class BMenu;
 class InterfaceTexts;
 class UnitTable;
+
+// Null when it is no menu's record.
+[[nodiscard]] std::unique_ptr<BMenu> MakeMenu(const BMessage& archive);
 
 class MenuArchives {
 public:

@@ -14,10 +14,8 @@ constexpr int32 kColumns = 5;  // "AU/dy"
 
 BMenuField* MakeUnitField(const BMessage& archive, const char* label) {
     BMessage copy(archive);
-    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
-    auto* const field = dynamic_cast<BMenuField*>(object.get());
+    auto* const field = InstantiateAs<BMenuField>(&copy).release();
     if (field == nullptr) return nullptr;
-    (void)object.release();
     field->SetColumns(kColumns);
     field->SetAccessibleName(label);
     // The first unit is marked until another one is asked for.

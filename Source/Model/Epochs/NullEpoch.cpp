@@ -1,13 +1,11 @@
 #include "Model/Epochs/NullEpoch.h"
 
 #include <limits>
-#include <memory>
 
 #include "Platform/Application/BMessage.h"
 
 BArchivable* NullEpoch::Instantiate(BMessage* archive) {
-    std::unique_ptr<BArchivable> object(instantiate_object(archive));
-    return dynamic_cast<NullEpoch*>(object.get()) ? object.release() : nullptr;
+    return InstantiateAs<NullEpoch>(archive).release();
 }
 
 int32 NullEpoch::Circumstance() const {

@@ -14,8 +14,7 @@ NullMassSystem::NullMassSystem() : MassSystem(kNoSystemID) {}
 NullMassSystem::NullMassSystem(BMessage* archive) : MassSystem(archive) {}
 
 BArchivable* NullMassSystem::Instantiate(BMessage* archive) {
-    std::unique_ptr<BArchivable> object(instantiate_object(archive));
-    return dynamic_cast<NullMassSystem*>(object.get()) ? object.release() : nullptr;
+    return InstantiateAs<NullMassSystem>(archive).release();
 }
 
 ThreeVector NullMassSystem::Position() const {

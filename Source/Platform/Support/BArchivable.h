@@ -2,6 +2,7 @@
 // The registry of classes is filled before main() and read-only afterwards: any thread may call.
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 #include "Platform/Support/SupportDefs.h"
@@ -31,6 +32,15 @@ using instantiation_func = BArchivable* (*)(BMessage*);
 // A new object (the caller owns it) of the class that item 0 of "class" names; null when the record
 // names no registered class, or when that class refuses it.
 [[nodiscard]] BArchivable* instantiate_object(BMessage* archive);
+
+// The same; null also when the object is no T.
+template <typename T>
+[[nodiscard]] std::unique_ptr<T> InstantiateAs(BMessage* archive) {
+    std::unique_ptr<BArchivable> object(instantiate_object(archive));
+    auto* const wanted = dynamic_cast<T*>(object.get());
+    if (wanted != nullptr) static_cast<void>(object.release());
+    return std::unique_ptr<T>(wanted);
+}
 
 // One static object of this kind beside each archivable class enters it into the registry.
 class ArchivableClass {

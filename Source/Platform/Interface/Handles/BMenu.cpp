@@ -56,11 +56,8 @@ void BMenu::ReadArchive(BMessage* archive) {
     if (isDisabled) SetEnabled(false);
     BMessage nested;
     for (int32 i = 0; archive->FindMessage("_items", i, &nested) == B_OK; i++) {
-        std::unique_ptr<BArchivable> object(instantiate_object(&nested));
-        auto* const item = dynamic_cast<BMenuItem*>(object.get());
-        if (item == nullptr) continue;
-        (void)object.release();
-        BMenu::AddItem(item, CountItems());
+        if (auto item = InstantiateAs<BMenuItem>(&nested))
+            BMenu::AddItem(item.release(), CountItems());
     }
 }
 

@@ -81,11 +81,9 @@ BMenuField::BMenuField(BMessage* archive) : BView(archive, std::make_shared<Fiel
     if (isDisabled) SetEnabled(false);
     BMessage nested;
     if (archive->FindMessage("_menu", &nested) != B_OK) return;
-    std::unique_ptr<BArchivable> object(instantiate_object(&nested));
-    auto* const menu = dynamic_cast<BMenu*>(object.get());
+    auto menu = InstantiateAs<BMenu>(&nested);
     if (menu == nullptr) return;
-    (void)object.release();
-    Adopt(menu);
+    Adopt(menu.release());
     ShowMenu();
 }
 
