@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "Model/Epochs/EpochLimits.h"
 #include "Run/EditText.h"
 #include "Run/OutputFile.h"
 #include "Run/RunPainter.h"
@@ -14,9 +15,6 @@
 
 namespace {
 
-constexpr double kMaxCutoff = 0.001;
-constexpr int32 kMinOrder = 2;
-constexpr int32 kMaxOrder = 4;
 constexpr int32 kMaxThreads = 1024;
 constexpr int32 kMinPixels = 16;
 constexpr int32 kMaxPixels = 16384;
@@ -126,7 +124,7 @@ bool SetThreads(Value value, const ProgramResources&, Options* options) {
 
 bool SetCutoff(Value value, const ProgramResources&, Options* options) {
     double& cutoff = options->cutoff.emplace();
-    return ParseNumber(value, &cutoff) && cutoff > 0.0 && cutoff < kMaxCutoff;
+    return ParseNumber(value, &cutoff) && IsCutoff(cutoff);
 }
 
 bool SetDuration(Value value, const ProgramResources& resources, Options* options) {

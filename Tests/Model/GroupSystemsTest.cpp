@@ -82,7 +82,7 @@ TEST_F(GroupSystemsTest, GroupsNestAsDeeplyAsADocumentHoldsThem) {
     for (int64 outermost = 0; obstacle({outermost}) == Obstacle::kNone; outermost = id++)
         ExecuteFiled(&portal_, std::make_unique<GroupSystemsCommand>(
                                    &portal_, std::vector{outermost}, "new", id));
-    EXPECT_EQ(id - 100, CompositeSystem::kMaxNesting - 1);
+    EXPECT_EQ(id - 100, kMaxGroupNesting - 1);
     EXPECT_EQ(obstacle({0}), Obstacle::kTooDeep);
     EXPECT_EQ(obstacle({4}), Obstacle::kNone);
 

@@ -174,9 +174,9 @@ TEST(CompositeSystem, ReadingDropsTooDeepNesting) {
     }
     const auto system = Restored(&record);
     ASSERT_NE(system, nullptr);
-    EXPECT_EQ(system->MaxSystemID(), 1 + CompositeSystem::kMaxNesting);
+    EXPECT_EQ(system->MaxSystemID(), 1 + kMaxGroupNesting);
     // And the limit is per archive, not used up.
-    EXPECT_EQ(Restored(&record)->MaxSystemID(), 1 + CompositeSystem::kMaxNesting);
+    EXPECT_EQ(Restored(&record)->MaxSystemID(), 1 + kMaxGroupNesting);
 }
 
 TEST(CompositeSystem, AlternatingClassesCannotExhaustTheStack) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numbers>
 
+#include "Model/Epochs/EpochLimits.h"
+
 namespace {
 
 // Deeper than anybody needs, and shallow enough for a reader that recurses.
@@ -46,7 +48,8 @@ const ExampleParser::Statement ExampleParser::kStatements[] = {
     {"see", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.see.emplace_back()); }},
     {"time", kAnywhere, [](auto& p) { return p.ReadTime(); }},
     {"cutoff", kAnywhere, [](auto& p) { return p.ReadCutoff(); }},
-    {"order", kAnywhere, [](auto& p) { return p.line_.ReadCount(2, 4, &p.text_.order); }},
+    {"order", kAnywhere,
+     [](auto& p) { return p.line_.ReadCount(kMinOrder, kMaxOrder, &p.text_.order); }},
     {"centred", kAnywhere, [](auto& p) { return p.ReadCentred(); }},
     {"natural", kAnywhere, [](auto& p) { return p.ReadNatural(); }},
     {"picture", kAnywhere, [](auto& p) { return p.ReadPicture(); }},
@@ -128,7 +131,7 @@ bool ExampleParser::ReadTime() {
 
 bool ExampleParser::ReadCutoff() {
     if (!line_.ReadNumber(&text_.cutoff)) return false;
-    return (text_.cutoff > 0.0 && text_.cutoff < 0.001) ||
+    return IsCutoff(text_.cutoff) ||
            line_.Fail("the cutoff must be more than 0 and less than 0.001");
 }
 

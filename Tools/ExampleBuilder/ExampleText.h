@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
@@ -53,8 +54,8 @@ struct ExampleText {
     std::string epochName;
     double time = 0.0;
     double timeUnit = 0.0;
-    double cutoff = 1e-11;
-    int32 order = 4;
+    double cutoff = kDefaultCutoff;
+    int32 order = kDefaultOrder;
     bool centred = true;  // the centre of mass is put at the origin when a run starts
     std::string focus;    // empty: the first system
     int focusLine = 0;

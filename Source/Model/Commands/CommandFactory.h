@@ -10,7 +10,7 @@
 
 #include "Model/Commands/LCommand.h"
 #include "Model/Sharing/EpochPortal.h"
-#include "Model/Units/DimVector.h"
+#include "Model/Units/DimValue.h"
 
 template <typename Value>
 class CommandFactory {

@@ -36,13 +36,11 @@ std::unique_ptr<LCommand> EpochTimeFactory::MakeCommand(EpochPortal* portal,
 }
 
 EpochPropertyFactory<double> CutoffFactory() {
-    return {&AbEpoch::Cutoff, &AbEpoch::SetCutoff,
-            [](double cutoff) { return cutoff > 0.0 && cutoff < 0.001; }, kCommandSetCutoff};
+    return {&AbEpoch::Cutoff, &AbEpoch::SetCutoff, IsCutoff, kCommandSetCutoff};
 }
 
 EpochPropertyFactory<int32> OrderFactory() {
-    return {&AbEpoch::Order, &AbEpoch::SetOrder,
-            [](int32 order) { return order >= 2 && order <= 4; }, kCommandSetOrder};
+    return {&AbEpoch::Order, &AbEpoch::SetOrder, IsOrder, kCommandSetOrder};
 }
 
 EpochPropertyFactory<bool> COMOnGoFactory() {

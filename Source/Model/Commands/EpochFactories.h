@@ -49,9 +49,8 @@ private:
     CommandName name_;
 };
 
-// 0 < cutoff < 0.001.
+// These accept what EpochLimits.h tells.
 EpochPropertyFactory<double> CutoffFactory();
-// 2, 3 or 4.
 EpochPropertyFactory<int32> OrderFactory();
 EpochPropertyFactory<bool> COMOnGoFactory();
 

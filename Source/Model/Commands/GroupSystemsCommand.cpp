@@ -72,7 +72,7 @@ MassSystem* GroupSystemsCommand::PlaceFor(const Systems& members) {
 bool GroupSystemsCommand::FitsInto(const MassSystem* place, const Systems& members) {
     const int32 memberDepth = DepthOf(place) + 2;
     return std::ranges::all_of(members, [=](const MassSystem* member) {
-        return memberDepth + HeightOf(member) <= CompositeSystem::kMaxNesting;
+        return memberDepth + HeightOf(member) <= kMaxGroupNesting;
     });
 }
 

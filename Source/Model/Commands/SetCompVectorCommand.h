@@ -11,7 +11,7 @@
 
 #include "Model/Commands/FocusEpochCommand.h"
 #include "Model/Systems/MassSystem.h"
-#include "Model/Units/DimVector.h"
+#include "Model/Units/DimValue.h"
 
 // The vector quantities of a mass system.
 struct VectorQuantity {

@@ -5,11 +5,11 @@
 
 #include <string>
 
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Support/BArchivable.h"
 #include "Platform/Support/Errors.h"
 
-inline constexpr double kDefaultCutoff = 1e-11;
 // The circumstance of an epoch whose origin nobody recorded; an opaque tag, like all others.
 inline constexpr int32 kUnknownCircumstance = 8;
 
@@ -52,7 +52,7 @@ public:
     virtual double TimeUval() const = 0;
     virtual void SetTimeUval(double uval) = 0;
     virtual double Cutoff() const = 0;
-    // Ignored unless 0 < cutoff < 0.001.
+    // Ignored unless IsCutoff.
     virtual void SetCutoff(double cutoff) = 0;
     virtual int32 Order() const = 0;
     virtual void SetOrder(int32 order) = 0;

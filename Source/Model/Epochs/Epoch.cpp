@@ -2,17 +2,19 @@
 
 #include <algorithm>
 
-#include "Model/Systems/ArchiveFields.h"
 #include "Model/Systems/CompositeSystem.h"
 #include "Model/Units/DefaultUnits.h"
 #include "Model/Units/DimValue.h"
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
 constexpr char kClassName[] = "Epoch";
-constexpr double kMaxCutoff = 0.001;
-constexpr int32 kDefaultOrder = 4;
+constexpr const char* kNameField = "Epoch Name";
+constexpr const char* kRootField = "Root";
+constexpr const char* kChildrenField = "Children";
+constexpr const char* kStateField = "Calc";
 constexpr int32 kFreshCircumstance = 1;
 
 const ArchivableClass kEpochClass(kClassName, Epoch::Instantiate);
@@ -24,12 +26,33 @@ std::unique_ptr<CompositeSystem> NewRootSystem() {
 
 }  // namespace
 
+struct Epoch::Fields {
+    static constexpr FieldTable kTable{
+        Field<&Epoch::name_>{.name = kNameField,
+                             .meaning = "its own name, unless it has its parent's",
+                             .isWritten = [](const Epoch& epoch) { return !epoch.nameFromParent_; },
+                             .whenMissing = "empty"},
+        Field<&Epoch::time_>{"Time", "s", 0.0},
+        Field<&Epoch::timeUval_>{"T Uval", "unit of times, s", &TIME_UVAL_PREF, IsValidUval},
+        Field<&Epoch::circumstance_>{"Reason", "a tag, kept as it is; new epochs have 1",
+                                     kUnknownCircumstance},
+        Field<&Epoch::cutoff_>{
+            "Cutoff",
+            "corrections smaller than this are ignored; between 0 and 0.001, both excluded",
+            kDefaultCutoff, IsCutoff},
+        Field<&Epoch::order_>{"Order", "order of the series: 2, 3 or 4", kDefaultOrder},
+        Field<&Epoch::comOnGo_>{"COM on Go", "a run first puts the centre of mass at the origin",
+                                true},
+        Field<&Epoch::writeable_>{"Writ", "writeable", false},
+        Field<&Epoch::nameFromParent_>{
+            .name = "N Inh",
+            .meaning = "the name is the parent's, even where there is one of its own",
+            .whenMissing = "true without a name of its own"},
+    };
+};
+
 Epoch::Epoch()
-    : root_(NewRootSystem()),
-      circumstance_(kFreshCircumstance),
-      timeUval_(TIME_UVAL_PREF),
-      cutoff_(kDefaultCutoff),
-      order_(kDefaultOrder) {}
+    : root_(NewRootSystem()), circumstance_(kFreshCircumstance), timeUval_(TIME_UVAL_PREF) {}
 
 Epoch::Epoch(const Epoch& other)
     : AbEpoch(other),
@@ -50,22 +73,12 @@ Epoch::Epoch(BMessage* archive) : Epoch(archive, WithoutChildren{}) {
 }
 
 Epoch::Epoch(BMessage* archive, WithoutChildren)
-    : AbEpoch(archive),
-      root_(ReadRootSystem(archive)),
-      circumstance_(FieldOr(archive, &BMessage::FindInt32, "Reason", kUnknownCircumstance)),
-      time_(FieldOr(archive, &BMessage::FindDouble, "Time", 0.0)),
-      timeUval_(TIME_UVAL_PREF),
-      cutoff_(kDefaultCutoff),
-      order_(FieldOr(archive, &BMessage::FindInt32, "Order", kDefaultOrder)),
-      comOnGo_(FieldOr(archive, &BMessage::FindBool, "COM on Go", true)),
-      writeable_(FieldOr(archive, &BMessage::FindBool, "Writ", false)) {
-    SetTimeUval(FieldOr(archive, &BMessage::FindDouble, "T Uval", timeUval_));
-    SetCutoff(FieldOr(archive, &BMessage::FindDouble, "Cutoff", cutoff_));
+    : AbEpoch(archive), root_(ReadRootSystem(archive)), timeUval_(TIME_UVAL_PREF) {
     std::string ownName;
-    if (archive->FindString("Epoch Name", &ownName) == B_OK) SetName(std::move(ownName));
-    nameFromParent_ = FieldOr(archive, &BMessage::FindBool, "N Inh", nameFromParent_);
+    nameFromParent_ = archive->FindString(kNameField, &ownName) != B_OK;
+    Fields::kTable.Read(*archive, this);
     auto state = std::make_unique<BMessage>();
-    if (archive->FindMessage("Calc", state.get()) == B_OK) calculatorState_ = std::move(state);
+    if (archive->FindMessage(kStateField, state.get()) == B_OK) calculatorState_ = std::move(state);
 }
 
 Epoch::~Epoch() {
@@ -78,12 +91,8 @@ BArchivable* Epoch::Instantiate(BMessage* archive) {
 
 std::unique_ptr<MassSystem> Epoch::ReadRootSystem(BMessage* archive) {
     BMessage record;
-    if (archive->FindMessage("Root", &record) == B_OK) {
-        std::unique_ptr<BArchivable> object(instantiate_object(&record));
-        if (auto* system = dynamic_cast<MassSystem*>(object.get())) {
-            static_cast<void>(object.release());
-            return std::unique_ptr<MassSystem>(system);
-        }
+    if (archive->FindMessage(kRootField, &record) == B_OK) {
+        if (auto system = InstantiateAs<MassSystem>(&record)) return system;
         return NewRootSystem();
     }
     // The older layout: the bodies stand in the epoch's own record.
@@ -116,11 +125,11 @@ void Epoch::ReadChildren(const BMessage& archive, const Maker& make) {
         unread.pop_back();
         type_code type = 0;
         int32 count = 0;
-        if (next.record.GetInfo("Children", &type, &count) != B_OK || type != B_MESSAGE_TYPE)
+        if (next.record.GetInfo(kChildrenField, &type, &count) != B_OK || type != B_MESSAGE_TYPE)
             continue;
         for (int32 i = 0; i < count; i++) {
             BMessage record;
-            const status_t status = next.record.FindMessage("Children", i, &record);
+            const status_t status = next.record.FindMessage(kChildrenField, i, &record);
             std::unique_ptr<Epoch> child = make(&record, status);
             if (!child) continue;
             child->parent_ = next.epoch;
@@ -155,7 +164,7 @@ status_t Epoch::Archive(BMessage* into, bool deep) const {
                 // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage)
                 status = child.Archive(&record, true);
                 if (status == B_OK)
-                    status = innermostRecord()->AddMessage("Children", std::move(record));
+                    status = innermostRecord()->AddMessage(kChildrenField, std::move(record));
             }
             continue;
         }
@@ -163,32 +172,31 @@ status_t Epoch::Archive(BMessage* into, bool deep) const {
         if (open.size() == 1) break;
         BMessage finished = std::move(open.back().record);
         open.pop_back();
-        if (status == B_OK) status = innermostRecord()->AddMessage("Children", std::move(finished));
+        if (status == B_OK)
+            status = innermostRecord()->AddMessage(kChildrenField, std::move(finished));
     }
     return status;
 }
 
 status_t Epoch::ArchiveBeforeChildren(BMessage* into) const {
-    status_t status = B_OK;
-    if (!nameFromParent_) status = into->AddString("Epoch Name", name_);
-    if (status == B_OK) status = into->AddDouble("Time", time_);
-    if (status == B_OK) status = into->AddDouble("T Uval", timeUval_);
-    if (status == B_OK) status = into->AddInt32("Reason", circumstance_);
-    if (status == B_OK) status = into->AddDouble("Cutoff", cutoff_);
-    if (status == B_OK) status = into->AddInt32("Order", order_);
-    if (status == B_OK) status = into->AddBool("COM on Go", comOnGo_);
-    if (status == B_OK) status = into->AddBool("Writ", writeable_);
-    if (status == B_OK) status = into->AddBool("N Inh", nameFromParent_);
+    if (const status_t status = Fields::kTable.Write(*this, into); status != B_OK) return status;
     BMessage root(B_ARCHIVED_OBJECT);
-    if (status == B_OK) status = root_->Archive(&root, true);
-    if (status == B_OK) status = into->AddMessage("Root", std::move(root));
-    return status;
+    const status_t status = root_->Archive(&root, true);
+    return status == B_OK ? into->AddMessage(kRootField, std::move(root)) : status;
 }
 
 status_t Epoch::ArchiveAfterChildren(BMessage* into) const {
-    status_t status = B_OK;
-    if (calculatorState_) status = into->AddMessage("Calc", calculatorState_.get());
+    const status_t status =
+        calculatorState_ ? into->AddMessage(kStateField, calculatorState_.get()) : B_OK;
     return status == B_OK ? into->AddString("class", kClassName) : status;
+}
+
+void Epoch::DescribeFields(FieldDescriptions* into) {
+    Fields::kTable.Describe(into);
+    DescribeField(into, kRootField, B_MESSAGE_TYPE, "1", "an empty one", "the root system");
+    DescribeField(into, kChildrenField, B_MESSAGE_TYPE, "any", "none", "child epochs in order");
+    DescribeField(into, kStateField, B_MESSAGE_TYPE, "0, 1", "none", "the integrator's state");
+    DescribeField(into, "class", B_STRING_TYPE, "1", "refused", kClassName);
 }
 
 AbEpoch* Epoch::ChildAt(int32 index) const {
@@ -279,7 +287,7 @@ void Epoch::SetTimeUval(double uval) {
 }
 
 void Epoch::SetCutoff(double cutoff) {
-    if (cutoff > 0.0 && cutoff < kMaxCutoff) cutoff_ = cutoff;
+    if (IsCutoff(cutoff)) cutoff_ = cutoff;
 }
 
 MassSystem* Epoch::SystemFromID(int64 id) const {

@@ -28,6 +28,7 @@ public:
     static std::unique_ptr<Epoch> ReadAlone(BMessage* archive);
     // The root system is always written in full, the child epochs only when `deep`.
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    static void DescribeFields(FieldDescriptions* into);
 
     [[nodiscard]] AbEpoch* Copy() const override { return new Epoch(*this); }
     bool Writeable() const override { return writeable_; }
@@ -68,6 +69,7 @@ public:
     BMessage* CalculatorState() const override { return calculatorState_.get(); }
 
 private:
+    struct Fields;
     struct WithoutChildren {};
     Epoch(BMessage* archive, WithoutChildren);
 
@@ -83,11 +85,11 @@ private:
     std::unique_ptr<MassSystem> root_;
     std::unique_ptr<BMessage> calculatorState_;
     std::string name_;
-    int32 circumstance_;
+    int32 circumstance_ = kUnknownCircumstance;
     double time_ = 0.0;  // s
     double timeUval_;
-    double cutoff_;
-    int32 order_;
+    double cutoff_ = kDefaultCutoff;
+    int32 order_ = kDefaultOrder;
     bool comOnGo_ = true;
     bool writeable_ = true;
     bool nameFromParent_ = true;

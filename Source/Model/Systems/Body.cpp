@@ -3,45 +3,53 @@
 #include <cmath>
 
 #include "Model/Commands/SetVectorCommand.h"
-#include "Model/Systems/ArchiveFields.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
-const ArchivableClass kBodyClass("Body", Body::Instantiate);
+constexpr char kClassName[] = "Body";
 
-ThreeVector ReadVector(const BMessage* archive, const char* name) {
-    return {FieldOr(archive, &BMessage::FindDouble, name, 0.0, 0),
-            FieldOr(archive, &BMessage::FindDouble, name, 0.0, 1),
-            FieldOr(archive, &BMessage::FindDouble, name, 0.0, 2)};
-}
+const ArchivableClass kBodyClass(kClassName, Body::Instantiate);
 
 }  // namespace
+
+struct Body::Fields {
+    // The items of the two vectors in turn.
+    static constexpr FieldTable kTable{
+        Field<&Body::position_, &ThreeVector::x>{
+            .name = "r", .meaning = "position (x, y, z), absolute, m", .missing = 0.0},
+        Field<&Body::velocity_, &ThreeVector::x>{
+            .name = "v", .meaning = "velocity (x, y, z), absolute, m/s", .missing = 0.0},
+        Field<&Body::position_, &ThreeVector::y>{.name = "r", .missing = 0.0, .item = 1},
+        Field<&Body::velocity_, &ThreeVector::y>{.name = "v", .missing = 0.0, .item = 1},
+        Field<&Body::position_, &ThreeVector::z>{.name = "r", .missing = 0.0, .item = 2},
+        Field<&Body::velocity_, &ThreeVector::z>{.name = "v", .missing = 0.0, .item = 2},
+        Field<&Body::m_>{"Mass", "GM, m3/s2; its magnitude counts", 0.0},
+        Field<&Body::radius_>{"Radius", "m; its magnitude counts", 0.0},
+    };
+};
 
 Body::Body(const char* name, int64 id, rgb_color trail, rgb_color disc, int64 relTo)
     : DisplayedSystem(name, id, trail, true, disc, true, relTo) {}
 
-Body::Body(BMessage* archive)
-    : DisplayedSystem(archive),
-      position_(ReadVector(archive, "r")),
-      velocity_(ReadVector(archive, "v")) {
-    SetM(FieldOr(archive, &BMessage::FindDouble, "Mass", 0.0));
-    SetRadius(FieldOr(archive, &BMessage::FindDouble, "Radius", 0.0));
+Body::Body(BMessage* archive) : DisplayedSystem(archive) {
+    Fields::kTable.Read(*archive, this);
+    SetM(m_);
+    SetRadius(radius_);
 }
 
 BArchivable* Body::Instantiate(BMessage* archive) {
-    return validate_instantiation(archive, "Body") ? new Body(archive) : nullptr;
+    return validate_instantiation(archive, kClassName) ? new Body(archive) : nullptr;
 }
 
 status_t Body::Archive(BMessage* into, bool deep) const {
-    status_t status = DisplayedSystem::Archive(into, deep);
-    for (double ThreeVector::*component : {&ThreeVector::x, &ThreeVector::y, &ThreeVector::z}) {
-        if (status == B_OK) status = into->AddDouble("r", position_.*component);
-        if (status == B_OK) status = into->AddDouble("v", velocity_.*component);
-    }
-    if (status == B_OK) status = into->AddDouble("Mass", m_);
-    if (status == B_OK) status = into->AddDouble("Radius", radius_);
-    if (status == B_OK) status = into->AddString("class", "Body");
-    return status;
+    if (const status_t status = DisplayedSystem::Archive(into, deep); status != B_OK) return status;
+    const status_t status = Fields::kTable.Write(*this, into);
+    return status == B_OK ? into->AddString("class", kClassName) : status;
+}
+
+void Body::DescribeFields(FieldDescriptions* into) {
+    Fields::kTable.Describe(into);
 }
 
 void Body::SetM(double m) {

@@ -14,6 +14,7 @@ public:
 
     static BArchivable* Instantiate(BMessage* archive);
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    static void DescribeFields(FieldDescriptions* into);
 
     [[nodiscard]] MassSystem* Copy() const override { return new Body(*this); }
     MassSystem* SystemFromID(int64 id) override { return id == ID() ? this : nullptr; }
@@ -36,6 +37,8 @@ public:
     [[nodiscard]] LCommand* BoostCommand(ThreeVector from, ThreeVector to) override;
 
 private:
+    struct Fields;
+
     ThreeVector position_;  // m
     ThreeVector velocity_;  // m/s
     double m_ = 0.0;        // GM, m3/s2

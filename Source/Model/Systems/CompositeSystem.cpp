@@ -3,13 +3,17 @@
 #include <algorithm>
 
 #include "Model/Commands/MacroCommand.h"
-#include "Model/Systems/ArchiveFields.h"
 #include "Model/Systems/SystemReading.h"
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
-const ArchivableClass kCompositeSystemClass("CompositeSystem", CompositeSystem::Instantiate);
+constexpr const char* kClassName = "CompositeSystem";
+constexpr const char* kChildrenField = "Bodies";
+
+const ArchivableClass kCompositeSystemClass(kClassName, CompositeSystem::Instantiate);
 
 // How many composites enclose what is being read on this thread. Composites are made by class name,
 // so there is no argument to pass the depth in; and an archive that nests other classes between
@@ -57,7 +61,7 @@ void CompositeSystem::CopyChildren(const CompositeSystem& other) {
 }
 
 BArchivable* CompositeSystem::Instantiate(BMessage* archive) {
-    if (sReadNesting > kMaxNesting || !validate_instantiation(archive, "CompositeSystem"))
+    if (sReadNesting > kMaxGroupNesting || !validate_instantiation(archive, kClassName))
         return nullptr;
     return new CompositeSystem(archive);
 }
@@ -65,18 +69,16 @@ BArchivable* CompositeSystem::Instantiate(BMessage* archive) {
 void CompositeSystem::AddChildrenFrom(const BMessage* archive) {
     const ReadNesting nesting;
     int32 count = 0;
-    if (archive->GetInfo("Bodies", nullptr, &count) != B_OK) return;
+    if (archive->GetInfo(kChildrenField, nullptr, &count) != B_OK) return;
     Children systems;
     for (int32 i = 0; i < count; i++) {
         BMessage record;
-        if (archive->FindMessage("Bodies", i, &record) != B_OK) continue;
-        std::unique_ptr<BArchivable> object(instantiate_object(&record));
-        auto* system = dynamic_cast<DisplayedSystem*>(object.get());
+        if (archive->FindMessage(kChildrenField, i, &record) != B_OK) continue;
+        auto system = InstantiateAs<DisplayedSystem>(&record);
         if (!system) continue;
-        static_cast<void>(object.release());
-        systems.emplace_back(system);
         if (SystemReading::Current() && system->ID() == kNoSystemID)
             system->SetID(kFirstProvisionalID + i);
+        systems.push_back(std::move(system));
     }
     AddAll(std::move(systems));
 }
@@ -128,12 +130,17 @@ status_t CompositeSystem::Archive(BMessage* into, bool deep) const {
         BMessage record(B_ARCHIVED_OBJECT);
         status = child->Archive(&record, true);
         if (status == B_OK && packs) status = record.Flatten(&packed);
-        if (status == B_OK)
-            status =
-                packs ? into->AddData("Bodies", B_MESSAGE_TYPE, packed.data(), packed.size(), false)
-                      : into->AddMessage("Bodies", std::move(record));
+        if (status != B_OK) return status;
+        status = packs ? into->AddData(kChildrenField, B_MESSAGE_TYPE, packed.data(), packed.size(),
+                                       false)
+                       : into->AddMessage(kChildrenField, std::move(record));
     }
-    return status == B_OK ? into->AddString("class", "CompositeSystem") : status;
+    return status == B_OK ? into->AddString("class", kClassName) : status;
+}
+
+void CompositeSystem::DescribeFields(FieldDescriptions* into) {
+    DescribeField(into, kChildrenField, B_MESSAGE_TYPE, "any", "none",
+                  "the systems in it, by rising \"ID\"");
 }
 
 CompositeSystem::Children::const_iterator CompositeSystem::LowerBound(int64 id) const {

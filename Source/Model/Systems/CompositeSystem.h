@@ -17,10 +17,11 @@ public:
     CompositeSystem(const CompositeSystem& other);
     CompositeSystem& operator=(const CompositeSystem& other);
 
-    // Also refuses a composite nested in more than kMaxNesting others.
+    // Also refuses a composite nested in more than kMaxGroupNesting others.
     static BArchivable* Instantiate(BMessage* archive);
     // The children are always written in full.
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    static void DescribeFields(FieldDescriptions* into);
 
     [[nodiscard]] MassSystem* Copy() const override { return new CompositeSystem(*this); }
     MassSystem* SystemFromID(int64 id) override;
@@ -49,9 +50,6 @@ public:
     void AddChildrenFrom(const BMessage* archive);
     // Those below that were stored without an identifier get what `next` answers.
     void NumberChildren(const std::function<int64(const MassSystem&)>& next);
-
-    // Groups within groups, the root system counted: more can neither be made nor read.
-    static constexpr int32 kMaxNesting = 256;
 
 private:
     using Children = std::vector<std::unique_ptr<MassSystem>>;

@@ -1,8 +1,8 @@
 #include "Model/Systems/DisplayedSystem.h"
 
-#include "Model/Systems/ArchiveFields.h"
 #include "Model/Units/DefaultUnits.h"
 #include "Model/Units/DimValue.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
@@ -10,14 +10,34 @@ void SetIfValid(double* uval, double value) {
     if (IsValidUval(value)) *uval = value;
 }
 
-rgb_color ReadColor(const BMessage* archive, const char* name) {
-    rgb_color color = FieldOr(archive, &BMessage::FindColor, name, DEFAULT_TRAIL_DISC_COLOR);
-    // Older files left the alpha at 0, but a system is never shown transparent.
-    if (color.alpha == 0) color.alpha = 255;
-    return color;
+// Older files left the alpha at 0, but a system is never shown transparent.
+void MakeOpaque(rgb_color* color) {
+    if (color->alpha == 0) color->alpha = 255;
 }
 
 }  // namespace
+
+struct DisplayedSystem::Fields {
+    static constexpr FieldTable kTable{
+        Field<&DisplayedSystem::name_>{"Body Name", "name", "Planet X"},
+        Field<&DisplayedSystem::positionUval_>{"r Uval", "unit of positions, m",
+                                               &POSITION_UVAL_PREF, IsValidUval},
+        Field<&DisplayedSystem::speedUval_>{"v Uval", "unit of speeds, m/s", &SPEED_UVAL_PREF,
+                                            IsValidUval},
+        Field<&DisplayedSystem::massUval_>{"M Uval", "unit of masses, as GM, m3/s2",
+                                           &MASS_UVAL_PREF, IsValidUval},
+        Field<&DisplayedSystem::radiusUval_>{"Rad Uval", "unit of radii, m", &RADIUS_UVAL_PREF,
+                                             IsValidUval},
+        Field<&DisplayedSystem::trailColor_>{"Trail Color", "an alpha of 0 is read as 255",
+                                             DEFAULT_TRAIL_DISC_COLOR},
+        Field<&DisplayedSystem::discColor_>{"Disc Color", "an alpha of 0 is read as 255",
+                                            DEFAULT_TRAIL_DISC_COLOR},
+        Field<&DisplayedSystem::trailOn_>{"Trail On", "the trail is shown", true},
+        Field<&DisplayedSystem::discOn_>{"Disc On", "the disc is shown", true},
+        Field<&DisplayedSystem::relativeTo_>{
+            "Rel to", "the system relative to which it is shown; -2: absolute", kOriginID},
+    };
+};
 
 DisplayedSystem::DisplayedSystem(const char* name, int64 id, rgb_color trail, bool trailOn,
                                  rgb_color disc, bool discOn, int64 relTo)
@@ -34,22 +54,10 @@ DisplayedSystem::DisplayedSystem(const char* name, int64 id, rgb_color trail, bo
     SetIfValid(&speedUval_, SPEED_UVAL_PREF);
 }
 
-DisplayedSystem::DisplayedSystem(BMessage* archive)
-    : MassSystem(archive),
-      name_(FieldOr(archive, &BMessage::FindString, "Body Name", std::string("Planet X"))),
-      trailColor_(ReadColor(archive, "Trail Color")),
-      discColor_(ReadColor(archive, "Disc Color")),
-      trailOn_(FieldOr(archive, &BMessage::FindBool, "Trail On", true)),
-      discOn_(FieldOr(archive, &BMessage::FindBool, "Disc On", true)),
-      relativeTo_(FieldOr(archive, &BMessage::FindInt64, "Rel to", kOriginID)) {
-    const auto read = [archive](double* uval, const char* field, double preferred) {
-        SetIfValid(uval, preferred);
-        SetIfValid(uval, FieldOr(archive, &BMessage::FindDouble, field, preferred));
-    };
-    read(&positionUval_, "r Uval", POSITION_UVAL_PREF);
-    read(&speedUval_, "v Uval", SPEED_UVAL_PREF);
-    read(&massUval_, "M Uval", MASS_UVAL_PREF);
-    read(&radiusUval_, "Rad Uval", RADIUS_UVAL_PREF);
+DisplayedSystem::DisplayedSystem(BMessage* archive) : MassSystem(archive) {
+    Fields::kTable.Read(*archive, this);
+    MakeOpaque(&trailColor_);
+    MakeOpaque(&discColor_);
 }
 
 DisplayedSystem::DisplayedSystem(const DisplayedSystem& other)
@@ -83,18 +91,12 @@ DisplayedSystem& DisplayedSystem::operator=(const DisplayedSystem& other) {
 }
 
 status_t DisplayedSystem::Archive(BMessage* into, bool deep) const {
-    status_t status = MassSystem::Archive(into, deep);
-    if (status == B_OK) status = into->AddString("Body Name", name_);
-    if (status == B_OK) status = into->AddDouble("r Uval", positionUval_);
-    if (status == B_OK) status = into->AddDouble("v Uval", speedUval_);
-    if (status == B_OK) status = into->AddDouble("M Uval", massUval_);
-    if (status == B_OK) status = into->AddDouble("Rad Uval", radiusUval_);
-    if (status == B_OK) status = into->AddColor("Trail Color", trailColor_);
-    if (status == B_OK) status = into->AddColor("Disc Color", discColor_);
-    if (status == B_OK) status = into->AddBool("Trail On", trailOn_);
-    if (status == B_OK) status = into->AddBool("Disc On", discOn_);
-    if (status == B_OK) status = into->AddInt64("Rel to", relativeTo_);
-    return status;
+    const status_t status = MassSystem::Archive(into, deep);
+    return status == B_OK ? Fields::kTable.Write(*this, into) : status;
+}
+
+void DisplayedSystem::DescribeFields(FieldDescriptions* into) {
+    Fields::kTable.Describe(into);
 }
 
 void DisplayedSystem::SetRelativeTo(int64 id) {

@@ -16,6 +16,7 @@ public:
     explicit DisplayedSystem(BMessage* archive);
 
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    static void DescribeFields(FieldDescriptions* into);
 
     int64 RelativeTo() const override { return relativeTo_; }
     void SetRelativeTo(int64 id) override;
@@ -46,6 +47,8 @@ protected:
     DisplayedSystem& operator=(const DisplayedSystem& other);
 
 private:
+    struct Fields;
+
     std::string name_;
     double positionUval_ = 1.0;
     double speedUval_ = 1.0;

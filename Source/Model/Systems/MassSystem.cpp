@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Model/Systems/ArchiveFields.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
@@ -12,16 +12,30 @@ constexpr int64 kUnusedID = -4;
 
 }  // namespace
 
+struct MassSystem::Fields {
+    static constexpr FieldTable kTable{
+        Field<&MassSystem::id_>{
+            .name = "ID",
+            .meaning = "0 and up, the same body in every epoch; -3: an epoch's root",
+            .missing = kNoSystemID,
+            .whenMissing = "a new one"},
+    };
+};
+
 MassSystem::MassSystem(int64 id) : id_(id) {}
 
-MassSystem::MassSystem(BMessage* archive)
-    : BArchivable(archive), id_(FieldOr(archive, &BMessage::FindInt64, "ID", kNoSystemID)) {
+MassSystem::MassSystem(BMessage* archive) : BArchivable(archive) {
+    Fields::kTable.Read(*archive, this);
     if (id_ <= kLastProvisionalID) id_ = kUnusedID;
 }
 
 status_t MassSystem::Archive(BMessage* into, bool deep) const {
     const status_t status = BArchivable::Archive(into, deep);
-    return status == B_OK ? into->AddInt64("ID", id_) : status;
+    return status == B_OK ? Fields::kTable.Write(*this, into) : status;
+}
+
+void MassSystem::DescribeFields(FieldDescriptions* into) {
+    Fields::kTable.Describe(into);
 }
 
 int64 MassSystem::MaxSystemID() const {

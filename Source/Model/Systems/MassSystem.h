@@ -4,25 +4,16 @@
 // under its write lock.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Systems/ThreeVector.h"
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/BArchivable.h"
 #include "Platform/Support/Errors.h"
 #include "Platform/Support/GraphicsDefs.h"
 
 class LCommand;
-
-// Identifiers of 0 and more are those of ordinary systems.
-inline constexpr int64 kNoSystemID = -1;
-inline constexpr int64 kOriginID = -2;
-inline constexpr int64 kRootSystemID = -3;
-inline constexpr int64 kMaxSystemID = INT64_MAX - 1;
-// A system that was stored without an identifier has one of these until it gets its own: unlike
-// those of its siblings, and never stored.
-inline constexpr int64 kFirstProvisionalID = INT64_MIN;
-inline constexpr int64 kLastProvisionalID = INT64_MIN + INT32_MAX;
 
 class MassSystem : public BArchivable {
 public:
@@ -30,6 +21,8 @@ public:
     explicit MassSystem(BMessage* archive);
 
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
+    // Of what this class adds to a record itself, as the derived ones do.
+    static void DescribeFields(FieldDescriptions* into);
 
     // A deep copy with equal identifiers and without a parent; null for the null system.
     [[nodiscard]] virtual MassSystem* Copy() const = 0;
@@ -93,5 +86,7 @@ protected:
     MassSystem& operator=(const MassSystem&) = default;
 
 private:
-    int64 id_;
+    struct Fields;
+
+    int64 id_ = kNoSystemID;
 };

@@ -7,10 +7,17 @@
 #include <string_view>
 #include <vector>
 
-#include "Model/Units/UnitInfo.h"
 #include "Platform/Support/SupportDefs.h"
 
 class BResources;
+
+// One unit that a quantity can be shown in.
+struct UnitInfo {
+    std::string name;
+    std::string abbreviation;
+    // One such unit in SI units (masses as GM in m3/s2); positive and finite.
+    double factor = 1.0;
+};
 
 class UnitTable {
 public:

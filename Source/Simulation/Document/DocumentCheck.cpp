@@ -53,7 +53,7 @@ DocumentError CheckNested(const BMessage& record, const FieldNames& except) {
             walks.pop_back();
         else if (status != B_OK)
             return DocumentError::Record(status);
-        else if (nested.groups > CompositeSystem::kMaxNesting)
+        else if (nested.groups > kMaxGroupNesting)
             return DocumentError::Record(B_UNSUPPORTED);
         else
             walks.push_back(std::move(nested));

@@ -13,6 +13,7 @@
 #include "Interface Widgets/SliderEntry.h"
 #include "Interface Widgets/SwitchEntry.h"
 #include "Model/Commands/EpochFactories.h"
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/BMessage.h"
@@ -101,9 +102,7 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
     auto* const row = new BGroupView("order", B_HORIZONTAL);
     auto* const label = new BStringView("label", texts.Text(kLabelOrder));
     row->AddChild(label);
-    constexpr int32 kLeastOrder = 2;
-    constexpr int32 kGreatestOrder = 4;
-    order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, kLeastOrder, kGreatestOrder);
+    order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, kMinOrder, kMaxOrder);
     order_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OrderFactory()));
     order_->SetToolTip(texts.Text(kTextOrderTip));
     label->SetField(*order_);

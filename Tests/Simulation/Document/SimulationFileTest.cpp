@@ -96,7 +96,7 @@ TEST_F(SimulationFileTest, WhatCannotBeReadBackReplacesNothing) {
 
     auto deep = std::make_unique<Epoch>();
     MassSystem* group = deep->RootSystem();
-    for (int32 i = 0; i < CompositeSystem::kMaxNesting + 1; i++) {
+    for (int32 i = 0; i < kMaxGroupNesting + 1; i++) {
         auto* const inner = new CompositeSystem("Group", i, {}, {}, kOriginID);
         group->AddChild(inner);
         group = inner;

@@ -1,0 +1,37 @@
+// What the settings of an epoch may be, and what they are at first: for whoever makes, reads, edits
+// or describes one. No state.
+#pragma once
+
+#include <cstdint>
+
+#include "Platform/Support/SupportDefs.h"
+
+// Corrections smaller than the cutoff are ignored.
+inline constexpr double kDefaultCutoff = 1e-11;
+inline constexpr double kMaxCutoff = 0.001;  // itself excluded
+
+constexpr bool IsCutoff(double cutoff) {
+    return cutoff > 0.0 && cutoff < kMaxCutoff;
+}
+
+// Of the series. Documents may have any other number, which counts as the nearest of these.
+inline constexpr int32 kMinOrder = 2;
+inline constexpr int32 kMaxOrder = 4;
+inline constexpr int32 kDefaultOrder = 4;
+
+constexpr bool IsOrder(int32 order) {
+    return order >= kMinOrder && order <= kMaxOrder;
+}
+
+// Groups within groups, the root system counted: more can neither be made nor read.
+inline constexpr int32 kMaxGroupNesting = 256;
+
+// Identifiers of 0 and more are those of ordinary systems.
+inline constexpr int64 kNoSystemID = -1;
+inline constexpr int64 kOriginID = -2;
+inline constexpr int64 kRootSystemID = -3;
+inline constexpr int64 kMaxSystemID = INT64_MAX - 1;
+// A system that was stored without an identifier has one of these until it gets its own: unlike
+// those of its siblings, and never stored.
+inline constexpr int64 kFirstProvisionalID = INT64_MIN;
+inline constexpr int64 kLastProvisionalID = INT64_MIN + INT32_MAX;
