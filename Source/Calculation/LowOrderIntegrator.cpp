@@ -5,12 +5,11 @@
 #include <utility>
 
 #include "Calculation/RunState.h"
+#include "Model/Epochs/EpochLimits.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
-
-constexpr int32 kLeastOrder = 2;
-constexpr int32 kMostOrder = 4;
 
 constexpr const char* kIterationField = "Iter";
 constexpr const char* kMaxOrderField = "MaxOrd";
@@ -18,7 +17,7 @@ constexpr const char* kMaxOrderField = "MaxOrd";
 }  // namespace
 
 std::optional<int32> LowOrderIntegrator::OrderFor(int32 asked) const {
-    return std::clamp(asked, kLeastOrder, kMostOrder);
+    return std::clamp(asked, kMinOrder, kMaxOrder);
 }
 
 BodyRows LowOrderIntegrator::MakeRoom(int32 bodies, int32 massive) {
@@ -88,7 +87,14 @@ status_t LowOrderIntegrator::Archive(BMessage* into) const {
     if (const status_t status = parts_.Archive(into); status != B_OK) return status;
     if (const status_t status = into->AddInt32(kIterationField, iteration_); status != B_OK)
         return status;
-    return into->AddInt32(kMaxOrderField, kMostOrder);
+    return into->AddInt32(kMaxOrderField, kMaxOrder);
+}
+
+void LowOrderIntegrator::DescribeFields(FieldDescriptions* into) {
+    TaylorParts::DescribeFields(into);
+    DescribeField(into, kIterationField, B_INT32_TYPE, "1", "not used",
+                  "steps since the parts were last moved up");
+    DescribeField(into, kMaxOrderField, B_INT32_TYPE, "1", "not read", std::to_string(kMaxOrder));
 }
 
 void LowOrderIntegrator::Regenerate(const BMessage* archive) {

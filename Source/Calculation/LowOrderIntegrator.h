@@ -24,8 +24,8 @@ public:
         return evaluator_.Collisions();
     }
 
-    // The fields "IDs", "DelR", "DelV", "Iter" and "MaxOrd".
     [[nodiscard]] status_t Archive(BMessage* into) const override;
+    static void DescribeFields(FieldDescriptions* into);
     void Regenerate(const BMessage* archive) override;
     // The fields of RunState.
     [[nodiscard]] status_t ArchiveRun(BMessage* into) const override;

@@ -2,27 +2,44 @@
 
 #include <cmath>
 
-#include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
-constexpr const char* kUntilField = "Until";
-constexpr const char* kStepsField = "Reports left";
+constexpr const char* kRefused = "refused";
+
+bool IsTimeLimit(double time) {
+    return !std::isnan(time);
+}
+
+bool IsCount(int64 count) {
+    return count >= 0;
+}
+
+constexpr FieldTable kFields{
+    Field<&RunLeft::until>{.name = "Until",
+                           .meaning = "the time at which the run is to stop, s, or infinity",
+                           .accepts = IsTimeLimit,
+                           .whenMissing = kRefused},
+    Field<&RunLeft::steps>{.name = "Reports left",
+                           .meaning = "steps until it stops",
+                           .accepts = IsCount,
+                           .whenMissing = kRefused},
+};
 
 }  // namespace
 
 status_t RunLeft::Archive(BMessage* into) const {
-    if (const status_t status = into->AddDouble(kUntilField, until); status != B_OK) return status;
-    return into->AddInt64(kStepsField, steps);
+    return kFields.Write(*this, into);
 }
 
 status_t RunLeft::Regenerate(const BMessage& archive) {
     RunLeft read;
-    if (const status_t status = archive.FindDouble(kUntilField, &read.until); status != B_OK)
-        return status;
-    if (const status_t status = archive.FindInt64(kStepsField, &read.steps); status != B_OK)
-        return status;
-    if (std::isnan(read.until) || read.steps < 0) return B_BAD_DATA;
-    *this = read;
-    return B_OK;
+    const status_t status = kFields.Read(archive, &read);
+    if (status == B_OK) *this = read;
+    return status;
+}
+
+void RunLeft::DescribeFields(FieldDescriptions* into) {
+    kFields.Describe(into);
 }

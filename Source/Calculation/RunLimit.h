@@ -6,6 +6,7 @@
 #include <limits>
 #include <mutex>
 
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/Errors.h"
 #include "Platform/Support/SupportDefs.h"
 
@@ -16,10 +17,10 @@ struct RunLeft {
     int64 steps = 0;                                         // 0: any number
     double until = std::numeric_limits<double>::infinity();  // s; +infinity: for ever
 
-    // The fields "Until" and "Reports left", of which the latter holds the steps.
     [[nodiscard]] status_t Archive(BMessage* into) const;
     // B_BAD_DATA: no run has such a limit. Changes nothing unless all is well.
     [[nodiscard]] status_t Regenerate(const BMessage& archive);
+    static void DescribeFields(FieldDescriptions* into);
 };
 
 class RunLimit {

@@ -2,40 +2,49 @@
 
 #include <cmath>
 
-#include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
-constexpr const char* kInverseStepField = "Inverse step";
-constexpr const char* kAnchorField = "Anchor";
-constexpr const char* kElapsedField = "Elapsed";
+constexpr const char* kRefused = "refused";
 
-struct Number {
-    const char* field;
-    double RunState::*member;
+bool IsFinite(double number) {
+    return std::isfinite(number);
+}
+
+bool IsPositive(double number) {
+    return number > 0.0 && std::isfinite(number);
+}
+
+constexpr FieldTable kFields{
+    Field<&RunState::inverseStep>{.name = "Inverse step",
+                                  .meaning = "1 over the length of the step, 1/s",
+                                  .accepts = IsPositive,
+                                  .whenMissing = kRefused},
+    Field<&RunState::anchor>{.name = "Anchor",
+                             .meaning = "the time from which steps are counted, s",
+                             .accepts = IsFinite,
+                             .whenMissing = kRefused},
+    Field<&RunState::elapsed>{
+        .name = "Elapsed",
+        .meaning = "the sum of the steps since, s; with the anchor the epoch's time",
+        .accepts = IsFinite,
+        .whenMissing = kRefused},
 };
-
-constexpr Number kNumbers[] = {{kInverseStepField, &RunState::inverseStep},
-                               {kAnchorField, &RunState::anchor},
-                               {kElapsedField, &RunState::elapsed}};
 
 }  // namespace
 
 status_t RunState::Archive(BMessage* into) const {
-    for (const auto& [field, member] : kNumbers)
-        if (const status_t status = into->AddDouble(field, this->*member); status != B_OK)
-            return status;
-    return B_OK;
+    return kFields.Write(*this, into);
 }
 
 status_t RunState::Regenerate(const BMessage& archive) {
     RunState read;
-    for (const auto& [field, member] : kNumbers)
-        if (const status_t status = archive.FindDouble(field, &(read.*member)); status != B_OK)
-            return status;
-    if (!(read.inverseStep > 0.0) || !std::isfinite(read.inverseStep) ||
-        !std::isfinite(read.anchor) || !std::isfinite(read.elapsed))
-        return B_BAD_DATA;
-    *this = read;
-    return B_OK;
+    const status_t status = kFields.Read(archive, &read);
+    if (status == B_OK) *this = read;
+    return status;
+}
+
+void RunState::DescribeFields(FieldDescriptions* into) {
+    kFields.Describe(into);
 }

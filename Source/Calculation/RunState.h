@@ -2,6 +2,7 @@
 // the saved state tell: with these it goes on to the same bits. A plain value.
 #pragma once
 
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/Errors.h"
 #include "Platform/Support/SupportDefs.h"
 
@@ -12,8 +13,8 @@ struct RunState {
     double anchor = 0.0;       // s, the time from which the steps are counted
     double elapsed = 0.0;      // s, the sum of the steps since
 
-    // The fields "Inverse step", "Anchor" and "Elapsed".
     [[nodiscard]] status_t Archive(BMessage* into) const;
     // B_BAD_DATA: no run can stand there. Changes nothing unless all is well.
     [[nodiscard]] status_t Regenerate(const BMessage& archive);
+    static void DescribeFields(FieldDescriptions* into);
 };

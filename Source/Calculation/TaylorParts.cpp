@@ -7,6 +7,7 @@
 #include "Calculation/StepControl.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
@@ -189,4 +190,13 @@ status_t TaylorParts::Regenerate(const BMessage& archive) {
     v_ = Velocities(count);
     v_.FromArchive(velocities);
     return B_OK;
+}
+
+void TaylorParts::DescribeFields(FieldDescriptions* into) {
+    const auto perBody = [](int32 numbers) { return std::to_string(numbers) + " N"; };
+    DescribeField(into, kIDsField, B_INT64_TYPE, "N", "not used", "the bodies");
+    DescribeField(into, kPositionPartsField, B_DOUBLE_TYPE, perBody(Positions::kNumbersPerBody),
+                  "not used", "per body, per x, y, z: parts 0 to 4 of the position");
+    DescribeField(into, kVelocityPartsField, B_DOUBLE_TYPE, perBody(Velocities::kNumbersPerBody),
+                  "not used", "per body, per x, y, z: parts 0 to 3 of the velocity");
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Calculation/SplitVectors.h"
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/SupportDefs.h"
 
 class BMessage;
@@ -34,10 +35,10 @@ public:
     // Moves what has gathered in each part one part down, towards the base.
     void Promote(int32 order);
 
-    // The fields "IDs", "DelR" and "DelV".
     [[nodiscard]] status_t Archive(BMessage* into) const;
     // Changes nothing unless all is there.
     [[nodiscard]] status_t Regenerate(const BMessage& archive);
+    static void DescribeFields(FieldDescriptions* into);
 
 private:
     using Positions = SplitVectors<kPositionParts>;

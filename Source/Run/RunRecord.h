@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldDescription.h"
 #include "Run/Progress.h"
 #include "Simulation/Document/Conservation.h"
 
@@ -22,4 +23,6 @@ struct RunRecord {
     [[nodiscard]] status_t AddTo(BMessage* document) const;
     // B_NAME_NOT_FOUND: the document holds no run. Changes nothing unless all is there.
     [[nodiscard]] status_t FindIn(const BMessage& document);
+    // Of that record.
+    static void DescribeFields(FieldDescriptions* into);
 };
