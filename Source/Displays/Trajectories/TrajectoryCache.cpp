@@ -12,11 +12,11 @@ namespace {
 // Around a disc, for the smoothed edge.
 constexpr float kDiscEdge = 1.5f;
 
+}  // namespace
+
 float round_to_unit(float value) {
     return std::floor(value + 0.5f);
 }
-
-}  // namespace
 
 // --- Sizes ---
 

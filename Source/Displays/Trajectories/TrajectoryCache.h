@@ -13,6 +13,9 @@
 class Body;
 class TrajectoryMap;
 
+// Half goes up, of negative numbers too.
+[[nodiscard]] float round_to_unit(float value);
+
 class TrajectoryCache {
 public:
     struct Disc {

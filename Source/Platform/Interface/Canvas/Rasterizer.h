@@ -45,5 +45,5 @@ private:
     PixelPen pen_{kOpaque};
 };
 
-// The part of the line inside the rectangle (Liang-Barsky); false if there is none.
+// The part of the line inside the rectangle; false if there is none.
 [[nodiscard]] bool ClipLine(const IntRect& frame, double* x0, double* y0, double* x1, double* y1);
