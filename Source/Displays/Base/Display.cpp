@@ -9,6 +9,7 @@
 #include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
+#include "Platform/Application/FieldTable.h"
 #include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
@@ -62,8 +63,7 @@ void Display::SetTitle(const char* simulationName) {
 void Display::Changed(int32 changes) {
     if (pendingChanges_.fetch_or(changes) != 0) return;
     // The one message of this burst must arrive, even if the port is full.
-    if (PostMessage(kRedisplay) == B_WOULD_BLOCK)
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+    if (PostMessage(kRedisplay) == B_WOULD_BLOCK) WindowServer::Deliver(this, BMessage(kRedisplay));
 }
 
 void Display::MessageReceived(BMessage* message) {
@@ -138,6 +138,11 @@ void Display::Quit() {
 
 status_t Display::MiniArchive(BMessage* archive) const {
     return archive->AddRect(kFrame, Frame());
+}
+
+void Display::DescribeFields(FieldDescriptions* into) {
+    DescribeField(into, kFrame, B_RECT_TYPE, "1", "the window stays where it was made",
+                  "frame on the screen");
 }
 
 status_t Display::Regenerate(const BMessage& archive) {

@@ -17,6 +17,7 @@
 #include "Interface Widgets/SubWindow.h"
 #include "Model/Sharing/Benaphore.h"
 #include "Model/Sharing/Observer.h"
+#include "Platform/Application/FieldDescription.h"
 
 class EpochPortal;
 
@@ -41,6 +42,7 @@ public:
     // The display's own fields in a document. The statuses are those of BMessage.
     virtual status_t MiniArchive(BMessage* archive) const;
     virtual status_t Regenerate(const BMessage& archive);
+    static void DescribeFields(FieldDescriptions* into);
 
     [[nodiscard]] EpochPortal* Epoch() const { return portal_; }
     // The number that tells the kind of display in documents.

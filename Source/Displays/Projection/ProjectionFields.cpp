@@ -1,75 +1,86 @@
 #include "Displays/Projection/ProjectionFields.h"
 
-#include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
+
+// Three doubles, all or none.
+template <>
+struct FieldType<ThreeVector> {
+    static constexpr type_code kCode = B_DOUBLE_TYPE;
+    static constexpr int32 kItems = 3;
+
+    static status_t Add(BMessage* into, const char* name, const ThreeVector& vector) {
+        const double coordinates[kItems] = {vector.x, vector.y, vector.z};
+        return into->AddDoubles(name, coordinates, kItems);
+    }
+    static status_t Find(const BMessage& from, const char* name, int32 item, ThreeVector* vector) {
+        double coordinates[kItems];
+        const status_t status = from.FindDoubles(name, item, kItems, coordinates);
+        if (status == B_OK) *vector = {coordinates[0], coordinates[1], coordinates[2]};
+        return status;
+    }
+};
 
 namespace {
 
-constexpr const char* kAxisAt = "Axis at";
-constexpr const char* kScaleAt = "Scale at";
-constexpr const char* kScale = "Scale";
-constexpr const char* kAxis = "Sup axis";
-constexpr const char* kReference = "Ref to";
 constexpr const char* kUnits = "Units";
 
-// Of newer readers. The centre is three doubles.
-constexpr const char* kCenter = "View center";
-constexpr const char* kFollows = "View follows";
-constexpr const char* kShowNames = "View names";
-constexpr const char* kShowScaleBar = "View scale bar";
-constexpr const char* kShowTime = "View time";
-constexpr int32 kCoordinates = 3;
-
-// The find operations overwrite their result on failure.
-template <typename Value>
-status_t Take(const BMessage& archive, status_t (BMessage::*find)(const char*, Value*) const,
-              const char* name, Value* value) {
-    Value found{};
-    const status_t status = (archive.*find)(name, &found);
-    if (status == B_OK) *value = found;
-    return status;
+template <BPoint ProjectionFields::*kPlace>
+bool IsPlaced(const ProjectionFields& fields) {
+    return (fields.*kPlace).x != kNeverPlaced.x;
 }
+
+template <auto... kMember>
+bool IsUnusual(const ProjectionFields& fields) {
+    const ProjectionFields usual;
+    return !(Field<kMember...>::Of(fields) == Field<kMember...>::Of(usual));
+}
+
+template <auto... kMember>
+constexpr Field<kMember...> NewerField(const char* name, const char* meaning,
+                                       const char* whenMissing = nullptr) {
+    return {.name = name,
+            .meaning = meaning,
+            .isWritten = IsUnusual<kMember...>,
+            .whenMissing = whenMissing};
+}
+
+using F = ProjectionFields;
+constexpr FieldTable kFields{
+    Field<&F::axisAt>{.name = "Axis at",
+                      .meaning = "where the axis dialog stood",
+                      .isWritten = IsPlaced<&F::axisAt>,
+                      .whenMissing = "never placed"},
+    Field<&F::scaleAt>{.name = "Scale at",
+                       .meaning = "where the scale dialog stood",
+                       .isWritten = IsPlaced<&F::scaleAt>,
+                       .whenMissing = "never placed"},
+    Field<&F::projection, &Projection::scale>{"Scale", "pixels per metre"},
+    Field<&F::projection, &Projection::axis>{"Sup axis",
+                                             "the axis looked along: 1, 2, 3 for x, y, z"},
+    Field<&F::reference>{"Ref to",
+                         "what the scale dialog measures: 1 and 2 screen width and height, 3 and 4 "
+                         "the window's, 5 a pixel"},
+    Field<&F::units>{kUnits, "length unit of the scale dialog, m"},
+    NewerField<&F::projection, &Projection::center>(
+        "View center", "the place seen in the middle, m; relative to what is followed", "0, 0, 0"),
+    NewerField<&F::followed>("View follows", "the body or group that is followed", "none"),
+    NewerField<&F::options, &DisplayOptions::names>("View names", "names are shown"),
+    NewerField<&F::options, &DisplayOptions::scaleBar>("View scale bar", "the scale bar is shown"),
+    NewerField<&F::options, &DisplayOptions::time>("View time", "the time is shown"),
+};
 
 }  // namespace
 
 status_t ProjectionFields::Write(BMessage* archive) const {
-    status_t status = B_OK;
-    if (axisAt.x != kNeverPlaced.x) status = archive->AddPoint(kAxisAt, axisAt);
-    if (status == B_OK && scaleAt.x != kNeverPlaced.x)
-        status = archive->AddPoint(kScaleAt, scaleAt);
-    if (status == B_OK) status = archive->AddDouble(kScale, projection.scale);
-    if (status == B_OK) status = archive->AddInt32(kAxis, projection.axis);
-    if (status == B_OK) status = archive->AddInt32(kReference, reference);
-    if (status == B_OK) status = archive->AddDouble(kUnits, units);
-
-    const ThreeVector& center = projection.center;
-    const double place[kCoordinates] = {center.x, center.y, center.z};
-    const DisplayOptions usual;
-    if (status == B_OK && !(center == ThreeVector{}))
-        status = archive->AddDoubles(kCenter, place, kCoordinates);
-    if (status == B_OK && followed != kNoSystemID) status = archive->AddInt64(kFollows, followed);
-    if (status == B_OK && options.names != usual.names)
-        status = archive->AddBool(kShowNames, options.names);
-    if (status == B_OK && options.scaleBar != usual.scaleBar)
-        status = archive->AddBool(kShowScaleBar, options.scaleBar);
-    if (status == B_OK && options.time != usual.time)
-        status = archive->AddBool(kShowTime, options.time);
-    return status;
+    return kFields.Write(*this, archive);
 }
 
 status_t ProjectionFields::Read(const BMessage& archive) {
-    Take(archive, &BMessage::FindPoint, kAxisAt, &axisAt);
-    Take(archive, &BMessage::FindPoint, kScaleAt, &scaleAt);
-    Take(archive, &BMessage::FindDouble, kScale, &projection.scale);
-    Take(archive, &BMessage::FindInt32, kAxis, &projection.axis);
-    Take(archive, &BMessage::FindInt32, kReference, &reference);
-    const status_t status = Take(archive, &BMessage::FindDouble, kUnits, &units);
+    kFields.Read(archive, this);
+    double found;
+    return archive.FindDouble(kUnits, &found);
+}
 
-    double place[kCoordinates];
-    if (archive.FindDoubles(kCenter, 0, kCoordinates, place) == B_OK)
-        projection.center = {place[0], place[1], place[2]};
-    Take(archive, &BMessage::FindInt64, kFollows, &followed);
-    Take(archive, &BMessage::FindBool, kShowNames, &options.names);
-    Take(archive, &BMessage::FindBool, kShowScaleBar, &options.scaleBar);
-    Take(archive, &BMessage::FindBool, kShowTime, &options.time);
-    return status;
+void ProjectionFields::DescribeFields(FieldDescriptions* into) {
+    kFields.Describe(into);
 }

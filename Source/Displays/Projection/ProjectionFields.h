@@ -5,6 +5,7 @@
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/Projection.h"
 #include "Model/Systems/MassSystem.h"
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/GraphicsDefs.h"
 
 class BMessage;
@@ -25,4 +26,5 @@ struct ProjectionFields {
     [[nodiscard]] status_t Write(BMessage* archive) const;
     // What is not there stays as it is; ranges are not checked. The status of finding "Units".
     status_t Read(const BMessage& archive);
+    static void DescribeFields(FieldDescriptions* into);
 };
