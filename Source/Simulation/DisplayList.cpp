@@ -13,7 +13,6 @@
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationDocument.h"
-#include "Simulation/Document/WindowFields.h"
 
 namespace {
 
@@ -30,7 +29,7 @@ constexpr float kLeastWidth = 200.0f;
 constexpr float kLeastHeight = 100.0f;
 
 void Deliver(Display* display, uint32 what) {
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(display)), BMessage(what));
+    WindowServer::Deliver(display, BMessage(what));
 }
 
 }  // namespace
@@ -124,11 +123,10 @@ void DisplayList::TellUnits(Display* display) const {
     projection->Unlock();
 }
 
-void DisplayList::Find(const BMessage& archive, const char* simulationName) {
+void DisplayList::Find(const char* simulationName) {
     DeleteAll();
     waiting_.clear();
-    // Kept for longer than the document's record, whose memory they must not keep.
-    const BMessage fields = ExtractWindowFields(archive);
+    const BMessage& fields = document_->WindowFields();
     BMessage display;
     int32 type = 0;
     for (int32 i = 0; fields.FindMessage(kDisplays, i, &display) == B_OK; i++)

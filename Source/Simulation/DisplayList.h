@@ -41,10 +41,10 @@ public:
     // The unit (in m) in which the user sees places: their scale dialogs begin with it.
     void SetPreferredUnits(double unit);
 
-    // Replace all displays by those of a document, of which only the first so many open by
+    // Replace all displays by those of the document, of which only the first so many open by
     // themselves; and write them, with those that are not open as they were read.
     static constexpr int32 kMaxOpenedUnasked = 32;
-    void Find(const BMessage& archive, const char* simulationName);
+    void Find(const char* simulationName);
     void Archive(BMessage* into) const;
 
 private:

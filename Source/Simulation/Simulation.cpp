@@ -19,7 +19,6 @@
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/TextTemplate.h"
-#include "Simulation/Document/WindowFields.h"
 #include "Simulation/EditMessages.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/OpenSimulations.h"
@@ -266,8 +265,7 @@ bool Simulation::FileMessage(BMessage* message) {
             break;
         case kCloseThenOpen:
             PassToApplication(BMessage(kOpen), false);
-            WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)),
-                                  BMessage(B_QUIT_REQUESTED));
+            WindowServer::Deliver(this, BMessage(B_QUIT_REQUESTED));
             break;
         case kOpen:
         case B_REFS_RECEIVED:  // files were dropped on the window
@@ -380,7 +378,7 @@ void Simulation::PassToApplication(const BMessage& message, bool withThis) {
     BMessage copy(message);
     copy.RemoveName(kSimulationField);
     if (withThis) copy.AddPointer(kSimulationField, this);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), copy);
+    WindowServer::Deliver(host_->Application(), copy);
 }
 
 void Simulation::Tell(const std::string& text) {
@@ -413,8 +411,7 @@ void Simulation::Changed(int32 changes) {
     hasNewChanges_ = true;
     if (pendingChanges_.fetch_or(changes) != 0) return;
     // The one message of this burst must arrive, even if the port is full.
-    if (PostMessage(kRedisplay) == B_WOULD_BLOCK)
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+    if (PostMessage(kRedisplay) == B_WOULD_BLOCK) WindowServer::Deliver(this, BMessage(kRedisplay));
 }
 
 bool Simulation::CommitChanges() {
@@ -435,10 +432,9 @@ void Simulation::SetName(const std::string& name) {
 }
 
 DocumentError Simulation::Find(const BMessage& archive) {
-    if (DocumentError error = document_.FindEpochs(archive); error.Failed()) return error;
-    document_.FindSimInfo(archive);
+    if (DocumentError error = document_.Load(archive); error.Failed()) return error;
     FindSimWindowInfo(archive);
-    displays_.Find(archive, title_.c_str());
+    displays_.Find(title_.c_str());
     // It was never saved by a window, and cannot know where this one stands.
     if (!archive.HasName(kWindowAt)) displays_.KeepClearOf(Frame());
     return {};
@@ -463,7 +459,7 @@ bool Simulation::QuitRequested() {
         SendQuitRequest();
     } else if (const uint32 answer = host_->DefaultResponse(MessageWindow::kSaveConfirmation);
                answer != 0) {
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(answer));
+        WindowServer::Deliver(this, BMessage(answer));
     } else {
         isAsked_ = true;
         boxes_.MakeQuitConfirm(saver_.File().Name());
@@ -524,7 +520,7 @@ void Simulation::SendQuitRequest(const std::string& reason) {
     BMessage doomed(kDeleteMe);
     doomed.AddPointer(kDoomedSimulation, this);
     if (!reason.empty()) doomed.AddString(kReasonField, reason);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), doomed);
+    WindowServer::Deliver(host_->Application(), doomed);
 }
 
 // Called by the application's thread, which holds this window's lock until the end. None of the

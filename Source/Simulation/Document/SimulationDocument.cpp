@@ -5,6 +5,7 @@
 #include "Calculation/ReportConsumer.h"
 #include "Model/Epochs/EpochCursor.h"
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Application/FieldTable.h"
 #include "Simulation/Document/DocumentCheck.h"
 #include "Simulation/Document/EpochReader.h"
 #include "Simulation/Document/SimulationFile.h"
@@ -16,11 +17,6 @@ constexpr const char* kEpochs = "Epochs";
 constexpr const char* kFocusPosition = "Cur Epoch";
 constexpr const char* kFocusWriteable = "Cur Ep Writ";
 constexpr const char* kFocusSystem = "Cur Sys";
-constexpr const char* kSegmentLength = "Segment length";
-constexpr const char* kUpdatesPerSecond = "Updates per sec";
-constexpr const char* kBodyNameIndex = "Body Name Index";
-
-constexpr int32 kEverythingChanged = -1;
 
 // Without the epoch that it inherits its name from, it has that name as its own.
 status_t ArchiveAlone(const AbEpoch& epoch, BMessage* archive) {
@@ -32,7 +28,37 @@ status_t ArchiveAlone(const AbEpoch& epoch, BMessage* archive) {
     return copy->Archive(archive, false);
 }
 
+bool IsUpdateRate(float updates) {
+    return updates >= 1.0f && updates <= static_cast<float>(AbCalculator::kMaxUpdatesPerSecond);
+}
+
 }  // namespace
+
+// What a document's record holds beside its epochs and windows. A field that is missing changes
+// nothing.
+struct SimulationDocument::SimInfo {
+    int32 segmentLength;
+    float updatesPerSecond;
+    int32 nextBodyName;
+
+    struct Fields;
+};
+
+struct SimulationDocument::SimInfo::Fields {
+    static constexpr FieldTable kTable{
+        Field<&SimInfo::segmentLength>{.name = "Segment length",
+                                       .meaning = "the least length of a piece of a trail, pixels",
+                                       .whenMissing = "2, or unchanged"},
+        Field<&SimInfo::updatesPerSecond>{
+            .name = "Updates per sec",
+            .meaning = "display updates wanted per second, a whole number",
+            .accepts = IsUpdateRate,
+            .whenMissing = "80, or unchanged"},
+        Field<&SimInfo::nextBodyName>{.name = "Body Name Index",
+                                      .meaning = "index of the next body name to hand out",
+                                      .whenMissing = "unchanged"},
+    };
+};
 
 SimulationDocument::SimulationDocument(BLooper* reportTarget)
     : portal_(&undoChain_, &root_),
@@ -55,34 +81,25 @@ void SimulationDocument::RemoveConsumer(ReportConsumer* consumer) {
 
 // The epochs first: only they can be refused.
 DocumentError SimulationDocument::Load(const BMessage& record) {
-    portal_.Broadcast(false);
-    DocumentError error = FindEpochs(record);
-    if (!error.Failed()) {
-        FindSimInfo(record);
-        windowFields_ = ExtractWindowFields(record);
-    }
-    portal_.Broadcast(true);
-    if (!error.Failed()) portal_.TellObservers(kEverythingChanged);
-    return error;
+    if (DocumentError error = FindEpochs(record); error.Failed()) return error;
+    FindSimInfo(record);
+    windowFields_ = ExtractWindowFields(record);
+    return {};
 }
 
 DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
     portal_.ReadLock();
-    status_t status = SetEpochs(record, allEpochs);
-    if (status == B_OK) status = SetSimInfo(record);
+    const status_t epochs = SetEpochs(record, allEpochs);
+    const status_t info = epochs == B_OK ? SetSimInfo(record) : epochs;
     portal_.ReadUnlock();
-    if (status == B_OK) status = AppendFields(windowFields_, record);
-    return DocumentError::Record(status);
+    return DocumentError::Record(info == B_OK ? AppendFields(windowFields_, record) : info);
 }
 
 void SimulationDocument::FindSimInfo(const BMessage& record) {
-    float updates = 0.0f;
-    if (record.FindFloat(kUpdatesPerSecond, &updates) == B_OK && updates >= 1.0f &&
-        updates <= static_cast<float>(AbCalculator::kMaxUpdatesPerSecond))
-        calculator_->SetUpdatesPerSecond(static_cast<int32>(updates));
-    int32 segmentLength = 0;
-    if (record.FindInt32(kSegmentLength, &segmentLength) == B_OK)
-        calculator_->SetSegmentLength(segmentLength);
+    SimInfo info = GetSimInfo();
+    SimInfo::Fields::kTable.Read(record, &info);
+    calculator_->SetUpdatesPerSecond(static_cast<int32>(info.updatesPerSecond));
+    calculator_->SetSegmentLength(info.segmentLength);
 }
 
 DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
@@ -106,9 +123,9 @@ void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> top
     root_.Prune();
     for (std::unique_ptr<AbEpoch>& epoch : topLevel)
         root_.AddChild(epoch.release());
-    int32 nextBodyName = 0;
-    if (record.FindInt32(kBodyNameIndex, &nextBodyName) == B_OK)
-        nextBodyName_ = std::max(nextBodyName, 0);
+    SimInfo info = GetSimInfo();
+    SimInfo::Fields::kTable.Read(record, &info);
+    nextBodyName_ = std::max(info.nextBodyName, 0);
     SetFocus(record);
     portal_.WriteUnlock();
     undoChain_.Unlock();
@@ -145,11 +162,15 @@ status_t SimulationDocument::SetEpochs(BMessage* record, bool allEpochs) const {
         if (const status_t status = record->AddMessage(kEpochs, std::move(archive)); status != B_OK)
             return status;
     }
-    status_t status = allEpochs ? record->AddInt32(kFocusPosition, FocusPosition()) : B_OK;
-    if (status == B_OK) status = record->AddBool(kFocusWriteable, focus->Writeable());
+    if (allEpochs)
+        if (const status_t status = record->AddInt32(kFocusPosition, FocusPosition());
+            status != B_OK)
+            return status;
+    if (const status_t status = record->AddBool(kFocusWriteable, focus->Writeable());
+        status != B_OK)
+        return status;
     const int64 system = portal_.FocusSystem()->ID();
-    if (status == B_OK && system >= 0) status = record->AddInt64(kFocusSystem, system);
-    return status;
+    return system >= 0 ? record->AddInt64(kFocusSystem, system) : B_OK;
 }
 
 int32 SimulationDocument::FocusPosition() const {
@@ -162,11 +183,26 @@ int32 SimulationDocument::FocusPosition() const {
     return 0;
 }
 
+SimulationDocument::SimInfo SimulationDocument::GetSimInfo() const {
+    return {calculator_->SegmentLength(), static_cast<float>(calculator_->UpdatesPerSecond()),
+            nextBodyName_};
+}
+
 status_t SimulationDocument::SetSimInfo(BMessage* record) const {
-    status_t status = record->AddInt32(kSegmentLength, calculator_->SegmentLength());
-    if (status == B_OK)
-        status = record->AddFloat(kUpdatesPerSecond,
-                                  static_cast<float>(calculator_->UpdatesPerSecond()));
-    if (status == B_OK) status = record->AddInt32(kBodyNameIndex, nextBodyName_);
-    return status;
+    return SimInfo::Fields::kTable.Write(GetSimInfo(), record);
+}
+
+void SimulationDocument::DescribeFields(FieldDescriptions* into) {
+    DescribeField(into, kEpochs, B_MESSAGE_TYPE, "1 or more", "not a usable document",
+                  "the top-level epochs, each with its descendants; or the focus epoch alone, "
+                  "without them");
+    DescribeField(into, kFocusPosition, B_INT32_TYPE, "0, 1", "0",
+                  "the focus epoch: its position in visiting order (an epoch before its "
+                  "children); only when all epochs are saved");
+    DescribeField(into, kFocusWriteable, B_BOOL_TYPE, "1", "as the epoch says",
+                  "the focus epoch is writeable");
+    DescribeField(into, kFocusSystem, B_INT64_TYPE, "0, 1", "the root system's first child",
+                  "identifier of the system in focus, when not negative");
+    SimInfo::Fields::kTable.Describe(into);
+    DescribeWindowFields(into);
 }

@@ -12,6 +12,7 @@
 #include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldDescription.h"
 #include "Simulation/Document/DocumentError.h"
 #include "Simulation/Document/DocumentNotice.h"
 
@@ -36,7 +37,8 @@ public:
     void RemoveConsumer(ReportConsumer* consumer);
 
     // Replaces everything by the record, and forgets the undo history. A record that cannot be used
-    // changes nothing.
+    // changes nothing. Observers are told, if at all, of single changes only: who has some keeps
+    // the portal from that meanwhile, and tells them of everything then.
     DocumentError Load(const BMessage& record);
     // What the record that was loaded last has lost or got.
     [[nodiscard]] const DocumentNotices& Notices() const { return notices_; }
@@ -50,6 +52,8 @@ public:
     DocumentError FindEpochs(const BMessage& record);
     [[nodiscard]] status_t SetEpochs(BMessage* record, bool allEpochs) const;
     [[nodiscard]] status_t SetSimInfo(BMessage* record) const;
+    // Of a document's record.
+    static void DescribeFields(FieldDescriptions* into);
 
     // Displays and windows, which this floor keeps without understanding them: the fields of the
     // record that was read, or those that the window floor has put in their place.
@@ -60,6 +64,8 @@ public:
     void SetNextBodyNameIndex(int32 index) { nextBodyName_ = index; }
 
 private:
+    struct SimInfo;
+    [[nodiscard]] SimInfo GetSimInfo() const;
     void InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> topLevel, const BMessage& record);
     void SetFocus(const BMessage& record);
     [[nodiscard]] int32 FocusPosition() const;

@@ -5,20 +5,37 @@
 #include <vector>
 
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
-struct Field {
+constexpr const char* kPanel = "the open panel's";
+
+struct WindowField {
     const char* name;
     type_code type;
+    const char* meaning;
+    const char* count = "1";
+    const char* whenMissing = "unchanged";
 };
 
-constexpr Field kWindowFields[] = {
-    {"Displays", B_MESSAGE_TYPE}, {"Disp type", B_INT32_TYPE}, {"Edit at", B_POINT_TYPE},
-    {"Anim at", B_POINT_TYPE},    {"Anim Show", B_BOOL_TYPE},  {"Colors at", B_POINT_TYPE},
-    {"Colors Show", B_BOOL_TYPE}, {"Epoch at", B_POINT_TYPE},  {"Epoch Show", B_BOOL_TYPE},
-    {"Epoch W", B_FLOAT_TYPE},    {"Epoch H", B_FLOAT_TYPE},   {"Save at", B_POINT_TYPE},
-    {"Save W", B_FLOAT_TYPE},     {"Save H", B_FLOAT_TYPE},
+constexpr WindowField kWindowFields[] = {
+    {"Displays", B_MESSAGE_TYPE,
+     "the display's record; the first 32 open by themselves, the rest stay as they are",
+     "per display", "one projection display is made"},
+    {"Disp type", B_INT32_TYPE, "1: projection display", "per display", "that display is skipped"},
+    {"Edit at", B_POINT_TYPE, "left-top of the simulation window"},
+    {"Anim at", B_POINT_TYPE, "left-top of the animation window"},
+    {"Anim Show", B_BOOL_TYPE, "it is showing"},
+    {"Colors at", B_POINT_TYPE, "left-top of the trail-and-disc window"},
+    {"Colors Show", B_BOOL_TYPE, "it is showing"},
+    {"Epoch at", B_POINT_TYPE, "left-top of the epoch window"},
+    {"Epoch Show", B_BOOL_TYPE, "it is showing"},
+    {"Epoch W", B_FLOAT_TYPE, "its width, in sizes of the plain font"},
+    {"Epoch H", B_FLOAT_TYPE, "its height, in sizes of the plain font"},
+    {"Save at", B_POINT_TYPE, "left-top of the save panel", "0, 1", kPanel},
+    {"Save W", B_FLOAT_TYPE, "its width", "0, 1", kPanel},
+    {"Save H", B_FLOAT_TYPE, "its height", "0, 1", kPanel},
 };
 
 status_t CopyItem(const BMessage& from, const char* name, type_code type, int32 index,
@@ -47,7 +64,7 @@ status_t CopyField(const BMessage& from, const char* name, type_code type, int32
 
 BMessage ExtractWindowFields(const BMessage& record) {
     BMessage fields;
-    for (const Field& field : kWindowFields) {
+    for (const WindowField& field : kWindowFields) {
         type_code type = 0;
         int32 count = 0;
         if (record.GetInfo(field.name, &type, &count) != B_OK || type != field.type) continue;
@@ -73,4 +90,9 @@ status_t AppendFields(const BMessage& fields, BMessage* record) {
         if (status != B_OK) return status;
     }
     return B_OK;
+}
+
+void DescribeWindowFields(FieldDescriptions* into) {
+    for (const WindowField& field : kWindowFields)
+        DescribeField(into, field.name, field.type, field.count, field.whenMissing, field.meaning);
 }

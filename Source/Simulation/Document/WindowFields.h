@@ -1,6 +1,7 @@
 // The fields of a document's record that belong to displays and windows. No state, any thread.
 #pragma once
 
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/SupportDefs.h"
 
 class BMessage;
@@ -10,3 +11,4 @@ class BMessage;
 [[nodiscard]] BMessage ExtractWindowFields(const BMessage& record);
 // Adds every field of `fields` to `record`.
 [[nodiscard]] status_t AppendFields(const BMessage& fields, BMessage* record);
+void DescribeWindowFields(FieldDescriptions* into);

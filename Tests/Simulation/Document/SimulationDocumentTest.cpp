@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <optional>
 
 #include "Model/Commands/CommandFactory.h"
 #include "Model/Commands/NewEpochCommand.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Platform/TestFolder.h"
 #include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
@@ -181,6 +185,27 @@ TEST(SimulationDocument, ARecordThatCannotBeUsedChangesNothing) {
     LoadTree(&document);
     EXPECT_EQ(document.Portal()->FocusEpoch()->Name(), "Right");
     EXPECT_FALSE(document.GetUndoChain()->CanUndo());
+}
+
+// With groups, a system shown relative to another, two runs and the integrator's state of both, as
+// an earlier build has written it.
+TEST(SimulationDocument, WhatIsReadIsWrittenByteForByte) {
+    const std::string sample = ORVEK_TEST_DATA_DIR "/two-runs.orvek";
+    const TestFolder folder;
+    BMessage read;
+    ASSERT_FALSE(SimulationFile::Read(sample, &read).Failed());
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(read).Failed());
+    BMessage written;
+    ASSERT_FALSE(document.Store(&written, true).Failed());
+    const std::string copy = folder.Path("copy");
+    ASSERT_FALSE(SimulationFile::Write(copy, written).Failed());
+    const auto bytesOf = [](const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    EXPECT_EQ(bytesOf(sample).size(), 12164u);
+    EXPECT_TRUE(bytesOf(copy) == bytesOf(sample));
 }
 
 }  // namespace
