@@ -71,8 +71,7 @@ void OpenPanel::PutAreaInto(BMessage* document) const {
 
 void OpenPanel::Show(Simulation* requester) {
     if (panel_ == nullptr) {
-        panel_ = std::make_unique<MyFilePanel>(B_OPEN_PANEL,
-                                               BMessenger(static_cast<BHandler*>(target_)));
+        panel_ = std::make_unique<MyFilePanel>(B_OPEN_PANEL, BMessenger(target_));
         panel_->SetPanelDirectory(&directory_);
         panel_->SetArea(at_, width_, height_);
     } else {

@@ -16,8 +16,7 @@ void QuitRound::Begin(const std::vector<Simulation*>& simulations) {
 
 void QuitRound::AskFirst() {
     if (left_.empty()) return;
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(left_.front())),
-                          BMessage(B_QUIT_REQUESTED));
+    WindowServer::Deliver(left_.front(), BMessage(B_QUIT_REQUESTED));
 }
 
 void QuitRound::Closed(const Simulation* simulation, const std::vector<Simulation*>& open) {

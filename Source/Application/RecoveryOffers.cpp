@@ -47,7 +47,7 @@ void RecoveryOffers::OfferFirst() {
     const std::string text =
         reason.empty() ? FillIn(texts_->Label(kTextRecovery), {name, DayAndTime(copy.time)})
                        : FillIn(texts_->Label(kTextRecoveryUnsaved), {name, reason});
-    const BMessenger owner(static_cast<BHandler*>(owner_));
+    const BMessenger owner(owner_);
     const error_option discard{texts_->Label(kTextDiscard), BMessage(kDiscard), owner};
     const error_option later{texts_->Label(kTextLater), {}, {}};
     const error_option recover{texts_->Label(kTextRecover), BMessage(kRecover), owner};

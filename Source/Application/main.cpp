@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
     }
     SimApp application(&resources,
                        launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave);
-    const BMessenger messenger(static_cast<BHandler*>(&application));
+    const BMessenger messenger(&application);
     signals.Watch(messenger);
     if (launch.IsFirst()) launch.Listen(messenger);
     application.Run();

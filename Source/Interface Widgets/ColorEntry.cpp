@@ -96,8 +96,7 @@ void ColorEntry::ShowNumbers(rgb_color color, bool replacesAll) {
     for (std::size_t i = 0; i < channels_.size(); i++)
         channels_[i].number->ShowValue(Plain(color.*kChannels[i]), replacesAll);
     shown_ = color;
-    if (Window() != nullptr)
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(Window())), BMessage(kColorShown));
+    if (Window() != nullptr) WindowServer::Deliver(Window(), BMessage(kColorShown));
 }
 
 rgb_color ColorEntry::SliderColor() const {

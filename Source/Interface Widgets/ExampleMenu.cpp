@@ -33,5 +33,5 @@ BArchivable* ExampleMenu::Instantiate(BMessage* archive) {
 }
 
 void ExampleMenu::AttachedToWindow() {
-    SetTargetForItems(static_cast<BHandler*>(be_app));
+    SetTargetForItems(be_app);
 }

@@ -8,5 +8,5 @@
 
 HelpMenu::HelpMenu(const InterfaceTexts& texts) : BMenu(texts.Text(kTextHelp)) {
     AddItem(new BMenuItem(texts.Text(kTextGuide), new BMessage(kShowGuide), B_HELP_KEY));
-    SetTargetForItems(static_cast<BHandler*>(be_app));
+    SetTargetForItems(be_app);
 }

@@ -72,6 +72,6 @@ void RecentMenu::Fill() {
     }
     AddSeparatorItem();
     AddItem(new BMenuItem(clearLabel_.c_str(), new BMessage(kClearRecent)));
-    SetTargetForItems(static_cast<BHandler*>(be_app));
+    SetTargetForItems(be_app);
     SetEnabled(!paths.empty());
 }

@@ -32,15 +32,14 @@ void SubWindow::AddKey(char key, uint32 what) {
 }
 
 void SubWindow::SendToOwner(const BMessage& message) const {
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(owner_)), message);
+    WindowServer::Deliver(owner_, message);
 }
 
 void SubWindow::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kNewSimulation:
         case kOpen:
-            if (be_app != nullptr)
-                WindowServer::Deliver(BMessenger(static_cast<BHandler*>(be_app)), *message);
+            if (be_app != nullptr) WindowServer::Deliver(be_app, *message);
             break;
         case kSave:
         case kUndo:

@@ -24,7 +24,7 @@ void MessageBoxes::MakeQuitConfirm(const std::string& simulationName) {
     if (MessageWindow* const box = MessageWindowFromID(MessageWindow::kSaveConfirmation))
         return box->Activate();
     const InterfaceTexts& texts = *host_->Context().texts;
-    const BMessenger target(static_cast<BHandler*>(owner_));
+    const BMessenger target(owner_);
     const error_option dontSave{texts.Label(kLabelDontSave), BMessage(kReallyQuit), target};
     const error_option cancel{texts.Label(kLabelCancel), BMessage(kCancelQuit), target};
     const error_option save{texts.Label(kLabelSave), BMessage(kSaveThenQuit), target};
@@ -43,7 +43,7 @@ void MessageBoxes::HandleDefaultResponse(const BMessage& reply, int32 windowID, 
     BMessage response(kSetDefaultResponse);
     response.AddInt32("Window ID", windowID);
     response.AddInt32("Default", static_cast<int32>(command));
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(host_->Application())), response);
+    WindowServer::Deliver(host_->Application(), response);
 }
 
 // --- Building ---
@@ -60,7 +60,7 @@ void MessageBoxes::MakeBuilding() {
 
 BMessenger MessageBoxes::Building() const {
     MessageWindow* const box = MessageWindowFromID(MessageWindow::kBuilding);
-    return box == nullptr ? BMessenger() : BMessenger(static_cast<BHandler*>(box));
+    return box == nullptr ? BMessenger() : BMessenger(box);
 }
 
 bool MessageBoxes::EndBuilding() {

@@ -19,18 +19,6 @@
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationTexts.h"
 
-namespace {
-
-BMenu* Unarchive(const BMessage& archive) {
-    BMessage copy(archive);
-    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
-    auto* const menu = dynamic_cast<BMenu*>(object.get());
-    if (menu != nullptr) static_cast<void>(object.release());
-    return menu;
-}
-
-}  // namespace
-
 SimulationMenus::SimulationMenus(const Simulation* simulation, SimulationHost* host)
     : texts_(*host->Context().texts), bar_(new BMenuBar("Main Menu Bar")) {
     AddAppMenu(simulation, host);
@@ -54,9 +42,9 @@ BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32
 // the place of an untouched simulation.
 void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* host) {
     const DisplayContext& context = host->Context();
-    BMenu* const menu = Unarchive(context.menus->AppMenuArchive());
+    BMenu* const menu = MakeMenu(context.menus->AppMenuArchive()).release();
     if (menu == nullptr) return;
-    menu->SetTargetForItems(static_cast<BHandler*>(host->Application()));
+    menu->SetTargetForItems(host->Application());
     if (BMenuItem* const open = menu->FindItem(kOpen); open != nullptr) {
         auto* const message = new BMessage(kOpen);
         message->AddPointer(kSimulationField, simulation);
@@ -100,7 +88,7 @@ void SimulationMenus::AddBodiesMenu() {
 }
 
 void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
-    BMenu* const menu = Unarchive(host->Context().menus->SimMenuArchive());
+    BMenu* const menu = MakeMenu(host->Context().menus->SimMenuArchive()).release();
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)

@@ -45,8 +45,7 @@ SimulationSaver::Outcome SimulationSaver::Save(uint32 answer) {
 }
 
 void SimulationSaver::SaveAs(uint32 answer) {
-    panel_.Ask(answer, BMessenger(static_cast<BHandler*>(window_)), file_.Directory(), file_.Name(),
-               file_.Name());
+    panel_.Ask(answer, BMessenger(window_), file_.Directory(), file_.Name(), file_.Name());
 }
 
 void SimulationSaver::SaveCurrentEpoch() {
@@ -59,8 +58,7 @@ void SimulationSaver::SaveCurrentEpoch() {
     const std::string proposal = file_.Name() + resources.InterfaceLabel(kTextAtTime) +
                                  print_double(time / uval) + ' ' +
                                  resources.TimeUnits().Abbreviation(uval);
-    panel_.Ask(kSaveEpochNamed, BMessenger(static_cast<BHandler*>(window_)), file_.Directory(),
-               file_.Name(), proposal);
+    panel_.Ask(kSaveEpochNamed, BMessenger(window_), file_.Directory(), file_.Name(), proposal);
 }
 
 bool SimulationSaver::SaveRequested(const BMessage& message, bool allEpochs) {

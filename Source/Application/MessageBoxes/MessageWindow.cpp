@@ -35,7 +35,7 @@ MessageWindow::MessageWindow(int32 id, BLooper* owner, BPoint where, const char*
               TitleFor(ownerName, texts).c_str(), B_MODAL_WINDOW,
               B_NOT_RESIZABLE | B_NOT_ZOOMABLE | B_NOT_MINIMIZABLE | B_CLOSE_ON_ESCAPE),
       id_(id),
-      owner_(static_cast<BHandler*>(owner)),
+      owner_(owner),
       options_{CopyOf(left), CopyOf(middle), CopyOf(right)} {
     auto* const column = new BGroupView("content", B_VERTICAL);
     column->SetWindowInsets();

@@ -22,6 +22,6 @@ bool AxisRequester::QuitRequested() {
     if (!IsHidden()) Hide();
     BMessage answer(kSetAxis);
     if (const int32 axis = axes_->Axis(); axis != 0) answer.AddInt32("Axis", axis);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(display_)), answer);
+    WindowServer::Deliver(display_, answer);
     return false;
 }

@@ -21,14 +21,6 @@ namespace {
 // Of the bodies only the heaviest are offered by name; any can be double-clicked.
 constexpr std::size_t kMaxBodies = 40;
 
-BMenu* Unarchive(const BMessage& archive) {
-    BMessage copy(archive);
-    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
-    auto* const menu = dynamic_cast<BMenu*>(object.get());
-    if (menu != nullptr) (void)object.release();
-    return menu;
-}
-
 }  // namespace
 
 DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context)
@@ -50,9 +42,9 @@ BMenuItem* DisplayMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 ke
 }
 
 void DisplayMenus::AddAppMenu() {
-    BMenu* const menu = Unarchive(context_.menus->AppMenuArchive());
+    BMenu* const menu = MakeMenu(context_.menus->AppMenuArchive()).release();
     if (menu == nullptr) return;
-    menu->SetTargetForItems(static_cast<BHandler*>(be_app));
+    menu->SetTargetForItems(be_app);
     auto* const item = new BMenuItem(menu);
     if (context_.icon != nullptr) item->SetIcon(context_.icon, context_.fineIcon);
     bar_->AddItem(item);
@@ -61,17 +53,16 @@ void DisplayMenus::AddAppMenu() {
 // As in the simulation's own window. The window's own shortcuts for these items were removed.
 void DisplayMenus::AddFileMenu() {
     auto* const menu = new BMenu(context_.texts->Text(kLabelFile));
-    AddItem(menu, kLabelSave, kSave, kLabelSaveKey)
-        ->SetTarget(static_cast<BHandler*>(display_->Owner()));
+    AddItem(menu, kLabelSave, kSave, kLabelSaveKey)->SetTarget(display_->Owner());
     menu->AddSeparatorItem();
     AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey)->SetTarget(display_);
     bar_->AddItem(menu);
 }
 
 void DisplayMenus::AddSimulationMenu() {
-    BMenu* const menu = Unarchive(context_.menus->SimMenuArchive());
+    BMenu* const menu = MakeMenu(context_.menus->SimMenuArchive()).release();
     if (menu == nullptr) return;
-    menu->SetTargetForItems(static_cast<BHandler*>(display_->Owner()));
+    menu->SetTargetForItems(display_->Owner());
     go_ = menu->FindItem(kTogglePause);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
         item->SetShortcut(context_.texts->Key(kLabelAnimationKey), 0);
@@ -120,7 +111,7 @@ void DisplayMenus::AddSystem(const char* name, int64 id, int64 followed) {
     auto* const message = new BMessage(kFollow);
     message->AddInt64(kFollowedSystem, id);
     auto* const item = new BMenuItem(name, message);
-    item->SetTarget(static_cast<BHandler*>(display_));
+    item->SetTarget(display_);
     item->SetMarked(id == followed);
     follow_->AddItem(item);
 }

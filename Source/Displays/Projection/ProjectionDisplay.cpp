@@ -259,7 +259,7 @@ void ProjectionDisplay::TellScale() {
     if (requester == nullptr) return;
     BMessage message(ScaleRequester::kScaleChanged);
     message.AddDouble("Scale", fields_.projection.scale);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(requester)), message);
+    WindowServer::Deliver(requester, message);
 }
 
 void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
@@ -391,8 +391,8 @@ void ProjectionDisplay::ToggleOption(bool DisplayOptions::*option) {
 void ProjectionDisplay::RequestPicture() {
     if (picturePanel_ == nullptr) {
         const BMessage named(kPictureNamed);
-        picturePanel_ = std::make_unique<BFilePanel>(
-            B_SAVE_PANEL, BMessenger(static_cast<BHandler*>(this)), nullptr, false, &named);
+        picturePanel_ =
+            std::make_unique<BFilePanel>(B_SAVE_PANEL, BMessenger(this), nullptr, false, &named);
         picturePanel_->SetTitle(Texts().Text(kLabelSavePictureTitle));
     }
     picturePanel_->SetSaveText((Title() + Texts().Label(kLabelPictureSuffix)).c_str());

@@ -17,7 +17,7 @@ void AddRequesterContent(BWindow* dialog, BView* content, Display* display, uint
     auto* const row = new BGroupView("buttons", B_HORIZONTAL);
     column->AddChild(row);
     auto* const no = new BButton("cancel", texts.Text(kLabelCancel), new BMessage(cancel));
-    no->SetTarget(static_cast<BHandler*>(display));
+    no->SetTarget(display);
     auto* const use = new BButton("use", texts.Text(kLabelUse), new BMessage(B_QUIT_REQUESTED));
     row->AddStretch();
     row->AddChild(no);

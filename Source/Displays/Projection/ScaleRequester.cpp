@@ -109,6 +109,6 @@ bool ScaleRequester::QuitRequested() {
     answer.AddInt32("Scale Ref", box_->GetReference());
     if (isUnitChanged_) answer.AddDouble("Units Pref", box_->Length().Uval());
     answer.AddDouble("Scale", scale_);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(display_)), answer);
+    WindowServer::Deliver(display_, answer);
     return false;
 }

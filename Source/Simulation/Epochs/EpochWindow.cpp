@@ -118,7 +118,7 @@ void EpochWindow::SetRunning(bool isRunning) {
 void EpochWindow::Changed(int32 changes) {
     if ((changes & (kTreeChanges | kContentChanges)) == 0) return;
     if (pendingChanges_.fetch_or(changes) != 0) return;
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+    WindowServer::Deliver(this, BMessage(kRedisplay));
 }
 
 bool EpochWindow::CommitChanges() {

@@ -208,7 +208,7 @@ bool BodySettingsBox::CommitPhysical() {
 void BodySettingsBox::Send(uint32 what, int64 system) {
     BMessage message(what);
     message.AddInt64(kBodyIDField, system);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(Window())), message);
+    WindowServer::Deliver(Window(), message);
 }
 
 void BodySettingsBox::MessageReceived(BMessage* message) {

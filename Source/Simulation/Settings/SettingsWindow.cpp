@@ -36,7 +36,7 @@ void SettingsWindow::StartObserving() {
 void SettingsWindow::Changed(int32 changes) {
     if (pendingChanges_.fetch_or(changes) != 0) return;
     // The one message of this burst must arrive, even if the port is full.
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+    WindowServer::Deliver(this, BMessage(kRedisplay));
 }
 
 bool SettingsWindow::CommitChanges() {

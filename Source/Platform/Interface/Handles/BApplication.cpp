@@ -28,9 +28,9 @@ thread_id BApplication::Run() {
         message.AddInt32("argc", static_cast<int32>(server->Arguments().size()));
         for (const std::string& argument : server->Arguments())
             message.AddString("argv", argument);
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), message);
+        WindowServer::Deliver(this, message);
     }
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(B_READY_TO_RUN));
+    WindowServer::Deliver(this, BMessage(B_READY_TO_RUN));
     const thread_id thread = BLooper::Run();
     if (thread < 0) return thread;
     server->Run();

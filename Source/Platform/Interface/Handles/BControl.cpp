@@ -32,7 +32,7 @@ status_t BControl::Invoke(const BMessage* message) {
 }
 
 BMessenger BControl::DefaultTarget() const {
-    return Window() == nullptr ? BMessenger{} : BMessenger(static_cast<BHandler*>(Window()));
+    return Window() == nullptr ? BMessenger{} : BMessenger(Window());
 }
 
 void BControl::Changed(const BMessage& message) {

@@ -46,13 +46,7 @@ BMenuItem::BMenuItem(BMessage* archive)
     BMessage nested;
     if (archive->FindMessage("_msg", &nested) == B_OK)
         BInvoker::SetMessage(new BMessage(std::move(nested)));
-    if (archive->FindMessage("_submenu", &nested) == B_OK) {
-        std::unique_ptr<BArchivable> object(instantiate_object(&nested));
-        if (auto* const menu = dynamic_cast<BMenu*>(object.get()); menu != nullptr) {
-            (void)object.release();
-            submenu_.reset(menu);
-        }
-    }
+    if (archive->FindMessage("_submenu", &nested) == B_OK) submenu_ = InstantiateAs<BMenu>(&nested);
 }
 
 BMenuItem::~BMenuItem() {
@@ -141,5 +135,5 @@ status_t BMenuItem::Invoke(const BMessage* message) {
 
 BMessenger BMenuItem::DefaultTarget() const {
     BWindow* const window = menu_ == nullptr ? nullptr : menu_->Window();
-    return window == nullptr ? BMessenger{} : BMessenger(static_cast<BHandler*>(window));
+    return window == nullptr ? BMessenger{} : BMessenger(window);
 }

@@ -59,7 +59,7 @@ BWindow::BWindow(BRect frame, const char* title, window_type type, uint32 flags)
     part_->state.frame = frame;
     part_->state.title = title == nullptr ? "" : title;
     WindowServer::Queue([part = part_, root = root_->Part(), frame, name = ToText(title),
-                         handle = BMessenger(static_cast<BHandler*>(this))] {
+                         handle = BMessenger(this)] {
         part->SetHandle(handle);
         part->Create(frame, name, *root);
     });
@@ -246,7 +246,7 @@ void BWindow::SetCancelButton(BButton* button) {
 void BWindow::AddShortcut(uint32 key, uint32 modifiers, BMessage* message, const BHandler* target) {
     const std::unique_ptr<BMessage> owned(message);
     if (owned == nullptr) return RemoveShortcut(key, modifiers);
-    const BMessenger messenger(target == nullptr ? static_cast<BHandler*>(this) : target);
+    const BMessenger messenger(target == nullptr ? this : target);
     ChangeWindow(part_, [keys = ToSequence(key, WithShift(key, modifiers)), copy = *owned,
                          messenger](WindowPart& part) { part.AddShortcut(keys, copy, messenger); });
 }

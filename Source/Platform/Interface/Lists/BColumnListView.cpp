@@ -49,7 +49,7 @@ std::optional<BColumnListView::Rename> BColumnListView::TakePendingRename() {
 }
 
 BMessenger BColumnListView::DefaultTarget() const {
-    return Window() == nullptr ? BMessenger{} : BMessenger(static_cast<BHandler*>(Window()));
+    return Window() == nullptr ? BMessenger{} : BMessenger(Window());
 }
 
 void BColumnListView::Changed(const BMessage& message) {

@@ -103,8 +103,7 @@ private:
     // everything in order, or was given time enough.
     static void EndSession() {
         constexpr int kPatienceMilliseconds = 8000;
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(be_app)),
-                              BMessage(B_SESSION_ENDING));
+        WindowServer::Deliver(be_app, BMessage(B_SESSION_ENDING));
         QEventLoop loop;
         QTimer patience;
         QObject::connect(&patience, &QTimer::timeout, &loop, &QEventLoop::quit);

@@ -63,6 +63,9 @@ public:
     // port refuses until there is room (and a server runs), drops what is for a looper that is
     // gone.
     static void Deliver(const BMessenger& target, const BMessage& message);
+    static void Deliver(const BHandler* target, const BMessage& message) {
+        Deliver(BMessenger(target), message);
+    }
 
     // The icon of all windows that have none of their own. Any thread; copies the bitmap.
     static void SetProgramIcon(const BBitmap* icon);
