@@ -191,7 +191,7 @@ Simulation* SimApp::BeginSimulation(const std::function<void(Simulation*)>& init
     } catch (const std::bad_alloc&) {
     } catch (const std::system_error&) {
     }
-    if (std::erase(simulations_, simulation) > 0 && simulation->Lock()) simulation->Quit();
+    if (std::erase(simulations_, simulation) > 0) QuitIfAlive(simulation);
     return nullptr;
 }
 
@@ -221,7 +221,7 @@ void SimApp::SimulationClosed(const void* pointer, const BMessage& message) {
 
 void SimApp::DeleteSimulation(Simulation* simulation) {
     if (std::erase(simulations_, simulation) == 0) return;
-    if (simulation->Lock()) simulation->Quit();
+    QuitIfAlive(simulation);
     quitRound_.Closed(simulation, simulations_);
     QuitIfNothingIsLeft();
 }
@@ -420,12 +420,12 @@ void SimApp::Quit() {
     while (!simulations_.empty()) {
         Simulation* const simulation = simulations_.back();
         simulations_.pop_back();
-        if (simulation->Lock()) simulation->Quit();
+        QuitIfAlive(simulation);
     }
     for (MessageWindow* const box : boxes_)
-        if (box->Lock()) box->Quit();
+        QuitIfAlive(box);
     boxes_.clear();
-    if (guide_ != nullptr && guide_->Lock()) guide_->Quit();
+    QuitIfAlive(guide_);
     guide_ = nullptr;
     BApplication::Quit();
 }
@@ -453,7 +453,7 @@ void SimApp::MessageWindowClosed(const void* window) {
     if (found == boxes_.end()) return;
     MessageWindow* const box = *found;
     boxes_.erase(found);
-    if (box->Lock()) box->Quit();
+    QuitIfAlive(box);
 }
 
 void SimApp::ShowGuide() {

@@ -11,6 +11,7 @@
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BScreen.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/WindowFields.h"
@@ -76,7 +77,7 @@ void DisplayList::Delete(const Display* display) {
     displays_.erase(found);
     run_->Rest();
     document_->RemoveConsumer(doomed);
-    if (doomed->Lock()) doomed->Quit();
+    BLooper::QuitIfAlive(doomed);
     run_->UnRest();
 }
 
@@ -117,11 +118,12 @@ void DisplayList::SetPreferredUnits(double unit) {
 
 void DisplayList::TellUnits(Display* display) const {
     auto* const projection = dynamic_cast<ProjectionDisplay*>(display);
-    if (projection == nullptr || !projection->Lock()) return;
+    if (projection == nullptr) return;
+    const BAutolock lock(projection);
+    if (!lock.IsLocked()) return;
     BMessage message;
     message.AddDouble("Units Pref", preferredUnits_);
     projection->SetPreferredUnits(&message);
-    projection->Unlock();
 }
 
 void DisplayList::Find(const BMessage& archive, const char* simulationName) {
@@ -147,11 +149,11 @@ void DisplayList::OpenWaiting(const char* simulationName) {
 
 void DisplayList::Archive(BMessage* into) const {
     for (Display* const display : displays_) {
-        if (!display->Lock()) continue;
         BMessage archive;
-        const status_t status = display->MiniArchive(&archive);
-        display->Unlock();
-        if (status != B_OK) continue;
+        {
+            const BAutolock lock(display);
+            if (!lock.IsLocked() || display->MiniArchive(&archive) != B_OK) continue;
+        }
         into->AddMessage(kDisplays, std::move(archive));
         into->AddInt32(kTypes, display->Type());
     }

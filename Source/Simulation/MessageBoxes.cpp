@@ -83,7 +83,7 @@ void MessageBoxes::DeleteMessageWindow(const MessageWindow* box) {
     if (found == boxes_.end()) return;
     MessageWindow* const doomed = *found;
     boxes_.erase(found);
-    if (doomed->Lock()) doomed->Quit();
+    BLooper::QuitIfAlive(doomed);
 }
 
 void MessageBoxes::DeleteAll() {

@@ -15,6 +15,7 @@
 #include "Platform/Application/BMessageRunner.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/DocumentSaver.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
@@ -89,13 +90,13 @@ void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const Recov
 
 void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory,
                         const char* name) {
-    if (!Lock()) return;
+    const BAutolock lock(this);
+    if (!lock.IsLocked()) return;
     Replacement replacement{std::move(archive), directory, name};
     if (isBuilt_)
         Replace(replacement);
     else
         replacement_ = std::move(replacement);
-    Unlock();
 }
 
 void Simulation::Replace(const Replacement& replacement) {

@@ -4,6 +4,7 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Simulation/DisplayList.h"
@@ -51,10 +52,13 @@ void SimulationSaver::SaveAs(uint32 answer) {
 
 void SimulationSaver::SaveCurrentEpoch() {
     EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const double time = portal->FocusEpoch()->Time();
-    const double uval = portal->FocusEpoch()->TimeUval();
-    portal->ReadUnlock();
+    double time = 0.0;
+    double uval = 1.0;
+    {
+        const ReadGuard guard(portal);
+        time = portal->FocusEpoch()->Time();
+        uval = portal->FocusEpoch()->TimeUval();
+    }
     const ProgramResources& resources = host_->Resources();
     const std::string proposal = file_.Name() + resources.InterfaceLabel(kTextAtTime) +
                                  print_double(time / uval) + ' ' +

@@ -4,6 +4,8 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/GroupWindow.h"
@@ -18,18 +20,14 @@ constexpr int32 kMaxChoices = 500;
 constexpr float kGroupShift = 40.0f;
 
 void ShowOrActivate(BWindow* window) {
-    if (!window->Lock()) return;
+    const BAutolock lock(window);
+    if (!lock.IsLocked()) return;
     if (window->IsHidden()) {
         keep_on_screen(window);
         window->Show();
     } else {
         window->Activate();
     }
-    window->Unlock();
-}
-
-void LockAndQuit(BWindow* window) {
-    if (window != nullptr && window->Lock()) window->Quit();
 }
 
 }  // namespace
@@ -49,9 +47,9 @@ SubsidiaryWindows::SubsidiaryWindows(SimulationDocument* document, BLooper* owne
 
 void SubsidiaryWindows::Quit() {
     EndGroupRequest();
-    LockAndQuit(epochs_);
-    LockAndQuit(animation_);
-    LockAndQuit(trailDisc_);
+    BLooper::QuitIfAlive(epochs_);
+    BLooper::QuitIfAlive(animation_);
+    BLooper::QuitIfAlive(trailDisc_);
     epochs_ = nullptr;
     animation_ = nullptr;
     trailDisc_ = nullptr;
@@ -92,16 +90,16 @@ void SubsidiaryWindows::ShowTrailDisc() {
 void SubsidiaryWindows::RequestGroup(const BWindow& window) {
     if (group_ != nullptr) return group_->Activate();
     std::vector<GroupWindow::Choice> choices;
-    EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const MassSystem* const focus = portal->FocusSystem();
-    const MassSystem* const parent = focus->Parent();
-    const int32 count = parent == nullptr ? 0 : std::min(parent->CountChildren(), kMaxChoices);
-    for (int32 i = 0; i < count; i++) {
-        const MassSystem* const system = parent->ChildAt(i);
-        choices.push_back({system->ID(), system->Name(), system == focus});
+    {
+        const ReadGuard guard(document_->Portal());
+        const MassSystem* const focus = document_->Portal()->FocusSystem();
+        const MassSystem* const parent = focus->Parent();
+        const int32 count = parent == nullptr ? 0 : std::min(parent->CountChildren(), kMaxChoices);
+        for (int32 i = 0; i < count; i++) {
+            const MassSystem* const system = parent->ChildAt(i);
+            choices.push_back({system->ID(), system->Name(), system == focus});
+        }
     }
-    portal->ReadUnlock();
     if (choices.empty()) return;
     const BRect frame = window.Frame();
     group_ = new GroupWindow({frame.left + kGroupShift, frame.top + kGroupShift}, choices, owner_,

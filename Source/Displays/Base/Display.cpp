@@ -10,6 +10,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 
@@ -74,9 +75,8 @@ void Display::MessageReceived(BMessage* message) {
 }
 
 void Display::PrepareForGo(int32 /*reportsPerSegment*/) {
-    if (!Lock()) return;
-    pendingChanges_ = 0;
-    Unlock();
+    const BAutolock lock(this);
+    if (lock.IsLocked()) pendingChanges_ = 0;
 }
 
 // --- The drawing thread ---

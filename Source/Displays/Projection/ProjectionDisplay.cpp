@@ -13,6 +13,7 @@
 #include "Interface Widgets/ScaleBox.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/DefaultUnits.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
@@ -21,6 +22,7 @@
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/BEntry.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 
@@ -157,18 +159,19 @@ float ProjectionDisplay::DiscSize(double radius) {
 
 void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
                                  double* velocities) {
-    if (!Lock()) return;
+    const BAutolock lock(this);
+    if (!lock.IsLocked()) return;
     if (reports > 0) time_ = times[reports - 1];
     TrajectoryDisplay::ReadData(reports, times, positions, velocities);
-    Unlock();
 }
 
 void ProjectionDisplay::Redisplay(int32 changes) {
     if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
-        Epoch()->ReadLock();
-        if ((changes & kNamesChanged) != 0) TakeBodies(Epoch()->BodiesInMassOrder());
-        TakeTime();
-        Epoch()->ReadUnlock();
+        {
+            const ReadGuard guard(Epoch());
+            if ((changes & kNamesChanged) != 0) TakeBodies(Epoch()->BodiesInMassOrder());
+            TakeTime();
+        }
         Sky()->ShowTexts();
     }
     TrajectoryDisplay::Redisplay(changes);
@@ -330,9 +333,10 @@ void ProjectionDisplay::Follow(int64 system) {
                                     ? fields_.projection.center + View()->Cache().LastReference()
                                     : ThreeVector{};
     fields_.followed = system;
-    Epoch()->ReadLock();
-    TakeReference(Epoch()->BodiesInMassOrder());
-    Epoch()->ReadUnlock();
+    {
+        const ReadGuard guard(Epoch());
+        TakeReference(Epoch()->BodiesInMassOrder());
+    }
     menus_->ShowFollowed(labels_, fields_.followed);
     ShowMap(false);
 }

@@ -8,6 +8,7 @@
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BMessage.h"
 
@@ -177,17 +178,9 @@ void Resolution::DeleteAbsorbed() {
     }
 }
 
-}  // namespace
-
-MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
-                                 const std::string& joiner, const AbEpoch* touchedIn) {
-    portal->CommitChanges();
-    portal->WriteLock();
+// Under the write lock, in the focus epoch.
+MergeResult Resolve(EpochPortal* portal, const BMessage& collisions, const std::string& joiner) {
     AbEpoch* const epoch = portal->FocusEpoch();
-    if (touchedIn != nullptr && touchedIn != epoch) {
-        portal->WriteUnlock();
-        return {};
-    }
     // The mergers are part of the run, even if it was paused just now and is a record already.
     const bool wasWriteable = epoch->Writeable();
     epoch->SetWriteable(true);
@@ -205,7 +198,20 @@ MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions
     if (result.mergers.empty()) result.unmerged = resolution.FindTouching(collisions);
 
     epoch->SetWriteable(wasWriteable);
-    portal->WriteUnlock();
+    return result;
+}
+
+}  // namespace
+
+MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
+                                 const std::string& joiner, const AbEpoch* touchedIn) {
+    portal->CommitChanges();
+    MergeResult result;
+    {
+        const WriteGuard guard(portal);
+        if (touchedIn != nullptr && touchedIn != portal->FocusEpoch()) return {};
+        result = Resolve(portal, collisions, joiner);
+    }
     portal->TellObservers(kBodyDataChanged);
     return result;
 }

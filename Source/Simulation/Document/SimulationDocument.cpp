@@ -4,7 +4,9 @@
 
 #include "Calculation/ReportConsumer.h"
 #include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/DocumentCheck.h"
 #include "Simulation/Document/EpochReader.h"
 #include "Simulation/Document/SimulationFile.h"
@@ -67,10 +69,12 @@ DocumentError SimulationDocument::Load(const BMessage& record) {
 }
 
 DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
-    portal_.ReadLock();
-    status_t status = SetEpochs(record, allEpochs);
-    if (status == B_OK) status = SetSimInfo(record);
-    portal_.ReadUnlock();
+    status_t status = B_OK;
+    {
+        const ReadGuard guard(&portal_);
+        status = SetEpochs(record, allEpochs);
+        if (status == B_OK) status = SetSimInfo(record);
+    }
     if (status == B_OK) status = AppendFields(windowFields_, record);
     return DocumentError::Record(status);
 }
@@ -98,9 +102,9 @@ DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
 
 void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> topLevel,
                                        const BMessage& record) {
-    undoChain_.Lock();
+    const BAutolock chainLock(undoChain_);
     undoChain_.Clear();  // of commands for epochs that are going
-    portal_.WriteLock();
+    const WriteGuard guard(&portal_);
     portal_.SetEpochTo(nullptr);
     portal_.SetSystemTo(nullptr);
     root_.Prune();
@@ -110,8 +114,6 @@ void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> top
     if (record.FindInt32(kBodyNameIndex, &nextBodyName) == B_OK)
         nextBodyName_ = std::max(nextBodyName, 0);
     SetFocus(record);
-    portal_.WriteUnlock();
-    undoChain_.Unlock();
 }
 
 // Positions count from the first top-level epoch, which is 0.

@@ -10,6 +10,7 @@
 #include "Interface Widgets/VectorEntry.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BChoiceField.h"
@@ -110,29 +111,33 @@ std::array<Entry*, 5> BodySettingsBox::Entries() const {
 
 void BodySettingsBox::Redisplay(int32 changes) {
     if ((changes & (kFocusChanged | kSystemsChanged)) == 0) return;
-    portal_->ReadLock();
-    const bool isOther = portal_->FocusSystem()->ID() != focus_.id;
-    portal_->ReadUnlock();
     // What is half typed is for the system that is still shown.
-    if (isOther) {
+    if (HasLostFocus()) {
         CommitNonPhysical();
         CommitPhysical();
     }
 
     SystemList list;
     const bool readsList = (changes & kSystemsChanged) != 0;
-    portal_->ReadLock();
-    const SystemList::Focus focus = ReadFocus(*portal_);
-    if (focus.id != focus_.id) SetFactories(focus.id);
-    for (Entry* const entry : Entries())
-        entry->Read();
-    if (readsList) list = ReadSystemList(*portal_);
-    portal_->ReadUnlock();
+    SystemList::Focus focus;
+    {
+        const ReadGuard guard(portal_);
+        focus = ReadFocus(*portal_);
+        if (focus.id != focus_.id) SetFactories(focus.id);
+        for (Entry* const entry : Entries())
+            entry->Read();
+        if (readsList) list = ReadSystemList(*portal_);
+    }
 
     for (Entry* const entry : Entries())
         entry->ShowValue();
     ShowSystems(readsList && list != list_ ? &list : nullptr, focus);
     EnableEntries();
+}
+
+bool BodySettingsBox::HasLostFocus() const {
+    const ReadGuard guard(portal_);
+    return portal_->FocusSystem()->ID() != focus_.id;
 }
 
 void BodySettingsBox::SetFactories(int64 id) {

@@ -40,6 +40,8 @@ private:
     void AddSystem(const DisplayContext& context);
     void AddVectors(const DisplayContext& context);
     [[nodiscard]] std::array<Entry*, 5> Entries() const;
+    // Another system is in focus than the one shown.
+    bool HasLostFocus() const;
     void SetFactories(int64 id);
     // `changed`: another list, or null.
     void ShowSystems(SystemList* changed, const SystemList::Focus& focus);

@@ -15,6 +15,7 @@
 #include "Model/Commands/EpochFactories.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BFont.h"
@@ -120,10 +121,11 @@ std::array<Entry*, 4> GlobalControlsBox::Entries() const {
 
 void GlobalControlsBox::Redisplay(int32 changes) {
     if ((changes & kShown) == 0) return;
-    portal_->ReadLock();
-    for (Entry* const entry : Entries())
-        entry->Read();
-    portal_->ReadUnlock();
+    {
+        const ReadGuard guard(portal_);
+        for (Entry* const entry : Entries())
+            entry->Read();
+    }
     for (Entry* const entry : Entries())
         entry->ShowValue();
 }

@@ -4,6 +4,7 @@
 #include "Interface Widgets/Entry.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
@@ -48,10 +49,11 @@ bool SettingsWindow::CommitChanges() {
 
 void SettingsWindow::Refresh() {
     AboutToRefresh();
-    portal_->ReadLock();
-    for (Entry* const entry : entries_)
-        entry->Read();
-    portal_->ReadUnlock();
+    {
+        const ReadGuard guard(portal_);
+        for (Entry* const entry : entries_)
+            entry->Read();
+    }
     for (Entry* const entry : entries_)
         entry->ShowValue();
     Refreshed();

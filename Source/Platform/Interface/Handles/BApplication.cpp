@@ -53,12 +53,8 @@ void BApplication::Quit() {
 }
 
 void BApplication::QuitAllWindows() {
-    while (BWindow* const window = WindowList::At(0)) {
-        if (window->Lock())
-            window->Quit();
-        else
-            WindowList::Remove(window);
-    }
+    while (BWindow* const window = WindowList::At(0))
+        if (!QuitIfAlive(window)) WindowList::Remove(window);
 }
 
 // --- Windows and messages ---
