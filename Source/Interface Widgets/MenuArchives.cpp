@@ -1,5 +1,7 @@
 #include "Interface Widgets/MenuArchives.h"
 
+#include <memory>
+
 #include "Interface Widgets/AbbreviatedMenuField.h"
 #include "Interface Widgets/HelpTexts.h"
 #include "Interface Widgets/InterfaceLabels.h"
@@ -67,4 +69,12 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     menu.AddItem(new BMenuItem(texts.Text(kLabelAnimation), new BMessage(kShowAnimation)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelEpochs), new BMessage(kShowEpochs)));
     return ArchiveOf(menu);
+}
+
+BMenu* MenuArchives::MakeMenu(const BMessage& archive) {
+    BMessage copy(archive);
+    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
+    auto* const menu = dynamic_cast<BMenu*>(object.get());
+    if (menu != nullptr) static_cast<void>(object.release());
+    return menu;
 }

@@ -7,6 +7,7 @@
 #include "Interface Widgets/ExampleMenu.h"
 #include "Platform/Application/BMessage.h"
 
+class BMenu;
 class InterfaceTexts;
 class UnitTable;
 
@@ -27,6 +28,8 @@ public:
     [[nodiscard]] const BMessage& TimeUnitMenuArchive() const { return timeUnits_; }
 
     [[nodiscard]] static BMessage MakeUnitMenuFieldArchive(const UnitTable& table);
+    // The caller's; null if the archive is none of a menu.
+    [[nodiscard]] static BMenu* MakeMenu(const BMessage& archive);
 
 private:
     [[nodiscard]] static BMessage MakeAppMenuArchive(const InterfaceTexts& texts,

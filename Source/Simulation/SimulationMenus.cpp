@@ -1,7 +1,5 @@
 #include "Simulation/SimulationMenus.h"
 
-#include <memory>
-
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/HelpMenu.h"
@@ -18,18 +16,6 @@
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationTexts.h"
-
-namespace {
-
-BMenu* Unarchive(const BMessage& archive) {
-    BMessage copy(archive);
-    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
-    auto* const menu = dynamic_cast<BMenu*>(object.get());
-    if (menu != nullptr) static_cast<void>(object.release());
-    return menu;
-}
-
-}  // namespace
 
 SimulationMenus::SimulationMenus(const Simulation* simulation, SimulationHost* host)
     : texts_(*host->Context().texts), bar_(new BMenuBar("Main Menu Bar")) {
@@ -54,7 +40,7 @@ BMenuItem* SimulationMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32
 // the place of an untouched simulation.
 void SimulationMenus::AddAppMenu(const Simulation* simulation, SimulationHost* host) {
     const DisplayContext& context = host->Context();
-    BMenu* const menu = Unarchive(context.menus->AppMenuArchive());
+    BMenu* const menu = MenuArchives::MakeMenu(context.menus->AppMenuArchive());
     if (menu == nullptr) return;
     menu->SetTargetForItems(static_cast<BHandler*>(host->Application()));
     if (BMenuItem* const open = menu->FindItem(kOpen); open != nullptr) {
@@ -100,7 +86,7 @@ void SimulationMenus::AddBodiesMenu() {
 }
 
 void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
-    BMenu* const menu = Unarchive(host->Context().menus->SimMenuArchive());
+    BMenu* const menu = MenuArchives::MakeMenu(host->Context().menus->SimMenuArchive());
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)

@@ -61,22 +61,19 @@ void Display::SetTitle(const char* simulationName) {
 // --- Changes of the model ---
 
 void Display::Changed(int32 changes) {
-    if (pendingChanges_.fetch_or(changes) != 0) return;
-    // The one message of this burst must arrive, even if the port is full.
-    if (PostMessage(kRedisplay) == B_WOULD_BLOCK)
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+    changes_.Put(changes);
 }
 
 void Display::MessageReceived(BMessage* message) {
     if (message->what == kRedisplay)
-        Redisplay(pendingChanges_.exchange(0));
+        Redisplay(changes_.Take());
     else
         SubWindow::MessageReceived(message);
 }
 
 void Display::PrepareForGo(int32 /*reportsPerSegment*/) {
     const BAutolock lock(this);
-    if (lock.IsLocked()) pendingChanges_ = 0;
+    if (lock.IsLocked()) changes_.Take();
 }
 
 // --- The drawing thread ---

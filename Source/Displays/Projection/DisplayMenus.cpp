@@ -1,7 +1,6 @@
 #include "Displays/Projection/DisplayMenus.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
@@ -20,14 +19,6 @@ namespace {
 
 // Of the bodies only the heaviest are offered by name; any can be double-clicked.
 constexpr std::size_t kMaxBodies = 40;
-
-BMenu* Unarchive(const BMessage& archive) {
-    BMessage copy(archive);
-    std::unique_ptr<BArchivable> object(instantiate_object(&copy));
-    auto* const menu = dynamic_cast<BMenu*>(object.get());
-    if (menu != nullptr) (void)object.release();
-    return menu;
-}
 
 }  // namespace
 
@@ -50,7 +41,7 @@ BMenuItem* DisplayMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 ke
 }
 
 void DisplayMenus::AddAppMenu() {
-    BMenu* const menu = Unarchive(context_.menus->AppMenuArchive());
+    BMenu* const menu = MenuArchives::MakeMenu(context_.menus->AppMenuArchive());
     if (menu == nullptr) return;
     menu->SetTargetForItems(static_cast<BHandler*>(be_app));
     auto* const item = new BMenuItem(menu);
@@ -69,7 +60,7 @@ void DisplayMenus::AddFileMenu() {
 }
 
 void DisplayMenus::AddSimulationMenu() {
-    BMenu* const menu = Unarchive(context_.menus->SimMenuArchive());
+    BMenu* const menu = MenuArchives::MakeMenu(context_.menus->SimMenuArchive());
     if (menu == nullptr) return;
     menu->SetTargetForItems(static_cast<BHandler*>(display_->Owner()));
     go_ = menu->FindItem(kTogglePause);

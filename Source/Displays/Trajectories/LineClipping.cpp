@@ -2,43 +2,18 @@
 
 #include <cmath>
 
-namespace {
-
-// The part of the line, from 0 at its start to 1 at its end, that is left.
-struct Part {
-    double from = 0.0;
-    double to = 1.0;
-
-    // Keeps what lies on the inner side of one border: where step * t <= room.
-    bool Cut(double step, double room) {
-        if (step == 0.0) return room >= 0.0;
-        const double at = room / step;
-        if (step < 0.0)
-            from = std::max(from, at);
-        else
-            to = std::min(to, at);
-        return from <= to;
-    }
-};
-
-}  // namespace
+#include "Platform/Interface/Canvas/LineClip.h"
 
 bool FixStartEnd(BPoint* start, BPoint* end, BRect frame) {
     if (IsInside(*start, frame) && IsInside(*end, frame)) return true;
-    const double x = start->x;
-    const double y = start->y;
-    const double dx = end->x - x;
-    const double dy = end->y - y;
-    if (!std::isfinite(x) || !std::isfinite(y) || !std::isfinite(dx) || !std::isfinite(dy))
+    double x0 = start->x;
+    double y0 = start->y;
+    double x1 = end->x;
+    double y1 = end->y;
+    if (!std::isfinite(x0) || !std::isfinite(y0) || !std::isfinite(x1 - x0) ||
+        !std::isfinite(y1 - y0) || !ClipLine(frame, &x0, &y0, &x1, &y1))
         return false;
-    Part part;
-    if (!part.Cut(-dx, x - frame.left) || !part.Cut(dx, frame.right - x) ||
-        !part.Cut(-dy, y - frame.top) || !part.Cut(dy, frame.bottom - y))
-        return false;
-    const auto at = [&](double t) {
-        return BPoint{static_cast<float>(x + t * dx), static_cast<float>(y + t * dy)};
-    };
-    if (part.from > 0.0) *start = at(part.from);
-    if (part.to < 1.0) *end = at(part.to);
+    *start = {static_cast<float>(x0), static_cast<float>(y0)};
+    *end = {static_cast<float>(x1), static_cast<float>(y1)};
     return true;
 }

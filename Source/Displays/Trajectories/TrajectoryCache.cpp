@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 
+#include "Displays/Trajectories/Rounding.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Systems/Body.h"
 
@@ -11,10 +12,6 @@ namespace {
 
 // Around a disc, for the smoothed edge.
 constexpr float kDiscEdge = 1.5f;
-
-float round_to_unit(float value) {
-    return std::floor(value + 0.5f);
-}
 
 }  // namespace
 

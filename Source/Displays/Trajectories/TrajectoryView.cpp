@@ -5,6 +5,7 @@
 
 #include "Displays/Base/ViewLock.h"
 #include "Displays/Trajectories/LineClipping.h"
+#include "Displays/Trajectories/Rounding.h"
 #include "Model/Sharing/ChangeFlags.h"
 
 namespace {
@@ -23,10 +24,6 @@ constexpr int32 kDiscsChanged =
     kDiscChanged | kPositionChanged | kMassOrRadiusChanged | kBodiesChanged;
 static_assert(kBodiesChanged == 0xc00 && kOptionsChanged == 0xc26 && kPlacesChanged == 0xc0a &&
               kDiscsChanged == 0xc2c);
-
-float round_to_unit(float value) {
-    return std::floor(value + 0.5f);
-}
 
 BRect Grown(BRect rect, float by) {
     return {rect.left - by, rect.top - by, rect.right + by, rect.bottom + by};

@@ -118,8 +118,7 @@ void EpochWindow::SetRunning(bool isRunning) {
 
 void EpochWindow::Changed(int32 changes) {
     if ((changes & (kTreeChanges | kContentChanges)) == 0) return;
-    if (pendingChanges_.fetch_or(changes) != 0) return;
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kRedisplay));
+    changes_.Put(changes);
 }
 
 bool EpochWindow::CommitChanges() {
@@ -191,7 +190,7 @@ void EpochWindow::SendSelected(uint32 what) const {
 void EpochWindow::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kRedisplay:
-            return Redisplay(pendingChanges_.exchange(0));
+            return Redisplay(changes_.Take());
         case kSelected:
             return EnableItems();
         case kRestoreSelected:

@@ -44,6 +44,7 @@ BodySettingsBox::BodySettingsBox(EpochPortal* portal, const DisplayContext& cont
       texts_(*context.texts) {
     AddSystem(context);
     AddVectors(context);
+    physical_.Add({mass_, radius_, position_, velocity_});
     EnableEntries();
 }
 
@@ -105,10 +106,6 @@ void BodySettingsBox::AttachedToWindow() {
 
 // --- What is shown ---
 
-std::array<Entry*, 5> BodySettingsBox::Entries() const {
-    return {name_, mass_, radius_, position_, velocity_};
-}
-
 void BodySettingsBox::Redisplay(int32 changes) {
     if ((changes & (kFocusChanged | kSystemsChanged)) == 0) return;
     // What is half typed is for the system that is still shown.
@@ -124,13 +121,12 @@ void BodySettingsBox::Redisplay(int32 changes) {
         const ReadGuard guard(portal_);
         focus = ReadFocus(*portal_);
         if (focus.id != focus_.id) SetFactories(focus.id);
-        for (Entry* const entry : Entries())
-            entry->Read();
+        name_->Read();
+        physical_.Read();
         if (readsList) list = ReadSystemList(*portal_);
     }
-
-    for (Entry* const entry : Entries())
-        entry->ShowValue();
+    name_->ShowValue();
+    physical_.ShowValues();
     ShowSystems(readsList && list != list_ ? &list : nullptr, focus);
     EnableEntries();
 }
@@ -182,9 +178,7 @@ void BodySettingsBox::EnableEntries() {
     name_->SetEnabled(hasSystem);
     trailDisc_->SetEnabled(hasSystem);
     referents_->SetEnabled(hasSystem);
-    for (Entry* const entry : {static_cast<Entry*>(mass_), static_cast<Entry*>(radius_),
-                               static_cast<Entry*>(position_), static_cast<Entry*>(velocity_)})
-        entry->SetEnabled(hasSystem && !isRunLocked_);
+    physical_.SetEnabled(hasSystem && !isRunLocked_);
     for (QuantityEntry* const entry : {mass_, radius_}) {
         entry->SetEditable(!focus_.isGroup);
         entry->SetToolTip(texts_.Text(focus_.isGroup ? kTextGroupTip : kTextQuantityTip));
@@ -203,11 +197,7 @@ bool BodySettingsBox::CommitNonPhysical() {
 }
 
 bool BodySettingsBox::CommitPhysical() {
-    bool changes = false;
-    for (Entry* const entry : {static_cast<Entry*>(mass_), static_cast<Entry*>(radius_),
-                               static_cast<Entry*>(position_), static_cast<Entry*>(velocity_)})
-        changes = entry->Commit() || changes;
-    return changes;
+    return physical_.Commit();
 }
 
 void BodySettingsBox::Send(uint32 what, int64 system) {

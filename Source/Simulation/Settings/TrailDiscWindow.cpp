@@ -81,9 +81,7 @@ void TrailDiscWindow::AboutToRefresh() {
     trailOn_->SetFactory(isNone ? nullptr : Share(TrailOnFactory(id)));
     discColor_->SetFactory(isNone ? nullptr : Share(DiscColorFactory(id)));
     discOn_->SetFactory(isNone ? nullptr : Share(DiscOnFactory(id)));
-    for (Entry* const entry : {static_cast<Entry*>(trailColor_), static_cast<Entry*>(trailOn_),
-                               static_cast<Entry*>(discColor_), static_cast<Entry*>(discOn_)})
-        entry->SetEnabled(!isNone);
+    Entries().SetEnabled(!isNone);
 }
 
 void TrailDiscWindow::Refreshed() {

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "Platform/Interface/Canvas/LineClip.h"
+
 namespace {
 
 // Fractions of a pixel in whole numbers.
@@ -43,36 +45,6 @@ int32 EndCenter(double x, int32 first, int32 end) {
 }
 
 }  // namespace
-
-bool ClipLine(const IntRect& frame, double* x0, double* y0, double* x1, double* y1) {
-    const double dx = *x1 - *x0;
-    const double dy = *y1 - *y0;
-    double begin = 0.0;
-    double end = 1.0;
-    const auto clip = [&](double step, double room) {
-        if (step == 0.0) return room >= 0.0;
-        const double at = room / step;
-        if (step < 0.0)
-            begin = std::max(begin, at);
-        else
-            end = std::min(end, at);
-        return begin <= end;
-    };
-    if (!clip(-dx, *x0 - frame.left) || !clip(dx, frame.right - *x0) ||
-        !clip(-dy, *y0 - frame.top) || !clip(dy, frame.bottom - *y0))
-        return false;
-    const double startX = *x0;
-    const double startY = *y0;
-    if (end < 1.0) {
-        *x1 = startX + end * dx;
-        *y1 = startY + end * dy;
-    }
-    if (begin > 0.0) {
-        *x0 = startX + begin * dx;
-        *y0 = startY + begin * dy;
-    }
-    return true;
-}
 
 Rasterizer::Rasterizer(PixelBuffer& pixels, double width)
     : pixels_(pixels),
