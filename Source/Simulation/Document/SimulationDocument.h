@@ -53,7 +53,6 @@ public:
 
     // Displays and windows, which this floor keeps without understanding them: the fields of the
     // record that was read, or those that the window floor has put in their place.
-    [[nodiscard]] const BMessage& WindowFields() const { return windowFields_; }
     void SetWindowFields(BMessage fields) { windowFields_ = std::move(fields); }
 
     [[nodiscard]] int32 NextBodyNameIndex() const { return nextBodyName_; }
