@@ -89,7 +89,7 @@ int Runner::Run() {
 }
 
 int Runner::LoadDocument() {
-    const RunEvents::NothingToLose nothingToLose;
+    const RunEvents::NothingToLose nothingToLose(events_);
     BMessage record;
     if (const DocumentError error = ReadRecord(&record); error.Failed())
         return Fail(DocumentName(), error.Reason(resources_));
@@ -203,7 +203,7 @@ void Runner::RunStarting() {
         Note(FillIn(resources_.InterfaceLabel(kTextHistoricalOrder),
                     {std::to_string(Focus()->Order())}));
 
-    start_ = TakeState(portal);
+    start_ = TakeState(document_.Portal());
     run_.startTime = start_.time;
     run_.stopsAtCollision = options_.onCollision == Options::OnCollision::kStop;
     RunGoal& goal = run_.goal;

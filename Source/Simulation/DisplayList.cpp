@@ -7,6 +7,7 @@
 #include "Displays/Base/WindowPlacement.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BScreen.h"
@@ -17,9 +18,6 @@
 #include "Simulation/Document/WindowFields.h"
 
 namespace {
-
-constexpr const char* kDisplays = "Displays";
-constexpr const char* kTypes = "Disp type";
 
 // A display that no document has placed, beside the simulation's window; the next ones below it.
 constexpr BRect kUsualFrame{460.0f, 76.0f, 1259.0f, 675.0f};
@@ -122,7 +120,7 @@ void DisplayList::TellUnits(Display* display) const {
     const BAutolock lock(projection);
     if (!lock.IsLocked()) return;
     BMessage message;
-    message.AddDouble("Units Pref", preferredUnits_);
+    message.AddDouble(UnitMenu::kUnitField, preferredUnits_);
     projection->SetPreferredUnits(&message);
 }
 
@@ -133,8 +131,8 @@ void DisplayList::Find(const BMessage& archive, const char* simulationName) {
     const BMessage fields = ExtractWindowFields(archive);
     BMessage display;
     int32 type = 0;
-    for (int32 i = 0; fields.FindMessage(kDisplays, i, &display) == B_OK; i++)
-        if (fields.FindInt32(kTypes, i, &type) == B_OK)
+    for (int32 i = 0; fields.FindMessage(kDisplaysField, i, &display) == B_OK; i++)
+        if (fields.FindInt32(kDisplayTypesField, i, &type) == B_OK)
             waiting_.push_back({std::move(display), type});
     OpenWaiting(simulationName);
 }
@@ -154,11 +152,11 @@ void DisplayList::Archive(BMessage* into) const {
             const BAutolock lock(display);
             if (!lock.IsLocked() || display->MiniArchive(&archive) != B_OK) continue;
         }
-        into->AddMessage(kDisplays, std::move(archive));
-        into->AddInt32(kTypes, display->Type());
+        into->AddMessage(kDisplaysField, std::move(archive));
+        into->AddInt32(kDisplayTypesField, display->Type());
     }
     for (const Waiting& waiting : waiting_) {
-        if (into->AddMessage(kDisplays, &waiting.archive) != B_OK) return;
-        into->AddInt32(kTypes, waiting.type);
+        if (into->AddMessage(kDisplaysField, &waiting.archive) != B_OK) return;
+        into->AddInt32(kDisplayTypesField, waiting.type);
     }
 }

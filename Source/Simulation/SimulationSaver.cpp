@@ -7,12 +7,14 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Simulation/DisplayList.h"
 #include "Simulation/Document/DocumentSaver.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationTexts.h"
@@ -67,13 +69,8 @@ void SimulationSaver::SaveCurrentEpoch() {
                file_.Name(), proposal);
 }
 
-bool SimulationSaver::SaveRequested(const BMessage& message, bool allEpochs) {
-    entry_ref directory;
-    std::string name;
-    if (message.FindRef(kDirectory, &directory) != B_OK || message.FindString(kName, &name) != B_OK)
-        return false;
-    SaveRequested(directory, name, allEpochs);
-    return true;
+void SimulationSaver::SaveRequested(const SaveChoice& choice, bool allEpochs) {
+    SaveRequested(choice.directory, choice.name, allEpochs);
 }
 
 void SimulationSaver::SaveRequested(const entry_ref& directory, const std::string& name,
@@ -123,7 +120,7 @@ void SimulationSaver::GatherWindows() {
 }
 
 void SimulationSaver::SetSimWindowInfo(BMessage* archive) const {
-    SetWindowInfo(archive, *window_, "Edit at", nullptr);
+    SetWindowInfo(archive, *window_, kWindowAtField, nullptr);
     controls_->Windows()->Archive(archive);
     panel_.SetArea(archive);
 }

@@ -7,6 +7,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/Settings/AnimationWindow.h"
@@ -62,17 +63,17 @@ void SubsidiaryWindows::SetTitles(const char* simulationName) {
 }
 
 void SubsidiaryWindows::Find(const BMessage& archive) {
-    FindWindowInfo(archive, epochs_, "Epoch at", "Epoch Show");
-    FindWindowSize(archive, epochs_, "Epoch W", "Epoch H");
-    FindWindowInfo(archive, animation_, "Anim at", "Anim Show");
-    FindWindowInfo(archive, trailDisc_, "Colors at", "Colors Show");
+    FindWindowInfo(archive, epochs_, kEpochsAtField, kEpochsShownField);
+    FindWindowSize(archive, epochs_, kEpochsWidthField, kEpochsHeightField);
+    FindWindowInfo(archive, animation_, kAnimationAtField, kAnimationShownField);
+    FindWindowInfo(archive, trailDisc_, kColorsAtField, kColorsShownField);
 }
 
 void SubsidiaryWindows::Archive(BMessage* into) const {
-    SetWindowInfo(into, *animation_, "Anim at", "Anim Show");
-    SetWindowInfo(into, *trailDisc_, "Colors at", "Colors Show");
-    SetWindowInfo(into, *epochs_, "Epoch at", "Epoch Show");
-    SetWindowSize(into, *epochs_, "Epoch W", "Epoch H");
+    SetWindowInfo(into, *animation_, kAnimationAtField, kAnimationShownField);
+    SetWindowInfo(into, *trailDisc_, kColorsAtField, kColorsShownField);
+    SetWindowInfo(into, *epochs_, kEpochsAtField, kEpochsShownField);
+    SetWindowSize(into, *epochs_, kEpochsWidthField, kEpochsHeightField);
 }
 
 void SubsidiaryWindows::ShowEpochs() {
@@ -108,7 +109,7 @@ void SubsidiaryWindows::RequestGroup(const BWindow& window) {
 }
 
 void SubsidiaryWindows::EndGroupRequest() {
-    LockAndQuit(group_);
+    BLooper::QuitIfAlive(group_);
     group_ = nullptr;
 }
 

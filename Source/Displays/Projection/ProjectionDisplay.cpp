@@ -6,6 +6,7 @@
 #include "Displays/Projection/AxisRequester.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionView.h"
+#include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Trajectories/LineClipping.h"
 #include "Interface Widgets/InterfaceLabels.h"
@@ -19,6 +20,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BFilePanel.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/BEntry.h"
@@ -218,7 +220,7 @@ bool ProjectionDisplay::CancelAxisRequest() {
 void ProjectionDisplay::SetAxis(BMessage* message) {
     if (!CancelAxisRequest()) return;
     int32 axis = 0;
-    if (message->FindInt32("Axis", &axis) == B_OK && axis >= Projection::kX &&
+    if (message->FindInt32(AxisRequester::kAxisField, &axis) == B_OK && axis >= Projection::kX &&
         axis <= Projection::kZ && axis != fields_.projection.axis) {
         Center();
         fields_.projection.axis = axis;
@@ -240,18 +242,15 @@ bool ProjectionDisplay::CancelScaleRequest() {
 
 void ProjectionDisplay::SetScale(BMessage* message) {
     if (!CancelScaleRequest()) return;
-    int32 reference = 0;
-    if (message->FindInt32("Scale Ref", &reference) == B_OK) fields_.reference = reference;
-    double units = 0.0;
-    if (message->FindDouble("Units Pref", &units) == B_OK) {
-        fields_.units = units;
+    const ScaleChoice choice = ScaleChoice::From(*message);
+    if (choice.reference) fields_.reference = *choice.reference;
+    if (choice.units) {
+        fields_.units = *choice.units;
         areUnitsChosen_ = true;
     }
-    double scale = 0.0;
-    if (message->FindDouble("Scale", &scale) == B_OK && scale != fields_.projection.scale &&
-        IsPositive(scale)) {
+    if (choice.scale && *choice.scale != fields_.projection.scale && IsPositive(*choice.scale)) {
         Center();
-        fields_.projection.scale = scale;
+        fields_.projection.scale = *choice.scale;
         ShowMap(true);
     }
 }
@@ -260,15 +259,16 @@ void ProjectionDisplay::SetScale(BMessage* message) {
 void ProjectionDisplay::TellScale() {
     BWindow* const requester = scaleRequester_.Requester();
     if (requester == nullptr) return;
-    BMessage message(ScaleRequester::kScaleChanged);
-    message.AddDouble("Scale", fields_.projection.scale);
-    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(requester)), message);
+    ScaleChoice now;
+    now.scale = fields_.projection.scale;
+    WindowServer::Deliver(BMessenger(static_cast<BHandler*>(requester)),
+                          now.ToMessage(ScaleRequester::kScaleChanged));
 }
 
 void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
-    double units = 0.0;
-    if (!areUnitsChosen_ && message->FindDouble("Units Pref", &units) == B_OK && IsPositive(units))
-        fields_.units = units;
+    const ScaleChoice choice = ScaleChoice::From(*message);
+    if (!areUnitsChosen_ && choice.units && IsPositive(*choice.units))
+        fields_.units = *choice.units;
 }
 
 // The picture is drawn anew: the middle of the view becomes the middle of the projection.
@@ -405,12 +405,10 @@ void ProjectionDisplay::RequestPicture() {
 
 // Errors in file handling are silent.
 void ProjectionDisplay::SavePicture(const BMessage& message) {
-    entry_ref directory;
-    std::string name;
+    const auto choice = SaveChoice::From(message);
     std::string path;
-    if (message.FindRef("directory", &directory) != B_OK ||
-        message.FindString("name", &name) != B_OK || get_path_for_ref(directory, &path) != B_OK)
-        return;
+    if (!choice || get_path_for_ref(choice->directory, &path) != B_OK) return;
+    std::string name = choice->name;
     // The user was asked about a file of the name that was typed, and not of another one.
     const std::string& suffix = Texts().Label(kLabelPictureSuffix);
     if (!name.ends_with(suffix) && !BEntry((path + '/' + name + suffix).c_str()).Exists())

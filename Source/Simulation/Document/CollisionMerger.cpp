@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Calculation/CollisionMailbox.h"
 #include "Model/Commands/DeleteSystemCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -127,9 +128,7 @@ int64 Resolution::SurvivorOf(int64 id) const {
 }
 
 std::optional<RunEnding> Resolution::FindTouching(const BMessage& collisions) const {
-    int64 p, q;
-    for (int32 i = 0;
-         collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK; i++)
+    for (const auto [p, q] : CollisionMailbox::PairsOf(collisions))
         for (const Body* a : alive_) {
             if (a->ID() != p) continue;
             for (const Body* b : alive_)
@@ -186,13 +185,8 @@ MergeResult Resolve(EpochPortal* portal, const BMessage& collisions, const std::
     epoch->SetWriteable(true);
 
     Resolution resolution(portal, joiner);
-    int32 count = 0;
-    if (collisions.GetInfo("p", nullptr, &count) != B_OK) count = 0;
-    for (int32 i = 0; i < count; i++) {
-        int64 p, q;
-        if (collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK)
-            resolution.ResolvePair(p, q);
-    }
+    for (const auto [p, q] : CollisionMailbox::PairsOf(collisions))
+        resolution.ResolvePair(p, q);
     resolution.DeleteAbsorbed();
     MergeResult result = resolution.TakeResult();
     if (result.mergers.empty()) result.unmerged = resolution.FindTouching(collisions);

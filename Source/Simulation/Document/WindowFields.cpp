@@ -14,11 +14,13 @@ struct Field {
 };
 
 constexpr Field kWindowFields[] = {
-    {"Displays", B_MESSAGE_TYPE}, {"Disp type", B_INT32_TYPE}, {"Edit at", B_POINT_TYPE},
-    {"Anim at", B_POINT_TYPE},    {"Anim Show", B_BOOL_TYPE},  {"Colors at", B_POINT_TYPE},
-    {"Colors Show", B_BOOL_TYPE}, {"Epoch at", B_POINT_TYPE},  {"Epoch Show", B_BOOL_TYPE},
-    {"Epoch W", B_FLOAT_TYPE},    {"Epoch H", B_FLOAT_TYPE},   {"Save at", B_POINT_TYPE},
-    {"Save W", B_FLOAT_TYPE},     {"Save H", B_FLOAT_TYPE},
+    {kDisplaysField, B_MESSAGE_TYPE},    {kDisplayTypesField, B_INT32_TYPE},
+    {kWindowAtField, B_POINT_TYPE},      {kAnimationAtField, B_POINT_TYPE},
+    {kAnimationShownField, B_BOOL_TYPE}, {kColorsAtField, B_POINT_TYPE},
+    {kColorsShownField, B_BOOL_TYPE},    {kEpochsAtField, B_POINT_TYPE},
+    {kEpochsShownField, B_BOOL_TYPE},    {kEpochsWidthField, B_FLOAT_TYPE},
+    {kEpochsHeightField, B_FLOAT_TYPE},  {kSaveAtField, B_POINT_TYPE},
+    {kSaveWidthField, B_FLOAT_TYPE},     {kSaveHeightField, B_FLOAT_TYPE},
 };
 
 status_t CopyItem(const BMessage& from, const char* name, type_code type, int32 index,
