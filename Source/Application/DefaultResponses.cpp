@@ -3,35 +3,23 @@
 #include <cstddef>
 #include <vector>
 
+#include "Application/MessageBoxes/StandingAnswer.h"
 #include "Application/Prefs/Preferences.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/BMessage.h"
 
-namespace {
-
-constexpr const char* kWindowID = "Window ID";
-constexpr const char* kDefault = "Default";
-
-}  // namespace
-
 void DefaultResponses::Merge(const BMessage& pairs) {
     const std::lock_guard lock(mutex_);
-    int32 id = 0;
-    int32 command = 0;
-    for (int32 i = 0; pairs.FindInt32(kWindowID, i, &id) == B_OK &&
-                      pairs.FindInt32(kDefault, i, &command) == B_OK;
-         i++)
-        commands_[id] = static_cast<uint32>(command);
+    for (int32 i = 0; const auto answer = StandingAnswer::From(pairs, i); i++)
+        commands_[answer->windowID] = answer->command;
 }
 
 void DefaultResponses::AddTo(PreferenceSet* set) const {
     BMessage pairs(kSetDefaultResponse);
     {
         const std::lock_guard lock(mutex_);
-        for (const auto& [id, command] : commands_) {
-            pairs.AddInt32(kWindowID, id);
-            pairs.AddInt32(kDefault, static_cast<int32>(command));
-        }
+        for (const auto& [id, command] : commands_)
+            StandingAnswer{id, command}.AddTo(&pairs);
     }
     std::vector<std::byte> record;
     if (pairs.IsEmpty())

@@ -15,7 +15,7 @@ public:
     // The key in the preference set; its data is a flattened record of the pairs.
     static constexpr const char* kKey = "Default responses";
 
-    // Pairs of int32 "Window ID" and int32 "Default"; later ones replace earlier ones.
+    // StandingAnswers; later ones replace earlier ones.
     void Merge(const BMessage& pairs);
     // Writes the record of all pairs into the set, or removes it when there are none.
     void AddTo(PreferenceSet* set) const;

@@ -64,7 +64,7 @@ void RecoveryOffers::DiscardCurrent() {
 
 bool RecoveryOffers::BoxClosed(const void* box) {
     if (box_ == nullptr || box != static_cast<void*>(box_)) return false;
-    if (box_->Lock()) box_->Quit();
+    BLooper::QuitIfAlive(box_);
     box_ = nullptr;
     offers_.pop_front();
     OfferFirst();
@@ -73,6 +73,6 @@ bool RecoveryOffers::BoxClosed(const void* box) {
 
 void RecoveryOffers::End() {
     offers_.clear();
-    if (box_ != nullptr && box_->Lock()) box_->Quit();
+    BLooper::QuitIfAlive(box_);
     box_ = nullptr;
 }

@@ -28,9 +28,11 @@
 #include "Platform/Storage/BNode.h"
 #include "Platform/Storage/BNodeInfo.h"
 #include "Platform/Storage/BPath.h"
+#include "Simulation/CopyOffer.h"
 #include "Simulation/Document/DocumentError.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/Simulation.h"
 #include "Simulation/SimulationTexts.h"
 
@@ -147,7 +149,7 @@ void SimApp::RefsReceived(BMessage* message) {
     Simulation* const reuse = FindUntouched(requester);
     const auto request = OpenRequests::Begin(FindOpen(requester));
     entry_ref ref;
-    for (int32 i = 0; message->FindRef("refs", i, &ref) == B_OK; i++)
+    for (int32 i = 0; message->FindRef(kRefsField, i, &ref) == B_OK; i++)
         OpenFile(ref, isFromPanel, reuse, request);
     End(request);
 }
@@ -166,9 +168,9 @@ Simulation* SimApp::FindUntouched(const void* simulation) const {
 
 Simulation* SimApp::CreateSimulation() {
     BMessage record(newSimulation_);
-    if (BPoint at; record.FindPoint("Edit at", &at) == B_OK) {
+    if (BPoint at; record.FindPoint(kWindowAtField, &at) == B_OK) {
         const float aside = kAside * static_cast<float>(untitledCount_++ % kMaxAside);
-        static_cast<void>(record.ReplacePoint("Edit at", {at.x + aside, at.y + aside}));
+        static_cast<void>(record.ReplacePoint(kWindowAtField, {at.x + aside, at.y + aside}));
     }
     return CreateSimulation(record, openPanel_.Directory(), nullptr, true);
 }
@@ -191,7 +193,7 @@ Simulation* SimApp::BeginSimulation(const std::function<void(Simulation*)>& init
     } catch (const std::bad_alloc&) {
     } catch (const std::system_error&) {
     }
-    if (std::erase(simulations_, simulation) > 0 && simulation->Lock()) simulation->Quit();
+    if (std::erase(simulations_, simulation) > 0) QuitIfAlive(simulation);
     return nullptr;
 }
 
@@ -221,7 +223,7 @@ void SimApp::SimulationClosed(const void* pointer, const BMessage& message) {
 
 void SimApp::DeleteSimulation(Simulation* simulation) {
     if (std::erase(simulations_, simulation) == 0) return;
-    if (simulation->Lock()) simulation->Quit();
+    QuitIfAlive(simulation);
     quitRound_.Closed(simulation, simulations_);
     QuitIfNothingIsLeft();
 }
@@ -245,7 +247,7 @@ void SimApp::OpenPath(const std::string& path, Simulation* reuse,
 
 void SimApp::OpenRecent(const BMessage& message) {
     std::string path;
-    if (message.FindString("path", &path) != B_OK) return;
+    if (message.FindString(kPathField, &path) != B_OK) return;
     if (BEntry(path.c_str()).Exists()) {
         void* requester = nullptr;
         message.FindPointer(kSimulationField, &requester);
@@ -262,7 +264,7 @@ void SimApp::OpenRecent(const BMessage& message) {
 // A copy: it is in no file yet.
 void SimApp::OpenExample(const BMessage& message) {
     std::string path;
-    if (message.FindString("path", &path) != B_OK) return;
+    if (message.FindString(kPathField, &path) != B_OK) return;
     OpenInsteadOfFirst(path, [&](Simulation* simulation, std::unique_ptr<BMessage> archive) {
         simulation->InitCopy(std::move(archive), openPanel_.Directory(),
                              BPath(path.c_str()).Leaf());
@@ -373,17 +375,12 @@ void SimApp::Recover() {
 
 // What could not be saved in the place that the user wanted, and would be closed now.
 void SimApp::OfferCopy(const BMessage& message) {
-    RecoveryCopy copy;
-    std::string reason;
-    if (message.FindString(kCopyField, &copy.path) != B_OK ||
-        message.FindString(kCopyReasonField, &reason) != B_OK)
-        return;
-    static_cast<void>(message.FindString(kCopyNameField, &copy.documentName));
+    const std::optional<CopyOffer> offer = CopyOffer::From(message);
+    if (!offer) return;
     // What is known of a place that is gone may be the name alone.
-    if (message.FindString(kCopyOfField, &copy.originalPath) == B_OK &&
-        !copy.originalPath.starts_with('/'))
-        copy.originalPath.clear();
-    recoveryOffers_.OfferUnsaved(copy, reason);
+    const bool isPath = offer->path.starts_with('/');
+    const RecoveryCopy copy{offer->copy, offer->name, isPath ? offer->path : "", 0};
+    recoveryOffers_.OfferUnsaved(copy, offer->reason);
 }
 
 // All at the same time, and none longer than this: the desktop waits.
@@ -420,12 +417,12 @@ void SimApp::Quit() {
     while (!simulations_.empty()) {
         Simulation* const simulation = simulations_.back();
         simulations_.pop_back();
-        if (simulation->Lock()) simulation->Quit();
+        QuitIfAlive(simulation);
     }
     for (MessageWindow* const box : boxes_)
-        if (box->Lock()) box->Quit();
+        QuitIfAlive(box);
     boxes_.clear();
-    if (guide_ != nullptr && guide_->Lock()) guide_->Quit();
+    QuitIfAlive(guide_);
     guide_ = nullptr;
     BApplication::Quit();
 }
@@ -453,7 +450,7 @@ void SimApp::MessageWindowClosed(const void* window) {
     if (found == boxes_.end()) return;
     MessageWindow* const box = *found;
     boxes_.erase(found);
-    if (box->Lock()) box->Quit();
+    QuitIfAlive(box);
 }
 
 void SimApp::ShowGuide() {
@@ -551,9 +548,9 @@ void SimApp::MessageReceived(BMessage* message) {
         case kBuildGlobalControls:
         case kArrangeWindow:
         case kShowWindow:
-        case FourCC("bld9"):
-        case FourCC("sivl"):
-        case FourCC("fwfl"):
+        case kObsoleteSteps[0]:
+        case kObsoleteSteps[1]:
+        case kObsoleteSteps[2]:
             return HandBack(*message);
         case kHandOver:
             return OpenHandedOver(*message);

@@ -6,11 +6,12 @@
 
 #include <cerrno>
 
-#include "Application/EndSignals.h"
 #include "Application/ProgramTexts.h"
+#include "Application/SessionEnd.h"
 #include "Application/SimApp.h"
 #include "Application/SingleLaunch.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Kernel/EndSignals.h"
 #include "Simulation/Document/DocumentError.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
@@ -65,7 +66,8 @@ int main(int argc, char** argv) {
             return Print(stdout,
                          FillIn(resources.InterfaceLabel(kTextProgramVersion), {ORVEK_VERSION}), 0);
     }
-    EndSignals signals;
+    const EndSignals signals(EndSignals::NotIgnored({SIGTERM, SIGINT, SIGHUP}));
+    SessionEnd sessionEnd(signals);
     WindowServer::SetNoDisplayText(resources.InterfaceLabel(kTextNoDisplay));
     WindowServer server(argc, argv);
     // What the toolkit has left.
@@ -92,7 +94,7 @@ int main(int argc, char** argv) {
     SimApp application(&resources,
                        launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave);
     const BMessenger messenger(&application);
-    signals.Watch(messenger);
+    sessionEnd.Watch(messenger);
     if (launch.IsFirst()) launch.Listen(messenger);
     application.Run();
 }

@@ -10,11 +10,30 @@
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 
 namespace {
+
+// A consumer's lock for the length of a block.
+class ConsumerLock {
+public:
+    explicit ConsumerLock(ReportConsumer* consumer)
+        : consumer_(consumer), isHeld_(consumer->LockConsumer()) {}
+    ~ConsumerLock() {
+        if (isHeld_) consumer_->UnlockConsumer();
+    }
+    ConsumerLock(const ConsumerLock&) = delete;
+    ConsumerLock& operator=(const ConsumerLock&) = delete;
+
+    [[nodiscard]] bool IsHeld() const { return isHeld_; }
+
+private:
+    ReportConsumer* const consumer_;
+    const bool isHeld_;
+};
 
 constexpr int32 kLeastReportsPerDraw = 10;
 // Of the wanted number of batches, without a change of their size.
@@ -201,25 +220,25 @@ bool Calculator::Park() {
 }
 
 void Calculator::PrepareRun() {
-    portal_->WriteLock();
-    Recache();
-    portal_->WriteUnlock();
-    limit_.Begin();
-    for (ReportConsumer* consumer : *consumers_) {
-        if (!consumer->LockConsumer()) continue;
-        consumer->PrepareForGo(MostReports());
-        consumer->UnlockConsumer();
+    {
+        const WriteGuard guard(portal_);
+        Recache();
     }
+    limit_.Begin();
+    for (ReportConsumer* consumer : *consumers_)
+        if (const ConsumerLock lock(consumer); lock.IsHeld()) consumer->PrepareForGo(MostReports());
 }
 
 int32 Calculator::RunBatch() {
-    portal_->WriteLock();
-    AbEpoch* const epoch = portal_->FocusEpoch();
-    timeBase_ = epoch->Time();
-    batch_.Clear();
-    const int32 reports = Calculate();
-    if (reports > 0) epoch->SetTime(timeBase_);
-    portal_->WriteUnlock();
+    int32 reports = 0;
+    {
+        const WriteGuard guard(portal_);
+        AbEpoch* const epoch = portal_->FocusEpoch();
+        timeBase_ = epoch->Time();
+        batch_.Clear();
+        reports = Calculate();
+        if (reports > 0) epoch->SetTime(timeBase_);
+    }
     if (reports < reportsPerDraw_ && !ShouldStop()) cutBatches_++;
     return reports;
 }

@@ -3,6 +3,8 @@
 // thread.
 #pragma once
 
+#include <vector>
+
 #include "Platform/Application/BMessage.h"
 
 class BLooper;
@@ -13,6 +15,13 @@ public:
     // Fields: the later (lighter) body of each pair in mass order, and the earlier one.
     static constexpr const char* kLaterField = "p";
     static constexpr const char* kEarlierField = "q";
+
+    struct Pair {
+        int64 later = 0;
+        int64 earlier = 0;
+    };
+    // Those that such a message tells.
+    [[nodiscard]] static std::vector<Pair> PairsOf(const BMessage& message);
 
     void Add(int64 later, int64 earlier);
     [[nodiscard]] bool IsEmpty() const { return message_.IsEmpty(); }

@@ -1,13 +1,14 @@
 #include "Calculation/RunEnding.h"
 
+#include "Calculation/CollisionMailbox.h"
 #include "Platform/Application/BMessage.h"
 
 namespace {
 
 constexpr const char* kReasonField = "reason";
 constexpr const char* kTimeField = "time";
-constexpr const char* kLaterField = "p";
-constexpr const char* kEarlierField = "q";
+constexpr const char* kLaterField = CollisionMailbox::kLaterField;
+constexpr const char* kEarlierField = CollisionMailbox::kEarlierField;
 constexpr const char* kDistanceField = "distance";
 
 }  // namespace

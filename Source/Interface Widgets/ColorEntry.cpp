@@ -5,6 +5,7 @@
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/QuantityLine.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BColorControl.h"
 #include "Platform/Interface/Handles/BGridView.h"
@@ -131,12 +132,14 @@ bool ColorEntry::CommitPending() {
         if (typed[i]) values[i] = ReadChannel(i, *typed[i], (*source.value).*kChannels[i]);
     if (!values[0] && !values[1] && !values[2]) return false;
 
-    Portal()->ReadLock();
-    rgb_color color = source.factory->Current(*Portal());
-    for (std::size_t i = 0; i < values.size(); i++)
-        if (values[i]) color.*kChannels[i] = *values[i];
-    std::unique_ptr<LCommand> command = source.factory->MakeCommand(Portal(), color);
-    Portal()->ReadUnlock();
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(Portal());
+        rgb_color color = source.factory->Current(*Portal());
+        for (std::size_t i = 0; i < values.size(); i++)
+            if (values[i]) color.*kChannels[i] = *values[i];
+        command = source.factory->MakeCommand(Portal(), color);
+    }
     return ExecuteFiled(Portal(), std::move(command));
 }
 

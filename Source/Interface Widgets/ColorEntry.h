@@ -38,7 +38,7 @@ private:
     static constexpr uint32 kMoving = FourCC("clmv");
     static constexpr uint32 kMoved = FourCC("clmd");
     static constexpr uint32 kChoosing = FourCC("clcg");
-    static constexpr uint32 kChosen = FourCC("clcn");
+    static constexpr uint32 kChosen = FourCC("clok");
     static constexpr uint32 kEntered = FourCC("clen");
 
     struct Channel {

@@ -7,6 +7,7 @@
 #include "Interface Widgets/Entry.h"
 #include "Interface Widgets/UnitField.h"
 #include "Interface Widgets/UnitMenu.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
 
@@ -56,11 +57,13 @@ private:
         // Nothing is left that would be read in the new unit.
         this->Present(source.value, true);
         EpochPortal* const portal = this->Portal();
-        portal->ReadLock();
-        Value value = source.factory->Current(*portal);
-        value.SetUval(uval);
-        std::unique_ptr<LCommand> command = source.factory->MakeCommand(portal, value);
-        portal->ReadUnlock();
+        std::unique_ptr<LCommand> command;
+        {
+            const ReadGuard guard(portal);
+            Value value = source.factory->Current(*portal);
+            value.SetUval(uval);
+            command = source.factory->MakeCommand(portal, value);
+        }
         ExecuteFiled(portal, std::move(command));
     }
 

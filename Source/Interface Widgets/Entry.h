@@ -4,9 +4,9 @@
 //
 // Threads. All calls need the lock of the window, except Commit. To refresh, Read with the portal's
 // read lock, for all entries of a window at once, then ShowValue without it. Commit may be called
-// by any thread that holds no lock of the document, with or without the window's: half-typed text
-// lives in the window server, and what else it takes stands behind a mutex that is held for a
-// moment only, never while a command runs.
+// by any thread that holds no lock of the document, with or without the window's: all that it takes
+// stands behind mutexes that are held for a moment only, never while a command runs; and it asks
+// the window server nothing.
 #pragma once
 
 #include <atomic>
@@ -71,13 +71,10 @@ public:
     }
 
     void ShowValue() override {
-        bool isOther = false;
-        {
-            const std::lock_guard lock(mutex_);
-            isOther = source_.factory != next_;
-            source_ = {next_, read_};
-        }
-        // With another factory what is half entered is no longer for this entry.
+        // What is half entered is never taken for another factory than it was meant for.
+        const std::lock_guard lock(mutex_);
+        const bool isOther = source_.factory != next_;
+        source_ = {next_, read_};
         Present(read_, isOther);
     }
 
@@ -94,7 +91,8 @@ protected:
     ValueEntry(const char* name, orientation direction, EpochPortal* portal)
         : Entry(name, direction), portal_(portal) {}
 
-    // `replacesAll`: also what the user is just entering.
+    // `replacesAll`: also what the user is just entering. May be called with what is pending held
+    // fast, so it asks for nothing.
     virtual void Present(const std::optional<Value>& value, bool replacesAll) = 0;
 
     // Any thread. Takes what is pending together with what it is for: nobody changes that between.

@@ -1,5 +1,6 @@
 #include "Interface Widgets/ExampleMenu.h"
 
+#include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BApplication.h"
 
@@ -24,7 +25,7 @@ ExampleMenu::ExampleMenu(const char* name, const std::vector<Example>& examples)
 
 void ExampleMenu::Add(const std::string& path, const std::string& label) {
     auto* const message = new BMessage(kOpenExample);
-    message->AddString("path", path);
+    message->AddString(kPathField, path);
     AddItem(new BMenuItem(label.c_str(), message));
 }
 

@@ -18,7 +18,6 @@ enum InterfaceLabel : int32 {
     kLabelMessageBefore = 1510,  // the name of the message's owner
     kLabelMessageAfter = 1511,
     kLabelMessage = 1512,
-    kLabelAnd = 1513,
     kLabelEpochsOf = 1514,
     kLabelOK = 1515,
     kLabelAboutTitle = 1516,

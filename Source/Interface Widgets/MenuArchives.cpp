@@ -1,5 +1,7 @@
 #include "Interface Widgets/MenuArchives.h"
 
+#include <memory>
+
 #include "Interface Widgets/AbbreviatedMenuField.h"
 #include "Interface Widgets/HelpTexts.h"
 #include "Interface Widgets/InterfaceLabels.h"

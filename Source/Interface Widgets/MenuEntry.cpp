@@ -5,6 +5,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
 #include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 
 MenuEntry::MenuEntry(const char* name, const char* label, EpochPortal* portal, int32 least,
                      int32 greatest)
@@ -33,7 +34,7 @@ void MenuEntry::Present(const std::optional<int32>& value, bool /*replacesAll*/)
 void MenuEntry::MessageReceived(BMessage* message) {
     if (message->what != kChosen) return Entry::MessageReceived(message);
     int32 index = 0;
-    message->FindInt32("index", &index);
+    message->FindInt32(kIndexField, &index);
     const Source source = Shown();
     if (source && !CommitEntry(Portal(), *source.factory, least_ + index))
         Present(source.value, false);

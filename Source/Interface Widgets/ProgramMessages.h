@@ -16,20 +16,15 @@ inline constexpr uint32 kOpen = FourCC("open");
 inline constexpr uint32 kDeleteMe = FourCC("klme");
 // A message box has closed: pointer "Doomed Msg Window". To the application or a simulation.
 inline constexpr uint32 kDeleteMessageWindow = FourCC("klms");
-// A standing answer to a question: int32 "Window ID" and int32 "Default".
+// A StandingAnswer.
 inline constexpr uint32 kSetDefaultResponse = FourCC("sdmr");
 inline constexpr uint32 kClearDefaultResponses = FourCC("cdmr");
 // With pointer "Simulation": it was asked to close, and the user decided that it stays open
 // (Cancel, the question's or the save panel's close box), or it could not be saved. Ends the
 // quitting of the program.
 inline constexpr uint32 kCloseCancelled = FourCC("clcn");
-// A document could not be saved, and its window closes: strings "Copy" (where the recovery copy
-// lies), "Name" and "Path" of the document, and "Reason".
+// A document could not be saved, and its window closes: a CopyOffer.
 inline constexpr uint32 kOfferCopy = FourCC("ofcp");
-inline constexpr const char* kCopyField = "Copy";
-inline constexpr const char* kCopyNameField = "Name";
-inline constexpr const char* kCopyOfField = "Path";
-inline constexpr const char* kCopyReasonField = "Reason";
 // With pointer "Simulation": its window has built itself and is shown.
 inline constexpr uint32 kSimulationShown = FourCC("shwn");
 // From the menu of recent documents: open the one with string "path", and with pointer "Simulation"
@@ -48,6 +43,9 @@ inline constexpr uint32 kBuildBodySettings = FourCC("bbst");
 inline constexpr uint32 kBuildGlobalControls = FourCC("bgct");
 inline constexpr uint32 kArrangeWindow = FourCC("arsw");
 inline constexpr uint32 kShowWindow = FourCC("bld8");
+// Obsolete steps, handed back as well, and ignored.
+inline constexpr uint32 kBuildNothing = FourCC("bld9");
+inline constexpr uint32 kObsoleteSteps[] = {kBuildNothing, FourCC("sivl"), FourCC("fwfl")};
 
 // --- To a simulation ---
 inline constexpr uint32 kSave = FourCC("save");
@@ -93,3 +91,4 @@ inline constexpr const char* kDisplayTypeField = "Display Type";
 inline constexpr const char* kReplyField = "Reply";
 inline constexpr const char* kReasonField = "Reason";
 inline constexpr const char* kTextField = "Text";
+inline constexpr const char* kPathField = "path";

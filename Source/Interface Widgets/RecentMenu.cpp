@@ -66,7 +66,7 @@ void RecentMenu::Fill() {
     const std::vector<std::string> paths = RecentDocuments::Shared().Paths();
     for (const std::string& path : paths) {
         auto* const message = new BMessage(kOpenRecent);
-        message->AddString("path", path);
+        message->AddString(kPathField, path);
         message->AddPointer(kSimulationField, requester_);
         AddItem(new BMenuItem(LabelOf(path, paths).c_str(), message));
     }

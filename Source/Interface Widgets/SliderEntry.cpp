@@ -7,6 +7,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BSlider.h"
 #include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 
 namespace {
 
@@ -64,7 +65,7 @@ int32 SliderEntry::NearestStop(double value) const {
 
 double SliderEntry::StopAt(const BMessage& message) const {
     int32 index = 0;
-    message.FindInt32("value", &index);
+    message.FindInt32(kValueField, &index);
     return stops_[static_cast<std::size_t>(index)];
 }
 

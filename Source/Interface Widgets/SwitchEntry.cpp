@@ -2,6 +2,7 @@
 
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BCheckBox.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 
 SwitchEntry::SwitchEntry(const char* name, const char* label, EpochPortal* portal)
     : ValueEntry(name, B_HORIZONTAL, portal),
@@ -29,7 +30,7 @@ void SwitchEntry::MessageReceived(BMessage* message) {
     if (message->what != kSwitched) return Entry::MessageReceived(message);
     // Not the box's own value: a refresh may have been handled since.
     int32 value = B_CONTROL_OFF;
-    message->FindInt32("value", &value);
+    message->FindInt32(kValueField, &value);
     const Source source = Shown();
     if (source && !CommitEntry(Portal(), *source.factory, value != B_CONTROL_OFF))
         Present(source.value, false);

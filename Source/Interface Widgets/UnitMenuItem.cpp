@@ -1,12 +1,12 @@
 #include "Interface Widgets/UnitMenuItem.h"
 
+#include "Interface Widgets/UnitMenu.h"
 #include "Model/Units/DimValue.h"
 #include "Platform/Application/BMessage.h"
 
 namespace {
 
 constexpr const char* kUval = "uval";
-constexpr const char* kUnitsPref = "Units Pref";
 
 const ArchivableClass kClass("UnitMenuItem", UnitMenuItem::Instantiate);
 
@@ -39,8 +39,8 @@ void UnitMenuItem::SetUval(double uval) {
 
 status_t UnitMenuItem::SetMessage(BMessage* message) {
     if (message != nullptr) {
-        message->RemoveName(kUnitsPref);
-        message->AddDouble(kUnitsPref, uval_);
+        message->RemoveName(UnitMenu::kUnitField);
+        message->AddDouble(UnitMenu::kUnitField, uval_);
     }
     return AbbreviatedMenuItem::SetMessage(message);
 }

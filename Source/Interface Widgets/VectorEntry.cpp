@@ -3,6 +3,7 @@
 #include "Interface Widgets/EntryTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/QuantityLine.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Handles/BGridView.h"
 #include "Platform/Interface/Handles/BStringView.h"
 
@@ -85,10 +86,11 @@ bool VectorEntry::CommitComponent(int32 component, const std::string& typed, con
         value->SetUval(*uval);
     else
         *uval = value->Uval();
-    Portal()->ReadLock();
-    std::unique_ptr<LCommand> command =
-        source.factory->MakeComponentCommand(Portal(), component, *value);
-    Portal()->ReadUnlock();
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(Portal());
+        command = source.factory->MakeComponentCommand(Portal(), component, *value);
+    }
     const bool isRefused = command == nullptr && value->Value() != inForce.Value();
     if (isRefused) line.RefuseRange(inForce);
     return ExecuteFiled(Portal(), std::move(command));

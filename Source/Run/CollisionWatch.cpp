@@ -38,7 +38,7 @@ CollisionWatch::CollisionWatch() : looper_(new CollisionLooper) {
 }
 
 CollisionWatch::~CollisionWatch() {
-    if (looper_->Lock()) looper_->Quit();
+    BLooper::QuitIfAlive(looper_);
 }
 
 BLooper* CollisionWatch::Target() const {

@@ -1,9 +1,7 @@
 #include "Run/RunEvents.h"
 
 #include <poll.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,23 +13,10 @@ namespace {
 
 constexpr short kReadable = POLLIN;
 
-sigset_t StopSignals() {
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGINT);
-    sigaddset(&set, SIGTERM);
-    return set;
-}
-
 constexpr int kStoppedBySignal = 128;
 
 extern "C" void EndAtOnce(int signal) {
     _exit(kStoppedBySignal + signal);
-}
-
-void SetMask(int how) {
-    const sigset_t stop = StopSignals();
-    pthread_sigmask(how, &stop, nullptr);
 }
 
 // One that is ignored, as those of a job in the background are, stays so.
@@ -41,35 +26,23 @@ void SetHandler(int signal, void (*handler)(int)) {
 
 }  // namespace
 
-RunEvents::NothingToLose::NothingToLose() {
+RunEvents::NothingToLose::NothingToLose(const RunEvents& events) : signals_(events.signals_) {
     SetHandler(SIGINT, EndAtOnce);
     SetHandler(SIGTERM, EndAtOnce);
-    SetMask(SIG_UNBLOCK);
+    signals_.LetThrough();
 }
 
 RunEvents::NothingToLose::~NothingToLose() {
-    SetMask(SIG_BLOCK);
+    signals_.Hold();
     SetHandler(SIGINT, SIG_DFL);
     SetHandler(SIGTERM, SIG_DFL);
 }
 
-RunEvents::RunEvents() : parked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    const sigset_t stop = StopSignals();
-    pthread_sigmask(SIG_BLOCK, &stop, nullptr);
-    signals_ = signalfd(-1, &stop, SFD_CLOEXEC);
-    // A reader that goes away and a file that may not grow are errors of writing, not the program's
-    // end.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
-}
-
-RunEvents::~RunEvents() {
-    close(parked_);
-    close(signals_);
-}
+RunEvents::RunEvents()
+    : parked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), signals_({SIGINT, SIGTERM}) {}
 
 RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
-    pollfd sources[] = {{parked_, kReadable, 0}, {signals_, kReadable, 0}};
+    pollfd sources[] = {{parked_.Get(), kReadable, 0}, {signals_.Descriptor(), kReadable, 0}};
     int ready = -1;
     do {
         ready = poll(sources, 2, milliseconds.value_or(-1));
@@ -79,23 +52,16 @@ RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
         return Event::kParked;
     }
     if ((sources[1].revents & kReadable) == 0) return Event::kTimeout;
-    TakeSignal();
+    signal_ = signals_.Take();
+    signals_.LetThrough();
     return Event::kSignal;
 }
 
 void RunEvents::ForgetParking() {
     eventfd_t count = 0;
-    static_cast<void>(eventfd_read(parked_, &count));
-}
-
-void RunEvents::TakeSignal() {
-    signalfd_siginfo info{};
-    if (read(signals_, &info, sizeof info) == sizeof info)
-        signal_ = static_cast<int>(info.ssi_signo);
-    const sigset_t stop = StopSignals();
-    pthread_sigmask(SIG_UNBLOCK, &stop, nullptr);
+    static_cast<void>(eventfd_read(parked_.Get(), &count));
 }
 
 void RunEvents::Changed(int32 what) {
-    if (what == kCalculatorParked) static_cast<void>(eventfd_write(parked_, 1));
+    if (what == kCalculatorParked) static_cast<void>(eventfd_write(parked_.Get(), 1));
 }

@@ -1,16 +1,17 @@
 // What ends the waiting of the thread that owns a run: the calculator has parked by itself, the
-// user or the system asks to stop, or it is time to show progress. Made before any other thread, so
-// that every thread inherits the blocked signals and nothing runs inside a signal handler.
+// user or the system asks to stop, or it is time to show progress. Made before any other thread,
+// as EndSignals are.
 #pragma once
 
 #include <optional>
 
 #include "Model/Sharing/Observer.h"
+#include "Platform/Kernel/EndSignals.h"
+#include "Platform/Storage/FileDescriptor.h"
 
 class RunEvents : public Observer {
 public:
     RunEvents();
-    ~RunEvents() override;
     RunEvents(const RunEvents&) = delete;
     RunEvents& operator=(const RunEvents&) = delete;
 
@@ -18,10 +19,13 @@ public:
     // stopped: there is nothing yet that could be lost. On the main thread.
     class NothingToLose {
     public:
-        NothingToLose();
+        explicit NothingToLose(const RunEvents& events);
         ~NothingToLose();
         NothingToLose(const NothingToLose&) = delete;
         NothingToLose& operator=(const NothingToLose&) = delete;
+
+    private:
+        const EndSignals& signals_;
     };
 
     enum class Event { kParked, kSignal, kTimeout };
@@ -38,9 +42,7 @@ public:
     bool CommitChanges() override { return false; }
 
 private:
-    void TakeSignal();
-
-    int parked_;
-    int signals_;
+    FileDescriptor parked_;
+    EndSignals signals_;
     int signal_ = 0;
 };

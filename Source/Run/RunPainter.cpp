@@ -4,6 +4,7 @@
 #include "Displays/Pictures/RunPicture.h"
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Server/HeadlessGraphics.h"
 #include "Run/Options.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -20,9 +21,8 @@ public:
 
     // A run goes on from the bodies as they are now: others than before if some have merged.
     void PrepareForGo(int32 /*reportsPerSegment*/) override {
-        portal_->ReadLock();
+        const ReadGuard guard(portal_);
         picture_.PrepareForGo(portal_->BodiesInMassOrder(), portal_->FocusEpoch()->Time());
-        portal_->ReadUnlock();
     }
 
     bool LockConsumer() override { return true; }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "Calculation/CollisionMailbox.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Storage/AtomicFile.h"
 #include "Run/CsvWriter.h"
@@ -88,7 +89,7 @@ int Runner::Run() {
 }
 
 int Runner::LoadDocument() {
-    const RunEvents::NothingToLose nothingToLose;
+    const RunEvents::NothingToLose nothingToLose(events_);
     BMessage record;
     if (const DocumentError error = ReadRecord(&record); error.Failed())
         return Fail(DocumentName(), error.Reason(resources_));
@@ -116,10 +117,11 @@ int Runner::FindRun(const BMessage& record) {
     const status_t found = run_.FindIn(record);
     if (found == B_NAME_NOT_FOUND)
         return Fail(DocumentName(), resources_.InterfaceLabel(kTextNoRun));
-    document_.Portal()->WriteLock();
-    const status_t taken =
-        found == B_OK ? document_.GetCalculator()->ResumeRun(run_.calculator) : found;
-    document_.Portal()->WriteUnlock();
+    status_t taken = found;
+    if (found == B_OK) {
+        const WriteGuard guard(document_.Portal());
+        taken = document_.GetCalculator()->ResumeRun(run_.calculator);
+    }
     run_.calculator.MakeEmpty();
     return taken == B_OK ? kDone
                          : Fail(DocumentName(), resources_.InterfaceLabel(kTextRunDoesNotFit));
@@ -192,16 +194,16 @@ std::optional<std::string> Runner::ClashingOutput() const {
 
 // The new epoch is in place and its centre of mass where it belongs.
 void Runner::RunStarting() {
-    EpochPortal* const portal = document_.Portal();
-    portal->WriteLock();
-    if (options_.cutoff) Focus()->SetCutoff(*options_.cutoff);
-    if (options_.order) Focus()->SetOrder(*options_.order);
-    portal->WriteUnlock();
+    {
+        const WriteGuard guard(document_.Portal());
+        if (options_.cutoff) Focus()->SetCutoff(*options_.cutoff);
+        if (options_.order) Focus()->SetOrder(*options_.order);
+    }
     if (Focus()->Order() < kScienceOrder)
         Note(FillIn(resources_.InterfaceLabel(kTextHistoricalOrder),
                     {std::to_string(Focus()->Order())}));
 
-    start_ = TakeState(portal);
+    start_ = TakeState(document_.Portal());
     run_.startTime = start_.time;
     run_.stopsAtCollision = options_.onCollision == Options::OnCollision::kStop;
     RunGoal& goal = run_.goal;
@@ -306,18 +308,19 @@ DocumentError Runner::StoreRun(BMessage* record) {
     now.seconds = Seconds();
     EpochPortal* const portal = document_.Portal();
     auto state = std::make_unique<BMessage>();
-    portal->WriteLock();
-    status_t status = document_.GetCalculator()->ArchiveRun(&now.calculator);
-    if (status == B_OK) status = document_.GetCalculator()->Archive(state.get());
-    Focus()->SetCalculatorState(state.release());
-    Focus()->SetWriteable(false);
-    portal->WriteUnlock();
+    status_t status = B_OK;
+    {
+        const WriteGuard guard(portal);
+        status = document_.GetCalculator()->ArchiveRun(&now.calculator);
+        if (status == B_OK) status = document_.GetCalculator()->Archive(state.get());
+        Focus()->SetCalculatorState(state.release());
+        Focus()->SetWriteable(false);
+    }
     DocumentError error = DocumentError::Record(status);
     if (!error.Failed()) error = document_.Store(record, true);
     if (!error.Failed()) error = DocumentError::Record(now.AddTo(record));
-    portal->WriteLock();
+    const WriteGuard guard(portal);
     Focus()->SetWriteable(true);
-    portal->WriteUnlock();
     return error;
 }
 

@@ -41,7 +41,6 @@ public:
 private:
     [[nodiscard]] std::string DocumentName() const;
     DocumentError ReadRecord(BMessage* record) const;
-    int Dump(const BMessage& record);
     int FindRun(const BMessage& record);
     int LoadDocument();
     int EditDocument();

@@ -7,17 +7,17 @@
 #include "Displays/Base/WindowPlacement.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BScreen.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/WindowFields.h"
 
 namespace {
-
-constexpr const char* kDisplays = "Displays";
-constexpr const char* kTypes = "Disp type";
 
 // A display that no document has placed, beside the simulation's window; the next ones below it.
 constexpr BRect kUsualFrame{460.0f, 76.0f, 1259.0f, 675.0f};
@@ -75,7 +75,7 @@ void DisplayList::Delete(const Display* display) {
     displays_.erase(found);
     run_->Rest();
     document_->RemoveConsumer(doomed);
-    if (doomed->Lock()) doomed->Quit();
+    BLooper::QuitIfAlive(doomed);
     run_->UnRest();
 }
 
@@ -116,11 +116,12 @@ void DisplayList::SetPreferredUnits(double unit) {
 
 void DisplayList::TellUnits(Display* display) const {
     auto* const projection = dynamic_cast<ProjectionDisplay*>(display);
-    if (projection == nullptr || !projection->Lock()) return;
+    if (projection == nullptr) return;
+    const BAutolock lock(projection);
+    if (!lock.IsLocked()) return;
     BMessage message;
-    message.AddDouble("Units Pref", preferredUnits_);
+    message.AddDouble(UnitMenu::kUnitField, preferredUnits_);
     projection->SetPreferredUnits(&message);
-    projection->Unlock();
 }
 
 void DisplayList::Find(const char* simulationName) {
@@ -129,8 +130,8 @@ void DisplayList::Find(const char* simulationName) {
     const BMessage& fields = document_->WindowFields();
     BMessage display;
     int32 type = 0;
-    for (int32 i = 0; fields.FindMessage(kDisplays, i, &display) == B_OK; i++)
-        if (fields.FindInt32(kTypes, i, &type) == B_OK)
+    for (int32 i = 0; fields.FindMessage(kDisplaysField, i, &display) == B_OK; i++)
+        if (fields.FindInt32(kDisplayTypesField, i, &type) == B_OK)
             waiting_.push_back({std::move(display), type});
     OpenWaiting(simulationName);
 }
@@ -145,16 +146,16 @@ void DisplayList::OpenWaiting(const char* simulationName) {
 
 void DisplayList::Archive(BMessage* into) const {
     for (Display* const display : displays_) {
-        if (!display->Lock()) continue;
         BMessage archive;
-        const status_t status = display->MiniArchive(&archive);
-        display->Unlock();
-        if (status != B_OK) continue;
-        into->AddMessage(kDisplays, std::move(archive));
-        into->AddInt32(kTypes, display->Type());
+        {
+            const BAutolock lock(display);
+            if (!lock.IsLocked() || display->MiniArchive(&archive) != B_OK) continue;
+        }
+        into->AddMessage(kDisplaysField, std::move(archive));
+        into->AddInt32(kDisplayTypesField, display->Type());
     }
     for (const Waiting& waiting : waiting_) {
-        if (into->AddMessage(kDisplays, &waiting.archive) != B_OK) return;
-        into->AddInt32(kTypes, waiting.type);
+        if (into->AddMessage(kDisplaysField, &waiting.archive) != B_OK) return;
+        into->AddInt32(kDisplayTypesField, waiting.type);
     }
 }

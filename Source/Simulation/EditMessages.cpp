@@ -3,6 +3,7 @@
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Epochs/EpochCursor.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Simulation/Document/DocumentTexts.h"
 #include "Simulation/Document/SimulationController.h"
@@ -14,16 +15,13 @@ namespace {
 
 // Positions count from the first top-level epoch, as in the epoch window.
 AbEpoch* EpochAt(EpochPortal* portal, int32 position) {
-    AbEpoch* found = nullptr;
-    portal->ReadLock();
-    if (AbEpoch* const first = portal->RootEpoch()->ChildAt(0); first != nullptr && position >= 0) {
-        EpochCursor cursor(first);
-        for (; position > 0 && cursor.GetEpoch() != nullptr; position--)
-            cursor.Increment();
-        found = cursor.GetEpoch();
-    }
-    portal->ReadUnlock();
-    return found;
+    const ReadGuard guard(portal);
+    AbEpoch* const first = portal->RootEpoch()->ChildAt(0);
+    if (first == nullptr || position < 0) return nullptr;
+    EpochCursor cursor(first);
+    for (; position > 0 && cursor.GetEpoch() != nullptr; position--)
+        cursor.Increment();
+    return cursor.GetEpoch();
 }
 
 // The epoch window names it by a pointer, too.

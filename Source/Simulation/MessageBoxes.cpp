@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Application/MessageBoxes/MessageWindow.h"
+#include "Application/MessageBoxes/StandingAnswer.h"
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -41,8 +42,7 @@ void MessageBoxes::HandleDefaultResponse(const BMessage& reply, int32 windowID, 
     bool isForGood = false;
     if (reply.FindBool(kCheckBox, &isForGood) != B_OK || !isForGood) return;
     BMessage response(kSetDefaultResponse);
-    response.AddInt32("Window ID", windowID);
-    response.AddInt32("Default", static_cast<int32>(command));
+    StandingAnswer{windowID, command}.AddTo(&response);
     WindowServer::Deliver(host_->Application(), response);
 }
 
@@ -83,7 +83,7 @@ void MessageBoxes::DeleteMessageWindow(const MessageWindow* box) {
     if (found == boxes_.end()) return;
     MessageWindow* const doomed = *found;
     boxes_.erase(found);
-    if (doomed->Lock()) doomed->Quit();
+    BLooper::QuitIfAlive(doomed);
 }
 
 void MessageBoxes::DeleteAll() {

@@ -3,6 +3,7 @@
 #include "Calculation/Calculator.h"
 #include "Model/Sharing/Benaphore.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 
 RunMeter::RunMeter(EpochPortal* portal, Calculator* calculator)
@@ -22,11 +23,10 @@ void RunMeter::Forget() {
 }
 
 void RunMeter::PrepareForGo(int32 /*reportsPerDraw*/) {
-    portal_->ReadLock();
+    const ReadGuard guard(portal_);
     gm_.clear();
     for (int32 i = 0; i < calculator_->CountBodies(); i++)
         gm_.push_back(calculator_->BodyAt(i)->M());
-    portal_->ReadUnlock();
 }
 
 void RunMeter::ReadData(int32 count, double* times, double* positions, double* velocities) {

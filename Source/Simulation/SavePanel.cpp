@@ -4,13 +4,10 @@
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MyFilePanel.h"
 #include "Platform/Application/BMessage.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/SimulationTexts.h"
 
 namespace {
-
-constexpr const char* kAt = "Save at";
-constexpr const char* kWidth = "Save W";
-constexpr const char* kHeight = "Save H";
 
 // A panel's width, in sizes of the plain font, that somebody has set.
 constexpr float kLeastWidth = 1.0f;
@@ -45,10 +42,10 @@ void SavePanel::Close() {
 
 void SavePanel::FindArea(const BMessage& archive) {
     BPoint at;
-    if (archive.FindPoint(kAt, &at) == B_OK) at_ = at;
+    if (archive.FindPoint(kSaveAtField, &at) == B_OK) at_ = at;
     float size = 0.0f;
-    if (archive.FindFloat(kWidth, &size) == B_OK) width_ = size;
-    if (archive.FindFloat(kHeight, &size) == B_OK) height_ = size;
+    if (archive.FindFloat(kSaveWidthField, &size) == B_OK) width_ = size;
+    if (archive.FindFloat(kSaveHeightField, &size) == B_OK) height_ = size;
 }
 
 void SavePanel::SetArea(BMessage* archive) const {
@@ -57,7 +54,7 @@ void SavePanel::SetArea(BMessage* archive) const {
     float height = height_;
     if (panel_ != nullptr) panel_->GetArea(&at, &width, &height);
     if (!(width > kLeastWidth)) return;
-    archive->AddPoint(kAt, at);
-    archive->AddFloat(kWidth, width);
-    archive->AddFloat(kHeight, height);
+    archive->AddPoint(kSaveAtField, at);
+    archive->AddFloat(kSaveWidthField, width);
+    archive->AddFloat(kSaveHeightField, height);
 }

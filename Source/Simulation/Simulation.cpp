@@ -14,7 +14,11 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessageRunner.h"
 #include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BFilePanel.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Support/BAutolock.h"
+#include "Simulation/CopyOffer.h"
 #include "Simulation/Document/DocumentSaver.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
@@ -34,11 +38,9 @@ namespace {
 constexpr uint32 kBuildSteps[] = {kBuildMenuBar,        kBuildRootView, kBuildBodySettings,
                                   kBuildGlobalControls, kArrangeWindow, kShowWindow};
 // Steps of old, and what still may ask for them.
-constexpr uint32 kNothingToDo[] = {FourCC("bld9"), FourCC("txmd")};
+constexpr uint32 kNothingToDo[] = {kBuildNothing, FourCC("txmd")};
 
 constexpr int32 kEverything = -1;
-
-constexpr const char* kWindowAt = "Edit at";
 
 // A document that is read faster than this needs no box that says so.
 constexpr bigtime_t kPatience = 300'000;
@@ -88,13 +90,13 @@ void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const Recov
 
 void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& directory,
                         const char* name) {
-    if (!Lock()) return;
+    const BAutolock lock(this);
+    if (!lock.IsLocked()) return;
     Replacement replacement{std::move(archive), directory, name};
     if (isBuilt_)
         Replace(replacement);
     else
         replacement_ = std::move(replacement);
-    Unlock();
 }
 
 void Simulation::Replace(const Replacement& replacement) {
@@ -234,12 +236,14 @@ bool Simulation::FileMessage(BMessage* message) {
             saver_.SaveCurrentEpoch();
             break;
         case SimulationSaver::kSaveNamed:
-            if (std::string name; saver_.SaveRequested(*message, true) &&
-                                  message->FindString(SimulationSaver::kName, &name) == B_OK)
-                SetName(name);
+            if (const auto choice = SaveChoice::From(*message); choice) {
+                saver_.SaveRequested(*choice, true);
+                SetName(choice->name);
+            }
             break;
         case SimulationSaver::kSaveEpochNamed:
-            saver_.SaveRequested(*message, false);
+            if (const auto choice = SaveChoice::From(*message); choice)
+                saver_.SaveRequested(*choice, false);
             break;
         case MessageBoxes::kSaveThenQuit:
             SaveThenQuit(*message);
@@ -249,8 +253,9 @@ bool Simulation::FileMessage(BMessage* message) {
             CloseCancelled();
             break;
         case B_CANCEL:
-            if (int32 answer = 0; message->FindInt32("old_what", &answer) == B_OK &&
-                                  answer == static_cast<int32>(MessageBoxes::kSaveThenQuit))
+            if (int32 answer = 0;
+                message->FindInt32(BFilePanel::kCancelledField, &answer) == B_OK &&
+                answer == static_cast<int32>(MessageBoxes::kSaveThenQuit))
                 CloseCancelled();
             break;
         case MessageBoxes::kReallyQuit:
@@ -330,7 +335,7 @@ bool Simulation::WindowMessage(BMessage* message) {
     void* pointer = nullptr;
     switch (message->what) {
         case kRedisplay:
-            controls_.Redisplay(pendingChanges_.exchange(0));
+            controls_.Redisplay(changes_.Take());
             break;
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
@@ -409,9 +414,7 @@ void Simulation::EndRun(const RunEnding& ending) {
 
 void Simulation::Changed(int32 changes) {
     hasNewChanges_ = true;
-    if (pendingChanges_.fetch_or(changes) != 0) return;
-    // The one message of this burst must arrive, even if the port is full.
-    if (PostMessage(kRedisplay) == B_WOULD_BLOCK) WindowServer::Deliver(this, BMessage(kRedisplay));
+    changes_.Put(changes);
 }
 
 bool Simulation::CommitChanges() {
@@ -436,14 +439,14 @@ DocumentError Simulation::Find(const BMessage& archive) {
     FindSimWindowInfo(archive);
     displays_.Find(title_.c_str());
     // It was never saved by a window, and cannot know where this one stands.
-    if (!archive.HasName(kWindowAt)) displays_.KeepClearOf(Frame());
+    if (!archive.HasName(kWindowAtField)) displays_.KeepClearOf(Frame());
     return {};
 }
 
 void Simulation::FindSimWindowInfo(const BMessage& archive) {
     // A key that is never written: whether this window is seen is not the document's affair.
-    FindWindowInfo(archive, this, kWindowAt, "Nothing");
-    if (archive.HasName(kWindowAt))
+    FindWindowInfo(archive, this, kWindowAtField, "Nothing");
+    if (archive.HasName(kWindowAtField))
         OpenSimulations::Shared().MoveTo(this, {Frame().left, Frame().top});
     controls_.Windows()->Find(archive);
     saver_.Panel().FindArea(archive);
@@ -482,7 +485,9 @@ void Simulation::MessageBoxClosed(const MessageWindow* box) {
 
 void Simulation::SaveThenQuit(const BMessage& message) {
     isAsked_ = false;
-    if (!saver_.SaveRequested(message, true)) {
+    if (const auto choice = SaveChoice::From(message); choice) {
+        saver_.SaveRequested(*choice, true);
+    } else {
         // Deliberately, "Never ask me again" makes "Don't Save" the standing answer even though the
         // user has chosen to save this time.
         boxes_.HandleDefaultResponse(message, MessageWindow::kSaveConfirmation,
@@ -504,12 +509,9 @@ void Simulation::SaveThenQuit(const BMessage& message) {
 
 // The user, who believes the document to be saved, hears before long that it is not.
 void Simulation::OfferCopy() {
-    BMessage offer(kOfferCopy);
-    offer.AddString(kCopyField, saver_.File().CopyPath());
-    offer.AddString(kCopyOfField, saver_.WhereNotSaved());
-    offer.AddString(kCopyNameField, saver_.File().Name());
-    offer.AddString(kCopyReasonField, saver_.WhyNotSaved());
-    PassToApplication(offer, false);
+    const CopyOffer offer{saver_.File().CopyPath(), saver_.WhereNotSaved(), saver_.File().Name(),
+                          saver_.WhyNotSaved()};
+    PassToApplication(offer.ToMessage(), false);
 }
 
 void Simulation::SendQuitRequest(const std::string& reason) {

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 
+#include "Interface Widgets/ChangeInbox.h"
 #include "Model/Sharing/Observer.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Simulation/DisplayList.h"
@@ -119,7 +120,7 @@ private:
     std::optional<Replacement> replacement_;
     std::string notice_;
 
-    std::atomic<int32> pendingChanges_{0};
+    ChangeInbox changes_{this};
     std::atomic<bool> hasNewChanges_{false};  // since the last automatic copy
     std::atomic<bool> isNewlyCreated_{false};
     std::ptrdiff_t builtSteps_ = 0;

@@ -4,6 +4,7 @@
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
@@ -87,12 +88,16 @@ void SimulationControls::Redisplay(int32 changes) {
     if ((changes & kFocusEpochChanged) != 0 && status_->ForgetRun()) FitWindow();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
     EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const std::size_t bodies = portal->BodiesInMassOrder().size();
-    const MassSystem* const focus = portal->FocusSystem();
-    const bool isGroup = focus->ID() >= 0 && dynamic_cast<const Body*>(focus) == nullptr;
-    const double lengthUnit = focus->PositionUval();
-    portal->ReadUnlock();
+    std::size_t bodies = 0;
+    bool isGroup = false;
+    double lengthUnit = 1.0;
+    {
+        const ReadGuard guard(portal);
+        bodies = portal->BodiesInMassOrder().size();
+        const MassSystem* const focus = portal->FocusSystem();
+        isGroup = focus->ID() >= 0 && dynamic_cast<const Body*>(focus) == nullptr;
+        lengthUnit = focus->PositionUval();
+    }
     displays_->SetPreferredUnits(lengthUnit);
     status_->ShowBodies(bodies);
     menus_->ShowFocus(isGroup);
@@ -145,9 +150,11 @@ void SimulationControls::ShowRun() {
 void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {
     if (status_ == nullptr) return;
     EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const double timeUval = portal->FocusEpoch()->TimeUval();
-    portal->ReadUnlock();
+    double timeUval = 1.0;
+    {
+        const ReadGuard guard(portal);
+        timeUval = portal->FocusEpoch()->TimeUval();
+    }
     status_->ShowRun(figures, timeUval);
 }
 

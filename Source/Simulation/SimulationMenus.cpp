@@ -1,7 +1,5 @@
 #include "Simulation/SimulationMenus.h"
 
-#include <memory>
-
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/HelpMenu.h"

@@ -4,14 +4,17 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Simulation/DisplayList.h"
 #include "Simulation/Document/DocumentSaver.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationTexts.h"
@@ -50,10 +53,13 @@ void SimulationSaver::SaveAs(uint32 answer) {
 
 void SimulationSaver::SaveCurrentEpoch() {
     EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const double time = portal->FocusEpoch()->Time();
-    const double uval = portal->FocusEpoch()->TimeUval();
-    portal->ReadUnlock();
+    double time = 0.0;
+    double uval = 1.0;
+    {
+        const ReadGuard guard(portal);
+        time = portal->FocusEpoch()->Time();
+        uval = portal->FocusEpoch()->TimeUval();
+    }
     const ProgramResources& resources = host_->Resources();
     const std::string proposal = file_.Name() + resources.InterfaceLabel(kTextAtTime) +
                                  print_double(time / uval) + ' ' +
@@ -61,13 +67,8 @@ void SimulationSaver::SaveCurrentEpoch() {
     panel_.Ask(kSaveEpochNamed, BMessenger(window_), file_.Directory(), file_.Name(), proposal);
 }
 
-bool SimulationSaver::SaveRequested(const BMessage& message, bool allEpochs) {
-    entry_ref directory;
-    std::string name;
-    if (message.FindRef(kDirectory, &directory) != B_OK || message.FindString(kName, &name) != B_OK)
-        return false;
-    SaveRequested(directory, name, allEpochs);
-    return true;
+void SimulationSaver::SaveRequested(const SaveChoice& choice, bool allEpochs) {
+    SaveRequested(choice.directory, choice.name, allEpochs);
 }
 
 void SimulationSaver::SaveRequested(const entry_ref& directory, const std::string& name,
@@ -117,7 +118,7 @@ void SimulationSaver::GatherWindows() {
 }
 
 void SimulationSaver::SetSimWindowInfo(BMessage* archive) const {
-    SetWindowInfo(archive, *window_, "Edit at", nullptr);
+    SetWindowInfo(archive, *window_, kWindowAtField, nullptr);
     controls_->Windows()->Archive(archive);
     panel_.SetArea(archive);
 }

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessenger.h"
 #include "Simulation/Document/DocumentFile.h"
 #include "Simulation/Document/DocumentNotice.h"
@@ -17,14 +18,13 @@ class RunControl;
 class SimulationControls;
 class SimulationDocument;
 class SimulationHost;
+struct SaveChoice;
 
 class SimulationSaver {
 public:
-    // Answers of the panel, with ref "directory" and string "name", for SaveRequested.
-    static constexpr uint32 kSaveNamed = FourCC("SAVE");
+    // Answers of the panel, with a SaveChoice, for SaveRequested.
+    static constexpr uint32 kSaveNamed = B_SAVE_REQUESTED;
     static constexpr uint32 kSaveEpochNamed = FourCC("sver");
-    static constexpr const char* kDirectory = "directory";
-    static constexpr const char* kName = "name";
 
     // None is owned.
     SimulationSaver(BWindow* window, SimulationHost* host, SimulationDocument* document,
@@ -40,8 +40,7 @@ public:
     Outcome Save(uint32 answer);
     void SaveAs(uint32 answer);
     void SaveCurrentEpoch();
-    // False for a message that is no answer of the panel.
-    bool SaveRequested(const BMessage& message, bool allEpochs);
+    void SaveRequested(const SaveChoice& choice, bool allEpochs);
     // Why the last save has left a recovery copy instead (empty if it has not), and where the file
     // should lie.
     [[nodiscard]] const std::string& WhyNotSaved() const { return whyNotSaved_; }

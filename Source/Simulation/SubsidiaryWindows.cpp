@@ -4,7 +4,10 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/Settings/AnimationWindow.h"
@@ -18,18 +21,14 @@ constexpr int32 kMaxChoices = 500;
 constexpr float kGroupShift = 40.0f;
 
 void ShowOrActivate(BWindow* window) {
-    if (!window->Lock()) return;
+    const BAutolock lock(window);
+    if (!lock.IsLocked()) return;
     if (window->IsHidden()) {
         keep_on_screen(window);
         window->Show();
     } else {
         window->Activate();
     }
-    window->Unlock();
-}
-
-void LockAndQuit(BWindow* window) {
-    if (window != nullptr && window->Lock()) window->Quit();
 }
 
 }  // namespace
@@ -49,9 +48,9 @@ SubsidiaryWindows::SubsidiaryWindows(SimulationDocument* document, BLooper* owne
 
 void SubsidiaryWindows::Quit() {
     EndGroupRequest();
-    LockAndQuit(epochs_);
-    LockAndQuit(animation_);
-    LockAndQuit(trailDisc_);
+    BLooper::QuitIfAlive(epochs_);
+    BLooper::QuitIfAlive(animation_);
+    BLooper::QuitIfAlive(trailDisc_);
     epochs_ = nullptr;
     animation_ = nullptr;
     trailDisc_ = nullptr;
@@ -64,17 +63,17 @@ void SubsidiaryWindows::SetTitles(const char* simulationName) {
 }
 
 void SubsidiaryWindows::Find(const BMessage& archive) {
-    FindWindowInfo(archive, epochs_, "Epoch at", "Epoch Show");
-    FindWindowSize(archive, epochs_, "Epoch W", "Epoch H");
-    FindWindowInfo(archive, animation_, "Anim at", "Anim Show");
-    FindWindowInfo(archive, trailDisc_, "Colors at", "Colors Show");
+    FindWindowInfo(archive, epochs_, kEpochsAtField, kEpochsShownField);
+    FindWindowSize(archive, epochs_, kEpochsWidthField, kEpochsHeightField);
+    FindWindowInfo(archive, animation_, kAnimationAtField, kAnimationShownField);
+    FindWindowInfo(archive, trailDisc_, kColorsAtField, kColorsShownField);
 }
 
 void SubsidiaryWindows::Archive(BMessage* into) const {
-    SetWindowInfo(into, *animation_, "Anim at", "Anim Show");
-    SetWindowInfo(into, *trailDisc_, "Colors at", "Colors Show");
-    SetWindowInfo(into, *epochs_, "Epoch at", "Epoch Show");
-    SetWindowSize(into, *epochs_, "Epoch W", "Epoch H");
+    SetWindowInfo(into, *animation_, kAnimationAtField, kAnimationShownField);
+    SetWindowInfo(into, *trailDisc_, kColorsAtField, kColorsShownField);
+    SetWindowInfo(into, *epochs_, kEpochsAtField, kEpochsShownField);
+    SetWindowSize(into, *epochs_, kEpochsWidthField, kEpochsHeightField);
 }
 
 void SubsidiaryWindows::ShowEpochs() {
@@ -92,16 +91,16 @@ void SubsidiaryWindows::ShowTrailDisc() {
 void SubsidiaryWindows::RequestGroup(const BWindow& window) {
     if (group_ != nullptr) return group_->Activate();
     std::vector<GroupWindow::Choice> choices;
-    EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const MassSystem* const focus = portal->FocusSystem();
-    const MassSystem* const parent = focus->Parent();
-    const int32 count = parent == nullptr ? 0 : std::min(parent->CountChildren(), kMaxChoices);
-    for (int32 i = 0; i < count; i++) {
-        const MassSystem* const system = parent->ChildAt(i);
-        choices.push_back({system->ID(), system->Name(), system == focus});
+    {
+        const ReadGuard guard(document_->Portal());
+        const MassSystem* const focus = document_->Portal()->FocusSystem();
+        const MassSystem* const parent = focus->Parent();
+        const int32 count = parent == nullptr ? 0 : std::min(parent->CountChildren(), kMaxChoices);
+        for (int32 i = 0; i < count; i++) {
+            const MassSystem* const system = parent->ChildAt(i);
+            choices.push_back({system->ID(), system->Name(), system == focus});
+        }
     }
-    portal->ReadUnlock();
     if (choices.empty()) return;
     const BRect frame = window.Frame();
     group_ = new GroupWindow({frame.left + kGroupShift, frame.top + kGroupShift}, choices, owner_,
@@ -110,7 +109,7 @@ void SubsidiaryWindows::RequestGroup(const BWindow& window) {
 }
 
 void SubsidiaryWindows::EndGroupRequest() {
-    LockAndQuit(group_);
+    BLooper::QuitIfAlive(group_);
     group_ = nullptr;
 }
 

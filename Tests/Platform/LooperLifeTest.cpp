@@ -10,6 +10,7 @@
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
+#include "Platform/Support/BAutolock.h"
 #include "Tests/Platform/TestLooper.h"
 
 namespace {
@@ -48,6 +49,20 @@ protected:
 }  // namespace
 
 // --- Lock ---
+
+TEST(LooperLife, AGuardLocksItForABlockAndItIsQuitOnce) {
+    auto* const looper = new BLooper("doomed");
+    looper->Run();
+    {
+        const BAutolock lock(looper);
+        EXPECT_TRUE(lock.IsLocked());
+        EXPECT_TRUE(looper->IsLocked());
+    }
+    EXPECT_FALSE(looper->IsLocked());
+    EXPECT_TRUE(BLooper::QuitIfAlive(looper));
+    EXPECT_FALSE(BLooper::QuitIfAlive(looper));
+    EXPECT_FALSE(BLooper::QuitIfAlive(nullptr));
+}
 
 TEST(LooperLife, IsBornLockedAndUnlockedByRun) {
     auto* const looper = new TestLooper;

@@ -15,6 +15,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Interface/Server/WindowPart.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SimulationFile.h"
@@ -147,8 +148,7 @@ void RobotChecks::CheckSaving(const Document& document) {
     entry_ref directory;
     ASSERT_EQ(get_ref_for_path(folder_.c_str(), &directory), B_OK);
     BMessage answer(SimulationSaver::kSaveNamed);
-    answer.AddRef(SimulationSaver::kDirectory, &directory);
-    answer.AddString(SimulationSaver::kName, name);
+    SaveChoice{directory, name}.AddTo(&answer);
     Send(document, answer);
     Settle();
 

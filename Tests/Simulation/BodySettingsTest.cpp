@@ -6,6 +6,7 @@
 #include "Interface Widgets/Entry.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/Settings/BodySettingsBox.h"
@@ -123,6 +124,34 @@ TEST_F(BodySettings, AnyThreadCommitsWhileTheWindowIsLocked) {
     Settle();
     EXPECT_EQ(CountEdits(), 2);
     EXPECT_EQ(hand.Chosen("Edit:"), "Caladan");
+}
+
+// A server that is busy keeps nobody waiting who commits. With the window of epochs open there is
+// one more place in which text may be half typed.
+TEST_F(BodySettings, EnterGoAndSaveAskTheWindowServerHardlyAnything) {
+    constexpr int64 kMost = 2;
+    Send(BMessage(kShowEpochs));
+    hand.Type("Mass:", "3");
+    int64 before = WindowServer::CountQuestions();
+    hand.PressEnterSoon("Mass:");
+    for (int i = 0; i < 1000 && CountEdits() == 0; i++)
+        snooze(10'000);
+    simulation.Send(kRedisplay);
+    EXPECT_EQ(Of(1, &MassSystem::M), 3 * kEarthMass);
+    EXPECT_LE(WindowServer::CountQuestions() - before, kMost);
+
+    const auto questionsOf = [&](const auto& what) {
+        hand.Type("Radius:", "2");
+        const int64 edits = CountEdits();
+        before = WindowServer::CountQuestions();
+        what();
+        EXPECT_GT(CountEdits(), edits);
+        return WindowServer::CountQuestions() - before;
+    };
+    EXPECT_LE(questionsOf([&] { simulation.Name(FourCC("SAVE"), host.folder.Path(), "two"); }),
+              kMost);
+    EXPECT_LE(questionsOf([&] { simulation.Send(kTogglePause); }), kMost);
+    simulation.Send(kTogglePause);
 }
 
 TEST_F(BodySettings, ARefreshDoesNotTouchWhatIsBeingTyped) {

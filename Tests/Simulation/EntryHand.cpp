@@ -66,6 +66,11 @@ void EntryHand::Enter(const std::string& line, const std::string& text) const {
     WindowServer::Perform([&] { QTest::keyClick(Find<QLineEdit>(view_, line), Qt::Key_Return); });
 }
 
+void EntryHand::PressEnterSoon(const std::string& line) const {
+    WindowServer::Queue(
+        [view = view_, line] { QTest::keyClick(Find<QLineEdit>(view, line), Qt::Key_Return); });
+}
+
 void EntryHand::Escape(const std::string& line) const {
     WindowServer::Perform([&] { QTest::keyClick(Find<QLineEdit>(view_, line), Qt::Key_Escape); });
 }

@@ -20,6 +20,8 @@ public:
     void Add(const std::string& line, const std::string& text) const;
     // Types, and presses the Enter key.
     void Enter(const std::string& line, const std::string& text) const;
+    // Does not wait until the key is pressed.
+    void PressEnterSoon(const std::string& line) const;
     void Escape(const std::string& line) const;
     [[nodiscard]] std::string Text(const std::string& line) const;
     [[nodiscard]] bool IsEnabled(const std::string& widget) const;

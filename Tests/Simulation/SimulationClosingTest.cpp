@@ -94,9 +94,9 @@ TEST_F(SimulationClosingTest, WhatCannotBeSavedIsOfferedBeforeTheWindowGoes) {
     EXPECT_TRUE(IsDoomed(simulation));
     ASSERT_EQ(host.Recovery().List().size(), 1u);
     std::string copy, reason;
-    EXPECT_EQ(offer.FindString(kCopyField, &copy), B_OK);
+    EXPECT_EQ(offer.FindString("Copy", &copy), B_OK);
     EXPECT_EQ(copy, host.Recovery().List()[0].path);
-    EXPECT_EQ(offer.FindString(kCopyReasonField, &reason), B_OK);
+    EXPECT_EQ(offer.FindString(kReasonField, &reason), B_OK);
     EXPECT_EQ(reason, "No such file or directory");
 }
 

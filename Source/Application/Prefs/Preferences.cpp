@@ -17,6 +17,7 @@
 #include "Platform/Storage/ErrnoStatus.h"
 #include "Platform/Storage/find_directory.h"
 #include "Platform/Support/BAutolock.h"
+#include "Platform/Support/BLocker.h"
 
 namespace {
 

@@ -14,6 +14,7 @@
 #include "Platform/Storage/BEntry.h"
 #include "Platform/Storage/ErrnoStatus.h"
 #include "Platform/Support/BAutolock.h"
+#include "Platform/Support/BLocker.h"
 
 // The names that are still to be given, the last one first.
 struct PREFCookie {

@@ -11,6 +11,7 @@
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Application/FieldTable.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 
@@ -61,22 +62,19 @@ void Display::SetTitle(const char* simulationName) {
 // --- Changes of the model ---
 
 void Display::Changed(int32 changes) {
-    if (pendingChanges_.fetch_or(changes) != 0) return;
-    // The one message of this burst must arrive, even if the port is full.
-    if (PostMessage(kRedisplay) == B_WOULD_BLOCK) WindowServer::Deliver(this, BMessage(kRedisplay));
+    changes_.Put(changes);
 }
 
 void Display::MessageReceived(BMessage* message) {
     if (message->what == kRedisplay)
-        Redisplay(pendingChanges_.exchange(0));
+        Redisplay(changes_.Take());
     else
         SubWindow::MessageReceived(message);
 }
 
 void Display::PrepareForGo(int32 /*reportsPerSegment*/) {
-    if (!Lock()) return;
-    pendingChanges_ = 0;
-    Unlock();
+    const BAutolock lock(this);
+    if (lock.IsLocked()) changes_.Take();
 }
 
 // --- The drawing thread ---

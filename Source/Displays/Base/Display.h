@@ -14,6 +14,7 @@
 #include <atomic>
 
 #include "Calculation/ReportConsumer.h"
+#include "Interface Widgets/ChangeInbox.h"
 #include "Interface Widgets/SubWindow.h"
 #include "Model/Sharing/Benaphore.h"
 #include "Model/Sharing/Observer.h"
@@ -81,7 +82,7 @@ private:
     Benaphore* readOk_ = nullptr;
     Benaphore* const done_;
     EpochPortal* const portal_;
-    std::atomic<int32> pendingChanges_{0};
+    ChangeInbox changes_{this};
     int32 type_ = 0;
     const char* rootTitle_ = "Generic Display";
 };

@@ -21,7 +21,7 @@ AxisRequester::AxisRequester(int32 axis, Display* display)
 bool AxisRequester::QuitRequested() {
     if (!IsHidden()) Hide();
     BMessage answer(kSetAxis);
-    if (const int32 axis = axes_->Axis(); axis != 0) answer.AddInt32("Axis", axis);
+    if (const int32 axis = axes_->Axis(); axis != 0) answer.AddInt32(kAxisField, axis);
     WindowServer::Deliver(display_, answer);
     return false;
 }

@@ -9,7 +9,8 @@ class Display;
 
 class AxisRequester : public BWindow {
 public:
-    static constexpr uint32 kSetAxis = FourCC("stax");  // with int32 "Axis" if one is chosen
+    static constexpr uint32 kSetAxis = FourCC("stax");
+    static constexpr const char* kAxisField = "Axis";  // int32, if one is chosen
     static constexpr uint32 kCancel = FourCC("cnax");
 
     AxisRequester(int32 axis, Display* display);

@@ -1,7 +1,6 @@
 #include "Displays/Projection/DisplayMenus.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"

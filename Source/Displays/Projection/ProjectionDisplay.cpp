@@ -6,6 +6,7 @@
 #include "Displays/Projection/AxisRequester.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionView.h"
+#include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Trajectories/LineClipping.h"
 #include "Interface Widgets/InterfaceLabels.h"
@@ -13,14 +14,17 @@
 #include "Interface Widgets/ScaleBox.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/DefaultUnits.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BFilePanel.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/BEntry.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 
@@ -157,18 +161,19 @@ float ProjectionDisplay::DiscSize(double radius) {
 
 void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
                                  double* velocities) {
-    if (!Lock()) return;
+    const BAutolock lock(this);
+    if (!lock.IsLocked()) return;
     if (reports > 0) time_ = times[reports - 1];
     TrajectoryDisplay::ReadData(reports, times, positions, velocities);
-    Unlock();
 }
 
 void ProjectionDisplay::Redisplay(int32 changes) {
     if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
-        Epoch()->ReadLock();
-        if ((changes & kNamesChanged) != 0) TakeBodies(Epoch()->BodiesInMassOrder());
-        TakeTime();
-        Epoch()->ReadUnlock();
+        {
+            const ReadGuard guard(Epoch());
+            if ((changes & kNamesChanged) != 0) TakeBodies(Epoch()->BodiesInMassOrder());
+            TakeTime();
+        }
         Sky()->ShowTexts();
     }
     TrajectoryDisplay::Redisplay(changes);
@@ -215,7 +220,7 @@ bool ProjectionDisplay::CancelAxisRequest() {
 void ProjectionDisplay::SetAxis(BMessage* message) {
     if (!CancelAxisRequest()) return;
     int32 axis = 0;
-    if (message->FindInt32("Axis", &axis) == B_OK && axis >= Projection::kX &&
+    if (message->FindInt32(AxisRequester::kAxisField, &axis) == B_OK && axis >= Projection::kX &&
         axis <= Projection::kZ && axis != fields_.projection.axis) {
         Center();
         fields_.projection.axis = axis;
@@ -237,18 +242,15 @@ bool ProjectionDisplay::CancelScaleRequest() {
 
 void ProjectionDisplay::SetScale(BMessage* message) {
     if (!CancelScaleRequest()) return;
-    int32 reference = 0;
-    if (message->FindInt32("Scale Ref", &reference) == B_OK) fields_.reference = reference;
-    double units = 0.0;
-    if (message->FindDouble("Units Pref", &units) == B_OK) {
-        fields_.units = units;
+    const ScaleChoice choice = ScaleChoice::From(*message);
+    if (choice.reference) fields_.reference = *choice.reference;
+    if (choice.units) {
+        fields_.units = *choice.units;
         areUnitsChosen_ = true;
     }
-    double scale = 0.0;
-    if (message->FindDouble("Scale", &scale) == B_OK && scale != fields_.projection.scale &&
-        IsPositive(scale)) {
+    if (choice.scale && *choice.scale != fields_.projection.scale && IsPositive(*choice.scale)) {
         Center();
-        fields_.projection.scale = scale;
+        fields_.projection.scale = *choice.scale;
         ShowMap(true);
     }
 }
@@ -257,15 +259,15 @@ void ProjectionDisplay::SetScale(BMessage* message) {
 void ProjectionDisplay::TellScale() {
     BWindow* const requester = scaleRequester_.Requester();
     if (requester == nullptr) return;
-    BMessage message(ScaleRequester::kScaleChanged);
-    message.AddDouble("Scale", fields_.projection.scale);
-    WindowServer::Deliver(requester, message);
+    ScaleChoice now;
+    now.scale = fields_.projection.scale;
+    WindowServer::Deliver(requester, now.ToMessage(ScaleRequester::kScaleChanged));
 }
 
 void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
-    double units = 0.0;
-    if (!areUnitsChosen_ && message->FindDouble("Units Pref", &units) == B_OK && IsPositive(units))
-        fields_.units = units;
+    const ScaleChoice choice = ScaleChoice::From(*message);
+    if (!areUnitsChosen_ && choice.units && IsPositive(*choice.units))
+        fields_.units = *choice.units;
 }
 
 // The picture is drawn anew: the middle of the view becomes the middle of the projection.
@@ -330,9 +332,10 @@ void ProjectionDisplay::Follow(int64 system) {
                                     ? fields_.projection.center + View()->Cache().LastReference()
                                     : ThreeVector{};
     fields_.followed = system;
-    Epoch()->ReadLock();
-    TakeReference(Epoch()->BodiesInMassOrder());
-    Epoch()->ReadUnlock();
+    {
+        const ReadGuard guard(Epoch());
+        TakeReference(Epoch()->BodiesInMassOrder());
+    }
     menus_->ShowFollowed(labels_, fields_.followed);
     ShowMap(false);
 }
@@ -401,12 +404,10 @@ void ProjectionDisplay::RequestPicture() {
 
 // Errors in file handling are silent.
 void ProjectionDisplay::SavePicture(const BMessage& message) {
-    entry_ref directory;
-    std::string name;
+    const auto choice = SaveChoice::From(message);
     std::string path;
-    if (message.FindRef("directory", &directory) != B_OK ||
-        message.FindString("name", &name) != B_OK || get_path_for_ref(directory, &path) != B_OK)
-        return;
+    if (!choice || get_path_for_ref(choice->directory, &path) != B_OK) return;
+    std::string name = choice->name;
     // The user was asked about a file of the name that was typed, and not of another one.
     const std::string& suffix = Texts().Label(kLabelPictureSuffix);
     if (!name.ends_with(suffix) && !BEntry((path + '/' + name + suffix).c_str()).Exists())

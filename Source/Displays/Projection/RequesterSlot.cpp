@@ -4,6 +4,7 @@
 #include "Displays/Projection/ProjectionFields.h"
 #include "Platform/Interface/Handles/BScreen.h"
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 
@@ -13,9 +14,10 @@ constexpr float kScreenFraction = 0.9f;
 }  // namespace
 
 BPoint RequesterSlot::Place(BPoint place) const {
-    if (requester_ == nullptr || !requester_->Lock()) return place;
+    if (requester_ == nullptr) return place;
+    const BAutolock lock(requester_);
+    if (!lock.IsLocked()) return place;
     const BRect frame = requester_->Frame();
-    requester_->Unlock();
     return {frame.left, frame.top};
 }
 
@@ -34,16 +36,16 @@ void RequesterSlot::Open(const BWindow* display, BPoint place,
         requester_->Show();
         return;
     }
-    if (!requester_->Lock()) return;
+    const BAutolock lock(requester_);
+    if (!lock.IsLocked()) return;
     if (requester_->IsHidden()) requester_->Show();
     requester_->Activate();
-    requester_->Unlock();
 }
 
 bool RequesterSlot::Close(BPoint* place) {
     if (requester_ == nullptr) return false;
     *place = Place(*place);
-    if (requester_->Lock()) requester_->Quit();
+    BLooper::QuitIfAlive(requester_);
     requester_ = nullptr;
     return true;
 }

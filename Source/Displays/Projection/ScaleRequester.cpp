@@ -5,6 +5,7 @@
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/RequesterButtons.h"
+#include "Displays/Projection/ScaleChoice.h"
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
@@ -80,13 +81,13 @@ void ScaleRequester::MessageReceived(BMessage* message) {
     switch (message->what) {
         case ScaleBox::kReferenceChosen: {
             int32 index = 0;
-            const bool isGiven = message->FindInt32("index", &index) == B_OK;
+            const bool isGiven = message->FindInt32(kIndexField, &index) == B_OK;
             SetScaleRef(isGiven ? index + 1 : box_->GetReference());
             break;
         }
         case kScaleChanged:
-            if (double scale = 0.0; message->FindDouble("Scale", &scale) == B_OK) {
-                scale_ = scale;
+            if (const auto scale = ScaleChoice::From(*message).scale; scale) {
+                scale_ = *scale;
                 box_->Length().SetValueUnderHand(pixels_ / scale_);
             }
             break;
@@ -105,10 +106,8 @@ void ScaleRequester::MessageReceived(BMessage* message) {
 bool ScaleRequester::QuitRequested() {
     if (!IsHidden()) Hide();
     CommitLength();
-    BMessage answer(kSetScale);
-    answer.AddInt32("Scale Ref", box_->GetReference());
-    if (isUnitChanged_) answer.AddDouble("Units Pref", box_->Length().Uval());
-    answer.AddDouble("Scale", scale_);
-    WindowServer::Deliver(display_, answer);
+    ScaleChoice answer{box_->GetReference(), std::nullopt, scale_};
+    if (isUnitChanged_) answer.units = box_->Length().Uval();
+    WindowServer::Deliver(display_, answer.ToMessage(kSetScale));
     return false;
 }

@@ -11,11 +11,10 @@ struct DisplayContext;
 
 class ScaleRequester : public BWindow {
 public:
-    // With int32 "Scale Ref", double "Scale" (pixels per metre) and, if the user has chosen a unit,
-    // double "Units Pref".
+    // With a ScaleChoice.
     static constexpr uint32 kSetScale = FourCC("stsc");
     static constexpr uint32 kCancel = FourCC("cnsc");
-    // To the dialog: double "Scale" is the display's now. What is being typed stays.
+    // To the dialog, with a ScaleChoice: the scale is the display's now. What is being typed stays.
     static constexpr uint32 kScaleChanged = FourCC("scch");
 
     // `reference`: ScaleBox::Reference; `units`: the unit that the length is shown in, m.

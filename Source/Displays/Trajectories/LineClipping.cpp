@@ -2,22 +2,18 @@
 
 #include <cmath>
 
-#include "Platform/Interface/Canvas/LinePart.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 
 bool FixStartEnd(BPoint* start, BPoint* end, BRect frame) {
     if (IsInside(*start, frame) && IsInside(*end, frame)) return true;
-    const double x = start->x;
-    const double y = start->y;
-    const double dx = end->x - x;
-    const double dy = end->y - y;
-    if (!std::isfinite(x) || !std::isfinite(y) || !std::isfinite(dx) || !std::isfinite(dy))
+    double x0 = start->x;
+    double y0 = start->y;
+    double x1 = end->x;
+    double y1 = end->y;
+    if (!std::isfinite(x0) || !std::isfinite(y0) || !std::isfinite(x1 - x0) ||
+        !std::isfinite(y1 - y0) || !ClipLine(frame, &x0, &y0, &x1, &y1))
         return false;
-    LinePart part;
-    if (!part.CutAt(frame, x, y, dx, dy)) return false;
-    const auto at = [&](double t) {
-        return BPoint{static_cast<float>(x + t * dx), static_cast<float>(y + t * dy)};
-    };
-    if (part.from > 0.0) *start = at(part.from);
-    if (part.to < 1.0) *end = at(part.to);
+    *start = {static_cast<float>(x0), static_cast<float>(y0)};
+    *end = {static_cast<float>(x1), static_cast<float>(y1)};
     return true;
 }

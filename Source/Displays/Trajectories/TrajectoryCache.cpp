@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 
+#include "Displays/Trajectories/Rounding.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Systems/Body.h"
 
@@ -13,10 +14,6 @@ namespace {
 constexpr float kDiscEdge = 1.5f;
 
 }  // namespace
-
-float round_to_unit(float value) {
-    return std::floor(value + 0.5f);
-}
 
 // --- Sizes ---
 

@@ -5,7 +5,9 @@
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Handles/BScrollView.h"
+#include "Platform/Support/BAutolock.h"
 
 namespace {
 
@@ -46,33 +48,29 @@ void TrajectoryDisplay::DisplayData() {
 
 void TrajectoryDisplay::ReadData(int32 reports, double* /*times*/, double* positions,
                                  double* /*velocities*/) {
-    if (!Lock()) return;
-    view_->ReadPositions(reports, positions);
-    Unlock();
+    const BAutolock lock(this);
+    if (lock.IsLocked()) view_->ReadPositions(reports, positions);
 }
 
 void TrajectoryDisplay::Redisplay(int32 changes) {
     if ((changes & kShown) == 0) return;
     EpochPortal* const portal = Epoch();
-    portal->ReadLock();
+    const ReadGuard guard(portal);
     if ((changes & kCalculatorSettingsChanged) != 0 && portal->GetCalculator() != nullptr)
         view_->SetSegmentLength(static_cast<float>(portal->GetCalculator()->SegmentLength()));
     const std::vector<Body*> bodies = portal->BodiesInMassOrder();
     TakeBodies(bodies);
     view_->Redisplay(changes & ~kCalculatorSettingsChanged, bodies);
-    portal->ReadUnlock();
 }
 
 void TrajectoryDisplay::PrepareForGo(int32 reportsPerSegment) {
     Display::PrepareForGo(reportsPerSegment);
-    if (!Lock()) return;
-    EpochPortal* const portal = Epoch();
-    portal->ReadLock();
-    const std::vector<Body*> bodies = portal->BodiesInMassOrder();
+    const BAutolock lock(this);
+    if (!lock.IsLocked()) return;
+    const ReadGuard guard(Epoch());
+    const std::vector<Body*> bodies = Epoch()->BodiesInMassOrder();
     TakeBodies(bodies);
     view_->PrepareForGo(reportsPerSegment, bodies);
-    portal->ReadUnlock();
-    Unlock();
 }
 
 void TrajectoryDisplay::ScreenChanged(BRect /*frame*/) {

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "Model/Commands/LCommand.h"
-#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/DimValue.h"
 
 template <typename Value>
@@ -39,8 +39,10 @@ bool ExecuteFiled(EpochPortal* portal, std::unique_ptr<LCommand> command);
 // done.
 template <typename Value>
 bool CommitEntry(EpochPortal* portal, const CommandFactory<Value>& factory, const Value& value) {
-    portal->ReadLock();
-    std::unique_ptr<LCommand> command = factory.MakeCommand(portal, value);
-    portal->ReadUnlock();
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(portal);
+        command = factory.MakeCommand(portal, value);
+    }
     return ExecuteFiled(portal, std::move(command));
 }

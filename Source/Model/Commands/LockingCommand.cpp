@@ -1,7 +1,8 @@
 #include "Model/Commands/LockingCommand.h"
 
 #include "Model/Commands/UndoChain.h"
-#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Support/BAutolock.h"
 
 LockingCommand::LockingCommand(LCommand* command, EpochPortal* portal, bool addToChain)
     : command_(command), portal_(portal), addToChain_(addToChain), keep_(addToChain) {
@@ -13,24 +14,18 @@ void LockingCommand::Execute() {
     // Not read from the members below, where this object may be gone.
     EpochPortal* const portal = portal_;
     UndoChain* const chain = portal->GetUndoChain();
-    chain->Lock();
-    if (chain->WasDropped(this)) {
-        chain->Unlock();
-        return;
-    }
-    portal->WriteLock();
+    const BAutolock chainLock(chain);
+    if (chain->WasDropped(this)) return;
+    const WriteGuard guard(portal);
     command_->Execute();
     if (addToChain_) {
         addToChain_ = false;
         chain->AddExecuted(this);
     }
     if (!keep_) delete this;
-    portal->WriteUnlock();
-    chain->Unlock();
 }
 
 void LockingCommand::Undo() {
-    portal_->WriteLock();
+    const WriteGuard guard(portal_);
     command_->Undo();
-    portal_->WriteUnlock();
 }

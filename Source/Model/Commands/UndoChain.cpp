@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Platform/Support/BAutolock.h"
+
 UndoChain::UndoChain() : lock_("Undo chain lock") {}
 
 UndoChain::~UndoChain() = default;
 
 void UndoChain::AddExecuted(LCommand* command) {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     if (savedCount_ && *savedCount_ > executedCount_) savedCount_.reset();
     executedCount_++;
     const auto undone = commands_.begin() + static_cast<std::ptrdiff_t>(position_);
@@ -17,21 +19,19 @@ void UndoChain::AddExecuted(LCommand* command) {
     commands_.emplace_back(command);
     EnforceMaxSize();
     position_ = commands_.size();
-    lock_.Unlock();
 }
 
 void UndoChain::Undo() {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     if (CanUndo()) {
         position_--;
         commands_[position_]->Undo();
         executedCount_--;
     }
-    lock_.Unlock();
 }
 
 void UndoChain::Redo() {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     if (CanRedo()) {
         redoing_ = true;
         commands_[position_]->Execute();
@@ -42,94 +42,73 @@ void UndoChain::Redo() {
         }
         dropped_.clear();
     }
-    lock_.Unlock();
 }
 
 bool UndoChain::CanUndo() {
-    lock_.Lock();
-    const bool can = position_ > 0;
-    lock_.Unlock();
-    return can;
+    const BAutolock lock(lock_);
+    return position_ > 0;
 }
 
 bool UndoChain::CanRedo() {
-    lock_.Lock();
-    const bool can = position_ < commands_.size();
-    lock_.Unlock();
-    return can;
+    const BAutolock lock(lock_);
+    return position_ < commands_.size();
 }
 
 int32 UndoChain::ExecutedCount() {
-    lock_.Lock();
-    const int32 count = executedCount_;
-    lock_.Unlock();
-    return count;
+    const BAutolock lock(lock_);
+    return executedCount_;
 }
 
 CommandName UndoChain::UndoName() {
-    lock_.Lock();
-    const CommandName name = position_ > 0 ? commands_[position_ - 1]->Name() : kUnnamedCommand;
-    lock_.Unlock();
-    return name;
+    const BAutolock lock(lock_);
+    return position_ > 0 ? commands_[position_ - 1]->Name() : kUnnamedCommand;
 }
 
 CommandName UndoChain::RedoName() {
-    lock_.Lock();
-    const CommandName name =
-        position_ < commands_.size() ? commands_[position_]->Name() : kUnnamedCommand;
-    lock_.Unlock();
-    return name;
+    const BAutolock lock(lock_);
+    return position_ < commands_.size() ? commands_[position_]->Name() : kUnnamedCommand;
 }
 
 void UndoChain::MarkSaved() {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     savedCount_ = executedCount_;
-    lock_.Unlock();
 }
 
 void UndoChain::MarkUnsaved() {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     savedCount_.reset();
-    lock_.Unlock();
 }
 
 bool UndoChain::IsSaved() {
-    lock_.Lock();
-    const bool isSaved = savedCount_ == executedCount_;
-    lock_.Unlock();
-    return isSaved;
+    const BAutolock lock(lock_);
+    return savedCount_ == executedCount_;
 }
 
 void UndoChain::Clear() {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     commands_.clear();
     position_ = 0;
-    lock_.Unlock();
 }
 
 void UndoChain::SetMaxUndoLevel(int32 level) {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     if (level > 0) maxUndoLevel_ = level;
     EnforceMaxSize();
     // Deliberately, the position keeps its index when old commands go, as long as there is such
     // one.
     position_ = std::min(position_, commands_.size());
-    lock_.Unlock();
 }
 
 int32 UndoChain::MaxUndoLevel() const {
-    lock_.Lock();
-    const int32 level = maxUndoLevel_;
-    lock_.Unlock();
-    return level;
+    const BAutolock lock(lock_);
+    return maxUndoLevel_;
 }
 
 bool UndoChain::WasDropped(const LCommand* command) {
-    lock_.Lock();
+    const BAutolock lock(lock_);
     const bool dropped =
         std::any_of(dropped_.begin(), dropped_.end(),
                     [command](const auto& candidate) { return candidate.get() == command; });
-    lock_.Unlock();
     return dropped;
 }
 

@@ -2,19 +2,21 @@
 
 #include <algorithm>
 
+#include "Platform/Support/BAutolock.h"
+
 Subject::Subject() : listLock_("Observer list locker"), modelLock_("Epoch locker") {}
 
 void Subject::AddObserver(Observer* observer) {
-    listLock_.Lock();
+    const BAutolock lock(listLock_);
     if (std::find(observers_.begin(), observers_.end(), observer) == observers_.end())
         observers_.push_back(observer);
-    listLock_.Unlock();
 }
 
 void Subject::RemoveObserver(Observer* observer) {
-    listLock_.Lock();
-    std::erase(observers_, observer);
-    listLock_.Unlock();
+    {
+        const BAutolock lock(listLock_);
+        std::erase(observers_, observer);
+    }
     // It may be at work for the committing thread: its owner must not delete it under that.
     const thread_id self = find_thread(nullptr);
     for (thread_id committer = committer_; committer != kNobody && committer != self;
@@ -32,23 +34,19 @@ int32 Subject::RemoveRef() {
 
 void Subject::TellObservers(int32 what) {
     if (!broadcast_) return;
-    listLock_.Lock();
+    const BAutolock lock(listLock_);
     // By index: an observer may remove itself meanwhile.
     // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t i = 0; i < observers_.size(); i++)
         observers_[i]->Changed(what);
-    listLock_.Unlock();
 }
 
 bool Subject::CommitChanges() {
     if (!broadcast_) return false;
     thread_id nobody = kNobody;
     if (!committer_.compare_exchange_strong(nobody, find_thread(nullptr))) return false;
-    listLock_.Lock();
-    const std::vector<Observer*> asked = observers_;
-    listLock_.Unlock();
     bool changed = false;
-    for (Observer* observer : asked) {
+    for (Observer* observer : Observers()) {
         if (IsListed(observer) && observer->CommitChanges()) changed = true;
     }
     committer_ = kNobody;
@@ -56,10 +54,12 @@ bool Subject::CommitChanges() {
     return changed;
 }
 
+std::vector<Observer*> Subject::Observers() {
+    const BAutolock lock(listLock_);
+    return observers_;
+}
+
 bool Subject::IsListed(const Observer* observer) {
-    listLock_.Lock();
-    const bool listed =
-        std::find(observers_.begin(), observers_.end(), observer) != observers_.end();
-    listLock_.Unlock();
-    return listed;
+    const BAutolock lock(listLock_);
+    return std::find(observers_.begin(), observers_.end(), observer) != observers_.end();
 }

@@ -43,6 +43,7 @@ public:
 private:
     static constexpr thread_id kNobody = -1;
 
+    std::vector<Observer*> Observers();
     bool IsListed(const Observer* observer);
 
     BLocker listLock_;

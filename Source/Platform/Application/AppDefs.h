@@ -10,6 +10,7 @@ inline constexpr uint32 B_SESSION_ENDING = FourCC("_SEN");
 inline constexpr uint32 B_READY_TO_RUN = FourCC("_RTR");
 inline constexpr uint32 B_ARGV_RECEIVED = FourCC("_ARG");
 inline constexpr uint32 B_REFS_RECEIVED = FourCC("_RRC");
+inline constexpr const char* kRefsField = "refs";
 inline constexpr uint32 B_CANCEL = FourCC("_CNC");
 inline constexpr uint32 B_PULSE = FourCC("_PUL");
 inline constexpr uint32 B_SAVE_REQUESTED = FourCC("SAVE");

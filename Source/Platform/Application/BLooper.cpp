@@ -71,7 +71,7 @@ void BLooper::Loop() {
         if (next == nullptr) EndLoop();
         current_ = std::move(next);
         if (current_ != nullptr)
-            if (BHandler* const handler = HandlerOf(*current_); handler != nullptr)
+            if (BHandler* const handler = HandlerOf(current_->HandlerToken()); handler != nullptr)
                 DispatchMessage(current_->Message(), handler);
         current_.reset();
         if (isQuitting_) return;
@@ -79,12 +79,11 @@ void BLooper::Loop() {
     }
 }
 
-BHandler* BLooper::HandlerOf(const Delivery& delivery) {
-    if (delivery.HandlerToken() == Delivery::kPreferredHandler)
-        return preferred_ != nullptr ? preferred_ : this;
-    const auto found = std::find_if(
-        handlers_.begin(), handlers_.end(),
-        [&](const BHandler* handler) { return handler->Token() == delivery.HandlerToken(); });
+BHandler* BLooper::HandlerOf(int32 token) {
+    if (token == Delivery::kPreferredHandler) return preferred_ != nullptr ? preferred_ : this;
+    const auto found =
+        std::find_if(handlers_.begin(), handlers_.end(),
+                     [token](const BHandler* handler) { return handler->Token() == token; });
     return found == handlers_.end() ? nullptr : *found;
 }
 
@@ -132,6 +131,12 @@ void BLooper::Quit() {
             link->lock.Unlock();
         wait_for_thread(thread, nullptr);
     }
+}
+
+bool BLooper::QuitIfAlive(BLooper* looper) {
+    if (LockIfAlive(looper) != B_OK) return false;
+    looper->Quit();
+    return true;
 }
 
 // --- Lock ---

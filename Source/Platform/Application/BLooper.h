@@ -42,6 +42,8 @@ public:
     // The same for a pointer that may be null or no longer point to a looper.
     [[nodiscard]] static status_t LockIfAlive(const BLooper* looper,
                                               bigtime_t microseconds = B_INFINITE_TIMEOUT);
+    // Locks a looper, which may be null or gone by now, and calls its Quit. False if it is gone.
+    static bool QuitIfAlive(BLooper* looper);
     void Unlock();
     // True when the calling thread holds the lock.
     [[nodiscard]] bool IsLocked() const;
@@ -90,12 +92,15 @@ protected:
     void EndLoop() { isQuitting_ = true; }
 
 private:
+    friend class BMessenger;
+
     static int32 StartThread(void* looper);
     static status_t Post(const BLooper* looper, const BMessage* message, const BHandler* handler);
 
     void AssertLocked() const;
     void QuitIfAllowed();
-    [[nodiscard]] BHandler* HandlerOf(const Delivery& delivery);
+    // By its token.
+    [[nodiscard]] BHandler* HandlerOf(int32 token);
 
     const LooperRef link_;
     const int32 priority_;

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "Platform/Application/BHandler.h"
+#include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/LooperRegistry.h"
 
@@ -38,6 +38,12 @@ status_t BMessenger::SetTo(const BHandler* handler, const BLooper* looper) {
 bool BMessenger::IsValid() const {
     const LooperRef link = LinkOf(team_, port_);
     return link != nullptr && !link->port.IsClosed();
+}
+
+BHandler* BMessenger::LockedTarget() const {
+    const LooperRef link = LinkOf(team_, port_);
+    if (link == nullptr || !link->lock.IsLocked()) return nullptr;
+    return link->looper->HandlerOf(handler_);
 }
 
 status_t BMessenger::SendMessage(uint32 what) const {

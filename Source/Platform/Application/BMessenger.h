@@ -23,6 +23,10 @@ public:
     // The number of the target's mailbox, the same for all handlers of a looper; -1 for none.
     [[nodiscard]] int32 Port() const { return port_; }
 
+    // The target itself, for who holds the lock of its looper; null for anybody else, and when it
+    // is gone.
+    [[nodiscard]] BHandler* LockedTarget() const;
+
     // Copies the message and does not wait until it is handled. B_BAD_PORT_ID: no target;
     // B_WOULD_BLOCK or B_TIMED_OUT: the port is full.
     [[nodiscard]] status_t SendMessage(uint32 what) const;

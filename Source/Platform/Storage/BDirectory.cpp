@@ -26,10 +26,6 @@ status_t BDirectory::GetNextEntry(BEntry* entry) {
     return entry->SetTo((path_ + '/' + found->d_name).c_str());
 }
 
-void BDirectory::Rewind() {
-    if (directory_) rewinddir(directory_.get());
-}
-
 status_t create_directory(const char* path, mode_t mode) {
     if (path == nullptr || *path == '\0') return B_BAD_VALUE;
     const std::string whole = path;

@@ -22,7 +22,6 @@ public:
 
     // In no particular order, without "." and "..". B_ENTRY_NOT_FOUND: there are no more.
     status_t GetNextEntry(BEntry* entry);
-    void Rewind();
 
 private:
     struct Closer {

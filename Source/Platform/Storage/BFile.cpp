@@ -62,12 +62,6 @@ ssize_t BFile::WriteAt(off_t position, const void* from, std::size_t size) {
     return static_cast<ssize_t>(done);
 }
 
-status_t BFile::Seek(off_t position) {
-    if (position < 0) return B_BAD_VALUE;
-    position_ = position;
-    return B_OK;
-}
-
 status_t BFile::GetSize(off_t* size) const {
     struct stat info {};
     const status_t status = GetStat(&info);

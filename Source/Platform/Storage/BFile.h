@@ -26,7 +26,6 @@ public:
     ssize_t Write(const void* from, std::size_t size);
     ssize_t WriteAt(off_t position, const void* from, std::size_t size);
 
-    status_t Seek(off_t position);
     [[nodiscard]] off_t Position() const { return position_; }
     [[nodiscard]] status_t GetSize(off_t* size) const;
     // Cuts the file, or makes it longer by zeros.

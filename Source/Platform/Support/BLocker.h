@@ -27,8 +27,6 @@ public:
     [[nodiscard]] bool IsLocked() const { return owner_ == find_thread(nullptr); }
     // The thread that holds it, -1 for none.
     [[nodiscard]] thread_id LockingThread() const { return owner_; }
-    // How often the holder has locked it.
-    [[nodiscard]] int32 CountLocks() const { return depth_; }
     [[nodiscard]] const std::string& Name() const { return name_; }
 
 private:

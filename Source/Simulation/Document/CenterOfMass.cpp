@@ -1,6 +1,7 @@
 #include "Simulation/Document/CenterOfMass.h"
 
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 
 // The sums run over bodies and not over systems, whose own centre is undefined when they have no
@@ -22,14 +23,12 @@ bool FindCenterOfMass(const std::vector<Body*>& bodies, CenterOfMass* center) {
 }
 
 void PutCenterOfMassAtOrigin(EpochPortal* portal) {
-    portal->WriteLock();
+    const WriteGuard guard(portal);
     const std::vector<Body*> bodies = portal->BodiesInMassOrder();
     CenterOfMass center;
-    if (FindCenterOfMass(bodies, &center)) {
-        for (Body* body : bodies) {
-            body->SetPosition(body->Position() - center.position);
-            body->SetVelocity(body->Velocity() - center.velocity);
-        }
+    if (!FindCenterOfMass(bodies, &center)) return;
+    for (Body* body : bodies) {
+        body->SetPosition(body->Position() - center.position);
+        body->SetVelocity(body->Velocity() - center.velocity);
     }
-    portal->WriteUnlock();
 }

@@ -4,10 +4,12 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Calculation/CollisionMailbox.h"
 #include "Model/Commands/DeleteSystemCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BMessage.h"
 
@@ -126,9 +128,7 @@ int64 Resolution::SurvivorOf(int64 id) const {
 }
 
 std::optional<RunEnding> Resolution::FindTouching(const BMessage& collisions) const {
-    int64 p, q;
-    for (int32 i = 0;
-         collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK; i++)
+    for (const auto [p, q] : CollisionMailbox::PairsOf(collisions))
         for (const Body* a : alive_) {
             if (a->ID() != p) continue;
             for (const Body* b : alive_)
@@ -177,35 +177,35 @@ void Resolution::DeleteAbsorbed() {
     }
 }
 
-}  // namespace
-
-MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
-                                 const std::string& joiner, const AbEpoch* touchedIn) {
-    portal->CommitChanges();
-    portal->WriteLock();
+// Under the write lock, in the focus epoch.
+MergeResult Resolve(EpochPortal* portal, const BMessage& collisions, const std::string& joiner) {
     AbEpoch* const epoch = portal->FocusEpoch();
-    if (touchedIn != nullptr && touchedIn != epoch) {
-        portal->WriteUnlock();
-        return {};
-    }
     // The mergers are part of the run, even if it was paused just now and is a record already.
     const bool wasWriteable = epoch->Writeable();
     epoch->SetWriteable(true);
 
     Resolution resolution(portal, joiner);
-    int32 count = 0;
-    if (collisions.GetInfo("p", nullptr, &count) != B_OK) count = 0;
-    for (int32 i = 0; i < count; i++) {
-        int64 p, q;
-        if (collisions.FindInt64("p", i, &p) == B_OK && collisions.FindInt64("q", i, &q) == B_OK)
-            resolution.ResolvePair(p, q);
-    }
+    for (const auto [p, q] : CollisionMailbox::PairsOf(collisions))
+        resolution.ResolvePair(p, q);
     resolution.DeleteAbsorbed();
     MergeResult result = resolution.TakeResult();
     if (result.mergers.empty()) result.unmerged = resolution.FindTouching(collisions);
 
     epoch->SetWriteable(wasWriteable);
-    portal->WriteUnlock();
+    return result;
+}
+
+}  // namespace
+
+MergeResult MergeCollidingBodies(EpochPortal* portal, const BMessage& collisions,
+                                 const std::string& joiner, const AbEpoch* touchedIn) {
+    portal->CommitChanges();
+    MergeResult result;
+    {
+        const WriteGuard guard(portal);
+        if (touchedIn != nullptr && touchedIn != portal->FocusEpoch()) return {};
+        result = Resolve(portal, collisions, joiner);
+    }
     portal->TellObservers(kBodyDataChanged);
     return result;
 }

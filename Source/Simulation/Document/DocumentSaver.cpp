@@ -1,6 +1,7 @@
 #include "Simulation/Document/DocumentSaver.h"
 
 #include "Platform/Application/BMessage.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/DocumentFile.h"
 #include "Simulation/Document/SimulationDocument.h"
 
@@ -10,14 +11,16 @@ SaveResult SaveDocument(SimulationDocument* document, DocumentFile* file,
     UndoChain* const history = document->GetUndoChain();
     BMessage record;
     BMessage whole;
-    // No command comes between what is written and the saved point.
-    history->Lock();
-    const bool wasSaved = history->IsSaved();
-    result.error = document->Store(&record, allEpochs);
+    bool wasSaved = false;
     DocumentError wholeError;
-    if (!allEpochs && !wasSaved) wholeError = document->Store(&whole, true);
-    history->MarkSaved();
-    history->Unlock();
+    {
+        // No command comes between what is written and the saved point.
+        const BAutolock lock(history);
+        wasSaved = history->IsSaved();
+        result.error = document->Store(&record, allEpochs);
+        if (!allEpochs && !wasSaved) wholeError = document->Store(&whole, true);
+        history->MarkSaved();
+    }
 
     if (!result.error.Failed())
         result.error = file->Write(record, directory, name, &result.path, &result.leftovers);

@@ -8,6 +8,7 @@
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Simulation/Document/CenterOfMass.h"
 #include "Simulation/Document/RunControlView.h"
@@ -44,12 +45,11 @@ void RunControl::Pause() {
     view_->ShowGoPause(RunControlView::Offer::kGo);
     pauseCount_ = 1;
     view_->RunStopped();
-    portal_->WriteLock();
+    const WriteGuard guard(portal_);
     KeepCalculatorState();
     endedIn_ = portal_->FocusEpoch();
     portal_->FocusEpoch()->SetWriteable(false);
     portal_->TellObservers(kEpochSettingsChanged);
-    portal_->WriteUnlock();
 }
 
 void RunControl::UnPause() {
@@ -68,16 +68,11 @@ void RunControl::StartRun() {
     view_->SetPhysicalBodyValues();
     view_->SetEpochValues();
     view_->SetSimValues();
-    portal_->WriteLock();
-    if (BMessage* state = portal_->FocusEpoch()->CalculatorState()) calculator_->Regenerate(state);
-    portal_->WriteUnlock();
+    RestoreCalculatorState();
     view_->EnableRunControls(false);
     view_->ShowGoPause(RunControlView::Offer::kPause);
     DupCurrentEpoch();
-    portal_->ReadLock();
-    const bool toOrigin = portal_->FocusEpoch()->COMOnGo();
-    portal_->ReadUnlock();
-    if (toOrigin) PutCenterOfMassAtOrigin(portal_);
+    if (IsCenteredOnGo()) PutCenterOfMassAtOrigin(portal_);
     view_->RunStarting();
     NoteRun();
     calculator_->UnPause();
@@ -87,14 +82,25 @@ void RunControl::ResumeRun() {
     const WindowLock lock(view_);
     if (pauseCount_ != 1) return;
     pauseCount_ = 0;
-    portal_->WriteLock();
-    portal_->FocusEpoch()->SetWriteable(true);
-    portal_->WriteUnlock();
+    {
+        const WriteGuard guard(portal_);
+        portal_->FocusEpoch()->SetWriteable(true);
+    }
     view_->EnableRunControls(false);
     view_->ShowGoPause(RunControlView::Offer::kPause);
     NoteRun();
     calculator_->UnPause(true);
     userPaused_ = false;
+}
+
+void RunControl::RestoreCalculatorState() {
+    const WriteGuard guard(portal_);
+    if (BMessage* state = portal_->FocusEpoch()->CalculatorState()) calculator_->Regenerate(state);
+}
+
+bool RunControl::IsCenteredOnGo() const {
+    const ReadGuard guard(portal_);
+    return portal_->FocusEpoch()->COMOnGo();
 }
 
 void RunControl::NoteRun() {

@@ -48,6 +48,9 @@ private:
     void NoteRun();
     void DupCurrentEpoch();
     void KeepCalculatorState();
+    void RestoreCalculatorState();
+    // The centre of mass goes to the origin when a run starts.
+    bool IsCenteredOnGo() const;
 
     EpochPortal* const portal_;
     Calculator* const calculator_;

@@ -3,6 +3,7 @@
 #include "Calculation/RunEnding.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/MassSystem.h"
 #include "Model/Units/QuantityText.h"
 #include "Simulation/Document/DocumentTexts.h"
@@ -39,7 +40,7 @@ std::string QuantityWithUnit(double value, int digits, double uval, const UnitTa
 
 std::string RunEndingText(const RunEnding& ending, EpochPortal* portal,
                           const ProgramResources& resources) {
-    portal->ReadLock();
+    const ReadGuard guard(portal);
     const AbEpoch& epoch = *portal->FocusEpoch();
     const std::string time =
         QuantityWithUnit(ending.time, kReadableDigits, epoch.TimeUval(), resources.TimeUnits());
@@ -54,6 +55,5 @@ std::string RunEndingText(const RunEnding& ending, EpochPortal* portal,
                                     body != nullptr ? body->PositionUval() : 1.0,
                                     resources.DistanceUnits());
     }
-    portal->ReadUnlock();
     return FillIn(resources.InterfaceLabel(TextFor(ending)), {time, heavier, lighter, distance});
 }

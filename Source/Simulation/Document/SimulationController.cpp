@@ -18,6 +18,7 @@
 #include "Model/Commands/SetSystemToCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Model/Systems/NewIdentifiers.h"
 #include "Simulation/Document/BodyColors.h"
@@ -56,11 +57,8 @@ void SimulationController::PauseForEdit() {
 }
 
 int64 SimulationController::FocusSystemID() const {
-    EpochPortal* const portal = Portal();
-    portal->ReadLock();
-    const int64 id = portal->FocusSystem()->ID();
-    portal->ReadUnlock();
-    return id;
+    const ReadGuard guard(Portal());
+    return Portal()->FocusSystem()->ID();
 }
 
 int64 SimulationController::NewSystemID() const {
@@ -72,15 +70,16 @@ void SimulationController::CreateBody() {
     EpochPortal* portal = Portal();
     portal->CommitChanges();
 
-    portal->ReadLock();
-    const MassSystem* focus = portal->FocusSystem();
-    const MassSystem* parent = focus->Parent();
-    if (!parent) parent = portal->FocusEpoch()->RootSystem();
     std::unique_ptr<LCommand> command;
-    if (parent)
-        command = std::make_unique<NewSystemCommand>(portal, MakeBody().release(), parent->ID());
-    portal->ReadUnlock();
-
+    {
+        const ReadGuard guard(portal);
+        const MassSystem* focus = portal->FocusSystem();
+        const MassSystem* parent = focus->Parent();
+        if (!parent) parent = portal->FocusEpoch()->RootSystem();
+        if (parent)
+            command =
+                std::make_unique<NewSystemCommand>(portal, MakeBody().release(), parent->ID());
+    }
     ExecuteFiled(portal, Named(kCommandNewBody, std::move(command)));
 }
 
@@ -158,13 +157,13 @@ void SimulationController::DeleteBody(int64 id) {
     PauseForEdit();
     EpochPortal* portal = Portal();
     portal->CommitChanges();
-    portal->ReadLock();
-    const int64 next = NextFocusAfter(id);
-    const bool exists = id >= 0 && portal->FocusEpoch()->SystemFromID(id) != nullptr;
-    portal->ReadUnlock();
-    if (exists)
-        ExecuteFiled(portal, Named(kCommandDeleteBody,
-                                   std::make_unique<DeleteSystemCommand>(portal, id, next)));
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(portal);
+        if (id >= 0 && portal->FocusEpoch()->SystemFromID(id) != nullptr)
+            command = std::make_unique<DeleteSystemCommand>(portal, id, NextFocusAfter(id));
+    }
+    ExecuteFiled(portal, Named(kCommandDeleteBody, std::move(command)));
 }
 
 void SimulationController::DeleteCurrentBody() {
@@ -177,17 +176,18 @@ void SimulationController::EditBody(int64 id) {
 
 void SimulationController::SetRelativeTo(int64 id) {
     EpochPortal* portal = Portal();
-    portal->ReadLock();
-    const MassSystem* const focus = portal->FocusSystem();
-    const int64 focusID = focus->ID();
-    const bool changes = focusID != kNoSystemID && focusID != id && focus->RelativeTo() != id &&
-                         portal->FocusEpoch()->SystemFromID(id);
-    portal->ReadUnlock();
-    if (changes)
-        ExecuteFiled(portal, Named(kCommandSetRelativeTo,
-                                   std::make_unique<SetSystemPropertyCommand<int64>>(
-                                       portal, focusID, &MassSystem::RelativeTo,
-                                       &MassSystem::SetRelativeTo, id, kReferentChanged)));
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(portal);
+        const MassSystem* const focus = portal->FocusSystem();
+        const int64 focusID = focus->ID();
+        if (focusID != kNoSystemID && focusID != id && focus->RelativeTo() != id &&
+            portal->FocusEpoch()->SystemFromID(id))
+            command = std::make_unique<SetSystemPropertyCommand<int64>>(
+                portal, focusID, &MassSystem::RelativeTo, &MassSystem::SetRelativeTo, id,
+                kReferentChanged);
+    }
+    ExecuteFiled(portal, Named(kCommandSetRelativeTo, std::move(command)));
 }
 
 SimulationController::Grouping SimulationController::GroupSystems(const std::vector<int64>& ids,
@@ -195,10 +195,13 @@ SimulationController::Grouping SimulationController::GroupSystems(const std::vec
     using Obstacle = GroupSystemsCommand::Obstacle;
     PauseForEdit();
     EpochPortal* portal = Portal();
-    portal->ReadLock();
-    auto command = std::make_unique<GroupSystemsCommand>(portal, ids, name, NewSystemID());
-    const Obstacle obstacle = command->FindObstacle();
-    portal->ReadUnlock();
+    std::unique_ptr<GroupSystemsCommand> command;
+    Obstacle obstacle = Obstacle::kNone;
+    {
+        const ReadGuard guard(portal);
+        command = std::make_unique<GroupSystemsCommand>(portal, ids, name, NewSystemID());
+        obstacle = command->FindObstacle();
+    }
     if (obstacle == Obstacle::kTooDeep) return Grouping::kTooDeep;
     const bool isDone = obstacle == Obstacle::kNone &&
                         ExecuteFiled(portal, Named(kCommandGroup, std::move(command)));
@@ -208,13 +211,14 @@ SimulationController::Grouping SimulationController::GroupSystems(const std::vec
 bool SimulationController::DissolveSystem(int64 id) {
     PauseForEdit();
     EpochPortal* portal = Portal();
-    portal->ReadLock();
-    const MassSystem* system = id >= 0 ? portal->FocusEpoch()->SystemFromID(id) : nullptr;
-    const bool isGroup = system && !dynamic_cast<const Body*>(system);
-    portal->ReadUnlock();
-    return isGroup &&
-           ExecuteFiled(portal, Named(kCommandDissolveGroup,
-                                      std::make_unique<DissolveSystemCommand>(portal, id)));
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(portal);
+        const MassSystem* system = id >= 0 ? portal->FocusEpoch()->SystemFromID(id) : nullptr;
+        const bool isGroup = system && !dynamic_cast<const Body*>(system);
+        if (isGroup) command = std::make_unique<DissolveSystemCommand>(portal, id);
+    }
+    return ExecuteFiled(portal, Named(kCommandDissolveGroup, std::move(command)));
 }
 
 bool SimulationController::DissolveFocusSystem() {
@@ -227,9 +231,8 @@ bool SimulationController::ToCenterOfMass() {
     portal->CommitChanges();
 
     std::unique_ptr<MacroCommand> command;
-    portal->ReadLock();
     CenterOfMass center;
-    if (FindCenterOfMass(portal->BodiesInMassOrder(), &center)) {
+    if (const ReadGuard guard(portal); FindCenterOfMass(portal->BodiesInMassOrder(), &center)) {
         const MassSystem* root = portal->FocusEpoch()->RootSystem();
         command = std::make_unique<MacroCommand>(2);
         command->AddCommand(std::make_unique<SetCompVectorCommand>(
@@ -237,16 +240,15 @@ bool SimulationController::ToCenterOfMass() {
         command->AddCommand(std::make_unique<SetCompVectorCommand>(
             portal, kVelocityQuantity, root->ID(), DimVector{ThreeVector{}, root->SpeedUval()}));
     }
-    portal->ReadUnlock();
     return ExecuteFiled(portal, Named(kCommandCenterOfMass, std::move(command)));
 }
 
 void SimulationController::EditEpoch(AbEpoch* epoch) {
     EpochPortal* const portal = Portal();
-    portal->ReadLock();
-    const bool changes = epoch != portal->FocusEpoch() && portal->HasEpoch(epoch);
-    portal->ReadUnlock();
-    if (!changes) return;
+    {
+        const ReadGuard guard(portal);
+        if (epoch == portal->FocusEpoch() || !portal->HasEpoch(epoch)) return;
+    }
     PauseForEdit();
     ExecuteFiled(portal,
                  Named(kCommandGoToEpoch, std::make_unique<SetEpochToCommand>(portal, epoch)));
@@ -257,20 +259,19 @@ bool SimulationController::DeleteEpoch(AbEpoch* epoch) {
     EpochPortal* portal = Portal();
     portal->CommitChanges();
     auto command = std::make_unique<DeleteEpochCommand>(portal, epoch);
-    portal->ReadLock();
-    const bool canExecute = command->CanExecute();
-    portal->ReadUnlock();
-    return canExecute && ExecuteFiled(portal, Named(kCommandDeleteEpoch, std::move(command)));
+    {
+        const ReadGuard guard(portal);
+        if (!command->CanExecute()) return false;
+    }
+    return ExecuteFiled(portal, Named(kCommandDeleteEpoch, std::move(command)));
 }
 
 void SimulationController::DupCurrentEpoch() {
     run_->Rest();
-    Portal()->ReadLock();
-    const bool isEpoch = Portal()->FocusEpoch()->RootSystem() != nullptr;
-    Portal()->ReadUnlock();
-    if (isEpoch)
-        ExecuteFiled(Portal(),
-                     Named(kCommandLogEpoch, std::make_unique<NewEpochCommand>(Portal())));
+    std::unique_ptr<LCommand> command;
+    if (const ReadGuard guard(Portal()); Portal()->FocusEpoch()->RootSystem() != nullptr)
+        command = std::make_unique<NewEpochCommand>(Portal());
+    ExecuteFiled(Portal(), Named(kCommandLogEpoch, std::move(command)));
     run_->UnRest();
 }
 

@@ -4,8 +4,10 @@
 
 #include "Calculation/ReportConsumer.h"
 #include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/FieldTable.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/DocumentCheck.h"
 #include "Simulation/Document/EpochReader.h"
 #include "Simulation/Document/SimulationFile.h"
@@ -88,11 +90,13 @@ DocumentError SimulationDocument::Load(const BMessage& record) {
 }
 
 DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
-    portal_.ReadLock();
-    const status_t epochs = SetEpochs(record, allEpochs);
-    const status_t info = epochs == B_OK ? SetSimInfo(record) : epochs;
-    portal_.ReadUnlock();
-    return DocumentError::Record(info == B_OK ? AppendFields(windowFields_, record) : info);
+    status_t status = B_OK;
+    {
+        const ReadGuard guard(&portal_);
+        status = SetEpochs(record, allEpochs);
+        if (status == B_OK) status = SetSimInfo(record);
+    }
+    return DocumentError::Record(status == B_OK ? AppendFields(windowFields_, record) : status);
 }
 
 void SimulationDocument::FindSimInfo(const BMessage& record) {
@@ -115,9 +119,9 @@ DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
 
 void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> topLevel,
                                        const BMessage& record) {
-    undoChain_.Lock();
+    const BAutolock chainLock(undoChain_);
     undoChain_.Clear();  // of commands for epochs that are going
-    portal_.WriteLock();
+    const WriteGuard guard(&portal_);
     portal_.SetEpochTo(nullptr);
     portal_.SetSystemTo(nullptr);
     root_.Prune();
@@ -127,8 +131,6 @@ void SimulationDocument::InstallEpochs(std::vector<std::unique_ptr<AbEpoch>> top
     SimInfo::Fields::kTable.Read(record, &info);
     nextBodyName_ = std::max(info.nextBodyName, 0);
     SetFocus(record);
-    portal_.WriteUnlock();
-    undoChain_.Unlock();
 }
 
 // Positions count from the first top-level epoch, which is 0.

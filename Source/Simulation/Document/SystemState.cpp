@@ -4,6 +4,7 @@
 
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 
 namespace {
@@ -26,7 +27,7 @@ std::string SystemState::NameOf(int64 id) const {
 
 SystemState TakeState(EpochPortal* portal) {
     SystemState state;
-    portal->ReadLock();
+    const ReadGuard guard(portal);
     state.time = portal->FocusEpoch()->Time();
     for (const Body* body : portal->BodiesInMassOrder()) {
         state.ids.push_back(body->ID());
@@ -35,6 +36,5 @@ SystemState TakeState(EpochPortal* portal) {
         Append(&state.positions, body->Position());
         Append(&state.velocities, body->Velocity());
     }
-    portal->ReadUnlock();
     return state;
 }

@@ -10,6 +10,7 @@
 #include "Model/Epochs/EpochCursor.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
@@ -117,8 +118,7 @@ void EpochWindow::SetRunning(bool isRunning) {
 
 void EpochWindow::Changed(int32 changes) {
     if ((changes & (kTreeChanges | kContentChanges)) == 0) return;
-    if (pendingChanges_.fetch_or(changes) != 0) return;
-    WindowServer::Deliver(this, BMessage(kRedisplay));
+    changes_.Put(changes);
 }
 
 bool EpochWindow::CommitChanges() {
@@ -136,12 +136,10 @@ void EpochWindow::Rename(int64 key, const std::string& name) {
 AbEpoch* EpochWindow::EpochFor(const BMessage& message) const {
     void* wanted = nullptr;
     if (message.FindPointer(kEpochField, &wanted) != B_OK) return nullptr;
-    AbEpoch* found = nullptr;
-    portal_->ReadLock();
+    const ReadGuard guard(portal_);
     for (EpochCursor cursor(root_); cursor.GetEpoch() != nullptr; cursor.Increment())
-        if (cursor.GetEpoch() == wanted) found = cursor.GetEpoch();
-    portal_->ReadUnlock();
-    return found;
+        if (cursor.GetEpoch() == wanted) return cursor.GetEpoch();
+    return nullptr;
 }
 
 // --- Refreshing ---
@@ -151,11 +149,13 @@ void EpochWindow::Redisplay(int32 changes) {
     if (IsHidden()) return;
     const int64 before = epochs_.FocusKey();
     epochs_.SetRunning(isRunning_);
-    portal_->ReadLock();
-    const AbEpoch* const focus = portal_->FocusEpoch();
-    const bool isFocusOnly = (changes & kTreeChanges) == 0 && epochs_.ReadFocus(focus);
-    if (!isFocusOnly) epochs_.Read(root_, focus);
-    portal_->ReadUnlock();
+    bool isFocusOnly = false;
+    {
+        const ReadGuard guard(portal_);
+        const AbEpoch* const focus = portal_->FocusEpoch();
+        isFocusOnly = (changes & kTreeChanges) == 0 && epochs_.ReadFocus(focus);
+        if (!isFocusOnly) epochs_.Read(root_, focus);
+    }
     if (isFocusOnly) {
         list_->ChangeRow(epochs_.FocusRow());
         return;
@@ -190,7 +190,7 @@ void EpochWindow::SendSelected(uint32 what) const {
 void EpochWindow::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kRedisplay:
-            return Redisplay(pendingChanges_.exchange(0));
+            return Redisplay(changes_.Take());
         case kSelected:
             return EnableItems();
         case kRestoreSelected:

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/ChangeInbox.h"
 #include "Interface Widgets/SubWindow.h"
 #include "Model/Sharing/Observer.h"
 #include "Simulation/Epochs/EpochList.h"
@@ -80,6 +81,6 @@ private:
     Items restore_{};
     Items rename_{};
     Items delete_{};
-    std::atomic<int32> pendingChanges_{0};
+    ChangeInbox changes_{this};
     std::atomic<bool> isRunning_{false};
 };

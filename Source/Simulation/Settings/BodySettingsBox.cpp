@@ -10,6 +10,7 @@
 #include "Interface Widgets/VectorEntry.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BChoiceField.h"
@@ -43,6 +44,7 @@ BodySettingsBox::BodySettingsBox(EpochPortal* portal, const DisplayContext& cont
       texts_(*context.texts) {
     AddSystem(context);
     AddVectors(context);
+    physical_.Add({mass_, radius_, position_, velocity_});
     EnableEntries();
 }
 
@@ -104,35 +106,34 @@ void BodySettingsBox::AttachedToWindow() {
 
 // --- What is shown ---
 
-std::array<Entry*, 5> BodySettingsBox::Entries() const {
-    return {name_, mass_, radius_, position_, velocity_};
-}
-
 void BodySettingsBox::Redisplay(int32 changes) {
     if ((changes & (kFocusChanged | kSystemsChanged)) == 0) return;
-    portal_->ReadLock();
-    const bool isOther = portal_->FocusSystem()->ID() != focus_.id;
-    portal_->ReadUnlock();
     // What is half typed is for the system that is still shown.
-    if (isOther) {
+    if (HasLostFocus()) {
         CommitNonPhysical();
         CommitPhysical();
     }
 
     SystemList list;
     const bool readsList = (changes & kSystemsChanged) != 0;
-    portal_->ReadLock();
-    const SystemList::Focus focus = ReadFocus(*portal_);
-    if (focus.id != focus_.id) SetFactories(focus.id);
-    for (Entry* const entry : Entries())
-        entry->Read();
-    if (readsList) list = ReadSystemList(*portal_);
-    portal_->ReadUnlock();
-
-    for (Entry* const entry : Entries())
-        entry->ShowValue();
+    SystemList::Focus focus;
+    {
+        const ReadGuard guard(portal_);
+        focus = ReadFocus(*portal_);
+        if (focus.id != focus_.id) SetFactories(focus.id);
+        name_->Read();
+        physical_.Read();
+        if (readsList) list = ReadSystemList(*portal_);
+    }
+    name_->ShowValue();
+    physical_.ShowValues();
     ShowSystems(readsList && list != list_ ? &list : nullptr, focus);
     EnableEntries();
+}
+
+bool BodySettingsBox::HasLostFocus() const {
+    const ReadGuard guard(portal_);
+    return portal_->FocusSystem()->ID() != focus_.id;
 }
 
 void BodySettingsBox::SetFactories(int64 id) {
@@ -177,9 +178,7 @@ void BodySettingsBox::EnableEntries() {
     name_->SetEnabled(hasSystem);
     trailDisc_->SetEnabled(hasSystem);
     referents_->SetEnabled(hasSystem);
-    for (Entry* const entry : {static_cast<Entry*>(mass_), static_cast<Entry*>(radius_),
-                               static_cast<Entry*>(position_), static_cast<Entry*>(velocity_)})
-        entry->SetEnabled(hasSystem && !isRunLocked_);
+    physical_.SetEnabled(hasSystem && !isRunLocked_);
     for (QuantityEntry* const entry : {mass_, radius_}) {
         entry->SetEditable(!focus_.isGroup);
         entry->SetToolTip(texts_.Text(focus_.isGroup ? kTextGroupTip : kTextQuantityTip));
@@ -198,11 +197,7 @@ bool BodySettingsBox::CommitNonPhysical() {
 }
 
 bool BodySettingsBox::CommitPhysical() {
-    bool changes = false;
-    for (Entry* const entry : {static_cast<Entry*>(mass_), static_cast<Entry*>(radius_),
-                               static_cast<Entry*>(position_), static_cast<Entry*>(velocity_)})
-        changes = entry->Commit() || changes;
-    return changes;
+    return physical_.Commit();
 }
 
 void BodySettingsBox::Send(uint32 what, int64 system) {

@@ -3,15 +3,13 @@
 // "s_td"). Rules as for BView; but what the user has typed may be committed by any thread.
 #pragma once
 
-#include <array>
-
+#include "Interface Widgets/EntryGroup.h"
 #include "Platform/Interface/Handles/BBox.h"
 #include "Simulation/Settings/SystemList.h"
 
 class BButton;
 class BChoiceField;
 class EpochPortal;
-class Entry;
 class InterfaceTexts;
 class QuantityEntry;
 class TextEntry;
@@ -39,7 +37,8 @@ public:
 private:
     void AddSystem(const DisplayContext& context);
     void AddVectors(const DisplayContext& context);
-    [[nodiscard]] std::array<Entry*, 5> Entries() const;
+    // Another system is in focus than the one shown.
+    bool HasLostFocus() const;
     void SetFactories(int64 id);
     // `changed`: another list, or null.
     void ShowSystems(SystemList* changed, const SystemList::Focus& focus);
@@ -56,6 +55,7 @@ private:
     QuantityEntry* radius_ = nullptr;
     VectorEntry* position_ = nullptr;
     VectorEntry* velocity_ = nullptr;
+    EntryGroup physical_;  // all but the name
     BButton* trailDisc_ = nullptr;
     SystemList list_;          // what the choices show
     SystemList::Focus focus_;  // whose values the entries show

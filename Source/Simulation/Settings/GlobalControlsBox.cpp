@@ -52,6 +52,7 @@ GlobalControlsBox::GlobalControlsBox(EpochPortal* portal, const DisplayContext& 
     AddRun(context);
     AddCenter(*context.texts);
     AddCalculation(*context.texts);
+    entries_.Add({time_, uponGo_, cutoff_, order_});
 }
 
 // --- Layout ---
@@ -113,23 +114,12 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
 
 // --- What is shown ---
 
-std::array<Entry*, 4> GlobalControlsBox::Entries() const {
-    return {time_, uponGo_, cutoff_, order_};
-}
-
 void GlobalControlsBox::Redisplay(int32 changes) {
-    if ((changes & kShown) == 0) return;
-    portal_->ReadLock();
-    for (Entry* const entry : Entries())
-        entry->Read();
-    portal_->ReadUnlock();
-    for (Entry* const entry : Entries())
-        entry->ShowValue();
+    if ((changes & kShown) != 0) entries_.Refresh(portal_);
 }
 
 void GlobalControlsBox::EnableRunControls(bool enable) {
-    for (Entry* const entry : Entries())
-        entry->SetEnabled(enable);
+    entries_.SetEnabled(enable);
     now_->SetEnabled(enable);
 }
 
@@ -141,8 +131,5 @@ void GlobalControlsBox::ShowGoPause(const char* label, bool isEnabled) {
 // --- Edits ---
 
 bool GlobalControlsBox::CommitEpochValues() {
-    bool changes = false;
-    for (Entry* const entry : Entries())
-        changes = entry->Commit() || changes;
-    return changes;
+    return entries_.Commit();
 }

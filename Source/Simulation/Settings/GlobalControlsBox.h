@@ -3,12 +3,10 @@
 // ("tgps", "2com"). Rules as for BView; but what the user has typed may be committed by any thread.
 #pragma once
 
-#include <array>
-
+#include "Interface Widgets/EntryGroup.h"
 #include "Platform/Interface/Handles/BBox.h"
 
 class BButton;
-class Entry;
 class EpochPortal;
 class InterfaceTexts;
 class MenuEntry;
@@ -36,7 +34,6 @@ private:
     void AddRun(const DisplayContext& context);
     void AddCenter(const InterfaceTexts& texts);
     void AddCalculation(const InterfaceTexts& texts);
-    [[nodiscard]] std::array<Entry*, 4> Entries() const;
 
     EpochPortal* const portal_;
     BButton* go_ = nullptr;
@@ -45,4 +42,5 @@ private:
     QuantityEntry* time_ = nullptr;
     SliderEntry* cutoff_ = nullptr;
     MenuEntry* order_ = nullptr;
+    EntryGroup entries_;
 };

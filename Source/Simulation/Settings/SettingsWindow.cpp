@@ -1,12 +1,10 @@
 #include "Simulation/Settings/SettingsWindow.h"
 
 #include "Displays/Base/DisplayContext.h"
-#include "Interface Widgets/Entry.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Application/BMessenger.h"
-#include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
 
@@ -25,41 +23,27 @@ void SettingsWindow::SetTitleFor(const char* simulation) {
     SetTitle((Texts().Label(titleLabel_) + simulation).c_str());
 }
 
-void SettingsWindow::AddEntries(std::initializer_list<Entry*> entries) {
-    entries_.insert(entries_.end(), entries);
-}
-
 void SettingsWindow::StartObserving() {
     portal_->AddObserver(this);
 }
 
 void SettingsWindow::Changed(int32 changes) {
-    if (pendingChanges_.fetch_or(changes) != 0) return;
-    // The one message of this burst must arrive, even if the port is full.
-    WindowServer::Deliver(this, BMessage(kRedisplay));
+    changes_.Put(changes);
 }
 
 bool SettingsWindow::CommitChanges() {
-    bool changes = false;
-    for (Entry* const entry : entries_)
-        changes = entry->Commit() || changes;
-    return changes;
+    return entries_.Commit();
 }
 
 void SettingsWindow::Refresh() {
     AboutToRefresh();
-    portal_->ReadLock();
-    for (Entry* const entry : entries_)
-        entry->Read();
-    portal_->ReadUnlock();
-    for (Entry* const entry : entries_)
-        entry->ShowValue();
+    entries_.Refresh(portal_);
     Refreshed();
 }
 
 void SettingsWindow::MessageReceived(BMessage* message) {
     if (message->what != kRedisplay) return SubWindow::MessageReceived(message);
-    pendingChanges_ = 0;
+    changes_.Take();
     // Everything is read when it is shown.
     if (!IsHidden()) Refresh();
 }

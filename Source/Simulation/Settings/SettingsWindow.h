@@ -5,10 +5,10 @@
 // called by any thread.
 #pragma once
 
-#include <atomic>
 #include <initializer_list>
-#include <vector>
 
+#include "Interface Widgets/ChangeInbox.h"
+#include "Interface Widgets/EntryGroup.h"
 #include "Interface Widgets/SubWindow.h"
 #include "Model/Sharing/Observer.h"
 
@@ -38,7 +38,7 @@ public:
 protected:
     // Entries that are committed and refreshed with the window. Views of the window; before it is
     // shown.
-    void AddEntries(std::initializer_list<Entry*> entries);
+    void AddEntries(std::initializer_list<Entry*> entries) { entries_.Add(entries); }
     // To be called by the constructor of the derived class when all is built: the model's changes
     // come from then on.
     void StartObserving();
@@ -46,6 +46,7 @@ protected:
     virtual void AboutToRefresh() {}
     // After they were shown.
     virtual void Refreshed() {}
+    [[nodiscard]] const EntryGroup& Entries() const { return entries_; }
     [[nodiscard]] EpochPortal* Portal() const { return portal_; }
 
 private:
@@ -53,6 +54,6 @@ private:
 
     EpochPortal* const portal_;
     const int32 titleLabel_;
-    std::vector<Entry*> entries_;
-    std::atomic<int32> pendingChanges_{0};
+    EntryGroup entries_;
+    ChangeInbox changes_{this};
 };

@@ -7,6 +7,7 @@
 #include "Interface Widgets/SwitchEntry.h"
 #include "Model/Commands/SystemFactories.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BBox.h"
 #include "Platform/Interface/Handles/BStringView.h"
@@ -65,10 +66,12 @@ TrailDiscWindow::TrailDiscWindow(EpochPortal* portal, BLooper* owner, const Disp
 }
 
 void TrailDiscWindow::AboutToRefresh() {
-    Portal()->ReadLock();
-    const int64 id = Portal()->FocusSystem()->ID();
-    name_ = Portal()->FocusSystem()->Name();
-    Portal()->ReadUnlock();
+    int64 id = kNoSystemID;
+    {
+        const ReadGuard guard(Portal());
+        id = Portal()->FocusSystem()->ID();
+        name_ = Portal()->FocusSystem()->Name();
+    }
     if (id == system_) return;
     // What is half typed is for the system that is still shown.
     CommitChanges();
@@ -78,9 +81,7 @@ void TrailDiscWindow::AboutToRefresh() {
     trailOn_->SetFactory(isNone ? nullptr : Share(TrailOnFactory(id)));
     discColor_->SetFactory(isNone ? nullptr : Share(DiscColorFactory(id)));
     discOn_->SetFactory(isNone ? nullptr : Share(DiscOnFactory(id)));
-    for (Entry* const entry : {static_cast<Entry*>(trailColor_), static_cast<Entry*>(trailOn_),
-                               static_cast<Entry*>(discColor_), static_cast<Entry*>(discOn_)})
-        entry->SetEnabled(!isNone);
+    Entries().SetEnabled(!isNone);
 }
 
 void TrailDiscWindow::Refreshed() {

@@ -100,6 +100,41 @@ TEST_F(EntryControlTest, TextIsPendingUntilItIsTakenHoweverItIsFinished) {
     EXPECT_EQ(entry_->TakeText(), std::nullopt);
 }
 
+TEST_F(EntryControlTest, EnterIsOneMessageAndTakingAsksTheServerNothing) {
+    Type("2");
+    const int before = window_->dispatched;
+    Press(Qt::Key_Return);
+    EXPECT_EQ(window_->dispatched - before, 1);
+    const BMessage message = window_->TakeOne();
+    EXPECT_EQ(message.what, kUsed);
+    void* source = nullptr;
+    EXPECT_EQ(message.FindPointer("source", &source), B_OK);
+    EXPECT_EQ(source, entry_);
+
+    const int64 asked = WindowServer::CountQuestions();
+    EXPECT_EQ(entry_->TakeText(), "2");
+    EXPECT_EQ(WindowServer::CountQuestions(), asked);
+}
+
+// Else a name that is no text, as a damaged document may have, would be an edit.
+TEST_F(EntryControlTest, WhatTheLineCannotHoldAsItIsWasNotTyped) {
+    entry_->SetText("Kor\xff");
+    window_->Settle();
+    EXPECT_EQ(entry_->TakeText(), std::nullopt);
+}
+
+TEST_F(EntryControlTest, WhatWillBeReplacedIsNotTaken) {
+    Type("2");
+    window_->ByHand([this] {
+        // The server is busy: what is asked for waits.
+        entry_->SetText("5");
+        EXPECT_EQ(entry_->TakeText(), std::nullopt);
+    });
+    EXPECT_EQ(Text(), "5");
+    Type("6");
+    EXPECT_EQ(entry_->TakeText(), "56");
+}
+
 TEST_F(EntryControlTest, WhatIsTakenInTheMiddleStaysUnderTheHand) {
     Type("3.");
     EXPECT_EQ(entry_->TakeText(), "3.");

@@ -28,6 +28,11 @@ public:
         BWindow::MessageReceived(message);
     }
 
+    void DispatchMessage(BMessage* message, BHandler* handler) override {
+        if (message->what != FourCC("ping")) dispatched++;
+        BWindow::DispatchMessage(message, handler);
+    }
+
     bool QuitRequested() override {
         quitRequests++;
         return false;
@@ -68,6 +73,7 @@ public:
     [[nodiscard]] QWidget* Widget() const { return Part()->Widget(); }
 
     std::atomic<int> quitRequests{0};
+    std::atomic<int> dispatched{0};  // messages that came through the port
 
 private:
     std::mutex mutex_;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "Platform/Interface/Canvas/LineClip.h"
 #include "Platform/Interface/Canvas/PixelImage.h"
 #include "Platform/Interface/Canvas/Rasterizer.h"
 #include "Platform/Interface/Canvas/StraightRun.h"

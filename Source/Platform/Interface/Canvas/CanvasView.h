@@ -43,7 +43,6 @@ public:
     // For a view without a window: width and height in logical pixels (right - left, bottom - top),
     // and device pixels per logical pixel.
     void ResizeTo(float width, float height, double scale = 1.0);
-    [[nodiscard]] double DeviceScale() const { return canvas_.Scale(); }
 
     // --- Drawing ---
     [[nodiscard]] rgb_color Background() const { return canvas_.Background(); }

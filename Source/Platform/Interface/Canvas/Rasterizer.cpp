@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Platform/Interface/Canvas/LinePart.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 
 namespace {
 
@@ -45,24 +45,6 @@ int32 EndCenter(double x, int32 first, int32 end) {
 }
 
 }  // namespace
-
-bool ClipLine(const IntRect& frame, double* x0, double* y0, double* x1, double* y1) {
-    const double dx = *x1 - *x0;
-    const double dy = *y1 - *y0;
-    LinePart part;
-    if (!part.CutAt(frame, *x0, *y0, dx, dy)) return false;
-    const double startX = *x0;
-    const double startY = *y0;
-    if (part.to < 1.0) {
-        *x1 = startX + part.to * dx;
-        *y1 = startY + part.to * dy;
-    }
-    if (part.from > 0.0) {
-        *x0 = startX + part.from * dx;
-        *y0 = startY + part.from * dy;
-    }
-    return true;
-}
 
 Rasterizer::Rasterizer(PixelBuffer& pixels, double width)
     : pixels_(pixels),

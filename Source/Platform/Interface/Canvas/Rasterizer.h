@@ -44,6 +44,3 @@ private:
     const IntRect frame_;
     PixelPen pen_{kOpaque};
 };
-
-// The part of the line inside the rectangle; false if there is none.
-[[nodiscard]] bool ClipLine(const IntRect& frame, double* x0, double* y0, double* x1, double* y1);

@@ -8,7 +8,13 @@
 
 BApplication* be_app = nullptr;
 
-BApplication::BApplication(const char* signature) : BLooper(signature), signature_(signature) {
+namespace {
+
+constexpr const char* kArgumentField = "argv";  // strings
+
+}  // namespace
+
+BApplication::BApplication(const char* signature) : BLooper(signature) {
     if (be_app != nullptr) debugger("There is an application object already.");
     be_app = this;
 }
@@ -27,7 +33,7 @@ thread_id BApplication::Run() {
         BMessage message(B_ARGV_RECEIVED);
         message.AddInt32("argc", static_cast<int32>(server->Arguments().size()));
         for (const std::string& argument : server->Arguments())
-            message.AddString("argv", argument);
+            message.AddString(kArgumentField, argument);
         WindowServer::Deliver(this, message);
     }
     WindowServer::Deliver(this, BMessage(B_READY_TO_RUN));
@@ -53,12 +59,8 @@ void BApplication::Quit() {
 }
 
 void BApplication::QuitAllWindows() {
-    while (BWindow* const window = WindowList::At(0)) {
-        if (window->Lock())
-            window->Quit();
-        else
-            WindowList::Remove(window);
-    }
+    while (BWindow* const window = WindowList::At(0))
+        if (!QuitIfAlive(window)) WindowList::Remove(window);
 }
 
 // --- Windows and messages ---
@@ -81,7 +83,7 @@ void BApplication::DispatchMessage(BMessage* message, BHandler* handler) {
         case B_ARGV_RECEIVED: {
             std::vector<std::string> arguments;
             std::string argument;
-            for (int32 i = 0; message->FindString("argv", i, &argument) == B_OK; i++)
+            for (int32 i = 0; message->FindString(kArgumentField, i, &argument) == B_OK; i++)
                 arguments.push_back(argument);
             ArgvReceived(arguments);
             break;

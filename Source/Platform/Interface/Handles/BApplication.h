@@ -20,7 +20,6 @@ public:
     // By the owner, after Run has returned or without it.
     ~BApplication() override;
 
-    [[nodiscard]] const std::string& Signature() const { return signature_; }
     // The first messages are what was posted before, B_ARGV_RECEIVED if the program has arguments,
     // and B_READY_TO_RUN. Returns 0 or a negative status.
     thread_id Run() override;
@@ -49,7 +48,6 @@ protected:
 private:
     void QuitAllWindows();
 
-    const std::string signature_;
     bool isLaunching_ = true;
 };
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QScreen>
 
+#include "Platform/Interface/Server/ValueChange.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
@@ -104,10 +105,7 @@ private:
 
     void Choose(const QColor& color, bool isFinal) {
         SetColor(static_cast<int32>(color.rgb()) & kMask);
-        BMessage message(kViewChanged);
-        message.AddInt32("value", value_);
-        message.AddBool("final", isFinal);
-        Tell(message);
+        Tell(ValueChange{value_, isFinal}.ToMessage());
     }
 
     const std::string title_;
@@ -138,13 +136,10 @@ void BColorControl::SetValue(rgb_color color) {
 }
 
 void BColorControl::Changed(const BMessage& message) {
-    int32 value = 0;
-    bool isFinal = false;
-    message.FindInt32("value", &value);
-    message.FindBool("final", &isFinal);
-    TakeValue(value);
+    const ValueChange change = ValueChange::From(message);
+    TakeValue(change.value);
     if (!IsEnabled()) return;
-    if (isFinal)
+    if (change.isFinal)
         Invoke();
     else if (modification_ != nullptr)
         Invoke(modification_.get());

@@ -1,6 +1,7 @@
 #include "Platform/Interface/Handles/BControl.h"
 
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 BControl::BControl(const char* name, const char* label, BMessage* message,
@@ -24,11 +25,16 @@ void BControl::SetEnabled(bool isEnabled) {
 status_t BControl::Invoke(const BMessage* message) {
     if (message == nullptr) message = Message();
     if (message == nullptr) return B_BAD_VALUE;
-    BMessage copy(*message);
-    copy.AddInt64("when", system_time());
-    copy.AddPointer("source", this);
-    copy.AddInt32("value", value_);
-    return BInvoker::Invoke(&copy);
+    const BMessage invocation = Invocation(*message);
+    return BInvoker::Invoke(&invocation);
+}
+
+BMessage BControl::Invocation(const BMessage& message) const {
+    BMessage copy(message);
+    copy.AddInt64(kWhenField, system_time());
+    copy.AddPointer(kSourceField, this);
+    copy.AddInt32(kValueField, value_);
+    return copy;
 }
 
 BMessenger BControl::DefaultTarget() const {
@@ -37,7 +43,7 @@ BMessenger BControl::DefaultTarget() const {
 
 void BControl::Changed(const BMessage& message) {
     int32 value = 0;
-    if (message.FindInt32("value", &value) == B_OK) value_ = value;
+    if (message.FindInt32(kValueField, &value) == B_OK) value_ = value;
     // It was disabled after the user had used it.
     if (isEnabled_) Invoke();
 }

@@ -22,6 +22,8 @@ protected:
     BControl(const char* name, const char* label, BMessage* message,
              std::shared_ptr<ViewPart> part);
 
+    // A copy of the message with what Invoke adds.
+    [[nodiscard]] BMessage Invocation(const BMessage& message) const;
     // Takes int32 "value" over and invokes.
     void Changed(const BMessage& message) override;
     [[nodiscard]] BMessenger DefaultTarget() const override;

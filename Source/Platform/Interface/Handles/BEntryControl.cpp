@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "Platform/Interface/Server/FieldLine.h"
+#include "Platform/Interface/Server/LineText.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
@@ -90,57 +91,30 @@ private:
     }
 };
 
-struct EntryText {
-    EntryText() = default;
-    explicit EntryText(const BEntryControl::Writing& writing)
-        : full(ToText(writing.full)), brief(ToText(writing.brief)) {}
-
-    QString full;
-    QString brief;
-};
-
 class EntryPart : public ViewPart {
 public:
     explicit EntryPart(std::string label) : label_(std::move(label)) {}
 
     QPointer<EntryLine> line;  // asked for even when the widget is gone
 
-    void SetText(const EntryText& text) {
-        isTyping_ = false;
-        isTaken_ = false;
-        taken_.reset();
-        text_ = text;
-        isFull_ = line->HasKeyboard();
-        Unmark();
-        Write();
+    // Shared with the handle.
+    LineText text;
+
+    void SetText(const LineText::Writing& writing) {
+        text.Replace(writing, line->HasKeyboard());
+        Rewrite();
     }
 
-    void ShowText(const EntryText& text) {
-        // An answer comes yet; and what is no news changes nothing, not even another writing.
-        if (isTaken_ || text.full == text_.full) return;
-        if (IsOwn())
-            text_ = text;
-        else
-            SetText(text);
+    void ShowText(const LineText::Writing& writing) {
+        if (text.Show(writing, line->HasKeyboard(), IsRefused())) Rewrite();
     }
 
-    std::optional<std::string> Take() {
-        if (line == nullptr || !IsPending()) return std::nullopt;
-        taken_ = line->text();
-        isTaken_ = true;
-        return taken_->toStdString();
+    void Accept(const LineText::Writing& writing) {
+        if (text.Accept(writing, line->HasKeyboard())) Rewrite();
     }
 
-    void Accept(const EntryText& text) {
-        isTaken_ = false;
-        text_ = text;
-        if (!isTyping_ && !IsPending()) SetText(text);
-    }
-
-    void Refuse(const EntryText& text, const QString& why) {
-        isTaken_ = false;
-        text_ = text;
-        if (isTyping_) return taken_.reset();
+    void Refuse(const LineText::Writing& writing, const QString& why) {
+        if (!text.Refuse(writing)) return;
         Mark(why);
         if (line->isVisible())
             QToolTip::showText(line->mapToGlobal(QPoint(0, line->height() / 2)), why, line, {},
@@ -159,49 +133,47 @@ protected:
         line->setAccessibleName(ToText(label_));
         line->isOwn = [this] { return IsOwn(); };
         line->giveUp = [this] {
-            SetText(text_);
+            text.Restore(line->HasKeyboard());
+            Rewrite();
             line->selectAll();
         };
-        // What is the user's stays, and is compared with the full text from now on: who types the
-        // brief one means just that.
         line->keyboardComes = [this] {
-            const bool isOwn = IsOwn() || isTaken_ || isTyping_;
-            isFull_ = true;
-            if (!isOwn) Write();
+            if (text.KeyboardComes(IsRefused())) Write();
         };
         line->keyboardGoes = [this] {
-            if (IsOwn() || isTaken_) return;
-            isFull_ = false;
-            Write();
+            if (text.KeyboardGoes(IsRefused())) Write();
         };
         // Whoever insists hears again why not.
         QObject::connect(line, &QLineEdit::returnPressed, line, [this] {
-            if (IsRefused()) taken_.reset();
+            if (IsRefused()) text.Insist();
         });
         QObject::connect(line, &QLineEdit::editingFinished, line, [this] { Finish(); });
-        QObject::connect(line, &QLineEdit::textEdited, line, [this] {
-            isTyping_ = true;
+        QObject::connect(line, &QLineEdit::textEdited, line, [this](const QString& typed) {
+            text.Typed(typed.toStdString());
             Unmark();
         });
+        QObject::connect(line, &QLineEdit::textChanged, line,
+                         [this](const QString& now) { text.LineIs(now.toStdString()); });
+        QObject::connect(line, &QObject::destroyed, [this] { text.LineIsGone(); });
         return line;
     }
 
 private:
-    // What the line holds when nothing is the user's.
-    [[nodiscard]] const QString& Written() const { return isFull_ ? text_.full : text_.brief; }
-
-    [[nodiscard]] bool IsPending() const {
-        return line->text() != Written() && (!taken_ || line->text() != *taken_);
-    }
     [[nodiscard]] bool IsRefused() const { return !line->refusal.isEmpty(); }
-    [[nodiscard]] bool IsOwn() const { return IsPending() || IsRefused(); }
+    [[nodiscard]] bool IsOwn() const { return text.IsPending() || IsRefused(); }
+
+    void Rewrite() {
+        Unmark();
+        Write();
+    }
 
     void Write() {
         // The toolkit leaves a selection where the keyboard goes while another window is active.
         if (!line->HasKeyboard()) line->deselect();
-        if (line->text() == Written()) return;
+        const QString written = ToText(text.Written());
+        if (line->text() == written) return;
         const bool isAllSelected = line->hasSelectedText() && line->selectedText() == line->text();
-        line->setText(Written());
+        line->setText(written);
         if (isAllSelected)
             line->selectAll();
         else if (!line->hasFocus())
@@ -209,11 +181,14 @@ private:
     }
 
     void Finish() {
-        isTyping_ = false;
-        if (IsPending())
-            Tell(BMessage(kViewChanged));
-        else if (!isTaken_ && !IsRefused())
-            SetText(text_);
+        switch (text.FinishTyping(line->HasKeyboard(), IsRefused())) {
+            case LineText::Finished::kPending:
+                return Tell(BMessage(kViewChanged));
+            case LineText::Finished::kToBeWritten:
+                return Rewrite();
+            case LineText::Finished::kNothing:
+                return;
+        }
     }
 
     // One that can only be read looks like the window that it is a text of.
@@ -242,12 +217,12 @@ private:
     }
 
     const std::string label_;
-    EntryText text_;                // how the value is written
-    bool isFull_ = false;           // in the line: the full text
-    std::optional<QString> taken_;  // what the line still holds of the user's, or of a refusal
-    bool isTaken_ = false;          // and has not been answered
-    bool isTyping_ = false;         // the user has not finished, even if what is there was taken
 };
+
+// As the line will hold it: a text that is none comes out of it as another one.
+LineText::Writing InLine(const LineText::Writing& writing) {
+    return {ToText(writing.full).toStdString(), ToText(writing.brief).toStdString()};
+}
 
 }  // namespace
 
@@ -255,8 +230,8 @@ BEntryControl::BEntryControl(const char* name, const char* label, BMessage* mess
     : BControl(name, label, message, std::make_shared<EntryPart>(label == nullptr ? "" : label)) {}
 
 void BEntryControl::SetText(const Writing& text) {
-    ChangePart<EntryPart>(Part(),
-                          [text = EntryText(text)](EntryPart& part) { part.SetText(text); });
+    static_cast<EntryPart&>(*Part()).text.ExpectReplace();
+    ChangePart<EntryPart>(Part(), [text = InLine(text)](EntryPart& part) { part.SetText(text); });
 }
 
 void BEntryControl::SetEditable(bool isEditable) {
@@ -282,24 +257,32 @@ void BEntryControl::SelectAll() {
 }
 
 void BEntryControl::ShowText(const Writing& text) {
-    ChangePart<EntryPart>(Part(),
-                          [text = EntryText(text)](EntryPart& part) { part.ShowText(text); });
+    ChangePart<EntryPart>(Part(), [text = InLine(text)](EntryPart& part) { part.ShowText(text); });
 }
 
 std::optional<std::string> BEntryControl::TakeText() {
-    return WindowServer::Ask([part = Part()] { return static_cast<EntryPart&>(*part).Take(); });
+    return static_cast<EntryPart&>(*Part()).text.Take();
 }
 
 void BEntryControl::AcceptText(const Writing& text) {
-    ChangePart<EntryPart>(Part(), [text = EntryText(text)](EntryPart& part) { part.Accept(text); });
+    ChangePart<EntryPart>(Part(), [text = InLine(text)](EntryPart& part) { part.Accept(text); });
 }
 
 void BEntryControl::RefuseText(const Writing& text, const char* why) {
-    ChangePart<EntryPart>(Part(), [text = EntryText(text), why = ToText(why)](EntryPart& part) {
+    ChangePart<EntryPart>(Part(), [text = InLine(text), why = ToText(why)](EntryPart& part) {
         part.Refuse(text, why);
     });
 }
 
+// Whoever is in the same window is called at once: the server's message was the one through its
+// port.
 void BEntryControl::Changed(const BMessage& /*message*/) {
-    Invoke();
+    const BMessenger target = HasTarget() ? Messenger() : DefaultTarget();
+    BHandler* const handler = target.LockedTarget();
+    if (handler == nullptr || Message() == nullptr) {
+        Invoke();
+        return;
+    }
+    BMessage message = Invocation(*Message());
+    handler->MessageReceived(&message);
 }

@@ -11,23 +11,13 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "Platform/Interface/Handles/BControl.h"
+#include "Platform/Interface/Server/LineText.h"
 
 class BEntryControl : public BControl {
 public:
-    // How a value is written: in full where the keyboard is, so that nothing is lost when it is
-    // edited or copied, and briefly elsewhere.
-    struct Writing {
-        Writing(const char* text) : full(text), brief(text) {}             // NOLINT: a text
-        Writing(std::string text) : full(std::move(text)), brief(full) {}  // NOLINT: is a writing
-        Writing(std::string inFull, std::string inBrief)
-            : full(std::move(inFull)), brief(std::move(inBrief)) {}
-
-        std::string full;
-        std::string brief;
-    };
+    using Writing = LineText::Writing;
 
     // The label is what a screen reader says.
     BEntryControl(const char* name, const char* label, BMessage* message);

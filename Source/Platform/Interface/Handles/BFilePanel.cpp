@@ -61,12 +61,6 @@ void BFilePanel::SetPanelDirectory(const entry_ref* directory) {
                 [path = ToPath(directory)](FilePanelPart& part) { part.SetDirectory(path); });
 }
 
-status_t BFilePanel::GetPanelDirectory(entry_ref* directory) const {
-    const std::string path =
-        WindowServer::Ask([part = part_] { return part->Directory().toStdString(); });
-    return path.empty() ? B_ENTRY_NOT_FOUND : get_ref_for_path(path.c_str(), directory);
-}
-
 void BFilePanel::SetSaveText(const char* text) {
     ChangePanel(part_, [name = ToText(text)](FilePanelPart& part) { part.SetSaveText(name); });
 }

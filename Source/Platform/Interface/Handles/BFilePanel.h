@@ -3,8 +3,8 @@
 //
 // Open panel: B_REFS_RECEIVED (or the panel's message) with refs "refs". Save panel:
 // B_SAVE_REQUESTED (or the panel's message) with ref "directory" and string "name". Closed without
-// a choice: B_CANCEL with int32 "old_what" (the code of the message that is not sent). All with
-// pointer "source", the panel.
+// a choice: B_CANCEL with int32 kCancelledField (the code of the message that is not sent). All
+// with pointer "source", the panel.
 #pragma once
 
 #include <memory>
@@ -21,6 +21,8 @@ enum file_panel_mode { B_OPEN_PANEL, B_SAVE_PANEL };
 
 class BFilePanel {
 public:
+    static constexpr const char* kCancelledField = "old_what";
+
     // `directory` may be null; `message` is copied, null for the usual one.
     explicit BFilePanel(file_panel_mode mode = B_OPEN_PANEL, const BMessenger& target = {},
                         const entry_ref* directory = nullptr, bool allowsMultiple = true,
@@ -37,8 +39,6 @@ public:
     void SetTarget(const BMessenger& target);
     void SetMessage(const BMessage* message);
     virtual void SetPanelDirectory(const entry_ref* directory);
-    // The directory that the panel shows now.
-    [[nodiscard]] status_t GetPanelDirectory(entry_ref* directory) const;
     // The name that a save panel proposes.
     void SetSaveText(const char* text);
     void SetTitle(const char* title);

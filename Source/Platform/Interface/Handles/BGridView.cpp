@@ -63,15 +63,3 @@ void BGridView::SetColumnWeight(int32 column, int32 weight) {
     ChangeWidget<QWidget>(
         Part(), [=](QWidget& widget) { LayoutOf(widget).setColumnStretch(column, weight); });
 }
-
-void BGridView::SetRowWeight(int32 row, int32 weight) {
-    ChangeWidget<QWidget>(Part(),
-                          [=](QWidget& widget) { LayoutOf(widget).setRowStretch(row, weight); });
-}
-
-void BGridView::SetInsets(float left, float top, float right, float bottom) {
-    const QMargins margins(static_cast<int>(left), static_cast<int>(top), static_cast<int>(right),
-                           static_cast<int>(bottom));
-    ChangeWidget<QWidget>(Part(),
-                          [=](QWidget& widget) { LayoutOf(widget).setContentsMargins(margins); });
-}

@@ -15,6 +15,4 @@ public:
     void AddView(BView* view, int32 column, int32 row, int32 columnCount = 1, int32 rowCount = 1,
                  Align align = Align::kFill);
     void SetColumnWeight(int32 column, int32 weight);
-    void SetRowWeight(int32 row, int32 weight);
-    void SetInsets(float left, float top, float right, float bottom);
 };

@@ -46,13 +46,6 @@ void BGroupView::AddSpace(float size) {
     });
 }
 
-void BGroupView::SetInsets(float left, float top, float right, float bottom) {
-    const QMargins margins(static_cast<int>(left), static_cast<int>(top), static_cast<int>(right),
-                           static_cast<int>(bottom));
-    ChangeWidget<QWidget>(Part(),
-                          [=](QWidget& widget) { LayoutOf(widget).setContentsMargins(margins); });
-}
-
 void BGroupView::SetWindowInsets() {
     ChangeWidget<QWidget>(Part(), [](QWidget& widget) {
         const QStyle& style = *widget.style();

@@ -12,7 +12,6 @@ public:
     void AddStretch(int32 weight = 1);
     void AddSpace(float size);
     // Around the children; none at first.
-    void SetInsets(float left, float top, float right, float bottom);
     // The toolkit's usual margins of a window.
     void SetWindowInsets();
 };

@@ -227,13 +227,9 @@ void BMenu::SetTargetForItems(const BMessenger& target) {
         item->SetTarget(target);
 }
 
-BMenu* BMenu::Supermenu() const {
-    return superitem_ == nullptr ? nullptr : superitem_->Menu();
-}
-
 void BMenu::Changed(const BMessage& message) {
     int64 id = 0;
-    message.FindInt64("item", &id);
+    message.FindInt64(MenuItemPart::kItemField, &id);
     const auto found = std::find_if(items_.begin(), items_.end(),
                                     [id](const auto& item) { return item->part_->Id() == id; });
     if (found == items_.end() || !(*found)->IsEnabled()) {

@@ -61,8 +61,6 @@ public:
     void SetTargetForItems(const BMessenger& target);
 
     // The item in another menu that opens this one, or null.
-    [[nodiscard]] BMenuItem* Superitem() const { return superitem_; }
-    [[nodiscard]] BMenu* Supermenu() const;
 
 protected:
     BMenu(const char* name, std::shared_ptr<ViewPart> part);

@@ -5,6 +5,7 @@
 #include "Platform/Interface/Canvas/PixelImage.h"
 #include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Platform/Interface/Server/ClassName.h"
 #include "Platform/Interface/Server/KeyCodes.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
@@ -127,9 +128,9 @@ status_t BMenuItem::Invoke(const BMessage* message) {
     if (message == nullptr) message = Message();
     if (message == nullptr) return B_BAD_VALUE;
     BMessage copy(*message);
-    copy.AddInt64("when", system_time());
-    copy.AddPointer("source", this);
-    copy.AddInt32("index", menu_ == nullptr ? -1 : menu_->IndexOf(this));
+    copy.AddInt64(kWhenField, system_time());
+    copy.AddPointer(kSourceField, this);
+    copy.AddInt32(kIndexField, menu_ == nullptr ? -1 : menu_->IndexOf(this));
     return BInvoker::Invoke(&copy);
 }
 

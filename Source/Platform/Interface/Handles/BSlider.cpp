@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Platform/Interface/Server/ValueChange.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
@@ -93,10 +94,7 @@ protected:
 private:
     void TellValue(bool isFinal) {
         if (isFinal) isMoved_ = false;
-        BMessage message(kViewChanged);
-        message.AddInt32("value", slider->value());
-        message.AddBool("final", isFinal);
-        Tell(message);
+        Tell(ValueChange{slider->value(), isFinal}.ToMessage());
     }
 
     const std::string label_;
@@ -133,16 +131,6 @@ void BSlider::SetValue(int32 value) {
     });
 }
 
-void BSlider::SetLimits(int32 minimum, int32 maximum) {
-    minimum_ = minimum;
-    maximum_ = std::max(minimum, maximum);
-    TakeValue(std::clamp(Value(), minimum_, maximum_));
-    ChangePart<SliderPart>(Part(), [low = minimum_, high = maximum_](SliderPart& part) {
-        const QSignalBlocker blocker(part.slider);
-        part.slider->setRange(low, high);
-    });
-}
-
 void BSlider::SetLimitLabels(const char* minimum, const char* maximum) {
     ChangePart<SliderPart>(Part(),
                            [low = ToText(minimum), high = ToText(maximum)](SliderPart& part) {
@@ -153,14 +141,6 @@ void BSlider::SetLimitLabels(const char* minimum, const char* maximum) {
                            });
 }
 
-void BSlider::SetHashMarks(int32 count) {
-    ChangePart<SliderPart>(Part(), [=](SliderPart& part) {
-        QSlider& slider = *part.slider;
-        slider.setTickPosition(count > 0 ? QSlider::TicksBelow : QSlider::NoTicks);
-        if (count > 1) slider.setTickInterval((slider.maximum() - slider.minimum()) / (count - 1));
-    });
-}
-
 void BSlider::SetSteps(int32 arrow, int32 page) {
     ChangePart<SliderPart>(Part(), [=](SliderPart& part) {
         part.slider->setSingleStep(arrow);
@@ -169,12 +149,9 @@ void BSlider::SetSteps(int32 arrow, int32 page) {
 }
 
 void BSlider::Changed(const BMessage& message) {
-    int32 value = 0;
-    bool isFinal = false;
-    message.FindInt32("value", &value);
-    message.FindBool("final", &isFinal);
-    TakeValue(value);
+    const ValueChange change = ValueChange::From(message);
+    TakeValue(change.value);
     if (!IsEnabled()) return;
     if (modification_ != nullptr) Invoke(modification_.get());
-    if (isFinal) Invoke();
+    if (change.isFinal) Invoke();
 }

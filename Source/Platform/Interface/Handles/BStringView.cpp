@@ -60,10 +60,6 @@ void BStringView::SetField(const BView& field) {
     });
 }
 
-void BStringView::SetWrapped(bool isWrapped) {
-    ChangeWidget<QLabel>(Part(), [=](QLabel& label) { label.setWordWrap(isWrapped); });
-}
-
 void BStringView::LimitWidth(float width) {
     ChangeWidget<QLabel>(Part(), [width = static_cast<int>(width)](QLabel& label) {
         if (label.sizeHint().width() <= width) return;
@@ -77,11 +73,5 @@ void BStringView::SetSelectable(bool isSelectable) {
         label.setTextInteractionFlags(isSelectable
                                           ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
                                           : Qt::NoTextInteraction);
-    });
-}
-
-void BStringView::SetRightAligned(bool isRightAligned) {
-    ChangeWidget<QLabel>(Part(), [=](QLabel& label) {
-        label.setAlignment((isRightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     });
 }

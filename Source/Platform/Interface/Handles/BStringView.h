@@ -12,14 +12,11 @@ public:
     // The text is the label of that field of the same window: the Alt key and a letter of the text,
     // which the window chooses when it is shown, give it the keyboard.
     void SetField(const BView& field);
-    // Breaks long lines at the view's width. Off at first; the text's own lines are always kept.
-    void SetWrapped(bool isWrapped);
     // Breaks lines that are longer than this, in logical pixels, and asks for the room they then
     // take. For a text that does not change.
     void LimitWidth(float width);
     // The user can select and copy the text.
     void SetSelectable(bool isSelectable);
-    void SetRightAligned(bool isRightAligned);
 
 private:
     std::string text_;

@@ -9,6 +9,9 @@
 
 namespace {
 
+constexpr const char* kEnteredField = "entered";  // string
+constexpr const char* kSilentField = "silent";    // bool: no message is to be sent for it
+
 class TextPart : public ViewPart {
 public:
     TextPart(std::string label, std::string text)
@@ -24,8 +27,6 @@ public:
 
     // The handle has taken over what it was told.
     void SetKnown(const QString& text) { known_ = text; }
-
-    void SetWantsKeys(bool wantsKeys) { wantsKeys_ = wantsKeys; }
 
     [[nodiscard]] std::optional<std::string> Pending() const {
         if (line == nullptr || line->text() == known_) return std::nullopt;
@@ -58,9 +59,6 @@ protected:
         QObject::connect(line, &QLineEdit::editingFinished, widget, [this] {
             if (line->text() != told_) TellEntered(false);
         });
-        QObject::connect(line, &QLineEdit::textEdited, widget, [this] {
-            if (wantsKeys_) Tell(BMessage(kViewChanged));
-        });
         return widget;
     }
 
@@ -68,8 +66,8 @@ private:
     void TellEntered(bool isSilent) {
         told_ = line->text();
         BMessage message(kViewChanged);
-        message.AddString("entered", told_.toStdString());
-        message.AddBool("silent", isSilent);
+        message.AddString(kEnteredField, told_.toStdString());
+        message.AddBool(kSilentField, isSilent);
         Tell(message);
     }
 
@@ -77,7 +75,6 @@ private:
     const std::string text_;
     QString told_;   // to the handle, or by it
     QString known_;  // to the handle: what it was told may be on its way still
-    bool wantsKeys_ = false;
 };
 
 }  // namespace
@@ -106,45 +103,15 @@ std::optional<std::string> BTextControl::TakePendingText() {
     return WindowServer::Ask([part = Part()] { return static_cast<TextPart&>(*part).Take(); });
 }
 
-bool BTextControl::HasPendingText() const {
-    return WindowServer::Ask(
-        [part = Part()] { return static_cast<const TextPart&>(*part).Pending().has_value(); });
-}
-
-void BTextControl::SetModificationMessage(BMessage* message) {
-    modification_.reset(message);
-    ChangePart<TextPart>(
-        Part(), [wantsKeys = message != nullptr](TextPart& part) { part.SetWantsKeys(wantsKeys); });
-}
-
-void BTextControl::SetColumns(int32 count) {
-    ChangePart<TextPart>(Part(), [=](TextPart& part) {
-        const int width = part.line->fontMetrics().averageCharWidth() * (count + 2);
-        part.line->setMinimumWidth(count > 0 ? width : 0);
-        part.line->setSizePolicy(count > 0 ? QSizePolicy::Preferred : QSizePolicy::Expanding,
-                                 QSizePolicy::Fixed);
-    });
-}
-
-void BTextControl::SetRightAligned(bool isRightAligned) {
-    ChangePart<TextPart>(Part(), [=](TextPart& part) {
-        part.line->setAlignment((isRightAligned ? Qt::AlignRight : Qt::AlignLeft) |
-                                Qt::AlignVCenter);
-    });
-}
-
 void BTextControl::SelectAll() {
     ChangePart<TextPart>(Part(), [](TextPart& part) { part.line->selectAll(); });
 }
 
 void BTextControl::Changed(const BMessage& message) {
     std::string text;
-    if (message.FindString("entered", &text) != B_OK) {
-        if (modification_ != nullptr) Invoke(modification_.get());
-        return;
-    }
+    if (message.FindString(kEnteredField, &text) != B_OK) return;
     bool isSilent = false;
-    message.FindBool("silent", &isSilent);
+    message.FindBool(kSilentField, &isSilent);
     text_ = text;
     ChangePart<TextPart>(Part(), [text = ToText(text_)](TextPart& part) { part.SetKnown(text); });
     if (!isSilent) Invoke();

@@ -22,13 +22,6 @@ public:
     // no message will be sent for it. Text() follows when the window next handles messages.
     std::optional<std::string> TakePendingText();
 
-    [[nodiscard]] bool HasPendingText() const;
-
-    // Sent, if set, at every key; TakePendingText tells what was typed. Takes it over.
-    void SetModificationMessage(BMessage* message);
-    // Room for about so many characters; 0: as the toolkit thinks best.
-    void SetColumns(int32 count);
-    void SetRightAligned(bool isRightAligned);
     void SelectAll();
 
 protected:
@@ -36,5 +29,4 @@ protected:
 
 private:
     std::string text_;
-    std::unique_ptr<BMessage> modification_;
 };

@@ -205,16 +205,7 @@ void BWindow::SetAcceptsFiles(bool accepts) {
 }
 
 void BWindow::SetPulseRate(bigtime_t microseconds) {
-    {
-        const std::lock_guard lock(part_->state.mutex);
-        part_->state.pulseRate = microseconds;
-    }
     ChangeWindow(part_, [=](WindowPart& part) { part.SetPulse(microseconds); });
-}
-
-bigtime_t BWindow::PulseRate() const {
-    const std::lock_guard lock(part_->state.mutex);
-    return part_->state.pulseRate;
 }
 
 // --- With the lock ---
@@ -282,7 +273,7 @@ void BWindow::DispatchMessage(BMessage* message, BHandler* handler) {
             break;
         case B_SCREEN_CHANGED: {
             BRect frame;
-            if (message->FindRect("frame", &frame) == B_OK) ScreenChanged(frame);
+            if (message->FindRect(kFrameField, &frame) == B_OK) ScreenChanged(frame);
             break;
         }
         case B_PULSE:

@@ -53,7 +53,6 @@ public:
     // B_PULSE comes every so many microseconds while the window is shown; 0: never. A pulse that
     // was not yet handled is not followed by another.
     void SetPulseRate(bigtime_t microseconds);
-    [[nodiscard]] bigtime_t PulseRate() const;
 
     // --- With the lock ---
     // Takes the view over and puts it below the others; a menu bar goes to the top.

@@ -57,3 +57,10 @@ inline constexpr uint32 B_WINDOW_RESIZED = FourCC("_WRS");
 inline constexpr uint32 B_WINDOW_MOVED = FourCC("_WMV");
 inline constexpr uint32 B_WINDOW_ACTIVATED = FourCC("_ACT");
 inline constexpr uint32 B_SCREEN_CHANGED = FourCC("_SCH");
+inline constexpr const char* kFrameField = "frame";  // rect: of the screen
+
+// Fields of what controls and menu items send.
+inline constexpr const char* kWhenField = "when";      // int64, microseconds
+inline constexpr const char* kSourceField = "source";  // pointer: who sends it
+inline constexpr const char* kValueField = "value";    // int32, of a control
+inline constexpr const char* kIndexField = "index";    // int32: the item's place in its menu

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Platform/Interface/Server/Mnemonics.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
@@ -17,7 +18,7 @@ protected:
         // Only what the user does, not what the handle sets.
         QObject::connect(button, &QAbstractButton::clicked, button, [this](bool isOn) {
             BMessage message(kViewChanged);
-            message.AddInt32("value", isOn ? 1 : 0);
+            message.AddInt32(kValueField, isOn ? 1 : 0);
             Tell(message);
         });
         return button;

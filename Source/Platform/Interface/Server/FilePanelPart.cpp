@@ -8,6 +8,9 @@
 #include <QMessageBox>
 
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Interface/Handles/BFilePanel.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Storage/entry_ref.h"
 
 namespace {
@@ -84,10 +87,6 @@ void FilePanelPart::SetDirectory(const QString& path) {
     if (dialog_ != nullptr && !path.isEmpty()) dialog_->setDirectory(path);
 }
 
-QString FilePanelPart::Directory() const {
-    return dialog_ == nullptr ? directory_ : dialog_->directory().absolutePath();
-}
-
 void FilePanelPart::SetSaveText(const QString& name) {
     saveText_ = name;
     if (dialog_ != nullptr && isSave_) dialog_->selectFile(name);
@@ -121,8 +120,8 @@ void FilePanelPart::Finished(bool isAccepted) {
         return;
     }
     BMessage message(B_CANCEL);
-    message.AddInt32("old_what", static_cast<int32>(message_.what));
-    message.AddPointer("source", panel_);
+    message.AddInt32(BFilePanel::kCancelledField, static_cast<int32>(message_.what));
+    message.AddPointer(kSourceField, panel_);
     WindowServer::Deliver(target_, message);
 }
 
@@ -130,19 +129,21 @@ void FilePanelPart::TellOpened(const QStringList& paths) const {
     BMessage message(message_);
     for (const QString& path : paths) {
         entry_ref ref;
-        if (get_ref_for_path(path.toUtf8().constData(), &ref) == B_OK) message.AddRef("refs", &ref);
+        if (get_ref_for_path(path.toUtf8().constData(), &ref) == B_OK)
+            message.AddRef(kRefsField, &ref);
     }
-    message.AddPointer("source", panel_);
+    message.AddPointer(kSourceField, panel_);
     WindowServer::Deliver(target_, message);
 }
 
 void FilePanelPart::TellSaved(const QString& path) const {
     const QFileInfo file(path);
-    entry_ref directory;
-    if (get_ref_for_path(file.absolutePath().toUtf8().constData(), &directory) != B_OK) return;
+    SaveChoice choice;
+    if (get_ref_for_path(file.absolutePath().toUtf8().constData(), &choice.directory) != B_OK)
+        return;
+    choice.name = file.fileName().toStdString();
     BMessage message(message_);
-    message.AddRef("directory", &directory);
-    message.AddString("name", file.fileName().toStdString());
-    message.AddPointer("source", panel_);
+    choice.AddTo(&message);
+    message.AddPointer(kSourceField, panel_);
     WindowServer::Deliver(target_, message);
 }

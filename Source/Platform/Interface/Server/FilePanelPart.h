@@ -25,7 +25,6 @@ public:
     void SetTarget(const BMessenger& target) { target_ = target; }
     void SetMessage(const BMessage& message) { message_ = message; }
     void SetDirectory(const QString& path);
-    [[nodiscard]] QString Directory() const;
     void SetSaveText(const QString& name);
     void SetTitle(const QString& title);
     [[nodiscard]] QRect Frame() const;

@@ -46,7 +46,7 @@ void MenuItemPart::Chosen(const ViewPart& menu) const {
     // one is marked the menu will decide the same.
     if (action_ != nullptr && !look_.isRadio) action_->setChecked(look_.isMarked);
     BMessage message(kViewChanged);
-    message.AddInt64("item", id_);
+    message.AddInt64(kItemField, id_);
     menu.Tell(message);
 }
 

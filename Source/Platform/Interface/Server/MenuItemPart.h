@@ -22,7 +22,8 @@ public:
 
     explicit MenuItemPart(bool isSeparator);
 
-    // Names the item in what its menu is told: int64 "item".
+    // Names the item in what its menu is told.
+    static constexpr const char* kItemField = "item";  // int64
     [[nodiscard]] int64 Id() const { return id_; }
 
     // `submenu` may be null.

@@ -55,7 +55,7 @@ BMessage FilesMessage(const QMimeData& data) {
         entry_ref ref;
         if (url.isLocalFile() &&
             get_ref_for_path(url.toLocalFile().toUtf8().constData(), &ref) == B_OK)
-            message.AddRef("refs", &ref);
+            message.AddRef(kRefsField, &ref);
     }
     return message;
 }
@@ -98,7 +98,7 @@ protected:
 
     void dropEvent(QDropEvent* event) override {
         const BMessage message = FilesMessage(*event->mimeData());
-        if (message.HasName("refs")) part_.Tell(message);
+        if (message.HasName(kRefsField)) part_.Tell(message);
         event->acceptProposedAction();
     }
 
@@ -219,7 +219,7 @@ void WindowPart::WatchScreen() {
     QObject::connect(handle, &QWindow::screenChanged, widget_, [this](const QScreen* screen) {
         if (screen == nullptr) return;
         BMessage message(B_SCREEN_CHANGED);
-        message.AddRect("frame", ToFrame(screen->geometry()));
+        message.AddRect(kFrameField, ToFrame(screen->geometry()));
         Tell(message);
     });
 }

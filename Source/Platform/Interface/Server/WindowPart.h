@@ -31,7 +31,6 @@ public:
         std::string title;
         bool isHidden = true;
         bool isActive = false;
-        bigtime_t pulseRate = 0;
         bool isMoveTold = false;
         bool isResizeTold = false;
         bool isPulseTold = false;

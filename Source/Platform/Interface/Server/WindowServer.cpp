@@ -41,6 +41,7 @@ struct Desk {
     Outbox outbox;
     std::atomic<bool> isRetrying{false};
     std::atomic<bigtime_t> longestTurn{0};
+    std::atomic<int64> questions{0};
 };
 
 Desk& TheDesk() {
@@ -212,6 +213,7 @@ bool WindowServer::Perform(const std::function<void()>& question) {
         question();
         return true;
     }
+    TheDesk().questions++;
     // A promise that is dropped with the queue wakes the asker, too.
     auto answered = std::make_shared<std::promise<void>>();
     const std::future<void> answer = answered->get_future();
@@ -224,6 +226,10 @@ bool WindowServer::Perform(const std::function<void()>& question) {
     answered.reset();
     if (isQueued) answer.wait();
     return wasAsked;
+}
+
+int64 WindowServer::CountQuestions() {
+    return TheDesk().questions;
 }
 
 void WindowServer::Deliver(const BMessenger& target, const BMessage& message) {

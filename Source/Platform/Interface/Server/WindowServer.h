@@ -55,6 +55,8 @@ public:
     // Has the server do this, after what was queued before, and waits for it. False if the server
     // is gone or ends first; it was not done then and will not be. Directly on the server's thread.
     static bool Perform(const std::function<void()>& question);
+    // How often anybody has waited so.
+    [[nodiscard]] static int64 CountQuestions();
     // The answer of `question`, asked on the server's thread; `otherwise` if the server is gone.
     template <typename Question, typename Answer = std::invoke_result_t<Question>>
     static Answer Ask(Question question, Answer otherwise = Answer{});
