@@ -46,6 +46,8 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
     std::size_t nameWidth = 0;
     std::size_t timeWidth = 0;
 
+    document->Portal()->ReadLock();
+    const AbEpoch* const focus = document->Portal()->FocusEpoch();
     EpochCursor cursor(document->Root());
     cursor.Increment();
     for (; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment()) {
@@ -55,12 +57,12 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
                     resources.TimeUnits().Abbreviation(epoch->TimeUval());
         line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);
         line.bodies = std::to_string(epoch->RootSystem()->CountBodies());
-        line.mark =
-            epoch == document->Portal()->FocusEpoch() ? mark : std::string(Columns(mark), ' ');
+        line.mark = epoch == focus ? mark : std::string(Columns(mark), ' ');
         nameWidth = std::max(nameWidth, Columns(line.name));
         timeWidth = std::max(timeWidth, Columns(line.time));
         lines.push_back(std::move(line));
     }
+    document->Portal()->ReadUnlock();
 
     std::string text;
     const std::size_t numberWidth = std::to_string(lines.size() - 1).size();

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 #include "Model/Sharing/ChangeFlags.h"
 
@@ -29,6 +30,19 @@ extern "C" void EndAtOnce(int signal) {
     _exit(kStoppedBySignal + signal);
 }
 
+// What a signal handler may look at.
+volatile std::sig_atomic_t noted = 0;
+const char* answer = nullptr;
+std::size_t answerSize = 0;
+
+extern "C" void NoteOrEnd(int signal) {
+    if (noted != 0) EndAtOnce(signal);
+    noted = signal;
+    const int error = errno;
+    static_cast<void>(!write(STDERR_FILENO, answer, answerSize));
+    errno = error;
+}
+
 void SetMask(int how) {
     const sigset_t stop = StopSignals();
     pthread_sigmask(how, &stop, nullptr);
@@ -48,6 +62,22 @@ RunEvents::NothingToLose::NothingToLose() {
 }
 
 RunEvents::NothingToLose::~NothingToLose() {
+    SetMask(SIG_BLOCK);
+    SetHandler(SIGINT, SIG_DFL);
+    SetHandler(SIGTERM, SIG_DFL);
+}
+
+RunEvents::LastChance::LastChance(const RunEvents& events, std::string text)
+    : text_(std::move(text)) {
+    noted = events.signal_;
+    answer = text_.data();
+    answerSize = text_.size();
+    SetHandler(SIGINT, NoteOrEnd);
+    SetHandler(SIGTERM, NoteOrEnd);
+    SetMask(SIG_UNBLOCK);
+}
+
+RunEvents::LastChance::~LastChance() {
     SetMask(SIG_BLOCK);
     SetHandler(SIGINT, SIG_DFL);
     SetHandler(SIGTERM, SIG_DFL);
@@ -81,6 +111,10 @@ RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
     if ((sources[1].revents & kReadable) == 0) return Event::kTimeout;
     TakeSignal();
     return Event::kSignal;
+}
+
+int RunEvents::Signal() const {
+    return signal_ != 0 ? signal_ : static_cast<int>(noted);
 }
 
 void RunEvents::ForgetParking() {

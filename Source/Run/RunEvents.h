@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "Model/Sharing/Observer.h"
 
@@ -24,14 +25,28 @@ public:
         NothingToLose& operator=(const NothingToLose&) = delete;
     };
 
+    // As long as it lives, while results are written that would be lost: the first signal is noted
+    // and answered with a text (none if that is empty), a second one ends the program at once. On
+    // the main thread; one at a time. After an event kSignal every signal is a second one already.
+    class LastChance {
+    public:
+        LastChance(const RunEvents& events, std::string text);
+        ~LastChance();
+        LastChance(const LastChance&) = delete;
+        LastChance& operator=(const LastChance&) = delete;
+
+    private:
+        const std::string text_;
+    };
+
     enum class Event { kParked, kSignal, kTimeout };
     // Waits for the next event; for kTimeout at most so many milliseconds, for ever without.
     [[nodiscard]] Event Wait(std::optional<int> milliseconds);
     // Of the calculator's parking until now, which the caller has asked for.
     void ForgetParking();
-    // Of the event kSignal: SIGINT or SIGTERM. From then on the next of them ends the program at
-    // once.
-    [[nodiscard]] int Signal() const { return signal_; }
+    // Of the event kSignal, or noted by a LastChance: SIGINT or SIGTERM; 0 if there was none. From
+    // then on the next of them ends the program at once.
+    [[nodiscard]] int Signal() const;
 
     // Observer, on the calculation thread.
     void Changed(int32 what) override;

@@ -43,7 +43,9 @@ public:
         settings.distanceUnits = &resources_.DistanceUnits();
         settings.timeUnits = &resources_.TimeUnits();
         settings.timePrefix = resources_.InterfaceLabel(kLabelTimeIs);
+        portal_->ReadLock();
         settings.timeUval = portal_->FocusEpoch()->TimeUval();
+        portal_->ReadUnlock();
         return picture_.Encode(settings);
     }
 

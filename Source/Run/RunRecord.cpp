@@ -1,6 +1,7 @@
 #include "Run/RunRecord.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <initializer_list>
 #include <utility>
@@ -20,6 +21,9 @@ constexpr const char* kStartTime = "Start time";
 constexpr const char* kStart = "Conserved";
 constexpr const char* kMergers = "Mergers";
 constexpr const char* kMergerTotals = "Merger totals";
+constexpr const char* kReportsSize = "Reports size";
+constexpr const char* kReportsEnd = "Reports end";
+constexpr const char* kReportsEvery = "Reports every";
 
 using StartNumbers = std::array<double, 9>;
 using MergerNumbers = std::array<double, 5>;
@@ -52,6 +56,24 @@ status_t Find(const BMessage& from, const char* name, std::array<double, kCount>
     return from.FindDoubles(name, 0, static_cast<int32>(kCount), numbers->data());
 }
 
+status_t Add(BMessage* into, const ReportMark& mark) {
+    for (const status_t status :
+         {into->AddInt64(kReportsSize, mark.size), into->AddString(kReportsEnd, mark.lastRow),
+          into->AddInt64(kReportsEvery, mark.every)})
+        if (status != B_OK) return status;
+    return B_OK;
+}
+
+// Without a whole one the run has no file that could be gone on with.
+std::optional<ReportMark> FindMark(const BMessage& from) {
+    ReportMark mark;
+    if (from.FindInt64(kReportsSize, &mark.size) != B_OK ||
+        from.FindString(kReportsEnd, &mark.lastRow) != B_OK ||
+        from.FindInt64(kReportsEvery, &mark.every) != B_OK || mark.every < 1)
+        return std::nullopt;
+    return mark;
+}
+
 bool Succeed(std::initializer_list<status_t> statuses) {
     for (const status_t status : statuses)
         if (status != B_OK) return false;
@@ -59,6 +81,12 @@ bool Succeed(std::initializer_list<status_t> statuses) {
 }
 
 }  // namespace
+
+int64 ReportMark::LastReport() const {
+    int64 report = 0;
+    std::from_chars(lastRow.data(), lastRow.data() + lastRow.size(), report);
+    return report;
+}
 
 status_t RunRecord::AddTo(BMessage* document) const {
     BMessage run(B_ARCHIVED_OBJECT);
@@ -68,7 +96,8 @@ status_t RunRecord::AddTo(BMessage* document) const {
              run.AddDouble(kStartTime, startTime), Add(&run, kStart, NumbersOf(start)),
              run.AddInt64(kMergers, mergers.count), Add(&run, kMergerTotals, NumbersOf(mergers)),
              goal.steps ? run.AddInt64(kGoalSteps, *goal.steps) : B_OK,
-             goal.time ? run.AddDouble(kGoalTime, *goal.time) : B_OK}))
+             goal.time ? run.AddDouble(kGoalTime, *goal.time) : B_OK,
+             reports ? Add(&run, *reports) : B_OK}))
         return B_NO_MEMORY;
     return document->AddMessage(kRun, &run);
 }
@@ -92,6 +121,7 @@ status_t RunRecord::FindIn(const BMessage& document) {
     if (run.FindDouble(kGoalTime, &goalTime) == B_OK) read.goal.time = goalTime;
     if (!read.goal.steps && !read.goal.time) return B_BAD_DATA;
     if (read.steps < 0 || count < 0 || !std::isfinite(read.seconds)) return B_BAD_DATA;
+    read.reports = FindMark(run);
     read.start = ConservedFrom(startNumbers);
     read.mergers = TotalsFrom(count, mergerNumbers);
     *this = std::move(read);

@@ -22,6 +22,8 @@ public:
 
     // Report 0; or, of a run that was taken up, that number.
     void Begin(const SystemState& start, int64 report = 0);
+    // The run is at that report; the last one that the writer has had is `written`.
+    void GoOn(const SystemState& state, int64 report, int64 written);
     // Hands the writer what is due until now.
     void WriteDue();
     // Bodies have merged; `merged` is what goes on from the time of the last report. That report,
