@@ -72,7 +72,10 @@ void CompositeSystem::AddChildrenFrom(const BMessage* archive) {
         if (archive->FindMessage("Bodies", i, &record) != B_OK) continue;
         std::unique_ptr<BArchivable> object(instantiate_object(&record));
         auto* system = dynamic_cast<DisplayedSystem*>(object.get());
-        if (!system) continue;
+        if (!system) {
+            if (SystemReading* reading = SystemReading::Current()) reading->NoteForeign(record);
+            continue;
+        }
         static_cast<void>(object.release());
         systems.emplace_back(system);
         if (SystemReading::Current() && system->ID() == kNoSystemID)
