@@ -131,5 +131,6 @@ void RunEvents::TakeSignal() {
 }
 
 void RunEvents::Changed(int32 what) {
+    if (what == kEpochsTooDeep) wasTooDeep_ = true;
     if (what == kCalculatorParked) static_cast<void>(eventfd_write(parked_, 1));
 }

@@ -3,6 +3,7 @@
 // that every thread inherits the blocked signals and nothing runs inside a signal handler.
 #pragma once
 
+#include <atomic>
 #include <optional>
 #include <string>
 
@@ -48,7 +49,10 @@ public:
     // then on the next of them ends the program at once.
     [[nodiscard]] int Signal() const;
 
-    // Observer, on the calculation thread.
+    // An edit, or a run that was to begin, was refused as it would nest epochs too deeply.
+    [[nodiscard]] bool WasTooDeep() const { return wasTooDeep_; }
+
+    // Observer, on any thread.
     void Changed(int32 what) override;
     bool CommitChanges() override { return false; }
 
@@ -58,4 +62,5 @@ private:
     int parked_;
     int signals_;
     int signal_ = 0;
+    std::atomic<bool> wasTooDeep_ = false;
 };

@@ -82,10 +82,13 @@ int Runner::LoadDocument() {
 int Runner::EditDocument() {
     const RunEvents::NothingToLose nothingToLose;
     DocumentEdit edit(&document_, &controller_, &resources_);
-    for (const std::string& text : options_.edits)
-        if (const auto wrong = edit.Apply(text))
+    for (const std::string& text : options_.edits) {
+        std::optional<std::string> wrong = edit.Apply(text);
+        if (events_.WasTooDeep()) wrong = resources_.InterfaceLabel(kTextEpochsTooDeep);
+        if (wrong)
             return output_.Fail(DocumentName(),
                                 FillIn(resources_.InterfaceLabel(kTextEdit), {text, *wrong}));
+    }
     return kDone;
 }
 
@@ -125,6 +128,8 @@ int Runner::RunDocument() {
         Resume();
     else
         control_.UnPause();
+    if (events_.WasTooDeep())
+        return output_.Fail(DocumentName(), resources_.InterfaceLabel(kTextEpochsTooDeep));
     WaitForEnd();
     return WriteResults();
 }

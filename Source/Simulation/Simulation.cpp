@@ -69,7 +69,7 @@ void Simulation::Init(std::unique_ptr<BMessage> archive, const entry_ref& direct
     if (name == nullptr)
         saver_.File().SetUntitled(directory, host_->Resources().InterfaceLabel(kLabelUntitled));
     else
-        saver_.File().SetFile(directory, name);
+        saver_.File().SetFile(directory, name, *archive_);
     StartBuilding();
 }
 
@@ -107,7 +107,7 @@ void Simulation::Replace(const Replacement& replacement) {
         saver_.TellNotOpened(replacement.name, error);
     } else {
         history_->MarkSaved();
-        saver_.File().SetFile(replacement.directory, replacement.name);
+        saver_.File().SetFile(replacement.directory, replacement.name, *replacement.archive);
         if (displays_.Count() == 0)
             displays_.Create(ProjectionDisplay::kType, nullptr, replacement.name.c_str());
         SetName(replacement.name);
@@ -331,9 +331,13 @@ bool Simulation::RunMessage(BMessage* message) {
 bool Simulation::WindowMessage(BMessage* message) {
     void* pointer = nullptr;
     switch (message->what) {
-        case kRedisplay:
-            controls_.Redisplay(pendingChanges_.exchange(0));
+        case kRedisplay: {
+            const int32 changes = pendingChanges_.exchange(0);
+            controls_.Redisplay(changes);
+            if ((changes & kEpochsTooDeep) != 0)
+                controls_.ShowMessage(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
             break;
+        }
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
                 displays_.Create(type, nullptr, title_.c_str());

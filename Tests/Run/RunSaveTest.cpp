@@ -115,6 +115,16 @@ TEST_F(RunSave, WhatAnEndedProgramLeftIsRemovedAndTold) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.err.find("saving: 1\n"), std::string::npos) << outcome.err;
     EXPECT_NE(access(left.c_str(), F_OK), 0);
+    // Also where there is no room for the document: there most of all.
+    Put(".orvek-0123abcd.tmp", "half a document");
+    const Outcome failed =
+        RunProgram({"-n", "5", "-o", Path("new"), document_}, {.prepare = [] {
+                       const rlimit limit{1024, 1024};
+                       setrlimit(RLIMIT_FSIZE, &limit);
+                   }});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_NE(failed.err.find("saving: 1\n"), std::string::npos) << failed.err;
+    EXPECT_NE(access(left.c_str(), F_OK), 0);
 }
 
 TEST_F(RunSave, AReaderThatGoesAwayEndsTheRun) {
@@ -236,7 +246,7 @@ TEST_F(RunSave, ASignalDuringEditsOrASaveWithoutARunEndsTheProgramAtOnce) {
 
 // Hours may have gone into them.
 TEST_F(RunSave, ASignalWhileResultsAreWrittenIsAnsweredAndTheNextOneEndsTheProgram) {
-    const std::string path = PutDocument("large", *Dust(100'000));
+    const std::string path = PutDocument("large", *Dust(60'000));
     for (const int signals : {1, 2}) {
         const std::string old = Put("old", Get(document_));
         const std::string pipe = Path("pipe " + std::to_string(signals));

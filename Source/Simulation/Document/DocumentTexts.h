@@ -21,6 +21,7 @@ enum DocumentText : int32 {
     kTextReservedID = 4013,  // %1: the body's name, as in the next two
     kTextTooLargeID = 4014,
     kTextTakenID = 4015,
+    kTextKeptBeside = 4016,  // %1: a file, %2: why the document's own could not be written
 
     // What was lost or got on reading.
     kTextEpochEmptied = 4020,  // %1: the epoch's number, %2: its name, as in the next four; %3: why

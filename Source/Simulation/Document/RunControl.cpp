@@ -59,11 +59,15 @@ void RunControl::UnPause() {
         return;
     }
     if (--pauseCount_ > 0 || hold_) return;
-    StartRun();
+    if (!StartRun()) {
+        pauseCount_ = 1;
+        return;
+    }
     userPaused_ = false;
 }
 
-void RunControl::StartRun() {
+// False: the epoch in focus can have none below it. Nothing runs then.
+bool RunControl::StartRun() {
     view_->SetNonPhysicalBodyValues();
     view_->SetPhysicalBodyValues();
     view_->SetEpochValues();
@@ -73,7 +77,11 @@ void RunControl::StartRun() {
     portal_->WriteUnlock();
     view_->EnableRunControls(false);
     view_->ShowGoPause(RunControlView::Offer::kPause);
-    DupCurrentEpoch();
+    if (!DupCurrentEpoch()) {
+        view_->EnableRunControls(true);
+        view_->ShowGoPause(RunControlView::Offer::kGo);
+        return false;
+    }
     portal_->ReadLock();
     const bool toOrigin = portal_->FocusEpoch()->COMOnGo();
     portal_->ReadUnlock();
@@ -81,6 +89,7 @@ void RunControl::StartRun() {
     view_->RunStarting();
     NoteRun();
     calculator_->UnPause();
+    return true;
 }
 
 void RunControl::ResumeRun() {
@@ -103,8 +112,8 @@ void RunControl::NoteRun() {
     endedIn_ = nullptr;
 }
 
-void RunControl::DupCurrentEpoch() {
-    ExecuteFiled(portal_, Named(kCommandGo, std::make_unique<NewEpochCommand>(portal_)));
+bool RunControl::DupCurrentEpoch() {
+    return ExecuteFiled(portal_, Named(kCommandGo, std::make_unique<NewEpochCommand>(portal_)));
 }
 
 // With the state in the epoch a document saved after the run goes on from it bit for bit. It does

@@ -44,9 +44,9 @@ public:
     void SetHold(bool hold) { hold_ = hold; }
 
 private:
-    void StartRun();
+    [[nodiscard]] bool StartRun();
     void NoteRun();
-    void DupCurrentEpoch();
+    [[nodiscard]] bool DupCurrentEpoch();
     void KeepCalculatorState();
 
     EpochPortal* const portal_;
