@@ -272,8 +272,7 @@ TEST(SavingFaults, ACopyThatHoldsTheOnlyWholeContentsIsNamed) {
         const std::string copy = document.folder.Path("document.new");
         const BMessage record = Document(kNew);
         SystemCalls::FailAt(call);
-        const DocumentError error =
-            SimulationFile::Write(document.folder.Path("document"), record);
+        const DocumentError error = SimulationFile::Write(document.folder.Path("document"), record);
         if (SystemCalls::Stop() < call) break;
         const bool isKept = error.Failed() && fs::exists(copy);
         EXPECT_EQ(error.text == kTextKeptBeside, isKept) << SystemCalls::Failed();

@@ -147,11 +147,10 @@ TEST_F(RunEdit, WhatWouldNestEpochsTooDeeplyIsRefused) {
     BMessage record;
     ASSERT_FALSE(document.Store(&record, true).Failed());
     const std::string deep = PutRecord("deep", record);
-    for (const std::vector<std::string>& options :
-         {std::vector<std::string>{"-n", "5"},
-          {"--edit", "log-epoch", "-n", "0"},
-          {"--edit", "Last.mass=1 Ms", "-n", "0"},
-          {"--edit", "new-body", "-n", "0"}}) {
+    for (const std::vector<std::string>& options : {std::vector<std::string>{"-n", "5"},
+                                                    {"--edit", "log-epoch", "-n", "0"},
+                                                    {"--edit", "Last.mass=1 Ms", "-n", "0"},
+                                                    {"--edit", "new-body", "-n", "0"}}) {
         std::vector<std::string> arguments = options;
         arguments.insert(arguments.end(), {"-o", Path("saved"), deep});
         const Outcome outcome = RunProgram(arguments);

@@ -117,11 +117,10 @@ TEST_F(RunSave, WhatAnEndedProgramLeftIsRemovedAndTold) {
     EXPECT_NE(access(left.c_str(), F_OK), 0);
     // Also where there is no room for the document: there most of all.
     Put(".orvek-0123abcd.tmp", "half a document");
-    const Outcome failed =
-        RunProgram({"-n", "5", "-o", Path("new"), document_}, {.prepare = [] {
-                       const rlimit limit{1024, 1024};
-                       setrlimit(RLIMIT_FSIZE, &limit);
-                   }});
+    const Outcome failed = RunProgram({"-n", "5", "-o", Path("new"), document_}, {.prepare = [] {
+                                          const rlimit limit{1024, 1024};
+                                          setrlimit(RLIMIT_FSIZE, &limit);
+                                      }});
     EXPECT_EQ(failed.status, 1);
     EXPECT_NE(failed.err.find("saving: 1\n"), std::string::npos) << failed.err;
     EXPECT_NE(access(left.c_str(), F_OK), 0);
