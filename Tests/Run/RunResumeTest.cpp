@@ -258,6 +258,7 @@ TEST_F(RunResume, ToldToStopWhileBodiesTouchItKeepsACheckpoint) {
     const Outcome uninterrupted = RunProgram(whole);
     const auto lasted = std::chrono::steady_clock::now() - start;
     ASSERT_GT(std::stoi(Member(uninterrupted.out, "mergers")), 10);
+    int interrupted = 0;
     for (int turn = 0; turn < 12; turn++) {
         fs::remove(checkpoint_);
         Arguments arguments = run;
@@ -267,11 +268,15 @@ TEST_F(RunResume, ToldToStopWhileBodiesTouchItKeepsACheckpoint) {
                            std::this_thread::sleep_for(lasted * (4 + turn) / 20);
                            kill(program, SIGTERM);
                        }});
+        EXPECT_NE(Member(stopped.out, "ending"), "\"collision\"");
+        // It may have been too quick.
+        if (Member(stopped.out, "ending") != "\"interrupted\"") continue;
         EXPECT_EQ(stopped.status, 143);
-        ASSERT_EQ(Member(stopped.out, "ending"), "\"interrupted\"");
+        interrupted++;
         ASSERT_TRUE(fs::exists(checkpoint_)) << "turn " << turn;
         ExpectSame(Resume(), uninterrupted);
     }
+    EXPECT_GT(interrupted, 3);
 }
 
 TEST_F(RunResume, WhatCannotBeResumedIsSaid) {

@@ -169,7 +169,7 @@ TEST_F(EpochReaderTest, WhatIsLeftOutOrGetsANewIdentifierIsTold) {
     trail.AddString("class", "Trail");
     const BMessage inner = EpochRecord("Inner", {trail});
     ASSERT_FALSE(Load(EpochRecord("E",
-                                  {BodyRecord("Earth", 3), GroupRecord("Mars", 4, {trail, inner})},
+                                  {BodyRecord("Earth", 3), GroupRecord("Mars", 4, {trail, trail})},
                                   {inner}))
                      .Failed());
     EXPECT_EQ(Systems(), "Earth3 Mars4 ");
