@@ -333,13 +333,11 @@ bool Simulation::RunMessage(BMessage* message) {
 bool Simulation::WindowMessage(BMessage* message) {
     void* pointer = nullptr;
     switch (message->what) {
-        case kRedisplay: {
-            const int32 changes = pendingChanges_.exchange(0);
-            controls_.Redisplay(changes);
-            if ((changes & kEpochsTooDeep) != 0)
+        case kRedisplay:
+            controls_.Redisplay(pendingChanges_.exchange(0));
+            if (wasTooDeep_.exchange(false))
                 controls_.ShowMessage(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
             break;
-        }
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
                 displays_.Create(type, nullptr, title_.c_str());
@@ -416,7 +414,11 @@ void Simulation::EndRun(const RunEnding& ending) {
 // --- Observer ---
 
 void Simulation::Changed(int32 changes) {
-    hasNewChanges_ = true;
+    // Not as one bit among all of them, which are told when another document is there.
+    if (changes == kEpochsTooDeep)
+        wasTooDeep_ = true;
+    else
+        hasNewChanges_ = true;
     if (pendingChanges_.fetch_or(changes) != 0) return;
     // The one message of this burst must arrive, even if the port is full.
     if (PostMessage(kRedisplay) == B_WOULD_BLOCK)
