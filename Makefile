@@ -49,9 +49,9 @@ check:
 	.ci/run
 
 fuzz:
-	@Tools/install-packages.sh build fuzz
-	cmake --preset fuzz
-	ninja -C build-fuzz fuzz
+	@Tools/install-packages.sh build sanitize
+	cmake --preset asan
+	ninja -C build-asan fuzz
 	Tools/run-fuzz.sh $(SECONDS)
 
 tidy: build/build.ninja

@@ -1,24 +1,24 @@
 #!/usr/bin/env bash
-# run-fuzz.sh SECONDS [OPTION...]: lets every fuzz target of build-fuzz/ look for inputs that it cannot take, each for
+# run-fuzz.sh SECONDS [OPTION...]: lets every fuzz target of build-asan/ look for inputs that it cannot take, each for
 # so many seconds, as many at a time as there are processors, with further options of the fuzzer. What a target cannot
-# take is kept in build-fuzz/found/; what leads it to new places, for its next run, in build-fuzz/corpus/.
+# take is kept in build-asan/found/; what leads it to new places, for its next run, in build-asan/corpus/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 seconds="${1:?usage: run-fuzz.sh SECONDS [OPTION...]}"
 shift
 export seconds
-mkdir -p build-fuzz/found build-fuzz/logs
+mkdir -p build-asan/found build-asan/logs
 
 export ASAN_OPTIONS="quarantine_size_mb=16"  # which counts as the target's memory
 # An input may take ten seconds and half a gigabyte: each is small, and a user would not wait longer.
 fuzz_one() {
-    local name="$1" log="build-fuzz/logs/$1"
+    local name="$1" log="build-asan/logs/$1"
     shift
-    mkdir -p "build-fuzz/corpus/$name"
-    if "build-fuzz/bin/fuzz_$name" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=512 -max_len=8192 \
-        -print_final_stats=1 -artifact_prefix="build-fuzz/found/$name-" "$@" \
-        "build-fuzz/corpus/$name" "Tests/Fuzz/Corpus/$name" >"$log" 2>&1; then
+    mkdir -p "build-asan/corpus/$name"
+    if "build-asan/bin/fuzz_$name" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=512 -max_len=8192 \
+        -print_final_stats=1 -artifact_prefix="build-asan/found/$name-" "$@" \
+        "build-asan/corpus/$name" "Tests/Fuzz/Corpus/$name" >"$log" 2>&1; then
         printf '%-12s %9d inputs\n' "$name" "$(awk '/number_of_executed_units/ { print $2 }' "$log")"
     else
         tail -n 60 "$log"
@@ -30,6 +30,6 @@ export -f fuzz_one
 
 # xargs fails when one of them does.
 ls Tests/Fuzz/Corpus | xargs -P "$(nproc)" -I{} bash -c 'fuzz_one "$@"' fuzz_one {} "$@" || {
-    echo "What could not be taken is in build-fuzz/found/. When it is mended it joins Tests/Fuzz/Corpus/." >&2
+    echo "What could not be taken is in build-asan/found/. When it is mended it joins Tests/Fuzz/Corpus/." >&2
     exit 1
 }

@@ -229,8 +229,9 @@ void Calculator::EndRun(const RunEnding& ending) {
     SetInternalPause();
 }
 
-int32 Calculator::KeepFiniteReports() {
+int32 Calculator::KeepFiniteReports(int32 made) {
     const int32 reports = batch_.CountFinite();
+    stepsTaken_ -= made - reports;
     timeBase_ = reports > 0 ? TRep()[reports - 1] : GetEpoch()->Time();
     return reports;
 }

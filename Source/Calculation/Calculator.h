@@ -2,7 +2,7 @@
 // batches of reports it hands to the consumers, its pacing, its pauses and the collisions it mails.
 // Owned by the document; made and destroyed on the document's thread, destroyed only while parked.
 //
-// Threads. "Master Calculation Thread" parks or runs batches: a batch of steps under the model's
+// Threads. "Master Calculation Thread" parks or runs batches: a batch of reports under the model's
 // write lock; then, without it, waiting until every consumer has finished the former batch, and
 // handing over. It never sleeps on a timer: consumers hold it back, and the pacing gives a batch
 // the size that makes `UpdatesPerSecond` batches a second. Pause, UnPause, the setters and
@@ -62,10 +62,11 @@ public:
     void SetInternalPause();
     [[nodiscard]] bool ShouldStop() const { return stop_.ShouldStop(); }
 
-    // The next run stops itself as if by SetInternalPause at its `reports`-th report, or at the
-    // first one at or past `time` (s), whatever the batches are. 0 and +infinity: no limit. A run
-    // that is paused or that collides goes on counting when it is resumed; a limit holds once.
-    void SetRunLimit(int64 reports, double time) { limit_.Set(reports, time); }
+    // The next run stops itself as if by SetInternalPause at the report that ends its `steps`-th
+    // step, or at the first one at or past `time` (s), whatever the batches are. 0 and +infinity:
+    // no limit. A run that is paused or that collides goes on counting when it is resumed; a limit
+    // holds once.
+    void SetRunLimit(int64 steps, double time) { limit_.Set({steps, time}); }
 
     // Why the calculator has parked: by itself, as after the last report or at a collision, and not
     // because it was paused. While parked.
@@ -92,6 +93,9 @@ public:
     [[nodiscard]] double Cutoff() const { return cutoff_; }
     // The time of the last report, s. Under the model lock, as all that a batch changes.
     [[nodiscard]] double TBase() const { return timeBase_; }
+    // Steps since the calculator was made. Under the model lock, or by a consumer that is handed a
+    // batch: then it is those of this batch and all before.
+    [[nodiscard]] int64 StepsTaken() const { return stepsTaken_; }
     [[nodiscard]] const double* TRep() const { return batch_.Times(); }
     [[nodiscard]] const double* RRep() const { return batch_.Positions(); }
     [[nodiscard]] const double* VRep() const { return batch_.Velocities(); }
@@ -111,32 +115,34 @@ protected:
     [[nodiscard]] int32 MostReports() const;
     // The time at which the run is to stop, s; NaN if at none.
     [[nodiscard]] double TimeLimit() const { return limit_.Time(); }
-    // Reports that are left until it stops.
-    [[nodiscard]] int64 ReportsLeft() const { return limit_.Reports(); }
+    // What is left until it stops.
+    [[nodiscard]] RunLeft Left() const { return limit_.Left(); }
     // For Recache: the run that was held goes on.
     [[nodiscard]] bool IsHeldRun() const { return isHeldRun_; }
     // What an integrator polls between its steps, or within them.
     [[nodiscard]] const StopFlags& Stop() const { return stop_; }
-    // Records one report (time in s), and parks the run if it is the last one of the run's limit.
-    void Report(double time, const BodyArrays& bodies) {
-        batch_.Add(time, bodies);
-        timeBase_ = time;
-        if (limit_.Reached(time)) SetInternalPause();
+    // Records one report (time in s), with the number of steps that were completed since the one
+    // before, and parks the run if it is the last one of the run's limit.
+    void Report(double time, const BodyArrays& bodies, int32 steps) {
+        ReportContact(time, bodies, steps);
+        if (limit_.Reached(steps, time)) SetInternalPause();
     }
-    // The same for a step that was not taken because bodies touch: it counts for no limit.
-    void ReportInPlace(double time, const BodyArrays& bodies) {
+    // The same where bodies touch: it counts for no limit.
+    void ReportContact(double time, const BodyArrays& bodies, int32 steps) {
         batch_.Add(time, bodies);
         timeBase_ = time;
+        stepsTaken_ += steps;
     }
     // Notes a pair that touches, by identifiers: the later body in mass order first.
     void AddCollision(int64 later, int64 earlier) { collisions_.Add(later, earlier); }
-    // The step was not taken: parks the run and has the noted pairs posted to the target.
+    // The run goes no further: parks it and has the noted pairs posted to the target.
     void PostCollision() { SetInternalPause(); }
     // The run cannot go on, or need not: parks it and has the target told why.
     void EndRun(const RunEnding& ending);
-    // Drops the reports of the batch from the first on that is not finite; returns how many stay.
-    // The time base is that of the last of them, or of the batch's start.
-    int32 KeepFiniteReports();
+    // Drops the reports of the batch from the first on that is not finite, and a step for each of
+    // the `made` reports that go; returns how many stay. The time base is that of the last of them,
+    // or of the batch's start.
+    int32 KeepFiniteReports(int32 made);
 
 private:
     struct DeleteBen {
@@ -164,6 +170,7 @@ private:
     ReportBatch batch_;
     double cutoff_ = 1e-11;
     double timeBase_ = 0.0;
+    int64 stepsTaken_ = 0;
     int32 massiveBodies_ = 0;
     std::atomic<int32> reportsPerDraw_{100};
     std::atomic<int32> batchesPerUpdate_{1};

@@ -1,7 +1,6 @@
 #include "Calculation/ForceEvaluator.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <thread>
 
@@ -155,44 +154,4 @@ ForceEvaluator::Result ForceEvaluator::ListCollisions(const StopFlags& stop) {
 
 bool ForceEvaluator::Interacts() const {
     return rate_ > kLeastRate;
-}
-
-bool ForceEvaluator::IsFinite() const {
-    for (int axis = 0; axis < 3; axis++)
-        for (const double* const numbers : {Position(axis), Velocity(axis)})
-            if (!std::all_of(numbers, numbers + CountBodies(),
-                             [](double number) { return std::isfinite(number); }))
-                return false;
-    return true;
-}
-
-std::optional<CollidingPair> ForceEvaluator::FastestPair(const StopFlags& stop) const {
-    std::optional<CollidingPair> fastest;
-    double greatest = kLeastRate;
-    for (int32 i = CountMassive() - 1; i >= 0; i--) {
-        if (stop.ShouldStop()) return std::nullopt;
-        for (int32 j = CountBodies() - 1; j > i; j--) {
-            double r2 = 0.0;
-            double w2 = 0.0;
-            for (int axis = 0; axis < 3; axis++) {
-                const double d = Position(axis)[i] - Position(axis)[j];
-                const double w = Velocity(axis)[i] - Velocity(axis)[j];
-                r2 += d * d;
-                w2 += w * w;
-            }
-            const double gm = GM()[i] + (j < CountMassive() ? GM()[j] : 0.0);
-            const double rate = std::max(gm / (r2 * std::sqrt(r2)), w2 / r2);
-            if (!(rate > greatest)) continue;
-            greatest = rate;
-            fastest = {j, i};
-        }
-    }
-    return fastest;
-}
-
-double ForceEvaluator::Distance(const CollidingPair& pair) const {
-    const auto apart = [&](int axis) {
-        return Position(axis)[pair.earlier] - Position(axis)[pair.later];
-    };
-    return std::hypot(apart(0), apart(1), apart(2));
 }

@@ -7,20 +7,13 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <vector>
 
+#include "Calculation/BodyArrays.h"
 #include "Calculation/ForceInstances.h"
 #include "Calculation/StopFlags.h"
 #include "Calculation/WorkerTeam.h"
 #include "Platform/Support/SupportDefs.h"
-
-// Indices of two bodies that touch, the later (lighter) one first.
-struct CollidingPair {
-    int32 later;
-    int32 earlier;
-    bool operator==(const CollidingPair&) const = default;
-};
 
 class ForceEvaluator {
 public:
@@ -67,13 +60,6 @@ public:
     double Rate() const { return rate_; }
     // Some pair acts on its bodies, however little.
     bool Interacts() const;
-    // All positions and velocities are finite numbers.
-    bool IsFinite() const;
-    // The pair that sets the rate; none where no two bodies interact, or if it was given up halfway
-    // because of `stop`. Goes over all pairs on the caller's thread.
-    [[nodiscard]] std::optional<CollidingPair> FastestPair(const StopFlags& stop) const;
-    // Metres.
-    [[nodiscard]] double Distance(const CollidingPair& pair) const;
     // In the order of the pair walk: earlier body descending, then later body descending.
     const std::vector<CollidingPair>& Collisions() const { return collisions_; }
 

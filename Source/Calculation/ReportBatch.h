@@ -6,14 +6,8 @@
 #include <cstddef>
 #include <memory>
 
+#include "Calculation/BodyArrays.h"
 #include "Platform/Support/SupportDefs.h"
-
-// The bodies' coordinates as an integrator keeps them: one array per axis (x, y, z), in body order.
-// Metres and metres per second.
-struct BodyArrays {
-    const double* position[3];
-    const double* velocity[3];
-};
 
 class ReportBatch {
 public:

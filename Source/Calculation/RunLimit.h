@@ -1,20 +1,33 @@
-// Where a run is to stop by itself: after so many reports, or at the first report at or past a
-// time. Set by any thread, obeyed by the calculation thread from the start of its next run on;
-// pauses and collisions on the way do not restart the count.
+// Where a run is to stop by itself: when so many steps are complete, or at the first report at or
+// past a time. Set by any thread, obeyed by the calculation thread from the start of its next run
+// on; pauses and collisions on the way do not restart the count.
 #pragma once
 
 #include <limits>
 #include <mutex>
 
+#include "Platform/Support/Errors.h"
 #include "Platform/Support/SupportDefs.h"
+
+class BMessage;
+
+// What is left of a limit.
+struct RunLeft {
+    int64 steps = 0;                                         // 0: any number
+    double until = std::numeric_limits<double>::infinity();  // s; +infinity: for ever
+
+    // The fields "Until" and "Reports left", of which the latter holds the steps.
+    [[nodiscard]] status_t Archive(BMessage* into) const;
+    // B_BAD_DATA: no run has such a limit. Changes nothing unless all is well.
+    [[nodiscard]] status_t Regenerate(const BMessage& archive);
+};
 
 class RunLimit {
 public:
-    // 0 reports and a time of +infinity (seconds): no limit.
-    void Set(int64 reports, double time) {
+    void Set(const RunLeft& limit) {
         const std::lock_guard lock(mutex_);
-        next_ = {reports > 0 ? reports : kNoReports,
-                 time < std::numeric_limits<double>::infinity() ? time : kNoTime};
+        next_ = {limit.steps > 0 ? limit.steps : kNoSteps,
+                 limit.until < std::numeric_limits<double>::infinity() ? limit.until : kNoTime};
         changed_ = true;
     }
 
@@ -27,23 +40,29 @@ public:
 
     // The time at which the run is to stop, s; NaN if at none. Calculation thread.
     [[nodiscard]] double Time() const { return current_.time; }
-    // Reports that are left. Calculation thread, or while it is parked.
-    [[nodiscard]] int64 Reports() const { return current_.reports; }
+    // Calculation thread, or while it is parked.
+    [[nodiscard]] RunLeft Left() const {
+        RunLeft left{.steps = current_.steps};
+        if (current_.time == current_.time) left.until = current_.time;
+        return left;
+    }
 
-    // Counts one report; true if it is the one to stop at, which also ends the limit.
-    bool Reached(double time) {
-        if (--current_.reports > 0 && !(time >= current_.time)) return false;
+    // A report at that time, with so many steps since the one before. True if it is the one to stop
+    // at, which also ends the limit.
+    bool Reached(int32 steps, double time) {
+        current_.steps -= steps;
+        if (current_.steps > 0 && !(time >= current_.time)) return false;
         current_ = Limit{};
         return true;
     }
 
 private:
-    static constexpr int64 kNoReports = std::numeric_limits<int64>::max();
+    static constexpr int64 kNoSteps = std::numeric_limits<int64>::max();
     static constexpr double kNoTime =
         std::numeric_limits<double>::quiet_NaN();  // nothing is past it
 
     struct Limit {
-        int64 reports = kNoReports;
+        int64 steps = kNoSteps;
         double time = kNoTime;
     };
 

@@ -9,8 +9,6 @@ namespace {
 constexpr const char* kInverseStepField = "Inverse step";
 constexpr const char* kAnchorField = "Anchor";
 constexpr const char* kElapsedField = "Elapsed";
-constexpr const char* kReportsField = "Reports left";
-constexpr const char* kUntilField = "Until";
 
 struct Number {
     const char* field;
@@ -19,8 +17,7 @@ struct Number {
 
 constexpr Number kNumbers[] = {{kInverseStepField, &RunState::inverseStep},
                                {kAnchorField, &RunState::anchor},
-                               {kElapsedField, &RunState::elapsed},
-                               {kUntilField, &RunState::until}};
+                               {kElapsedField, &RunState::elapsed}};
 
 }  // namespace
 
@@ -28,7 +25,7 @@ status_t RunState::Archive(BMessage* into) const {
     for (const auto& [field, member] : kNumbers)
         if (const status_t status = into->AddDouble(field, this->*member); status != B_OK)
             return status;
-    return into->AddInt64(kReportsField, reports);
+    return B_OK;
 }
 
 status_t RunState::Regenerate(const BMessage& archive) {
@@ -36,11 +33,8 @@ status_t RunState::Regenerate(const BMessage& archive) {
     for (const auto& [field, member] : kNumbers)
         if (const status_t status = archive.FindDouble(field, &(read.*member)); status != B_OK)
             return status;
-    if (const status_t status = archive.FindInt64(kReportsField, &read.reports); status != B_OK)
-        return status;
     if (!(read.inverseStep > 0.0) || !std::isfinite(read.inverseStep) ||
-        !std::isfinite(read.anchor) || !std::isfinite(read.elapsed) || std::isnan(read.until) ||
-        read.reports < 0)
+        !std::isfinite(read.anchor) || !std::isfinite(read.elapsed))
         return B_BAD_DATA;
     *this = read;
     return B_OK;

@@ -1,8 +1,6 @@
-// Where a run stands between two of its steps, as far as neither its bodies nor the calculator's
-// saved state tell: with these it goes on to the same bits. A plain value.
+// Where a run of orders 2 to 4 stands between two of its steps, as far as neither its bodies nor
+// the saved state tell: with these it goes on to the same bits. A plain value.
 #pragma once
-
-#include <limits>
 
 #include "Platform/Support/Errors.h"
 #include "Platform/Support/SupportDefs.h"
@@ -13,11 +11,8 @@ struct RunState {
     double inverseStep = 0.0;  // 1/s
     double anchor = 0.0;       // s, the time from which the steps are counted
     double elapsed = 0.0;      // s, the sum of the steps since
-    // What is left of the run's limit, as SetRunLimit takes it.
-    int64 reports = 0;
-    double until = std::numeric_limits<double>::infinity();  // s
 
-    // The fields "Inverse step", "Anchor", "Elapsed", "Reports left" and "Until".
+    // The fields "Inverse step", "Anchor" and "Elapsed".
     [[nodiscard]] status_t Archive(BMessage* into) const;
     // B_BAD_DATA: no run can stand there. Changes nothing unless all is well.
     [[nodiscard]] status_t Regenerate(const BMessage& archive);

@@ -1,19 +1,15 @@
 #include "Calculation/TaylorCalculator.h"
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
-#include <utility>
 
-#include "Calculation/RunState.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BMessage.h"
 
 namespace {
 
-constexpr int32 kLeastOrder = 2;
-constexpr int32 kMostOrder = 4;
+// Until an epoch tells another.
+constexpr int32 kUsualOrder = 4;
 // A batch is handed over after this time, however few reports it holds, so that consumers stay up
 // to date and the model is not locked for long. Results do not depend on how a run is cut into
 // batches.
@@ -23,114 +19,101 @@ constexpr bigtime_t kLongestBatch = 100'000;  // us
 constexpr int64 kSlowInteractions = 10'000;
 constexpr int32 kQuickSteps = 64;
 
-constexpr const char* kIterationField = "Iter";
-constexpr const char* kMaxOrderField = "MaxOrd";
-
 }  // namespace
 
 TaylorCalculator::TaylorCalculator(EpochPortal* portal,
                                    const std::vector<ReportConsumer*>* consumers, BLooper* target)
-    : Calculator(portal, consumers, target) {}
+    : Calculator(portal, consumers, target), integrator_(MakeIntegrator(kUsualOrder)) {}
 
 status_t TaylorCalculator::Archive(BMessage* into, bool deep) const {
     if (const status_t status = Calculator::Archive(into, deep); status != B_OK) return status;
-    if (const status_t status = parts_.Archive(into); status != B_OK) return status;
-    if (const status_t status = into->AddInt32(kIterationField, iteration_); status != B_OK)
-        return status;
-    return into->AddInt32(kMaxOrderField, kMostOrder);
+    return integrator_->Archive(into);
 }
 
 void TaylorCalculator::Regenerate(BMessage* archive) {
-    iteration_ = 0;
-    int32 iteration = 0;
-    if (archive == nullptr || archive->FindInt32(kIterationField, &iteration) != B_OK) return;
-    if (parts_.Regenerate(*archive) == B_OK) iteration_ = iteration;
+    ChooseIntegrator();
+    integrator_->Regenerate(archive);
+    epoch_ = nullptr;
 }
 
 void TaylorCalculator::Recache() {
     Calculator::Recache();
     // A display that is opened or closed in the middle of a run must not be seen in its results.
-    // The parts add up to the bodies' places only until they are promoted, or not at all at the
-    // lower orders; so they are left alone.
-    const bool isSameRun = IsHeldRun() && IsUntouched();
-    if (!isSameRun) parts_.ResortDels(Bodies());
+    // What a method carries need not add up to the bodies' places at every moment; so it is left
+    // alone.
+    if (IsHeldRun() && IsUntouched()) return bodies_.ComputeKissDist(Bodies());
+    ChooseIntegrator();
     LoadBodies();
-    ComputeKissDist();
-    if (isSameRun) return;
-    StartSteps();
-    anchored_ = false;
+    integrator_->Begin(StartAt(GetEpoch()->Time()));
+    NoteRun();
 }
 
-// With the settings of the epoch, from the shortest step on.
-void TaylorCalculator::StartSteps() {
+// Whichever fits the epoch's order; the one that there is if it does.
+void TaylorCalculator::ChooseIntegrator() {
+    const int32 order = GetEpoch()->Order();
+    if (integrator_->OrderFor(order)) return;
+    integrator_ = MakeIntegrator(order);
+    integrator_->SetThreads(threads_);
+}
+
+Integrator::Start TaylorCalculator::StartAt(double time) const {
+    return {.order = *integrator_->OrderFor(GetEpoch()->Order()),
+            .cutoff = Cutoff(),
+            .time = time,
+            .bodies = Bodies()};
+}
+
+void TaylorCalculator::NoteRun() {
     epoch_ = GetEpoch();
-    order_ = std::clamp(epoch_->Order(), kLeastOrder, kMostOrder);
+    order_ = *integrator_->OrderFor(epoch_->Order());
     runCutoff_ = Cutoff();
-    step_.Restart(runCutoff_, order_);
+}
+
+void TaylorCalculator::SetThreads(int32 threads) {
+    threads_ = threads;
+    integrator_->SetThreads(threads);
 }
 
 status_t TaylorCalculator::ArchiveRun(BMessage* into) const {
-    if (!anchored_ || !IsUntouched()) return B_NOT_ALLOWED;
+    if (!IsUntouched()) return B_NOT_ALLOWED;
     if (const status_t status = Archive(into, true); status != B_OK) return status;
-    RunState run;
-    run.inverseStep = step_.Inverse();
-    run.anchor = anchor_;
-    run.elapsed = elapsed_;
-    run.reports = ReportsLeft();
-    if (!std::isnan(TimeLimit())) run.until = TimeLimit();
-    return run.Archive(into);
+    if (const status_t status = integrator_->ArchiveRun(into); status != B_OK) return status;
+    return Left().Archive(into);
 }
 
 status_t TaylorCalculator::ResumeRun(const BMessage& archive) {
-    RunState run;
-    TaylorParts parts;
-    int32 iteration = 0;
-    if (const status_t status = run.Regenerate(archive); status != B_OK) return status;
-    if (const status_t status = parts.Regenerate(archive); status != B_OK) return status;
-    if (const status_t status = archive.FindInt32(kIterationField, &iteration); status != B_OK)
-        return status;
-    const double time = run.anchor + run.elapsed;
+    RunLeft left;
+    if (const status_t status = left.Regenerate(archive); status != B_OK) return status;
+    epoch_ = nullptr;
     Calculator::Recache();
-    if (!parts.AreOf(Bodies()) || GetEpoch()->Time() != time) return B_BAD_DATA;
-    parts_ = std::move(parts);
-    iteration_ = iteration;
+    ChooseIntegrator();
     LoadBodies();
-    StartSteps();
-    step_.Resume(run.inverseStep);
-    anchored_ = true;
-    anchor_ = run.anchor;
-    elapsed_ = run.elapsed;
-    lastReport_ = time;
-    SetRunLimit(run.reports, run.until);
+    const Integrator::Start start = StartAt(GetEpoch()->Time());
+    if (const status_t status = integrator_->ResumeRun(archive, start); status != B_OK)
+        return status;
+    NoteRun();
+    SetRunLimit(left.steps, left.until);
     return B_OK;
 }
 
 bool TaylorCalculator::IsUntouched() const {
-    if (GetEpoch() != epoch_ || std::clamp(epoch_->Order(), kLeastOrder, kMostOrder) != order_ ||
-        Cutoff() != runCutoff_ || CountBodies() != loadedBodies_ || !parts_.AreOf(Bodies()))
-        return false;
-    const auto& [r, v] = arrays_;
-    for (int32 i = 0; i < CountBodies(); i++) {
-        const Body& body = *BodyAt(i);
-        if (body.Position() != ThreeVector{r[0][i], r[1][i], r[2][i]} ||
-            body.Velocity() != ThreeVector{v[0][i], v[1][i], v[2][i]} ||
-            body.M() != evaluator_.GM()[i])
-            return false;
-    }
-    return true;
+    return epoch_ != nullptr && GetEpoch() == epoch_ &&
+           integrator_->OrderFor(epoch_->Order()) == order_ && Cutoff() == runCutoff_ &&
+           bodies_.AreStill(Bodies());
+}
+
+void TaylorCalculator::LoadBodies() {
+    bodies_.Load(Bodies(), integrator_->MakeRoom(CountBodies(), CountMassiveBodies()));
 }
 
 int32 TaylorCalculator::Calculate() {
-    AnchorTime();
+    // Somebody else has set the epoch's time since the last batch.
+    if (integrator_->Time() != TBase()) integrator_->SetTime(TBase());
     const int32 reports = MakeReports();
     // Once a batch, and not once a step. What is no number stays none, so nothing is missed.
-    if (!IsFinite()) return EndAtFiniteReport();
-    StoreBodies();
+    if (!std::isfinite(TBase()) || !bodies_.AreFinite()) return EndAtFiniteReport(reports);
+    bodies_.Store(Bodies());
     return reports;
-}
-
-bool TaylorCalculator::IsFinite() const {
-    return std::isfinite(TBase()) && evaluator_.IsFinite();
 }
 
 int32 TaylorCalculator::MakeReports() {
@@ -142,109 +125,51 @@ int32 TaylorCalculator::MakeReports() {
     while (reports < most && !ShouldStop()) {
         if (reports > 0 && (reports & (looks - 1)) == 0 && system_time() - start > kLongestBatch)
             break;
-        const ForceEvaluator::Result result = evaluator_.Evaluate(order_, Stop());
-        if (result == ForceEvaluator::Result::kStopped) break;
-        if (!(result == ForceEvaluator::Result::kCollision ? ReportCollision() : ReportStep()))
-            break;
+        if (!MakeReport()) break;
         reports++;
     }
     return reports;
 }
 
-// At the start of a run, and when somebody else has set the epoch's time since the last batch.
-void TaylorCalculator::AnchorTime() {
-    if (anchored_ && TBase() == lastReport_) return;
-    anchored_ = true;
-    anchor_ = lastReport_ = TBase();
-    elapsed_ = 0.0;
-}
-
-void TaylorCalculator::LoadBodies() {
-    evaluator_.Resize(CountBodies(), CountMassiveBodies());
-    loadedBodies_ = CountBodies();
-    for (int32 i = 0; i < CountBodies(); i++) {
-        const Body& body = *BodyAt(i);
-        const ThreeVector position = body.Position();
-        const ThreeVector velocity = body.Velocity();
-        evaluator_.Position(0)[i] = position.x;
-        evaluator_.Position(1)[i] = position.y;
-        evaluator_.Position(2)[i] = position.z;
-        evaluator_.Velocity(0)[i] = velocity.x;
-        evaluator_.Velocity(1)[i] = velocity.y;
-        evaluator_.Velocity(2)[i] = velocity.z;
-        evaluator_.GM()[i] = body.M();
+bool TaylorCalculator::MakeReport() {
+    const auto [outcome, steps] = integrator_->Advance(TimeLimit(), Stop());
+    switch (outcome) {
+        case Integrator::Outcome::kReport:
+            Report(integrator_->Time(), bodies_.Coordinates(), steps);
+            return true;
+        case Integrator::Outcome::kContact:
+            return ReportCollision(steps);
+        case Integrator::Outcome::kNothingInteracts:
+            return ReportStraight(steps);
+        case Integrator::Outcome::kTimeStands:
+            EndRun(RunEnding::Reason::kTimeStands);
+            return false;
+        case Integrator::Outcome::kStopped:
+            break;
     }
-    for (int axis = 0; axis < 3; axis++) {
-        arrays_.position[axis] = evaluator_.Position(axis);
-        arrays_.velocity[axis] = evaluator_.Velocity(axis);
-    }
-}
-
-// A pair touches within the sum of its radii, which the evaluator forms as it goes: a square for
-// each pair would grow with the pairs.
-void TaylorCalculator::ComputeKissDist() {
-    for (int32 i = 0; i < CountBodies(); i++)
-        evaluator_.Radius()[i] = BodyAt(i)->Radius();
-}
-
-void TaylorCalculator::StoreBodies() const {
-    for (int32 i = 0; i < CountBodies(); i++) {
-        const auto& [r, v] = arrays_;
-        BodyAt(i)->SetPosition({r[0][i], r[1][i], r[2][i]});
-        BodyAt(i)->SetVelocity({v[0][i], v[1][i], v[2][i]});
-    }
+    return false;
 }
 
 // Distances that are no numbers count as touching; what is at no place collides with nothing.
-bool TaylorCalculator::ReportCollision() {
-    if (!IsFinite()) return false;
-    for (const CollidingPair& pair : evaluator_.Collisions())
+bool TaylorCalculator::ReportCollision(int32 steps) {
+    if (!std::isfinite(TBase()) || !bodies_.AreFinite()) return false;
+    for (const CollidingPair& pair : integrator_->Contacts())
         AddCollision(BodyAt(pair.later)->ID(), BodyAt(pair.earlier)->ID());
     PostCollision();
-    lastReport_ = anchor_ + elapsed_;
-    ReportInPlace(lastReport_, arrays_);
+    ReportContact(integrator_->Time(), bodies_.Coordinates(), steps);
     return true;
 }
 
-bool TaylorCalculator::ReportStep() {
-    if (!evaluator_.Interacts()) return ReportStraight();
-    step_.Adapt(evaluator_.Rate());
-    if (elapsed_ + step_.Powers().h == elapsed_) {
-        EndRun(RunEnding::Reason::kTimeStands);
-        return false;
-    }
-    TakeStep();
-    lastReport_ = anchor_ + elapsed_;
-    Report(lastReport_, arrays_);
-    return true;
-}
-
-// Steps would grow to what no clock shows. The bodies go to the time that was asked for instead; if
-// none was, they stay.
-bool TaylorCalculator::ReportStraight() {
-    const double seconds = TimeLimit() - (anchor_ + elapsed_);
-    const bool isAhead = seconds > 0.0;
-    if (isAhead) {
-        parts_.MoveStraight(seconds, &evaluator_);
-        anchored_ = false;
-        Report(TimeLimit(), arrays_);
-    }
+// The bodies have gone straight to the time that was asked for; if none was, they stay.
+bool TaylorCalculator::ReportStraight(int32 steps) {
+    const bool hasMoved = steps > 0;
+    if (hasMoved) Report(integrator_->Time(), bodies_.Coordinates(), steps);
     EndRun(RunEnding::Reason::kNothingInteracts);
-    return isAhead;
+    return hasMoved;
 }
 
-void TaylorCalculator::TakeStep() {
-    if (iteration_ < std::numeric_limits<int32>::max()) iteration_++;
-    parts_.Advance(order_, step_.Powers(), &evaluator_);
-    if (iteration_ > step_.PromotionInterval()) {
-        parts_.Promote(order_);
-        iteration_ = 0;
-    }
-    elapsed_ += step_.Powers().h;
-}
-
-int32 TaylorCalculator::EndAtFiniteReport() {
-    const int32 reports = KeepFiniteReports();
+int32 TaylorCalculator::EndAtFiniteReport(int32 made) {
+    const int32 reports = KeepFiniteReports(made);
     // Without one the bodies are still where the batch began.
     if (reports > 0) {
         const std::ptrdiff_t last = std::ptrdiff_t{3} * CountBodies() * (reports - 1);
@@ -256,8 +181,7 @@ int32 TaylorCalculator::EndAtFiniteReport() {
         }
     }
     LoadBodies();
-    parts_.ResortDels(Bodies());
-    anchored_ = false;
+    integrator_->Begin(StartAt(TBase()));
     EndRun(RunEnding::Reason::kNotFinite);
     return reports;
 }
@@ -267,8 +191,8 @@ void TaylorCalculator::EndRun(RunEnding::Reason reason) {
     ending.reason = reason;
     ending.time = TBase();
     if (reason == RunEnding::Reason::kNothingInteracts) return Calculator::EndRun(ending);
-    if (const auto pair = evaluator_.FastestPair(Stop()))
+    if (const auto pair = bodies_.FastestPair(Stop()))
         ending.pair = {BodyAt(pair->later)->ID(), BodyAt(pair->earlier)->ID(),
-                       evaluator_.Distance(*pair)};
+                       bodies_.Distance(*pair)};
     Calculator::EndRun(ending);
 }

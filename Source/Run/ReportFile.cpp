@@ -27,10 +27,10 @@ ReportFile::~ReportFile() = default;
 
 int ReportFile::Open(const Options& options, const RunRecord& run) {
     if (!options.csv) return 0;
-    every_ = options.every.value_or(run.reports ? run.reports->every : 1);
+    every_ = options.every.value_or(run.reportFile ? run.reportFile->every : 1);
     if (const int error = file_.Open(*options.csv); error != 0) return error;
     if (!options.resume || file_.Size().value_or(0) == 0) return 0;
-    former_ = run.reports;
+    former_ = run.reportFile;
     return CheckMark(*options.csv);
 }
 
@@ -49,7 +49,7 @@ int ReportFile::CheckMark(const std::string& path) {
     return 0;
 }
 
-void ReportFile::Begin(RunRecorder* recorder, const SystemState& state, int64 report) {
+void ReportFile::Begin(RunRecorder* recorder, const SystemState& state, int64 report, int64 steps) {
     if (file_.IsOpen()) {
         writer_ = std::make_unique<CsvWriter>(&file_, state);
         recorder->SetWriter(writer_.get(), &file_, every_);
@@ -57,10 +57,10 @@ void ReportFile::Begin(RunRecorder* recorder, const SystemState& state, int64 re
     if (former_) {
         file_.Keep(former_->size);
         writer_->GoOnAfter(former_->lastRow);
-        recorder->GoOn(state, report, former_->LastReport());
+        recorder->GoOn(state, report, steps, former_->LastReport());
     } else {
         if (writer_ != nullptr) writer_->WriteHeader();
-        recorder->Begin(state, report);
+        recorder->Begin(state, report, steps);
     }
 }
 

@@ -25,9 +25,9 @@ public:
     [[nodiscard]] int Open(const Options& options, const RunRecord& run);
     // Of a resumed run, after Open: why the file that is there cannot be gone on with, if so.
     [[nodiscard]] std::optional<RunnerText> Obstacle() const { return obstacle_; }
-    // `report`: the number of the first one, which is of this state. Without a file the recorder
-    // only counts.
-    void Begin(RunRecorder* recorder, const SystemState& state, int64 report);
+    // `report`: the number of the first one, which is of this state, after so many steps. Without a
+    // file the recorder only counts.
+    void Begin(RunRecorder* recorder, const SystemState& state, int64 report, int64 steps);
     // The file holds all reports until now that are due, safely; nothing where it is no file that
     // could be gone on with.
     [[nodiscard]] std::optional<ReportMark> Mark(RunRecorder* recorder);

@@ -13,6 +13,7 @@ namespace {
 constexpr const char* kRun = "Run";
 constexpr const char* kCalculator = "Calculator";
 constexpr const char* kSteps = "Steps";
+constexpr const char* kReports = "Reports";  // unless there are as many as steps
 constexpr const char* kSeconds = "Seconds";
 constexpr const char* kGoalSteps = "Goal steps";
 constexpr const char* kGoalTime = "Goal time";
@@ -97,7 +98,8 @@ status_t RunRecord::AddTo(BMessage* document) const {
              run.AddInt64(kMergers, mergers.count), Add(&run, kMergerTotals, NumbersOf(mergers)),
              goal.steps ? run.AddInt64(kGoalSteps, *goal.steps) : B_OK,
              goal.time ? run.AddDouble(kGoalTime, *goal.time) : B_OK,
-             reports ? Add(&run, *reports) : B_OK}))
+             reports != steps ? run.AddInt64(kReports, reports) : B_OK,
+             reportFile ? Add(&run, *reportFile) : B_OK}))
         return B_NO_MEMORY;
     return document->AddMessage(kRun, &run);
 }
@@ -120,8 +122,10 @@ status_t RunRecord::FindIn(const BMessage& document) {
     if (run.FindInt64(kGoalSteps, &goalSteps) == B_OK) read.goal.steps = goalSteps;
     if (run.FindDouble(kGoalTime, &goalTime) == B_OK) read.goal.time = goalTime;
     if (!read.goal.steps && !read.goal.time) return B_BAD_DATA;
-    if (read.steps < 0 || count < 0 || !std::isfinite(read.seconds)) return B_BAD_DATA;
-    read.reports = FindMark(run);
+    if (run.FindInt64(kReports, &read.reports) != B_OK) read.reports = read.steps;
+    if (read.steps < 0 || read.reports < 0 || count < 0 || !std::isfinite(read.seconds))
+        return B_BAD_DATA;
+    read.reportFile = FindMark(run);
     read.start = ConservedFrom(startNumbers);
     read.mergers = TotalsFrom(count, mergerNumbers);
     *this = std::move(read);

@@ -23,13 +23,14 @@ struct ReportMark {
 struct RunRecord {
     BMessage calculator;   // TaylorCalculator::ArchiveRun
     int64 steps = 0;       // taken until now
+    int64 reports = 0;     // made until now
     double seconds = 0.0;  // of real time that they took
     RunGoal goal;
     bool stopsAtCollision = false;
     double startTime = 0.0;  // s
     Conserved start;
     MergerTotals mergers;
-    std::optional<ReportMark> reports;  // if they go to a file
+    std::optional<ReportMark> reportFile;  // if they go to a file
 
     // Adds the field "Run", a record, to that of the document.
     [[nodiscard]] status_t AddTo(BMessage* document) const;

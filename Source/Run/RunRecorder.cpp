@@ -16,15 +16,17 @@ void RunRecorder::SetWriter(CsvWriter* writer, const OutputFile* out, int64 ever
     every_ = every;
 }
 
-void RunRecorder::Begin(const SystemState& start, int64 report) {
-    GoOn(start, report, report);
+void RunRecorder::Begin(const SystemState& start, int64 report, int64 steps) {
+    GoOn(start, report, steps, report);
     if (writer_ != nullptr)
         Write(report, start.time, heldPositions_.data(), heldVelocities_.data());
 }
 
-void RunRecorder::GoOn(const SystemState& state, int64 report, int64 written) {
+void RunRecorder::GoOn(const SystemState& state, int64 report, int64 steps, int64 written) {
     time_ = state.time;
-    steps_ = report;
+    steps_ = steps;
+    stepsBefore_ = steps - calculator_->StepsTaken();
+    reports_ = report;
     written_ = written;
     stride_ = state.positions.size();
     if (writer_ == nullptr) return;
@@ -37,7 +39,7 @@ void RunRecorder::WriteDue() {
 }
 
 void RunRecorder::Resume(const SystemState& merged) {
-    steps_--;  // the collision's own report repeats the one before
+    reports_--;  // the collision's own report repeats the one before
     stride_ = merged.positions.size();
     if (writer_ == nullptr) return;
     WriteHeldIfDue();
@@ -47,9 +49,9 @@ void RunRecorder::Resume(const SystemState& merged) {
 }
 
 void RunRecorder::End(bool collided) {
-    if (collided) steps_--;
-    if (writer_ != nullptr && written_ != steps_)
-        Write(steps_, time_, heldPositions_.data(), heldVelocities_.data());
+    if (collided) reports_--;
+    if (writer_ != nullptr && written_ != reports_)
+        Write(reports_, time_, heldPositions_.data(), heldVelocities_.data());
 }
 
 void RunRecorder::Write(int64 report, double time, const double* positions,
@@ -59,8 +61,8 @@ void RunRecorder::Write(int64 report, double time, const double* positions,
 }
 
 void RunRecorder::WriteHeldIfDue() {
-    if (steps_ % every_ == 0 && written_ != steps_)
-        Write(steps_, time_, heldPositions_.data(), heldVelocities_.data());
+    if (reports_ % every_ == 0 && written_ != reports_)
+        Write(reports_, time_, heldPositions_.data(), heldVelocities_.data());
 }
 
 void RunRecorder::WriteBatch(int32 count, const double* times, const double* positions,
@@ -68,7 +70,7 @@ void RunRecorder::WriteBatch(int32 count, const double* times, const double* pos
     WriteHeldIfDue();
     const auto last = static_cast<std::size_t>(count - 1);
     for (std::size_t k = 0; k < last; k++) {
-        const int64 report = steps_ + static_cast<int64>(k) + 1;
+        const int64 report = reports_ + static_cast<int64>(k) + 1;
         if (report % every_ == 0)
             Write(report, times[k], positions + k * stride_, velocities + k * stride_);
     }
@@ -81,7 +83,8 @@ void RunRecorder::WriteBatch(int32 count, const double* times, const double* pos
 void RunRecorder::ReadData(int32 count, double* times, double* positions, double* velocities) {
     if (count == 0) return;
     if (writer_ != nullptr) WriteBatch(count, times, positions, velocities);
-    steps_ += count;
+    reports_ += count;
+    steps_ = stepsBefore_ + calculator_->StepsTaken();
     time_ = times[count - 1];
 }
 

@@ -1,6 +1,7 @@
-// Takes the reports of a run: counts them and writes those that are asked for. Works on the
-// calculation thread, which waits meanwhile; owned by the runner, which calls Begin and End and
-// asks for more only while the calculator is parked. Steps and Time may be asked for at any time.
+// Takes the reports of a run: counts them and their steps, and writes those that are asked for.
+// Works on the calculation thread, which waits meanwhile; owned by the runner, which calls Begin
+// and End and asks for more only while the calculator is parked. Steps, Reports and Time may be
+// asked for at any time.
 #pragma once
 
 #include <atomic>
@@ -20,10 +21,11 @@ public:
     // From Begin on every `every`-th report goes to the writer, and End adds the last one.
     void SetWriter(CsvWriter* writer, const OutputFile* out, int64 every);
 
-    // Report 0; or, of a run that was taken up, that number.
-    void Begin(const SystemState& start, int64 report = 0);
-    // The run is at that report; the last one that the writer has had is `written`.
-    void GoOn(const SystemState& state, int64 report, int64 written);
+    // Report 0; or, of a run that was taken up, that number after so many steps.
+    void Begin(const SystemState& start, int64 report = 0, int64 steps = 0);
+    // The run is at that report, after so many steps; the last one that the writer has had is
+    // `written`.
+    void GoOn(const SystemState& state, int64 report, int64 steps, int64 written);
     // Hands the writer what is due until now.
     void WriteDue();
     // Bodies have merged; `merged` is what goes on from the time of the last report. That report,
@@ -33,6 +35,7 @@ public:
     void End(bool collided);
 
     [[nodiscard]] int64 Steps() const { return steps_; }
+    [[nodiscard]] int64 Reports() const { return reports_; }
     [[nodiscard]] double Time() const { return time_; }  // s
 
     bool LockConsumer() override { return true; }
@@ -52,7 +55,9 @@ private:
     const OutputFile* out_ = nullptr;
     int64 every_ = 1;
     std::size_t stride_ = 0;  // doubles of one report's positions
+    int64 stepsBefore_ = 0;   // of the run, less those of the calculator
     std::atomic<int64> steps_ = 0;
+    std::atomic<int64> reports_ = 0;
     std::atomic<double> time_ = 0.0;
     int64 written_ = 0;  // the last report written
     // The last report of a batch is held back: it may turn out to be the last of all.

@@ -108,6 +108,7 @@ std::string RunSummary::Json() const {
     object.Add("time_unit", timeUnit);
     object.Add("time_unit_s", timeUval);
     object.Add("steps", steps);
+    object.Add("reports", reports);
     object.Add("seconds", seconds);
     object.Add("steps_per_second", Rate(*this));
     object.Add("bodies", static_cast<int64>(bodies));

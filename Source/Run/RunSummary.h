@@ -34,6 +34,7 @@ struct RunSummary {
     double startTime = 0.0;  // s
     double endTime = 0.0;    // s
     int64 steps = 0;
+    int64 reports = 0;
     double seconds = 0.0;  // of real time
     std::size_t bodies = 0;
     std::size_t massiveBodies = 0;

@@ -176,7 +176,7 @@ void Runner::Resume() {
 }
 
 void Runner::BeginReports(const SystemState& state) {
-    reports_.Begin(&recorder_, state, run_.steps);
+    reports_.Begin(&recorder_, state, run_.reports, run_.steps);
     begin_ = Clock::now();
 }
 
@@ -251,8 +251,9 @@ void Runner::WriteCheckpoint() {
     static_cast<void>(StartConserved());
     RunRecord now = run_;
     now.steps = recorder_.Steps();
+    now.reports = recorder_.Reports();
     now.seconds = Seconds();
-    now.reports = reports_.Mark(&recorder_);
+    now.reportFile = reports_.Mark(&recorder_);
     checkpoints_.Write(std::move(now));
 }
 
@@ -372,6 +373,7 @@ RunSummary Runner::Summarize() {
     summary.startTime = run_.startTime;
     summary.endTime = end.time;
     summary.steps = recorder_.Steps();
+    summary.reports = recorder_.Reports();
     summary.seconds = seconds_;
     summary.bodies = end.CountBodies();
     summary.massiveBodies = end.CountMassive();

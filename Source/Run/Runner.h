@@ -88,7 +88,7 @@ private:
     ReportFile reports_;
     Checkpoints checkpoints_;
     std::unique_ptr<RunPainter> painter_;  // if a picture is asked for
-    // Of the run: what goes into its checkpoints; `steps` and `seconds` are those of the part
+    // Of the run: what goes into its checkpoints; steps, reports and seconds are those of the part
     // before this program.
     RunRecord run_;
     SystemState start_;  // of a run that began here

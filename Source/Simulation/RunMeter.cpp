@@ -31,7 +31,7 @@ void RunMeter::PrepareForGo(int32 /*reportsPerDraw*/) {
 
 void RunMeter::ReadData(int32 count, double* times, double* positions, double* velocities) {
     if (count <= 0) return;
-    steps_ += count;
+    steps_ = calculator_->StepsTaken();
     time_ = times[count - 1];
     if (!isWanted_.exchange(false)) return;
     const std::size_t stride = 3 * gm_.size();

@@ -1,6 +1,6 @@
-// Counts the reports of a run, and hands over its state when somebody asks for it. Taken into the
-// calculator's list of consumers by the simulation's window; it needs no thread of its own, so the
-// calculation never waits for it. Steps, Time, Want and Take: any thread.
+// Knows how many steps the runs have taken, and hands over its state when somebody asks for it.
+// Taken into the calculator's list of consumers by the simulation's window; it needs no thread of
+// its own, so the calculation never waits for it. Steps, Time, Want and Take: any thread.
 #pragma once
 
 #include <atomic>
@@ -18,7 +18,7 @@ public:
     // Neither is owned.
     RunMeter(EpochPortal* portal, Calculator* calculator);
 
-    // Reports since the meter was made.
+    // Of the calculator, until the last report.
     [[nodiscard]] int64 Steps() const { return steps_; }
     [[nodiscard]] double Time() const { return time_; }  // s, of the last report
     // The next batch's last state is to be kept, and none from before.

@@ -24,6 +24,8 @@ public:
     // Longer batches are cut.
     void SetMost(int32 reports) { most_ = reports; }
     void CollideAt(double time) { collisionTime_ = time; }
+    // In each step, the last of them at its end.
+    void SetReportsPerStep(int32 reports) { reportsPerStep_ = reports; }
 
     void Recache() override {
         Calculator::Recache();
@@ -42,7 +44,11 @@ public:
                 PostCollision();
                 collisionTime_.reset();
             }
-            Report(collide ? TBase() : TBase() + 1.0, arrays);
+            if (!collide) ticks_++;
+            if (collide)
+                ReportContact(TBase(), arrays, 0);
+            else
+                Report(TBase() + 1.0, arrays, ticks_ % reportsPerStep_ == 0 ? 1 : 0);
             reports++;
         }
         return reports;
@@ -51,6 +57,8 @@ public:
 private:
     std::optional<double> collisionTime_;
     int32 most_ = std::numeric_limits<int32>::max();
+    int32 reportsPerStep_ = 1;
+    int64 ticks_ = 0;
     std::vector<double> coordinates_;
 };
 
@@ -234,19 +242,26 @@ TEST(Calculator, RunLimitIsExactWhateverTheBatches) {
         EXPECT_EQ(run(3, 1000.0), 3);
         EXPECT_EQ(system.GetEpoch()->Time(), 458.0);
 
-        // A collision on the way makes a report, but does not restart the count.
+        // A collision on the way makes a report, but neither counts nor restarts the count.
         calculator.CollideAt(500.0);
         EXPECT_EQ(run(100, kNever), 43);
         system.RunUntilParked(&calculator);
-        EXPECT_EQ(consumer.Times().size(), 558u);
-        EXPECT_EQ(system.GetEpoch()->Time(), 557.0);
+        EXPECT_EQ(consumer.Times().size(), 559u);
+        EXPECT_EQ(system.GetEpoch()->Time(), 558.0);
+        EXPECT_EQ(calculator.StepsTaken(), 558);
+
+        // Where a step holds several reports the limit is that of the steps.
+        calculator.SetReportsPerStep(3);
+        EXPECT_EQ(run(10, kNever), 30);
+        EXPECT_EQ(run(10, 600.0), 12);
+        EXPECT_EQ(calculator.StepsTaken(), 572);
 
         // The limit is over: the next run has none.
         calculator.UnPause();
         for (int i = 0; i < 3; i++)
             consumer.WaitForDrawing();
         calculator.Pause();
-        EXPECT_GT(system.GetEpoch()->Time(), 558.0);
+        EXPECT_GT(system.GetEpoch()->Time(), 600.0);
     }
 }
 

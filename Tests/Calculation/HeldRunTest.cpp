@@ -1,6 +1,7 @@
 // A run that is held and goes on has the bits of one that was never held.
 #include <gtest/gtest.h>
 
+#include "Calculation/StepControl.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Tests/Calculation/TaylorFixtures.h"
@@ -63,4 +64,25 @@ TEST(HeldRun, StartsAnewWhereABodyIsAnother) {
     fresh.Run(reference.get(), 50);
     EXPECT_TRUE(ArchiveOf(*calculator) == ArchiveOf(*reference));
     EXPECT_EQ(held.GetEpoch()->Time(), fresh.GetEpoch()->Time());
+}
+
+// So does whoever gives the calculator a state meanwhile, also one of fewer bodies.
+TEST(HeldRun, StartsAnewFromAStateThatItIsGiven) {
+    for (const int32 known : {5, 2}) {
+        SCOPED_TRACE(known);
+        TestSystem held(Planets(5, 3), 4, kCutoff), fresh(Planets(5, 3), 4, kCutoff);
+        const auto calculator = MakeCalculator(&held), reference = MakeCalculator(&fresh);
+        held.Run(calculator.get(), 50);
+        fresh.Run(reference.get(), 50);
+        BMessage state = ArchiveOf(*calculator);
+        for (int32 i = known; i < 5; i++)
+            state.RemoveData("IDs", known);
+        const auto other = MakeCalculator(&fresh);
+        for (const auto& each : {calculator.get(), other.get()})
+            each->Regenerate(&state);
+        held.Run(calculator.get(), 50, true);
+        fresh.Run(other.get(), 50);
+        EXPECT_TRUE(ArchiveOf(*calculator) == ArchiveOf(*other));
+        EXPECT_EQ(held.GetEpoch()->Time(), fresh.GetEpoch()->Time());
+    }
 }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <random>
 
+#include "Calculation/StepControl.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BLooper.h"

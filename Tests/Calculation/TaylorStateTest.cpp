@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "Calculation/TaylorParts.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Tests/Calculation/TaylorFixtures.h"

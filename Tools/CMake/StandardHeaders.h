@@ -1,4 +1,4 @@
-// Precompiled for the tests, and for all where ORVEK_PCH is on. No source includes this file.
+// Precompiled for every floor and every test. No source includes this file.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,4 @@
-// Precompiled for the tests that use the toolkit, and for its floor where ORVEK_PCH is on. No
-// source includes this file.
+// Precompiled for the floor that uses the toolkit and for its tests. No source includes this file.
 #pragma once
 
 #include <QAction>

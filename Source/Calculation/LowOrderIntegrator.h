@@ -1,0 +1,48 @@
+// Integrates by Taylor series of fixed order (2, 3 or 4): one report a step, of a length that the
+// fastest pair of bodies sets for all. It cannot end a step at a given time: the first report at or
+// past that is as near as it comes. Touching bodies are seen where a step begins; that step is not
+// taken.
+#pragma once
+
+#include "Calculation/ForceEvaluator.h"
+#include "Calculation/Integrator.h"
+#include "Calculation/StepControl.h"
+#include "Calculation/TaylorParts.h"
+
+class LowOrderIntegrator final : public Integrator {
+public:
+    // Takes what is too low or too high as the nearest order there is.
+    [[nodiscard]] std::optional<int32> OrderFor(int32 asked) const override;
+    void SetThreads(int32 threads) override { evaluator_.SetThreads(threads); }
+
+    [[nodiscard]] BodyRows MakeRoom(int32 bodies, int32 massive) override;
+    void Begin(const Start& start) override;
+    [[nodiscard]] Progress Advance(double until, const StopFlags& stop) override;
+    [[nodiscard]] double Time() const override { return anchor_ + elapsed_; }
+    void SetTime(double time) override;
+    [[nodiscard]] const std::vector<CollidingPair>& Contacts() const override {
+        return evaluator_.Collisions();
+    }
+
+    // The fields "IDs", "DelR", "DelV", "Iter" and "MaxOrd".
+    [[nodiscard]] status_t Archive(BMessage* into) const override;
+    void Regenerate(const BMessage* archive) override;
+    // The fields of RunState.
+    [[nodiscard]] status_t ArchiveRun(BMessage* into) const override;
+    [[nodiscard]] status_t ResumeRun(const BMessage& archive, const Start& start) override;
+
+private:
+    void StartSteps(const Start& start);
+    [[nodiscard]] Progress GoStraight(double until);
+    void TakeStep();
+
+    ForceEvaluator evaluator_;  // the bodies' state lives in its arrays
+    TaylorParts parts_;
+    StepControl step_;
+    int32 order_ = 4;
+    int32 iteration_ = 0;  // steps since the last promotion; stays at the greatest number
+    // Reports are at anchor + elapsed: the sum of the steps of the whole run, not a running sum of
+    // times and not of the steps of a batch, whose size follows the clock.
+    double anchor_ = 0.0;   // s
+    double elapsed_ = 0.0;  // s
+};
