@@ -313,7 +313,8 @@ void SimApp::OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation*
     if (entry.InitCheck() != B_OK || entry.GetPath(&path) != B_OK)
         return Complain(request, path.Path(), DocumentError::System(ENOENT));
     BMessage archive;
-    const DocumentError error = SimulationFile::Read(path.Path(), &archive);
+    const DocumentError error =
+        SimulationFile::Read(path.Path(), &archive, SimulationFile::Stamping::kInRecord);
     const bool hasTag = !error.Failed() || error.text == kTextDamaged ||
                         error.text == kTextNestedTooDeeply || error.text == kTextTooLarge;
     if (!hasTag) return Complain(request, path.Path(), error);

@@ -1,15 +1,12 @@
 #include "Run/CsvWriter.h"
 
 #include <charconv>
-#include <string_view>
 
 #include "Platform/Support/PrintableText.h"
 #include "Run/OutputFile.h"
 #include "Simulation/Document/SystemState.h"
 
 namespace {
-
-constexpr std::string_view kHeader = "report,time,id,name,x,y,z,vx,vy,vz\n";
 
 template <typename Number>
 void AppendNumber(std::string* to, Number value) {
@@ -31,8 +28,11 @@ std::string Quoted(const std::string& name) {
 }  // namespace
 
 CsvWriter::CsvWriter(OutputFile* out, const SystemState& start) : out_(out) {
-    out_->Write(kHeader);
     SetBodies(start);
+}
+
+void CsvWriter::WriteHeader() {
+    out_->Write(kHeader);
 }
 
 void CsvWriter::SetBodies(const SystemState& state) {

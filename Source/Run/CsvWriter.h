@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Platform/Support/SupportDefs.h"
@@ -14,11 +15,20 @@ struct SystemState;
 
 class CsvWriter {
 public:
-    // `out` is not owned.
+    static constexpr std::string_view kHeader = "report,time,id,name,x,y,z,vx,vy,vz\n";
+
+    // `out` is not owned. Either WriteHeader or GoOnAfter comes first.
     CsvWriter(OutputFile* out, const SystemState& start);
+
+    void WriteHeader();
+    // The file holds reports already; this is its last row.
+    void GoOnAfter(const std::string& lastRow) { row_ = lastRow; }
 
     // From now on reports are of these bodies.
     void SetBodies(const SystemState& state);
+
+    // The last that was written, with its line end.
+    [[nodiscard]] const std::string& LastRow() const { return row_; }
 
     // Positions and velocities: x, y, z of each body.
     void WriteReport(int64 report, double time, const double* positions, const double* velocities);

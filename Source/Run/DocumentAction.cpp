@@ -105,7 +105,8 @@ DocumentAction::Wrong DocumentAction::FocusEpoch(Argument epoch) {
 DocumentAction::Wrong DocumentAction::DeleteEpoch(Argument epoch) {
     AbEpoch* const found = FindEpoch(document_, epoch);
     if (!found) return Problem(kTextEditNoEpoch, epoch);
-    return Done(controller_->DeleteEpoch(found));
+    if (!controller_->DeleteEpoch(found)) return Problem(kTextEpochStays);
+    return std::nullopt;
 }
 
 DocumentAction::Wrong DocumentAction::Undo(Argument) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/MassSystem.h"
 #include "Platform/Support/PrintableText.h"
 #include "Run/NumberText.h"
@@ -46,20 +47,23 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
     std::size_t nameWidth = 0;
     std::size_t timeWidth = 0;
 
-    EpochCursor cursor(document->Root());
-    cursor.Increment();
-    for (; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment()) {
-        Line line;
-        line.name = std::string(Indent(epoch, root), ' ') + Printable(epoch->Name());
-        line.time = RoundedText(epoch->Time() / epoch->TimeUval(), kTimeDigits) + ' ' +
-                    resources.TimeUnits().Abbreviation(epoch->TimeUval());
-        line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);
-        line.bodies = std::to_string(epoch->RootSystem()->CountBodies());
-        line.mark =
-            epoch == document->Portal()->FocusEpoch() ? mark : std::string(Columns(mark), ' ');
-        nameWidth = std::max(nameWidth, Columns(line.name));
-        timeWidth = std::max(timeWidth, Columns(line.time));
-        lines.push_back(std::move(line));
+    {
+        const ReadGuard guard(document->Portal());
+        const AbEpoch* const focus = document->Portal()->FocusEpoch();
+        EpochCursor cursor(document->Root());
+        cursor.Increment();
+        for (; AbEpoch* epoch = cursor.GetEpoch(); cursor.Increment()) {
+            Line line;
+            line.name = std::string(Indent(epoch, root), ' ') + Printable(epoch->Name());
+            line.time = RoundedText(epoch->Time() / epoch->TimeUval(), kTimeDigits) + ' ' +
+                        resources.TimeUnits().Abbreviation(epoch->TimeUval());
+            line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);
+            line.bodies = std::to_string(epoch->RootSystem()->CountBodies());
+            line.mark = epoch == focus ? mark : std::string(Columns(mark), ' ');
+            nameWidth = std::max(nameWidth, Columns(line.name));
+            timeWidth = std::max(timeWidth, Columns(line.time));
+            lines.push_back(std::move(line));
+        }
     }
 
     std::string text;

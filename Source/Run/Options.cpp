@@ -111,7 +111,7 @@ bool SetCheckpoint(Value value, const ProgramResources&, Options* options) {
 }
 
 bool SetEvery(Value value, const ProgramResources&, Options* options) {
-    return ParseInteger<int64>(value, 1, INT64_MAX, &options->every);
+    return ParseInteger<int64>(value, 1, INT64_MAX, &options->every.emplace());
 }
 
 bool SetOrder(Value value, const ProgramResources&, Options* options) {

@@ -20,7 +20,7 @@ struct Options {
     std::optional<int64> steps;           // 0: no run
     std::optional<double> duration;       // s
     std::optional<std::string> csv;
-    int64 every = 1;
+    std::optional<int64> every;  // none: all, or as the run began
     std::optional<std::string> save;
     std::optional<std::string> png;
     int32 width = 1200;  // pixels of the picture

@@ -28,6 +28,7 @@ int OutputFile::Open(const std::string& path) {
 
 int OutputFile::Close() {
     if (descriptor_ < 0) return error_;
+    if (kept_ > 0) Empty();
     static_cast<void>(Flush());
     if (owned_ && close(descriptor_) != 0 && error_ == 0) error_ = errno;
     descriptor_ = -1;
@@ -53,11 +54,22 @@ int OutputFile::Flush() {
     return error_;
 }
 
+int OutputFile::Sync() {
+    static_cast<void>(Flush());
+    if (error_ == 0 && Size() && fdatasync(descriptor_) != 0) error_ = errno;
+    return error_;
+}
+
+std::optional<int64> OutputFile::Size() const {
+    struct stat info {};
+    if (!owned_ || fstat(descriptor_, &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+    return info.st_size;
+}
+
 // Once, before the first byte. What is not a regular file has nothing to lose.
 void OutputFile::Empty() {
-    if (isEmptied_ || !owned_ || error_ != 0) return;
+    if (isEmptied_ || error_ != 0 || !Size()) return;
     isEmptied_ = true;
-    struct stat info {};
-    if (fstat(descriptor_, &info) == 0 && S_ISREG(info.st_mode) && ftruncate(descriptor_, 0) != 0)
+    if (ftruncate(descriptor_, kept_) != 0 || lseek(descriptor_, kept_, SEEK_SET) < 0)
         error_ = errno;
 }

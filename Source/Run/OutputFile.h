@@ -2,8 +2,11 @@
 // every line. Used by one thread at a time.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "Platform/Support/SupportDefs.h"
 
 class OutputFile {
 public:
@@ -21,8 +24,16 @@ public:
     [[nodiscard]] int Error() const { return error_; }
     // Writes what is left, and closes what Open has opened.
     [[nodiscard]] int Close();
+    [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
+    // Bytes that are in the file now; of what has none, as a pipe and standard output, nothing.
+    [[nodiscard]] std::optional<int64> Size() const;
+    // Before anything is written: so many bytes of what is in the file stay, and what is written
+    // follows them. The rest goes even if nothing is written.
+    void Keep(int64 size) { kept_ = size; }
     // Writes what has gathered.
     [[nodiscard]] int Flush();
+    // Flushes, and returns when all has reached the disk.
+    [[nodiscard]] int Sync();
     // After an error this does nothing.
     void Write(std::string_view text);
 
@@ -32,6 +43,7 @@ private:
     int descriptor_ = -1;
     bool owned_ = false;
     bool isEmptied_ = false;
+    int64 kept_ = 0;
     int error_ = 0;
     std::string buffer_;
 };

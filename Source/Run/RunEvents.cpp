@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 #include "Model/Sharing/ChangeFlags.h"
 
@@ -17,6 +18,19 @@ constexpr int kStoppedBySignal = 128;
 
 extern "C" void EndAtOnce(int signal) {
     _exit(kStoppedBySignal + signal);
+}
+
+// What a signal handler may look at.
+volatile std::sig_atomic_t noted = 0;
+const char* answer = nullptr;
+std::size_t answerSize = 0;
+
+extern "C" void NoteOrEnd(int signal) {
+    if (noted != 0) EndAtOnce(signal);
+    noted = signal;
+    const int error = errno;
+    static_cast<void>(!write(STDERR_FILENO, answer, answerSize));
+    errno = error;
 }
 
 // One that is ignored, as those of a job in the background are, stays so.
@@ -33,6 +47,22 @@ RunEvents::NothingToLose::NothingToLose(const RunEvents& events) : signals_(even
 }
 
 RunEvents::NothingToLose::~NothingToLose() {
+    signals_.Hold();
+    SetHandler(SIGINT, SIG_DFL);
+    SetHandler(SIGTERM, SIG_DFL);
+}
+
+RunEvents::LastChance::LastChance(const RunEvents& events, std::string text)
+    : signals_(events.signals_), text_(std::move(text)) {
+    noted = events.signal_;
+    answer = text_.data();
+    answerSize = text_.size();
+    SetHandler(SIGINT, NoteOrEnd);
+    SetHandler(SIGTERM, NoteOrEnd);
+    signals_.LetThrough();
+}
+
+RunEvents::LastChance::~LastChance() {
     signals_.Hold();
     SetHandler(SIGINT, SIG_DFL);
     SetHandler(SIGTERM, SIG_DFL);
@@ -57,11 +87,16 @@ RunEvents::Event RunEvents::Wait(std::optional<int> milliseconds) {
     return Event::kSignal;
 }
 
+int RunEvents::Signal() const {
+    return signal_ != 0 ? signal_ : static_cast<int>(noted);
+}
+
 void RunEvents::ForgetParking() {
     eventfd_t count = 0;
     static_cast<void>(eventfd_read(parked_.Get(), &count));
 }
 
 void RunEvents::Changed(int32 what) {
+    if (what == kEpochsTooDeep) wasTooDeep_ = true;
     if (what == kCalculatorParked) static_cast<void>(eventfd_write(parked_.Get(), 1));
 }

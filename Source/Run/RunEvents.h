@@ -3,7 +3,9 @@
 // as EndSignals are.
 #pragma once
 
+#include <atomic>
 #include <optional>
+#include <string>
 
 #include "Model/Sharing/Observer.h"
 #include "Platform/Kernel/EndSignals.h"
@@ -28,16 +30,34 @@ public:
         const EndSignals& signals_;
     };
 
+    // As long as it lives, while results are written that would be lost: the first signal is noted
+    // and answered with a text (none if that is empty), a second one ends the program at once. On
+    // the main thread; one at a time. After an event kSignal every signal is a second one already.
+    class LastChance {
+    public:
+        LastChance(const RunEvents& events, std::string text);
+        ~LastChance();
+        LastChance(const LastChance&) = delete;
+        LastChance& operator=(const LastChance&) = delete;
+
+    private:
+        const EndSignals& signals_;
+        const std::string text_;
+    };
+
     enum class Event { kParked, kSignal, kTimeout };
     // Waits for the next event; for kTimeout at most so many milliseconds, for ever without.
     [[nodiscard]] Event Wait(std::optional<int> milliseconds);
     // Of the calculator's parking until now, which the caller has asked for.
     void ForgetParking();
-    // Of the event kSignal: SIGINT or SIGTERM. From then on the next of them ends the program at
-    // once.
-    [[nodiscard]] int Signal() const { return signal_; }
+    // Of the event kSignal, or noted by a LastChance: SIGINT or SIGTERM; 0 if there was none. From
+    // then on the next of them ends the program at once.
+    [[nodiscard]] int Signal() const;
 
-    // Observer, on the calculation thread.
+    // An edit, or a run that was to begin, was refused as it would nest epochs too deeply.
+    [[nodiscard]] bool WasTooDeep() const { return wasTooDeep_; }
+
+    // Observer, on any thread.
     void Changed(int32 what) override;
     bool CommitChanges() override { return false; }
 
@@ -45,4 +65,5 @@ private:
     FileDescriptor parked_;
     EndSignals signals_;
     int signal_ = 0;
+    std::atomic<bool> wasTooDeep_ = false;
 };

@@ -3,7 +3,6 @@
 #include "Calculation/Calculator.h"
 #include "Displays/Pictures/RunPicture.h"
 #include "Interface Widgets/InterfaceLabels.h"
-#include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Server/HeadlessGraphics.h"
 #include "Run/Options.h"
@@ -43,7 +42,10 @@ public:
         settings.distanceUnits = &resources_.DistanceUnits();
         settings.timeUnits = &resources_.TimeUnits();
         settings.timePrefix = resources_.InterfaceLabel(kLabelTimeIs);
-        settings.timeUval = portal_->FocusEpoch()->TimeUval();
+        {
+            const ReadGuard guard(portal_);
+            settings.timeUval = portal_->FocusEpoch()->TimeUval();
+        }
         return picture_.Encode(settings);
     }
 

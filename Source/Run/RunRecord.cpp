@@ -1,5 +1,7 @@
 #include "Run/RunRecord.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <utility>
 
@@ -15,7 +17,11 @@ constexpr const char* kMergerTotals = "Merger totals";
 constexpr const char* kReports = "Reports";
 constexpr const char* kGoalSteps = "Goal steps";
 constexpr const char* kGoalTime = "Goal time";
+constexpr const char* kReportsSize = "Reports size";
+constexpr const char* kReportsEnd = "Reports end";
+constexpr const char* kReportsEvery = "Reports every";
 constexpr const char* kRefused = "refused";
+constexpr const char* kNoFile = "the run has no such file";
 
 bool IsFinite(double number) {
     return std::isfinite(number);
@@ -69,14 +75,39 @@ constexpr FieldTable kFields{
         .name = kMergerTotals, .item = 4},
 };
 
+bool IsInterval(int64 every) {
+    return every >= 1;
+}
+
+constexpr FieldTable kMarkFields{
+    Field<&ReportMark::size>{
+        .name = kReportsSize,
+        .meaning = "bytes of the file of reports, as long as the run writes one",
+        .whenMissing = kNoFile},
+    Field<&ReportMark::lastRow>{.name = kReportsEnd,
+                                .meaning = "the row that those bytes end with",
+                                .whenMissing = kNoFile},
+    Field<&ReportMark::every>{.name = kReportsEvery,
+                              .meaning = "the interval of the reports in it",
+                              .accepts = IsInterval,
+                              .whenMissing = kNoFile},
+};
+
 }  // namespace
+
+int64 ReportMark::LastReport() const {
+    int64 report = 0;
+    std::from_chars(lastRow.data(), lastRow.data() + lastRow.size(), report);
+    return report;
+}
 
 status_t RunRecord::AddTo(BMessage* document) const {
     BMessage run(B_ARCHIVED_OBJECT);
     if (run.AddMessage(kCalculator, &calculator) != B_OK || kFields.Write(*this, &run) != B_OK ||
         (goal.steps && run.AddInt64(kGoalSteps, *goal.steps) != B_OK) ||
         (goal.time && run.AddDouble(kGoalTime, *goal.time) != B_OK) ||
-        (reports != steps && run.AddInt64(kReports, reports) != B_OK))
+        (reports != steps && run.AddInt64(kReports, reports) != B_OK) ||
+        (reportFile && kMarkFields.Write(*reportFile, &run) != B_OK))
         return B_NO_MEMORY;
     return document->AddMessage(kRun, &run);
 }
@@ -94,6 +125,8 @@ status_t RunRecord::FindIn(const BMessage& document) {
     if (!read.goal.steps && !read.goal.time) return B_BAD_DATA;
     if (run.FindInt64(kReports, &read.reports) != B_OK) read.reports = read.steps;
     if (read.reports < 0) return B_BAD_DATA;
+    // Without a whole mark the run has no file that could be gone on with.
+    if (ReportMark mark; kMarkFields.Read(run, &mark) == B_OK) read.reportFile = std::move(mark);
     *this = std::move(read);
     return B_OK;
 }

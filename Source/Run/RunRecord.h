@@ -3,10 +3,23 @@
 // value.
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/FieldDescription.h"
 #include "Run/Progress.h"
 #include "Simulation/Document/Conservation.h"
+
+// How far the file of the run's reports has come.
+struct ReportMark {
+    int64 size = 0;       // bytes until now
+    std::string lastRow;  // what these end with
+    int64 every = 1;      // reports from one that is written to the next
+
+    // The number of the last report in the file.
+    [[nodiscard]] int64 LastReport() const;
+};
 
 struct RunRecord {
     BMessage calculator;   // TaylorCalculator::ArchiveRun
@@ -18,6 +31,7 @@ struct RunRecord {
     double startTime = 0.0;  // s
     Conserved start;
     MergerTotals mergers;
+    std::optional<ReportMark> reportFile;  // if they go to a file
 
     // Adds the field "Run", a record, to that of the document.
     [[nodiscard]] status_t AddTo(BMessage* document) const;

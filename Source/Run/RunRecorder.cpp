@@ -17,16 +17,21 @@ void RunRecorder::SetWriter(CsvWriter* writer, const OutputFile* out, int64 ever
 }
 
 void RunRecorder::Begin(const SystemState& start, int64 report, int64 steps) {
-    time_ = start.time;
+    GoOn(start, report, steps, report);
+    if (writer_ != nullptr)
+        Write(report, start.time, heldPositions_.data(), heldVelocities_.data());
+}
+
+void RunRecorder::GoOn(const SystemState& state, int64 report, int64 steps, int64 written) {
+    time_ = state.time;
     steps_ = steps;
     stepsBefore_ = steps - calculator_->StepsTaken();
     reports_ = report;
-    written_ = report;
-    stride_ = start.positions.size();
+    written_ = written;
+    stride_ = state.positions.size();
     if (writer_ == nullptr) return;
-    heldPositions_ = start.positions;
-    heldVelocities_ = start.velocities;
-    writer_->WriteReport(report, start.time, heldPositions_.data(), heldVelocities_.data());
+    heldPositions_ = state.positions;
+    heldVelocities_ = state.velocities;
 }
 
 void RunRecorder::WriteDue() {

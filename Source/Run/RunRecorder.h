@@ -23,6 +23,9 @@ public:
 
     // Report 0; or, of a run that was taken up, that number after so many steps.
     void Begin(const SystemState& start, int64 report = 0, int64 steps = 0);
+    // The run is at that report, after so many steps; the last one that the writer has had is
+    // `written`.
+    void GoOn(const SystemState& state, int64 report, int64 steps, int64 written);
     // Hands the writer what is due until now.
     void WriteDue();
     // Bodies have merged; `merged` is what goes on from the time of the last report. That report,

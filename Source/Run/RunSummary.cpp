@@ -52,6 +52,20 @@ std::string TouchesJson(const std::vector<RunSummary::Touch>& touches) {
 
 }  // namespace
 
+RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
+    switch (reason) {
+        case RunEnding::Reason::kNotFinite:
+            return Ending::kNotFinite;
+        case RunEnding::Reason::kTimeStands:
+            return Ending::kTimeStands;
+        case RunEnding::Reason::kNotMerged:
+            return Ending::kNotMerged;
+        case RunEnding::Reason::kNothingInteracts:
+            break;
+    }
+    return Ending::kNothingInteracts;
+}
+
 std::string RunSummary::Text(const ProgramResources& resources) const {
     const auto line = [&resources](RunnerText text,
                                    std::initializer_list<std::string_view> values) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Calculation/RunEnding.h"
 #include "Platform/Support/SupportDefs.h"
 #include "Simulation/Document/Conservation.h"
 
@@ -43,6 +44,7 @@ struct RunSummary {
     Ending ending = Ending::kDone;
     std::vector<Touch> touches;  // the bodies that ended the run by touching
 
+    [[nodiscard]] static Ending EndingFor(RunEnding::Reason reason);
     [[nodiscard]] std::string Text(const ProgramResources& resources) const;
     // One JSON object on one line.
     [[nodiscard]] std::string Json() const;

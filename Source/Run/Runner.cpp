@@ -1,12 +1,9 @@
 #include "Run/Runner.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -15,10 +12,10 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Storage/AtomicFile.h"
-#include "Run/CsvWriter.h"
 #include "Run/DocumentEdit.h"
 #include "Run/EpochListing.h"
 #include "Run/NumberText.h"
+#include "Run/OutputClash.h"
 #include "Run/RunnerTexts.h"
 #include "Run/StateDigest.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -32,42 +29,20 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kProgressInterval = 200;  // ms
 constexpr int32 kScienceOrder = 4;
-constexpr double kLongestWait = 1e9;  // ms
 constexpr int kTimeDigits = 10;
 constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
-
-// True when both paths lead to one file, which need not exist.
-bool IsSameFile(const std::string& a, const std::string& b) {
-    std::error_code error;
-    if (std::filesystem::equivalent(a, b, error)) return true;
-    const auto first = std::filesystem::weakly_canonical(a, error);
-    const auto second = std::filesystem::weakly_canonical(b, error);
-    return !error && first == second;
-}
-
-RunSummary::Ending EndingFor(RunEnding::Reason reason) {
-    switch (reason) {
-        case RunEnding::Reason::kNotFinite:
-            return RunSummary::Ending::kNotFinite;
-        case RunEnding::Reason::kTimeStands:
-            return RunSummary::Ending::kTimeStands;
-        case RunEnding::Reason::kNotMerged:
-            return RunSummary::Ending::kNotMerged;
-        case RunEnding::Reason::kNothingInteracts:
-            break;
-    }
-    return RunSummary::Ending::kNothingInteracts;
-}
 
 }  // namespace
 
 Runner::Runner(const Options& options, const ProgramResources& resources)
     : options_(options),
       resources_(resources),
+      output_(options, resources),
       document_(collisions_.Target()),
       control_(document_.Portal(), document_.GetCalculator(), this),
       controller_(&document_, &control_, &resources_),
-      recorder_(document_.GetCalculator()) {
+      recorder_(document_.GetCalculator()),
+      checkpoints_(options, resources, output_, &document_) {
     document_.AddConsumer(&recorder_);
     if (options_.png) {
         painter_ = RunPainter::Make(document_.Portal(), document_.GetCalculator(), resources_);
@@ -92,39 +67,30 @@ int Runner::LoadDocument() {
     const RunEvents::NothingToLose nothingToLose(events_);
     BMessage record;
     if (const DocumentError error = ReadRecord(&record); error.Failed())
-        return Fail(DocumentName(), error.Reason(resources_));
-    if (options_.dump) return PrintText(std::string(OutputFile::kStandardOutput), record.ToText());
+        return output_.Fail(DocumentName(), error.Reason(resources_));
+    if (options_.dump)
+        return output_.PrintText(std::string(OutputFile::kStandardOutput), record.ToText());
     if (const DocumentError error = document_.Load(record); error.Failed())
-        return Fail(DocumentName(), error.Reason(resources_));
+        return output_.Fail(DocumentName(), error.Reason(resources_));
     if (options_.resume)
-        if (const int status = FindRun(record); status != kDone) return status;
+        if (const auto obstacle = checkpoints_.FindRun(record, &run_))
+            return output_.Fail(DocumentName(), resources_.InterfaceLabel(*obstacle));
     for (const std::string& notice : document_.Notices().Lines(resources_))
-        static_cast<void>(Fail(DocumentName(), notice));
+        static_cast<void>(output_.Fail(DocumentName(), notice));
     return kDone;
 }
 
 int Runner::EditDocument() {
+    const RunEvents::NothingToLose nothingToLose;
     DocumentEdit edit(&document_, &controller_, &resources_);
-    for (const std::string& text : options_.edits)
-        if (const auto wrong = edit.Apply(text))
-            return Fail(DocumentName(),
-                        FillIn(resources_.InterfaceLabel(kTextEdit), {text, *wrong}));
-    return kDone;
-}
-
-// The document holds a run, and the calculator takes it.
-int Runner::FindRun(const BMessage& record) {
-    const status_t found = run_.FindIn(record);
-    if (found == B_NAME_NOT_FOUND)
-        return Fail(DocumentName(), resources_.InterfaceLabel(kTextNoRun));
-    status_t taken = found;
-    if (found == B_OK) {
-        const WriteGuard guard(document_.Portal());
-        taken = document_.GetCalculator()->ResumeRun(run_.calculator);
+    for (const std::string& text : options_.edits) {
+        std::optional<std::string> wrong = edit.Apply(text);
+        if (events_.WasTooDeep()) wrong = resources_.InterfaceLabel(kTextEpochsTooDeep);
+        if (wrong)
+            return output_.Fail(DocumentName(),
+                                FillIn(resources_.InterfaceLabel(kTextEdit), {text, *wrong}));
     }
-    run_.calculator.MakeEmpty();
-    return taken == B_OK ? kDone
-                         : Fail(DocumentName(), resources_.InterfaceLabel(kTextRunDoesNotFit));
+    return kDone;
 }
 
 std::string Runner::DocumentName() const {
@@ -140,68 +106,59 @@ DocumentError Runner::ReadRecord(BMessage* record) const {
 }
 
 int Runner::RunDocument() {
-    if (const auto output = ClashingOutput())
-        return Fail(*output, resources_.InterfaceLabel(kTextSameFile));
+    if (const auto output = FindClashingOutput(options_))
+        return output_.Fail(*output, resources_.InterfaceLabel(kTextSameFile));
     // Sooner now than after a long run.
     if (options_.save) {
         const DocumentError error = SimulationFile::CanWrite(*options_.save);
-        if (error.Failed()) return Fail(*options_.save, error.Reason(resources_));
+        if (error.Failed()) return output_.Fail(*options_.save, error.Reason(resources_));
     }
-    if (options_.checkpoint) {
-        const DocumentError error = SimulationFile::CanWrite(options_.CheckpointPath());
-        if (error.Failed()) return Fail(options_.CheckpointPath(), error.Reason(resources_));
-    }
+    if (const DocumentError error = checkpoints_.CanWrite(); error.Failed())
+        return output_.Fail(options_.CheckpointPath(), error.Reason(resources_));
     if (options_.png) {
         AtomicFile file;
         if (file.Open(*options_.png) != B_OK) return FailPicture(file);
     }
-    if (options_.csv)
-        if (const int error = csvFile_.Open(*options_.csv); error != 0)
-            return Fail(*options_.csv, std::strerror(error));
+    if (const int error = reports_.Open(options_, run_); error != 0)
+        return output_.Fail(*options_.csv, std::strerror(error));
+    if (const auto obstacle = reports_.Obstacle())
+        return output_.Fail(*options_.csv, resources_.InterfaceLabel(*obstacle));
     if (options_.threads) document_.GetCalculator()->SetThreads(*options_.threads);
-    if (!options_.WantsRun()) {
-        if (painter_ != nullptr) painter_->PrepareForGo(0);
-        int status = options_.save ? Save() : kDone;
-        if (status == kDone && options_.png) status = WritePicture();
-        return status == kDone ? ListEpochTree() : status;
-    }
+    if (!options_.WantsRun()) return WriteWithoutRun();
     if (options_.resume)
         Resume();
     else
         control_.UnPause();
+    if (events_.WasTooDeep())
+        return output_.Fail(DocumentName(), resources_.InterfaceLabel(kTextEpochsTooDeep));
     WaitForEnd();
     return WriteResults();
 }
 
-// The reports are written while the document may still be needed, the document at the end and
-// whole.
-std::optional<std::string> Runner::ClashingOutput() const {
-    const bool isCsvFile = options_.csv && options_.csv != OutputFile::kStandardOutput;
-    std::optional<std::string> csv = isCsvFile ? options_.csv : std::nullopt;
-    const auto clashes = [this](const std::optional<std::string>& output,
-                                const std::optional<std::string>& alsoWritten) {
-        const std::optional<std::string> checkpoint =
-            options_.checkpoint ? std::optional(options_.CheckpointPath()) : std::nullopt;
-        for (const auto& other :
-             {options_.document, options_.resume, options_.save, checkpoint, alsoWritten})
-            if (output && other && IsSameFile(*output, *other)) return true;
-        return false;
-    };
-    if (clashes(csv, std::nullopt)) return csv;
-    if (clashes(options_.png, csv)) return options_.png;
-    return std::nullopt;
+int Runner::WriteWithoutRun() {
+    const RunEvents::NothingToLose nothingToLose;
+    if (painter_ != nullptr) painter_->PrepareForGo(0);
+    if (options_.save)
+        if (const int status = Save(); status != kDone) return status;
+    if (options_.png)
+        if (const int status = WritePicture(); status != kDone) return status;
+    return ListEpochTree();
 }
 
 // The new epoch is in place and its centre of mass where it belongs.
 void Runner::RunStarting() {
+    EpochPortal* const portal = document_.Portal();
+    int32 order = 0;
     {
-        const WriteGuard guard(document_.Portal());
-        if (options_.cutoff) Focus()->SetCutoff(*options_.cutoff);
-        if (options_.order) Focus()->SetOrder(*options_.order);
+        const WriteGuard guard(portal);
+        AbEpoch* const focus = portal->FocusEpoch();
+        if (options_.cutoff) focus->SetCutoff(*options_.cutoff);
+        if (options_.order) focus->SetOrder(*options_.order);
+        order = focus->Order();
     }
-    if (Focus()->Order() < kScienceOrder)
-        Note(FillIn(resources_.InterfaceLabel(kTextHistoricalOrder),
-                    {std::to_string(Focus()->Order())}));
+    if (order < kScienceOrder)
+        output_.Note(
+            FillIn(resources_.InterfaceLabel(kTextHistoricalOrder), {std::to_string(order)}));
 
     start_ = TakeState(document_.Portal());
     run_.startTime = start_.time;
@@ -222,18 +179,14 @@ void Runner::Resume() {
 }
 
 void Runner::BeginReports(const SystemState& state) {
-    if (options_.csv) {
-        csv_ = std::make_unique<CsvWriter>(&csvFile_, state);
-        recorder_.SetWriter(csv_.get(), &csvFile_, options_.every);
-    }
-    recorder_.Begin(state, run_.reports, run_.steps);
+    reports_.Begin(&recorder_, state, run_.reports, run_.steps);
     begin_ = Clock::now();
 }
 
 void Runner::WaitForEnd() {
-    Progress progress(resources_, !options_.quiet, run_.goal, run_.startTime, Focus()->TimeUval(),
-                      run_.seconds);
-    lastCheckpoint_ = begin_;
+    Progress progress(resources_, !options_.quiet, run_.goal, run_.startTime,
+                      OfFocus(&AbEpoch::TimeUval), run_.seconds);
+    checkpoints_.Start();
     while (HandleEvent(events_.Wait(Patience(progress)), &progress)) {
     }
     control_.Pause();
@@ -246,9 +199,8 @@ void Runner::WaitForEnd() {
 std::optional<int> Runner::Patience(const Progress& progress) const {
     std::optional<int> patience;
     if (progress.IsShown()) patience = kProgressInterval;
-    if (options_.checkpoint) {
-        const double wait = 1e3 * std::max(*options_.checkpoint - SinceCheckpoint(), 0.0) + 1.0;
-        const int untilDue = static_cast<int>(std::min(wait, kLongestWait));
+    if (checkpoints_.AreWanted()) {
+        const int untilDue = checkpoints_.UntilDue();
         patience = std::min(patience.value_or(untilDue), untilDue);
     }
     return patience;
@@ -259,73 +211,53 @@ bool Runner::HandleEvent(RunEvents::Event event, Progress* progress) {
     switch (event) {
         case RunEvents::Event::kTimeout:
             progress->Show(recorder_.Steps(), recorder_.Time());
-            return !options_.checkpoint || SinceCheckpoint() < *options_.checkpoint ||
-                   KeepCheckpoint(progress);
+            return !checkpoints_.IsDue() || KeepCheckpoint(progress);
         case RunEvents::Event::kParked:
             return ResolveCollision(progress);
         case RunEvents::Event::kSignal:
             break;
     }
-    if (options_.checkpoint) {
-        control_.Rest();
-        if (!document_.GetCalculator()->HasStoppedItself()) WriteCheckpoint();
-    }
+    Interrupt(progress);
     return false;
 }
 
 // False: the run has ended by itself at this very moment. Then it stays at rest.
 bool Runner::KeepCheckpoint(Progress* progress) {
-    control_.Rest();
-    events_.ForgetParking();
-    if (!document_.GetCalculator()->HasStoppedItself())
-        WriteCheckpoint();
-    else if (!ResolveCollision(progress))
-        return false;
-    lastCheckpoint_ = Clock::now();
+    if (!Hold(progress)) return false;
+    WriteCheckpoint();
     control_.UnRest();
     return true;
 }
 
-// While the calculator is at rest. A run does not end because of a checkpoint that cannot be kept.
-void Runner::WriteCheckpoint() {
-    recorder_.WriteDue();
-    static_cast<void>(csvFile_.Flush());
-    BMessage record;
-    DocumentError error = StoreRun(&record);
-    if (!error.Failed()) error = WriteDocument(options_.CheckpointPath(), std::move(record));
-    if (!error.Failed()) return;
-    const std::string text = FillIn(resources_.InterfaceLabel(kTextNoCheckpoint),
-                                    {options_.CheckpointPath(), error.Reason(resources_)});
-    std::fwrite(text.data(), 1, text.size(), stderr);
+// A run that has ended by itself at this very moment is as complete as any.
+void Runner::Interrupt(Progress* progress) {
+    isInterrupted_ = Hold(progress);
+    if (isInterrupted_ && checkpoints_.AreWanted()) WriteCheckpoint();
 }
 
-// The document as Pause would leave it, and the run that goes on.
-DocumentError Runner::StoreRun(BMessage* record) {
+// The run rests where it can go on, with bodies that touched merged. False if it has ended by
+// itself.
+bool Runner::Hold(Progress* progress) {
+    control_.Rest();
+    while (document_.GetCalculator()->HasStoppedItself()) {
+        events_.ForgetParking();
+        if (!ResolveCollision(progress)) return false;
+        // The calculator takes up the merged bodies when it goes on, not before.
+        control_.UnRest();
+        control_.Rest();
+    }
+    events_.ForgetParking();
+    return true;
+}
+
+void Runner::WriteCheckpoint() {
     static_cast<void>(StartConserved());
     RunRecord now = run_;
     now.steps = recorder_.Steps();
     now.reports = recorder_.Reports();
     now.seconds = Seconds();
-    EpochPortal* const portal = document_.Portal();
-    auto state = std::make_unique<BMessage>();
-    status_t status = B_OK;
-    {
-        const WriteGuard guard(portal);
-        status = document_.GetCalculator()->ArchiveRun(&now.calculator);
-        if (status == B_OK) status = document_.GetCalculator()->Archive(state.get());
-        Focus()->SetCalculatorState(state.release());
-        Focus()->SetWriteable(false);
-    }
-    DocumentError error = DocumentError::Record(status);
-    if (!error.Failed()) error = document_.Store(record, true);
-    if (!error.Failed()) error = DocumentError::Record(now.AddTo(record));
-    const WriteGuard guard(portal);
-    Focus()->SetWriteable(true);
-    return error;
-}
-
-double Runner::SinceCheckpoint() const {
-    return std::chrono::duration<double>(Clock::now() - lastCheckpoint_).count();
+    now.reportFile = reports_.Mark(&recorder_);
+    checkpoints_.Write(std::move(now));
 }
 
 double Runner::Seconds() const {
@@ -348,24 +280,27 @@ bool Runner::ResolveCollision(Progress* progress) {
         pairs, [this](const MergeResult&) { recorder_.Resume(TakeState(document_.Portal())); });
     run_.mergers.Add(result);
     progress->Clear();
-    const std::string unit = resources_.TimeUnits().Abbreviation(Focus()->TimeUval());
+    const double uval = OfFocus(&AbEpoch::TimeUval);
+    const std::string unit = resources_.TimeUnits().Abbreviation(uval);
     for (const Merger& merger : result.mergers)
-        Note(FillIn(resources_.InterfaceLabel(kTextMerger),
-                    {merger.survivorName, merger.absorbedName,
-                     RoundedText(merger.time / Focus()->TimeUval(), kTimeDigits), unit}));
+        output_.Note(FillIn(resources_.InterfaceLabel(kTextMerger),
+                            {merger.survivorName, merger.absorbedName,
+                             RoundedText(merger.time / uval, kTimeDigits), unit}));
     ending_ = result.unmerged;
     return !ending_;
 }
 
 int Runner::WriteResults() {
+    const RunEvents::LastChance lastChance(
+        events_, options_.quiet ? std::string() : resources_.InterfaceLabel(kTextStillWriting));
     recorder_.End(!touches_.IsEmpty());
     TellEnding();
-    if (const int error = csvFile_.Close(); error != 0)
-        return Fail(*options_.csv, std::strerror(error));
+    if (const int error = reports_.Close(); error != 0)
+        return output_.Fail(*options_.csv, std::strerror(error));
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
     // Of a run that was stopped it stays.
-    if (options_.checkpoint && events_.Signal() == 0) unlink(options_.CheckpointPath().c_str());
+    if (!isInterrupted_) checkpoints_.Remove();
     if (options_.png)
         if (const int status = WritePicture(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
@@ -379,9 +314,9 @@ void Runner::TellEnding() {
     const std::string text = FillIn(resources_.InterfaceLabel(kTextRunEnded),
                                     {RunEndingText(*ending_, document_.Portal(), resources_)});
     if (ending_->reason == RunEnding::Reason::kNothingInteracts)
-        Note(text);
+        output_.Note(text);
     else
-        Print(text);
+        RunnerOutput::Print(text);
 }
 
 int Runner::EndStatus() const {
@@ -393,16 +328,8 @@ int Runner::EndStatus() const {
 int Runner::Save() {
     BMessage record;
     DocumentError error = document_.Store(&record, true);
-    if (!error.Failed()) error = WriteDocument(*options_.save, std::move(record));
-    return error.Failed() ? Fail(*options_.save, error.Reason(resources_)) : kDone;
-}
-
-DocumentError Runner::WriteDocument(const std::string& path, BMessage&& record) const {
-    int leftovers = 0;
-    DocumentError error = SimulationFile::Write(path, std::move(record), &leftovers);
-    if (leftovers > 0)
-        Note(FillIn(resources_.InterfaceLabel(kTextLeftovers), {std::to_string(leftovers), path}));
-    return error;
+    if (!error.Failed()) error = output_.WriteDocument(*options_.save, std::move(record));
+    return error.Failed() ? output_.Fail(*options_.save, error.Reason(resources_)) : kDone;
 }
 
 int Runner::WritePicture() {
@@ -417,33 +344,34 @@ int Runner::WritePicture() {
 }
 
 int Runner::FailPicture(const AtomicFile& file) const {
-    return Fail(*options_.png, std::strerror(file.SystemError()));
+    return output_.Fail(*options_.png, std::strerror(file.SystemError()));
 }
 
 int Runner::ListEpochTree() {
     if (!options_.epochs) return kDone;
-    return PrintText(std::string(OutputFile::kStandardOutput), ListEpochs(&document_, resources_));
+    return output_.PrintText(std::string(OutputFile::kStandardOutput),
+                             ListEpochs(&document_, resources_));
 }
 
 int Runner::Tell() {
     if (options_.quiet && !options_.json) return kDone;
     const RunSummary summary = Summarize();
     const std::string standardOutput(OutputFile::kStandardOutput);
-    if (options_.json) return PrintText(standardOutput, summary.Json());
+    if (options_.json) return output_.PrintText(standardOutput, summary.Json());
     // The reports have standard output for themselves.
     if (options_.csv == standardOutput) {
-        Note(summary.Text(resources_));
+        output_.Note(summary.Text(resources_));
         return kDone;
     }
-    return PrintText(standardOutput, summary.Text(resources_));
+    return output_.PrintText(standardOutput, summary.Text(resources_));
 }
 
 RunSummary Runner::Summarize() {
     const SystemState end = TakeState(document_.Portal());
     RunSummary summary;
     summary.document = DocumentName();
-    summary.epoch = Focus()->Name();
-    summary.timeUval = Focus()->TimeUval();
+    summary.epoch = OfFocus(&AbEpoch::Name);
+    summary.timeUval = OfFocus(&AbEpoch::TimeUval);
     summary.timeUnit = resources_.TimeUnits().Abbreviation(summary.timeUval);
     summary.startTime = run_.startTime;
     summary.endTime = end.time;
@@ -463,33 +391,9 @@ RunSummary Runner::Summarize() {
         summary.touches.push_back({lighter, heavier, end.NameOf(lighter), end.NameOf(heavier)});
     if (!summary.touches.empty())
         summary.ending = RunSummary::Ending::kCollision;
-    else if (events_.Signal() != 0)
+    else if (isInterrupted_)
         summary.ending = RunSummary::Ending::kInterrupted;
     else if (ending_)
-        summary.ending = EndingFor(ending_->reason);
+        summary.ending = RunSummary::EndingFor(ending_->reason);
     return summary;
-}
-
-int Runner::PrintText(const std::string& path, const std::string& text) {
-    OutputFile out;
-    int error = out.Open(path);
-    if (error == 0) {
-        out.Write(text);
-        error = out.Close();
-    }
-    return error == 0 ? kDone : Fail(path, std::strerror(error));
-}
-
-int Runner::Fail(const std::string& file, const std::string& reason) const {
-    const std::string text = FillIn(resources_.InterfaceLabel(kTextFailure), {file, reason});
-    Print(text);
-    return kCouldNot;
-}
-
-void Runner::Note(const std::string& text) const {
-    if (!options_.quiet) Print(text);
-}
-
-void Runner::Print(const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stderr);
 }

@@ -6,15 +6,18 @@
 #include <optional>
 #include <string>
 
+#include "Model/Sharing/ModelGuards.h"
+#include "Run/Checkpoints.h"
 #include "Run/CollisionWatch.h"
 #include "Run/Options.h"
-#include "Run/OutputFile.h"
 #include "Run/Progress.h"
+#include "Run/ReportFile.h"
 #include "Run/RunEvents.h"
 #include "Run/RunPainter.h"
 #include "Run/RunRecord.h"
 #include "Run/RunRecorder.h"
 #include "Run/RunSummary.h"
+#include "Run/RunnerOutput.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/RunControlView.h"
 #include "Simulation/Document/SimulationController.h"
@@ -22,12 +25,11 @@
 #include "Simulation/Document/SystemState.h"
 
 class AtomicFile;
-class CsvWriter;
 
 class Runner : private RunControlView {
 public:
-    static constexpr int kDone = 0;
-    static constexpr int kCouldNot = 1;
+    static constexpr int kDone = RunnerOutput::kDone;
+    static constexpr int kCouldNot = RunnerOutput::kCouldNot;
     static constexpr int kUsage = 2;
     static constexpr int kCouldNotGoOn = 3;
     static constexpr int kStoppedBySignal = 128;  // plus the signal's number
@@ -41,12 +43,10 @@ public:
 private:
     [[nodiscard]] std::string DocumentName() const;
     DocumentError ReadRecord(BMessage* record) const;
-    int FindRun(const BMessage& record);
     int LoadDocument();
     int EditDocument();
     int RunDocument();
-    // The output that must not be written because it is the document or another output, if any.
-    [[nodiscard]] std::optional<std::string> ClashingOutput() const;
+    int WriteWithoutRun();
     void RunStarting() override;
     void Resume();
     void BeginReports(const SystemState& state);
@@ -54,9 +54,9 @@ private:
     [[nodiscard]] std::optional<int> Patience(const Progress& progress) const;
     [[nodiscard]] bool HandleEvent(RunEvents::Event event, Progress* progress);
     [[nodiscard]] bool KeepCheckpoint(Progress* progress);
+    void Interrupt(Progress* progress);
+    [[nodiscard]] bool Hold(Progress* progress);
     void WriteCheckpoint();
-    DocumentError StoreRun(BMessage* record);
-    [[nodiscard]] double SinceCheckpoint() const;
     [[nodiscard]] double Seconds() const;
     const Conserved& StartConserved();
     [[nodiscard]] bool ResolveCollision(Progress* progress);
@@ -65,27 +65,27 @@ private:
     int ListEpochTree();
     int WriteResults();
     int Save();
-    DocumentError WriteDocument(const std::string& path, BMessage&& record) const;
     int WritePicture();
     int Tell();
-    int PrintText(const std::string& path, const std::string& text);
-    int Fail(const std::string& file, const std::string& reason) const;
     int FailPicture(const AtomicFile& file) const;
-    void Note(const std::string& text) const;
-    static void Print(const std::string& text);
-    [[nodiscard]] AbEpoch* Focus() { return document_.Portal()->FocusEpoch(); }
+    template <typename Value>
+    [[nodiscard]] Value OfFocus(Value (AbEpoch::*value)() const) {
+        const ReadGuard guard(document_.Portal());
+        return (document_.Portal()->FocusEpoch()->*value)();
+    }
     [[nodiscard]] RunSummary Summarize();
 
     const Options& options_;
     const ProgramResources& resources_;
+    const RunnerOutput output_;
     RunEvents events_;  // before the threads of what follows
     CollisionWatch collisions_;
     SimulationDocument document_;
     RunControl control_;
     SimulationController controller_;
     RunRecorder recorder_;
-    OutputFile csvFile_;
-    std::unique_ptr<CsvWriter> csv_;
+    ReportFile reports_;
+    Checkpoints checkpoints_;
     std::unique_ptr<RunPainter> painter_;  // if a picture is asked for
     // Of the run: what goes into its checkpoints; steps, reports and seconds are those of the part
     // before this program.
@@ -93,8 +93,8 @@ private:
     SystemState start_;  // of a run that began here
     bool isStartMeasured_ = false;
     std::chrono::steady_clock::time_point begin_;
-    std::chrono::steady_clock::time_point lastCheckpoint_;
     double seconds_ = 0.0;  // of real time that the run has taken
     BMessage touches_;      // the pairs that ended the run, if any did
     std::optional<RunEnding> ending_;
+    bool isInterrupted_ = false;  // by a signal, before it was done
 };

@@ -30,6 +30,9 @@ enum RunnerText : int32 {
 
     kTextNoRun = 4123,
     kTextRunDoesNotFit = 4124,
+    kTextOtherReports = 4125,
+    kTextOtherEvery = 4126,
+    kTextStillWriting = 4127,
 
     // During a run.
     kTextNoCheckpoint = 4132,   // %1: file, %2: reason

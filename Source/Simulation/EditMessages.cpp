@@ -79,8 +79,9 @@ bool CarryOutEdit(const BMessage& message, SimulationController* controller, Epo
                 controller->EditEpoch(epoch);
             break;
         case kDeleteEpoch:
-            if (AbEpoch* const epoch = EpochOf(message, portal, epochs); epoch != nullptr)
-                controller->DeleteEpoch(epoch);
+            if (AbEpoch* const epoch = EpochOf(message, portal, epochs);
+                epoch != nullptr && !controller->DeleteEpoch(epoch))
+                tellRefusal(kTextEpochStays);
             break;
         case GroupWindow::kGroup:
             Group(message, controller, tellRefusal);

@@ -9,6 +9,7 @@
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ChangeFlags.h"
 #include "Model/Units/QuantityText.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
@@ -20,6 +21,7 @@
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/CopyOffer.h"
 #include "Simulation/Document/DocumentSaver.h"
+#include "Simulation/Document/DocumentTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/TextTemplate.h"
@@ -70,7 +72,7 @@ void Simulation::Init(std::unique_ptr<BMessage> archive, const entry_ref& direct
     if (name == nullptr)
         saver_.File().SetUntitled(directory, host_->Resources().InterfaceLabel(kLabelUntitled));
     else
-        saver_.File().SetFile(directory, name);
+        saver_.File().SetFile(directory, name, *archive_);
     StartBuilding();
 }
 
@@ -108,7 +110,7 @@ void Simulation::Replace(const Replacement& replacement) {
         saver_.TellNotOpened(replacement.name, error);
     } else {
         history_->MarkSaved();
-        saver_.File().SetFile(replacement.directory, replacement.name);
+        saver_.File().SetFile(replacement.directory, replacement.name, *replacement.archive);
         if (displays_.Count() == 0)
             displays_.Create(ProjectionDisplay::kType, nullptr, replacement.name.c_str());
         SetName(replacement.name);
@@ -336,6 +338,8 @@ bool Simulation::WindowMessage(BMessage* message) {
     switch (message->what) {
         case kRedisplay:
             controls_.Redisplay(changes_.Take());
+            if (wasTooDeep_.exchange(false))
+                controls_.ShowMessage(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
             break;
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
@@ -413,7 +417,11 @@ void Simulation::EndRun(const RunEnding& ending) {
 // --- Observer ---
 
 void Simulation::Changed(int32 changes) {
-    hasNewChanges_ = true;
+    // Not as one bit among all of them, which are told when another document is there.
+    if (changes == kEpochsTooDeep)
+        wasTooDeep_ = true;
+    else
+        hasNewChanges_ = true;
     changes_.Put(changes);
 }
 

@@ -121,6 +121,7 @@ private:
     std::string notice_;
 
     ChangeInbox changes_{this};
+    std::atomic<bool> wasTooDeep_{false};     // an edit was refused, and not yet told
     std::atomic<bool> hasNewChanges_{false};  // since the last automatic copy
     std::atomic<bool> isNewlyCreated_{false};
     std::ptrdiff_t builtSteps_ = 0;

@@ -263,4 +263,24 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"Preferences", Make<PreferenceFile>, {}}),
     [](const auto& test) { return std::string(test.param.name); });
 
+// Who is told that a file could not be written in place must learn where the contents are.
+TEST(SavingFaults, ACopyThatHoldsTheOnlyWholeContentsIsNamed) {
+    int kept = 0;
+    for (int call = 1;; call++) {
+        LinkedDocument document;
+        const std::string copy = document.folder.Path("document.new");
+        const BMessage record = Document(kNew);
+        SystemCalls::FailAt(call);
+        const DocumentError error = SimulationFile::Write(document.folder.Path("document"), record);
+        if (SystemCalls::Stop() < call) break;
+        const bool isKept = error.Failed() && fs::exists(copy);
+        EXPECT_EQ(error.text == kTextKeptBeside, isKept) << SystemCalls::Failed();
+        if (!isKept) continue;
+        kept++;
+        EXPECT_EQ(error.subject, copy);
+        EXPECT_EQ(VersionOf(copy), kNew);
+    }
+    EXPECT_GT(kept, 0);
+}
+
 }  // namespace

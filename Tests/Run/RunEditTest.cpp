@@ -1,8 +1,12 @@
 // Edits on the command line, and the listing of the epochs.
+#include <unistd.h>
+
 #include <filesystem>
 
+#include "Simulation/Document/SimulationDocument.h"
 #include "Tests/Run/ProgramRun.h"
 #include "Tests/Run/RunFixture.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 
@@ -134,6 +138,29 @@ TEST_F(RunEdit, ActionsDoWhatTheMenusDo) {
                                     "epoch.name=B", "delete-epoch=A", "center-of-mass"});
     EXPECT_EQ(branched.out.find('A'), std::string::npos) << branched.out;
     EXPECT_NE(branched.out.find("* 1"), std::string::npos) << branched.out;
+}
+
+TEST_F(RunEdit, WhatWouldNestEpochsTooDeeplyIsRefused) {
+    SimulationDocument document(nullptr);
+    ASSERT_FALSE(document.Load(GetRecord(PutDocument("flat", *TestSystem()))).Failed());
+    NestAsDeepAsPossible(document.Portal());
+    BMessage record;
+    ASSERT_FALSE(document.Store(&record, true).Failed());
+    const std::string deep = PutRecord("deep", record);
+    for (const std::vector<std::string>& options : {std::vector<std::string>{"-n", "5"},
+                                                    {"--edit", "log-epoch", "-n", "0"},
+                                                    {"--edit", "Last.mass=1 Ms", "-n", "0"},
+                                                    {"--edit", "new-body", "-n", "0"}}) {
+        std::vector<std::string> arguments = options;
+        arguments.insert(arguments.end(), {"-o", Path("saved"), deep});
+        const Outcome outcome = RunProgram(arguments);
+        EXPECT_EQ(outcome.status, 1) << options.front();
+        EXPECT_NE(outcome.err.find("no more epochs below this one"), std::string::npos)
+            << outcome.err;
+        EXPECT_NE(access(Path("saved").c_str(), F_OK), 0);
+    }
+    EXPECT_EQ(RunProgram({"-n", "0", "-o", Path("saved"), deep}).status, 0);
+    EXPECT_EQ(RunProgram({"-q", "-n", "5", "--edit", "focus-epoch=5", Path("saved")}).status, 0);
 }
 
 }  // namespace

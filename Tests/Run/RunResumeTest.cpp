@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -170,12 +171,112 @@ TEST_F(RunResume, ACheckpointIsADocumentAndGoesWhenTheRunIsDone) {
     record.AddMessage("Run", &run);
     const std::string shorter = PutRecord("shorter", record);
     const Outcome resumed = RunProgram(
-        {"--resume", shorter, "-o", saved_, "--checkpoint", "1h", "--json", "--csv", Path("csv")});
+        {"--resume", shorter, "-o", saved_, "--checkpoint", "1h", "--json", "--csv", Path("more")});
     EXPECT_EQ(Member(resumed.out, "steps"), std::to_string(stopped.steps + 1000));
-    const std::vector<CsvRow> more = ParseCsv(Get(Path("csv")));
+    const std::vector<CsvRow> more = ParseCsv(Get(Path("more")));
     EXPECT_EQ(more.front().report, stopped.steps);
     EXPECT_EQ(more.back().report, stopped.steps + 1000);
     EXPECT_FALSE(fs::exists(checkpoint_));
+}
+
+TEST_F(RunResume, TheFileOfReportsIsThatOfARunThatNeverStopped) {
+    const std::string document = PutDocument("document", *TestSystem());
+    const std::string merging = PutDocument("merging", *MergingSystem());
+    const std::string csv = Path("csv");
+    for (const Arguments& run : {Arguments{"-n", "60000", document},
+                                 {"-n", "60001", "--every", "7", document},
+                                 {"--for", "150", "--cutoff", "1e-16", "--every", "5", merging}}) {
+        Arguments whole = run;
+        whole.insert(whole.end(), {"-q", "--csv", Path("whole")});
+        ASSERT_EQ(RunProgram(whole).status, 0);
+        const std::string expected = Get(Path("whole"));
+        fs::remove(checkpoint_);
+        fs::remove(csv);
+        Arguments part = run;
+        part.insert(part.end(), {"--csv", csv});
+        // The last part is told to stop, and adds the row of the place where it does.
+        int64 before = 0;
+        for (const int signal : {SIGKILL, SIGKILL, SIGTERM}) {
+            before = RunAndKill(
+                         part, [=](const Kept& k) { return k.steps > before; }, signal)
+                         .steps;
+            part = {"--resume", checkpoint_, "--csv", csv};
+        }
+        ASSERT_EQ(Resume({"--csv", csv}).status, 0);
+        EXPECT_TRUE(Get(csv) == expected) << run.front();
+    }
+}
+
+TEST_F(RunResume, AFileThatIsNotOfItsReportsIsLeftAlone) {
+    const std::string document = PutDocument("document", *TestSystem());
+    RunAndKill({"-n", "1000000000", "--csv", Path("csv"), "--every", "100", document},
+               [](const Kept& k) { return k.steps > 500; });
+    const std::string reports = Get(Path("csv"));
+    const std::size_t header = reports.find('\n') + 1;
+    std::string otherRow = reports;
+    for (std::size_t i = header; i < otherRow.size(); i++)
+        if (otherRow[i] == '7') otherRow[i] = '8';
+    for (const std::string& contents :
+         {std::string("mine\n"), reports.substr(0, reports.size() / 100), otherRow,
+          "report,x" + reports.substr(8)}) {
+        const std::string path = Put("other", contents);
+        const Outcome outcome = Resume({"--csv", path});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err.find("orvek-run: " + path + ": not the reports of this run"), 0u)
+            << outcome.err;
+        EXPECT_TRUE(Get(path) == contents);
+    }
+    const Outcome interval = Resume({"--csv", Path("csv"), "--every", "10"});
+    EXPECT_EQ(interval.status, 1);
+    EXPECT_NE(interval.err.find("another interval"), std::string::npos) << interval.err;
+    EXPECT_TRUE(Get(Path("csv")) == reports);
+    // So is every file if the run had none when it was checked.
+    fs::remove(checkpoint_);
+    RunAndKill({"-n", "1000000000", document}, [](const Kept& k) { return k.steps > 0; });
+    EXPECT_EQ(Resume({"--csv", Path("csv")}).status, 1);
+    EXPECT_TRUE(Get(Path("csv")) == reports);
+}
+
+// Pairs of bodies that fall into one another, one after the other, so that nearly every batch of
+// reports ends with a merger.
+std::unique_ptr<Epoch> ManyMergers(int64 pairs) {
+    auto epoch = std::make_unique<Epoch>();
+    for (int64 i = 0; i < pairs; i++) {
+        const double x = 1e4 * static_cast<double>(i);
+        AddSmallBody(epoch.get(), 2 * i, {x, 0, 0});
+        AddSmallBody(epoch.get(), 2 * i + 1, {x, 1 + 0.02 * static_cast<double>(i), 0});
+    }
+    return epoch;
+}
+
+TEST_F(RunResume, ToldToStopWhileBodiesTouchItKeepsACheckpoint) {
+    const std::string document = PutDocument("document", *ManyMergers(20));
+    const Arguments run = {"--for", "1.2", "--cutoff", "1e-9", document};
+    Arguments whole = run;
+    whole.insert(whole.end(), {"--json"});
+    const auto start = std::chrono::steady_clock::now();
+    const Outcome uninterrupted = RunProgram(whole);
+    const auto lasted = std::chrono::steady_clock::now() - start;
+    ASSERT_GT(std::stoi(Member(uninterrupted.out, "mergers")), 10);
+    int interrupted = 0;
+    for (int turn = 0; turn < 12; turn++) {
+        fs::remove(checkpoint_);
+        Arguments arguments = run;
+        arguments.insert(arguments.end(), {"--json", "-o", saved_, "--checkpoint", "1h"});
+        const Outcome stopped =
+            RunProgram(arguments, {.meanwhile = [&](pid_t program) {
+                           std::this_thread::sleep_for(lasted * (4 + turn) / 20);
+                           kill(program, SIGTERM);
+                       }});
+        EXPECT_NE(Member(stopped.out, "ending"), "\"collision\"");
+        // It may have been too quick.
+        if (Member(stopped.out, "ending") != "\"interrupted\"") continue;
+        EXPECT_EQ(stopped.status, 143);
+        interrupted++;
+        ASSERT_TRUE(fs::exists(checkpoint_)) << "turn " << turn;
+        ExpectSame(Resume(), uninterrupted);
+    }
+    EXPECT_GT(interrupted, 3);
 }
 
 TEST_F(RunResume, WhatCannotBeResumedIsSaid) {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <limits>
 #include <thread>
 #include <utility>
 
@@ -114,6 +115,15 @@ TEST_F(RunSave, WhatAnEndedProgramLeftIsRemovedAndTold) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.err.find("saving: 1\n"), std::string::npos) << outcome.err;
     EXPECT_NE(access(left.c_str(), F_OK), 0);
+    // Also where there is no room for the document: there most of all.
+    Put(".orvek-0123abcd.tmp", "half a document");
+    const Outcome failed = RunProgram({"-n", "5", "-o", Path("new"), document_}, {.prepare = [] {
+                                          const rlimit limit{1024, 1024};
+                                          setrlimit(RLIMIT_FSIZE, &limit);
+                                      }});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_NE(failed.err.find("saving: 1\n"), std::string::npos) << failed.err;
+    EXPECT_NE(access(left.c_str(), F_OK), 0);
 }
 
 TEST_F(RunSave, AReaderThatGoesAwayEndsTheRun) {
@@ -202,6 +212,60 @@ TEST_F(RunSave, ASignalWhileADocumentIsReadEndsTheProgramAtOnce) {
                    }});
     EXPECT_EQ(outcome.status, 143);
     EXPECT_LT(answered, whole / 3);
+}
+
+// There is nothing yet that could not be made again.
+TEST_F(RunSave, ASignalDuringEditsOrASaveWithoutARunEndsTheProgramAtOnce) {
+    using Clock = std::chrono::steady_clock;
+    const std::string path = PutDocument("large", *Dust(100'000));
+    const std::string old = Put("old", Get(document_));
+    std::vector<std::string> edits = {"-q", "-n", "0", path};
+    for (int i = 0; i < 400; i++)
+        edits.insert(edits.end(), {"--edit", "new-body"});
+    const std::vector<std::string> save = {"-q", "-n", "0", "-o", old, path};
+    for (const auto& arguments : {edits, save}) {
+        const auto start = Clock::now();
+        ASSERT_EQ(RunProgram({"-q", "-n", "0", path}).status, 0);
+        const auto reading = Clock::now() - start;
+        Clock::duration answered{};
+        const Outcome outcome =
+            RunProgram(arguments, {.meanwhile = [&](pid_t program) {
+                           std::this_thread::sleep_for(reading * 5 / 4);
+                           const auto sent = Clock::now();
+                           kill(program, SIGTERM);
+                           siginfo_t info{};
+                           waitid(P_PID, static_cast<id_t>(program), &info, WEXITED | WNOWAIT);
+                           answered = Clock::now() - sent;
+                       }});
+        EXPECT_EQ(outcome.status, 143) << arguments.size();
+        EXPECT_LT(answered, std::chrono::milliseconds(250)) << arguments.size();
+        EXPECT_TRUE(Get(old) == Get(document_));
+    }
+}
+
+// Hours may have gone into them.
+TEST_F(RunSave, ASignalWhileResultsAreWrittenIsAnsweredAndTheNextOneEndsTheProgram) {
+    const std::string path = PutDocument("large", *Dust(60'000));
+    for (const int signals : {1, 2}) {
+        const std::string old = Put("old", Get(document_));
+        const std::string pipe = Path("pipe " + std::to_string(signals));
+        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        const auto stop = [&](pid_t program) {
+            // The reports are complete, and the program begins to save.
+            std::ifstream reports(pipe);
+            reports.ignore(std::numeric_limits<std::streamsize>::max());
+            for (int i = 0; i < signals; i++) {
+                kill(program, SIGTERM);
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
+        };
+        const Outcome outcome =
+            RunProgram({"-n", "1", "--csv", pipe, "-o", old, path}, {.meanwhile = stop});
+        EXPECT_EQ(outcome.status, 143);
+        EXPECT_NE(outcome.err.find("a second signal ends it"), std::string::npos) << outcome.err;
+        EXPECT_EQ(Get(old) == Get(document_), signals == 2);
+        EXPECT_EQ(outcome.out.empty(), signals == 2) << "the summary";
+    }
 }
 
 }  // namespace

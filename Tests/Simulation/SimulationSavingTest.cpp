@@ -204,6 +204,7 @@ TEST_F(SimulationSavingTest, AFailedSaveLosesNothing) {
     EXPECT_FALSE(simulation.IsMarkedModified());
     EXPECT_NE(simulation.Message().find("Comets could not be saved: "), std::string::npos)
         << simulation.Message();
+    EXPECT_NE(simulation.Message().find("directory"), std::string::npos) << "the system's reason";
 
     const std::vector<RecoveryCopy> copies = host.Recovery().List();
     ASSERT_EQ(copies.size(), 1u);

@@ -133,6 +133,30 @@ TEST_F(SimulationTest, MessagesNameTheBodyOrTheEpoch) {
     EXPECT_EQ(first->CountChildren(), 0);
 }
 
+TEST_F(SimulationTest, EditsOfTheEpochTreeThatAreRefusedAreTold) {
+    TestSimulation simulation(&host, PlanetRecord());
+    BMessage deletion(kDeleteEpoch);
+    deletion.AddInt32(kEpochIndexField, 0);
+    simulation.Send(deletion);
+    EXPECT_NE(simulation.Message().find("the epoch in focus stays"), std::string::npos)
+        << simulation.Message();
+
+    EpochPortal* const portal = simulation.Portal();
+    portal->WriteLock();
+    NestAsDeepAsPossible(portal);
+    AbEpoch* const last = portal->FocusEpoch();
+    portal->WriteUnlock();
+    simulation.Send(kLogEpoch);
+    simulation.Settle();
+    EXPECT_NE(simulation.Message().find("no more epochs below"), std::string::npos)
+        << simulation.Message();
+    const std::string go = simulation.GoLabel();
+    simulation.Send(kTogglePause);
+    simulation.Settle();
+    EXPECT_EQ(simulation.GoLabel(), go) << "nothing runs";
+    EXPECT_EQ(last->CountChildren(), 0);
+}
+
 TEST_F(SimulationTest, AGroupIsMadeOfTheBodyInFocusUnlessOthersAreChosen) {
     TestSimulation simulation(&host, PlanetRecord());
     simulation.Send(With(kEditBody, 1));

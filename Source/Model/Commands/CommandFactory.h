@@ -32,7 +32,8 @@ using SwitchCommandFactory = CommandFactory<bool>;
 using IntCommandFactory = CommandFactory<int32>;
 using NumberCommandFactory = CommandFactory<double>;
 
-// Files and runs the command; false for null. No lock of the document may be held.
+// Files and runs the command; false for null, and, after all observers were told, for one that
+// would nest epochs too deeply. No lock of the document may be held.
 bool ExecuteFiled(EpochPortal* portal, std::unique_ptr<LCommand> command);
 
 // Makes the entered value the one in force, as one undoable step; false when nothing was to be

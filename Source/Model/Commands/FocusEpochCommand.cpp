@@ -13,6 +13,10 @@ MassSystem* FocusEpochCommand::FindSystem(int64 id) const {
     return root ? root->SystemFromID(id) : nullptr;
 }
 
+bool FocusEpochCommand::NestsTooDeeply() const {
+    return !portal_->FocusEpoch()->Writeable() && NewEpochCommand(portal_).NestsTooDeeply();
+}
+
 void FocusEpochCommand::Execute() {
     if (reversedInCopy_) {
         // In the record the edit is still there.

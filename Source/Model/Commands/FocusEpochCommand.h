@@ -17,6 +17,8 @@ class FocusEpochCommand : public LCommand {
 public:
     ~FocusEpochCommand() override;
 
+    // If it would edit a copy. A copy in which an edit is undone may lie one deeper.
+    [[nodiscard]] bool NestsTooDeeply() const final;
     void Execute() final;
     void Undo() final;
 

@@ -16,6 +16,10 @@ public:
     // Only after Execute.
     virtual void Undo() = 0;
 
+    // Whether it would make an epoch that lies deeper in the tree than a document should go. Under
+    // the read lock.
+    [[nodiscard]] virtual bool NestsTooDeeply() const { return false; }
+
     // What the user reads of it; its maker says.
     [[nodiscard]] CommandName Name() const { return name_; }
     void SetName(CommandName name) { name_ = name; }

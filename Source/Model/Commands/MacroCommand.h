@@ -15,6 +15,7 @@ public:
 
     void AddCommand(std::unique_ptr<LCommand> command);
 
+    [[nodiscard]] bool NestsTooDeeply() const override;
     void Execute() override;
     // Last to first.
     void Undo() override;

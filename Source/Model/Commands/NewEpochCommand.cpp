@@ -9,6 +9,14 @@ NewEpochCommand::NewEpochCommand(EpochPortal* portal) : portal_(portal) {}
 
 NewEpochCommand::~NewEpochCommand() = default;
 
+bool NewEpochCommand::NestsTooDeeply() const {
+    int32 depth = 0;
+    for (const AbEpoch* epoch = portal_->FocusEpoch(); epoch && epoch != portal_->RootEpoch();
+         epoch = epoch->Parent())
+        depth++;
+    return depth >= kMaxDepth;
+}
+
 void NewEpochCommand::Execute() {
     AbEpoch* old = portal_->FocusEpoch();
     if (!add_) {

@@ -31,6 +31,9 @@ inline constexpr int32 kFocusEpochChanged = 0x8000;
 // Segment length and update rate of the calculator.
 inline constexpr int32 kCalculatorSettingsChanged = 0x10000;
 
+// Nothing has changed: an edit was refused that would have nested epochs too deeply.
+inline constexpr int32 kEpochsTooDeep = 0x20000;
+
 // The calculator has parked: it moved the bodies and the time.
 inline constexpr int32 kCalculatorParked = kPositionChanged | kVelocityChanged | kTimeChanged;
 // Another epoch is in focus: everything shown may differ, the tree is as it was.

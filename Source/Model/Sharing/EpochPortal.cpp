@@ -78,6 +78,10 @@ void EpochPortal::SetSystemFromID(int64 id) {
 }
 
 bool EpochPortal::HasEpoch(const AbEpoch* epoch) const {
+    if (epoch == nullptr) return false;
+    // A copy that was just put below the one in focus is found without a walk through all of them.
+    for (int32 i = focusEpoch_->CountChildren() - 1; i >= 0; i--)
+        if (focusEpoch_->ChildAt(i) == epoch) return true;
     for (EpochCursor cursor(rootEpoch_); cursor.GetEpoch() != nullptr; cursor.Increment())
         if (cursor.GetEpoch() == epoch) return true;
     return false;

@@ -75,7 +75,10 @@ void CompositeSystem::AddChildrenFrom(const BMessage* archive) {
         BMessage record;
         if (archive->FindMessage(kChildrenField, i, &record) != B_OK) continue;
         auto system = InstantiateAs<DisplayedSystem>(&record);
-        if (!system) continue;
+        if (!system) {
+            if (SystemReading* reading = SystemReading::Current()) reading->NoteForeign(record);
+            continue;
+        }
         if (SystemReading::Current() && system->ID() == kNoSystemID)
             system->SetID(kFirstProvisionalID + i);
         systems.push_back(std::move(system));

@@ -8,6 +8,7 @@
 
 #include "Platform/Support/SupportDefs.h"
 
+class BMessage;
 class MassSystem;
 
 class SystemReading {
@@ -27,9 +28,14 @@ public:
     static SystemReading* Current() { return sCurrent; }
 
     void NoteLeftOut(const MassSystem& system, const MassSystem& sibling);
-    // The first few of them.
+    // What stands among the systems and is none; "class" is what its record names.
+    void NoteForeign(const BMessage& record);
+    // The first few of those left out.
     [[nodiscard]] const std::vector<LeftOut>& Told() const { return told_; }
     [[nodiscard]] int32 CountLeftOut() const { return count_; }
+    // The class of the first one that is no system; empty if its record names none.
+    [[nodiscard]] const std::string& ForeignClass() const { return foreignClass_; }
+    [[nodiscard]] int32 CountForeign() const { return foreignCount_; }
 
     static constexpr int32 kMaxTold = 3;
 
@@ -38,4 +44,6 @@ private:
 
     std::vector<LeftOut> told_;
     int32 count_ = 0;
+    std::string foreignClass_;
+    int32 foreignCount_ = 0;
 };

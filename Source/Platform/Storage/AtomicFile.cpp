@@ -94,6 +94,7 @@ status_t AtomicFile::Open(const std::string& path) {
     Discard();
     error_ = 0;
     removedLeftovers_ = 0;
+    keptCopy_.clear();
     if (const int error = FollowLinks(path); error != 0) return Fail(error);
     folder_ = FolderOf(target_);
     struct stat old {};
@@ -198,14 +199,19 @@ status_t AtomicFile::Write(const void* data, std::size_t size) {
     return B_OK;
 }
 
+// Leftovers go even if this fails: they may be what fills the disk.
 status_t AtomicFile::Commit() {
-    if (error_ != 0) return ErrnoStatus(error_);
+    const status_t status = error_ != 0 ? ErrnoStatus(error_) : PutInPlace();
+    removedLeftovers_ = TemporaryFiles::RemoveLeftovers(folder_);
+    return status;
+}
+
+status_t AtomicFile::PutInPlace() {
     if (fsync(node_.Descriptor()) != 0) return Fail(errno);
     if (temporary_.empty())
         if (const int error = GiveName(); error != 0) return Fail(error);
     if (const int error = isInPlace_ ? WriteInPlace() : Replace(); error != 0) return Fail(error);
     node_.Unset();
-    removedLeftovers_ = TemporaryFiles::RemoveLeftovers(folder_);
     return B_OK;
 }
 
@@ -235,7 +241,8 @@ int AtomicFile::WriteInPlace() {
     if (!CopyContents(node_.Descriptor(), file.Get(), size) || ftruncate(file.Get(), size) != 0 ||
         fsync(file.Get()) != 0) {
         const int error = errno;
-        temporary_.clear();  // it stays: the file itself may be half old and half new
+        keptCopy_ = std::move(temporary_);
+        temporary_.clear();
         return error;
     }
     CopyAttributes(node_.Descriptor(), file.Get());

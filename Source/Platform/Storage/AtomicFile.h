@@ -37,6 +37,9 @@ public:
     // the last step, making the new name durable, is reported although the file has been replaced.
     [[nodiscard]] status_t Commit();
 
+    // What holds the new contents after Commit() has failed to write them in place: the file itself
+    // may be half old and half new. Else empty.
+    [[nodiscard]] const std::string& KeptCopy() const { return keptCopy_; }
     // Temporary files of processes that have ended, which Commit() has removed from the folder.
     [[nodiscard]] int RemovedLeftovers() const { return removedLeftovers_; }
     // The system's number for the failure that was reported, 0 for none.
@@ -50,6 +53,7 @@ private:
     int TakeName(const std::function<bool(const char*)>& make);
     int GiveName();
     int CopyToNamed();
+    status_t PutInPlace();
     int Replace();
     int SyncFolder();
     int WriteInPlace();
@@ -59,6 +63,7 @@ private:
     std::string target_;
     std::string folder_;
     std::string temporary_;  // the temporary file's name, empty as long as it has none
+    std::string keptCopy_;
     BNode node_;
     mode_t mode_ = 0;
     bool isInPlace_ = false;

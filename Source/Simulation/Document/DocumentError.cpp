@@ -31,5 +31,6 @@ DocumentError DocumentError::System(int error) {
 
 std::string DocumentError::Reason(const ProgramResources& resources) const {
     if (text == 0) return std::strerror(systemError);
-    return FillIn(resources.InterfaceLabel(text), {subject});
+    const char* const why = systemError == 0 ? "" : std::strerror(systemError);
+    return FillIn(resources.InterfaceLabel(text), {subject, why});
 }

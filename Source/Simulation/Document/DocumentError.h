@@ -12,7 +12,7 @@ class ProgramResources;
 struct [[nodiscard]] DocumentError {
     status_t status = B_OK;
     int32 text = 0;       // a string resource, 0: the system's own words for systemError
-    std::string subject;  // the body or epoch that the text names
+    std::string subject;  // the body, epoch or file that the text names
     int systemError = 0;  // an errno value
 
     // A fault of the document's contents.

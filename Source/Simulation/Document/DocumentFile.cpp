@@ -37,9 +37,11 @@ void DocumentFile::SetUntitled(const entry_ref& directory, const std::string& na
     SetPlace(directory, name, false);
 }
 
-void DocumentFile::SetFile(const entry_ref& directory, const std::string& name) {
+void DocumentFile::SetFile(const entry_ref& directory, const std::string& name,
+                           const BMessage& record) {
     SetPlace(directory, name, true);
-    stamp_ = FileStamp::Of(ownPath_);
+    stamp_ = FileStamp::FindIn(record);
+    if (!stamp_) stamp_ = FileStamp::Of(ownPath_);
 }
 
 void DocumentFile::SetRecovered(const RecoveryCopy& copy, const std::string& untitledName) {

@@ -10,6 +10,8 @@
 #include "Simulation/Document/FileStamp.h"
 #include "Simulation/Document/RecoveryFolder.h"
 
+class BMessage;
+
 class DocumentFile {
 public:
     // A copy that is needed holds what the user may believe to be safe: it stays until the document
@@ -21,8 +23,9 @@ public:
 
     // In no file yet; the folder is the one to propose.
     void SetUntitled(const entry_ref& directory, const std::string& name);
-    // Read from there. Forgets the copy of the document that was there before.
-    void SetFile(const entry_ref& directory, const std::string& name);
+    // Read from there, as that record, which tells what was read if it has a FileStamp. Forgets the
+    // copy of the document that was there before.
+    void SetFile(const entry_ref& directory, const std::string& name, const BMessage& record);
     // Read from a recovery copy, which stays until the document is saved.
     void SetRecovered(const RecoveryCopy& copy, const std::string& untitledName);
 

@@ -21,6 +21,7 @@ enum DocumentText : int32 {
     kTextReservedID = 4013,  // %1: the body's name, as in the next two
     kTextTooLargeID = 4014,
     kTextTakenID = 4015,
+    kTextKeptBeside = 4016,  // %1: a file, %2: why the document's own could not be written
 
     // What was lost or got on reading.
     kTextEpochEmptied = 4020,  // %1: the epoch's number, %2: its name, as in the next four; %3: why
@@ -32,6 +33,7 @@ enum DocumentText : int32 {
     kTextMoreNotices = 4026,    // %1: how many more
     kTextNoticeAndMore = 4027,  // %1: a notice, %2: how many more
     kTextGroupsTooDeep = 4028,
+    kTextForeign = 4029,  // %1 and %2 as above, %3: how many, %4: the class of the first one
 
     // %1: time; where there is a pair %2: heavier body, %3: lighter body, %4: distance
     kTextEndsNotFinite = 4030,
@@ -40,4 +42,8 @@ enum DocumentText : int32 {
     kTextEndsTimeStandsAlone = 4033,
     kTextEndsNotMerged = 4034,
     kTextEndsNothingInteracts = 4035,
+
+    // Why an edit is refused.
+    kTextEpochStays = 4040,
+    kTextEpochsTooDeep = 4041,
 };

@@ -106,6 +106,8 @@ private:
         DocumentError fault;
         std::vector<SystemReading::LeftOut> leftOut;  // the first few of them
         int32 leftOutCount = 0;
+        std::string foreignClass;  // of the first one
+        int32 foreignCount = 0;
     };
 
     std::unique_ptr<Epoch> Make(BMessage* archive, status_t status);
@@ -151,12 +153,14 @@ std::unique_ptr<Epoch> Reader::Make(BMessage* archive, status_t status) {
             found.fault = CheckEpochRecord(*archive);
             found.leftOut = reading.Told();
             found.leftOutCount = reading.CountLeftOut();
+            found.foreignClass = reading.ForeignClass();
+            found.foreignCount = reading.CountForeign();
         } else {
             epoch = EmptyOf(*archive);
             found.fault = DocumentError::Record(B_BAD_DATA);
         }
     }
-    if (found.fault.Failed() || found.leftOutCount > 0)
+    if (found.fault.Failed() || found.leftOutCount > 0 || found.foreignCount > 0)
         findings_.emplace(epoch.get(), std::move(found));
     return epoch;
 }
@@ -227,11 +231,14 @@ DocumentError Reader::Check() {
 void Reader::TellLeftOut(const AbEpoch& epoch, const std::string& position) const {
     const auto found = findings_.find(&epoch);
     if (found == findings_.end()) return;
-    const auto& [fault, leftOut, count] = found->second;
-    for (const SystemReading::LeftOut& system : leftOut)
+    const Findings& findings = found->second;
+    for (const SystemReading::LeftOut& system : findings.leftOut)
         notices_->Add({kTextLeftOut, {position, epoch.Name(), system.name, system.sibling}});
-    const int32 more = count - static_cast<int32>(leftOut.size());
+    const int32 more = findings.leftOutCount - static_cast<int32>(findings.leftOut.size());
     if (more > 0) notices_->Add({kTextMoreLeftOut, {position, epoch.Name(), std::to_string(more)}});
+    if (const int32 foreign = findings.foreignCount; foreign > 0)
+        notices_->Add({kTextForeign,
+                       {position, epoch.Name(), std::to_string(foreign), findings.foreignClass}});
 }
 
 void Reader::Number() {

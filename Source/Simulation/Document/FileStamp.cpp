@@ -6,8 +6,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
+#include <type_traits>
 #include <vector>
 
+#include "Platform/Application/BMessage.h"
 #include "Platform/Storage/FileDescriptor.h"
 
 namespace {
@@ -37,12 +40,34 @@ std::optional<FileStamp> FileStamp::Of(const std::string& path) {
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat info {};
     if (!file.IsOpen() || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return {};
-    FileStamp stamp;
-    stamp.device_ = info.st_dev;
-    stamp.inode_ = info.st_ino;
-    stamp.time_ = info.st_mtim;
-    stamp.size_ = info.st_size;
+    FileStamp stamp(info);
     if (!Digest(file.Get(), &stamp.digest_)) return {};
+    return stamp;
+}
+
+FileStamp::FileStamp(const struct stat& file)
+    : device_(file.st_dev), inode_(file.st_ino), time_(file.st_mtim), size_(file.st_size) {}
+
+FileStamp::FileStamp(const struct stat& file, std::span<const std::byte> contents)
+    : FileStamp(file) {
+    SHA2_CTX context;
+    SHA256Init(&context);
+    SHA256Update(&context, reinterpret_cast<const uint8*>(contents.data()), contents.size());
+    SHA256Final(digest_.data(), &context);
+}
+
+status_t FileStamp::AddTo(BMessage* record) const {
+    static_assert(std::is_trivially_copyable_v<FileStamp>);
+    return record->AddData(kField, B_RAW_TYPE, this, sizeof *this);
+}
+
+std::optional<FileStamp> FileStamp::FindIn(const BMessage& record) {
+    const void* data = nullptr;
+    std::size_t size = 0;
+    FileStamp stamp;
+    if (record.FindData(kField, B_RAW_TYPE, 0, &data, &size) != B_OK || size != sizeof stamp)
+        return {};
+    std::memcpy(&stamp, data, size);
     return stamp;
 }
 

@@ -59,11 +59,15 @@ void RunControl::UnPause() {
         return;
     }
     if (--pauseCount_ > 0 || hold_) return;
-    StartRun();
+    if (!StartRun()) {
+        pauseCount_ = 1;
+        return;
+    }
     userPaused_ = false;
 }
 
-void RunControl::StartRun() {
+// False: the epoch in focus can have none below it. Nothing runs then.
+bool RunControl::StartRun() {
     view_->SetNonPhysicalBodyValues();
     view_->SetPhysicalBodyValues();
     view_->SetEpochValues();
@@ -71,11 +75,16 @@ void RunControl::StartRun() {
     RestoreCalculatorState();
     view_->EnableRunControls(false);
     view_->ShowGoPause(RunControlView::Offer::kPause);
-    DupCurrentEpoch();
+    if (!DupCurrentEpoch()) {
+        view_->EnableRunControls(true);
+        view_->ShowGoPause(RunControlView::Offer::kGo);
+        return false;
+    }
     if (IsCenteredOnGo()) PutCenterOfMassAtOrigin(portal_);
     view_->RunStarting();
     NoteRun();
     calculator_->UnPause();
+    return true;
 }
 
 void RunControl::ResumeRun() {
@@ -109,8 +118,8 @@ void RunControl::NoteRun() {
     endedIn_ = nullptr;
 }
 
-void RunControl::DupCurrentEpoch() {
-    ExecuteFiled(portal_, Named(kCommandGo, std::make_unique<NewEpochCommand>(portal_)));
+bool RunControl::DupCurrentEpoch() {
+    return ExecuteFiled(portal_, Named(kCommandGo, std::make_unique<NewEpochCommand>(portal_)));
 }
 
 // With the state in the epoch a document saved after the run goes on from it bit for bit. It does

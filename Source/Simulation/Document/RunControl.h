@@ -44,9 +44,9 @@ public:
     void SetHold(bool hold) { hold_ = hold; }
 
 private:
-    void StartRun();
+    [[nodiscard]] bool StartRun();
     void NoteRun();
-    void DupCurrentEpoch();
+    [[nodiscard]] bool DupCurrentEpoch();
     void KeepCalculatorState();
     void RestoreCalculatorState();
     // The centre of mass goes to the origin when a run starts.

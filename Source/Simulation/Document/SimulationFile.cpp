@@ -20,6 +20,7 @@
 #include "Platform/Storage/FileDescriptor.h"
 #include "Simulation/Document/DocumentCheck.h"
 #include "Simulation/Document/EpochReader.h"
+#include "Simulation/Document/FileStamp.h"
 #include "Simulation/Document/RecordDigest.h"
 
 namespace {
@@ -85,7 +86,8 @@ DocumentError ReadRecord(const std::shared_ptr<const Bytes>& bytes, std::size_t 
 DocumentError ErrorOf(const AtomicFile& file, status_t status) {
     if (status == B_OK) return {};
     if (status == B_NOT_ALLOWED) return DocumentError::Content(kTextNotAFile);
-    return DocumentError::System(file.SystemError());
+    if (file.KeptCopy().empty()) return DocumentError::System(file.SystemError());
+    return {status, kTextKeptBeside, file.KeptCopy(), file.SystemError()};
 }
 
 DocumentError ReadBytes(int descriptor, std::shared_ptr<Bytes>* bytes) {
@@ -113,6 +115,7 @@ DocumentError ReadBytes(int descriptor, std::shared_ptr<Bytes>* bytes) {
 DocumentError WriteBytes(BMessage record, AtomicFile* file) {
     record.RemoveName(kDigest);
     record.RemoveName(kChanged);
+    record.RemoveName(FileStamp::kField);
     constexpr RecordDigest::Bytes kNothing{};
     status_t status = record.AddData(kDigest, B_RAW_TYPE, kNothing.data(), kNothing.size());
     if (status != B_OK) return DocumentError::Record(status);
@@ -149,16 +152,33 @@ DocumentError ReadBack(int descriptor) {
     return notices.FirstFault();
 }
 
+DocumentError WriteWith(AtomicFile* file, const std::string& path, BMessage&& record) {
+    if (const status_t status = file->Open(path); status != B_OK) return ErrorOf(*file, status);
+    if (DocumentError error = WriteBytes(std::move(record), file); error.Failed()) return error;
+    if (file->SystemError() == 0)
+        if (DocumentError error = ReadBack(file->Node().Descriptor()); error.Failed()) return error;
+    // A failure to write shows in Commit; a file without attributes is a document all the same.
+    BNodeInfo info(&file->Node());
+    info.SetPreferredApp(SimulationFile::kPreferredApplication);
+    info.SetType(SimulationFile::kType);
+    return ErrorOf(*file, file->Commit());
+}
+
 }  // namespace
 
-DocumentError SimulationFile::Read(const std::string& path, BMessage* record) {
+DocumentError SimulationFile::Read(const std::string& path, BMessage* record, Stamping stamping) {
     *record = BMessage();
     // Not blocking: a pipe without a writer is refused, not waited for.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file.IsOpen()) return DocumentError::System(errno);
+    struct stat info {};
+    if (!file.IsOpen() || fstat(file.Get(), &info) != 0) return DocumentError::System(errno);
     std::shared_ptr<Bytes> bytes;
     if (DocumentError error = ReadBytes(file.Get(), &bytes); error.Failed()) return error;
-    return ReadRecord(bytes, kTag.size(), record);
+    DocumentError error = ReadRecord(bytes, kTag.size(), record);
+    if (!error.Failed()) record->RemoveName(FileStamp::kField);
+    if (!error.Failed() && stamping == Stamping::kInRecord)
+        error = DocumentError::Record(FileStamp(info, *bytes).AddTo(record));
+    return error;
 }
 
 DocumentError SimulationFile::CanWrite(const std::string& path) {
@@ -177,15 +197,7 @@ DocumentError SimulationFile::Write(const std::string& path, const BMessage& rec
 
 DocumentError SimulationFile::Write(const std::string& path, BMessage&& record, int* leftovers) {
     AtomicFile file;
-    if (const status_t status = file.Open(path); status != B_OK) return ErrorOf(file, status);
-    if (DocumentError error = WriteBytes(std::move(record), &file); error.Failed()) return error;
-    if (file.SystemError() == 0)
-        if (DocumentError error = ReadBack(file.Node().Descriptor()); error.Failed()) return error;
-    // A failure to write shows in Commit; a file without attributes is a document all the same.
-    BNodeInfo info(&file.Node());
-    info.SetPreferredApp(kPreferredApplication);
-    info.SetType(kType);
-    const status_t status = file.Commit();
+    DocumentError error = WriteWith(&file, path, std::move(record));
     if (leftovers != nullptr) *leftovers = file.RemovedLeftovers();
-    return ErrorOf(file, status);
+    return error;
 }

@@ -18,7 +18,10 @@ public:
     // Reads the file's record, without a look into the records nested in it. Takes no more memory
     // than the file is long; nothing but the tag is read of a file that is not a document. On
     // failure the record is empty. The digest is checked and taken out.
-    static DocumentError Read(const std::string& path, BMessage* record);
+    // `stamping`: whether the record gets the file's FileStamp, taken from what was read.
+    enum class Stamping { kNone, kInRecord };
+    static DocumentError Read(const std::string& path, BMessage* record,
+                              Stamping stamping = Stamping::kNone);
     // Whether a document could be written there, disk space apart. Leaves no trace.
     static DocumentError CanWrite(const std::string& path);
     // False for the record of a file that is not, byte for byte, what was written.
@@ -26,7 +29,7 @@ public:
     // Replaces the file at once or not at all, and marks it as a document of this program. What
     // could not be read again as it is replaces nothing: the reason is the one that reading has.
     // `leftovers`, if given: how many unfinished files of programs that have ended were removed
-    // from its folder.
+    // from its folder, whether or not the file could be written.
     static DocumentError Write(const std::string& path, const BMessage& record,
                                int* leftovers = nullptr);
     // The same; the record's memory is given back as soon as it is written.

@@ -163,6 +163,22 @@ TEST_F(EpochReaderTest, WhatIsLeftOutOrGetsANewIdentifierIsTold) {
               "epoch 0, \"E\": \"Io\" has no identifier, and gets the new one 11\n"
               "epoch 0, \"E\": \"Leda\" has no identifier, and gets the new one 12\n");
 
+    // What is no system is told once for each epoch, wherever in it it stands.
+    BMessage trail = BodyRecord("Trail", 5);
+    trail.RemoveName("class");
+    trail.AddString("class", "Trail");
+    const BMessage inner = EpochRecord("Inner", {trail});
+    ASSERT_FALSE(Load(EpochRecord("E",
+                                  {BodyRecord("Earth", 3), GroupRecord("Mars", 4, {trail, trail})},
+                                  {inner}))
+                     .Failed());
+    EXPECT_EQ(Systems(), "Earth3 Mars4 ");
+    EXPECT_EQ(Told(),
+              "epoch 0, \"E\": what is neither body nor group is left out: 2 (the first is of class "
+              "\"Trail\")\n"
+              "epoch 1, \"Inner\": what is neither body nor group is left out: 1 (the first is of "
+              "class \"Trail\")\n");
+
     // Many of a kind in one line; and no identifier is above the largest one.
     std::vector<BMessage> many(100, BodyRecord("Twin", kMaxSystemID));
     many.resize(110, BodyRecord("Foundling", kNoSystemID));

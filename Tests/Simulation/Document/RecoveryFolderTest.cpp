@@ -199,10 +199,20 @@ TEST_F(DocumentSaverTest, AFileThatAnotherProgramHasWrittenIsToldOfOnce) {
     fs::last_write_time(path, fs::file_time_type::clock::now() + std::chrono::hours(1));
     EXPECT_TRUE(file.HasChangedUnseen()) << "again";
     // What was read counts as what was written; where nothing lies, nothing can be lost.
-    file.SetFile(place, "Comets");
+    BMessage record;
+    file.SetFile(place, "Comets", record);
     EXPECT_FALSE(file.HasChangedUnseen());
     fs::remove(path);
     EXPECT_FALSE(file.HasChangedUnseen());
+    // And not what lies there when it is opened.
+    EXPECT_FALSE(SaveDocument(&document, &file, place, "Comets", true).error.Failed());
+    constexpr auto kStamped = SimulationFile::Stamping::kInRecord;
+    ASSERT_FALSE(SimulationFile::Read(path, &record, kStamped).Failed());
+    file.SetFile(place, "Comets", record);
+    EXPECT_FALSE(file.HasChangedUnseen());
+    write("while it was opened");
+    file.SetFile(place, "Comets", record);
+    EXPECT_TRUE(file.HasChangedUnseen());
 }
 
 TEST_F(DocumentSaverTest, ARecoveredDocumentGoesBackToItsPlaceIfThatIsThere) {

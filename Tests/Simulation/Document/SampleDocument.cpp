@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "Model/Commands/NewEpochCommand.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Simulation/Document/SimulationFile.h"
 
@@ -91,4 +92,17 @@ void StepRunner::Changed(int32 what) {
     const std::lock_guard lock(mutex_);
     parked_ = true;
     changed_.notify_all();
+}
+
+void NestAsDeepAsPossible(EpochPortal* portal) {
+    AbEpoch* epoch = portal->RootEpoch()->ChildAt(0);
+    for (int32 depth = 1; depth < NewEpochCommand::kMaxDepth; depth++) {
+        auto next = std::make_unique<Epoch>();
+        epoch->SetWriteable(false);
+        epoch->AddChild(next.get());
+        epoch = next.release();
+    }
+    epoch->SetWriteable(false);
+    epoch->RootSystem()->AddChild(MakeBody("Last", 7, 1e20, {}, {}).release());
+    portal->SetEpochTo(epoch);
 }

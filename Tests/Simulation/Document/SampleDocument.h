@@ -59,3 +59,7 @@ private:
     std::condition_variable changed_;
     bool parked_ = false;
 };
+
+// Puts epochs below the first top-level one, each below the one before, all of them records, until
+// none may follow; the last one gets the focus.
+void NestAsDeepAsPossible(EpochPortal* portal);

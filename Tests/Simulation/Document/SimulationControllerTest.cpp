@@ -10,6 +10,8 @@
 #include "Simulation/Document/BodyColors.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunControlView.h"
+#include "Simulation/Document/SimulationFile.h"
+#include "Tests/Platform/TestFolder.h"
 #include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
@@ -229,6 +231,41 @@ TEST_F(SimulationControllerTest, ARunIsPausedWhereBodiesTouchThatCannotBeMerged)
     EXPECT_EQ(run_.PauseCount(), 1);
     EXPECT_TRUE(run_.UserPaused());
     EXPECT_EQ(CountBodies(), 4u);
+}
+
+// What can be made can be saved, and what can be read at all is read.
+TEST_F(SimulationControllerTest, EpochsAreNestedNoDeeperThanADocumentCanHold) {
+    NestAsDeepAsPossible(Portal());
+    AbEpoch* const last = Focus();
+    controller_.DupCurrentEpoch();
+    run_.UnPause();
+    controller_.CreateBody();
+    Portal()->ReadLock();
+    auto rename = NameFactory(7).MakeCommand(Portal(), "New");
+    Portal()->ReadUnlock();
+    EXPECT_FALSE(ExecuteFiled(Portal(), std::move(rename)));
+    EXPECT_FALSE(controller_.ToCenterOfMass());
+    EXPECT_EQ(Focus(), last);
+    EXPECT_EQ(last->CountChildren(), 0);
+    EXPECT_FALSE(last->Writeable());
+    EXPECT_EQ(last->RootSystem()->CountChildren(), 1);
+    EXPECT_FALSE(document_.GetUndoChain()->CanUndo());
+
+    // A writeable one may be edited, and one that is less deep be run, once.
+    last->SetWriteable(true);
+    controller_.CreateBody();
+    EXPECT_EQ(last->RootSystem()->CountChildren(), 2);
+    controller_.EditEpoch(last->Parent());
+    run_.UnPause();
+    run_.Pause();
+    EXPECT_EQ(Focus()->Parent(), last->Parent());
+    run_.UnPause();
+    run_.Pause();
+    EXPECT_EQ(Focus()->Parent(), last->Parent());
+    BMessage record;
+    TestFolder folder;
+    ASSERT_FALSE(document_.Store(&record, true).Failed());
+    EXPECT_FALSE(SimulationFile::Write(folder.Path("deep"), record).Failed());
 }
 
 }  // namespace

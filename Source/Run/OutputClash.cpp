@@ -1,0 +1,36 @@
+#include "Run/OutputClash.h"
+
+#include <filesystem>
+
+#include "Run/Options.h"
+#include "Run/OutputFile.h"
+
+namespace {
+
+// True when both paths lead to one file, which need not exist.
+bool IsSameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    if (std::filesystem::equivalent(a, b, error)) return true;
+    const auto first = std::filesystem::weakly_canonical(a, error);
+    const auto second = std::filesystem::weakly_canonical(b, error);
+    return !error && first == second;
+}
+
+}  // namespace
+
+std::optional<std::string> FindClashingOutput(const Options& options) {
+    const bool isCsvFile = options.csv && options.csv != OutputFile::kStandardOutput;
+    const std::optional<std::string> csv = isCsvFile ? options.csv : std::nullopt;
+    const std::optional<std::string> checkpoint =
+        options.checkpoint ? std::optional(options.CheckpointPath()) : std::nullopt;
+    const auto clashes = [&](const std::optional<std::string>& output,
+                             const std::optional<std::string>& alsoWritten) {
+        for (const auto& other :
+             {options.document, options.resume, options.save, checkpoint, alsoWritten})
+            if (output && other && IsSameFile(*output, *other)) return true;
+        return false;
+    };
+    if (clashes(csv, std::nullopt)) return csv;
+    if (clashes(options.png, csv)) return options.png;
+    return std::nullopt;
+}
