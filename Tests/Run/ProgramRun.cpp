@@ -1,5 +1,6 @@
 #include "Tests/Run/ProgramRun.h"
 
+#include <malloc.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -38,6 +39,8 @@ Outcome RunProgram(const std::vector<std::string>& arguments, const RunSetup& se
     // Files and not pipes: the program never waits for somebody to read.
     const int out = memfd_create("out", MFD_CLOEXEC);
     const int err = memfd_create("err", MFD_CLOEXEC);
+    // What this process has in memory when it forks counts for the program's peak.
+    malloc_trim(0);
     const pid_t program = fork();
     if (program == 0) StartProgram(arguments, setup, out, err);
     if (setup.meanwhile) setup.meanwhile(program);
