@@ -63,9 +63,9 @@ public:
     [[nodiscard]] bool ShouldStop() const { return stop_.ShouldStop(); }
 
     // The next run stops itself as if by SetInternalPause at the report that ends its `steps`-th
-    // step, or at the first one at or past `time` (s), whatever the batches are. 0 and +infinity:
-    // no limit. A run that is paused or that collides goes on counting when it is resumed; a limit
-    // holds once.
+    // step, or at the first one at or past `time` (s; RunLimit.h), whatever the batches are. 0 and
+    // +infinity: no limit. A run that is paused or that collides goes on counting when it is
+    // resumed; a limit holds once.
     void SetRunLimit(int64 steps, double time) { limit_.Set({steps, time}); }
 
     // Why the calculator has parked: by itself, as after the last report or at a collision, and not

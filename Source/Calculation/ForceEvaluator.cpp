@@ -13,8 +13,13 @@ constexpr int32 kMostThreads = 16;
 // Pairs of a target and a source in one task: a microsecond or so, so that sharing costs little, a
 // pause is seen in time and the last task keeps nobody waiting. But at least a vector of targets.
 constexpr int32 kPairsPerTask = 256;
-// Fewer pairs are not worth a second thread.
+// Fewer pairs are not worth a second thread, nor a look at what others may be doing: each locked
+// instruction would cost as much as several pairs.
 constexpr int64 kPairsWorthSharing = 1600;
+
+// So many pairs stay in the nearer caches, with what the passes keep of them. Of more it is quicker
+// to find it again, and memory is to grow with the bodies only.
+constexpr int64 kMaxKeptPairs = 16'384;
 
 int32 RoundUp(int32 number, int32 unit) {
     return (number + unit - 1) / unit * unit;
@@ -104,10 +109,22 @@ void ForceEvaluator::Resize(int32 bodies, int32 massive) {
         arrays_.jerk[axis] = Array(kJerk + axis);
         arrays_.snap[axis] = Array(kSnap + axis);
     }
+    MakeRoomForPairs();
+}
+
+void ForceEvaluator::MakeRoomForPairs() {
+    const int64 pairs = int64{RoundUp(arrays_.bodies, kMostLanes)} * arrays_.massive;
+    kept_.resize(static_cast<size_t>(pairs <= kMaxKeptPairs ? 2 * pairs : 0));
+    if (!kept_.empty()) arrays_.kept = kept_.data();
+}
+
+bool ForceEvaluator::IsQuick() const {
+    return int64{arrays_.bodies} * arrays_.massive < kPairsWorthSharing;
 }
 
 ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& stop) {
     collisions_.clear();
+    if (IsQuick()) return EvaluateQuickly(order, stop);
     const int32 targetsPerTask =
         RoundUp(kPairsPerTask / std::max(arrays_.massive, 1) + 1, kMostLanes);
     Pass first{*this, Pass::Kind::kFirst, order, stop, targetsPerTask};
@@ -123,12 +140,17 @@ ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& st
     return Result::kDone;
 }
 
+// On this thread alone and in one go.
+ForceEvaluator::Result ForceEvaluator::EvaluateQuickly(int32 order, const StopFlags& stop) {
+    const FirstPassResult found = instance_->firstPass(arrays_, order, 0, arrays_.bodies);
+    if (found.touching) return ListCollisions(stop);
+    rate_ = std::max(kLeastRate, found.rate);
+    if (order >= 4) instance_->secondPass(arrays_, 0, arrays_.bodies);
+    return Result::kDone;
+}
+
 void ForceEvaluator::Run(Pass* pass) {
-    const int64 pairs = static_cast<int64>(arrays_.bodies) * arrays_.massive;
-    if (threads_ == 1 || pairs < kPairsWorthSharing) {
-        pass->DoTasks();
-        return;
-    }
+    if (threads_ == 1) return pass->DoTasks();
     if (!team_) team_ = std::make_unique<WorkerTeam>(threads_ - 1);
     team_->Run(Pass::DoTasks, pass);
 }

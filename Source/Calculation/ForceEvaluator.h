@@ -83,8 +83,11 @@ private:
     };
     static_assert(sizeof(Line) == kMostLanes * sizeof(double));
 
+    void MakeRoomForPairs();
     double* Array(int index) { return storage_[index * stride_].numbers; }
     const double* Array(int index) const { return storage_[index * stride_].numbers; }
+    [[nodiscard]] bool IsQuick() const;
+    Result EvaluateQuickly(int32 order, const StopFlags& stop);
     void Run(Pass* pass);
     Result ListCollisions(const StopFlags& stop);
 
@@ -92,6 +95,7 @@ private:
     const ForceInstance* instance_;
     std::vector<Line> storage_;
     size_t stride_ = 0;  // lines of an array
+    std::vector<double> kept_;
     ForceArrays arrays_;
     double rate_ = 0;
     std::vector<CollidingPair> collisions_;

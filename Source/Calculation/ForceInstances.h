@@ -24,6 +24,9 @@ struct ForceArrays {
     double* acceleration[3] = {};
     double* jerk[3] = {};
     double* snap[3] = {};
+    // Where the first pass leaves what the second would have to find again, two numbers for each
+    // source and target, the latter rounded up to whole vectors. Null: nowhere.
+    double* kept = nullptr;
 };
 
 // What a range of targets saw: the fastest pair's rate in 1/s2 (0 when there is no pair), and

@@ -52,6 +52,13 @@ struct Vector {
         __builtin_memcpy(&value, from, sizeof value);
         return value;
     }
+    // The same where the numbers were written one by one a moment ago: a wide load would wait until
+    // they are in the cache. Volatile, or the compiler makes a wide load of it.
+    ORVEK_INLINE static Real LoadEach(const double* from) {
+        if constexpr (kLanes > 2) return Load(from);
+        const volatile double* const numbers = from;
+        return Real{numbers[0], numbers[1]};
+    }
     ORVEK_INLINE static void Store(double* to, Real value) {
         __builtin_memcpy(to, &value, sizeof value);
     }
@@ -91,30 +98,36 @@ class Targets {
     using Triples = Triple<Real>;
 
 public:
-    ORVEK_INLINE Targets(const ForceArrays& arrays, int32 begin)
-        : arrays_(arrays), begin_(begin), position_(Load(arrays.position)) {}
+    ORVEK_INLINE Targets(const ForceArrays& arrays, int32 begin) : arrays_(arrays), begin_(begin) {}
 
-    template <int32 kOrder>
+    template <int32 kOrder, bool kKeeps>
     ORVEK_INLINE FirstPassResult FirstPass() {
-        velocity_ = Load(arrays_.velocity);
+        // The lower orders move one body after the other.
+        constexpr auto kLoad = kOrder < 4 ? V::LoadEach : V::Load;
+        position_ = Load(arrays_.position, kLoad);
+        velocity_ = Load(arrays_.velocity, kLoad);
         radius_ = V::Load(arrays_.radius + begin_);
         gm_ = V::Load(arrays_.gm + begin_);
         gm_ = V::LaneNumbers() < Integer{} + (arrays_.massive - begin_) ? gm_ : Real{};
         rate_ = Real{};
         apart_ = V::Fill(1);
         first_ = jerk_ = snap_ = Triples{};
-        ForEachSource(
-            [this](int32 source, auto self) { this->template AddFirst<kOrder>(source, self); });
+        ForEachSource([this](int32 source, auto self) {
+            this->template AddFirst<kOrder, kKeeps>(source, self);
+        });
         Store(arrays_.acceleration, first_);
         if constexpr (kOrder >= 3) Store(arrays_.jerk, jerk_);
         if constexpr (kOrder >= 4) Store(arrays_.snap, snap_);
         return Result();
     }
 
+    template <bool kKept>
     ORVEK_INLINE void SecondPass() {
+        position_ = Load(arrays_.position);
         first_ = Load(arrays_.acceleration);
         snap_ = Load(arrays_.snap);
-        ForEachSource([this](int32 source, auto self) { this->AddSecond(source, self); });
+        ForEachSource(
+            [this](int32 source, auto self) { this->template AddSecond<kKept>(source, self); });
         Store(arrays_.snap, snap_);
     }
 
@@ -133,7 +146,7 @@ private:
             add(source, NoSelf{});
     }
 
-    template <int32 kOrder, class Self>
+    template <int32 kOrder, bool kKeeps, class Self>
     ORVEK_INLINE void AddFirst(int32 source, Self self) {
         const Triples d = Difference(arrays_.position, source, position_, self);
         const Triples w = Difference(arrays_.velocity, source, velocity_, self);
@@ -146,6 +159,10 @@ private:
         const Real q3 = q2 * q;
         const double gm = arrays_.gm[source];
         const Real pull = gm * q3;
+        if constexpr (kKeeps) {
+            V::Store(Kept(source), q2);
+            V::Store(Kept(source) + kLanes, pull);
+        }
         first_ += d * pull;
         const Real w2 = w.Dot(w);
         rate_ = V::Max(rate_, w2 * q2);
@@ -159,14 +176,26 @@ private:
         }
     }
 
-    template <class Self>
+    template <bool kKept, class Self>
     ORVEK_INLINE void AddSecond(int32 source, Self self) {
         const Triples d = Difference(arrays_.position, source, position_, self);
         const Triples da = Difference(arrays_.acceleration, source, first_, self);
-        const Real q = 1.0 / V::Sqrt(SquaredDistance(d, self));
-        const Real q2 = q * q;
-        const Real q3 = q2 * q;
-        snap_ += (da - d * (3.0 * d.Dot(da) * q2)) * (arrays_.gm[source] * q3);
+        Real q2, pull;
+        if constexpr (kKept) {
+            q2 = V::Load(Kept(source));
+            pull = V::Load(Kept(source) + kLanes);
+        } else {
+            const Real q = 1.0 / V::Sqrt(SquaredDistance(d, self));
+            q2 = q * q;
+            pull = arrays_.gm[source] * (q2 * q);
+        }
+        snap_ += (da - d * (3.0 * d.Dot(da) * q2)) * pull;
+    }
+
+    // Two vectors for each source, behind those of the targets before.
+    ORVEK_INLINE double* Kept(int32 source) const {
+        return arrays_.kept + 2 * (static_cast<int64>(begin_) * arrays_.massive +
+                                   static_cast<int64>(source) * kLanes);
     }
 
     // The value, but something else in the lane that is its own source.
@@ -191,8 +220,9 @@ private:
     }
 
     template <class Array>
-    ORVEK_INLINE Triples Load(Array* const (&from)[3]) const {
-        return {V::Load(from[0] + begin_), V::Load(from[1] + begin_), V::Load(from[2] + begin_)};
+    ORVEK_INLINE Triples Load(Array* const (&from)[3],
+                              Real (*load)(const double*) = V::Load) const {
+        return {load(from[0] + begin_), load(from[1] + begin_), load(from[2] + begin_)};
     }
     ORVEK_INLINE void Store(double* const (&to)[3], const Triples& value) const {
         V::Store(to[0] + begin_, value.x);
@@ -212,7 +242,7 @@ private:
 
     const ForceArrays& arrays_;
     const int32 begin_;
-    const Triples position_;
+    Triples position_;
     Triples velocity_;
     Real radius_;
     Real gm_;  // 0 for a massless body
@@ -223,9 +253,10 @@ private:
     Triples snap_;
 };
 
-template <int32 kLanes, int32 kOrder>
+template <int32 kLanes, int32 kOrder, bool kKeeps>
 void FirstPassOf(const ForceArrays& arrays, int32 begin, FirstPassResult* result) {
-    const FirstPassResult found = Targets<kLanes>(arrays, begin).template FirstPass<kOrder>();
+    const FirstPassResult found =
+        Targets<kLanes>(arrays, begin).template FirstPass<kOrder, kKeeps>();
     if (found.rate > result->rate) result->rate = found.rate;
     if (found.touching) result->touching = true;
 }
@@ -244,26 +275,34 @@ ORVEK_INLINE void ForEachVector(int32 begin, int32 end, Visit visit) {
     }
 }
 
-template <int32 kLanes, int32 kOrder>
+template <int32 kLanes, int32 kOrder, bool kKeeps>
 FirstPassResult FirstPass(const ForceArrays& arrays, int32 begin, int32 end) {
     FirstPassResult result;
     ForEachVector<kLanes>(begin, end, [&]<int32 kWidth>(int32 at) {
-        FirstPassOf<kWidth, kOrder>(arrays, at, &result);
+        FirstPassOf<kWidth, kOrder, kKeeps>(arrays, at, &result);
     });
     return result;
 }
 
 template <int32 kLanes>
 FirstPassResult FirstPass(const ForceArrays& arrays, int32 order, int32 begin, int32 end) {
-    if (order >= 4) return FirstPass<kLanes, 4>(arrays, begin, end);
-    if (order == 3) return FirstPass<kLanes, 3>(arrays, begin, end);
-    return FirstPass<kLanes, 2>(arrays, begin, end);
+    if (order == 2) return FirstPass<kLanes, 2, false>(arrays, begin, end);
+    if (order == 3) return FirstPass<kLanes, 3, false>(arrays, begin, end);
+    if (arrays.kept == nullptr) return FirstPass<kLanes, 4, false>(arrays, begin, end);
+    return FirstPass<kLanes, 4, true>(arrays, begin, end);
+}
+
+template <int32 kLanes, bool kKept>
+void SecondPass(const ForceArrays& arrays, int32 begin, int32 end) {
+    ForEachVector<kLanes>(begin, end, [&]<int32 kWidth>(int32 at) {
+        Targets<kWidth>(arrays, at).template SecondPass<kKept>();
+    });
 }
 
 template <int32 kLanes>
 void SecondPass(const ForceArrays& arrays, int32 begin, int32 end) {
-    ForEachVector<kLanes>(
-        begin, end, [&]<int32 kWidth>(int32 at) { Targets<kWidth>(arrays, at).SecondPass(); });
+    if (arrays.kept == nullptr) return SecondPass<kLanes, false>(arrays, begin, end);
+    SecondPass<kLanes, true>(arrays, begin, end);
 }
 
 }  // namespace

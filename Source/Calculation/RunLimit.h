@@ -1,6 +1,7 @@
-// Where a run is to stop by itself: when so many steps are complete, or at the first report at or
-// past a time. Set by any thread, obeyed by the calculation thread from the start of its next run
-// on; pauses and collisions on the way do not restart the count.
+// Where a run is to stop by itself: when so many steps are complete, or at a time: exactly then if
+// the integrator, which is told, can end a step anywhere, else at the first report past it. Set by
+// any thread, obeyed by the calculation thread from the start of its next run on; pauses and
+// collisions on the way do not restart the count.
 #pragma once
 
 #include <limits>

@@ -75,34 +75,29 @@ void TaylorParts::Advance(int32 order, const StepPowers& powers, ForceEvaluator*
 
 void TaylorParts::AdvanceOrder4(const StepPowers& powers, ForceEvaluator* bodies) {
     const StepPowers h = powers;
-    const int32 count = bodies->CountBodies();
+    const std::ptrdiff_t count = bodies->CountBodies();
+    const std::ptrdiff_t rStride = r_.RowStride();
+    const std::ptrdiff_t vStride = v_.RowStride();
     for (int32 axis = 0; axis < 3; axis++) {
         const double* const acceleration = bodies->Acceleration(axis);
         const double* const jerk = bodies->Jerk(axis);
         const double* const snap = bodies->Snap(axis);
         double* const position = bodies->Position(axis);
         double* const velocity = bodies->Velocity(axis);
-        const double* const r0 = r_.Row(axis, 0);
-        double* const r1 = r_.Row(axis, 1);
-        double* const r2 = r_.Row(axis, 2);
-        double* const r3 = r_.Row(axis, 3);
-        double* const r4 = r_.Row(axis, 4);
-        const double* const v0 = v_.Row(axis, 0);
-        double* const v1 = v_.Row(axis, 1);
-        double* const v2 = v_.Row(axis, 2);
-        double* const v3 = v_.Row(axis, 3);
+        double* const r = r_.Row(axis, 0);
+        double* const v = v_.Row(axis, 0);
         // None of these arrays overlap.
 #pragma GCC ivdep
-        for (int32 i = 0; i < count; i++) {
-            r4[i] += snap[i] * h.h4;
-            v3[i] += snap[i] * h.h3;
-            r3[i] += jerk[i] * h.h3;
-            v2[i] += jerk[i] * h.h2;
-            r2[i] += acceleration[i] * h.h2;
-            v1[i] += acceleration[i] * h.h;
-            r1[i] += velocity[i] * h.h;
-            velocity[i] = v3[i] + v2[i] + v1[i] + v0[i];
-            position[i] = r4[i] + r3[i] + r2[i] + r1[i] + r0[i];
+        for (std::ptrdiff_t i = 0; i < count; i++) {
+            const double r4 = r[4 * rStride + i] += snap[i] * h.h4;
+            const double v3 = v[3 * vStride + i] += snap[i] * h.h3;
+            const double r3 = r[3 * rStride + i] += jerk[i] * h.h3;
+            const double v2 = v[2 * vStride + i] += jerk[i] * h.h2;
+            const double r2 = r[2 * rStride + i] += acceleration[i] * h.h2;
+            const double v1 = v[vStride + i] += acceleration[i] * h.h;
+            const double r1 = r[rStride + i] += velocity[i] * h.h;
+            velocity[i] = v3 + v2 + v1 + v[i];
+            position[i] = r4 + r3 + r2 + r1 + r[i];
         }
     }
 }
@@ -112,6 +107,17 @@ void TaylorParts::AdvanceOrder4(const StepPowers& powers, ForceEvaluator* bodies
 // order 2 or 3 move in just this way and must go on doing so. Only at order 4 does a new sum begin
 // with every coordinate.
 void TaylorParts::AdvanceCarrying(int32 order, const StepPowers& powers, ForceEvaluator* bodies) {
+    if (order >= 3)
+        AdvanceCarrying<true>(powers, bodies);
+    else
+        AdvanceCarrying<false>(powers, bodies);
+}
+
+template <bool kHasJerk>
+void TaylorParts::AdvanceCarrying(const StepPowers& powers, ForceEvaluator* bodies) {
+    const StepPowers h = powers;
+    const std::ptrdiff_t rStride = r_.RowStride();
+    const std::ptrdiff_t vStride = v_.RowStride();
     double positionSum = 0.0;
     double velocitySum = 0.0;
     for (int32 i = 0; i < bodies->CountBodies(); i++) {
@@ -119,19 +125,18 @@ void TaylorParts::AdvanceCarrying(int32 order, const StepPowers& powers, ForceEv
             double& position = bodies->Position(axis)[i];
             double& velocity = bodies->Velocity(axis)[i];
             const double acceleration = bodies->Acceleration(axis)[i];
-            if (order >= 3) {
+            double* const r = r_.Row(axis, 0) + i;
+            double* const v = v_.Row(axis, 0) + i;
+            if constexpr (kHasJerk) {
                 const double jerk = bodies->Jerk(axis)[i];
-                r_.Row(axis, 3)[i] += jerk * powers.h3;
-                v_.Row(axis, 2)[i] += jerk * powers.h2;
-                positionSum += r_.Row(axis, 3)[i];
-                velocitySum += v_.Row(axis, 2)[i];
+                positionSum += r[3 * rStride] += jerk * h.h3;
+                velocitySum += v[2 * vStride] += jerk * h.h2;
             }
-            r_.Row(axis, 2)[i] += acceleration * powers.h2;
-            v_.Row(axis, 1)[i] += acceleration * powers.h;
-            r_.Row(axis, 1)[i] += velocity * powers.h;
-            velocitySum = velocitySum + v_.Row(axis, 1)[i] + v_.Row(axis, 0)[i];
-            positionSum =
-                positionSum + r_.Row(axis, 2)[i] + r_.Row(axis, 1)[i] + r_.Row(axis, 0)[i];
+            const double r2 = r[2 * rStride] += acceleration * h.h2;
+            const double v1 = v[vStride] += acceleration * h.h;
+            const double r1 = r[rStride] += velocity * h.h;
+            velocitySum = velocitySum + v1 + v[0];
+            positionSum = positionSum + r2 + r1 + r[0];
             velocity = velocitySum;
             position = positionSum;
         }

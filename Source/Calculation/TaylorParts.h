@@ -46,6 +46,8 @@ private:
 
     void AdvanceOrder4(const StepPowers& powers, ForceEvaluator* bodies);
     void AdvanceCarrying(int32 order, const StepPowers& powers, ForceEvaluator* bodies);
+    template <bool kHasJerk>
+    void AdvanceCarrying(const StepPowers& powers, ForceEvaluator* bodies);
 
     std::vector<int64> ids_;  // of the bodies that the parts belong to
     Positions r_;
