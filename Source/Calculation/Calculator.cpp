@@ -89,7 +89,8 @@ void Calculator::Recache() {
 }
 
 int32 Calculator::MostReports() const {
-    return std::min(ReportsPerDraw(), batch_.Room());
+    const int32 most = std::min(ReportsPerDraw(), batch_.Room());
+    return untilBatchEnd_ > 0 && untilBatchEnd_ < most ? static_cast<int32>(untilBatchEnd_) : most;
 }
 
 void Calculator::Regenerate(BMessage*) {}
@@ -205,9 +206,11 @@ void Calculator::PrepareRun() {
     Recache();
     portal_->WriteUnlock();
     limit_.Begin();
+    untilBatchEnd_ = 0;
+    const int32 most = MostReports();
     for (ReportConsumer* consumer : *consumers_) {
         if (!consumer->LockConsumer()) continue;
-        consumer->PrepareForGo(MostReports());
+        consumer->PrepareForGo(most);
         consumer->UnlockConsumer();
     }
 }
@@ -218,6 +221,7 @@ int32 Calculator::RunBatch() {
     timeBase_ = epoch->Time();
     batch_.Clear();
     const int32 reports = Calculate();
+    untilBatchEnd_ -= reports;
     if (reports > 0) epoch->SetTime(timeBase_);
     portal_->WriteUnlock();
     if (reports < reportsPerDraw_ && !ShouldStop()) cutBatches_++;

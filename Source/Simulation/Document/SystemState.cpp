@@ -24,17 +24,22 @@ std::string SystemState::NameOf(int64 id) const {
     return found == ids.end() ? "" : names[static_cast<std::size_t>(found - ids.begin())];
 }
 
-SystemState TakeState(EpochPortal* portal) {
+SystemState StateOf(const EpochPortal& portal) {
     SystemState state;
-    portal->ReadLock();
-    state.time = portal->FocusEpoch()->Time();
-    for (const Body* body : portal->BodiesInMassOrder()) {
+    state.time = portal.FocusEpoch()->Time();
+    for (const Body* body : portal.BodiesInMassOrder()) {
         state.ids.push_back(body->ID());
         state.names.push_back(body->Name());
         state.gm.push_back(body->M());
         Append(&state.positions, body->Position());
         Append(&state.velocities, body->Velocity());
     }
+    return state;
+}
+
+SystemState TakeState(EpochPortal* portal) {
+    portal->ReadLock();
+    SystemState state = StateOf(*portal);
     portal->ReadUnlock();
     return state;
 }
