@@ -16,6 +16,7 @@ struct Topic {
 constexpr Topic kTopics[] = {
     {"forces", BenchForces},
     {"calculator", BenchCalculator},
+    {"history", BenchHistory},
     {"runs", BenchRuns},
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},

@@ -18,6 +18,7 @@
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/History/RunHistory.h"
 #include "Simulation/MessageBoxes.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationSaver.h"
@@ -107,6 +108,7 @@ private:
     SimulationHost* const host_;
     SimulationDocument document_;
     UndoChain* const history_;  // the document's
+    RunHistory runHistory_;
     SimulationControls controls_;
     RunControl run_;
     SimulationController controller_;

@@ -3,8 +3,9 @@
 #include <new>
 #include <utility>
 
+#include "Calculation/TaylorCalculator.h"
 #include "Model/Epochs/Epoch.h"
-#include "Simulation/Document/SimulationDocument.h"
+#include "Model/Sharing/EpochPortal.h"
 #include "Simulation/History/RunReplay.h"
 
 namespace {
@@ -16,16 +17,10 @@ std::weak_ptr<const void> LifeOf(const AbEpoch* epoch) {
 
 }  // namespace
 
-RunHistory::RunHistory(SimulationDocument* document, HistoryLimits limits)
-    : document_(document), calculator_(document->GetCalculator()), limits_(limits) {
+RunHistory::RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits)
+    : portal_(portal), calculator_(calculator), limits_(limits) {
     // Ready for the first batch.
     release_ben(calculator_->WriteOk());
-    document_->AddConsumer(this);
-}
-
-RunHistory::~RunHistory() {
-    document_->RemoveConsumer(this);
-    acquire_ben(calculator_->WriteOk());
 }
 
 // --- Keeping ---
@@ -40,12 +35,11 @@ void RunHistory::PrepareForGo(int32 /*reportsPerDraw*/) {
 }
 
 void RunHistory::BeginOrGoOn() {
-    EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
-    const AbEpoch* const epoch = portal->FocusEpoch();
+    portal_->ReadLock();
+    const AbEpoch* const epoch = portal_->FocusEpoch();
     std::weak_ptr<const void> life = LifeOf(epoch);
-    portal->ReadUnlock();
-    auto checkpoint = TakeCheckpoint(portal, *calculator_, true);
+    portal_->ReadUnlock();
+    auto checkpoint = TakeCheckpoint(portal_, *calculator_, true);
     const std::lock_guard lock(mutex_);
     ForgetDead();
     current_ = nullptr;
@@ -85,7 +79,7 @@ void RunHistory::ReadData(int32 count, double* times, double* positions, double*
 // Not with the history's lock held: who has the model's may wait for that.
 void RunHistory::KeepCheckpoint() {
     try {
-        auto checkpoint = TakeCheckpoint(document_->Portal(), *calculator_, false);
+        auto checkpoint = TakeCheckpoint(portal_, *calculator_, false);
         if (!checkpoint) return;
         const std::lock_guard lock(mutex_);
         current_->Keep(std::move(*checkpoint));
@@ -104,14 +98,13 @@ void RunHistory::ReadOk() {
 void RunHistory::NoteMergers(const MergeResult& result) {
     if (result.mergers.empty()) return;
     std::vector<std::string> names;
-    EpochPortal* const portal = document_->Portal();
-    portal->ReadLock();
+    portal_->ReadLock();
     for (const Merger& merger : result.mergers) {
-        const MassSystem* const survivor = portal->FocusEpoch()->SystemFromID(merger.survivor);
+        const MassSystem* const survivor = portal_->FocusEpoch()->SystemFromID(merger.survivor);
         names.push_back(survivor != nullptr ? survivor->Name() : std::string());
     }
-    const AbEpoch* const epoch = portal->FocusEpoch();
-    portal->ReadUnlock();
+    const AbEpoch* const epoch = portal_->FocusEpoch();
+    portal_->ReadUnlock();
     const std::lock_guard lock(mutex_);
     if (const auto found = runs_.find(epoch); found != runs_.end())
         found->second.run->NoteMergers(result.mergers, names);

@@ -1,8 +1,8 @@
 // Keeps the runs of one document: what was between the epochs. One more taker of the calculator's
-// reports, so that it is in the document's list of consumers from its making to its end; owned by
-// what owns the document, made and destroyed with the calculator parked. What it keeps of a run
-// follows from the run alone, not from batches and displays, up to the budget. Questions: any
-// thread; no lock of the document may be held by who asks for a state.
+// reports, which needs no thread of its own; owned by what owns the document, made before the first
+// run, gone after the last. What it keeps of a run follows from the run alone, not from batches and
+// displays, up to the budget. Questions: any thread; no lock of the document may be held by who
+// asks for a state.
 //
 // A run belongs to its epoch as long as that lives: an undone Go takes it along, and brings it back
 // when it is redone.
@@ -20,7 +20,7 @@
 #include "Simulation/History/KeptRun.h"
 
 class AbEpoch;
-class SimulationDocument;
+class EpochPortal;
 class TaylorCalculator;
 
 // Of all runs together: bytes of samples and checkpoints, and half as much of checkpoints. Of a
@@ -32,8 +32,8 @@ struct HistoryLimits {
 
 class RunHistory final : public ReportConsumer {
 public:
-    explicit RunHistory(SimulationDocument* document, HistoryLimits limits = {});
-    ~RunHistory() override;
+    // Neither is owned. The owner enters it into the calculator's list of consumers.
+    RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits = {});
 
     // The bodies of a run have merged. While the calculator is at rest, before it goes on.
     void NoteMergers(const MergeResult& result);
@@ -91,7 +91,7 @@ private:
     [[nodiscard]] KeptRun* RunWithMost(std::size_t (KeptRun::*bytes)() const) const;
     [[nodiscard]] const KeptRun* Find(const AbEpoch* epoch) const;
 
-    SimulationDocument* const document_;
+    EpochPortal* const portal_;
     TaylorCalculator* const calculator_;
     const HistoryLimits limits_;
     mutable std::mutex mutex_;  // guards what follows; taken after the model lock or without it

@@ -93,7 +93,10 @@ private:
 HistoryRun::HistoryRun(const std::vector<Planet>& bodies) : HistoryRun(bodies, Settings()) {}
 
 HistoryRun::HistoryRun(const std::vector<Planet>& bodies, const Settings& settings)
-    : mail_(new Mail), document(mail_), history(&document, settings.limits) {
+    : mail_(new Mail),
+      document(mail_),
+      history(document.Portal(), document.GetCalculator(), settings.limits) {
+    document.AddConsumer(&history);
     mail_->Run();
     EXPECT_FALSE(document.Load(RecordOfBodies(bodies, settings)).Failed());
     Focus()->SetCOMOnGo(false);
