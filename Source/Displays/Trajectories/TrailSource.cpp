@@ -1,5 +1,6 @@
 #include "Displays/Trajectories/TrailSource.h"
 
+#include <algorithm>
 #include <limits>
 #include <unordered_map>
 #include <utility>
@@ -12,16 +13,19 @@
 namespace {
 
 constexpr double kEver = std::numeric_limits<double>::infinity();
+// To copy and to paint more would take too long; more are hardly seen one by one.
+constexpr std::size_t kMostSamples = 400'000;
+constexpr std::size_t kLeastOfBody = 64;
 
 // Between two times, where the samples reach farther.
 void Cut(double from, double to, std::vector<Sample>* samples) {
     if (samples->size() < 2) return;
     Sample& first = samples->front();
-    if (const Sample& next = (*samples)[1]; first.time < from && from < next.time && next.isJoined)
+    if (const Sample& next = (*samples)[1]; first.time < from && from <= next.time && next.isJoined)
         first = Between(first, next, from);
     Sample& last = samples->back();
     if (const Sample& before = (*samples)[samples->size() - 2];
-        last.isJoined && before.time < to && to < last.time)
+        last.isJoined && before.time <= to && to < last.time)
         last = Between(before, last, to);
 }
 
@@ -37,9 +41,15 @@ struct TrailSource::Part {
 
 std::vector<KeptTrails::Trail> TrailSource::Take(EpochPortal* portal) const {
     std::vector<KeptTrails::Trail> trails;
-    for (const Part& part : FindParts(portal))
-        for (const auto& [body, color] : part.colors)
-            trails.push_back({color, RelativeSamplesOf(part, body)});
+    std::size_t left = kMostSamples;
+    for (const Part& part : FindParts(portal)) {
+        const std::size_t most = left / std::max<std::size_t>(part.colors.size(), 1);
+        for (const auto& [body, color] : part.colors) {
+            trails.push_back({color, RelativeSamplesOf(part, body, std::max(most, kLeastOfBody))});
+            left -= std::min(left, trails.back().samples.size());
+        }
+        if (left == 0) break;
+    }
     return trails;
 }
 
@@ -68,20 +78,21 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
     return parts;
 }
 
-std::vector<Sample> TrailSource::SamplesOf(const Part& part, int64 body) const {
-    std::vector<Sample> samples = history->Samples(part.epoch, body, part.from, part.to);
+std::vector<Sample> TrailSource::SamplesOf(const Part& part, int64 body, std::size_t most) const {
+    std::vector<Sample> samples = history->Samples(part.epoch, body, part.from, part.to, most);
     Cut(part.from, part.to, &samples);
     return samples;
 }
 
-std::vector<Sample> TrailSource::RelativeSamplesOf(const Part& part, int64 body) const {
+std::vector<Sample> TrailSource::RelativeSamplesOf(const Part& part, int64 body,
+                                                   std::size_t most) const {
     // What stands still leaves no trail.
     if (reference.size() == 1 && reference[0].body == body) return {};
-    std::vector<Sample> samples = SamplesOf(part, body);
+    std::vector<Sample> samples = SamplesOf(part, body, most);
     double weight = 0.0;
     for (const Member& member : reference)
         weight += member.weight;
     for (const Member& member : reference)
-        samples = Less(samples, SamplesOf(part, member.body), member.weight / weight);
+        samples = Less(samples, SamplesOf(part, member.body, most), member.weight / weight);
     return samples;
 }

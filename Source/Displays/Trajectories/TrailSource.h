@@ -2,6 +2,7 @@
 // runs that led to it. A plain value, used with the display's lock.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "Displays/Trajectories/KeptTrails.h"
@@ -30,6 +31,8 @@ struct TrailSource {
 private:
     struct Part;
     [[nodiscard]] std::vector<Part> FindParts(EpochPortal* portal) const;
-    [[nodiscard]] std::vector<Sample> SamplesOf(const Part& part, int64 body) const;
-    [[nodiscard]] std::vector<Sample> RelativeSamplesOf(const Part& part, int64 body) const;
+    [[nodiscard]] std::vector<Sample> SamplesOf(const Part& part, int64 body,
+                                                std::size_t most) const;
+    [[nodiscard]] std::vector<Sample> RelativeSamplesOf(const Part& part, int64 body,
+                                                        std::size_t most) const;
 };

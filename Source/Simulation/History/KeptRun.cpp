@@ -68,23 +68,27 @@ void KeptRun::Watch(const RunCheckpoint& from) {
     std::vector<Watched> watched;
     watched.reserve(now.CountBodies());
     std::vector<bool> goesOn(tail_.CountBodies());
+    const bool areWatched = !watched_.empty();
     for (std::size_t i = 0; i < now.CountBodies(); i++) {
         SampleTrack& track = tracks_[now.ids[i]];
         const auto former = PlaceOf(now.ids[i]);
         const Sample first = SampleOf(now, i);
-        if (former && first.position == TailOf(*former).position &&
+        if (areWatched && former && first.position == TailOf(*former).position &&
             first.velocity == TailOf(*former).velocity) {
             goesOn[*former] = true;
             watched.push_back(watched_[*former]);
             continue;
         }
-        if (former) AddSample(&track, TailOf(*former));
+        if (former) {
+            AddSample(&track, TailOf(*former));
+            goesOn[*former] = true;
+        }
         AddSample(&track, first);
         watched.push_back({&track, {}});
         watched.back().chooser.Start(first);
     }
     for (std::size_t i = 0; i < goesOn.size(); i++)
-        if (!goesOn[i]) AddSample(watched_[i].track, TailOf(i));
+        if (!goesOn[i]) AddSample(&tracks_[tail_.ids[i]], TailOf(i));
     watched_ = std::move(watched);
     tail_ = now;
     radii_ = from.radii;
@@ -235,10 +239,10 @@ std::vector<int64> KeptRun::Bodies() const {
     return ids;
 }
 
-std::vector<Sample> KeptRun::Samples(int64 body, double from, double to) const {
+std::vector<Sample> KeptRun::Samples(int64 body, double from, double to, std::size_t most) const {
     const auto track = tracks_.find(body);
     if (track == tracks_.end()) return {};
     std::optional<Sample> tail;
     if (const auto place = PlaceOf(body)) tail = TailOf(*place);
-    return track->second.From(from, to, tail);
+    return track->second.From(from, to, tail, most);
 }

@@ -31,6 +31,9 @@ public:
     [[nodiscard]] int64 ReportsToCheckpoint() const { return checkpoints_.ReportsToNext(reports_); }
     [[nodiscard]] bool IsCheckpointDue() const { return checkpoints_.IsDue(reports_); }
 
+    // Another run begins: what only serves the keeping goes.
+    void Leave() { watched_ = {}; }
+
     // --- While the calculator is at rest ---
 
     // `names`: of what the mergers have made, one for each.
@@ -57,7 +60,8 @@ public:
     [[nodiscard]] const SystemState& End() const { return tail_; }
     // Of all that were in it at any time.
     [[nodiscard]] std::vector<int64> Bodies() const;
-    [[nodiscard]] std::vector<Sample> Samples(int64 body, double from, double to) const;
+    [[nodiscard]] std::vector<Sample> Samples(int64 body, double from, double to,
+                                              std::size_t most = SIZE_MAX) const;
     [[nodiscard]] const std::vector<RunEvent>& Events() const { return events_; }
     [[nodiscard]] std::shared_ptr<const RunCheckpoint> CheckpointBefore(double time) const {
         return checkpoints_.Before(time);

@@ -6,6 +6,7 @@
 #include "Calculation/TaylorCalculator.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Simulation/History/KeptRun.h"
 #include "Simulation/History/RunReplay.h"
 
 namespace {
@@ -22,6 +23,8 @@ RunHistory::RunHistory(EpochPortal* portal, TaylorCalculator* calculator, Histor
     // Ready for the first batch.
     release_ben(calculator_->WriteOk());
 }
+
+RunHistory::~RunHistory() = default;
 
 // --- Keeping ---
 
@@ -41,8 +44,9 @@ void RunHistory::BeginOrGoOn() {
     portal_->ReadUnlock();
     auto checkpoint = TakeCheckpoint(portal_, *calculator_, true);
     const std::lock_guard lock(mutex_);
-    ForgetDead();
+    if (current_ != nullptr && epoch != currentEpoch_) current_->Leave();
     current_ = nullptr;
+    ForgetDead();
     currentEpoch_ = epoch;
     if (!checkpoint) return;
     Entry& entry = runs_[epoch];
@@ -169,11 +173,11 @@ std::vector<int64> RunHistory::BodiesOf(const AbEpoch* epoch) const {
     return run == nullptr ? std::vector<int64>() : run->Bodies();
 }
 
-std::vector<Sample> RunHistory::Samples(const AbEpoch* epoch, int64 body, double from,
-                                        double to) const {
+std::vector<Sample> RunHistory::Samples(const AbEpoch* epoch, int64 body, double from, double to,
+                                        std::size_t most) const {
     const std::lock_guard lock(mutex_);
     const KeptRun* const run = Find(epoch);
-    return run == nullptr ? std::vector<Sample>() : run->Samples(body, from, to);
+    return run == nullptr ? std::vector<Sample>() : run->Samples(body, from, to, most);
 }
 
 std::vector<RunEvent> RunHistory::Events(const AbEpoch* epoch) const {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -17,11 +18,15 @@
 #include <vector>
 
 #include "Calculation/ReportConsumer.h"
-#include "Simulation/History/KeptRun.h"
+#include "Simulation/Document/SystemState.h"
+#include "Simulation/History/RunEvent.h"
+#include "Simulation/History/Sample.h"
 
 class AbEpoch;
 class EpochPortal;
+class KeptRun;
 class TaylorCalculator;
+struct MergeResult;
 
 // Of all runs together: bytes of samples and checkpoints, and half as much of checkpoints. Of a
 // run: checkpoints, beside those that nothing can stand for.
@@ -34,6 +39,7 @@ class RunHistory final : public ReportConsumer {
 public:
     // Neither is owned. The owner enters it into the calculator's list of consumers.
     RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits = {});
+    ~RunHistory() override;
 
     // The bodies of a run have merged. While the calculator is at rest, before it goes on.
     void NoteMergers(const MergeResult& result);
@@ -45,9 +51,10 @@ public:
     // None: of this epoch no run is kept.
     [[nodiscard]] std::optional<Span> SpanOf(const AbEpoch* epoch) const;
     [[nodiscard]] std::vector<int64> BodiesOf(const AbEpoch* epoch) const;
-    // The samples that tell where a body was between two times, the ones around them among these.
+    // The samples that tell where a body was between two times, the ones around them among these;
+    // of more than `most` the newest.
     [[nodiscard]] std::vector<Sample> Samples(const AbEpoch* epoch, int64 body, double from,
-                                              double to) const;
+                                              double to, std::size_t most = SIZE_MAX) const;
     [[nodiscard]] std::vector<RunEvent> Events(const AbEpoch* epoch) const;
 
     enum class Finding {

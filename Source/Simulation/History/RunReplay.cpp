@@ -7,6 +7,7 @@
 #include "Calculation/TaylorCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Systems/Body.h"
+#include "Simulation/Document/CollisionMerger.h"
 
 using Finding = RunHistory::Finding;
 

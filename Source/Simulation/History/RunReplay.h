@@ -11,7 +11,10 @@
 #include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/Observer.h"
+#include "Simulation/History/RunCheckpoint.h"
 #include "Simulation/History/RunHistory.h"
+
+class TaylorCalculator;
 
 class RunReplay final : private Observer {
 public:

@@ -30,8 +30,8 @@ void SampleTrack::Clear() {
     Break();
 }
 
-std::vector<Sample> SampleTrack::From(double from, double to,
-                                      const std::optional<Sample>& tail) const {
+std::vector<Sample> SampleTrack::From(double from, double to, const std::optional<Sample>& tail,
+                                      std::size_t most) const {
     const auto isEarlier = [](const Sample& sample, double time) { return sample.time < time; };
     auto first = std::lower_bound(samples_.begin(), samples_.end(), from, isEarlier);
     auto last = std::lower_bound(first, samples_.end(), to, isEarlier);
@@ -43,6 +43,8 @@ std::vector<Sample> SampleTrack::From(double from, double to,
         while (last != samples_.end() && last->time <= end)
             ++last;
     }
+    if (static_cast<std::size_t>(last - first) > most)
+        first = last - static_cast<std::ptrdiff_t>(most);
     std::vector<Sample> found(first, last);
     const bool isLater = tail && (samples_.empty() || tail->time > samples_.back().time);
     if (reachesEnd && isLater) {

@@ -18,9 +18,11 @@ public:
     [[nodiscard]] const Sample& Last() const { return samples_.back(); }
 
     // Those that tell where the body was between the two times: with the one before and the one
-    // after, where there are such. `tail`, if given, is the end of the track.
+    // after, where there are such. `tail`, if given, is the end of the track. Of
+    // more than `most` the newest.
     [[nodiscard]] std::vector<Sample> From(double from, double to,
-                                           const std::optional<Sample>& tail) const;
+                                           const std::optional<Sample>& tail,
+                                           std::size_t most) const;
 
     // Of the samples up to that time every second one goes; where fewer than six a revolution would
     // be left, all go, and leave a gap. The last one stays. Returns how many went; needs no memory.

@@ -9,6 +9,7 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessenger.h"
+#include "Simulation/Document/CollisionMerger.h"
 
 namespace {
 
