@@ -9,6 +9,11 @@
 #include "Benchmarks/Stopwatch.h"
 #include "Calculation/TaylorCalculator.h"
 #include "Model/Epochs/Epoch.h"
+#ifdef ORVEK_GUI
+#include "Displays/Trajectories/KeptTrails.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
+#include "Displays/Trajectories/TrajectoryView.h"
+#endif
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Calculation/TestSystem.h"
 
@@ -91,10 +96,64 @@ void BenchSeek(BenchTable* table) {
                      1e-6 * static_cast<double>(history.Bytes()), "MB");
 }
 
+#ifdef ORVEK_GUI
+
+class FlatMap : public TrajectoryMap {
+public:
+    BPoint Map(double x, double y, double /*z*/) override {
+        return {static_cast<float>(x), static_cast<float>(y)};
+    }
+    float DiscSize(double /*radius*/) override { return 1.0f; }
+};
+
+// Circles of many radii, as often run through as a body does in a long run, a little elsewhere each
+// time.
+std::vector<KeptTrails::Trail> Circles(int32 bodies, int32 samples) {
+    constexpr double kTurn = 0.44;
+    constexpr double kDrift = 1e-4;  // pixels
+    std::vector<KeptTrails::Trail> trails;
+    for (int32 body = 0; body < bodies; body++) {
+        const double radius = 30.0 + 35.0 * body;
+        KeptTrails::Trail trail{{255, static_cast<uint8>(20 * body), 100, 255}, {}};
+        for (int32 i = 0; i < samples; i++) {
+            const double angle = kTurn * i;
+            const ThreeVector out{std::cos(angle), std::sin(angle), 0.0};
+            const double r = radius + kDrift * i;
+            trail.samples.push_back({angle, r * out, {-r * out.y, r * out.x, 0.0}, i > 0});
+        }
+        trails.push_back(std::move(trail));
+    }
+    return trails;
+}
+
+void BenchPainting(BenchTable* table) {
+    constexpr int32 kBodies = 10;
+    constexpr int32 kSamples = 10'000;
+    constexpr bigtime_t kEnough = 10'000'000;  // us
+    const auto trails = Circles(kBodies, kSamples);
+    FlatMap map;
+    TrajectoryView view("bench", &map);
+    view.ResizeTo(1000.0f, 800.0f);
+    const auto times = Measure({[&] {
+                                   view.Erase();
+                                   KeptTrails kept;
+                                   kept.Begin(trails, {view.BitmapBounds()});
+                                   kept.Paint(&view, &map, kEnough);
+                               }},
+                               1, 11);
+    table->AddAtMost("trails painted anew, 10 bodies, 100,000 samples", 16, 1e3 * times[0].median,
+                     "ms");
+}
+
+#endif
+
 }  // namespace
 
 void BenchHistory(BenchTable* table) {
     BenchKeeping(table, 10, 100'000, 90);
     BenchKeeping(table, 1000, 130, 97);
     BenchSeek(table);
+#ifdef ORVEK_GUI
+    BenchPainting(table);
+#endif
 }

@@ -1,6 +1,7 @@
 #include "Simulation/History/RunCheckpoint.h"
 
 #include "Calculation/TaylorCalculator.h"
+#include "Calculation/TaylorParts.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Systems/Body.h"
@@ -30,17 +31,11 @@ std::size_t RunCheckpoint::Bytes() const {
            state.CountBodies() * (kNumbersOfBody * sizeof(double) + sizeof(std::string));
 }
 
-std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal, const TaylorCalculator& calculator,
-                                            bool begins) {
+std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal,
+                                            const TaylorCalculator& calculator) {
     RunCheckpoint checkpoint;
     const ReadLocked lock(portal);
-    status_t status = calculator.ArchiveRun(&checkpoint.calculator);
-    if (status == B_NOT_ALLOWED && begins) {
-        checkpoint.isStart = true;
-        checkpoint.calculator.MakeEmpty();
-        status = calculator.Archive(&checkpoint.calculator);
-    }
-    if (status != B_OK) return std::nullopt;
+    if (calculator.ArchiveRun(&checkpoint.calculator) != B_OK) return std::nullopt;
     const AbEpoch& epoch = *calculator.GetEpoch();
     checkpoint.order = epoch.Order();
     checkpoint.cutoff = epoch.Cutoff();

@@ -19,7 +19,7 @@ struct RunCheckpoint {
     int32 order = 0;
     double cutoff = 0.0;
     BMessage calculator;
-    // The calculator begins a run here: with the first step, from its saved parts. Else it goes on.
+    // The calculator begins anew here, with a first step. Else it goes on.
     bool isStart = false;
     // No calculation leads here from the checkpoint before: the run begins here, or somebody has
     // edited it.
@@ -29,8 +29,7 @@ struct RunCheckpoint {
     [[nodiscard]] std::size_t Bytes() const;
 };
 
-// On the calculation thread, between two batches; takes the model lock. `begins`: a run may begin
-// here. None: somebody has changed the model, so that this run cannot be taken up here.
+// On the calculation thread, between two batches; takes the model lock. None: somebody has changed
+// the model, so that this run cannot be taken up here.
 [[nodiscard]] std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal,
-                                                          const TaylorCalculator& calculator,
-                                                          bool begins);
+                                                          const TaylorCalculator& calculator);

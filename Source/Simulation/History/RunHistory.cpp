@@ -42,7 +42,10 @@ void RunHistory::BeginOrGoOn() {
     const AbEpoch* const epoch = portal_->FocusEpoch();
     std::weak_ptr<const void> life = LifeOf(epoch);
     portal_->ReadUnlock();
-    auto checkpoint = TakeCheckpoint(portal_, *calculator_, true);
+    auto checkpoint = TakeCheckpoint(portal_, *calculator_);
+    const int64 begun = calculator_->RunsBegun();
+    if (checkpoint) checkpoint->isStart = begun != runsBegun_;
+    runsBegun_ = begun;
     const std::lock_guard lock(mutex_);
     if (current_ != nullptr && epoch != currentEpoch_) current_->Leave();
     current_ = nullptr;
@@ -83,7 +86,7 @@ void RunHistory::ReadData(int32 count, double* times, double* positions, double*
 // Not with the history's lock held: who has the model's may wait for that.
 void RunHistory::KeepCheckpoint() {
     try {
-        auto checkpoint = TakeCheckpoint(portal_, *calculator_, false);
+        auto checkpoint = TakeCheckpoint(portal_, *calculator_);
         if (!checkpoint) return;
         const std::lock_guard lock(mutex_);
         current_->Keep(std::move(*checkpoint));

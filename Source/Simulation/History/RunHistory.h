@@ -107,5 +107,6 @@ private:
     // calculation thread.
     const AbEpoch* currentEpoch_ = nullptr;
     KeptRun* current_ = nullptr;
+    int64 runsBegun_ = 0;  // by the calculator, at the last look
     bool wasShort_ = false;
 };

@@ -52,29 +52,22 @@ void RunReplay::CopyBodies() {
 Finding RunReplay::RunTo(double time, const std::vector<RunEvent>& events,
                          const RunHistory::Progress& progress, SystemState* state) {
     portal_.WriteLock();
-    BMessage record(from_.calculator);
-    status_t status = B_OK;
-    if (from_.isStart)
-        calculator_->Regenerate(&record);
-    else
-        status = calculator_->ResumeRun(record);
+    const status_t status = calculator_->ResumeRun(from_.calculator);
     portal_.WriteUnlock();
     if (status != B_OK) return Finding::kLost;
     calculator_->SetRunLimit(0, time);
-    bool isHeldRun = !from_.isStart;
     for (;;) {
-        if (!Run(isHeldRun, time, progress)) return Finding::kCancelled;
+        if (!Run(time, progress)) return Finding::kCancelled;
         if (Time() >= time) break;
         if (!Merge(events)) return Finding::kLost;
-        isHeldRun = true;
     }
     *state = TakeState(&portal_);
     return Finding::kFound;
 }
 
-bool RunReplay::Run(bool isHeldRun, double until, const RunHistory::Progress& progress) {
+bool RunReplay::Run(double until, const RunHistory::Progress& progress) {
     hasParked_ = false;  // nobody else looks at it now
-    calculator_->UnPause(isHeldRun);
+    calculator_->UnPause(true);
     bool goesOn = true;
     std::unique_lock lock(mutex_);
     while (goesOn && !parking_.wait_for(lock, kProgressInterval, [this] { return hasParked_; })) {

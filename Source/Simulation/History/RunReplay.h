@@ -34,7 +34,7 @@ private:
 
     void CopyBodies();
     // Until the calculator has parked by itself; false: the caller wants no more of it.
-    bool Run(bool isHeldRun, double until, const RunHistory::Progress& progress);
+    bool Run(double until, const RunHistory::Progress& progress);
     bool Merge(const std::vector<RunEvent>& events);
     [[nodiscard]] double Time();
 
