@@ -170,6 +170,20 @@ TEST(RunHistory, AnUndoneGoTakesItsRunAlongAndARedoneOneBringsItBack) {
     EXPECT_EQ(CountWrong(&run, 999), 0);
 }
 
+// Without forces there is but one report, at the time that was asked for.
+TEST(RunHistory, ABodyThatGoesStraightWasNowhereButAtTheEnd) {
+    HistoryRun run({{1.0, 0.0, 0.0, 0.5, 0.0, 0.0}});
+    run.document.GetCalculator()->SetRunLimit(0, 100.0);
+    run.control.UnPause();
+    while (!run.document.GetCalculator()->HasStoppedItself())
+        snooze(1000);
+    run.control.Pause();
+    SystemState state;
+    ASSERT_EQ(run.StateAt(30.0, &state), Finding::kFound);
+    EXPECT_EQ(state.time, 100.0);
+    EXPECT_EQ(state.positions, (std::vector<double>{50.0, 0.0, 0.0}));
+}
+
 TEST(RunHistory, TheBudgetIsHeldAndTheNewestIsKeptBest) {
     HistoryRun::Settings settings;
     settings.limits.bytes = 60'000;
