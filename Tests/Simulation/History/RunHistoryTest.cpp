@@ -105,6 +105,9 @@ TEST(RunHistory, AHeldRunIsKeptLikeOneThatWasNot) {
     HistoryRun one(TwoCollisions()), held(TwoCollisions());
     one.Run(40'000);
     held.Run(40'000, 377);
+    // The start, every 4096th report, and where the calculator began anew.
+    EXPECT_EQ(one.history.CountCheckpoints(one.Focus()),
+              1 + one.recorder.reports.size() / 4096 + static_cast<std::size_t>(one.mergers));
     EXPECT_EQ(one.history.CountCheckpoints(one.Focus()),
               held.history.CountCheckpoints(held.Focus()));
     EXPECT_EQ(CountWrong(&held, 3001), 0);
