@@ -110,9 +110,6 @@ TEST(Samples, StayWithinTheToleranceOfEveryReportLeftOut) {
         const double worst = WorstError(&run, one.bodies);
         EXPECT_LE(worst, 1e-4);
         const auto samples = run.history.Samples(run.Focus(), 1, -1e9, 1e9);
-        RecordProperty(one.name, std::to_string(worst));
-        std::printf("%s: worst %g, %zu samples of body 1, time %g\n", one.name, worst,
-                    samples.size(), run.Focus()->Time());
         // A circle needs 15.
         const double revolutions = Revolutions(one, run.Focus()->Time());
         if (revolutions > 0.0) {
