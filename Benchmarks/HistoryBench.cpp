@@ -150,10 +150,10 @@ void BenchPainting(BenchTable* table) {
 }  // namespace
 
 void BenchHistory(BenchTable* table) {
-    BenchKeeping(table, 10, 100'000, 90);
-    BenchKeeping(table, 1000, 130, 97);
-    BenchSeek(table);
 #ifdef ORVEK_GUI
     BenchPainting(table);
 #endif
+    BenchSeek(table);
+    BenchKeeping(table, 10, 100'000, 90);
+    BenchKeeping(table, 1000, 130, 97);
 }

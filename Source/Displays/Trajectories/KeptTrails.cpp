@@ -18,6 +18,8 @@ constexpr int32 kLinesPerArray = 128;
 constexpr float kFlat = 0.3f;
 constexpr float kShort = 1.0f;
 constexpr int32 kMostDepth = 12;
+// Longer lines are not compared with what is painted.
+constexpr float kLongestCompared = 24.0f;
 
 BPoint Middle(BPoint a, BPoint b) {
     return {0.5f * (a.x + b.x), 0.5f * (a.y + b.y)};
@@ -29,6 +31,10 @@ float Bend(BPoint a, BPoint b, BPoint c) {
 
 float Distance(BPoint a, BPoint b) {
     return std::abs(a.x - b.x) + std::abs(a.y - b.y);
+}
+
+int32 Difference(rgb_color a, rgb_color b) {
+    return std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue);
 }
 
 }  // namespace
@@ -82,7 +88,11 @@ void KeptTrails::Flatten(const Curve& curve, int32 depth, TrajectoryView* view) 
         return;
     }
     if (depth == kMostDepth || std::max(Bend(a, b, c), Bend(b, c, d)) <= 2.0f * kFlat) {
-        if (Distance(pen_, d) >= kShort) LineTo(d, view);
+        if (Distance(pen_, d) < kShort) return;
+        if (IsPainted(d, *view))
+            pen_ = d;
+        else
+            LineTo(d, view);
         return;
     }
     const BPoint ab = Middle(a, b), bc = Middle(b, c), cd = Middle(c, d);
@@ -100,6 +110,17 @@ bool KeptTrails::IsSeen(const Curve& curve) const {
         return left <= frame.right && right >= frame.left && top <= frame.bottom &&
                bottom >= frame.top;
     });
+}
+
+// The body came by here later, too: a long run goes over the same pixels thousands of times.
+bool KeptTrails::IsPainted(BPoint to, const TrajectoryView& view) const {
+    return Distance(pen_, to) <= kLongestCompared && IsPaintedAt(Middle(pen_, to), view) &&
+           IsPaintedAt(to, view);
+}
+
+bool KeptTrails::IsPaintedAt(BPoint at, const TrajectoryView& view) const {
+    const rgb_color pixel = view.LowerLayer().PixelAt(at);
+    return Difference(pixel, color_) < Difference(pixel, view.LowColor());
 }
 
 void KeptTrails::LineTo(BPoint to, TrajectoryView* view) {

@@ -35,6 +35,8 @@ private:
     void PaintPiece(Trail* trail, TrajectoryView* view, TrajectoryMap* map);
     void Flatten(const Curve& curve, int32 depth, TrajectoryView* view);
     [[nodiscard]] bool IsSeen(const Curve& curve) const;
+    [[nodiscard]] bool IsPainted(BPoint to, const TrajectoryView& view) const;
+    [[nodiscard]] bool IsPaintedAt(BPoint at, const TrajectoryView& view) const;
     void LineTo(BPoint to, TrajectoryView* view);
 
     std::vector<Trail> trails_;
