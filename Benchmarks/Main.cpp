@@ -14,9 +14,8 @@ struct Topic {
 };
 
 constexpr Topic kTopics[] = {
-    {"forces", BenchForces},
-    {"calculator", BenchCalculator},
-    {"runs", BenchRuns},
+    {"forces", BenchForces},     {"calculator", BenchCalculator},
+    {"history", BenchHistory},   {"runs", BenchRuns},
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},
 #endif

@@ -108,7 +108,8 @@ void Calculator::Recache() {
 }
 
 int32 Calculator::MostReports() const {
-    return std::min(ReportsPerDraw(), batch_.Room());
+    const int32 most = std::min(ReportsPerDraw(), batch_.Room());
+    return untilBatchEnd_ > 0 && untilBatchEnd_ < most ? static_cast<int32>(untilBatchEnd_) : most;
 }
 
 void Calculator::Regenerate(BMessage*) {}
@@ -225,8 +226,10 @@ void Calculator::PrepareRun() {
         Recache();
     }
     limit_.Begin();
+    untilBatchEnd_ = 0;
+    const int32 most = MostReports();
     for (ReportConsumer* consumer : *consumers_)
-        if (const ConsumerLock lock(consumer); lock.IsHeld()) consumer->PrepareForGo(MostReports());
+        if (const ConsumerLock lock(consumer); lock.IsHeld()) consumer->PrepareForGo(most);
 }
 
 int32 Calculator::RunBatch() {
@@ -237,6 +240,7 @@ int32 Calculator::RunBatch() {
         timeBase_ = epoch->Time();
         batch_.Clear();
         reports = Calculate();
+        untilBatchEnd_ -= reports;
         if (reports > 0) epoch->SetTime(timeBase_);
     }
     if (reports < reportsPerDraw_ && !ShouldStop()) cutBatches_++;

@@ -68,6 +68,11 @@ public:
     // resumed; a limit holds once.
     void SetRunLimit(int64 steps, double time) { limit_.Set({steps, time}); }
 
+    // The batch with the `reports`-th report from now on ends with it, so that a consumer sees the
+    // calculator just there. For consumers, on the calculation thread, in PrepareForGo and
+    // ReadData; holds once.
+    void EndBatchAfter(int64 reports) { untilBatchEnd_ = reports; }
+
     // Why the calculator has parked: by itself, as after the last report or at a collision, and not
     // because it was paused. While parked.
     [[nodiscard]] bool HasStoppedItself() const { return hasStoppedItself_; }
@@ -174,7 +179,8 @@ private:
     int32 massiveBodies_ = 0;
     std::atomic<int32> reportsPerDraw_{100};
     std::atomic<int32> batchesPerUpdate_{1};
-    int32 cutBatches_ = 0;  // since the pacing looked last
+    int32 cutBatches_ = 0;     // since the pacing looked last
+    int64 untilBatchEnd_ = 0;  // reports; 0 or less: no such end is wanted
     std::atomic<int32> segmentLength_{2};
     std::atomic<float> updatesPerSecond_{80.0f};
     std::atomic<int64> measuringInterval_{1'000'000};

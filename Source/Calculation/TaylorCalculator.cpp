@@ -45,6 +45,7 @@ void TaylorCalculator::Recache() {
     ChooseIntegrator();
     LoadBodies();
     integrator_->Begin(StartAt(GetEpoch()->Time()));
+    runsBegun_++;
     NoteRun();
 }
 

@@ -31,6 +31,10 @@ public:
     // Under the write lock, while parked.
     [[nodiscard]] status_t ResumeRun(const BMessage& archive);
 
+    // Runs that were begun since the calculator was made; one that was held and goes on is none.
+    // For consumers, in PrepareForGo.
+    [[nodiscard]] int64 RunsBegun() const { return runsBegun_; }
+
     // Threads that share the force evaluation; 0: as many as the machine has processors. While
     // parked.
     void SetThreads(int32 threads);
@@ -56,6 +60,7 @@ private:
     std::unique_ptr<Integrator> integrator_;
     RunBodies bodies_;  // in the integrator's arrays
     int32 threads_ = 0;
+    int64 runsBegun_ = 0;
     // Of the last run; only compared.
     const AbEpoch* epoch_ = nullptr;  // null: there is none that could go on
     int32 order_ = 0;

@@ -13,14 +13,15 @@
 class BLooper;
 class Display;
 class RunControl;
+class RunHistory;
 class SimulationDocument;
 struct DisplayContext;
 
 class DisplayList {
 public:
     // None is owned. `owner` gets the messages of the displays.
-    DisplayList(SimulationDocument* document, RunControl* run, BLooper* owner,
-                const DisplayContext& context);
+    DisplayList(SimulationDocument* document, const RunHistory* history, RunControl* run,
+                BLooper* owner, const DisplayContext& context);
 
     // A display of the type (1: projection), as the archive has it or as they usually are; false
     // if there is none such.
@@ -52,6 +53,7 @@ private:
     void TellUnits(Display* display) const;
 
     SimulationDocument* const document_;
+    const RunHistory* const history_;
     RunControl* const run_;
     BLooper* const owner_;
     const DisplayContext& context_;

@@ -54,12 +54,14 @@ Simulation::Simulation(BRect frame, SimulationHost* host)
       host_(host),
       document_(this),
       history_(document_.GetUndoChain()),
+      runHistory_(document_.Portal(), document_.GetCalculator()),
       controls_(this, host, &document_, &displays_),
       run_(document_.Portal(), document_.GetCalculator(), &controls_),
       controller_(&document_, &run_, &host->Resources()),
-      displays_(&document_, &run_, this, host->Context()),
+      displays_(&document_, &runHistory_, &run_, this, host->Context()),
       saver_(this, host, &document_, &run_, &controls_, &displays_),
       boxes_(this, host) {
+    document_.AddConsumer(&runHistory_);
     document_.Portal()->Broadcast(false);
 }
 
@@ -399,8 +401,10 @@ void Simulation::Tell(const std::string& text) {
 
 void Simulation::Collide(const BMessage& message) {
     const bool isRunning = run_.PauseCount() <= 0;
-    const MergeResult result = controller_.Collide(
-        message, [this](const MergeResult& merged) { controls_.NoteMergers(merged); });
+    const MergeResult result = controller_.Collide(message, [this](const MergeResult& merged) {
+        runHistory_.NoteMergers(merged);
+        controls_.NoteMergers(merged);
+    });
     // A run's mergers belong to the step that began it; later ones are in no step of the history.
     if (!isRunning && !result.mergers.empty()) {
         history_->MarkUnsaved();

@@ -19,6 +19,7 @@
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/History/RunHistory.h"
 #include "Simulation/MessageBoxes.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationSaver.h"
@@ -108,6 +109,7 @@ private:
     SimulationHost* const host_;
     SimulationDocument document_;
     UndoChain* const history_;  // the document's
+    RunHistory runHistory_;
     SimulationControls controls_;
     RunControl run_;
     SimulationController controller_;

@@ -9,6 +9,7 @@
 #include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Trajectories/LineClipping.h"
+#include "Displays/Trajectories/TrailSource.h"
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ScaleBox.h"
@@ -31,6 +32,12 @@ namespace {
 constexpr uint32 kPictureNamed = FourCC("svpn");
 
 constexpr bigtime_t kPulse = 500'000;
+
+constexpr uint32 kPaintTrails = FourCC("pttr");
+// Nobody waits for longer than this for trails that are painted anew, us.
+constexpr bigtime_t kPaintTime = 10'000;
+// Around the picture, as trails have it that are painted during a run.
+constexpr float kTrailMargin = 512.0f;
 
 // The picture keeps its coordinates while it is scrolled; beyond this they begin anew.
 constexpr float kMaxPan = 16384.0f;
@@ -88,8 +95,9 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case kRequestAxis:
             return RequestAxis();
         case kErase:
-            ClearLow();
-            return DrawDiscs();
+            return EraseTrails();
+        case kPaintTrails:
+            return GoOnPainting();
         case ScaleRequester::kSetScale:
             return SetScale(message);
         case ScaleRequester::kCancel:
@@ -134,6 +142,7 @@ void ProjectionDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
 void ProjectionDisplay::FrameResized(float width, float height) {
     isResized_ = true;
     TrajectoryDisplay::FrameResized(width, height);
+    PaintUncovered();
 }
 
 // The scale dialog's figures follow the window's size.
@@ -284,6 +293,7 @@ void ProjectionDisplay::ShowMap(bool isScaleChanged) {
         TellScale();
     }
     SetLastDisp();
+    PaintKeptTrails();
     DrawDiscs();
 }
 
@@ -309,6 +319,7 @@ void ProjectionDisplay::PanBy(float right, float down) {
         Center();
         return ShowMap(false);
     }
+    PaintUncovered();
     // What was uncovered may hold bodies.
     DrawDiscs();
 }
@@ -343,6 +354,71 @@ void ProjectionDisplay::Follow(int64 system) {
 void ProjectionDisplay::FollowBody(int32 body) {
     if (body >= 0 && body < static_cast<int32>(labels_.bodies.size()))
         Follow(labels_.bodies[static_cast<std::size_t>(body)].id);
+}
+
+// --- Kept trails ---
+
+void ProjectionDisplay::EraseTrails() {
+    keptTrails_.Cancel();
+    Epoch()->ReadLock();
+    erasedIn_ = Epoch()->FocusEpoch();
+    Epoch()->ReadUnlock();
+    erasedUntil_ = time_;
+    ClearLow();
+    DrawDiscs();
+}
+
+void ProjectionDisplay::PaintKeptTrails() {
+    const BRect picture = View()->BitmapBounds();
+    painted_ = picture;
+    PaintTrailsWithin({{picture.left - kTrailMargin, picture.top - kTrailMargin,
+                        picture.right + kTrailMargin, picture.bottom + kTrailMargin}});
+}
+
+// What was painted beyond the picture's edge is lost, since the picture had no place for it.
+void ProjectionDisplay::PaintUncovered() {
+    const BRect now = View()->BitmapBounds();
+    const BRect was = painted_;
+    if (history_ == nullptr || now == was) return;
+    if (!keptTrails_.IsDone() || was.left < now.left || was.top < now.top ||
+        was.right > now.right || was.bottom > now.bottom)
+        return PaintKeptTrails();
+    painted_ = now;
+    std::vector<BRect> frames;
+    if (now.top < was.top) frames.push_back({now.left, now.top, now.right, was.top});
+    if (now.bottom > was.bottom) frames.push_back({now.left, was.bottom, now.right, now.bottom});
+    if (now.left < was.left) frames.push_back({now.left, was.top, was.left, was.bottom});
+    if (now.right > was.right) frames.push_back({was.right, was.top, now.right, was.bottom});
+    PaintTrailsWithin(std::move(frames));
+}
+
+void ProjectionDisplay::PaintTrailsWithin(std::vector<BRect> frames) {
+    if (history_ == nullptr) return;
+    keptTrails_.Begin(TakeKeptTrails(), std::move(frames));
+    keptTrails_.Paint(View(), this, kPaintTime);
+    if (!keptTrails_.IsDone())
+        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kPaintTrails));
+}
+
+void ProjectionDisplay::GoOnPainting() {
+    if (keptTrails_.IsDone()) return;
+    keptTrails_.Paint(View(), this, kPaintTime);
+    DrawDiscs();
+    if (!keptTrails_.IsDone())
+        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kPaintTrails));
+}
+
+std::vector<KeptTrails::Trail> ProjectionDisplay::TakeKeptTrails() const {
+    TrailSource source;
+    source.history = history_;
+    source.now = time_;
+    source.erasedIn = erasedIn_;
+    source.erasedUntil = erasedUntil_;
+    for (const TrajectoryCache::Member& member : View()->Cache().Reference())
+        if (member.body < static_cast<int32>(labels_.bodies.size()))
+            source.reference.push_back(
+                {labels_.bodies[static_cast<std::size_t>(member.body)].id, member.weight});
+    return source.Take(Epoch());
 }
 
 // --- Archive ---

@@ -10,12 +10,14 @@
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Projection/RequesterSlot.h"
+#include "Displays/Trajectories/KeptTrails.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Interface/Canvas/OverlayItem.h"
 
 class BFilePanel;
 class ProjectionView;
+class RunHistory;
 
 class ProjectionDisplay : public TrajectoryDisplay {
 public:
@@ -29,6 +31,10 @@ public:
     ProjectionDisplay(BRect frame, const char* title, EpochPortal* portal, Benaphore* done,
                       BLooper* owner, const DisplayContext& context);
     ~ProjectionDisplay() override;
+
+    // Where trails come from when the picture has lost them; null: from nowhere. Not owned. Before
+    // the display is shown.
+    void SetHistory(const RunHistory* history) { history_ = history; }
 
     [[nodiscard]] int32 Init(const char* simulationName) override;
     void MessageReceived(BMessage* message) override;
@@ -60,10 +66,11 @@ public:
     // --- What moves the view ---
     // The point of the picture stays where it is; what is followed and seen does so instead of it.
     void ZoomAbout(BPoint point, double factor);
-    // Shows what is so many pixels further right and down. Trails stay.
+    // Shows what is so many pixels further right and down.
     void PanBy(float right, float down);
     void FitAll();
-    // What is followed stands still in the middle; trails are relative to it from now on.
+    // What is followed stands still in the middle; trails are relative to it, where they are kept
+    // also those of before.
     void Follow(int64 system);
     void FollowBody(int32 body);
     [[nodiscard]] int64 Followed() const { return fields_.followed; }
@@ -83,6 +90,15 @@ private:
     void TellScale();
     void TakeReference(const std::vector<Body*>& bodies);
     void TakeTime();
+    // Erased trails do not come back.
+    void EraseTrails();
+    // All of the kept trails, and those that lie in what the picture has grown by. What takes
+    // longer than a moment goes on when the window's other messages have had their turn.
+    void PaintKeptTrails();
+    void PaintUncovered();
+    void PaintTrailsWithin(std::vector<BRect> frames);
+    void GoOnPainting();
+    [[nodiscard]] std::vector<KeptTrails::Trail> TakeKeptTrails() const;
     void ToggleOption(bool DisplayOptions::*option);
     void RequestPicture();
     void SavePicture(const BMessage& message);
@@ -99,5 +115,11 @@ private:
     BodyLabels labels_;
     double time_ = 0.0;  // s
     double timeUval_ = 1.0;
+    const RunHistory* history_ = nullptr;
+    KeptTrails keptTrails_;
+    BRect painted_;  // what the picture covered when trails were painted last
+    // The user has erased the trails of this epoch, or one below it, up to this time.
+    const AbEpoch* erasedIn_ = nullptr;
+    double erasedUntil_ = 0.0;  // s
     std::unique_ptr<BFilePanel> picturePanel_;
 };

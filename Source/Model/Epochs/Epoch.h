@@ -67,6 +67,8 @@ public:
     void RemoveSystems();
     void SetCalculatorState(BMessage* state) override;
     BMessage* CalculatorState() const override { return calculatorState_.get(); }
+    // For whoever keeps something about the epoch and does not own it: expires with it.
+    [[nodiscard]] std::weak_ptr<const void> Life() const { return life_; }
 
 private:
     struct Fields;
@@ -93,4 +95,5 @@ private:
     bool comOnGo_ = true;
     bool writeable_ = true;
     bool nameFromParent_ = true;
+    const std::shared_ptr<const void> life_ = std::make_shared<char>();  // one's own in a copy
 };

@@ -25,11 +25,10 @@ std::string SystemState::NameOf(int64 id) const {
     return found == ids.end() ? "" : names[static_cast<std::size_t>(found - ids.begin())];
 }
 
-SystemState TakeState(EpochPortal* portal) {
+SystemState StateOf(const EpochPortal& portal) {
     SystemState state;
-    const ReadGuard guard(portal);
-    state.time = portal->FocusEpoch()->Time();
-    for (const Body* body : portal->BodiesInMassOrder()) {
+    state.time = portal.FocusEpoch()->Time();
+    for (const Body* body : portal.BodiesInMassOrder()) {
         state.ids.push_back(body->ID());
         state.names.push_back(body->Name());
         state.gm.push_back(body->M());
@@ -37,4 +36,9 @@ SystemState TakeState(EpochPortal* portal) {
         Append(&state.velocities, body->Velocity());
     }
     return state;
+}
+
+SystemState TakeState(EpochPortal* portal) {
+    const ReadGuard guard(portal);
+    return StateOf(*portal);
 }

@@ -25,5 +25,7 @@ struct SystemState {
     [[nodiscard]] std::string NameOf(int64 id) const;
 };
 
+// The caller holds the portal's lock.
+[[nodiscard]] SystemState StateOf(const EpochPortal& portal);
 // Takes the portal's read lock.
 [[nodiscard]] SystemState TakeState(EpochPortal* portal);

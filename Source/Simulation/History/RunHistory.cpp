@@ -1,0 +1,229 @@
+#include "Simulation/History/RunHistory.h"
+
+#include <new>
+#include <utility>
+
+#include "Calculation/TaylorCalculator.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Simulation/History/KeptRun.h"
+#include "Simulation/History/RunReplay.h"
+
+namespace {
+
+std::weak_ptr<const void> LifeOf(const AbEpoch* epoch) {
+    const auto* const real = dynamic_cast<const Epoch*>(epoch);
+    return real != nullptr ? real->Life() : std::weak_ptr<const void>();
+}
+
+}  // namespace
+
+RunHistory::RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits)
+    : portal_(portal), calculator_(calculator), limits_(limits) {
+    // Ready for the first batch.
+    release_ben(calculator_->WriteOk());
+}
+
+RunHistory::~RunHistory() = default;
+
+// --- Keeping ---
+
+void RunHistory::PrepareForGo(int32 /*reportsPerDraw*/) {
+    try {
+        BeginOrGoOn();
+    } catch (const std::bad_alloc&) {
+        ForgetCurrent();
+    }
+    if (current_ != nullptr) calculator_->EndBatchAfter(current_->ReportsToCheckpoint());
+}
+
+void RunHistory::BeginOrGoOn() {
+    portal_->ReadLock();
+    const AbEpoch* const epoch = portal_->FocusEpoch();
+    std::weak_ptr<const void> life = LifeOf(epoch);
+    portal_->ReadUnlock();
+    auto checkpoint = TakeCheckpoint(portal_, *calculator_);
+    const int64 begun = calculator_->RunsBegun();
+    if (checkpoint) checkpoint->isStart = begun != runsBegun_;
+    runsBegun_ = begun;
+    const std::lock_guard lock(mutex_);
+    if (current_ != nullptr && epoch != currentEpoch_) current_->Leave();
+    current_ = nullptr;
+    ForgetDead();
+    currentEpoch_ = epoch;
+    if (!checkpoint) return;
+    Entry& entry = runs_[epoch];
+    if (entry.run != nullptr && checkpoint->state.time >= entry.run->EndTime()) {
+        entry.run->GoOn(std::move(*checkpoint));
+    } else {
+        entry = {std::move(life), std::make_unique<KeptRun>(std::move(*checkpoint))};
+    }
+    current_ = entry.run.get();
+}
+
+// What is half kept would lead astray.
+void RunHistory::ForgetCurrent() {
+    const std::lock_guard lock(mutex_);
+    current_ = nullptr;
+    runs_.erase(currentEpoch_);
+    wasShort_ = true;
+}
+
+void RunHistory::ReadData(int32 count, double* times, double* positions, double* velocities) {
+    if (current_ == nullptr || count <= 0) return;
+    bool isDue = false;
+    {
+        const std::lock_guard lock(mutex_);
+        current_->Add(count, times, positions, velocities);
+        isDue = current_->IsCheckpointDue();
+    }
+    if (isDue) KeepCheckpoint();
+    calculator_->EndBatchAfter(current_->ReportsToCheckpoint());
+    const std::lock_guard lock(mutex_);
+    MakeRoom();
+}
+
+// Not with the history's lock held: who has the model's may wait for that.
+void RunHistory::KeepCheckpoint() {
+    try {
+        auto checkpoint = TakeCheckpoint(portal_, *calculator_);
+        if (!checkpoint) return;
+        const std::lock_guard lock(mutex_);
+        current_->Keep(std::move(*checkpoint));
+        current_->ThinCheckpointsTo(limits_.checkpoints);
+    } catch (const std::bad_alloc&) {
+        const std::lock_guard lock(mutex_);
+        wasShort_ = true;
+        current_->ThinCheckpoints();
+    }
+}
+
+void RunHistory::ReadOk() {
+    release_ben(calculator_->WriteOk());
+}
+
+void RunHistory::NoteMergers(const MergeResult& result) {
+    if (result.mergers.empty()) return;
+    std::vector<std::string> names;
+    portal_->ReadLock();
+    for (const Merger& merger : result.mergers) {
+        const MassSystem* const survivor = portal_->FocusEpoch()->SystemFromID(merger.survivor);
+        names.push_back(survivor != nullptr ? survivor->Name() : std::string());
+    }
+    const AbEpoch* const epoch = portal_->FocusEpoch();
+    portal_->ReadUnlock();
+    const std::lock_guard lock(mutex_);
+    if (const auto found = runs_.find(epoch); found != runs_.end())
+        found->second.run->NoteMergers(result.mergers, names);
+}
+
+// --- Making room ---
+
+void RunHistory::ForgetDead() {
+    std::erase_if(runs_, [](const auto& run) { return run.second.life.expired(); });
+}
+
+void RunHistory::MakeRoom() {
+    if (SampleBytes() + CheckpointBytes() <= limits_.bytes) return;
+    std::erase_if(runs_, [this](const auto& run) {
+        return run.second.run.get() != current_ && run.second.life.expired();
+    });
+    while (CheckpointBytes() > limits_.bytes / 2)
+        if (!RunWithMost(&KeptRun::CheckpointBytes)->ThinCheckpoints()) break;
+    while (SampleBytes() + CheckpointBytes() > limits_.bytes && SampleBytes() > 0)
+        RunWithMost(&KeptRun::SampleBytes)->ThinSamples();
+}
+
+std::size_t RunHistory::SampleBytes() const {
+    std::size_t bytes = 0;
+    for (const auto& [epoch, entry] : runs_)
+        bytes += entry.run->SampleBytes();
+    return bytes;
+}
+
+std::size_t RunHistory::CheckpointBytes() const {
+    std::size_t bytes = 0;
+    for (const auto& [epoch, entry] : runs_)
+        bytes += entry.run->CheckpointBytes();
+    return bytes;
+}
+
+KeptRun* RunHistory::RunWithMost(std::size_t (KeptRun::*bytes)() const) const {
+    KeptRun* most = nullptr;
+    for (const auto& [epoch, entry] : runs_)
+        if (most == nullptr || (entry.run.get()->*bytes)() > (most->*bytes)())
+            most = entry.run.get();
+    return most;
+}
+
+// --- Asking ---
+
+const KeptRun* RunHistory::Find(const AbEpoch* epoch) const {
+    const auto found = runs_.find(epoch);
+    return found == runs_.end() || found->second.life.expired() ? nullptr : found->second.run.get();
+}
+
+std::optional<RunHistory::Span> RunHistory::SpanOf(const AbEpoch* epoch) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    if (run == nullptr) return std::nullopt;
+    return Span{run->StartTime(), run->EndTime()};
+}
+
+std::vector<int64> RunHistory::BodiesOf(const AbEpoch* epoch) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    return run == nullptr ? std::vector<int64>() : run->Bodies();
+}
+
+std::vector<Sample> RunHistory::Samples(const AbEpoch* epoch, int64 body, double from, double to,
+                                        std::size_t most) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    return run == nullptr ? std::vector<Sample>() : run->Samples(body, from, to, most);
+}
+
+std::vector<RunEvent> RunHistory::Events(const AbEpoch* epoch) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    return run == nullptr ? std::vector<RunEvent>() : run->Events();
+}
+
+RunHistory::Finding RunHistory::StateAt(const AbEpoch* epoch, double time, const Progress& progress,
+                                        SystemState* state) const {
+    std::shared_ptr<const RunCheckpoint> from;
+    std::vector<RunEvent> events;
+    {
+        const std::lock_guard lock(mutex_);
+        const KeptRun* const run = Find(epoch);
+        if (run == nullptr || !(time <= run->EndTime())) return Finding::kNotKept;
+        from = run->CheckpointBefore(time);
+        if (from == nullptr || (time < run->StartTime())) return Finding::kNotKept;
+        if (time > from->state.time && run->IsLastAfter(time)) time = run->EndTime();
+        events = run->Events();
+    }
+    if (time <= from->state.time) {
+        *state = from->state;
+        return Finding::kFound;
+    }
+    return RunReplay(*from).RunTo(time, events, progress, state);
+}
+
+std::size_t RunHistory::Bytes() const {
+    const std::lock_guard lock(mutex_);
+    return SampleBytes() + CheckpointBytes();
+}
+
+std::size_t RunHistory::CountCheckpoints(const AbEpoch* epoch) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    return run == nullptr ? 0 : run->CountCheckpoints();
+}
+
+bool RunHistory::WasShortOfMemory() const {
+    const std::lock_guard lock(mutex_);
+    if (wasShort_) return true;
+    for (const auto& [epoch, entry] : runs_)
+        if (entry.run->WasShortOfMemory()) return true;
+    return false;
+}

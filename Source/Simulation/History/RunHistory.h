@@ -1,0 +1,112 @@
+// Keeps the runs of one document: what was between the epochs. One more taker of the calculator's
+// reports, which needs no thread of its own; owned by what owns the document, made before the first
+// run, gone after the last. What it keeps of a run follows from the run alone, not from batches and
+// displays, up to the budget. Questions: any thread; no lock of the document may be held by who
+// asks for a state.
+//
+// A run belongs to its epoch as long as that lives: an undone Go takes it along, and brings it back
+// when it is redone.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "Calculation/ReportConsumer.h"
+#include "Simulation/Document/SystemState.h"
+#include "Simulation/History/RunEvent.h"
+#include "Simulation/History/Sample.h"
+
+class AbEpoch;
+class EpochPortal;
+class KeptRun;
+class TaylorCalculator;
+struct MergeResult;
+
+// Of all runs together: bytes of samples and checkpoints, and half as much of checkpoints. Of a
+// run: checkpoints, beside those that nothing can stand for.
+struct HistoryLimits {
+    std::size_t bytes = 512'000'000;
+    std::size_t checkpoints = 256;
+};
+
+class RunHistory final : public ReportConsumer {
+public:
+    // Neither is owned. The owner enters it into the calculator's list of consumers.
+    RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits = {});
+    ~RunHistory() override;
+
+    // The bodies of a run have merged. While the calculator is at rest, before it goes on.
+    void NoteMergers(const MergeResult& result);
+
+    struct Span {
+        double start = 0.0;  // s
+        double end = 0.0;    // s, of the last report until now
+    };
+    // None: of this epoch no run is kept.
+    [[nodiscard]] std::optional<Span> SpanOf(const AbEpoch* epoch) const;
+    [[nodiscard]] std::vector<int64> BodiesOf(const AbEpoch* epoch) const;
+    // The samples that tell where a body was between two times, the ones around them among these;
+    // of more than `most` the newest.
+    [[nodiscard]] std::vector<Sample> Samples(const AbEpoch* epoch, int64 body, double from,
+                                              double to, std::size_t most = SIZE_MAX) const;
+    [[nodiscard]] std::vector<RunEvent> Events(const AbEpoch* epoch) const;
+
+    enum class Finding {
+        kFound,
+        kNotKept,    // there is no such run, or no such moment in it
+        kCancelled,  // the caller wanted no more of it
+        kLost,       // the calculation did not get there
+    };
+    // Is told now and then which part of the way is done; false: that is enough.
+    using Progress = std::function<bool(double)>;
+    // The state at the first report at or past that time, to the bit: calculated again from the
+    // nearest checkpoint before it, by a second calculator. On the caller's thread, which waits.
+    [[nodiscard]] Finding StateAt(const AbEpoch* epoch, double time, const Progress& progress,
+                                  SystemState* state) const;
+
+    [[nodiscard]] std::size_t Bytes() const;
+    [[nodiscard]] std::size_t CountCheckpoints(const AbEpoch* epoch) const;
+    // Something was not kept for want of memory.
+    [[nodiscard]] bool WasShortOfMemory() const;
+
+    bool LockConsumer() override { return true; }
+    void UnlockConsumer() override {}
+    void PrepareForGo(int32 reportsPerDraw) override;
+    void ReadData(int32 count, double* times, double* positions, double* velocities) override;
+    void ReadOk() override;
+
+private:
+    struct Entry {
+        std::weak_ptr<const void> life;  // of the epoch
+        std::unique_ptr<KeptRun> run;
+    };
+    using Runs = std::unordered_map<const AbEpoch*, Entry>;
+
+    void BeginOrGoOn();
+    void KeepCheckpoint();
+    void ForgetCurrent();
+    void ForgetDead();
+    void MakeRoom();
+    [[nodiscard]] std::size_t SampleBytes() const;
+    [[nodiscard]] std::size_t CheckpointBytes() const;
+    [[nodiscard]] KeptRun* RunWithMost(std::size_t (KeptRun::*bytes)() const) const;
+    [[nodiscard]] const KeptRun* Find(const AbEpoch* epoch) const;
+
+    EpochPortal* const portal_;
+    TaylorCalculator* const calculator_;
+    const HistoryLimits limits_;
+    mutable std::mutex mutex_;  // guards what follows; taken after the model lock or without it
+    Runs runs_;
+    // Of the epoch that the calculator is in; null where that is not kept. Changed by the
+    // calculation thread.
+    const AbEpoch* currentEpoch_ = nullptr;
+    KeptRun* current_ = nullptr;
+    int64 runsBegun_ = 0;  // by the calculator, at the last look
+    bool wasShort_ = false;
+};

@@ -1,0 +1,114 @@
+#include "Simulation/History/RunReplay.h"
+
+#include <chrono>
+#include <limits>
+
+#include "Calculation/CollisionMailbox.h"
+#include "Calculation/TaylorCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Systems/Body.h"
+#include "Simulation/Document/CollisionMerger.h"
+
+using Finding = RunHistory::Finding;
+
+namespace {
+
+constexpr std::chrono::milliseconds kProgressInterval(100);
+
+}  // namespace
+
+RunReplay::RunReplay(const RunCheckpoint& from)
+    : from_(from),
+      portal_(&undoChain_, &epoch_),
+      calculator_(std::make_unique<TaylorCalculator>(&portal_, &noConsumers_, nullptr)) {
+    CopyBodies();
+    portal_.SetEpochTo(&epoch_);
+    portal_.AddObserver(this);
+}
+
+RunReplay::~RunReplay() {
+    portal_.RemoveObserver(this);
+    portal_.SetEpochTo(nullptr);
+}
+
+void RunReplay::CopyBodies() {
+    const SystemState& state = from_.state;
+    epoch_.SetOrder(from_.order);
+    epoch_.SetCutoff(from_.cutoff);
+    epoch_.SetTime(state.time);
+    for (std::size_t i = 0; i < state.CountBodies(); i++) {
+        auto body = std::make_unique<Body>(state.names[i].c_str(), state.ids[i], rgb_color{},
+                                           rgb_color{}, kOriginID);
+        const double* const r = &state.positions[3 * i];
+        const double* const v = &state.velocities[3 * i];
+        body->SetM(state.gm[i]);
+        body->SetRadius(from_.radii[i]);
+        body->SetPosition({r[0], r[1], r[2]});
+        body->SetVelocity({v[0], v[1], v[2]});
+        if (epoch_.RootSystem()->AddChild(body.get()) == B_OK) body.release();
+    }
+}
+
+Finding RunReplay::RunTo(double time, const std::vector<RunEvent>& events,
+                         const RunHistory::Progress& progress, SystemState* state) {
+    portal_.WriteLock();
+    const status_t status = calculator_->ResumeRun(from_.calculator);
+    portal_.WriteUnlock();
+    if (status != B_OK) return Finding::kLost;
+    calculator_->SetRunLimit(0, time);
+    for (;;) {
+        if (!Run(time, progress)) return Finding::kCancelled;
+        if (Time() >= time) break;
+        if (!Merge(events)) return Finding::kLost;
+    }
+    *state = TakeState(&portal_);
+    return Finding::kFound;
+}
+
+bool RunReplay::Run(double until, const RunHistory::Progress& progress) {
+    hasParked_ = false;  // nobody else looks at it now
+    calculator_->UnPause(true);
+    bool goesOn = true;
+    std::unique_lock lock(mutex_);
+    while (goesOn && !parking_.wait_for(lock, kProgressInterval, [this] { return hasParked_; })) {
+        lock.unlock();
+        const double way = until - from_.state.time;
+        goesOn = !progress || progress((Time() - from_.state.time) / way);
+        lock.lock();
+    }
+    lock.unlock();
+    calculator_->Pause();
+    return goesOn;
+}
+
+// As they were merged in the run, pair by pair.
+bool RunReplay::Merge(const std::vector<RunEvent>& events) {
+    BMessage pairs(CollisionMailbox::kCollisionMessage);
+    const double now = Time();
+    for (const RunEvent& event : events) {
+        if (event.kind != RunEvent::Kind::kMerger || event.time != now || event.before.size() != 2)
+            continue;
+        pairs.AddInt64(CollisionMailbox::kLaterField, event.before[1].id);
+        pairs.AddInt64(CollisionMailbox::kEarlierField, event.before[0].id);
+    }
+    if (MergeCollidingBodies(&portal_, pairs, {}).mergers.empty()) return false;
+    for (const RunEvent& event : events)
+        if (event.kind == RunEvent::Kind::kMerger && event.time == now && !event.before.empty())
+            if (MassSystem* const survivor = epoch_.SystemFromID(event.before[0].id))
+                survivor->SetName(event.name.c_str());
+    return true;
+}
+
+double RunReplay::Time() {
+    portal_.ReadLock();
+    const double time = epoch_.Time();
+    portal_.ReadUnlock();
+    return time;
+}
+
+void RunReplay::Changed(int32 what) {
+    if (what != kCalculatorParked) return;
+    const std::lock_guard lock(mutex_);
+    hasParked_ = true;
+    parking_.notify_all();
+}

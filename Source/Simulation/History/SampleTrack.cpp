@@ -1,0 +1,93 @@
+#include "Simulation/History/SampleTrack.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Of the angle between the velocities at both ends of an interval: six of them make a revolution.
+constexpr double kCosineOfWidest = 0.5;
+
+double Dot(const ThreeVector& a, const ThreeVector& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+bool IsTooWide(const Sample& a, const Sample& b) {
+    const double lengths = std::sqrt(Dot(a.velocity, a.velocity) * Dot(b.velocity, b.velocity));
+    return Dot(a.velocity, b.velocity) < kCosineOfWidest * lengths;
+}
+
+}  // namespace
+
+void SampleTrack::Add(const Sample& sample) {
+    samples_.push_back(sample);
+    if (isBroken_) samples_.back().isJoined = false;
+    isBroken_ = false;
+}
+
+void SampleTrack::Clear() {
+    samples_.clear();
+    Break();
+}
+
+std::vector<Sample> SampleTrack::From(double from, double to, const std::optional<Sample>& tail,
+                                      std::size_t most) const {
+    const auto isEarlier = [](const Sample& sample, double time) { return sample.time < time; };
+    auto first = std::lower_bound(samples_.begin(), samples_.end(), from, isEarlier);
+    auto last = std::lower_bound(first, samples_.end(), to, isEarlier);
+    if (first != samples_.begin()) --first;
+    // All of one moment: after a jump there are two.
+    const bool reachesEnd = last == samples_.end();
+    if (!reachesEnd) {
+        const double end = last->time;
+        while (last != samples_.end() && last->time <= end)
+            ++last;
+    }
+    if (static_cast<std::size_t>(last - first) > most)
+        first = last - static_cast<std::ptrdiff_t>(most);
+    std::vector<Sample> found(first, last);
+    const bool isLater = tail && (samples_.empty() || tail->time > samples_.back().time);
+    if (reachesEnd && isLater) {
+        found.push_back(*tail);
+        if (isBroken_) found.back().isJoined = false;
+    }
+    return found;
+}
+
+std::size_t SampleTrack::Thin(double until) {
+    const std::size_t halved = HalveUpTo(until);
+    return halved + DropLonely();
+}
+
+std::size_t SampleTrack::HalveUpTo(double until) {
+    const std::size_t before = samples_.size();
+    std::size_t to = 0;
+    bool wasDropped = true;  // at the start of a stretch: it stays
+    for (std::size_t i = 0; i < before; i++) {
+        Sample sample = samples_[i];
+        const bool isInside =
+            sample.isJoined && i + 1 < before && samples_[i + 1].isJoined && sample.time < until;
+        if (isInside && !wasDropped) {
+            wasDropped = true;
+            continue;
+        }
+        if (wasDropped && sample.isJoined && to > 0 && IsTooWide(samples_[to - 1], sample))
+            sample.isJoined = false;
+        wasDropped = false;
+        samples_[to++] = sample;
+    }
+    samples_.resize(to);
+    return before - to;
+}
+
+// A sample between two gaps tells nothing.
+std::size_t SampleTrack::DropLonely() {
+    const std::size_t before = samples_.size();
+    std::size_t to = 0;
+    for (std::size_t i = 0; i < before; i++) {
+        const bool leadsOn = i + 1 == before || samples_[i + 1].isJoined;
+        if (samples_[i].isJoined || leadsOn) samples_[to++] = samples_[i];
+    }
+    samples_.resize(to);
+    return before - to;
+}

@@ -1,0 +1,77 @@
+// A document with a history, and a recorder beside it that has all reports.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/RunControlView.h"
+#include "Simulation/History/RunHistory.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
+
+// Everything that a run has reported.
+class ReportRecorder : public ReportConsumer {
+public:
+    struct Report {
+        double time;
+        std::vector<int64> ids;
+        std::vector<double> positions, velocities;
+    };
+
+    explicit ReportRecorder(SimulationDocument* document);
+    ~ReportRecorder() override;
+
+    bool LockConsumer() override { return true; }
+    void UnlockConsumer() override {}
+    void PrepareForGo(int32 reportsPerDraw) override;
+    void ReadData(int32 count, double* times, double* positions, double* velocities) override;
+    void ReadOk() override;
+
+    // While the calculator is parked.
+    std::vector<Report> reports;
+
+private:
+    SimulationDocument* const document_;
+    std::vector<int64> ids_;
+};
+
+class HistoryRun {
+public:
+    struct Settings {
+        int32 order = 4;
+        double cutoff = 1e-11;
+        HistoryLimits limits;
+    };
+
+    // Of unit masses, lengths and times: about a body of GM 1.
+    struct Planet {
+        double gm, x, y, vx, vy, radius;
+    };
+    explicit HistoryRun(const std::vector<Planet>& bodies);
+    HistoryRun(const std::vector<Planet>& bodies, const Settings& settings);
+    ~HistoryRun();
+
+    // Go, so many reports, through mergers, and Pause; held after each `hold` reports, if given.
+    void Run(int64 reports, int64 hold = 0);
+    AbEpoch* Focus() { return document.Portal()->FocusEpoch(); }
+    RunHistory::Finding StateAt(double time, SystemState* state) {
+        return history.StateAt(Focus(), time, {}, state);
+    }
+
+private:
+    class Mail;
+
+    static BMessage RecordOfBodies(const std::vector<Planet>& bodies, const Settings& settings);
+    bool Merge();
+
+    Mail* const mail_;
+
+public:
+    SimulationDocument document;
+    RunControlView view;
+    RunControl control{document.Portal(), document.GetCalculator(), &view};
+    ReportRecorder recorder{&document};
+    RunHistory history;
+    int32 mergers = 0;
+};

@@ -1,0 +1,203 @@
+#include "Simulation/History/RunHistory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "Model/Commands/CommandFactory.h"
+#include "Simulation/Document/SystemState.h"
+#include "Tests/Simulation/History/HistoryRun.h"
+
+namespace {
+
+using Finding = RunHistory::Finding;
+using Report = ReportRecorder::Report;
+
+// A star with a planet that circles it 3 times in 100,000 steps, and two pairs far out, each of
+// which meets on the way.
+std::vector<HistoryRun::Planet> TwoCollisions() {
+    return {{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},       {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0},
+            {2e-6, 20.0, 0.0, 0.0, 0.2, 0.5},     {1e-6, 20.0, 1.9, 0.0, 0.1, 0.5},
+            {2e-6, 0.0, 30.0, 0.2, 0.0, 0.5},     {1e-6, 2.5, 30.0, 0.1, 0.0, 0.5},
+            {0.0, 0.0, -2.0, 0.7071, 0.0, 0.001}, {1e-7, -5.0, 0.0, 0.0, -0.4472, 0.001}};
+}
+
+bool IsAt(const SystemState& state, const Report& report) {
+    return state.time == report.time && state.ids == report.ids &&
+           state.positions == report.positions && state.velocities == report.velocities;
+}
+
+// Asks for every `each`-th report, in random order, but for no more than that many of them; returns
+// how many differ from what they were.
+int32 CountWrong(HistoryRun* run, std::size_t each, std::size_t most = 1000) {
+    const std::vector<Report>& reports = run->recorder.reports;
+    std::vector<std::size_t> asked;
+    for (std::size_t i = 0; i < reports.size(); i += each)
+        // Of a collision there are two of one time, and the first counts.
+        if (i == 0 || reports[i].time != reports[i - 1].time) asked.push_back(i);
+    std::shuffle(asked.begin(), asked.end(), std::mt19937(7));
+    asked.resize(std::min(asked.size(), most));
+    int32 wrong = 0;
+    for (const std::size_t i : asked) {
+        SystemState state;
+        if (run->StateAt(reports[i].time, &state) != Finding::kFound || !IsAt(state, reports[i]))
+            wrong++;
+    }
+    return wrong;
+}
+
+}  // namespace
+
+TEST(RunHistory, EveryTenthReportComesBackToTheBitThroughTwoMergers) {
+    HistoryRun run(TwoCollisions());
+    run.Run(100'000);
+    ASSERT_EQ(run.mergers, 2);
+    ASSERT_GE(run.recorder.reports.size(), 100'000U);
+    EXPECT_EQ(CountWrong(&run, 10), 0);
+
+    // Between two reports it is the later one, and beyond the run there is none.
+    const std::vector<Report>& reports = run.recorder.reports;
+    SystemState state;
+    const double between = 0.5 * (reports[50'000].time + reports[50'001].time);
+    EXPECT_EQ(run.StateAt(between, &state), Finding::kFound);
+    EXPECT_TRUE(IsAt(state, reports[50'001]));
+    EXPECT_EQ(run.StateAt(reports.back().time + 1.0, &state), Finding::kNotKept);
+    EXPECT_EQ(run.StateAt(-1.0, &state), Finding::kNotKept);
+    EXPECT_EQ(run.history.StateAt(run.Focus()->Parent(), 0.0, {}, &state), Finding::kNotKept);
+    EXPECT_EQ(run.StateAt(reports[100].time, &state), Finding::kFound);
+    EXPECT_EQ(state.NameOf(2), "Body 2");
+    EXPECT_EQ(run.StateAt(run.Focus()->Time(), &state), Finding::kFound);
+    EXPECT_EQ(state.NameOf(2), "Body 2 & Body 3");
+    const double half = 0.5 * run.Focus()->Time();
+    EXPECT_EQ(run.history.StateAt(
+                  run.Focus(), half, [](double) { return false; }, &state),
+              Finding::kFound);  // too quick for a question
+
+    const std::vector<RunEvent> events = run.history.Events(run.Focus());
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[0].kind, RunEvent::Kind::kMerger);
+    ASSERT_EQ(events[0].before.size(), 2U);
+    EXPECT_EQ(events[0].before[0].name, "Body 2");
+    EXPECT_EQ(events[0].before[1].id, 3);
+    EXPECT_LT(events[0].time, events[1].time);
+}
+
+// With checkpoints so few that those at the mergers have gone, at several orders.
+TEST(RunHistory, MergersAreMadeAgainWhereNoCheckpointFollowsThem) {
+    for (const int32 order : {2, 3, 4}) {
+        SCOPED_TRACE(order);
+        HistoryRun::Settings settings;
+        settings.order = order;
+        settings.cutoff = order == 4 ? 1e-11 : order == 3 ? 1e-7 : 2e-4;
+        settings.limits.checkpoints = 2;
+        HistoryRun run(TwoCollisions(), settings);
+        run.Run(100'000);
+        // At the lower orders the bodies do not meet.
+        ASSERT_EQ(run.mergers, order == 4 ? 2 : 0);
+        EXPECT_LE(run.history.CountCheckpoints(run.Focus()), 2U);
+        EXPECT_EQ(CountWrong(&run, 4999), 0);
+    }
+}
+
+// What is kept follows from the run, whatever the batches are.
+TEST(RunHistory, AHeldRunIsKeptLikeOneThatWasNot) {
+    HistoryRun one(TwoCollisions()), held(TwoCollisions());
+    one.Run(40'000);
+    held.Run(40'000, 377);
+    // The start, every 4096th report, and where the calculator began anew.
+    EXPECT_EQ(one.history.CountCheckpoints(one.Focus()),
+              1 + one.recorder.reports.size() / 4096 + static_cast<std::size_t>(one.mergers));
+    EXPECT_EQ(one.history.CountCheckpoints(one.Focus()),
+              held.history.CountCheckpoints(held.Focus()));
+    EXPECT_EQ(CountWrong(&held, 3001), 0);
+    for (const int64 body : one.history.BodiesOf(one.Focus())) {
+        const auto expected = one.history.Samples(one.Focus(), body, 0.0, 1e9);
+        const auto found = held.history.Samples(held.Focus(), body, 0.0, 1e9);
+        ASSERT_EQ(found.size(), expected.size()) << body;
+        for (std::size_t i = 0; i < found.size(); i++) {
+            EXPECT_EQ(found[i].time, expected[i].time);
+            EXPECT_EQ(found[i].position, expected[i].position);
+            EXPECT_EQ(found[i].isJoined, expected[i].isJoined);
+        }
+    }
+}
+
+// An edit between two steps: no calculation leads over it.
+TEST(RunHistory, AnEditDuringARunIsAnEventAndARunAsksNoMoreOfIt) {
+    HistoryRun::Settings settings;
+    settings.limits.checkpoints = 1;
+    HistoryRun run(TwoCollisions(), settings);
+    StepRunner steps(&run.document);
+    const auto goOn = [&](bool isFirst, int64 reports) {
+        run.document.GetCalculator()->SetRunLimit(reports, INFINITY);
+        isFirst ? run.control.UnPause() : run.control.UnRest();
+        while (!run.document.GetCalculator()->HasStoppedItself())
+            snooze(1000);
+        run.control.Rest();
+    };
+    goOn(true, 5000);
+    auto* const planet = dynamic_cast<Body*>(run.Focus()->SystemFromID(1));
+    planet->SetM(2e-3);
+    const double radius = planet->Radius();
+    goOn(false, 5000);
+    planet->SetRadius(0.01);
+    goOn(false, 5000);
+    run.control.UnRest();
+    run.control.Pause();
+    EXPECT_EQ(CountWrong(&run, 499), 0);
+    const std::vector<RunEvent> events = run.history.Events(run.Focus());
+    ASSERT_EQ(events.size(), 2U);
+    ASSERT_EQ(events[0].before.size(), 1U);
+    EXPECT_EQ(events[0].before[0].gm, 1e-3);
+    ASSERT_EQ(events[1].before.size(), 1U);
+    EXPECT_EQ(events[1].before[0].radius, radius);
+}
+
+TEST(RunHistory, AnUndoneGoTakesItsRunAlongAndARedoneOneBringsItBack) {
+    HistoryRun run(TwoCollisions());
+    run.Run(10'000);
+    const AbEpoch* const first = run.Focus();
+    UndoChain* const chain = run.document.GetUndoChain();
+    chain->Undo();
+    EXPECT_FALSE(run.history.SpanOf(run.Focus()));
+    chain->Redo();
+    ASSERT_EQ(run.Focus(), first);
+    EXPECT_EQ(CountWrong(&run, 999), 0);
+    // Another Go, and the first one is gone for good; its place in memory may be another's.
+    chain->Undo();
+    const std::size_t bytes = run.history.Bytes();
+    run.recorder.reports.clear();
+    run.Run(10'000);
+    EXPECT_EQ(run.history.Bytes(), bytes);
+    EXPECT_EQ(CountWrong(&run, 999), 0);
+}
+
+// Without forces there is but one report, at the time that was asked for.
+TEST(RunHistory, ABodyThatGoesStraightWasNowhereButAtTheEnd) {
+    HistoryRun run({{1.0, 0.0, 0.0, 0.5, 0.0, 0.0}});
+    run.document.GetCalculator()->SetRunLimit(0, 100.0);
+    run.control.UnPause();
+    while (!run.document.GetCalculator()->HasStoppedItself())
+        snooze(1000);
+    run.control.Pause();
+    SystemState state;
+    ASSERT_EQ(run.StateAt(30.0, &state), Finding::kFound);
+    EXPECT_EQ(state.time, 100.0);
+    EXPECT_EQ(state.positions, (std::vector<double>{50.0, 0.0, 0.0}));
+}
+
+TEST(RunHistory, TheBudgetIsHeldAndTheNewestIsKeptBest) {
+    HistoryRun::Settings settings;
+    settings.limits.bytes = 60'000;
+    HistoryRun run(TwoCollisions(), settings);
+    for (int32 i = 0; i < 6; i++) {
+        run.recorder.reports.clear();
+        run.Run(60'000);
+        EXPECT_LE(run.history.Bytes(), settings.limits.bytes);
+    }
+    EXPECT_EQ(CountWrong(&run, 9'999), 0);
+    const RunHistory::Span span = *run.history.SpanOf(run.Focus());
+    const auto samples = run.history.Samples(run.Focus(), 1, span.start, span.end);
+    EXPECT_EQ(samples.back().time, span.end);
+}
