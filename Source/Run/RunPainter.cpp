@@ -21,7 +21,12 @@ public:
     // A run goes on from the bodies as they are now: others than before if some have merged.
     void PrepareForGo(int32 /*reportsPerSegment*/) override {
         portal_->ReadLock();
-        picture_.PrepareForGo(portal_->BodiesInMassOrder(), portal_->FocusEpoch()->Time());
+        try {
+            picture_.PrepareForGo(portal_->BodiesInMassOrder(), portal_->FocusEpoch()->Time());
+        } catch (...) {
+            portal_->ReadUnlock();
+            throw;
+        }
         portal_->ReadUnlock();
     }
 

@@ -17,7 +17,8 @@ struct RunSummary {
         kNotFinite,
         kTimeStands,
         kNothingInteracts,
-        kNotMerged
+        kNotMerged,
+        kNoMemory
     };
     struct Touch {
         int64 lighterID = 0;

@@ -52,6 +52,8 @@ RunSummary::Ending EndingFor(RunEnding::Reason reason) {
             return RunSummary::Ending::kTimeStands;
         case RunEnding::Reason::kNotMerged:
             return RunSummary::Ending::kNotMerged;
+        case RunEnding::Reason::kNoMemory:
+            return RunSummary::Ending::kNoMemory;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }

@@ -40,4 +40,5 @@ enum DocumentText : int32 {
     kTextEndsTimeStandsAlone = 4033,
     kTextEndsNotMerged = 4034,
     kTextEndsNothingInteracts = 4035,
+    kTextEndsNoMemory = 4036,
 };
