@@ -6,11 +6,16 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <vector>
 
+#include "Platform/Application/BMessage.h"
 #include "Platform/Storage/FileDescriptor.h"
 
 namespace {
+
+constexpr const char* kSizeField = "Recovered size";
+constexpr const char* kDigestField = "Recovered digest";
 
 constexpr std::size_t kChunk = std::size_t{1} << 16;
 
@@ -44,6 +49,28 @@ std::optional<FileStamp> FileStamp::Of(const std::string& path) {
     stamp.size_ = info.st_size;
     if (!Digest(file.Get(), &stamp.digest_)) return {};
     return stamp;
+}
+
+std::optional<FileStamp> FileStamp::From(const BMessage& record) {
+    FileStamp stamp;
+    int64 size = 0;
+    const void* digest = nullptr;
+    std::size_t bytes = 0;
+    if (record.FindInt64(kSizeField, &size) != B_OK ||
+        record.FindData(kDigestField, B_RAW_TYPE, 0, &digest, &bytes) != B_OK ||
+        bytes != stamp.digest_.size())
+        return {};
+    stamp.size_ = size;
+    std::memcpy(stamp.digest_.data(), digest, bytes);
+    return stamp;
+}
+
+status_t FileStamp::AddTo(BMessage* record) const {
+    record->RemoveName(kSizeField);
+    record->RemoveName(kDigestField);
+    const status_t status = record->AddInt64(kSizeField, size_);
+    if (status != B_OK) return status;
+    return record->AddData(kDigestField, B_RAW_TYPE, digest_.data(), digest_.size());
 }
 
 bool FileStamp::DiffersAt(const std::string& path) const {

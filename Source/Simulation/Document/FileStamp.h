@@ -11,10 +11,16 @@
 
 #include "Platform/Support/SupportDefs.h"
 
+class BMessage;
+
 class FileStamp {
 public:
     // Reads the whole file; none when it cannot be read.
     [[nodiscard]] static std::optional<FileStamp> Of(const std::string& path);
+
+    // The contents alone, as a record holds them; none if it holds none.
+    [[nodiscard]] static std::optional<FileStamp> From(const BMessage& record);
+    status_t AddTo(BMessage* record) const;
 
     // The file there has other contents than this one had, or cannot be read to tell. False when
     // there is none. Reads it only if its place on the device, time or size differ.
