@@ -203,11 +203,24 @@ int32 Calculator::CalcThread() {
     }
 }
 
+// One that has no memory for a batch and cannot do without ends the run; the others get theirs.
 void Calculator::HandOver(int32 reports) {
     for (ReportConsumer* consumer : *consumers_) {
-        consumer->ReadData(reports, batch_.Times(), batch_.Positions(), batch_.Velocities());
+        try {
+            consumer->ReadData(reports, batch_.Times(), batch_.Positions(), batch_.Velocities());
+        } catch (const std::bad_alloc&) {
+            EndWithoutMemory();
+        }
         consumer->ReadOk();
     }
+    DeliverMail();
+}
+
+void Calculator::EndWithoutMemory() {
+    RunEnding ending;
+    ending.reason = RunEnding::Reason::kNoMemory;
+    ending.time = timeBase_;
+    EndRun(ending);
 }
 
 // False when the thread is to end.
@@ -223,13 +236,24 @@ bool Calculator::Park() {
 void Calculator::PrepareRun() {
     {
         const WriteGuard guard(portal_);
-        Recache();
+        timeBase_ = portal_->FocusEpoch()->Time();
+        try {
+            Recache();
+        } catch (const std::bad_alloc&) {
+            EndWithoutMemory();
+        }
     }
     limit_.Begin();
     untilBatchEnd_ = 0;
     const int32 most = MostReports();
-    for (ReportConsumer* consumer : *consumers_)
-        if (const ConsumerLock lock(consumer); lock.IsHeld()) consumer->PrepareForGo(most);
+    for (ReportConsumer* consumer : *consumers_) {
+        const ConsumerLock lock(consumer);
+        try {
+            if (lock.IsHeld()) consumer->PrepareForGo(most);
+        } catch (const std::bad_alloc&) {
+            EndWithoutMemory();
+        }
+    }
 }
 
 int32 Calculator::RunBatch() {
@@ -239,12 +263,27 @@ int32 Calculator::RunBatch() {
         AbEpoch* const epoch = portal_->FocusEpoch();
         timeBase_ = epoch->Time();
         batch_.Clear();
-        reports = Calculate();
+        // What could not be prepared must not be used.
+        if (!ending_) reports = TryToCalculate();
         untilBatchEnd_ -= reports;
         if (reports > 0) epoch->SetTime(timeBase_);
     }
     if (reports < reportsPerDraw_ && !ShouldStop()) cutBatches_++;
     return reports;
+}
+
+// Without memory the model stays where the batch began.
+int32 Calculator::TryToCalculate() {
+    const int64 steps = stepsTaken_;
+    try {
+        return Calculate();
+    } catch (const std::bad_alloc&) {
+        stepsTaken_ = steps;
+        timeBase_ = portal_->FocusEpoch()->Time();
+        collisions_.Discard();
+        EndWithoutMemory();
+        return 0;
+    }
 }
 
 void Calculator::EndRun(const RunEnding& ending) {
@@ -263,13 +302,22 @@ int32 Calculator::KeepFiniteReports(int32 made) {
 // someone waits for the thread to park there is no sense in insisting: the step was not taken, and
 // the next run finds the same again.
 void Calculator::DeliverMail() {
-    while ((!collisions_.IsEmpty() && !collisions_.Post(target_)) || !PostEnding()) {
+    while (!PostMail()) {
         if (stop_.pauseCount != 0) {
             collisions_.Discard();
             ending_.reset();
             return;
         }
         snooze(kPostRetryInterval);
+    }
+}
+
+// False if the target's port is full, or there is no memory for a message.
+bool Calculator::PostMail() {
+    try {
+        return (collisions_.IsEmpty() || collisions_.Post(target_)) && PostEnding();
+    } catch (const std::bad_alloc&) {
+        return false;
     }
 }
 

@@ -160,8 +160,12 @@ private:
     bool Park();
     void PrepareRun();
     int32 RunBatch();
+    int32 TryToCalculate();
     void HandOver(int32 reports);
+    // The run ends where the last report was.
+    void EndWithoutMemory();
     void DeliverMail();
+    bool PostMail();
     bool PostEnding();
     [[nodiscard]] int32 CountConsumers() const;
 

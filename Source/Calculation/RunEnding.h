@@ -14,6 +14,7 @@ struct RunEnding {
         kTimeStands,        // a step is too short to change the time
         kNothingInteracts,  // every body moves straight on for ever
         kNotMerged,         // bodies touch that cannot become one
+        kNoMemory,          // for the run, or for what takes its reports
     };
     static constexpr uint32 kMessage = FourCC("rend");
 

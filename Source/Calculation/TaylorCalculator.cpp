@@ -42,6 +42,7 @@ void TaylorCalculator::Recache() {
     // What a method carries need not add up to the bodies' places at every moment; so it is left
     // alone.
     if (IsHeldRun() && IsUntouched()) return bodies_.ComputeKissDist(Bodies());
+    epoch_ = nullptr;  // where memory is lacking there is no run to hold
     ChooseIntegrator();
     LoadBodies();
     integrator_->Begin(StartAt(GetEpoch()->Time()));

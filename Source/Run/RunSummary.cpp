@@ -32,6 +32,8 @@ std::string_view EndingName(RunSummary::Ending ending) {
             return "nothing interacts";
         case RunSummary::Ending::kNotMerged:
             return "not merged";
+        case RunSummary::Ending::kNoMemory:
+            return "no memory";
     }
     return "";
 }

@@ -18,7 +18,8 @@ struct RunSummary {
         kNotFinite,
         kTimeStands,
         kNothingInteracts,
-        kNotMerged
+        kNotMerged,
+        kNoMemory
     };
     struct Touch {
         int64 lighterID = 0;

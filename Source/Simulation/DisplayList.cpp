@@ -16,6 +16,7 @@
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/WindowFields.h"
+#include "Simulation/OpenSimulations.h"
 
 namespace {
 
@@ -59,6 +60,9 @@ bool DisplayList::Create(int32 type, const BMessage* archive, const char* simula
         confine_to_frame_and_screen(display, frame, kLeastWidth, kLeastHeight);
         // Fields that are missing or wrong leave what is usual.
         if (archive != nullptr) static_cast<void>(display->Regenerate(*archive));
+        // Over one of another window of the same document nobody would see that there are two.
+        OpenSimulations::Shared().Enter(display, {});
+        OpenSimulations::Shared().MoveTo(display, {display->Frame().left, display->Frame().top});
         TellUnits(display);
         displays_.push_back(display);
         document_->AddConsumer(display);
@@ -76,6 +80,7 @@ void DisplayList::Delete(const Display* display) {
     displays_.erase(found);
     run_->Rest();
     document_->RemoveConsumer(doomed);
+    OpenSimulations::Shared().Leave(doomed);
     BLooper::QuitIfAlive(doomed);
     run_->UnRest();
 }

@@ -1,5 +1,5 @@
-// The windows of all open simulations of the program: which of them hold the same document, and
-// where they stand. Any thread.
+// The windows of all open simulations of the program, and their displays: which of the windows hold
+// the same document, and where all of them stand. Any thread.
 #pragma once
 
 #include <mutex>
@@ -15,8 +15,8 @@ class OpenSimulations {
 public:
     static OpenSimulations& Shared();
 
-    // From now on the window holds the document there; empty: one in no file. How many windows
-    // there are for it, with this one: the number that the window keeps.
+    // From now on the window holds the document there; empty: one in no file, or a display. How
+    // many windows there are for it, with this one: the number that the window keeps.
     int32 Enter(const BWindow* window, const std::string& path);
     // Before the window goes.
     void Leave(const BWindow* window);

@@ -1,5 +1,7 @@
 #include "Simulation/RunMeter.h"
 
+#include <new>
+
 #include "Calculation/Calculator.h"
 #include "Model/Sharing/Benaphore.h"
 #include "Model/Sharing/EpochPortal.h"
@@ -23,8 +25,10 @@ void RunMeter::Forget() {
 }
 
 void RunMeter::PrepareForGo(int32 /*reportsPerDraw*/) {
-    const ReadGuard guard(portal_);
+    const auto bodies = static_cast<std::size_t>(calculator_->CountBodies());
     gm_.clear();
+    gm_.reserve(bodies);
+    const ReadGuard guard(portal_);
     for (int32 i = 0; i < calculator_->CountBodies(); i++)
         gm_.push_back(calculator_->BodyAt(i)->M());
 }
@@ -38,9 +42,14 @@ void RunMeter::ReadData(int32 count, double* times, double* positions, double* v
     const std::size_t last = static_cast<std::size_t>(count - 1) * stride;
     const std::lock_guard lock(mutex_);
     state_.time = times[count - 1];
-    state_.gm = gm_;
-    state_.positions.assign(positions + last, positions + last + stride);
-    state_.velocities.assign(velocities + last, velocities + last + stride);
+    try {
+        state_.gm = gm_;
+        state_.positions.assign(positions + last, positions + last + stride);
+        state_.velocities.assign(velocities + last, velocities + last + stride);
+    } catch (const std::bad_alloc&) {
+        isWanted_ = true;  // a later batch will do as well
+        return;
+    }
     hasState_ = true;
 }
 

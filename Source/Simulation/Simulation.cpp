@@ -87,7 +87,7 @@ void Simulation::InitCopy(std::unique_ptr<BMessage> archive, const entry_ref& di
 
 void Simulation::InitFromRecovery(std::unique_ptr<BMessage> archive, const RecoveryCopy& copy) {
     archive_ = std::move(archive);
-    saver_.File().SetRecovered(copy, host_->Resources().InterfaceLabel(kLabelUntitled));
+    saver_.File().SetRecovered(copy, *archive_, host_->Resources().InterfaceLabel(kLabelUntitled));
     history_->MarkUnsaved();
     StartBuilding();
 }
@@ -205,6 +205,7 @@ void Simulation::ShowSelf() {
     if (!notice_.empty()) controls_.ShowInFull(notice_);
     SetAcceptsFiles(true);
     Show();
+    controls_.WindowShown();
     if (isAwaited) Activate();
     PassToApplication(BMessage(kSimulationShown), true);
 }

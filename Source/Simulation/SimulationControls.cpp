@@ -120,6 +120,10 @@ void SimulationControls::ShowRunEvent(const std::string& text) {
     if (status_ != nullptr && status_->ShowRunEvent(text)) FitWindow();
 }
 
+void SimulationControls::WindowShown() {
+    if (status_->BreakAnew()) FitWindow();
+}
+
 // Wider entries show longer numbers; there is nothing to fill a higher window with.
 void SimulationControls::FitWindow() {
     if (height_ == 0.0f) window_->GetPreferredSize(&width_, &height_);

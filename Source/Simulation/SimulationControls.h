@@ -51,6 +51,8 @@ public:
     void ShowInFull(const std::string& text);
     // Likewise, what happened in the run: it goes when another epoch is shown.
     void ShowRunEvent(const std::string& text);
+    // What was said before the window was shown did not know its width.
+    void WindowShown();
     // What the document that was opened has lost or got, and offers to open the displays that are
     // not open.
     void ShowOpened(const std::string& notice);

@@ -104,7 +104,15 @@ bool StatusLine::ShowMessage(const std::string& text) {
 }
 
 bool StatusLine::ShowInFull(const std::string& text) {
-    return ShowLines(text, Broken(text, message_->Bounds().Width()));
+    const bool isOtherHeight = ShowLines(text, Broken(text, message_->Bounds().Width()));
+    inFull_ = text;
+    return isOtherHeight;
+}
+
+bool StatusLine::BreakAnew() {
+    if (inFull_.empty()) return false;
+    const std::string text = inFull_;
+    return isRunEvent_ ? ShowRunEvent(text) : ShowInFull(text);
 }
 
 bool StatusLine::ShowRunEvent(const std::string& text) {
@@ -126,6 +134,7 @@ float StatusLine::ExtraHeight() const {
 
 bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {
     isRunEvent_ = false;
+    inFull_.clear();
     message_->SetText(lines.c_str());
     message_->SetToolTip(text.c_str());
     const auto breaks = std::ranges::count(lines, '\n');

@@ -24,6 +24,8 @@ public:
     bool ShowMessage(const std::string& text);
     // Likewise, but broken into as many lines as it takes.
     bool ShowInFull(const std::string& text);
+    // The same text again, where the line has another width than it had; the event stays one.
+    bool BreakAnew();
     // Likewise, for what happened in the run.
     bool ShowRunEvent(const std::string& text);
     // Another epoch is shown than the one that the run made: its figures and its last event go.
@@ -40,6 +42,7 @@ private:
     BStringView* const message_;
     std::string bodies_;
     std::string run_;
+    std::string inFull_;         // the message, if it is broken into lines
     std::ptrdiff_t breaks_ = 0;  // between the message's lines
     bool isRunEvent_ = false;    // the message
 };

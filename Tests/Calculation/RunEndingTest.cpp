@@ -9,12 +9,14 @@
 #include <cmath>
 #include <future>
 #include <limits>
+#include <new>
 
 #include "Calculation/CollisionMailbox.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BLooper.h"
 #include "Tests/Calculation/TaylorFixtures.h"
+#include "Tests/Platform/Allocations.h"
 
 namespace {
 
@@ -132,6 +134,44 @@ TEST_F(RunEndingTest, WhatDoesNotInteractGoesStraightToTheTimeAskedFor) {
     EXPECT_TRUE(body->Position() == (ThreeVector{1, 1, 1}) + (1e7 - 50.0) * velocity);
     EXPECT_TRUE(body->Velocity() == velocity);
     EXPECT_EQ(*(consumer.Positions().end() - 6), body->Position().x);
+}
+
+// Neither for the batches, nor for what takes them.
+TEST_F(RunEndingTest, MemoryThatIsLackingEndsTheRunWhereItIs) {
+    AddFallingPoints(1e11);
+    constexpr std::size_t kAllButBatches = 3000;  // bytes
+    RefuseAllocationsFrom(kAllButBatches);
+    const RunEnding ending = Run();
+    RefuseAllocationsFrom(SIZE_MAX);
+    EXPECT_EQ(ending.reason, RunEnding::Reason::kNoMemory);
+    EXPECT_EQ(ending.time, 0.0);
+    EXPECT_TRUE(consumer.Times().empty());
+    EXPECT_EQ(system.Find(8)->Position().x, 1e11);
+
+    // With memory it runs as if nothing had been.
+    system.Run(&calculator, 150);
+    EXPECT_EQ(consumer.Times().size(), 150u);
+    TestSystem other{4, 1e-5};
+    other.Add(3, 1e20, {}, {});
+    other.Add(8, 0.0, {1e11, 0, 0}, {});
+    const auto undisturbed = MakeCalculator(&other);
+    other.Run(undisturbed.get(), 150);
+    EXPECT_EQ(other.GetEpoch()->Time(), system.GetEpoch()->Time());
+    EXPECT_EQ(other.Find(8)->Position(), system.Find(8)->Position());
+}
+
+TEST_F(RunEndingTest, AConsumerWithoutMemoryEndsTheRunAndTheOthersGetTheBatch) {
+    class Helpless final : public RecordingConsumer {
+    public:
+        using RecordingConsumer::RecordingConsumer;
+        void ReadData(int32, double*, double*, double*) override { throw std::bad_alloc(); }
+    };
+    AddFallingPoints(1e11);
+    const Helpless helpless(&system, calculator);
+    const RunEnding ending = Run();
+    EXPECT_EQ(ending.reason, RunEnding::Reason::kNoMemory);
+    ASSERT_FALSE(consumer.Times().empty());
+    ExpectLastReportIsKept(ending);
 }
 
 TEST_F(RunEndingTest, WhatDoesNotInteractParksWhereNoTimeIsAskedFor) {

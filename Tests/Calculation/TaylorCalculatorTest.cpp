@@ -161,6 +161,25 @@ TEST(TaylorCalculator, NothingIsAllocatedFromBatchToBatch) {
     EXPECT_EQ(last, early);
 }
 
+// A step of so many bodies takes milliseconds, on any machine; so the batch ends long before it is
+// full. What else the machine does makes it end earlier.
+TEST(TaylorCalculator, ABatchIsCutAfterATenthOfASecond) {
+    constexpr int32 kBodies = 5000;
+    constexpr int32 kRoom = 16'000'000 / (8 * (6 * kBodies + 1));
+    TestSystem system(Planets(kBodies, kBodies), 4, 1e-6);
+    int32 first = 0;
+    TaylorCalculator* calculator = nullptr;
+    ReadHook hook(&system, [&](int32 count, const double*) {
+        if (first == 0) first = count;
+        calculator->SetInternalPause();
+    });
+    calculator = hook.GetCalculator();
+    calculator->SetThreads(1);
+    system.RunUntilParked(calculator);
+    EXPECT_GE(first, 1);
+    EXPECT_LT(first, kRoom / 2);
+}
+
 // However few updates of the screen are wanted.
 TEST(TaylorCalculator, ABatchIsBounded) {
     for (const int32 bodies : {2, 90}) {

@@ -5,6 +5,7 @@
 namespace {
 
 const char* const kDisplay = "^Projection of ";
+const char* const kGuide = "^Guide to Orvek$";
 constexpr double kAstronomicalUnit = 149597870660.0;
 constexpr double kKilometre = 1000.0;
 constexpr double kYear = 31556925.2;
@@ -99,7 +100,17 @@ TEST_F(EditingDesktopTest, TheSimulationsKeysWorkInAllOfItsWindows) {
     desktop_->Press(window_, "ctrl+t");
     const Window colors = desktop_->WaitForWindow("^Display options for ");
     ASSERT_FALSE(colors.empty());
-    for (const Window& window : {display, epochs, animation, colors}) {
+    desktop_->Press(display, "alt+d");
+    desktop_->Press("s");
+    const Window scale = desktop_->WaitForWindow("^Choose Display Scale$");
+    ASSERT_FALSE(scale.empty());
+    for (const Window& window : {window_, display, epochs, animation, colors, scale}) {
+        desktop_->Press(window, "F1");
+        EXPECT_TRUE(Comes(kGuide)) << desktop_->Title(window);
+        desktop_->Press("Escape");
+        EXPECT_TRUE(desktop_->WaitForNoWindow(kGuide)) << desktop_->Title(window);
+    }
+    for (const Window& window : {display, epochs, animation, colors, scale}) {
         desktop_->Press(window, "ctrl+b");
         EXPECT_TRUE(IsMarked(window_, true)) << desktop_->Title(window);
         Undo(window);

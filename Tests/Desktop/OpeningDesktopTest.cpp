@@ -1,4 +1,8 @@
 // Documents come into the program by the open panel and by the mouse.
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+
 #include "Tests/Desktop/DesktopTest.h"
 
 namespace {
@@ -52,6 +56,36 @@ TEST_F(OpeningDesktopTest, AFileThatIsDroppedOnAWindowIsOpened) {
         EXPECT_FALSE(WaitForSimulation(path).empty());
     }
     EXPECT_EQ(CountSimulations(), 3u);
+}
+
+// Neither its window nor its display covers the other's.
+TEST_F(OpeningDesktopTest, ADocumentThatIsOpenedTwiceStandsBesideItself) {
+    const std::string path = CopyExample("figure-eight");
+    StartProgram({path, path});
+    for (const std::string title : {"figure-eight.orvek", "Projection of figure-eight.orvek"}) {
+        const Window first = desktop_->WaitForWindow('^' + title + '$');
+        const Window second =
+            desktop_->WaitForWindow('^' + title + " .window 2 of this document.$");
+        ASSERT_FALSE(first.empty() || second.empty()) << title;
+        const QPoint aside = desktop_->Frame(second).topLeft() - desktop_->Frame(first).topLeft();
+        EXPECT_GE(std::max(std::abs(aside.x()), std::abs(aside.y())), 20) << title;
+    }
+}
+
+// The reason stands in as many lines as it takes, and the window grows.
+TEST_F(OpeningDesktopTest, WhyAFileIsNotOpenedIsToldInFull) {
+    const std::string path =
+        (desktop_->Folder() / "what-was-left-of-the-second-exercise-of-the-course").string();
+    std::ofstream(path) << Bytes(CopyExample("figure-eight")).substr(0, 300);
+    StartProgram({path});
+    const Window told = desktop_->WaitForWindow(kUntitled);
+    ASSERT_TRUE(Says("cannot be opened"));
+    desktop_->Press(told, "ctrl+n");
+    ASSERT_TRUE(DesktopSession::WaitFor([&] { return CountSimulations() == 2; }));
+    const std::vector<Window> windows = desktop_->WindowsTitled(kUntitled);
+    const Window other = windows[0] == told ? windows[1] : windows[0];
+    EXPECT_TRUE(DesktopSession::WaitFor(
+        [&] { return desktop_->Frame(told).height() >= desktop_->Frame(other).height() + 10; }));
 }
 
 TEST_F(OpeningDesktopTest, ThePanelKeepsTheProgramAliveUntilItIsCancelled) {

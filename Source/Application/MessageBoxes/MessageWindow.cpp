@@ -1,12 +1,15 @@
 #include "Application/MessageBoxes/MessageWindow.h"
 
+#include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BCheckBox.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Server/HelpKey.h"
 #include "Platform/Interface/Server/WindowServer.h"
 
 namespace {
@@ -57,6 +60,7 @@ MessageWindow::MessageWindow(int32 id, BLooper* owner, BPoint where, const char*
         // Only what is in a window can have its keyboard.
         usual->MakeFocus();
     }
+    if (be_app != nullptr) AddShortcut(B_HELP_KEY, 0, new BMessage(HelpMenu::kShowGuide), be_app);
     if (isCentered) CenterOnScreen();
 }
 

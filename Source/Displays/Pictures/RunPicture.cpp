@@ -1,6 +1,7 @@
 #include "Displays/Pictures/RunPicture.h"
 
 #include <algorithm>
+#include <new>
 
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
@@ -81,7 +82,16 @@ void RunPicture::PrepareForGo(const std::vector<Body*>& bodies, double time) {
 
 void RunPicture::ReadData(int32 reports, const double* times, const double* positions) {
     if (reports <= 0 || stages_.empty()) return;
-    Stage& stage = stages_.back();
+    time_ = times[reports - 1];
+    try {
+        Keep(&stages_.back(), reports, positions);
+    } catch (const std::bad_alloc&) {
+        // The trails end here; there is still something to draw.
+    }
+}
+
+void RunPicture::Keep(Stage* kept, int32 reports, const double* positions) {
+    Stage& stage = *kept;
     const std::size_t stride = stage.Stride();
     for (int32 i = 0; i < reports; i++, reports_++) {
         const double* const report = positions + static_cast<std::size_t>(i) * stride;
@@ -92,7 +102,6 @@ void RunPicture::ReadData(int32 reports, const double* times, const double* posi
     }
     const double* const last = positions + static_cast<std::size_t>(reports - 1) * stride;
     stage.last.assign(last, last + stride);
-    time_ = times[reports - 1];
 }
 
 void RunPicture::Thin() {

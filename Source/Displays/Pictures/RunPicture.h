@@ -55,6 +55,7 @@ private:
     };
     class PictureView;
 
+    void Keep(Stage* kept, int32 reports, const double* positions);
     void Thin();
     [[nodiscard]] std::vector<ThreeVector> Places() const;
 

@@ -360,9 +360,10 @@ void ProjectionDisplay::FollowBody(int32 body) {
 
 void ProjectionDisplay::EraseTrails() {
     keptTrails_.Cancel();
-    Epoch()->ReadLock();
-    erasedIn_ = Epoch()->FocusEpoch();
-    Epoch()->ReadUnlock();
+    {
+        const ReadGuard guard(Epoch());
+        erasedIn_ = Epoch()->FocusEpoch();
+    }
     erasedUntil_ = time_;
     ClearLow();
     DrawDiscs();

@@ -1,13 +1,37 @@
 #include "Displays/Projection/RequesterButtons.h"
 
+#include <utility>
+
 #include "Displays/Base/Display.h"
+#include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Server/HelpKey.h"
+
+namespace {
+
+// Those of the simulation: the dialog asks nothing that they would have to wait for.
+void AddSimulationKeys(BWindow* dialog, const Display& display) {
+    const InterfaceTexts& texts = display.Texts();
+    if (be_app != nullptr)
+        dialog->AddShortcut(B_HELP_KEY, 0, new BMessage(HelpMenu::kShowGuide), be_app);
+    const std::pair<int32, uint32> keys[] = {{kLabelGoKey, kTogglePause},
+                                             {kLabelNewBodyKey, kNewBody},
+                                             {kLabelAnimationKey, kShowAnimation},
+                                             {kLabelEpochsKey, kShowEpochs}};
+    for (const auto& [label, what] : keys)
+        if (const char key = texts.LowerKey(label); key != '\0')
+            dialog->AddShortcut(static_cast<uint8>(key), 0, new BMessage(what), display.Owner());
+}
+
+}  // namespace
 
 void AddRequesterContent(BWindow* dialog, BView* content, Display* display, uint32 cancel) {
     const InterfaceTexts& texts = display->Texts();
@@ -25,4 +49,5 @@ void AddRequesterContent(BWindow* dialog, BView* content, Display* display, uint
     dialog->AddChild(column);
     dialog->SetDefaultButton(use);
     dialog->SetCancelButton(no);
+    AddSimulationKeys(dialog, *display);
 }

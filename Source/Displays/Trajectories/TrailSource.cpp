@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "Model/Epochs/AbEpoch.h"
-#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Simulation/History/RelativeSamples.h"
 #include "Simulation/History/RunHistory.h"
 
@@ -55,7 +55,7 @@ std::vector<KeptTrails::Trail> TrailSource::Take(EpochPortal* portal) const {
 
 std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const {
     std::vector<Part> parts;
-    portal->ReadLock();
+    const ReadGuard guard(portal);
     std::unordered_map<int64, const MassSystem*> looks;
     for (const Body* const body : portal->BodiesInMassOrder())
         looks.emplace(body->ID(), body);
@@ -74,7 +74,6 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
         if (isErased) break;
         epoch = parent;
     }
-    portal->ReadUnlock();
     return parts;
 }
 

@@ -44,7 +44,8 @@ void DocumentFile::SetFile(const entry_ref& directory, const std::string& name,
     if (!stamp_) stamp_ = FileStamp::Of(ownPath_);
 }
 
-void DocumentFile::SetRecovered(const RecoveryCopy& copy, const std::string& untitledName) {
+void DocumentFile::SetRecovered(const RecoveryCopy& copy, const BMessage& record,
+                                const std::string& untitledName) {
     const BPath original(copy.originalPath.c_str());
     BPath parent;
     entry_ref directory;
@@ -54,6 +55,7 @@ void DocumentFile::SetRecovered(const RecoveryCopy& copy, const std::string& unt
                           get_ref_for_path(parent.Path(), &directory) == B_OK;
     const std::string name = hasPlace ? std::string(original.Leaf()) : copy.documentName;
     SetPlace(directory, name.empty() ? untitledName : name, hasPlace);
+    if (hasPlace) stamp_ = FileStamp::FindContentsIn(record);
     copy_ = copy.path;
     isRecovered_ = true;
 }
@@ -98,8 +100,12 @@ void DocumentFile::Saved(const std::string& path) {
 DocumentError DocumentFile::KeepCopy(const BMessage& record, const std::string& name,
                                      const std::string& path, Copy kind) {
     const bool isFirst = copy_.empty();
+    BMessage stamped(record);
+    if (stamp_ && path == ownPath_)
+        if (const status_t status = stamp_->AddContentsTo(&stamped); status != B_OK)
+            return DocumentError::Record(status);
     DocumentError error =
-        folder_.Keep(record, name, path.starts_with('/') ? path : std::string(), &copy_);
+        folder_.Keep(stamped, name, path.starts_with('/') ? path : std::string(), &copy_);
     if (kind == Copy::kNeeded) {
         isRecovered_ = false;
         isAutomatic_ = false;

@@ -26,8 +26,10 @@ public:
     // Read from there, as that record, which tells what was read if it has a FileStamp. Forgets the
     // copy of the document that was there before.
     void SetFile(const entry_ref& directory, const std::string& name, const BMessage& record);
-    // Read from a recovery copy, which stays until the document is saved.
-    void SetRecovered(const RecoveryCopy& copy, const std::string& untitledName);
+    // Read from a recovery copy, of that record, which stays until the document is saved. What the
+    // document's own file held is in the record.
+    void SetRecovered(const RecoveryCopy& copy, const BMessage& record,
+                      const std::string& untitledName);
 
     [[nodiscard]] const std::string& Name() const { return name_; }
     void SetName(const std::string& name) { name_ = name; }

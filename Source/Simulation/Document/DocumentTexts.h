@@ -42,6 +42,7 @@ enum DocumentText : int32 {
     kTextEndsTimeStandsAlone = 4033,
     kTextEndsNotMerged = 4034,
     kTextEndsNothingInteracts = 4035,
+    kTextEndsNoMemory = 4036,
 
     // Why an edit is refused.
     kTextEpochStays = 4040,

@@ -15,6 +15,9 @@
 
 namespace {
 
+constexpr const char* kSizeField = "Recovered size";
+constexpr const char* kDigestField = "Recovered digest";
+
 constexpr std::size_t kChunk = std::size_t{1} << 16;
 
 static_assert(SHA256_DIGEST_LENGTH == 32);
@@ -69,6 +72,28 @@ std::optional<FileStamp> FileStamp::FindIn(const BMessage& record) {
         return {};
     std::memcpy(&stamp, data, size);
     return stamp;
+}
+
+std::optional<FileStamp> FileStamp::FindContentsIn(const BMessage& record) {
+    FileStamp stamp;
+    int64 size = 0;
+    const void* digest = nullptr;
+    std::size_t bytes = 0;
+    if (record.FindInt64(kSizeField, &size) != B_OK ||
+        record.FindData(kDigestField, B_RAW_TYPE, 0, &digest, &bytes) != B_OK ||
+        bytes != stamp.digest_.size())
+        return {};
+    stamp.size_ = size;
+    std::memcpy(stamp.digest_.data(), digest, bytes);
+    return stamp;
+}
+
+status_t FileStamp::AddContentsTo(BMessage* record) const {
+    record->RemoveName(kSizeField);
+    record->RemoveName(kDigestField);
+    const status_t status = record->AddInt64(kSizeField, size_);
+    if (status != B_OK) return status;
+    return record->AddData(kDigestField, B_RAW_TYPE, digest_.data(), digest_.size());
 }
 
 bool FileStamp::DiffersAt(const std::string& path) const {

@@ -29,6 +29,10 @@ public:
     [[nodiscard]] status_t AddTo(BMessage* record) const;
     [[nodiscard]] static std::optional<FileStamp> FindIn(const BMessage& record);
 
+    // The contents alone, as a record holds them; none if it holds none.
+    [[nodiscard]] static std::optional<FileStamp> FindContentsIn(const BMessage& record);
+    [[nodiscard]] status_t AddContentsTo(BMessage* record) const;
+
     // The file there has other contents than this one had, or cannot be read to tell. False when
     // there is none. Reads it only if its place on the device, time or size differ.
     [[nodiscard]] bool DiffersAt(const std::string& path) const;

@@ -22,6 +22,8 @@ DocumentText TextFor(const RunEnding& ending) {
             return ending.pair ? kTextEndsTimeStands : kTextEndsTimeStandsAlone;
         case RunEnding::Reason::kNotMerged:
             return kTextEndsNotMerged;
+        case RunEnding::Reason::kNoMemory:
+            return kTextEndsNoMemory;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }

@@ -3,24 +3,8 @@
 #include "Calculation/TaylorCalculator.h"
 #include "Calculation/TaylorParts.h"
 #include "Model/Epochs/AbEpoch.h"
-#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
-
-namespace {
-
-// Memory may be lacking within.
-class ReadLocked {
-public:
-    explicit ReadLocked(EpochPortal* portal) : portal_(portal) { portal_->ReadLock(); }
-    ~ReadLocked() { portal_->ReadUnlock(); }
-    ReadLocked(const ReadLocked&) = delete;
-    ReadLocked& operator=(const ReadLocked&) = delete;
-
-private:
-    EpochPortal* const portal_;
-};
-
-}  // namespace
 
 std::size_t RunCheckpoint::Bytes() const {
     // The parts of a body's position and velocity, and its identifier, in the record.
@@ -34,7 +18,7 @@ std::size_t RunCheckpoint::Bytes() const {
 std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal,
                                             const TaylorCalculator& calculator) {
     RunCheckpoint checkpoint;
-    const ReadLocked lock(portal);
+    const ReadGuard guard(portal);
     if (calculator.ArchiveRun(&checkpoint.calculator) != B_OK) return std::nullopt;
     const AbEpoch& epoch = *calculator.GetEpoch();
     checkpoint.order = epoch.Order();

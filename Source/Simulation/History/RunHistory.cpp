@@ -5,7 +5,7 @@
 
 #include "Calculation/TaylorCalculator.h"
 #include "Model/Epochs/Epoch.h"
-#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Simulation/History/KeptRun.h"
 #include "Simulation/History/RunReplay.h"
 
@@ -38,10 +38,13 @@ void RunHistory::PrepareForGo(int32 /*reportsPerDraw*/) {
 }
 
 void RunHistory::BeginOrGoOn() {
-    portal_->ReadLock();
-    const AbEpoch* const epoch = portal_->FocusEpoch();
-    std::weak_ptr<const void> life = LifeOf(epoch);
-    portal_->ReadUnlock();
+    const AbEpoch* epoch = nullptr;
+    std::weak_ptr<const void> life;
+    {
+        const ReadGuard guard(portal_);
+        epoch = portal_->FocusEpoch();
+        life = LifeOf(epoch);
+    }
     auto checkpoint = TakeCheckpoint(portal_, *calculator_);
     const int64 begun = calculator_->RunsBegun();
     if (checkpoint) checkpoint->isStart = begun != runsBegun_;
@@ -105,13 +108,15 @@ void RunHistory::ReadOk() {
 void RunHistory::NoteMergers(const MergeResult& result) {
     if (result.mergers.empty()) return;
     std::vector<std::string> names;
-    portal_->ReadLock();
-    for (const Merger& merger : result.mergers) {
-        const MassSystem* const survivor = portal_->FocusEpoch()->SystemFromID(merger.survivor);
-        names.push_back(survivor != nullptr ? survivor->Name() : std::string());
+    const AbEpoch* epoch = nullptr;
+    {
+        const ReadGuard guard(portal_);
+        epoch = portal_->FocusEpoch();
+        for (const Merger& merger : result.mergers) {
+            const MassSystem* const survivor = epoch->SystemFromID(merger.survivor);
+            names.push_back(survivor != nullptr ? survivor->Name() : std::string());
+        }
     }
-    const AbEpoch* const epoch = portal_->FocusEpoch();
-    portal_->ReadUnlock();
     const std::lock_guard lock(mutex_);
     if (const auto found = runs_.find(epoch); found != runs_.end())
         found->second.run->NoteMergers(result.mergers, names);

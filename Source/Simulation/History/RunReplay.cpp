@@ -6,6 +6,7 @@
 #include "Calculation/CollisionMailbox.h"
 #include "Calculation/TaylorCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Simulation/Document/CollisionMerger.h"
 
@@ -51,10 +52,10 @@ void RunReplay::CopyBodies() {
 
 Finding RunReplay::RunTo(double time, const std::vector<RunEvent>& events,
                          const RunHistory::Progress& progress, SystemState* state) {
-    portal_.WriteLock();
-    const status_t status = calculator_->ResumeRun(from_.calculator);
-    portal_.WriteUnlock();
-    if (status != B_OK) return Finding::kLost;
+    {
+        const WriteGuard guard(&portal_);
+        if (calculator_->ResumeRun(from_.calculator) != B_OK) return Finding::kLost;
+    }
     calculator_->SetRunLimit(0, time);
     for (;;) {
         if (!Run(time, progress)) return Finding::kCancelled;
@@ -100,10 +101,8 @@ bool RunReplay::Merge(const std::vector<RunEvent>& events) {
 }
 
 double RunReplay::Time() {
-    portal_.ReadLock();
-    const double time = epoch_.Time();
-    portal_.ReadUnlock();
-    return time;
+    const ReadGuard guard(&portal_);
+    return epoch_.Time();
 }
 
 void RunReplay::Changed(int32 what) {

@@ -217,17 +217,36 @@ TEST_F(DocumentSaverTest, AFileThatAnotherProgramHasWrittenIsToldOfOnce) {
 
 TEST_F(DocumentSaverTest, ARecoveredDocumentGoesBackToItsPlaceIfThatIsThere) {
     fs::create_directory(home.Path("there"));
-    file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("there/Halley"), 0}, "new");
+    file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("there/Halley"), 0}, {}, "new");
     EXPECT_TRUE(file.HasFile());
     EXPECT_EQ(file.Path(), home.Path("there/Halley"));
-    file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("gone/Halley"), 0}, "new");
+    file.SetRecovered({Keep("Comets", ""), "Comets", home.Path("gone/Halley"), 0}, {}, "new");
     EXPECT_FALSE(file.HasFile());
     EXPECT_EQ(file.Name(), "Comets");
-    file.SetRecovered({Keep("Comets", ""), "", "", 0}, "new");
+    file.SetRecovered({Keep("Comets", ""), "", "", 0}, {}, "new");
     EXPECT_EQ(file.Name(), "new");
     EXPECT_EQ(folder.List().size(), 3u);
     file.DiscardRecovered();
     EXPECT_EQ(folder.List().size(), 2u);
+}
+
+TEST_F(DocumentSaverTest, ARecoveredDocumentKnowsWhetherItsFileHasChanged) {
+    const std::string path = home.Path("Halley");
+    const auto write = [&](const char* contents) { std::ofstream(path) << contents; };
+    write("mine");
+    file.SetFile(place, "Halley");
+    ASSERT_FALSE(
+        file.KeepCopy(PlanetRecord(), "Halley", path, DocumentFile::Copy::kNeeded).Failed());
+    const RecoveryCopy copy = folder.List().front();
+    BMessage record;
+    ASSERT_FALSE(SimulationFile::Read(copy.path, &record).Failed());
+
+    DocumentFile recovered(folder);
+    recovered.SetRecovered(copy, record, "new");
+    EXPECT_FALSE(recovered.HasChangedUnseen());
+    write("another's");
+    EXPECT_TRUE(recovered.HasChangedUnseen());
+    EXPECT_FALSE(recovered.HasChangedUnseen()) << "told";
 }
 
 }  // namespace
