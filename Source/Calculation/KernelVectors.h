@@ -54,6 +54,7 @@ struct Vector {
         return root;
     }
     ORVEK_INLINE static Real Max(Real a, Real b) { return b > a ? b : a; }
+    ORVEK_INLINE static Real Size(Real value) { return value < 0 ? -value : value; }
     // Lane l gets what was in lane from[l].
     ORVEK_INLINE static Real Shuffle(Real value, Integer from) {
 #ifdef __clang__

@@ -120,6 +120,55 @@ bool EvaluateSeries(const SeriesArrays& arrays, double theta, double* high, doub
     return AllZero<kLanes>(finite);
 }
 
+// Rounding of what follows costs less than what is added.
+template <int32 kLanes>
+void ReachOfSeries(const SeriesArrays& arrays, double theta, double* reach) {
+    using V = Vector<kLanes>;
+    using Real = typename V::Real;
+    constexpr double kRounding = 1e-15;
+    ForEachPart<kLanes>(arrays.vectors, [&](int32 vector, int32 lane) {
+        const SeriesRows<kLanes> x(arrays, vector, lane);
+        Real square{}, places{};
+        for (int32 axis = 0; axis < 3; axis++) {
+            Real sum = V::Size(x.At(arrays.order + 1, axis));
+            for (int32 k = arrays.order; k > 0; k--)
+                sum = sum * theta + V::Size(x.At(k, axis));
+            square += sum * sum;
+            places += V::Size(x.At(0, axis));
+        }
+        V::Store(reach + vector * kSlots + lane,
+                 V::Sqrt(square) * (theta * (1 + kRounding)) + places * kRounding);
+    });
+}
+
+// How much nearer a part's bodies are than they may come, squared; negative where they stay apart.
+template <int32 kLanes>
+ORVEK_INLINE typename Vector<kLanes>::Real Nearness(
+    const SeriesArrays& arrays, int32 vector, int32 lane, const double* reach, double ownReach,
+    const Triple<typename Vector<kLanes>::Real>& place) {
+    using V = Vector<kLanes>;
+    const auto d = SeriesRows<kLanes>(arrays, vector, lane).At(0) - place;
+    const auto both = V::Load(reach + vector * kSlots + lane) + ownReach;
+    return both > 0 ? both * both - d.Dot(d) : V::Fill(-1);
+}
+
+template <int32 kLanes>
+bool IsNear(const SeriesArrays& arrays, const double* reach, int32 slot) {
+    using V = Vector<kLanes>;
+    using Real = typename V::Real;
+    const double* const own = arrays.Vector(slot / kSlots) + slot % kSlots;
+    const Triple<Real> place = {V::Fill(own[0]), V::Fill(own[kSlots]), V::Fill(own[2 * kSlots])};
+    Real most = V::Fill(-1);
+    for (int32 lane = 0; lane < kSlots; lane += kLanes) {
+        const Real part = Nearness<kLanes>(arrays, slot / kSlots, lane, reach, reach[slot], place);
+        most = V::Max(most, V::LaneNumbers() + lane > slot % kSlots ? part : V::Fill(-1));
+    }
+    for (int32 vector = slot / kSlots + 1; vector < arrays.vectors; vector++)
+        for (int32 lane = 0; lane < kSlots; lane += kLanes)
+            most = V::Max(most, Nearness<kLanes>(arrays, vector, lane, reach, reach[slot], place));
+    return GreatestLane<kLanes>(most) >= 0;
+}
+
 // Later orders change directions by little within a step.
 template <int32 kLanes>
 double Bend(const SeriesArrays& arrays, double theta) {

@@ -99,6 +99,12 @@ struct SeriesInstance {
     // Places and velocities at `theta` scales from the series' start, as sums of two numbers:
     // [vector][6][8]; `low` may be null. False when one is not finite.
     bool (*evaluate)(const SeriesArrays& arrays, double theta, double* high, double* low);
+    // Into rows [vector][8]: how far each slot's body may be from where it begins, until `theta`
+    // scales.
+    void (*reach)(const SeriesArrays& arrays, double theta, double* reach);
+    // Whether some body in a later slot is at most the sum of both their reaches from the one in a
+    // massive slot.
+    bool (*isNear)(const SeriesArrays& arrays, const double* reach, int32 slot);
     // The greatest squared tangent of the angles by which a body's path turns in one of the
     // quarters from 0 to `theta`; infinite from a right angle on.
     double (*bend)(const SeriesArrays& arrays, double theta);

@@ -28,6 +28,8 @@ constexpr SeriesInstance MakeSeriesInstance() {
     instance.targets = TargetSeries<kLanes>;
     instance.end = EndOfSeries<kLanes>;
     instance.evaluate = EvaluateSeries<kLanes>;
+    instance.reach = ReachOfSeries<kLanes>;
+    instance.isNear = IsNear<kLanes>;
     instance.bend = Bend<kLanes>;
     return instance;
 }

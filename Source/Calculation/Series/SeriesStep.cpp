@@ -23,8 +23,8 @@ double SeriesStep::ThetaOf(int32 part) const {
     return part == parts_ ? theta_ : theta_ * part / parts_;
 }
 
-double SeriesStep::TimeOf(int32 part) const {
-    return AddSplit(begin_.high, begin_.low, ThetaOf(part) * Scale()).high;
+double SeriesStep::TimeAt(double theta) const {
+    return AddSplit(begin_.high, begin_.low, theta * Scale()).high;
 }
 
 double SeriesStep::ThetaAt(double time) const {

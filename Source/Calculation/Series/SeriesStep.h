@@ -1,5 +1,5 @@
-// The last step of a SeriesIntegrator: its series is the motion itself, so that places, velocities
-// and accelerations are had at any time within it. Lives as long as the integrator and changes with
+// The last step of a SeriesStepper: its series is the motion itself, so that places, velocities
+// and accelerations are had at any time within it. Lives as long as the stepper and changes with
 // its next step.
 #pragma once
 
@@ -37,8 +37,9 @@ public:
     [[nodiscard]] int32 Parts() const { return parts_; }
     // The end of the part 1 ... Parts(): in scales, and in s.
     [[nodiscard]] double ThetaOf(int32 part) const;
-    [[nodiscard]] double TimeOf(int32 part) const;
-    // Any time, s.
+    [[nodiscard]] double TimeOf(int32 part) const { return TimeAt(ThetaOf(part)); }
+    [[nodiscard]] double TimeAt(double theta) const;
+    // Of any time, s.
     [[nodiscard]] double ThetaAt(double time) const;
 
     // At `theta` scales from the step's begin.

@@ -13,6 +13,7 @@ void SeriesStore::Resize(int32 order, int32 bodies, int32 massive) {
     pull_.assign(static_cast<std::size_t>(arrays_.massiveVectors), {});
     gm_.assign(static_cast<std::size_t>(massive), 0.0);
     slots_.resize(static_cast<std::size_t>(massive));
+    bodies_.resize(static_cast<std::size_t>(massive));
     skipped_ = arrays_.massiveVectors * kSlots - massive;
     arrays_.series = series_.empty() ? nullptr : series_.data()->numbers;
     arrays_.pull = pull_.empty() ? nullptr : pull_.data()->numbers;
@@ -22,12 +23,14 @@ void SeriesStore::Resize(int32 order, int32 bodies, int32 massive) {
 
 void SeriesStore::PlaceInOrder() {
     std::iota(slots_.begin(), slots_.end(), 0);
+    std::iota(bodies_.begin(), bodies_.end(), 0);
     isInOrder_ = true;
 }
 
 void SeriesStore::PlaceMassive(const int32* order) {
     for (int32 slot = 0; slot < arrays_.massive; slot++)
         slots_[static_cast<std::size_t>(order[slot])] = slot;
+    std::copy(order, order + arrays_.massive, bodies_.begin());
     isInOrder_ = false;
 }
 

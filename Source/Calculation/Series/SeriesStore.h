@@ -1,5 +1,5 @@
 // The memory of the series of all bodies, and which body stands in which slot: as in SplitStates,
-// or with the massive ones in another order. Owned by an integrator; allocates in Resize only.
+// or with the massive ones in another order. Owned by an stepper; allocates in Resize only.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +17,9 @@ public:
     [[nodiscard]] const SeriesArrays& Arrays() const { return arrays_; }
     [[nodiscard]] int32 SlotOf(int32 body) const {
         return body < arrays_.massive ? slots_[static_cast<std::size_t>(body)] : body + skipped_;
+    }
+    [[nodiscard]] int32 BodyIn(int32 massiveSlot) const {
+        return bodies_[static_cast<std::size_t>(massiveSlot)];
     }
     void PlaceInOrder();
     // The massive body `order[slot]` goes to each slot.
@@ -45,7 +48,8 @@ private:
     std::vector<SlotRow> series_;
     std::vector<SlotRow> pull_;
     std::vector<double> gm_;
-    std::vector<int32> slots_;  // of massive bodies
+    std::vector<int32> slots_;   // of massive bodies
+    std::vector<int32> bodies_;  // the other way round
     int32 skipped_ = 0;
     bool isInOrder_ = true;
     SplitStates placed_;  // as evaluated, when not in order

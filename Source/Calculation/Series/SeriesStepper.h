@@ -24,7 +24,7 @@ struct SeriesPlace {
     double length = 0.0;  // s, of the last step; 0: there was none
 };
 
-class SeriesIntegrator {
+class SeriesStepper {
 public:
     enum class Result {
         kDone,
@@ -35,9 +35,9 @@ public:
     };
 
     // 0 threads: as many as the machine has processors, within a bound.
-    explicit SeriesIntegrator(int32 threads = 0);
-    SeriesIntegrator(const SeriesIntegrator&) = delete;
-    SeriesIntegrator& operator=(const SeriesIntegrator&) = delete;
+    explicit SeriesStepper(int32 threads = 0);
+    SeriesStepper(const SeriesStepper&) = delete;
+    SeriesStepper& operator=(const SeriesStepper&) = delete;
 
     void SetThreads(int32 threads) { forces_.SetThreads(threads); }
     // For tests and benchmarks; false when the processor has none such.
@@ -68,6 +68,10 @@ public:
     void Evaluate(double theta, SplitStates* states) {
         store_.Evaluate(forces_.Instance(), theta, states);
     }
+
+    // For the search for contacts within the step.
+    [[nodiscard]] const SeriesStore& Store() const { return store_; }
+    [[nodiscard]] const SeriesInstance& Kernels() const { return forces_.Instance(); }
 
     // What the step that was made began with; that of the next one, when there is none.
     [[nodiscard]] const SeriesPlace& Place() const { return place_; }

@@ -1,4 +1,4 @@
-#include "Calculation/Series/SeriesIntegrator.h"
+#include "Calculation/Series/SeriesStepper.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,16 +20,16 @@ constexpr int32 kMostExponent = 400;
 
 }  // namespace
 
-SeriesIntegrator::SeriesIntegrator(int32 threads) : forces_(threads), step_(store_) {}
+SeriesStepper::SeriesStepper(int32 threads) : forces_(threads), step_(store_) {}
 
-void SeriesIntegrator::Resize(int32 order, int32 bodies, int32 massive) {
+void SeriesStepper::Resize(int32 order, int32 bodies, int32 massive) {
     store_.Resize(SeriesForces::OrderFor(order, massive), bodies, massive);
     begin_.Resize(bodies, massive);
     end_.Resize(bodies, massive);
     hasStep_ = false;
 }
 
-void SeriesIntegrator::SetBody(int32 body, const ThreeVector& position, const ThreeVector& velocity,
+void SeriesStepper::SetBody(int32 body, const ThreeVector& position, const ThreeVector& velocity,
                                double gm) {
     const int32 slot = begin_.SlotOf(body);
     const double numbers[] = {position.x, position.y, position.z,
@@ -41,7 +41,7 @@ void SeriesIntegrator::SetBody(int32 body, const ThreeVector& position, const Th
     if (body < CountMassive()) store_.SetGM(body, gm);
 }
 
-void SeriesIntegrator::SetLow(int32 body, const ThreeVector& position,
+void SeriesStepper::SetLow(int32 body, const ThreeVector& position,
                               const ThreeVector& velocity) {
     const int32 slot = begin_.SlotOf(body);
     const double numbers[] = {position.x, position.y, position.z,
@@ -50,7 +50,7 @@ void SeriesIntegrator::SetLow(int32 body, const ThreeVector& position,
         begin_.Low()[SplitStates::Index(slot, row)] = numbers[row];
 }
 
-void SeriesIntegrator::Start(double tolerance, double time, bool backwards) {
+void SeriesStepper::Start(double tolerance, double time, bool backwards) {
     const double rate = FastestRate(nullptr, nullptr);
     // Without a rate the first series tells what is the matter.
     int32 exponent = 0;
@@ -60,7 +60,7 @@ void SeriesIntegrator::Start(double tolerance, double time, bool backwards) {
     Resume(tolerance, {{time, 0.0}, backwards ? -scale : scale, 0.0});
 }
 
-void SeriesIntegrator::Resume(double tolerance, const SeriesPlace& place) {
+void SeriesStepper::Resume(double tolerance, const SeriesPlace& place) {
     place_ = place;
     cutoff_ = tolerance * kCutoff;
     logTolerance_ = Log2(tolerance);
@@ -71,7 +71,7 @@ void SeriesIntegrator::Resume(double tolerance, const SeriesPlace& place) {
 
 // A ring is repeated. In tiles nothing may be where another is: far out, and without a pull.
 // Massless bodies do not see each other.
-void SeriesIntegrator::FillEmptySlots() {
+void SeriesStepper::FillEmptySlots() {
     const auto copy = [&](int32 from, int32 slot) {
         for (int32 row = 0; row < SplitStates::kRows; row++) {
             begin_.High()[SplitStates::Index(slot, row)] =
@@ -99,7 +99,7 @@ void SeriesIntegrator::FillEmptySlots() {
         copy(last, slot);
 }
 
-void SeriesIntegrator::BeginNext() {
+void SeriesStepper::BeginNext() {
     if (!hasStep_) return;
     hasStep_ = false;
     std::swap(begin_, end_);
@@ -109,7 +109,7 @@ void SeriesIntegrator::BeginNext() {
     place_.scale = std::copysign(PowerOfTwo(ExponentAbove(std::fabs(length))), length);
 }
 
-SeriesIntegrator::Result SeriesIntegrator::MakeStep(const StopFlags& stop) {
+SeriesStepper::Result SeriesStepper::MakeStep(const StopFlags& stop) {
     BeginNext();
     store_.SetScale(place_.scale);
     const double last = std::fabs(place_.length / place_.scale);
@@ -131,7 +131,7 @@ SeriesIntegrator::Result SeriesIntegrator::MakeStep(const StopFlags& stop) {
     return Result::kDone;
 }
 
-double SeriesIntegrator::StepLength(const SeriesEnd& end) const {
+double SeriesStepper::StepLength(const SeriesEnd& end) const {
     double exponent = Log2(kLongestStep);
     if (end.lastButOne > 0.0)
         exponent = std::min(exponent, (logTolerance_ - 0.5 * Log2(end.lastButOne)) / (Order() - 2));
@@ -140,14 +140,14 @@ double SeriesIntegrator::StepLength(const SeriesEnd& end) const {
     return Exp2(exponent);
 }
 
-std::optional<CollidingPair> SeriesIntegrator::FastestPair(const StopFlags& stop) const {
+std::optional<CollidingPair> SeriesStepper::FastestPair(const StopFlags& stop) const {
     CollidingPair pair{};
     if (!(FastestRate(&stop, &pair) > 0.0)) return std::nullopt;
     return pair;
 }
 
 // In 1/s2. What is no number counts as the greatest.
-double SeriesIntegrator::FastestRate(const StopFlags* stop, CollidingPair* pair) const {
+double SeriesStepper::FastestRate(const StopFlags* stop, CollidingPair* pair) const {
     double greatest = 0.0;
     for (int32 earlier = 0; earlier < CountMassive(); earlier++) {
         if (stop && stop->ShouldStop()) return 0.0;
@@ -162,7 +162,7 @@ double SeriesIntegrator::FastestRate(const StopFlags* stop, CollidingPair* pair)
     return greatest;
 }
 
-double SeriesIntegrator::RateOf(int32 later, int32 earlier) const {
+double SeriesStepper::RateOf(int32 later, int32 earlier) const {
     const int32 a = begin_.SlotOf(later);
     const int32 b = begin_.SlotOf(earlier);
     double squares[2] = {};
@@ -178,7 +178,7 @@ double SeriesIntegrator::RateOf(int32 later, int32 earlier) const {
     return turn <= pull ? pull : turn;
 }
 
-double SeriesIntegrator::Distance(const CollidingPair& pair) const {
+double SeriesStepper::Distance(const CollidingPair& pair) const {
     const int32 a = begin_.SlotOf(pair.later);
     const int32 b = begin_.SlotOf(pair.earlier);
     const auto apart = [&](int32 row) {
