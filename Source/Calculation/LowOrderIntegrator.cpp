@@ -18,7 +18,8 @@ constexpr const char* kMaxOrderField = "MaxOrd";
 }  // namespace
 
 std::optional<int32> LowOrderIntegrator::OrderFor(int32 asked) const {
-    return std::clamp(asked, kLeastOrder, kMostOrder);
+    if (asked > kMostOrder) return std::nullopt;
+    return std::max(asked, kLeastOrder);
 }
 
 BodyRows LowOrderIntegrator::MakeRoom(int32 bodies, int32 massive) {

@@ -10,7 +10,7 @@
 
 #include <vector>
 
-#include "Calculation/ForceEvaluator.h"
+#include "Calculation/BodyArrays.h"
 #include "Calculation/Series/SeriesStep.h"
 #include "Calculation/Series/SeriesStore.h"
 #include "Platform/Support/SupportDefs.h"

@@ -1,4 +1,4 @@
-// Makes the series of all bodies from their places and velocities. Owned by an stepper; one
+// Makes the series of all bodies from their places and velocities. Owned by a stepper; one
 // thread at a time calls it, and helper threads share the work where there are enough bodies. The
 // series are the same bits whatever the number of threads and the instruction set.
 //

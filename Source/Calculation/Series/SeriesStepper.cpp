@@ -30,7 +30,7 @@ void SeriesStepper::Resize(int32 order, int32 bodies, int32 massive) {
 }
 
 void SeriesStepper::SetBody(int32 body, const ThreeVector& position, const ThreeVector& velocity,
-                               double gm) {
+                            double gm) {
     const int32 slot = begin_.SlotOf(body);
     const double numbers[] = {position.x, position.y, position.z,
                               velocity.x, velocity.y, velocity.z};
@@ -41,8 +41,7 @@ void SeriesStepper::SetBody(int32 body, const ThreeVector& position, const Three
     if (body < CountMassive()) store_.SetGM(body, gm);
 }
 
-void SeriesStepper::SetLow(int32 body, const ThreeVector& position,
-                              const ThreeVector& velocity) {
+void SeriesStepper::SetLow(int32 body, const ThreeVector& position, const ThreeVector& velocity) {
     const int32 slot = begin_.SlotOf(body);
     const double numbers[] = {position.x, position.y, position.z,
                               velocity.x, velocity.y, velocity.z};

@@ -1,4 +1,4 @@
-// Integrates the motion of all bodies by Taylor series of high order, which are the motion itself
+// Moves all bodies step by step by Taylor series of high order, which are the motion itself
 // between two steps. Knows nothing of documents, batches and reports. Owned by a calculator and
 // used by one thread at a time.
 //
@@ -10,7 +10,7 @@
 
 #include <optional>
 
-#include "Calculation/ForceEvaluator.h"
+#include "Calculation/BodyArrays.h"
 #include "Calculation/Series/SeriesForces.h"
 #include "Calculation/Series/SeriesStep.h"
 #include "Calculation/Series/SeriesStore.h"

@@ -1,5 +1,5 @@
 // The memory of the series of all bodies, and which body stands in which slot: as in SplitStates,
-// or with the massive ones in another order. Owned by an stepper; allocates in Resize only.
+// or with the massive ones in another order. Owned by a stepper; allocates in Resize only.
 #pragma once
 
 #include <cstddef>

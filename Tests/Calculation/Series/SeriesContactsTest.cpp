@@ -79,7 +79,7 @@ TEST_F(SeriesContactsTest, NoBulletPassesThroughATarget) {
 TEST_F(SeriesContactsTest, GrazingBodiesTouchOrDoNot) {
     for (const double offset : {10.9, 10.999, 11.001, 11.1}) {
         Start(Shot(offset, 1e4, 1e3), {7e8, 10.0, 1.0}, 1e-14);
-        EXPECT_EQ(FirstContact(3).has_value(), offset < 11.0) << offset;
+        EXPECT_EQ(FirstContact(60).has_value(), offset < 11.0) << offset;
     }
 }
 
@@ -119,9 +119,9 @@ TEST_F(SeriesContactsTest, ContactsAtOneTimeAreOneMessage) {
 TEST_F(SeriesContactsTest, ManyBodiesTouchAsInTinySteps) {
     // The first contact is found by steps so short that bodies hardly move in them, too. Massless
     // bodies do not touch each other.
-    for (const int32 massive : {5, 40, 90}) {
-        const PointSystem system = Cluster(120, massive);
-        const std::vector<double> radii(system.size(), 5e9);
+    for (const int32 massive : {5, 36}) {
+        const PointSystem system = Cluster(40, massive);
+        const std::vector<double> radii(system.size(), 1e10);
         Start(system, radii, 1e-14);
         const auto found = FirstContact(100'000);
         ASSERT_TRUE(found);
@@ -129,17 +129,17 @@ TEST_F(SeriesContactsTest, ManyBodiesTouchAsInTinySteps) {
         bool touches = false;
         double time = 0.0;
         while (!touches && stepper_.MakeStep(stop_) == SeriesStepper::Result::kDone)
-            for (int32 part = 0; part <= 500 && !touches; part++) {
-                const double theta = stepper_.Step().Theta() * part / 500;
+            for (int32 part = 0; part <= 100 && !touches; part++) {
+                const double theta = stepper_.Step().Theta() * part / 100;
                 const PointSystem state = StateAt(&stepper_, theta);
                 time = stepper_.Step().TimeAt(theta);
                 for (std::size_t i = 0; i < static_cast<std::size_t>(massive); i++)
                     for (std::size_t k = i + 1; k < state.size(); k++) {
                         const ThreeVector d = state[i].position - state[k].position;
-                        touches |= std::hypot(d.x, d.y, d.z) <= 1e10;
+                        touches |= std::hypot(d.x, d.y, d.z) <= 2e10;
                     }
             }
-        EXPECT_NEAR(found->time, time, stepper_.Step().Length() / 499) << massive;
+        EXPECT_NEAR(found->time, time, stepper_.Step().Length() / 99) << massive;
         EXPECT_LE(found->time, time);
     }
 }

@@ -191,7 +191,7 @@ void Load(const PointSystem& system, SeriesStepper* stepper, int32 order) {
     stepper->Resize(order, static_cast<int32>(system.size()), static_cast<int32>(massive));
     for (std::size_t i = 0; i < system.size(); i++)
         stepper->SetBody(static_cast<int32>(i), system[i].position, system[i].velocity,
-                            system[i].gm);
+                         system[i].gm);
 }
 
 PointSystem StateAt(SeriesStepper* stepper, double theta) {

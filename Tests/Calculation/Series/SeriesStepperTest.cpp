@@ -102,7 +102,7 @@ TEST_F(SeriesStepperTest, RunsBackToItsStart) {
     };
     for (int32 i = 0; i < 4; i++) {
         stepper_.SetBody(i, at(states.High(), i, 0), at(states.High(), i, 3),
-                            system[static_cast<std::size_t>(i)].gm);
+                         system[static_cast<std::size_t>(i)].gm);
         stepper_.SetLow(i, at(states.Low(), i, 0), at(states.Low(), i, 3));
     }
     stepper_.Start(kTolerance, end, true);
