@@ -16,6 +16,7 @@ struct Topic {
 constexpr Topic kTopics[] = {
     {"forces", BenchForces},
     {"calculator", BenchCalculator},
+    {"series", BenchSeries},
     {"runs", BenchRuns},
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},

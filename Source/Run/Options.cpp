@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kMaxCutoff = 0.001;
 constexpr int32 kMinOrder = 2;
-constexpr int32 kMaxOrder = 4;
+constexpr int32 kMaxOrder = 24;
 constexpr int32 kMaxThreads = 1024;
 constexpr int32 kMinPixels = 16;
 constexpr int32 kMaxPixels = 16384;

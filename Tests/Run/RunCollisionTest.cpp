@@ -38,6 +38,35 @@ TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     EXPECT_EQ(saved.Root()->ChildAt(0)->RootSystem()->CountChildren(), 3);
 }
 
+// The contact has a time of its own, between two steps; the run goes on from there to the very end.
+TEST_F(RunCollision, HighOrdersMergeBodiesWhenTheyTouch) {
+    const std::string document = PutDocument("document", *MergingSystem());
+    std::string digest;
+    for (const char* threads : {"1", "2"}) {
+        const Outcome outcome =
+            RunProgram({"--for", "150", "--order", "16", "--cutoff", "1e-12", "--threads", threads,
+                        "--csv", Path("csv"), "--json", "-o", Path("saved"), document});
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(Member(outcome.out, "mergers"), "1");
+        EXPECT_EQ(std::stod(Member(outcome.out, "end_time_s")), 150.0);
+        EXPECT_LT(std::fabs(std::stod(Member(outcome.out, "relative_energy_error"))), 1e-10);
+        EXPECT_EQ(digest.empty() ? Member(outcome.out, "sha256") : digest,
+                  Member(outcome.out, "sha256"));
+        digest = Member(outcome.out, "sha256");
+    }
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
+    // The reports' numbers leave nothing out, and times ascend.
+    std::size_t contact = 0;
+    for (std::size_t i = 1; i < rows.size(); i++) {
+        EXPECT_LE(rows[i].report - rows[i - 1].report, 1);
+        EXPECT_EQ(rows[i].report > rows[i - 1].report, rows[i].time > rows[i - 1].time);
+        if (rows[i].name == "b1") contact = i;
+    }
+    // Spheres of 0.05 touch when their centres are 0.1 apart.
+    const double apart = rows[contact].values[0] - rows[contact - 1].values[0];
+    EXPECT_NEAR(apart, 0.1, 1e-12);
+}
+
 TEST_F(RunCollision, EndsTheRunIfItIsToldTo) {
     const Outcome outcome =
         RunProgram({"--steps", "1000000", "--on-collision", "stop", "--json", "--csv",

@@ -87,7 +87,7 @@ protected:
 TEST_F(RunResume, AKilledRunGoesOnToTheSameBitsAtEveryOrder) {
     const std::string document = PutDocument("document", *TestSystem());
     // With many promotions, and bodies that stay together.
-    for (const auto& [order, cutoff] : {std::pair{"2", "1e-6"}, {"3", "1e-10"}, {"4", "1e-11"}}) {
+    for (const auto& [order, cutoff] : {std::pair{"2", "1e-6"}, {"3", "1e-10"}, {"4", "1e-11"}, {"16", "1e-16"}}) {
         SCOPED_TRACE(order);
         const Arguments run = {"-n", "400000", "--order", order, "--cutoff", cutoff, document};
         Arguments whole = run;

@@ -181,7 +181,7 @@ bool SeriesForces::Make(SeriesStore* store, const SplitStates& states, double th
         store->Begin(states);
         arrays_ = store->Arrays();
         SetPulls();
-        instance_->ring(arrays_, ring_);
+        if (arrays_.massive > 0) instance_->ring(arrays_, ring_);
     } else if (!MakeTiles(store, states, theta, cutoff, stop)) {
         return false;
     }

@@ -114,11 +114,9 @@ Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& st
         part++;
     double theta = step.ThetaOf(part);
     double time = step.TimeAt(theta);
-    bool isPart = true;
     if (until > time_ && until < time) {
         theta = std::clamp(step.ThetaAt(until), theta_, theta);
         time = until;
-        isPart = false;
     }
     if (hasContact_ && contacts_.Theta() <= theta) {
         overlaps_.clear();
@@ -126,7 +124,7 @@ Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& st
         return {Outcome::kContact};
     }
     MoveTo(theta, time);
-    return {Outcome::kReport, isPart && part == step.Parts() ? 1 : 0};
+    return {Outcome::kReport, theta >= step.Theta() ? 1 : 0};
 }
 
 SeriesStepper::Result SeriesIntegrator::MakeStep(const StopFlags& stop) {

@@ -42,7 +42,7 @@ EpochPropertyFactory<double> CutoffFactory() {
 
 EpochPropertyFactory<int32> OrderFactory() {
     return {&AbEpoch::Order, &AbEpoch::SetOrder,
-            [](int32 order) { return order >= 2 && order <= 4; }, kCommandSetOrder};
+            [](int32 order) { return order >= 2 && order <= 24; }, kCommandSetOrder};
 }
 
 EpochPropertyFactory<bool> COMOnGoFactory() {

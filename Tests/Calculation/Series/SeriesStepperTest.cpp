@@ -153,8 +153,10 @@ TEST_F(SeriesStepperTest, ReportsHowPathsBend) {
 
 TEST_F(SeriesStepperTest, FailsLoudly) {
     const PointBody sun{{}, {}, kSolarGM};
-    Start({sun}, 16);
-    EXPECT_EQ(MakeStep(), SeriesStepper::Result::kNothingPulls);
+    for (const PointSystem& lonely : {PointSystem{}, {sun}, Cluster(9, 0)}) {
+        Start(lonely, 16);
+        EXPECT_EQ(MakeStep(), SeriesStepper::Result::kNothingPulls);
+    }
     Start({sun, {{1e11, 0, 0}, {}, 1e10}, {{1e11, 0, 0}, {}, 1e10}}, 16);
     EXPECT_EQ(MakeStep(), SeriesStepper::Result::kNotFinite);
     EXPECT_EQ(stepper_.FastestPair(stop_), (CollidingPair{2, 1}));
