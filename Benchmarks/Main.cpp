@@ -14,10 +14,8 @@ struct Topic {
 };
 
 constexpr Topic kTopics[] = {
-    {"forces", BenchForces},
-    {"calculator", BenchCalculator},
-    {"series", BenchSeries},
-    {"runs", BenchRuns},
+    {"forces", BenchForces},     {"calculator", BenchCalculator},
+    {"series", BenchSeries},     {"runs", BenchRuns},
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},
 #endif
