@@ -6,6 +6,7 @@ class BenchTable;
 void BenchForces(BenchTable* table);
 void BenchCalculator(BenchTable* table);
 void BenchHistory(BenchTable* table);
+void BenchSeries(BenchTable* table);
 void BenchRuns(BenchTable* table);
 // Only where there are windows (ORVEK_GUI).
 void BenchDisplays(BenchTable* table);

@@ -15,7 +15,8 @@ struct Topic {
 
 constexpr Topic kTopics[] = {
     {"forces", BenchForces},     {"calculator", BenchCalculator},
-    {"history", BenchHistory},   {"runs", BenchRuns},
+    {"series", BenchSeries},     {"history", BenchHistory},
+    {"runs", BenchRuns},
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},
 #endif

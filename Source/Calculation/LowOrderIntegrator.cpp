@@ -17,7 +17,8 @@ constexpr const char* kMaxOrderField = "MaxOrd";
 }  // namespace
 
 std::optional<int32> LowOrderIntegrator::OrderFor(int32 asked) const {
-    return std::clamp(asked, kMinOrder, kMaxOrder);
+    if (asked > kMaxLowOrder) return std::nullopt;
+    return std::max(asked, kMinOrder);
 }
 
 BodyRows LowOrderIntegrator::MakeRoom(int32 bodies, int32 massive) {
@@ -87,14 +88,15 @@ status_t LowOrderIntegrator::Archive(BMessage* into) const {
     if (const status_t status = parts_.Archive(into); status != B_OK) return status;
     if (const status_t status = into->AddInt32(kIterationField, iteration_); status != B_OK)
         return status;
-    return into->AddInt32(kMaxOrderField, kMaxOrder);
+    return into->AddInt32(kMaxOrderField, kMaxLowOrder);
 }
 
 void LowOrderIntegrator::DescribeFields(FieldDescriptions* into) {
     TaylorParts::DescribeFields(into);
     DescribeField(into, kIterationField, B_INT32_TYPE, "1", "not used",
                   "steps since the parts were last moved up");
-    DescribeField(into, kMaxOrderField, B_INT32_TYPE, "1", "not read", std::to_string(kMaxOrder));
+    DescribeField(into, kMaxOrderField, B_INT32_TYPE, "1", "not read",
+                  std::to_string(kMaxLowOrder));
 }
 
 void LowOrderIntegrator::Regenerate(const BMessage* archive) {

@@ -11,7 +11,7 @@
 
 class LowOrderIntegrator final : public Integrator {
 public:
-    // Takes what is too low or too high as the nearest order there is.
+    // Takes what is too low as the lowest order.
     [[nodiscard]] std::optional<int32> OrderFor(int32 asked) const override;
     void SetThreads(int32 threads) override { evaluator_.SetThreads(threads); }
 

@@ -1,17 +1,19 @@
 #include "Interface Widgets/MenuEntry.h"
 
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
 #include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Handles/InterfaceDefs.h"
 
-MenuEntry::MenuEntry(const char* name, const char* label, EpochPortal* portal, int32 least,
-                     int32 greatest)
-    : ValueEntry(name, B_HORIZONTAL, portal), least_(least) {
+MenuEntry::MenuEntry(const char* name, const char* label, EpochPortal* portal,
+                     std::vector<int32> numbers)
+    : ValueEntry(name, B_HORIZONTAL, portal), numbers_(std::move(numbers)) {
     menu_ = new BPopUpMenu("numbers");
-    for (int32 number = least; number <= greatest; number++)
+    for (const int32 number : numbers_)
         menu_->AddItem(new BMenuItem(std::to_string(number).c_str(), new BMessage(kChosen)));
     field_ = new BMenuField("menu", nullptr, menu_);
     field_->SetAccessibleName(label);
@@ -27,8 +29,9 @@ void MenuEntry::ShowEnabled(bool isEnabled) {
 }
 
 void MenuEntry::Present(const std::optional<int32>& value, bool /*replacesAll*/) {
-    BMenuItem* const item = value ? menu_->ItemAt(*value - least_) : nullptr;
-    if (item != nullptr) item->SetMarked(true);
+    if (!value) return;
+    const auto next = std::lower_bound(numbers_.begin(), numbers_.end() - 1, *value);
+    menu_->ItemAt(static_cast<int32>(next - numbers_.begin()))->SetMarked(true);
 }
 
 void MenuEntry::MessageReceived(BMessage* message) {
@@ -36,6 +39,6 @@ void MenuEntry::MessageReceived(BMessage* message) {
     int32 index = 0;
     message->FindInt32(kIndexField, &index);
     const Source source = Shown();
-    if (source && !CommitEntry(Portal(), *source.factory, least_ + index))
-        Present(source.value, false);
+    const int32 number = numbers_.at(static_cast<std::size_t>(index));
+    if (source && !CommitEntry(Portal(), *source.factory, number)) Present(source.value, false);
 }

@@ -2,6 +2,8 @@
 // is ever pending.
 #pragma once
 
+#include <vector>
+
 #include "Interface Widgets/Entry.h"
 
 class BMenu;
@@ -9,9 +11,9 @@ class BMenuField;
 
 class MenuEntry : public ValueEntry<int32> {
 public:
-    // The numbers from `least` to `greatest`. `label` is what a screen reader says.
-    MenuEntry(const char* name, const char* label, EpochPortal* portal, int32 least,
-              int32 greatest);
+    // `numbers` ascend. What is between two of them shows as the next one. `label` is what a screen
+    // reader says.
+    MenuEntry(const char* name, const char* label, EpochPortal* portal, std::vector<int32> numbers);
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
@@ -24,7 +26,7 @@ protected:
 private:
     static constexpr uint32 kChosen = FourCC("mnen");
 
-    const int32 least_;
+    const std::vector<int32> numbers_;
     BMenu* menu_ = nullptr;
     BMenuField* field_ = nullptr;
 };

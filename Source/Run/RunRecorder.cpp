@@ -39,7 +39,7 @@ void RunRecorder::WriteDue() {
 }
 
 void RunRecorder::Resume(const SystemState& merged) {
-    reports_--;  // the collision's own report repeats the one before
+    if (repeats_) reports_--;
     stride_ = merged.positions.size();
     if (writer_ == nullptr) return;
     WriteHeldIfDue();
@@ -49,7 +49,7 @@ void RunRecorder::Resume(const SystemState& merged) {
 }
 
 void RunRecorder::End(bool collided) {
-    if (collided) reports_--;
+    if (collided && repeats_) reports_--;
     if (writer_ != nullptr && written_ != reports_)
         Write(reports_, time_, heldPositions_.data(), heldVelocities_.data());
 }
@@ -85,6 +85,7 @@ void RunRecorder::ReadData(int32 count, double* times, double* positions, double
     if (writer_ != nullptr) WriteBatch(count, times, positions, velocities);
     reports_ += count;
     steps_ = stepsBefore_ + calculator_->StepsTaken();
+    repeats_ = times[count - 1] == (count > 1 ? times[count - 2] : time_.load());
     time_ = times[count - 1];
 }
 

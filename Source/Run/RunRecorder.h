@@ -59,7 +59,8 @@ private:
     std::atomic<int64> steps_ = 0;
     std::atomic<int64> reports_ = 0;
     std::atomic<double> time_ = 0.0;
-    int64 written_ = 0;  // the last report written
+    bool repeats_ = false;  // the last report is at the time of the one before
+    int64 written_ = 0;     // the last report written
     // The last report of a batch is held back: it may turn out to be the last of all.
     std::vector<double> heldPositions_;
     std::vector<double> heldVelocities_;

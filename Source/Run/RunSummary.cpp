@@ -62,6 +62,8 @@ RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
             return Ending::kTimeStands;
         case RunEnding::Reason::kNotMerged:
             return Ending::kNotMerged;
+        case RunEnding::Reason::kNoMemory:
+            return Ending::kNoMemory;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }

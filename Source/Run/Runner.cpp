@@ -81,7 +81,7 @@ int Runner::LoadDocument() {
 }
 
 int Runner::EditDocument() {
-    const RunEvents::NothingToLose nothingToLose;
+    const RunEvents::NothingToLose nothingToLose(events_);
     DocumentEdit edit(&document_, &controller_, &resources_);
     for (const std::string& text : options_.edits) {
         std::optional<std::string> wrong = edit.Apply(text);
@@ -136,7 +136,7 @@ int Runner::RunDocument() {
 }
 
 int Runner::WriteWithoutRun() {
-    const RunEvents::NothingToLose nothingToLose;
+    const RunEvents::NothingToLose nothingToLose(events_);
     if (painter_ != nullptr) painter_->PrepareForGo(0);
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;

@@ -25,6 +25,7 @@
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/Document/WindowFields.h"
 #include "Simulation/EditMessages.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/OpenSimulations.h"

@@ -91,7 +91,7 @@ TEST(TaylorCalculator, StepsAreThoseOfTheScalarReference) {
 
 TEST(TaylorCalculator, AnyOrderIsTakenAsTheNearestThereIs) {
     const PairWalk planets = Planets(4, 4);
-    for (const auto& [stored, used] : {std::pair{-7, 2}, {1, 2}, {5, 4}, {100, 4}}) {
+    for (const auto& [stored, used] : {std::pair{-7, 2}, {1, 2}, {5, 8}, {13, 16}, {100, 24}}) {
         TestSystem system(planets, stored, 1e-6), expected(planets, used, 1e-6);
         system.Run(MakeCalculator(&system).get(), 20);
         expected.Run(MakeCalculator(&expected).get(), 20);

@@ -80,7 +80,7 @@ TEST_F(CommandFactoryTest, ValuesThatCannotBeTakenAreRefused) {
     }
     for (const double bad : {0.001, 0.0})
         EXPECT_FALSE(CommitEntry(&portal_, CutoffFactory(), bad));
-    EXPECT_FALSE(CommitEntry(&portal_, OrderFactory(), 5));
+    EXPECT_FALSE(CommitEntry(&portal_, OrderFactory(), 25));
     EXPECT_FALSE(CommitEntry(&portal_, NameFactory(99), std::string("nobody")));
     EXPECT_FALSE(chain_.CanUndo());
 

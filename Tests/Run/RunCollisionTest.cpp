@@ -1,4 +1,5 @@
 // What a run does when bodies touch.
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -36,6 +37,38 @@ TEST_F(RunCollision, BodiesMergeAndTheRunGoesOnToItsLimit) {
     ASSERT_FALSE(saved.Load(GetRecord(Path("saved"))).Failed());
     EXPECT_EQ(saved.Portal()->BodiesInMassOrder().size(), 2u);
     EXPECT_EQ(saved.Root()->ChildAt(0)->RootSystem()->CountChildren(), 3);
+}
+
+// The contact has a time of its own, between two steps; the run goes on from there to the very end.
+TEST_F(RunCollision, HighOrdersMergeBodiesWhenTheyTouch) {
+    const std::string document = PutDocument("document", *MergingSystem());
+    std::string digest;
+    for (const char* threads : {"1", "2"}) {
+        const Outcome outcome =
+            RunProgram({"--for", "150", "--order", "16", "--cutoff", "1e-12", "--threads", threads,
+                        "--csv", Path("csv"), "--json", "-o", Path("saved"), document});
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(Member(outcome.out, "mergers"), "1");
+        EXPECT_EQ(std::stod(Member(outcome.out, "end_time_s")), 150.0);
+        EXPECT_LT(std::fabs(std::stod(Member(outcome.out, "relative_energy_error"))), 1e-10);
+        EXPECT_EQ(digest.empty() ? Member(outcome.out, "sha256") : digest,
+                  Member(outcome.out, "sha256"));
+        digest = Member(outcome.out, "sha256");
+    }
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
+    // The reports' numbers leave nothing out, and times ascend.
+    std::size_t contact = 0;
+    for (std::size_t i = 1; i < rows.size(); i++) {
+        EXPECT_LE(rows[i].report - rows[i - 1].report, 1);
+        EXPECT_EQ(rows[i].report > rows[i - 1].report, rows[i].time > rows[i - 1].time);
+        if (rows[i].name == "b1") contact = i;
+    }
+    // Spheres of 0.05 touch when their centres are 0.1 apart.
+    const auto other = std::find_if(rows.begin(), rows.end(), [&](const CsvRow& row) {
+        return row.report == rows[contact].report && row.name == "b0";
+    });
+    ASSERT_NE(other, rows.end());
+    EXPECT_NEAR(rows[contact].values[0] - other->values[0], 0.1, 1e-12);
 }
 
 TEST_F(RunCollision, EndsTheRunIfItIsToldTo) {

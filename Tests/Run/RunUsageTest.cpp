@@ -19,7 +19,7 @@ TEST_F(RunUsage, WrongUseIsSaidOnStandardErrorWithStatusTwo) {
         {{"--for", "10 parsecs"}, "10 parsecs"},
         {{"--every=-1"}, "-1"},
         {{"--cutoff", "0.001"}, "0.001"},
-        {{"--order", "5"}, "\"5\""},
+        {{"--order", "25"}, "\"25\""},
         {{"--threads", "0"}, "--threads"},
         {{"--quiet=yes"}, "--quiet"},
         {{"a", "b"}, "\"b\""},

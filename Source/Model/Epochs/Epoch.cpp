@@ -40,7 +40,11 @@ struct Epoch::Fields {
             "Cutoff",
             "corrections smaller than this are ignored; between 0 and 0.001, both excluded",
             kDefaultCutoff, IsCutoff},
-        Field<&Epoch::order_>{"Order", "order of the series: 2, 3 or 4", kDefaultOrder},
+        Field<&Epoch::order_>{"Order",
+                              "order of the series: 2, 3, 4, or 5 to 24, which runs as the next of "
+                              "8, 12, 16, 20, 24; "
+                              "older programs run what is above 4 as 4",
+                              kDefaultOrder},
         Field<&Epoch::comOnGo_>{"COM on Go", "a run first puts the centre of mass at the origin",
                                 true},
         Field<&Epoch::writeable_>{"Writ", "writeable", false},

@@ -16,7 +16,8 @@ constexpr bool IsCutoff(double cutoff) {
 
 // Of the series. Documents may have any other number, which counts as the nearest of these.
 inline constexpr int32 kMinOrder = 2;
-inline constexpr int32 kMaxOrder = 4;
+inline constexpr int32 kMaxLowOrder = 4;  // those above belong to another integrator
+inline constexpr int32 kMaxOrder = 24;
 inline constexpr int32 kDefaultOrder = 4;
 
 constexpr bool IsOrder(int32 order) {

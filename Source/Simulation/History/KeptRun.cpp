@@ -7,19 +7,21 @@
 #include <numeric>
 #include <utility>
 
+#include "Model/Epochs/EpochLimits.h"
+
 namespace {
 
 // Radians by which the fastest pair turns from look to look, at the most.
 constexpr double kTurnPerLook = 0.02;
-constexpr int32 kLeastOrder = 2;
-constexpr int32 kMostOrder = 4;
 constexpr double kMostReportsPerLook = 1024.0;
 // Of all samples: what thinning the older half must free to be enough.
 constexpr std::size_t kEnough = 16;
 
-// A step is at most 10^(1/8) times cutoff^(1/(order - 1)) of the fastest pair's time scale.
+// A step is at most 10^(1/8) times cutoff^(1/(order - 1)) of the fastest pair's time scale. Higher
+// orders report no more often than paths bend.
 int64 ReportsPerLook(int32 order, double cutoff) {
-    const int32 used = std::clamp(order, kLeastOrder, kMostOrder);
+    if (order > kMaxLowOrder) return 1;
+    const int32 used = std::max(order, kMinOrder);
     const double turn = 1.34 * std::pow(cutoff, 1.0 / (used - 1));
     const double reports = std::clamp(kTurnPerLook / turn, 1.0, kMostReportsPerLook);
     return static_cast<int64>(std::bit_floor(static_cast<uint64>(reports)));

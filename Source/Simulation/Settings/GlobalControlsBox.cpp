@@ -103,7 +103,7 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
     auto* const row = new BGroupView("order", B_HORIZONTAL);
     auto* const label = new BStringView("label", texts.Text(kLabelOrder));
     row->AddChild(label);
-    order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, kMinOrder, kMaxOrder);
+    order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, {2, 3, 4, 8, 12, 16, 20, 24});
     order_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OrderFactory()));
     order_->SetToolTip(texts.Text(kTextOrderTip));
     label->SetField(*order_);

@@ -168,16 +168,17 @@ TEST_F(EpochReaderTest, WhatIsLeftOutOrGetsANewIdentifierIsTold) {
     trail.RemoveName("class");
     trail.AddString("class", "Trail");
     const BMessage inner = EpochRecord("Inner", {trail});
-    ASSERT_FALSE(Load(EpochRecord("E",
-                                  {BodyRecord("Earth", 3), GroupRecord("Mars", 4, {trail, trail})},
-                                  {inner}))
-                     .Failed());
+    ASSERT_FALSE(
+        Load(EpochRecord("E", {BodyRecord("Earth", 3), GroupRecord("Mars", 4, {trail, trail})},
+                         {inner}))
+            .Failed());
     EXPECT_EQ(Systems(), "Earth3 Mars4 ");
-    EXPECT_EQ(Told(),
-              "epoch 0, \"E\": what is neither body nor group is left out: 2 (the first is of class "
-              "\"Trail\")\n"
-              "epoch 1, \"Inner\": what is neither body nor group is left out: 1 (the first is of "
-              "class \"Trail\")\n");
+    EXPECT_EQ(
+        Told(),
+        "epoch 0, \"E\": what is neither body nor group is left out: 2 (the first is of class "
+        "\"Trail\")\n"
+        "epoch 1, \"Inner\": what is neither body nor group is left out: 1 (the first is of "
+        "class \"Trail\")\n");
 
     // Many of a kind in one line; and no identifier is above the largest one.
     std::vector<BMessage> many(100, BodyRecord("Twin", kMaxSystemID));

@@ -1,0 +1,278 @@
+#include "Calculation/Series/SeriesForces.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <thread>
+
+namespace {
+
+constexpr int32 kMostThreads = 16;
+// What pairs of massive bodies may keep from one pass to the next.
+constexpr int64 kMostPairBytes = int64{256} << 20;
+// Fewer pairs are not worth a second thread.
+constexpr int64 kPairsWorthSharing = 1200;
+// Fewer vectors are not sorted, and their bodies all go to the highest order.
+constexpr int32 kLeastSortedVectors = 5;
+
+std::size_t Size(int64 number) {
+    return static_cast<std::size_t>(number);
+}
+
+// A fixed number for each number of bodies: enough for the threads of most machines, and few where
+// the sums would be more than the pairs.
+int32 CountGroups(int32 vectors) {
+    if (vectors < 8) return 1;
+    return vectors < 32 ? 8 : kMostGroups;
+}
+
+int64 CountBlocks(int32 vectors) {
+    return int64{kSlots} * vectors * (vectors - 1) / 2 + int64{kSlots / 2} * vectors;
+}
+
+// An odd number of lines from order to order, lest they compete for the same places of the cache.
+int64 LinesOfTwoOrders(int64 blocks) {
+    return blocks * 4 + 1;
+}
+
+bool KeepsPairs(int32 order, int32 massive) {
+    const int64 lines = LinesOfTwoOrders(CountBlocks(SplitStates::CountVectors(massive)));
+    return lines * (order / 2) * static_cast<int64>(sizeof(SlotRow)) <= kMostPairBytes;
+}
+
+}  // namespace
+
+// One pass over all tiles: threads take groups from a counter.
+struct SeriesForces::Pass {
+    const SeriesForces& forces;
+    const int32 k;
+    const StopFlags& stop;
+    std::atomic<int32> next{0};
+    std::atomic<bool> stopped{false};
+
+    static void DoTasks(void* pass) { static_cast<Pass*>(pass)->DoTasks(); }
+
+    void DoTasks() {
+        const TileArrays& tiles = forces.tileArrays_;
+        const auto& kernels = *forces.instance_;
+        const auto add = tiles.powers ? kernels.tiles[k / 2] : kernels.freshTiles[k / 2];
+        for (int32 group; (group = next.fetch_add(1)) < tiles.groups && !stopped;) {
+            if (stop.ShouldStop())
+                stopped = true;
+            else
+                add(forces.arrays_, tiles, group);
+        }
+    }
+};
+
+// All massless bodies, a vector at a time.
+struct SeriesForces::TargetTasks {
+    SeriesForces& forces;
+    const StopFlags& stop;
+    std::atomic<int32> next;
+    std::atomic<uint32> busy{0};  // bits of the scratches that somebody uses
+    std::atomic<bool> stopped{false};
+
+    static void DoTasks(void* tasks) { static_cast<TargetTasks*>(tasks)->DoTasks(); }
+
+    void DoTasks() {
+        const int32 mine = TakeScratch();
+        double* const scratch = forces.scratch_[Size(mine * forces.scratchRows_)].numbers;
+        for (int32 vector; (vector = next.fetch_add(1)) < forces.arrays_.vectors && !stopped;) {
+            if (stop.ShouldStop())
+                stopped = true;
+            else
+                forces.instance_->targets(forces.arrays_, vector, scratch);
+        }
+        busy.fetch_and(~(1u << mine));
+    }
+
+    int32 TakeScratch() {
+        uint32 old = busy;
+        while (!busy.compare_exchange_weak(old, old | (old + 1))) {
+        }
+        return std::countr_one(old);
+    }
+};
+
+SeriesForces::SeriesForces(int32 threads) : instance_(FindSeriesInstance(BestInstructionSet())) {
+    SetThreads(threads);
+}
+
+void SeriesForces::SetThreads(int32 threads) {
+    if (threads <= 0) threads = static_cast<int32>(std::thread::hardware_concurrency());
+    threads = std::clamp(threads, 1, kMostThreads);
+    if (threads != threads_) team_.reset();
+    threads_ = threads;
+    scratch_.resize(Size(scratchRows_ * threads_));
+}
+
+bool SeriesForces::SetInstructionSet(InstructionSet set) {
+    const SeriesInstance* const instance = FindSeriesInstance(set);
+    if (instance) instance_ = instance;
+    return instance != nullptr;
+}
+
+int32 SeriesForces::OrderFor(int32 wanted, int32 massive) {
+    int32 order = kLeastSeriesOrder;
+    while (order < wanted && order < kMostSeriesOrder)
+        order += 4;
+    if (massive > kMostInRing)
+        while (order > kLeastSeriesOrder && !KeepsPairs(order, massive))
+            order -= 4;
+    return order;
+}
+
+void SeriesForces::Resize(const SeriesStore& store) {
+    arrays_ = store.Arrays();
+    if (arrays_.massive <= kMostInRing)
+        ResizeRing();
+    else
+        ResizeTiles();
+    const bool hasTargets = arrays_.bodies > arrays_.massive;
+    scratchRows_ = hasTargets ? int64{2} * arrays_.order * arrays_.massive : 0;
+    scratch_.assign(Size(scratchRows_ * threads_), {});
+}
+
+void SeriesForces::ResizeRing() {
+    const int32 massive = arrays_.massive;
+    pulledScale_ = 0.0;
+    ring_.rounds = massive / 2;
+    // Differences and powers of all orders, for as many parts as there may be.
+    pairs_.assign(Size(int64{5} * arrays_.order * ring_.rounds * arrays_.massiveVectors), {});
+    ring_.pairs = pairs_.empty() ? nullptr : pairs_.data()->numbers;
+    for (int32 round = 0; round < ring_.rounds; round++)
+        for (int32 slot = 0; slot < kMostInRing; slot++) {
+            ring_.met[round][slot] = (slot + round + 1) % massive;
+            ring_.meeting[round][slot] = (slot % massive + massive - round - 1) % massive;
+        }
+}
+
+void SeriesForces::ResizeTiles() {
+    const int32 vectors = arrays_.massiveVectors;
+    const int64 lines = LinesOfTwoOrders(CountBlocks(vectors));
+    const bool keeps = KeepsPairs(arrays_.order, arrays_.massive);
+    pairs_.assign(keeps ? Size(lines * (arrays_.order / 2)) : 0, {});
+    tiles_.clear();
+    int64 block = 0;
+    for (int32 a = 0; a < vectors; a++)
+        for (int32 b = a; b < vectors; b++) {
+            tiles_.push_back({a, b, block});
+            block += a == b ? kSlots / 2 : kSlots;
+        }
+    active_.assign(Size(vectors), 1);
+    speeds_.resize(Size(arrays_.massive));
+    sorted_.resize(Size(arrays_.massive));
+    const int32 groups = CountGroups(vectors);
+    sums_.assign(Size(int64{6} * vectors * groups), {});
+    tileArrays_ = {.tiles = tiles_.data(),
+                   .countTiles = static_cast<int32>(tiles_.size()),
+                   .groups = groups,
+                   .powers = keeps ? pairs_.data()->numbers : nullptr,
+                   .powersStride = lines * kSlots,
+                   .sums = sums_.data()->numbers,
+                   .active = active_.data()};
+}
+
+bool SeriesForces::Make(SeriesStore* store, const SplitStates& states, double theta, double cutoff,
+                        const StopFlags& stop) {
+    hasLeftOut_ = false;
+    if (arrays_.massive <= kMostInRing) {
+        store->Begin(states);
+        arrays_ = store->Arrays();
+        SetPulls();
+        if (arrays_.massive > 0) instance_->ring(arrays_, ring_);
+    } else if (!MakeTiles(store, states, theta, cutoff, stop)) {
+        return false;
+    }
+    return arrays_.bodies == arrays_.massive || MakeTargets(stop);
+}
+
+void SeriesForces::SetPulls() {
+    if (arrays_.scale == pulledScale_) return;
+    pulledScale_ = arrays_.scale;
+    const int32 massive = arrays_.massive;
+    for (int32 round = 0; round < ring_.rounds; round++)
+        for (int32 slot = 0; slot < kMostInRing; slot++) {
+            const bool areMet = 2 * (round + 1) == massive && slot % massive >= massive / 2;
+            ring_.pullOfMet[round][slot] = areMet ? 0.0 : arrays_.pull[ring_.met[round][slot]];
+            ring_.pullOfMeeting[round][slot] = areMet ? 0.0 : arrays_.pull[slot % massive];
+        }
+}
+
+bool SeriesForces::MakeTiles(SeriesStore* store, const SplitStates& states, double theta,
+                             double cutoff, const StopFlags& stop) {
+    std::fill(active_.begin(), active_.end(), uint8{1});
+    store->PlaceInOrder();
+    store->Begin(states);
+    arrays_ = store->Arrays();
+    if (!MakePass(0, stop)) return false;
+    const bool leavesOut = cutoff > 0.0 && arrays_.massiveVectors >= kLeastSortedVectors;
+    if (leavesOut) {
+        SortBodies(store);
+        store->Begin(states);
+        if (!MakePass(0, stop)) return false;
+    }
+    for (int32 k = 2; k < arrays_.order; k += 2) {
+        if (leavesOut && k >= 4) LeaveOut(k, theta, cutoff);
+        if (!MakePass(k, stop)) return false;
+    }
+    return true;
+}
+
+bool SeriesForces::MakePass(int32 k, const StopFlags& stop) {
+    Pass pass{*this, k, stop};
+    Run(&pass, int64{arrays_.massive} * arrays_.massive / 2);
+    if (pass.stopped) return false;
+    for (int32 vector = 0; vector < arrays_.massiveVectors; vector++)
+        instance_->sumGroups(arrays_, tileArrays_, k, vector);
+    return true;
+}
+
+// The fastest first: by the third order against the second, squared. What is no number comes first.
+void SeriesForces::SortBodies(SeriesStore* store) {
+    for (int32 body = 0; body < arrays_.massive; body++) {
+        const double* const x = arrays_.Vector(body / kSlots) + body % kSlots;
+        double second = 0.0;
+        double third = 0.0;
+        for (int axis = 0; axis < 3; axis++) {
+            const double a = x[(6 + axis) * kSlots];
+            const double b = x[(9 + axis) * kSlots];
+            second += a * a;
+            third += b * b;
+        }
+        const double speed = third / second;
+        speeds_[Size(body)] = {speed >= 0.0 ? -speed : -1e300, body};
+    }
+    std::sort(speeds_.begin(), speeds_.end());
+    std::transform(speeds_.begin(), speeds_.end(), sorted_.begin(),
+                   [](const auto& speed) { return speed.second; });
+    store->PlaceMassive(sorted_.data());
+}
+
+void SeriesForces::LeaveOut(int32 k, double theta, double cutoff) {
+    for (int32 vector = 0; vector < arrays_.massiveVectors; vector++) {
+        uint8& isActive = active_[Size(vector)];
+        if (!isActive) continue;
+        // What is no number goes on.
+        if (!(instance_->activity(arrays_, k, vector, theta) <= cutoff * cutoff)) continue;
+        isActive = 0;
+        hasLeftOut_ = true;
+    }
+}
+
+bool SeriesForces::MakeTargets(const StopFlags& stop) {
+    TargetTasks tasks{*this, stop, arrays_.massiveVectors};
+    Run(&tasks, int64{arrays_.bodies - arrays_.massive} * arrays_.massive);
+    return !tasks.stopped;
+}
+
+template <class Work>
+void SeriesForces::Run(Work* work, int64 pairs) {
+    if (threads_ == 1 || pairs < kPairsWorthSharing) {
+        work->DoTasks();
+        return;
+    }
+    if (!team_) team_ = std::make_unique<WorkerTeam>(threads_ - 1);
+    team_->Run(Work::DoTasks, work);
+}

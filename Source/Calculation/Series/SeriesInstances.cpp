@@ -1,0 +1,16 @@
+#include "Calculation/Series/SeriesInstances.h"
+
+extern const SeriesInstance kBaselineSeriesInstance;
+#if defined(__x86_64__)
+extern const SeriesInstance kAvx2SeriesInstance;
+extern const SeriesInstance kAvx512SeriesInstance;
+#endif
+
+const SeriesInstance* FindSeriesInstance(InstructionSet set) {
+    if (FindForceInstance(set) == nullptr) return nullptr;
+#if defined(__x86_64__)
+    if (set == InstructionSet::kAvx2) return &kAvx2SeriesInstance;
+    if (set == InstructionSet::kAvx512) return &kAvx512SeriesInstance;
+#endif
+    return &kBaselineSeriesInstance;
+}

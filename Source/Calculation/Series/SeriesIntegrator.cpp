@@ -1,0 +1,237 @@
+#include "Calculation/Series/SeriesIntegrator.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "Calculation/StopFlags.h"
+
+namespace {
+
+constexpr int32 kLeastOrder = 5;
+constexpr double kLeastCutoff = 1e-16;
+constexpr double kMostCutoff = 1e-6;
+
+}  // namespace
+
+std::optional<int32> SeriesIntegrator::OrderFor(int32 asked) const {
+    if (asked < kLeastOrder) return std::nullopt;
+    return SeriesForces::OrderFor(asked, 0);
+}
+
+BodyRows SeriesIntegrator::MakeRoom(int32 bodies, int32 massive) {
+    if (runs_) kept_ = Record();
+    runs_ = false;
+    const auto count = static_cast<std::size_t>(bodies);
+    numbers_.assign(8 * count, 0.0);
+    double* next = numbers_.data();
+    const auto take = [&] { return std::exchange(next, next + count); };
+    rows_ = {.bodies = bodies, .massive = massive};
+    for (int axis = 0; axis < 3; axis++) {
+        rows_.position[axis] = take();
+        rows_.velocity[axis] = take();
+    }
+    rows_.gm = take();
+    rows_.radius = take();
+    now_.Resize(bodies, massive);
+    return rows_;
+}
+
+void SeriesIntegrator::Begin(const Start& start) {
+    order_ = start.order;
+    cutoff_ = std::clamp(start.cutoff, kLeastCutoff, kMostCutoff);
+    time_ = start.time;
+    const SeriesRecord record = std::exchange(kept_, {});
+    if (!GoOnFrom(record)) StartAfresh();
+    runs_ = true;
+}
+
+void SeriesIntegrator::StartAfresh() {
+    stepper_.Resize(order_, rows_.bodies, rows_.massive);
+    for (int32 i = 0; i < rows_.bodies; i++)
+        stepper_.SetBody(i, {rows_.position[0][i], rows_.position[1][i], rows_.position[2][i]},
+                         {rows_.velocity[0][i], rows_.velocity[1][i], rows_.velocity[2][i]},
+                         rows_.gm[i]);
+    contacts_.Resize(rows_.bodies, rows_.massive);
+    stepper_.Start(cutoff_, time_);
+    theta_ = 0.0;
+    hasContact_ = false;
+}
+
+bool SeriesIntegrator::GoOnFrom(const SeriesRecord& record) {
+    if (record.IsEmpty() || record.CountBodies() != static_cast<std::size_t>(rows_.bodies) ||
+        record.order != order_ || record.cutoff != cutoff_)
+        return false;
+    stepper_.Resize(order_, rows_.bodies, rows_.massive);
+    const double* at = record.states.data();
+    for (int32 i = 0; i < rows_.bodies; i++, at += SeriesRecord::kNumbers) {
+        stepper_.SetBody(i, {at[0], at[1], at[2]}, {at[3], at[4], at[5]}, rows_.gm[i]);
+        stepper_.SetLow(i, {at[6], at[7], at[8]}, {at[9], at[10], at[11]});
+    }
+    contacts_.Resize(rows_.bodies, rows_.massive);
+    stepper_.Resume(cutoff_, record.place);
+    theta_ = record.theta;
+    hasContact_ = false;
+    if (theta_ == 0.0) return record.place.time.high == time_ && RowsAre(stepper_.Begin());
+    StopFlags goOn;
+    goOn.pauseCount = 0;
+    if (MakeStep(goOn) != SeriesStepper::Result::kDone) return false;
+    theta_ = record.theta;
+    if (theta_ > stepper_.Step().Theta()) return false;
+    stepper_.Evaluate(theta_, &now_);
+    // A report at a time that was asked for is there by its last place.
+    const double last = std::nextafter(time_, HUGE_VAL) - time_;
+    return std::fabs(stepper_.Step().TimeAt(theta_) - time_) <= last && RowsAre(now_);
+}
+
+bool SeriesIntegrator::RowsAre(const SplitStates& states) const {
+    for (int32 i = 0; i < rows_.bodies; i++)
+        for (int32 axis = 0; axis < 3; axis++) {
+            const int32 slot = states.SlotOf(i);
+            if (states.High()[SplitStates::Index(slot, axis)] != rows_.position[axis][i] ||
+                states.High()[SplitStates::Index(slot, 3 + axis)] != rows_.velocity[axis][i])
+                return false;
+        }
+    return true;
+}
+
+// Somebody else has set it: the step begins anew, with what is to be seen of the bodies.
+void SeriesIntegrator::SetTime(double time) {
+    if (time == time_) return;
+    time_ = time;
+    StartAfresh();
+}
+
+Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& stop) {
+    if (!stepper_.HasStep() || theta_ >= stepper_.Step().Theta()) {
+        const SeriesStepper::Result result = MakeStep(stop);
+        if (result != SeriesStepper::Result::kDone) return Fail(result, until);
+    }
+    const SeriesStep& step = stepper_.Step();
+    int32 part = 1;
+    while (part < step.Parts() && step.ThetaOf(part) <= theta_)
+        part++;
+    double theta = step.ThetaOf(part);
+    double time = step.TimeAt(theta);
+    if (until > time_ && until < time) {
+        theta = std::clamp(step.ThetaAt(until), theta_, theta);
+        time = until;
+    }
+    if (hasContact_ && contacts_.Theta() <= theta) {
+        overlaps_.clear();
+        MoveTo(contacts_.Theta(), step.TimeAt(contacts_.Theta()));
+        return {Outcome::kContact};
+    }
+    MoveTo(theta, time);
+    return {Outcome::kReport, theta >= step.Theta() ? 1 : 0};
+}
+
+SeriesStepper::Result SeriesIntegrator::MakeStep(const StopFlags& stop) {
+    const SeriesStepper::Result result = stepper_.MakeStep(stop);
+    theta_ = 0.0;
+    hasContact_ = false;
+    if (result == SeriesStepper::Result::kDone) FindContacts();
+    return result;
+}
+
+void SeriesIntegrator::FindContacts() {
+    for (int32 i = 0; i < rows_.bodies; i++)
+        contacts_.SetRadius(i, rows_.radius[i]);
+    hasContact_ = contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step());
+}
+
+Integrator::Progress SeriesIntegrator::Fail(SeriesStepper::Result result, double until) {
+    if (result == SeriesStepper::Result::kStopped) return {Outcome::kStopped};
+    // Bodies in one place have no series, and those deep within each other no step.
+    FindOverlaps();
+    if (!overlaps_.empty()) return {Outcome::kContact};
+    switch (result) {
+        case SeriesStepper::Result::kTimeStands:
+            return {Outcome::kTimeStands};
+        case SeriesStepper::Result::kNothingPulls:
+            return GoStraight(until);
+        default:
+            // The caller looks for numbers that are none.
+            std::fill_n(rows_.position[0], rows_.bodies, std::numeric_limits<double>::quiet_NaN());
+            return {Outcome::kReport, 1};
+    }
+}
+
+void SeriesIntegrator::FindOverlaps() {
+    overlaps_.clear();
+    for (int32 i = rows_.massive - 1; i >= 0; i--)
+        for (int32 j = rows_.bodies - 1; j > i; j--) {
+            double square = 0.0;
+            for (const double* const axis : rows_.position)
+                square += (axis[i] - axis[j]) * (axis[i] - axis[j]);
+            const double reach = rows_.radius[i] + rows_.radius[j];
+            if (square <= reach * reach) overlaps_.push_back({j, i});
+        }
+}
+
+// Steps would have no end.
+Integrator::Progress SeriesIntegrator::GoStraight(double until) {
+    const double seconds = until - time_;
+    if (!(seconds > 0.0)) return {Outcome::kNothingInteracts};
+    for (int axis = 0; axis < 3; axis++)
+        for (int32 i = 0; i < rows_.bodies; i++)
+            rows_.position[axis][i] += rows_.velocity[axis][i] * seconds;
+    time_ = until;
+    StartAfresh();
+    return {Outcome::kNothingInteracts, 1};
+}
+
+void SeriesIntegrator::MoveTo(double theta, double time) {
+    stepper_.Evaluate(theta, &now_);
+    theta_ = theta;
+    time_ = time;
+    for (int32 i = 0; i < rows_.bodies; i++) {
+        const double* const numbers = now_.High() + SplitStates::Index(now_.SlotOf(i), 0);
+        for (int32 axis = 0; axis < 3; axis++) {
+            rows_.position[axis][i] = numbers[axis * kSlots];
+            rows_.velocity[axis][i] = numbers[(3 + axis) * kSlots];
+        }
+    }
+}
+
+SeriesRecord SeriesIntegrator::Record() const {
+    SeriesRecord record{.order = order_,
+                        .cutoff = cutoff_,
+                        .place = stepper_.Place(),
+                        .theta = stepper_.HasStep() ? theta_ : 0.0,
+                        .states = {}};
+    const SplitStates& begin = stepper_.Begin();
+    for (int32 i = 0; i < rows_.bodies; i++)
+        for (const double* const numbers : {begin.High(), begin.Low()})
+            for (int32 row = 0; row < SplitStates::kRows; row++)
+                record.states.push_back(numbers[SplitStates::Index(begin.SlotOf(i), row)]);
+    return record;
+}
+
+status_t SeriesIntegrator::Archive(BMessage* into) const {
+    return (runs_ ? Record() : kept_).Archive(into);
+}
+
+void SeriesIntegrator::Regenerate(const BMessage* archive) {
+    SeriesRecord record;
+    if (archive == nullptr || record.Regenerate(*archive) != B_OK) record = {};
+    kept_ = std::move(record);
+    runs_ = false;
+}
+
+// All is in the other record.
+status_t SeriesIntegrator::ArchiveRun(BMessage*) const {
+    return B_OK;
+}
+
+status_t SeriesIntegrator::ResumeRun(const BMessage& archive, const Start& start) {
+    SeriesRecord record;
+    if (const status_t status = record.Regenerate(archive); status != B_OK) return status;
+    order_ = start.order;
+    cutoff_ = std::clamp(start.cutoff, kLeastCutoff, kMostCutoff);
+    time_ = start.time;
+    if (!GoOnFrom(record)) return B_BAD_DATA;
+    runs_ = true;
+    return B_OK;
+}

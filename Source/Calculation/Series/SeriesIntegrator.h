@@ -1,0 +1,62 @@
+// The method for orders from 5: Taylor series of order 8, 12, 16, 20 or 24, which are the motion
+// itself between two steps (SeriesStepper.h). Steps are as long as the cutoff, their relative
+// tolerance, allows; each is reported in as many equal parts as its paths bend. Reports may lie
+// anywhere in a step, and what follows does not depend on where a run was stopped. Bodies touch
+// when their series say so, and the run stands there.
+//
+// A run goes on within its step, to the same bits, if its bodies' places, velocities and time are
+// the very numbers of the last report.
+#pragma once
+
+#include "Calculation/Integrator.h"
+#include "Calculation/Series/SeriesContacts.h"
+#include "Calculation/Series/SeriesRecord.h"
+#include "Calculation/Series/SeriesStepper.h"
+
+class SeriesIntegrator final : public Integrator {
+public:
+    [[nodiscard]] std::optional<int32> OrderFor(int32 asked) const override;
+    void SetThreads(int32 threads) override { stepper_.SetThreads(threads); }
+
+    [[nodiscard]] BodyRows MakeRoom(int32 bodies, int32 massive) override;
+    void Begin(const Start& start) override;
+    [[nodiscard]] Progress Advance(double until, const StopFlags& stop) override;
+    [[nodiscard]] double Time() const override { return time_; }
+    void SetTime(double time) override;
+    [[nodiscard]] const std::vector<CollidingPair>& Contacts() const override {
+        return overlaps_.empty() ? contacts_.Pairs() : overlaps_;
+    }
+
+    // The fields of SeriesRecord.
+    [[nodiscard]] status_t Archive(BMessage* into) const override;
+    void Regenerate(const BMessage* archive) override;
+    [[nodiscard]] status_t ArchiveRun(BMessage* into) const override;
+    [[nodiscard]] status_t ResumeRun(const BMessage& archive, const Start& start) override;
+
+private:
+    void StartAfresh();
+    [[nodiscard]] bool GoOnFrom(const SeriesRecord& record);
+    [[nodiscard]] SeriesRecord Record() const;
+    [[nodiscard]] SeriesStepper::Result MakeStep(const StopFlags& stop);
+    [[nodiscard]] Progress Fail(SeriesStepper::Result result, double until);
+    [[nodiscard]] Progress GoStraight(double until);
+    void FindContacts();
+    void FindOverlaps();
+    // Stands there.
+    void MoveTo(double theta, double time);
+    [[nodiscard]] bool RowsAre(const SplitStates& states) const;
+
+    SeriesStepper stepper_;
+    SeriesContacts contacts_;
+    SplitStates now_;  // of the last report
+    std::vector<double> numbers_;
+    BodyRows rows_;  // in numbers_
+    int32 order_ = 0;
+    double cutoff_ = 0.0;
+    double time_ = 0.0;
+    double theta_ = 0.0;                   // the last report's place in the step
+    bool hasContact_ = false;              // in this step, at contacts_.Theta()
+    std::vector<CollidingPair> overlaps_;  // where a step failed
+    bool runs_ = false;
+    SeriesRecord kept_;  // for the next Begin
+};
