@@ -460,8 +460,7 @@ DocumentError Simulation::Find(const BMessage& archive) {
 void Simulation::FindSimWindowInfo(const BMessage& archive) {
     // A key that is never written: whether this window is seen is not the document's affair.
     FindWindowInfo(archive, this, kWindowAtField, "Nothing");
-    if (archive.HasName(kWindowAtField))
-        OpenSimulations::Shared().MoveTo(this, {Frame().left, Frame().top});
+    OpenSimulations::Shared().MoveTo(this, {Frame().left, Frame().top});
     controls_.Windows()->Find(archive);
     saver_.Panel().FindArea(archive);
 }

@@ -113,7 +113,7 @@ TEST_F(EditingDesktopTest, TheSimulationsKeysWorkInAllOfItsWindows) {
     for (const Window& window : {display, epochs, animation, colors, scale}) {
         desktop_->Press(window, "ctrl+b");
         EXPECT_TRUE(IsMarked(window_, true)) << desktop_->Title(window);
-        Undo(window);
+        Undo(window_);
         EXPECT_TRUE(IsMarked(window_, false)) << desktop_->Title(window);
     }
 }

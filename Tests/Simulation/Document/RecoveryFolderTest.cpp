@@ -234,7 +234,7 @@ TEST_F(DocumentSaverTest, ARecoveredDocumentKnowsWhetherItsFileHasChanged) {
     const std::string path = home.Path("Halley");
     const auto write = [&](const char* contents) { std::ofstream(path) << contents; };
     write("mine");
-    file.SetFile(place, "Halley");
+    file.SetFile(place, "Halley", {});
     ASSERT_FALSE(
         file.KeepCopy(PlanetRecord(), "Halley", path, DocumentFile::Copy::kNeeded).Failed());
     const RecoveryCopy copy = folder.List().front();
