@@ -1,6 +1,14 @@
 # Where the program's resources lie when Resources/ has been built.
 set(ORVEK_RESOURCE_FILE "${CMAKE_BINARY_DIR}/Resources/orvek.rsrc")
+# Where the headers lie that name their numbers, "Resources/SCRIPT.h" for each script.
+set(ORVEK_RESOURCE_HEADERS "${CMAKE_BINARY_DIR}/Headers")
 set(ORVEK_RESOURCE_SECTION "${CMAKE_CURRENT_LIST_DIR}/ResourceSection.S")
+
+# orvek_use_text_names(TARGET): its sources, and those of what links it, may include "Resources/SCRIPT.h".
+function(orvek_use_text_names target)
+    target_include_directories(${target} PUBLIC "${ORVEK_RESOURCE_HEADERS}")
+    add_dependencies(${target} text_names)
+endfunction()
 
 # orvek_add_resources(TARGET): puts the program's resources into an executable.
 function(orvek_add_resources target)

@@ -17,7 +17,10 @@ public:
     [[nodiscard]] bool ReadNumber(RdefValue* value);
     [[nodiscard]] bool ReadInteger(int64* value) { return ReadBinary(0, value); }
 
-    void Define(const std::string& name, int64 value) { constants_[name] = value; }
+    // False: the name stands for another number.
+    [[nodiscard]] bool Define(const std::string& name, int64 value) {
+        return constants_.try_emplace(name, value).first->second == value;
+    }
 
 private:
     bool ReadReal(double* value);

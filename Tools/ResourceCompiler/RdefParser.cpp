@@ -18,6 +18,10 @@ bool RdefParser::Parse(const std::string& path) {
 }
 
 bool RdefParser::ReadEnum() {
+    if (tokens_.Current().Is(Kind::kWord)) {
+        names_.SetType(tokens_.Current().text);
+        return tokens_.Advance();
+    }
     int64 next = 0;
     bool more = true;
     if (!tokens_.Expect('{')) return false;
@@ -27,7 +31,8 @@ bool RdefParser::ReadEnum() {
         bool given = false;
         if (!tokens_.Advance() || !tokens_.Skip('=', &given)) return false;
         if (given && !numbers_.ReadInteger(&next)) return false;
-        numbers_.Define(name, next++);
+        if (!numbers_.Define(name, next++))
+            return tokens_.Fail("the name is there already: " + name);
         if (!tokens_.Skip(',', &more)) return false;
     }
     return tokens_.Expect('}');
@@ -49,7 +54,7 @@ bool RdefParser::ReadResource() {
                         std::to_string(number) + " is there already");
 }
 
-// ( ), (number), ("name"), (number, "name").
+// ( ), (number), ("name"), (number, "name"); a number may be given a name.
 bool RdefParser::ReadId(Id* id) {
     if (!tokens_.Current().IsSymbol('(') || tokens_.Following().Is(Kind::kTypeCode) ||
         values_.IsCast())
@@ -64,10 +69,18 @@ bool RdefParser::ReadId(Id* id) {
 
 bool RdefParser::ReadIdNumber(Id* id) {
     int64 number = 0;
+    std::string name;
+    if (tokens_.Current().Is(Kind::kWord) && tokens_.Following().IsSymbol('=')) {
+        name = tokens_.Current().text;
+        if (!tokens_.Advance() || !tokens_.Advance()) return false;
+    }
     if (!numbers_.ReadInteger(&number)) return false;
     if (number < std::numeric_limits<int32>::min() || number > std::numeric_limits<int32>::max())
         return tokens_.Fail("a resource's number has 32 bits");
     id->number = static_cast<int32>(number);
+    if (name.empty()) return true;
+    if (!numbers_.Define(name, number)) return tokens_.Fail("the name is there already: " + name);
+    names_.Add(name, *id->number);
     return true;
 }
 

@@ -1,11 +1,14 @@
 // Reads a resource script, one statement after the other, and collects its resources.
 //
 //     enum { NAME [= number], ... };
-//     resource [(number, "name")] [#'type'] value;
+//     enum TYPE;
+//     resource [([NAME =] number, "name")] [#'type'] value;
 //
-// The values and their types are those of the platform's resource scripts; user-defined types are
-// not known. One cast is added: `(big_endian) message { ... }` stores the record, with all that are
-// nested in it, in that byte order. Used by one thread, for one script.
+// A NAME stands for its number from there on. Those that a script gives to resources of its own are
+// told to the program, as enumerators of the TYPE if there is one: the number of a text is said
+// where the text is. The values and their types are those of the platform's resource scripts;
+// user-defined types are not known. One cast is added: `(big_endian) message { ... }` stores the
+// record, with all that are nested in it, in that byte order. Used by one thread, for one script.
 #pragma once
 
 #include <optional>
@@ -14,6 +17,7 @@
 #include "Tools/ResourceCompiler/RdefNumberParser.h"
 #include "Tools/ResourceCompiler/RdefTokens.h"
 #include "Tools/ResourceCompiler/RdefValueParser.h"
+#include "Tools/ResourceCompiler/ResourceNames.h"
 #include "Tools/ResourceCompiler/ResourceWriter.h"
 
 class RdefParser {
@@ -23,6 +27,7 @@ public:
     // False on a fault: Error() tells file, line and reason.
     [[nodiscard]] bool Parse(const std::string& path);
     [[nodiscard]] const std::string& Error() const { return tokens_.Error(); }
+    [[nodiscard]] const ResourceNames& Names() const { return names_; }
 
 private:
     struct Id {
@@ -37,6 +42,7 @@ private:
     bool ReadTypeCode(std::optional<type_code>* type);
 
     ResourceWriter& writer_;
+    ResourceNames names_;
     RdefTokens tokens_;
     RdefNumberParser numbers_{&tokens_};
     RdefValueParser values_{&tokens_, &numbers_};
