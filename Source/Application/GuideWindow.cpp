@@ -1,9 +1,9 @@
 #include "Application/GuideWindow.h"
 
-#include "Interface Widgets/HelpTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Interface/Handles/BFont.h"
 #include "Platform/Interface/Handles/BPageView.h"
+#include "Resources/Help.h"
 
 namespace {
 

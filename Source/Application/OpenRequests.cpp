@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "Application/ProgramTexts.h"
 #include "Platform/Storage/BPath.h"
+#include "Resources/ApplicationFeatures.h"
+#include "Resources/SimulationFeatures.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
-#include "Simulation/SimulationTexts.h"
 
 namespace {
 

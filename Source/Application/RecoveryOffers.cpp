@@ -4,10 +4,10 @@
 #include <ctime>
 
 #include "Application/MessageBoxes/MessageWindow.h"
-#include "Application/ProgramTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
+#include "Resources/ApplicationFeatures.h"
 #include "Simulation/Document/TextTemplate.h"
 
 namespace {

@@ -6,16 +6,17 @@
 
 #include <cerrno>
 
-#include "Application/ProgramTexts.h"
 #include "Application/SessionEnd.h"
 #include "Application/SimApp.h"
 #include "Application/SingleLaunch.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/EndSignals.h"
+#include "Resources/ApplicationFeatures.h"
+#include "Resources/DisplayFeatures.h"
+#include "Resources/SimulationFeatures.h"
 #include "Simulation/Document/DocumentError.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
-#include "Simulation/SimulationTexts.h"
 
 namespace {
 

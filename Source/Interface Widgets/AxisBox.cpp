@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Interface/Handles/BRadioButton.h"
 #include "Platform/Interface/Handles/BStringView.h"
+#include "Resources/DisplayWindows.h"
 
 AxisBox::AxisBox(const char* name, const InterfaceTexts& texts) : BGroupView(name, B_VERTICAL) {
     AddChild(new BStringView("sight", texts.Text(kLabelSightAlong)));

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/QuantityLine.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -13,6 +12,7 @@
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

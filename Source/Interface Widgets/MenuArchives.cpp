@@ -3,8 +3,6 @@
 #include <memory>
 
 #include "Interface Widgets/AbbreviatedMenuField.h"
-#include "Interface Widgets/HelpTexts.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/NumberBox.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -14,6 +12,11 @@
 #include "Model/Units/UnitTable.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Interface/Handles/BMenu.h"
+#include "Resources/ApplicationFeatures.h"
+#include "Resources/DisplayFeatures.h"
+#include "Resources/Help.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 #include <optional>
 #include <string>
 
-#include "Interface Widgets/EntryTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/QuantityLine.h"
 #include "Interface Widgets/UnitField.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
+#include "Resources/SettingsFeatures.h"
 
 NumberBox::NumberBox(const char* name, const char* label, const UnitTable* units,
                      const BMessage& unitMenuField, const InterfaceTexts& texts)

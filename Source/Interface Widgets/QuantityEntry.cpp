@@ -1,8 +1,8 @@
 #include "Interface Widgets/QuantityEntry.h"
 
-#include "Interface Widgets/EntryTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/QuantityLine.h"
+#include "Resources/SettingsFeatures.h"
 
 QuantityEntry::QuantityEntry(const char* name, const char* label, EpochPortal* portal,
                              const UnitTable* units, const BMessage& unitMenuField,

@@ -1,10 +1,10 @@
 #include "Interface Widgets/QuantityLine.h"
 
-#include "Interface Widgets/EntryTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/SettingsFeatures.h"
 
 namespace {
 

@@ -1,11 +1,12 @@
 #include "Interface Widgets/ScaleBox.h"
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
 #include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Handles/BStringView.h"
+#include "Resources/DisplayFeatures.h"
+#include "Resources/DisplayWindows.h"
 
 ScaleBox::ScaleBox(const char* name, const InterfaceTexts& texts, const UnitTable* units,
                    const BMessage& unitMenuField)

@@ -1,7 +1,6 @@
 #include "Interface Widgets/SubWindow.h"
 
 #include "Interface Widgets/HelpMenu.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/AppDefs.h"
@@ -10,6 +9,9 @@
 #include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Server/HelpKey.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 SubWindow::SubWindow(BRect frame, const char* title, window_type look, uint32 flags, BLooper* owner,
                      const InterfaceTexts* texts)

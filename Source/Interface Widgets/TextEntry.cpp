@@ -1,9 +1,9 @@
 #include "Interface Widgets/TextEntry.h"
 
-#include "Interface Widgets/EntryTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BEntryControl.h"
+#include "Resources/SettingsFeatures.h"
 
 TextEntry::TextEntry(const char* name, const char* label, EpochPortal* portal,
                      const InterfaceTexts& texts)

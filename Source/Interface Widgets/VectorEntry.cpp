@@ -1,11 +1,11 @@
 #include "Interface Widgets/VectorEntry.h"
 
-#include "Interface Widgets/EntryTexts.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/QuantityLine.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Handles/BGridView.h"
 #include "Platform/Interface/Handles/BStringView.h"
+#include "Resources/SettingsFeatures.h"
 
 namespace {
 

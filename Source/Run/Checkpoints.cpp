@@ -10,6 +10,7 @@
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Resources/Runner.h"
 #include "Run/Options.h"
 #include "Run/RunnerOutput.h"
 #include "Simulation/Document/ProgramResources.h"

@@ -5,8 +5,8 @@
 #include <chrono>
 #include <optional>
 
+#include "Resources/Runner.h"
 #include "Run/RunRecord.h"
-#include "Run/RunnerTexts.h"
 
 class DocumentError;
 class ProgramResources;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "Resources/DocumentTexts.h"
+#include "Resources/Runner.h"
 #include "Run/EditText.h"
-#include "Run/RunnerTexts.h"
-#include "Simulation/Document/DocumentTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"

@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "Model/Epochs/EpochLimits.h"
+#include "Resources/Runner.h"
 #include "Run/EditText.h"
 #include "Run/OutputFile.h"
 #include "Run/RunPainter.h"
-#include "Run/RunnerTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "Resources/Runner.h"
 #include "Run/NumberText.h"
-#include "Run/RunnerTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "Platform/Storage/FileDescriptor.h"
+#include "Resources/Runner.h"
 #include "Run/CsvWriter.h"
 #include "Run/Options.h"
 #include "Run/RunRecorder.h"

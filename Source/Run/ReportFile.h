@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
+#include "Resources/Runner.h"
 #include "Run/OutputFile.h"
 #include "Run/RunRecord.h"
-#include "Run/RunnerTexts.h"
 
 class CsvWriter;
 class RunRecorder;

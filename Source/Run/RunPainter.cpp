@@ -2,9 +2,9 @@
 
 #include "Calculation/Calculator.h"
 #include "Displays/Pictures/RunPicture.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Server/HeadlessGraphics.h"
+#include "Resources/EpochWindow.h"
 #include "Run/Options.h"
 #include "Simulation/Document/ProgramResources.h"
 

@@ -1,8 +1,8 @@
 #include "Run/RunSummary.h"
 
+#include "Resources/Runner.h"
 #include "Run/JsonObject.h"
 #include "Run/NumberText.h"
-#include "Run/RunnerTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 

@@ -12,11 +12,13 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Storage/AtomicFile.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/DocumentTexts.h"
+#include "Resources/Runner.h"
 #include "Run/DocumentEdit.h"
 #include "Run/EpochListing.h"
 #include "Run/NumberText.h"
 #include "Run/OutputClash.h"
-#include "Run/RunnerTexts.h"
 #include "Run/StateDigest.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
@@ -95,7 +97,7 @@ int Runner::EditDocument() {
 
 std::string Runner::DocumentName() const {
     if (options_.resume) return *options_.resume;
-    return options_.document.value_or(resources_.InterfaceLabel(kTextTemplateName));
+    return options_.document.value_or(resources_.InterfaceLabel(kLabelUntitled));
 }
 
 DocumentError Runner::ReadRecord(BMessage* record) const {
@@ -283,7 +285,7 @@ bool Runner::ResolveCollision(Progress* progress) {
     const double uval = OfFocus(&AbEpoch::TimeUval);
     const std::string unit = resources_.TimeUnits().Abbreviation(uval);
     for (const Merger& merger : result.mergers)
-        output_.Note(FillIn(resources_.InterfaceLabel(kTextMerger),
+        output_.Note(FillIn(resources_.InterfaceLabel(kTextRunnerMerger),
                             {merger.survivorName, merger.absorbedName,
                              RoundedText(merger.time / uval, kTimeDigits), unit}));
     ending_ = result.unmerged;

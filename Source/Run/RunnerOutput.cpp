@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "Platform/Application/BMessage.h"
+#include "Resources/Runner.h"
 #include "Run/Options.h"
 #include "Run/OutputFile.h"
-#include "Run/RunnerTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Simulation/Document/TextTemplate.h"

@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "Resources/CommonTexts.h"
+#include "Resources/Runner.h"
 #include "Run/Options.h"
 #include "Run/RunPainter.h"
 #include "Run/Runner.h"
-#include "Run/RunnerTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 
@@ -28,7 +29,7 @@ int RunWith(const ProgramResources& resources, const std::vector<std::string_vie
         return Runner::kUsage;
     }
     if (options.help)
-        return print(stdout, kTextHelp, std::to_string(Options::kDefaultSteps),
+        return print(stdout, kTextRunnerHelp, std::to_string(Options::kDefaultSteps),
                      RunPainter::IsPossible() ? std::string()
                                               : resources.InterfaceLabel(kTextNotInThisBuild));
     if (options.version) return print(stdout, kTextVersion, ORVEK_VERSION);
@@ -36,7 +37,7 @@ int RunWith(const ProgramResources& resources, const std::vector<std::string_vie
         return Runner(options, resources).Run();
     } catch (const std::bad_alloc&) {
         const std::string name =
-            options.document.value_or(resources.InterfaceLabel(kTextTemplateName));
+            options.document.value_or(resources.InterfaceLabel(kLabelUntitled));
         const std::string failure =
             FillIn(resources.InterfaceLabel(kTextFailure), {name, std::strerror(ENOMEM)});
         std::fwrite(failure.data(), 1, failure.size(), stderr);

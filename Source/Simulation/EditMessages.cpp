@@ -5,7 +5,7 @@
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
-#include "Simulation/Document/DocumentTexts.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/GroupWindow.h"

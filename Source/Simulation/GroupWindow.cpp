@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/AppDefs.h"
@@ -13,7 +12,9 @@
 #include "Platform/Interface/Handles/BScrollView.h"
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Handles/BTextControl.h"
-#include "Simulation/SimulationTexts.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

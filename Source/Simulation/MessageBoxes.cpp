@@ -5,12 +5,14 @@
 #include "Application/MessageBoxes/MessageWindow.h"
 #include "Application/MessageBoxes/StandingAnswer.h"
 #include "Displays/Base/DisplayContext.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/Menus.h"
+#include "Resources/MessageBoxes.h"
 #include "Simulation/SimulationHost.h"
 
 namespace {

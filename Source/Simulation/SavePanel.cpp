@@ -1,11 +1,11 @@
 #include "Simulation/SavePanel.h"
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MyFilePanel.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationFeatures.h"
 #include "Simulation/Document/WindowFields.h"
-#include "Simulation/SimulationTexts.h"
 
 namespace {
 

@@ -1,13 +1,14 @@
 #include "Simulation/SimulationControls.h"
 
 #include "Displays/Projection/ProjectionDisplay.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 #include "Simulation/DisplayList.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
@@ -18,7 +19,6 @@
 #include "Simulation/Simulation.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationMenus.h"
-#include "Simulation/SimulationTexts.h"
 #include "Simulation/StatusLine.h"
 #include "Simulation/SubsidiaryWindows.h"
 

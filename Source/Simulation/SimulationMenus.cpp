@@ -3,7 +3,6 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/HelpMenu.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -13,9 +12,11 @@
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/SimulationHost.h"
-#include "Simulation/SimulationTexts.h"
 
 SimulationMenus::SimulationMenus(const Simulation* simulation, SimulationHost* host)
     : texts_(*host->Context().texts), bar_(new BMenuBar("Main Menu Bar")) {

@@ -8,6 +8,7 @@
 #include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Handles/SaveChoice.h"
+#include "Resources/SimulationFeatures.h"
 #include "Simulation/DisplayList.h"
 #include "Simulation/Document/DocumentSaver.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -17,7 +18,6 @@
 #include "Simulation/Document/WindowFields.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationHost.h"
-#include "Simulation/SimulationTexts.h"
 #include "Simulation/SubsidiaryWindows.h"
 #include "Simulation/WindowPlaces.h"
 

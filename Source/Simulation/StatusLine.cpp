@@ -8,9 +8,9 @@
 #include "Model/Units/UnitTable.h"
 #include "Platform/Interface/Handles/BFont.h"
 #include "Platform/Interface/Handles/BStringView.h"
+#include "Resources/SimulationFeatures.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
-#include "Simulation/SimulationTexts.h"
 
 namespace {
 

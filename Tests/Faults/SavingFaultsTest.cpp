@@ -15,6 +15,7 @@
 #include "Application/Prefs/Preferences.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Storage/FileDescriptor.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/RecoveryFolder.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Tests/Faults/SystemCalls.h"

@@ -44,7 +44,7 @@ function(orvek_floor name)
     add_library(${name} STATIC ${sources})
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
     target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/Source")
-    if(NOT name STREQUAL platform)  # on which the compiler of resources stands
+    if(NOT name STREQUAL "platform")  # on which the compiler of resources stands
         orvek_use_text_names(${name})
     endif()
     target_link_libraries(${name} PUBLIC orvek_flags ${ARG_LINKS})

@@ -1,7 +1,6 @@
 #include "Application/MessageBoxes/MessageWindow.h"
 
 #include "Interface Widgets/HelpMenu.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Interface/Handles/BApplication.h"
@@ -11,6 +10,7 @@
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Server/HelpKey.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/CommonTexts.h"
 
 namespace {
 

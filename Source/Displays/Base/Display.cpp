@@ -3,7 +3,6 @@
 #include <new>
 
 #include "Displays/Base/WindowPlacement.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/EpochPortal.h"
@@ -12,6 +11,7 @@
 #include "Platform/Application/FieldTable.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Support/BAutolock.h"
+#include "Resources/CommonTexts.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include "Displays/Base/Display.h"
 #include "Displays/Projection/RequesterButtons.h"
 #include "Interface Widgets/AxisBox.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/CommonTexts.h"
 
 AxisRequester::AxisRequester(int32 axis, Display* display)
     : BWindow(BRect{}, display->Texts().Text(kLabelChooseAxis), B_MODAL_WINDOW,

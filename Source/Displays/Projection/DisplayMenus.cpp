@@ -5,7 +5,6 @@
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/HelpMenu.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -14,6 +13,10 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Resources/DisplayFeatures.h"
+#include "Resources/DisplayWindows.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationFeatures.h"
 
 namespace {
 

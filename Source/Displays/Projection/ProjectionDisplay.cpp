@@ -10,7 +10,6 @@
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Trajectories/LineClipping.h"
 #include "Displays/Trajectories/TrailSource.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ScaleBox.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -26,6 +25,12 @@
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/BEntry.h"
 #include "Platform/Support/BAutolock.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/DisplayFeatures.h"
+#include "Resources/EpochWindow.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 
 #include "Displays/Base/Display.h"
 #include "Interface Widgets/HelpMenu.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/AppDefs.h"
@@ -14,6 +13,10 @@
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Server/HelpKey.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/Menus.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

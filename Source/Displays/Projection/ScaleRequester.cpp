@@ -6,7 +6,6 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/RequesterButtons.h"
 #include "Displays/Projection/ScaleChoice.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ScaleBox.h"
@@ -14,6 +13,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BScreen.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/CommonTexts.h"
 
 namespace {
 

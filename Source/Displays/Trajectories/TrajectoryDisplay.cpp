@@ -1,6 +1,5 @@
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -8,6 +7,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Handles/BScrollView.h"
 #include "Platform/Support/BAutolock.h"
+#include "Resources/DisplayFeatures.h"
 
 namespace {
 

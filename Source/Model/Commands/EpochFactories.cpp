@@ -6,6 +6,7 @@
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Resources/CommandNames.h"
 
 std::string EpochNameFactory::Current(const EpochPortal& portal) const {
     return portal.FocusEpoch()->Name();

@@ -3,7 +3,10 @@
 
 #include <memory>
 
-#include "Model/Commands/CommandNames.h"
+#include "Resources/CommandNames.h"
+
+// Of a command that nobody has named.
+constexpr CommandName kUnnamedCommand{};
 
 class LCommand {
 public:

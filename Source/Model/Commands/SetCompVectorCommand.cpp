@@ -5,6 +5,7 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Systems/Body.h"
+#include "Resources/CommandNames.h"
 
 const VectorQuantity kPositionQuantity{&MassSystem::DisplaceCommand, &MassSystem::Position,
                                        &MassSystem::SetPosition,     &MassSystem::PositionUval,

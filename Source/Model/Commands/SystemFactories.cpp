@@ -5,6 +5,7 @@
 #include "Model/Commands/MacroCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Resources/CommandNames.h"
 
 namespace {
 

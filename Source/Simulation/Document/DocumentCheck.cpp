@@ -10,6 +10,7 @@
 #include "Model/Systems/Body.h"
 #include "Model/Systems/CompositeSystem.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/DocumentTexts.h"
 
 namespace {
 

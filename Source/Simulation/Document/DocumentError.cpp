@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Platform/Storage/ErrnoStatus.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Platform/Support/Errors.h"
-#include "Simulation/Document/DocumentTexts.h"
+#include "Resources/DocumentTexts.h"
 
 class ProgramResources;
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 

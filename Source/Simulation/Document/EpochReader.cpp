@@ -12,6 +12,7 @@
 #include "Model/Systems/NewIdentifiers.h"
 #include "Model/Systems/SystemReading.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/DocumentCheck.h"
 
 namespace {

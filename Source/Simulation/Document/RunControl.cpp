@@ -10,6 +10,7 @@
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/CommandNames.h"
 #include "Simulation/Document/CenterOfMass.h"
 #include "Simulation/Document/RunControlView.h"
 

@@ -6,7 +6,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/MassSystem.h"
 #include "Model/Units/QuantityText.h"
-#include "Simulation/Document/DocumentTexts.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 

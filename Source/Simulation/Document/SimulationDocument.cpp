@@ -8,6 +8,7 @@
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/FieldTable.h"
 #include "Platform/Support/BAutolock.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/DocumentCheck.h"
 #include "Simulation/Document/EpochReader.h"
 #include "Simulation/Document/SimulationFile.h"

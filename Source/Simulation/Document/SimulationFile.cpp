@@ -18,6 +18,7 @@
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/BNodeInfo.h"
 #include "Platform/Storage/FileDescriptor.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/DocumentCheck.h"
 #include "Simulation/Document/EpochReader.h"
 #include "Simulation/Document/FileStamp.h"

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Systems/MassSystem.h"
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
+#include "Resources/EpochFeatures.h"
+#include "Resources/EpochWindow.h"
 #include "Simulation/Document/TextTemplate.h"
-#include "Simulation/Epochs/EpochTexts.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/CommandFactory.h"
@@ -19,7 +18,11 @@
 #include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Lists/BColumnListView.h"
 #include "Platform/Interface/Server/WindowServer.h"
-#include "Simulation/Epochs/EpochTexts.h"
+#include "Resources/CommandNames.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/EpochFeatures.h"
+#include "Resources/EpochWindow.h"
+#include "Resources/Menus.h"
 
 namespace {
 

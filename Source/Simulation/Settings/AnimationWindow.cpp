@@ -1,12 +1,13 @@
 #include "Simulation/Settings/AnimationWindow.h"
 
 #include "Displays/Base/DisplayContext.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/SliderEntry.h"
 #include "Interface Widgets/WholeNumberFactory.h"
 #include "Model/Commands/EpochFactories.h"
 #include "Platform/Interface/Handles/BBox.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

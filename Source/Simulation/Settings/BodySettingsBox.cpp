@@ -1,7 +1,6 @@
 #include "Simulation/Settings/BodySettingsBox.h"
 
 #include "Displays/Base/DisplayContext.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -18,7 +17,9 @@
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Server/WindowServer.h"
-#include "Simulation/Settings/SettingsTexts.h"
+#include "Resources/Menus.h"
+#include "Resources/SettingsFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "Displays/Base/DisplayContext.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/MenuEntry.h"
@@ -21,7 +20,8 @@
 #include "Platform/Interface/Handles/BFont.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BStringView.h"
-#include "Simulation/Settings/SettingsTexts.h"
+#include "Resources/SettingsFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/ColorEntry.h"
-#include "Interface Widgets/InterfaceLabels.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/SwitchEntry.h"
 #include "Model/Commands/SystemFactories.h"
@@ -11,7 +10,9 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BBox.h"
 #include "Platform/Interface/Handles/BStringView.h"
-#include "Simulation/Settings/SettingsTexts.h"
+#include "Resources/CommonTexts.h"
+#include "Resources/SettingsFeatures.h"
+#include "Resources/SimulationWindow.h"
 #include "Simulation/Settings/TrailPreview.h"
 
 namespace {

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "Model/Systems/CompositeSystem.h"
+#include "Resources/DocumentTexts.h"
 #include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {

@@ -8,6 +8,7 @@
 
 #include "Model/Commands/CommandFactory.h"
 #include "Model/Commands/NewEpochCommand.h"
+#include "Resources/DocumentTexts.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Tests/Platform/TestFolder.h"
 #include "Tests/Simulation/Document/SampleDocument.h"

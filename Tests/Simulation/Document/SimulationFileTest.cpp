@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "Model/Systems/CompositeSystem.h"
+#include "Resources/DocumentTexts.h"
 #include "Tests/Platform/TestFolder.h"
 #include "Tests/Simulation/Document/SampleDocument.h"
 

@@ -43,6 +43,13 @@ protected:
         const void* const data = resources.LoadResource(found, 1, &size);
         return StringOf(data, size);
     }
+    // What the program is told of the script's names.
+    std::string Header(const std::string& script) const {
+        ResourceWriter writer;
+        RdefParser parser(&writer);
+        EXPECT_TRUE(parser.Parse(folder_.Write("test.rdef", script))) << parser.Error();
+        return parser.Names().Header("test.rdef");
+    }
     // What is wrong with the script, "LINE: REASON" in the script itself.
     std::string Fault(const std::string& script) const {
         ResourceWriter writer;
@@ -144,6 +151,24 @@ TEST_F(RdefTest, ResourcesHaveNumberNameAndType) {
     EXPECT_EQ(data[16], 5);
     EXPECT_STREQ(&data[20], "s");
     EXPECT_STREQ(&data[84], "l");
+}
+
+TEST_F(RdefTest, NamesOfNumbersBecomeAHeader) {
+    const std::string script =
+        "enum Color; enum { kBase = 40 };\n"
+        "resource(kRed = kBase + 2, \"Colors\") \"red\"; resource(kRed + 1) \"green\";\n"
+        "resource(kBlue = 50) #'BLUE' \"blue\";\n";
+    const std::string header = Header(script);
+    EXPECT_NE(header.find("enum Color : int32 {\n    kRed = 42,\n    kBlue = 50,\n};"),
+              std::string::npos)
+        << header;
+    EXPECT_NE(Header("resource(kOne = 1) \"\";").find("enum : int32 {"), std::string::npos);
+
+    const BResources resources = Resources(script);
+    std::size_t size = 0;
+    EXPECT_EQ(StringOf(resources.LoadResource(B_STRING_TYPE, 43, &size), size), "green\0"s);
+    EXPECT_EQ(StringOf(resources.LoadResource(FourCC("BLUE"), 50, &size), size), "blue\0"s);
+    EXPECT_EQ(Fault(script + "resource(kRed = 7) \"\";"), "4: the name is there already: kRed");
 }
 
 TEST_F(RdefTest, RecordsHaveFieldsOfEveryKind) {
