@@ -139,4 +139,5 @@ void RunRecord::DescribeFields(FieldDescriptions* into) {
                   "what was asked for: this, the next or both");
     DescribeField(into, kGoalTime, B_DOUBLE_TYPE, "0, 1", "none", "s");
     DescribeField(into, kReports, B_INT64_TYPE, "0, 1", "as many as steps", "made until now");
+    kMarkFields.Describe(into);
 }
