@@ -67,8 +67,9 @@ ProjectionDisplay::~ProjectionDisplay() = default;
 
 // The menus of this window have these keys.
 void ProjectionDisplay::RemoveMenuShortcuts() {
-    for (const int32 label : {kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey, kLabelGoKey,
-                              kLabelAnimationKey, kLabelEpochsKey})
+    for (const int32 label :
+         std::initializer_list<int32>{kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey,
+                                      kLabelGoKey, kLabelAnimationKey, kLabelEpochsKey})
         if (const char key = Texts().LowerKey(label); key != '\0')
             RemoveShortcut(static_cast<uint8>(key), 0);
 }
