@@ -1,6 +1,5 @@
 #include "Run/RunRecord.h"
 
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
