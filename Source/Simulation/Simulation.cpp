@@ -40,7 +40,7 @@ namespace {
 // Each has the next one posted.
 constexpr uint32 kBuildSteps[] = {kBuildMenuBar,        kBuildRootView, kBuildBodySettings,
                                   kBuildGlobalControls, kArrangeWindow, kShowWindow};
-// Steps of old, and what still may ask for them.
+// Obsolete build steps, ignored.
 constexpr uint32 kNothingToDo[] = {kBuildNothing, FourCC("txmd")};
 
 constexpr int32 kEverything = -1;
