@@ -13,12 +13,10 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BFont.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Lists/BColumnListView.h"
-#include "Platform/Interface/Server/WindowServer.h"
 #include "Simulation/Epochs/EpochTexts.h"
 
 namespace {
