@@ -95,7 +95,7 @@ bool ForceEvaluator::SetInstructionSet(InstructionSet set) {
 }
 
 void ForceEvaluator::Resize(int32 bodies, int32 massive) {
-    // An odd number of lines, lest the arrays compete for the same places of the cache.
+    // An odd number of lines avoids cache conflicts between the arrays.
     const auto stride = static_cast<size_t>((bodies + kMostLanes - 1) / kMostLanes | 1);
     if (stride > stride_) {
         stride_ = stride;

@@ -147,7 +147,7 @@ private:
                 Unless(self, from[2][source] - to.z, Real{})};
     }
 
-    // Infinite towards itself, whence a body neither touches nor pulls itself.
+    // Infinite towards itself, so a body neither touches nor pulls itself.
     template <class Self>
     ORVEK_INLINE static Real SquaredDistance(const Triples& d, Self self) {
         return Unless(self, d.Dot(d), V::Fill(__builtin_inf()));

@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    // Lest the rows compete for the same places of the cache.
+    // Avoids cache conflicts between the rows.
     static std::size_t OddNumberOfCacheLines(std::size_t numbers) {
         return (numbers + 15) / 16 * 16 + 8;
     }

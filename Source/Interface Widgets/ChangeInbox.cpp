@@ -8,5 +8,5 @@ void ChangeInbox::Put(int32 changes) {
     if (changes_.fetch_or(changes) != 0) return;
     // The one message of this burst must arrive, even if the port is full.
     if (window_->PostMessage(kRedisplay) == B_WOULD_BLOCK)
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(window_)), BMessage(kRedisplay));
+        WindowServer::Deliver(window_, BMessage(kRedisplay));
 }

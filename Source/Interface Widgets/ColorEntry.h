@@ -49,7 +49,7 @@ private:
     void AddChannel(BGridView* grid, std::size_t index, const std::string& spoken,
                     const std::string& label, const InterfaceTexts& texts);
     [[nodiscard]] rgb_color SliderColor() const;
-    // Any thread. Nothing for a text that is of no use, which it answers.
+    // Any thread. Nothing for an invalid text, which is rejected.
     [[nodiscard]] std::optional<uint8> ReadChannel(std::size_t index, const std::string& typed,
                                                    uint8 inForce);
     void ShowSliders(rgb_color color);

@@ -1,6 +1,6 @@
 // The line of a quantity, a number and perhaps a unit: "384400 km". The one place where such texts
-// are shown, read, and answered when they are of no use. Part of an entry, whose window's lock
-// guards it; but what stands under "Any thread" needs no lock.
+// are shown, read, and rejected when invalid. Part of an entry, whose window's lock guards it; but
+// what stands under "Any thread" needs no lock.
 #pragma once
 
 #include <optional>

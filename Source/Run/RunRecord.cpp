@@ -1,6 +1,5 @@
 #include "Run/RunRecord.h"
 
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -82,7 +81,7 @@ bool IsInterval(int64 every) {
 constexpr FieldTable kMarkFields{
     Field<&ReportMark::size>{
         .name = kReportsSize,
-        .meaning = "bytes of the file of reports, as long as the run writes one",
+        .meaning = "if the run writes its reports to a file: bytes of that until now",
         .whenMissing = kNoFile},
     Field<&ReportMark::lastRow>{.name = kReportsEnd,
                                 .meaning = "the row that those bytes end with",
@@ -139,5 +138,10 @@ void RunRecord::DescribeFields(FieldDescriptions* into) {
                   "what was asked for: this, the next or both");
     DescribeField(into, kGoalTime, B_DOUBLE_TYPE, "0, 1", "none", "s");
     DescribeField(into, kReports, B_INT64_TYPE, "0, 1", "as many as steps", "made until now");
-    kMarkFields.Describe(into);
+    FieldDescriptions mark;
+    kMarkFields.Describe(&mark);
+    for (FieldDescription& field : mark) {
+        field.count = "0, 1";
+        into->push_back(std::move(field));
+    }
 }

@@ -9,7 +9,6 @@
 #include "Interface Widgets/ProgramMessages.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BScreen.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Support/BAutolock.h"

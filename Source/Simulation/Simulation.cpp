@@ -9,11 +9,9 @@
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ChangeFlags.h"
-#include "Model/Units/QuantityText.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessageRunner.h"
-#include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BFilePanel.h"
 #include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Interface/Server/WindowServer.h"
@@ -40,7 +38,7 @@ namespace {
 // Each has the next one posted.
 constexpr uint32 kBuildSteps[] = {kBuildMenuBar,        kBuildRootView, kBuildBodySettings,
                                   kBuildGlobalControls, kArrangeWindow, kShowWindow};
-// Steps of old, and what still may ask for them.
+// Obsolete build steps, ignored.
 constexpr uint32 kNothingToDo[] = {kBuildNothing, FourCC("txmd")};
 
 constexpr int32 kEverything = -1;

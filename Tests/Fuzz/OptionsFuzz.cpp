@@ -1,6 +1,7 @@
 // Reading command lines of orvek-run, one argument a line.
 #include <cmath>
 
+#include "Model/Epochs/EpochLimits.h"
 #include "Run/Options.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Tests/Fuzz/FuzzKit.h"
@@ -19,7 +20,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Check(duration > 0.0 && std::isfinite(duration), "a duration can be run");
     fuzz::Check(options.scale >= 0.0 && std::isfinite(options.scale), "a scale can be drawn");
     fuzz::Check(options.axis >= 1 && options.axis <= 3, "there are three axes");
-    fuzz::Check(options.order.value_or(2) >= 2 && options.order.value_or(4) <= 4,
-                "there is such an order");
+    fuzz::Check(IsOrder(options.order.value_or(kDefaultOrder)), "there is such an order");
     return 0;
 }

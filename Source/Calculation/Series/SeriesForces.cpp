@@ -30,7 +30,7 @@ int64 CountBlocks(int32 vectors) {
     return int64{kSlots} * vectors * (vectors - 1) / 2 + int64{kSlots / 2} * vectors;
 }
 
-// An odd number of lines from order to order, lest they compete for the same places of the cache.
+// An odd number of lines from order to order avoids cache conflicts.
 int64 LinesOfTwoOrders(int64 blocks) {
     return blocks * 4 + 1;
 }

@@ -6,17 +6,17 @@
 #include <utility>
 
 #include "Calculation/StopFlags.h"
+#include "Model/Epochs/EpochLimits.h"
 
 namespace {
 
-constexpr int32 kLeastOrder = 5;
 constexpr double kLeastCutoff = 1e-16;
 constexpr double kMostCutoff = 1e-6;
 
 }  // namespace
 
 std::optional<int32> SeriesIntegrator::OrderFor(int32 asked) const {
-    if (asked < kLeastOrder) return std::nullopt;
+    if (asked <= kMaxLowOrder) return std::nullopt;
     return SeriesForces::OrderFor(asked, 0);
 }
 

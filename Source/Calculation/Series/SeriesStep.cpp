@@ -56,7 +56,7 @@ SeriesStep::BodyMotion SeriesStep::BodyAt(int32 body, double theta) const {
 
 // A quarter that bends by 1.25 degrees is one part of five degrees, and so on: a margin for what a
 // quarter's bend does not tell of its parts. The tangents of the multiples come from sums of
-// angles, lest they depend on a library.
+// angles, so that they depend on no library.
 int32 PartsForBend(double squaredTangent) {
     constexpr double kTangent = 0.021820152;  // of 1.25 degrees
     double tangent = kTangent;

@@ -7,9 +7,7 @@
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Application/BMessenger.h"
 #include "Platform/Application/FieldTable.h"
-#include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Support/BAutolock.h"
 #include "Resources/CommonTexts.h"
 

@@ -29,7 +29,7 @@ public:
             BLooper* owner, const InterfaceTexts* texts);
     ~Display() override;
 
-    // Names the window and starts the drawing thread; 0, or -1 and the display is of no use.
+    // Names the window and starts the drawing thread; 0, or -1 and the display cannot be used.
     [[nodiscard]] virtual int32 Init(const char* simulationName);
     // The window's title becomes "<kind of display> of <simulation>".
     void SetTitle(const char* simulationName) override;

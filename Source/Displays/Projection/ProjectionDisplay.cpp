@@ -403,16 +403,14 @@ void ProjectionDisplay::PaintTrailsWithin(std::vector<BRect> frames) {
     if (history_ == nullptr) return;
     keptTrails_.Begin(TakeKeptTrails(), std::move(frames));
     keptTrails_.Paint(View(), this, kPaintTime);
-    if (!keptTrails_.IsDone())
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kPaintTrails));
+    if (!keptTrails_.IsDone()) WindowServer::Deliver(this, BMessage(kPaintTrails));
 }
 
 void ProjectionDisplay::GoOnPainting() {
     if (keptTrails_.IsDone()) return;
     keptTrails_.Paint(View(), this, kPaintTime);
     DrawDiscs();
-    if (!keptTrails_.IsDone())
-        WindowServer::Deliver(BMessenger(static_cast<BHandler*>(this)), BMessage(kPaintTrails));
+    if (!keptTrails_.IsDone()) WindowServer::Deliver(this, BMessage(kPaintTrails));
 }
 
 std::vector<KeptTrails::Trail> ProjectionDisplay::TakeKeptTrails() const {

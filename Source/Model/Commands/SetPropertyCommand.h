@@ -4,7 +4,7 @@
 //
 //   new SetSystemPropertyCommand<double>(portal, id, &MassSystem::M, &MassSystem::SetM, m,
 //                                        kMassOrRadiusChanged | kPositionChanged)
-//   new SetEpochPropertyCommand<int32>(portal, &AbEpoch::Order, &AbEpoch::SetOrder, 6,
+//   new SetEpochPropertyCommand<int32>(portal, &AbEpoch::Order, &AbEpoch::SetOrder, 8,
 //                                      kEpochSettingsChanged)
 #pragma once
 

@@ -14,7 +14,8 @@ constexpr bool IsCutoff(double cutoff) {
     return cutoff > 0.0 && cutoff < kMaxCutoff;
 }
 
-// Of the series. Documents may have any other number, which counts as the nearest of these.
+// Of the series. Documents may have any number: what is less counts as the least, what is more as
+// the greatest.
 inline constexpr int32 kMinOrder = 2;
 inline constexpr int32 kMaxLowOrder = 4;  // those above belong to another integrator
 inline constexpr int32 kMaxOrder = 24;

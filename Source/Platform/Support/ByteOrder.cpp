@@ -44,9 +44,10 @@ bool HasByteOrder(type_code type) {
 }
 
 void SwapItem(type_code type, std::byte* item, std::size_t size) {
-    constexpr std::size_t kMessengerNumbers =
-        12;                                  // port, handler token, team; the rest is reserved
-    constexpr std::size_t kRefNumbers = 12;  // 32-bit device, 64-bit directory; then the name
+    // Port, handler token and team; the rest is reserved.
+    constexpr std::size_t kMessengerNumbers = 12;
+    // A 32-bit device and a 64-bit directory; then the name.
+    constexpr std::size_t kRefNumbers = 12;
     if (type == B_MESSENGER_TYPE) {
         if (size >= kMessengerNumbers) SwapWords(item, kMessengerNumbers, 4);
     } else if (type == B_REF_TYPE) {

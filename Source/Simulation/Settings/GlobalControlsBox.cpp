@@ -12,7 +12,6 @@
 #include "Interface Widgets/SliderEntry.h"
 #include "Interface Widgets/SwitchEntry.h"
 #include "Model/Commands/EpochFactories.h"
-#include "Model/Epochs/EpochLimits.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/BMessage.h"

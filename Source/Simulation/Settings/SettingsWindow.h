@@ -19,8 +19,7 @@ struct DisplayContext;
 class SettingsWindow : public SubWindow, public Observer {
 public:
     // Portal, owner and context are not owned. `titleLabel`: what stands before the simulation's
-    // name in the title.
-    // `at`: where it is until a document or the user gives it another place.
+    // name in the title. `at`: where it is until a document or the user gives it another place.
     SettingsWindow(BPoint at, EpochPortal* portal, BLooper* owner, const DisplayContext& context,
                    int32 titleLabel);
 

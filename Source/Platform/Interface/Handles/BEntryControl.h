@@ -38,7 +38,7 @@ public:
     std::optional<std::string> TakeText();
     // What was taken is usually written like this: shown when the user has finished.
     void AcceptText(const Writing& text);
-    // What was taken is of no use: it is marked, and `why` said; the value is still written like
+    // What was taken is invalid: it is marked, and `why` said; the value is still written like
     // `text`. While the user is still typing it was only a beginning, which is nobody's yet.
     void RefuseText(const Writing& text, const char* why);
 

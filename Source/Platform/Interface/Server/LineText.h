@@ -50,7 +50,7 @@ public:
     bool KeyboardComes(bool isMarked);
     bool KeyboardGoes(bool isMarked);
 
-    // What was taken is of no use. True if the line must be marked: the user has finished it.
+    // What was taken is invalid. True if the line must be marked: the user has finished it.
     bool Refuse(const Writing& writing);
     // What was refused is pending again.
     void Insist();

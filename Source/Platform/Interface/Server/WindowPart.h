@@ -26,8 +26,8 @@ public:
     struct State {
         std::mutex mutex;
         BRect frame;
-        int32 placesAsked =
-            0;  // by the window, and not yet carried out: until then `frame` is what it asked
+        // By the window, and not yet carried out: until then `frame` is what it asked for.
+        int32 placesAsked = 0;
         std::string title;
         bool isHidden = true;
         bool isActive = false;

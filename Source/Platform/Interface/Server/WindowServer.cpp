@@ -241,8 +241,8 @@ void WindowServer::Deliver(const BMessenger& target, const BMessage& message) {
 }
 
 void WindowServer::SetProgramIcon(const BBitmap* icon) {
-    Queue([image =
-               ToImage(icon)] {  // Where the program is installed the desktop has it in every size.
+    // Where the program is installed the desktop has it in every size.
+    Queue([image = ToImage(icon)] {
         QApplication::setWindowIcon(QIcon::fromTheme(QCoreApplication::applicationName(),
                                                      QIcon(QPixmap::fromImage(image))));
     });
