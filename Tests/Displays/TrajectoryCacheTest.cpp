@@ -56,7 +56,7 @@ TEST_F(TrajectoryCacheTest, WithoutMemoryEachBatchEndsWhereItShould) {
     std::vector<double> samples;
     for (int i = 1; i <= 1000; i++)
         samples.insert(samples.end(), {0.01 * i, 0, 0, 50 + 0.01 * i, 0, 0});
-    RefuseAllocationsFrom(10'000);
+    RefuseAllocationsHereFrom(10'000);
     Read(samples);
     EXPECT_EQ(Trail(0), (Points{{0, 0}, {10, 0}}));
     EXPECT_EQ(Trail(1), (Points{{50, 0}, {60, 0}}));
@@ -64,13 +64,13 @@ TEST_F(TrajectoryCacheTest, WithoutMemoryEachBatchEndsWhereItShould) {
     EXPECT_EQ(cache_.LastPosition(1).x, 60.0);
     cache_.SetLastDisp();
     // There is none at all when the next run begins: then there is nothing to see.
-    RefuseAllocationsFrom(1);
+    RefuseAllocationsHereFrom(1);
     cache_.ResizeCache(100, 500);
     EXPECT_EQ(cache_.CountBodies(), 0);
     cache_.ReadPositions(1000, samples.data());
     cache_.MakeTrails();
     cache_.SetLastR();
-    RefuseAllocationsFrom(SIZE_MAX);
+    RefuseAllocationsHereFrom(SIZE_MAX);
     Start(2, 0.0f);
     EXPECT_EQ(cache_.CountBodies(), 2);
     Read(samples);

@@ -11,13 +11,14 @@ namespace {
 std::atomic<std::int64_t> gCount{0};
 std::atomic<std::size_t> gLargest{0};
 std::atomic<std::size_t> gRefused{SIZE_MAX};
+constinit thread_local std::size_t tRefused = SIZE_MAX;
 
 void* Allocate(std::size_t size, std::size_t alignment) {
     gCount++;
     std::size_t largest = gLargest;
     while (size > largest && !gLargest.compare_exchange_weak(largest, size)) {
     }
-    if (size >= gRefused) return nullptr;
+    if (size >= gRefused || size >= tRefused) return nullptr;
     return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
 }
 
@@ -33,6 +34,10 @@ std::size_t TakeLargestAllocation() {
 
 void RefuseAllocationsFrom(std::size_t size) {
     gRefused = size;
+}
+
+void RefuseAllocationsHereFrom(std::size_t size) {
+    tRefused = size;
 }
 
 void* operator new(std::size_t size) {

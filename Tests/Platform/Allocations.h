@@ -11,3 +11,5 @@ std::int64_t CountAllocations();
 std::size_t TakeLargestAllocation();
 // From now on there is no memory for so many bytes at once, or more.
 void RefuseAllocationsFrom(std::size_t size);
+// The same for the calling thread, while others go on.
+void RefuseAllocationsHereFrom(std::size_t size);
