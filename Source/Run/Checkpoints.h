@@ -8,7 +8,7 @@
 #include "Resources/Runner.h"
 #include "Run/RunRecord.h"
 
-class DocumentError;
+struct DocumentError;
 class ProgramResources;
 class RunnerOutput;
 class SimulationDocument;
