@@ -104,11 +104,11 @@ void KeptTrails::Flatten(const Curve& curve, int32 depth, TrajectoryView* view) 
 
 bool KeptTrails::IsSeen(const Curve& curve) const {
     const auto& p = curve.points;
-    const auto [left, right] = std::minmax({p[0].x, p[1].x, p[2].x, p[3].x});
-    const auto [top, bottom] = std::minmax({p[0].y, p[1].y, p[2].y, p[3].y});
+    const auto x = std::minmax({p[0].x, p[1].x, p[2].x, p[3].x});
+    const auto y = std::minmax({p[0].y, p[1].y, p[2].y, p[3].y});
     return std::any_of(frames_.begin(), frames_.end(), [&](const BRect& frame) {
-        return left <= frame.right && right >= frame.left && top <= frame.bottom &&
-               bottom >= frame.top;
+        return x.first <= frame.right && x.second >= frame.left && y.first <= frame.bottom &&
+               y.second >= frame.top;
     });
 }
 

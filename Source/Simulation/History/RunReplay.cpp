@@ -46,7 +46,7 @@ void RunReplay::CopyBodies() {
         body->SetRadius(from_.radii[i]);
         body->SetPosition({r[0], r[1], r[2]});
         body->SetVelocity({v[0], v[1], v[2]});
-        if (epoch_.RootSystem()->AddChild(body.get()) == B_OK) body.release();
+        if (epoch_.RootSystem()->AddChild(body.get()) == B_OK) static_cast<void>(body.release());
     }
 }
 
