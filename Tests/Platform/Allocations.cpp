@@ -45,6 +45,11 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+// A sanitizer's own would not come here.
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
 // As the sorts of the standard library ask for a buffer.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return Allocate(size, alignof(std::max_align_t));
@@ -56,6 +61,14 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
 }
 
 void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 

@@ -59,6 +59,9 @@ function(orvek_test name)
     add_executable(${name} ${found})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
+    if(ORVEK_SANITIZE)  # what takes long, takes much longer
+        target_compile_definitions(${name} PRIVATE ORVEK_SANITIZED)
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)  # for one that hangs
     orvek_precompile(${name} Standard Test)
