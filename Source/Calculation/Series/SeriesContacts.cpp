@@ -28,7 +28,7 @@ void SeriesContacts::FindReaches(const SeriesStore& store, const SeriesInstance&
                                  double theta) {
     constexpr double kNothingThere = -1e300;
     const SeriesArrays& arrays = store.Arrays();
-    kernels.reach(arrays, theta, reach_.data()->numbers);
+    if (!reach_.empty()) kernels.reach(arrays, theta, reach_.data()->numbers);
     for (int32 body = 0; body < arrays.bodies; body++)
         ReachOf(store.SlotOf(body)) += radius_[static_cast<std::size_t>(body)];
     for (int32 slot = arrays.massive; slot < arrays.massiveVectors * kSlots; slot++)

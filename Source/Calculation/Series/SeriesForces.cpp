@@ -77,7 +77,9 @@ struct SeriesForces::TargetTasks {
 
     void DoTasks() {
         const int32 mine = TakeScratch();
-        double* const scratch = forces.scratch_[Size(mine * forces.scratchRows_)].numbers;
+        std::vector<SlotRow>& rows = forces.scratch_;  // none without bodies
+        double* const scratch =
+            rows.empty() ? nullptr : rows[Size(mine * forces.scratchRows_)].numbers;
         for (int32 vector; (vector = next.fetch_add(1)) < forces.arrays_.vectors && !stopped;) {
             if (stop.ShouldStop())
                 stopped = true;

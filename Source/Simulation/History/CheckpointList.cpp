@@ -29,7 +29,7 @@ bool CheckpointList::Thin() {
     const auto isSpare = [this](const auto& checkpoint) {
         return !checkpoint->isPinned && checkpoint->report % spacing_ != 0;
     };
-    const auto hasSpare = [this](const auto& checkpoint) { return !checkpoint->isPinned; };
+    const auto hasSpare = [](const auto& checkpoint) { return !checkpoint->isPinned; };
     if (std::none_of(list_.begin(), list_.end(), hasSpare)) return false;
     // First those at mergers, which the calculation can go through.
     if (std::none_of(list_.begin(), list_.end(), isSpare)) spacing_ *= 2;
