@@ -20,7 +20,7 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 
 std::optional<std::string> FindClashingOutput(const Options& options) {
     const bool isCsvFile = options.csv && options.csv != OutputFile::kStandardOutput;
-    const std::optional<std::string> csv = isCsvFile ? options.csv : std::nullopt;
+    std::optional<std::string> csv = isCsvFile ? options.csv : std::nullopt;
     const std::optional<std::string> checkpoint =
         options.checkpoint ? std::optional(options.CheckpointPath()) : std::nullopt;
     const auto clashes = [&](const std::optional<std::string>& output,
