@@ -17,6 +17,9 @@ namespace {
 // What one side waits for the other before it thinks that there is nobody.
 constexpr bigtime_t kPatience = 5'000'000;
 
+// How long the lock of a process that ends may outlive its connections, amply.
+constexpr bigtime_t kLockOutlives = 1'000'000;
+
 std::string VariableOr(const char* name, const char* otherwise) {
     const char* const value = std::getenv(name);
     return value == nullptr ? otherwise : value;
@@ -74,15 +77,27 @@ void SingleLaunch::TakePlace() {
         base_.clear();
 }
 
+void SingleLaunch::TakePlaceOfEnded() {
+    constexpr bigtime_t kPause = 20'000;
+    const bigtime_t end = system_time() + kLockOutlives;
+    TakePlace();
+    while (!isFirst_ && system_time() < end) {
+        snooze(kPause);
+        TakePlace();
+    }
+}
+
 std::optional<std::vector<std::string>> SingleLaunch::HandOver(
     const std::vector<std::string>& paths) {
     BMessage request;
     for (const std::string& path : paths)
         request.AddString(kPath, BPath(path.c_str()).Path());
     BMessage answer;
-    if (!LocalRequests::Ask(base_ + ".socket", request, kPatience, &answer)) {
-        TakePlace();
-        return std::nullopt;
+    const bigtime_t end = system_time() + kPatience;
+    while (!LocalRequests::Ask(base_ + ".socket", request, end - system_time(), &answer)) {
+        TakePlaceOfEnded();
+        if (isFirst_ || system_time() >= end) return std::nullopt;
+        // Somebody else was quicker: he is the one to ask.
     }
     std::vector<std::string> complaints;
     std::string complaint;

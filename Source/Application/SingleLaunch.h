@@ -38,6 +38,9 @@ public:
 
 private:
     void TakePlace();
+    // The other has been silent or has gone: waits a moment for the lock, which a process that ends
+    // can hold longer than its connections.
+    void TakePlaceOfEnded();
 
     std::string base_;  // of the files' names; empty where there is no folder
     BFile lock_;
