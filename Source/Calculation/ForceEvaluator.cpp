@@ -8,7 +8,7 @@ namespace {
 
 // The rate when no pair is faster.
 constexpr double kLeastRate = 1e-100;
-constexpr int32 kMostThreads = 16;
+constexpr int32 kMaxThreads = 16;
 
 // Pairs of a target and a source in one task: a microsecond or so, so that sharing costs little, a
 // pause is seen in time and the last task keeps nobody waiting. But at least a vector of targets.
@@ -83,7 +83,7 @@ ForceEvaluator::~ForceEvaluator() = default;
 
 void ForceEvaluator::SetThreads(int32 threads) {
     if (threads <= 0) threads = static_cast<int32>(std::thread::hardware_concurrency());
-    threads = std::clamp(threads, 1, kMostThreads);
+    threads = std::clamp(threads, 1, kMaxThreads);
     if (threads != threads_) team_.reset();
     threads_ = threads;
 }
@@ -96,7 +96,7 @@ bool ForceEvaluator::SetInstructionSet(InstructionSet set) {
 
 void ForceEvaluator::Resize(int32 bodies, int32 massive) {
     // An odd number of lines avoids cache conflicts between the arrays.
-    const auto stride = static_cast<size_t>((bodies + kMostLanes - 1) / kMostLanes | 1);
+    const auto stride = static_cast<size_t>((bodies + kMaxLanes - 1) / kMaxLanes | 1);
     if (stride > stride_) {
         stride_ = stride;
         storage_.assign(stride * kCountArrays, Line{});
@@ -113,7 +113,7 @@ void ForceEvaluator::Resize(int32 bodies, int32 massive) {
 }
 
 void ForceEvaluator::MakeRoomForPairs() {
-    const int64 pairs = int64{RoundUp(arrays_.bodies, kMostLanes)} * arrays_.massive;
+    const int64 pairs = int64{RoundUp(arrays_.bodies, kMaxLanes)} * arrays_.massive;
     kept_.resize(static_cast<size_t>(pairs <= kMaxKeptPairs ? 2 * pairs : 0));
     if (!kept_.empty()) arrays_.kept = kept_.data();
 }
@@ -126,7 +126,7 @@ ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& st
     collisions_.clear();
     if (IsQuick()) return EvaluateQuickly(order, stop);
     const int32 targetsPerTask =
-        RoundUp(kPairsPerTask / std::max(arrays_.massive, 1) + 1, kMostLanes);
+        RoundUp(kPairsPerTask / std::max(arrays_.massive, 1) + 1, kMaxLanes);
     Pass first{*this, Pass::Kind::kFirst, order, stop, targetsPerTask};
     Run(&first);
     if (first.stopped) return Result::kStopped;

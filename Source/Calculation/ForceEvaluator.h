@@ -81,7 +81,7 @@ private:
     struct alignas(64) Line {
         double numbers[8];
     };
-    static_assert(sizeof(Line) == kMostLanes * sizeof(double));
+    static_assert(sizeof(Line) == kMaxLanes * sizeof(double));
 
     void MakeRoomForPairs();
     double* Array(int index) { return storage_[index * stride_].numbers; }

@@ -10,7 +10,7 @@ enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 
 // The widest vector of any instance, in doubles. Kernels read and write whole vectors, hence every
 // array has room for that many elements less one behind its last body.
-inline constexpr int32 kMostLanes = 8;
+inline constexpr int32 kMaxLanes = 8;
 
 // N bodies in mass order, the first M of them massive, as structure of arrays; axes 0..2. SI units,
 // masses as GM in m3/s2.

@@ -22,7 +22,7 @@ void ReportBatch::Array::Grow(std::size_t size, std::size_t used) {
 
 void ReportBatch::SetSize(int32 bodies, int32 reports) {
     const auto count = static_cast<std::size_t>(bodies);
-    const std::size_t most = kMostBytes / (NumbersOf(count) * sizeof(double));
+    const std::size_t most = kMaxBytes / (NumbersOf(count) * sizeof(double));
     const std::size_t room =
         std::min(static_cast<std::size_t>(reports), std::max<std::size_t>(most, 1));
     times_.Grow(room, nextTime_);

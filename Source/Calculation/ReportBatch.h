@@ -12,7 +12,7 @@
 class ReportBatch {
 public:
     // A batch takes no more memory than this, in bytes, if it can: one report it holds in any case.
-    static constexpr std::size_t kMostBytes = 16'000'000;
+    static constexpr std::size_t kMaxBytes = 16'000'000;
 
     // From now on a report holds `bodies` bodies and the arrays have room for `reports` of them, or
     // for as many as the memory allows. They only grow, and keep what they hold. Not inline:

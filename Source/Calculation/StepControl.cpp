@@ -18,8 +18,8 @@ double Square(double value) {
 
 // Truncates toward zero. A tiny cutoff at order 2 leaves the range of an int32: then never promote.
 int32 ToInterval(double steps) {
-    constexpr int32 kMost = std::numeric_limits<int32>::max();
-    return steps < kMost ? static_cast<int32>(steps) : kMost;
+    constexpr int32 kMax = std::numeric_limits<int32>::max();
+    return steps < kMax ? static_cast<int32>(steps) : kMax;
 }
 
 StepPowers PowersOf(double h) {

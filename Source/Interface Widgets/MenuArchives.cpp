@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Interface Widgets/AbbreviatedMenuField.h"
+#include "Interface Widgets/AbbrevMenuField.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/NumberBox.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -48,7 +48,7 @@ BMessage MenuArchives::MakeUnitMenuFieldArchive(const UnitTable& table) {
     for (const UnitInfo& unit : table.Rows())
         menu->AddItem(new UnitMenuItem(unit.name.c_str(), unit.abbreviation.c_str(), unit.factor,
                                        new BMessage(UnitMenu::kUnitChosen)));
-    return ArchiveOf(AbbreviatedMenuField("Unit menu field", nullptr, menu));
+    return ArchiveOf(AbbrevMenuField("Unit menu field", nullptr, menu));
 }
 
 BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts,

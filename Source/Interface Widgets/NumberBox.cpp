@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/QuantityLine.h"
+#include "Interface Widgets/NumberTextControl.h"
 #include "Interface Widgets/UnitField.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
@@ -14,7 +14,7 @@
 NumberBox::NumberBox(const char* name, const char* label, const UnitTable* units,
                      const BMessage& unitMenuField, const InterfaceTexts& texts)
     : BGroupView(name, B_HORIZONTAL),
-      number_(new QuantityLine("number", label, units, texts, new BMessage(kNumberEntered))) {
+      number_(new NumberTextControl("number", label, units, texts, new BMessage(kNumberEntered))) {
     number_->SetRightAligned(true);
     AddChild(number_);
     const std::string unitLabel = label + texts.Label(kTextUnit);

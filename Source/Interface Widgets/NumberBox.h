@@ -11,7 +11,7 @@
 
 class BMessage;
 class InterfaceTexts;
-class QuantityLine;
+class NumberTextControl;
 class UnitMenu;
 class UnitTable;
 
@@ -41,7 +41,7 @@ public:
 private:
     [[nodiscard]] DimValue Shown() const { return {value_, Uval()}; }
 
-    QuantityLine* const number_;
+    NumberTextControl* const number_;
     UnitMenu* menu_ = nullptr;
     double value_ = 0.0;
 };

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Interface Widgets/AbbreviatedMenuField.h"
+#include "Interface Widgets/AbbrevMenuField.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
 

@@ -14,12 +14,12 @@ const ArchivableClass kClass("UnitMenuItem", UnitMenuItem::Instantiate);
 
 UnitMenuItem::UnitMenuItem(const char* label, const char* abbreviation, double uval,
                            BMessage* message, char shortcut, uint32 modifiers)
-    : AbbreviatedMenuItem(label, abbreviation, nullptr, shortcut, modifiers) {
+    : AbbrevMenuItem(label, abbreviation, nullptr, shortcut, modifiers) {
     SetUval(uval);
     UnitMenuItem::SetMessage(message);
 }
 
-UnitMenuItem::UnitMenuItem(BMessage* archive) : AbbreviatedMenuItem(archive) {
+UnitMenuItem::UnitMenuItem(BMessage* archive) : AbbrevMenuItem(archive) {
     double uval = 1.0;
     if (archive != nullptr && archive->FindDouble(kUval, &uval) == B_OK) SetUval(uval);
 }
@@ -29,7 +29,7 @@ BArchivable* UnitMenuItem::Instantiate(BMessage* archive) {
 }
 
 status_t UnitMenuItem::Archive(BMessage* into, bool deep) const {
-    const status_t status = AbbreviatedMenuItem::Archive(into, deep);
+    const status_t status = AbbrevMenuItem::Archive(into, deep);
     return status == B_OK ? into->AddDouble(kUval, uval_) : status;
 }
 
@@ -42,5 +42,5 @@ status_t UnitMenuItem::SetMessage(BMessage* message) {
         message->RemoveName(UnitMenu::kUnitField);
         message->AddDouble(UnitMenu::kUnitField, uval_);
     }
-    return AbbreviatedMenuItem::SetMessage(message);
+    return AbbrevMenuItem::SetMessage(message);
 }

@@ -2,9 +2,9 @@
 // BMenuItem.
 #pragma once
 
-#include "Interface Widgets/AbbreviatedMenuItem.h"
+#include "Interface Widgets/AbbrevMenuItem.h"
 
-class UnitMenuItem : public AbbreviatedMenuItem {
+class UnitMenuItem : public AbbrevMenuItem {
 public:
     // `uval`: one such unit in SI units.
     UnitMenuItem(const char* label, const char* abbreviation, double uval, BMessage* message,

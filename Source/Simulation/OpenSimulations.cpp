@@ -7,7 +7,7 @@
 namespace {
 
 constexpr float kAside = 24.0f;
-constexpr int kMostTimes = 40;  // then the windows have left the screen
+constexpr int kMaxTimes = 40;  // then the windows have left the screen
 
 }  // namespace
 
@@ -38,7 +38,7 @@ void OpenSimulations::Leave(const BWindow* window) {
 
 void OpenSimulations::MoveTo(BWindow* window, BPoint corner) {
     const std::lock_guard lock(mutex_);
-    for (int i = 0; i < kMostTimes && IsTaken(window, corner); i++)
+    for (int i = 0; i < kMaxTimes && IsTaken(window, corner); i++)
         corner = {corner.x + kAside, corner.y + kAside};
     window->MoveTo(corner);
 }

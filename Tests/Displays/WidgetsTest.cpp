@@ -4,7 +4,7 @@
 #include <QLineEdit>
 
 #include "Displays/Base/ResourceTexts.h"
-#include "Interface Widgets/AbbreviatedMenuField.h"
+#include "Interface Widgets/AbbrevMenuField.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/NumberBox.h"
 #include "Interface Widgets/UnitMenu.h"
@@ -21,11 +21,10 @@ const ProgramResources& Resources() {
     return resources;
 }
 
-std::unique_ptr<AbbreviatedMenuField> DistanceField() {
+std::unique_ptr<AbbrevMenuField> DistanceField() {
     BMessage archive = MenuArchives::MakeUnitMenuFieldArchive(Resources().DistanceUnits());
     std::unique_ptr<BArchivable> object(instantiate_object(&archive));
-    return std::unique_ptr<AbbreviatedMenuField>(
-        dynamic_cast<AbbreviatedMenuField*>(object.release()));
+    return std::unique_ptr<AbbrevMenuField>(dynamic_cast<AbbrevMenuField*>(object.release()));
 }
 
 }  // namespace

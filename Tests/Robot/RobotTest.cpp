@@ -34,7 +34,7 @@ int gActions = 10000;
 
 constexpr int kActionsPerRun = 2500;
 // What the toolkit keeps for the next time.
-constexpr std::size_t kMostGrowth = 8 << 20;
+constexpr std::size_t kMaxGrowth = 8 << 20;
 constexpr std::chrono::seconds kPatienceForThreads{20};
 
 // The platform without a screen remarks on every window what it cannot do, and the tests' own keys
@@ -107,7 +107,7 @@ TEST(Robot, FindsNoFault) {
                   << " KB\n";
         EXPECT_EQ(Threads().size(), threads) << testing::PrintToString(Threads());
         EXPECT_EQ(Descriptors().size(), descriptors) << testing::PrintToString(Descriptors());
-        EXPECT_LT(Heap(), heap + kMostGrowth);
+        EXPECT_LT(Heap(), heap + kMaxGrowth);
     }
 }
 

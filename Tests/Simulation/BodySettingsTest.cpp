@@ -129,7 +129,7 @@ TEST_F(BodySettings, AnyThreadCommitsWhileTheWindowIsLocked) {
 // A server that is busy keeps nobody waiting who commits. With the window of epochs open there is
 // one more place in which text may be half typed.
 TEST_F(BodySettings, EnterGoAndSaveAskTheWindowServerHardlyAnything) {
-    constexpr int64 kMost = 2;
+    constexpr int64 kMax = 2;
     Send(BMessage(kShowEpochs));
     hand.Type("Mass:", "3");
     int64 before = WindowServer::CountQuestions();
@@ -138,7 +138,7 @@ TEST_F(BodySettings, EnterGoAndSaveAskTheWindowServerHardlyAnything) {
         snooze(10'000);
     simulation.Send(kRedisplay);
     EXPECT_EQ(Of(1, &MassSystem::M), 3 * kEarthMass);
-    EXPECT_LE(WindowServer::CountQuestions() - before, kMost);
+    EXPECT_LE(WindowServer::CountQuestions() - before, kMax);
 
     const auto questionsOf = [&](const auto& what) {
         hand.Type("Radius:", "2");
@@ -149,8 +149,8 @@ TEST_F(BodySettings, EnterGoAndSaveAskTheWindowServerHardlyAnything) {
         return WindowServer::CountQuestions() - before;
     };
     EXPECT_LE(questionsOf([&] { simulation.Name(FourCC("SAVE"), host.folder.Path(), "two"); }),
-              kMost);
-    EXPECT_LE(questionsOf([&] { simulation.Send(kTogglePause); }), kMost);
+              kMax);
+    EXPECT_LE(questionsOf([&] { simulation.Send(kTogglePause); }), kMax);
     simulation.Send(kTogglePause);
 }
 

@@ -7,17 +7,17 @@
 namespace {
 
 // Halving a piece so often leaves nothing that coordinates could tell apart.
-constexpr int32 kMostHalvings = 64;
+constexpr int32 kMaxHalvings = 64;
 // A piece on which the pair moves by no more reaches than these loses no digits to squares.
-constexpr double kMostReaches = 16.0;
-constexpr int32 kMostDegree = 2 * (kMostSeriesOrder + 1);
+constexpr double kMaxReaches = 16.0;
+constexpr int32 kMaxDegree = 2 * (kMaxSeriesOrder + 1);
 
-using Coefficients = std::array<double, kMostDegree + 1>;
-using Binomials = std::array<Coefficients, kMostDegree + 1>;
+using Coefficients = std::array<double, kMaxDegree + 1>;
+using Binomials = std::array<Coefficients, kMaxDegree + 1>;
 
 constexpr Binomials MakeBinomials() {
     Binomials binomials{};
-    for (std::size_t n = 0; n <= kMostDegree; n++) {
+    for (std::size_t n = 0; n <= kMaxDegree; n++) {
         binomials[n][0] = 1.0;
         for (std::size_t k = 1; k <= n; k++)
             binomials[n][k] = binomials[n - 1][k - 1] + (k < n ? binomials[n - 1][k] : 0.0);
@@ -94,8 +94,8 @@ double PairPath::FirstWithin(double reach, int32 halvings) const {
     if (distance2 <= reach * reach) return 0.0;
     const double moved = std::sqrt(moved2);
     if (distance2 > (reach + moved) * (reach + moved)) return -1.0;
-    if (moved <= kMostReaches * reach) return FirstRoot(reach);
-    if (halvings == kMostHalvings) return -1.0;
+    if (moved <= kMaxReaches * reach) return FirstRoot(reach);
+    if (halvings == kMaxHalvings) return -1.0;
     const double first = First().FirstWithin(reach, halvings + 1);
     if (first >= 0.0) return first / 2;
     const double second = Second().FirstWithin(reach, halvings + 1);
@@ -146,8 +146,8 @@ double PairPath::FirstRoot(double reach) const {
         for (std::size_t k = 0; k <= i; k++)
             whole.at[i] += kBinomials[i][k] / all[k] * powers[k];
     // What is left to search, the first piece last.
-    constexpr std::size_t kMostPieces = 50;
-    std::array<Bernstein, kMostPieces + 1> pieces;
+    constexpr std::size_t kMaxPieces = 50;
+    std::array<Bernstein, kMaxPieces + 1> pieces;
     std::size_t count = 1;
     pieces[0] = whole;
     while (count > 0) {
@@ -158,7 +158,7 @@ double PairPath::FirstRoot(double reach) const {
         if (changes == 0) continue;
         if (changes == 1) return RootBetween(piece.begin, end, reach);
         // Paths that only just touch, if at all.
-        if (count + 1 >= kMostPieces || piece.length < 1e-14) continue;
+        if (count + 1 >= kMaxPieces || piece.length < 1e-14) continue;
         const Bernstein first = piece;
         pieces[count + 1] = first;
         pieces[count] = pieces[count + 1].Split();

@@ -13,7 +13,7 @@ public:
     [[nodiscard]] double FirstWithin(double reach) const;
 
 private:
-    static constexpr int32 kMostTerms = kMostSeriesOrder + 2;
+    static constexpr int32 kMaxTerms = kMaxSeriesOrder + 2;
 
     [[nodiscard]] double FirstWithin(double reach, int32 halvings) const;
     // The first half of the piece, and the second.
@@ -25,5 +25,5 @@ private:
     [[nodiscard]] double RootBetween(double apart, double within, double reach) const;
 
     int32 terms_;
-    double at_[3][kMostTerms];
+    double at_[3][kMaxTerms];
 };

@@ -51,7 +51,7 @@ public:
 
 private:
     const int32 bodies_;
-    double numbers_[3 * kMostInRing];
+    double numbers_[3 * kMaxInRing];
 };
 
 // kParts: the vectors that hold the ring; 0: that is known at run time only.
@@ -60,7 +60,7 @@ class Ring {
     using V = Vector<kLanes>;
     using Real = typename V::Real;
     using Triples = Triple<Real>;
-    static constexpr int32 kMostParts = kParts > 0 ? kParts : kMostInRing / kLanes;
+    static constexpr int32 kMaxParts = kParts > 0 ? kParts : kMaxInRing / kLanes;
 
     // What a pair keeps: differences of all orders, then powers.
     struct StoredDifferences {
@@ -111,7 +111,7 @@ public:
             Load(arrays_.order + 2, &lowFirst);
             Load(arrays_.order + 3, &lowSecond);
         }
-        TwoOrders<Triples> sums[kMostParts] = {};
+        TwoOrders<Triples> sums[kMaxParts] = {};
         double* pair = ring_.pairs;
         const int64 pairStride = int64{5 * kLanes} * arrays_.order;
         for (int32 round = 0; round < ring_.rounds; round++) {
@@ -189,7 +189,7 @@ template <int32 kLanes, int32 kParts, int32 kOrder>
 
 template <int32 kLanes, int32 kParts, int32 kOrder = 0>
 ORVEK_INLINE void RingPasses(const SeriesArrays& arrays, const RingArrays& ring) {
-    if constexpr (kOrder < kMostSeriesOrder) {
+    if constexpr (kOrder < kMaxSeriesOrder) {
         RingPass<kLanes, kParts, kOrder>(arrays, ring);
         if (kOrder + 2 < arrays.order) RingPasses<kLanes, kParts, kOrder + 2>(arrays, ring);
     }

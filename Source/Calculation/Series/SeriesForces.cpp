@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr int32 kMostThreads = 16;
+constexpr int32 kMaxThreads = 16;
 // What pairs of massive bodies may keep from one pass to the next.
-constexpr int64 kMostPairBytes = int64{256} << 20;
+constexpr int64 kMaxPairBytes = int64{256} << 20;
 // Fewer pairs are not worth a second thread.
 constexpr int64 kPairsWorthSharing = 1200;
 // Fewer vectors are not sorted, and their bodies all go to the highest order.
@@ -23,7 +23,7 @@ std::size_t Size(int64 number) {
 // the sums would be more than the pairs.
 int32 CountGroups(int32 vectors) {
     if (vectors < 8) return 1;
-    return vectors < 32 ? 8 : kMostGroups;
+    return vectors < 32 ? 8 : kMaxGroups;
 }
 
 int64 CountBlocks(int32 vectors) {
@@ -37,7 +37,7 @@ int64 LinesOfTwoOrders(int64 blocks) {
 
 bool KeepsPairs(int32 order, int32 massive) {
     const int64 lines = LinesOfTwoOrders(CountBlocks(SplitStates::CountVectors(massive)));
-    return lines * (order / 2) * static_cast<int64>(sizeof(SlotRow)) <= kMostPairBytes;
+    return lines * (order / 2) * static_cast<int64>(sizeof(SlotRow)) <= kMaxPairBytes;
 }
 
 }  // namespace
@@ -103,7 +103,7 @@ SeriesForces::SeriesForces(int32 threads) : instance_(FindSeriesInstance(BestIns
 
 void SeriesForces::SetThreads(int32 threads) {
     if (threads <= 0) threads = static_cast<int32>(std::thread::hardware_concurrency());
-    threads = std::clamp(threads, 1, kMostThreads);
+    threads = std::clamp(threads, 1, kMaxThreads);
     if (threads != threads_) team_.reset();
     threads_ = threads;
     scratch_.resize(Size(scratchRows_ * threads_));
@@ -117,9 +117,9 @@ bool SeriesForces::SetInstructionSet(InstructionSet set) {
 
 int32 SeriesForces::OrderFor(int32 wanted, int32 massive) {
     int32 order = kLeastSeriesOrder;
-    while (order < wanted && order < kMostSeriesOrder)
+    while (order < wanted && order < kMaxSeriesOrder)
         order += 4;
-    if (massive > kMostInRing)
+    if (massive > kMaxInRing)
         while (order > kLeastSeriesOrder && !KeepsPairs(order, massive))
             order -= 4;
     return order;
@@ -127,7 +127,7 @@ int32 SeriesForces::OrderFor(int32 wanted, int32 massive) {
 
 void SeriesForces::Resize(const SeriesStore& store) {
     arrays_ = store.Arrays();
-    if (arrays_.massive <= kMostInRing)
+    if (arrays_.massive <= kMaxInRing)
         ResizeRing();
     else
         ResizeTiles();
@@ -144,7 +144,7 @@ void SeriesForces::ResizeRing() {
     pairs_.assign(Size(int64{5} * arrays_.order * ring_.rounds * arrays_.massiveVectors), {});
     ring_.pairs = pairs_.empty() ? nullptr : pairs_.data()->numbers;
     for (int32 round = 0; round < ring_.rounds; round++)
-        for (int32 slot = 0; slot < kMostInRing; slot++) {
+        for (int32 slot = 0; slot < kMaxInRing; slot++) {
             ring_.met[round][slot] = (slot + round + 1) % massive;
             ring_.meeting[round][slot] = (slot % massive + massive - round - 1) % massive;
         }
@@ -179,7 +179,7 @@ void SeriesForces::ResizeTiles() {
 bool SeriesForces::Make(SeriesStore* store, const SplitStates& states, double theta, double cutoff,
                         const StopFlags& stop) {
     hasLeftOut_ = false;
-    if (arrays_.massive <= kMostInRing) {
+    if (arrays_.massive <= kMaxInRing) {
         store->Begin(states);
         arrays_ = store->Arrays();
         SetPulls();
@@ -195,7 +195,7 @@ void SeriesForces::SetPulls() {
     pulledScale_ = arrays_.scale;
     const int32 massive = arrays_.massive;
     for (int32 round = 0; round < ring_.rounds; round++)
-        for (int32 slot = 0; slot < kMostInRing; slot++) {
+        for (int32 slot = 0; slot < kMaxInRing; slot++) {
             const bool areMet = 2 * (round + 1) == massive && slot % massive >= massive / 2;
             ring_.pullOfMet[round][slot] = areMet ? 0.0 : arrays_.pull[ring_.met[round][slot]];
             ring_.pullOfMeeting[round][slot] = areMet ? 0.0 : arrays_.pull[slot % massive];

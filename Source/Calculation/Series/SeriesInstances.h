@@ -13,14 +13,14 @@
 inline constexpr int32 kSlots = 8;  // in a vector
 // Orders come in pairs, a pass each.
 inline constexpr int32 kLeastSeriesOrder = 8;
-inline constexpr int32 kMostSeriesOrder = 24;
-inline constexpr int32 kMostPasses = kMostSeriesOrder / 2;
+inline constexpr int32 kMaxSeriesOrder = 24;
+inline constexpr int32 kMaxPasses = kMaxSeriesOrder / 2;
 // Passes that can do without what the passes before have stored of each pair.
 inline constexpr int32 kFreshPasses = kLeastSeriesOrder / 2;
 // So many massive bodies stand in a ring, more in tiles.
-inline constexpr int32 kMostInRing = 16;
-inline constexpr int32 kMostRounds = kMostInRing / 2;
-inline constexpr int32 kMostGroups = 32;
+inline constexpr int32 kMaxInRing = 16;
+inline constexpr int32 kMaxRounds = kMaxInRing / 2;
+inline constexpr int32 kMaxGroups = 32;
 
 // Per vector and order three rows of eight numbers. Order k is x_k = (d^k x / dt^k) scale^k / k!,
 // for k from 0 to order + 1. Two orders more have what x_0 and x_1 lack, the low halves of the sums
@@ -45,10 +45,10 @@ struct RingArrays {
     int32 rounds = 0;
     // GM scale^2 of the body that is met and of the one that meets it; none in the second half of
     // the last round of an even number, where the pairs are met already.
-    double pullOfMet[kMostRounds][kMostInRing] = {};
-    double pullOfMeeting[kMostRounds][kMostInRing] = {};
-    int64 met[kMostRounds][kMostInRing] = {};      // the slot i + r
-    int64 meeting[kMostRounds][kMostInRing] = {};  // the slot i - r
+    double pullOfMet[kMaxRounds][kMaxInRing] = {};
+    double pullOfMeeting[kMaxRounds][kMaxInRing] = {};
+    int64 met[kMaxRounds][kMaxInRing] = {};      // the slot i + r
+    int64 meeting[kMaxRounds][kMaxInRing] = {};  // the slot i - r
     // Per round and vector part: differences of all orders, then powers of all orders.
     double* pairs = nullptr;
 };
@@ -84,7 +84,7 @@ struct SeriesInstance {
     void (*ring)(const SeriesArrays& arrays, const RingArrays& ring);
     // [k / 2]: the accelerations of orders k and k + 1 that one group of tiles makes, into its
     // sums.
-    void (*tiles[kMostPasses])(const SeriesArrays& arrays, const TileArrays& tiles, int32 group);
+    void (*tiles[kMaxPasses])(const SeriesArrays& arrays, const TileArrays& tiles, int32 group);
     void (*freshTiles[kFreshPasses])(const SeriesArrays& arrays, const TileArrays& tiles,
                                      int32 group);
     // Orders k + 2 and k + 3 of a massive vector from the sums of all groups.

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr double kLeastCutoff = 1e-16;
-constexpr double kMostCutoff = 1e-6;
+constexpr double kLeastTolerance = 1e-16;
+constexpr double kMaxTolerance = 1e-6;
 
 }  // namespace
 
@@ -40,7 +40,7 @@ BodyRows SeriesIntegrator::MakeRoom(int32 bodies, int32 massive) {
 
 void SeriesIntegrator::Begin(const Start& start) {
     order_ = start.order;
-    cutoff_ = std::clamp(start.cutoff, kLeastCutoff, kMostCutoff);
+    cutoff_ = std::clamp(start.cutoff, kLeastTolerance, kMaxTolerance);
     time_ = start.time;
     const SeriesRecord record = std::exchange(kept_, {});
     if (!GoOnFrom(record)) StartAfresh();
@@ -229,7 +229,7 @@ status_t SeriesIntegrator::ResumeRun(const BMessage& archive, const Start& start
     SeriesRecord record;
     if (const status_t status = record.Regenerate(archive); status != B_OK) return status;
     order_ = start.order;
-    cutoff_ = std::clamp(start.cutoff, kLeastCutoff, kMostCutoff);
+    cutoff_ = std::clamp(start.cutoff, kLeastTolerance, kMaxTolerance);
     time_ = start.time;
     if (!GoOnFrom(record)) return B_BAD_DATA;
     runs_ = true;

@@ -10,7 +10,7 @@ namespace {
 
 template <int32 kLanes, int32 kPass = 0>
 constexpr void SetTiles(SeriesInstance* instance) {
-    if constexpr (kPass < kMostPasses) {
+    if constexpr (kPass < kMaxPasses) {
         instance->tiles[kPass] = TileGroup<kLanes, 2 * kPass, true>;
         if constexpr (kPass < kFreshPasses)
             instance->freshTiles[kPass] = TileGroup<kLanes, 2 * kPass, false>;

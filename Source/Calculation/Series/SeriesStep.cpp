@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr int32 kMostParts = 32;
+constexpr int32 kMaxParts = 32;
 
 }  // namespace
 
@@ -61,7 +61,7 @@ int32 PartsForBend(double squaredTangent) {
     constexpr double kTangent = 0.021820152;  // of 1.25 degrees
     double tangent = kTangent;
     int32 parts = 1;
-    while (parts < kMostParts && !(squaredTangent <= tangent * tangent)) {
+    while (parts < kMaxParts && !(squaredTangent <= tangent * tangent)) {
         tangent = (tangent + kTangent) / (1.0 - tangent * kTangent);
         parts++;
     }

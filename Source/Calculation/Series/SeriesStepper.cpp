@@ -11,12 +11,12 @@ namespace {
 // A step may be expected to be so much longer than the last one, and is no longer than that where
 // bodies were given up at lower orders.
 constexpr double kExpectedGrowth = 1.125;
-constexpr double kMostGrowth = 1.25;
+constexpr double kMaxGrowth = 1.25;
 // In scales: what only tiny numbers would exceed.
 constexpr double kLongestStep = 1024.0;
 // Bodies are given up at the order whose terms are this much below the tolerance.
 constexpr double kCutoff = 0.125;
-constexpr int32 kMostExponent = 400;
+constexpr int32 kMaxExponent = 400;
 
 }  // namespace
 
@@ -54,7 +54,7 @@ void SeriesStepper::Start(double tolerance, double time, bool backwards) {
     // Without a rate the first series tells what is the matter.
     int32 exponent = 0;
     if (rate > 0.0 && std::isfinite(rate))
-        exponent = std::clamp(ExponentAbove(1.0 / std::sqrt(rate)), -kMostExponent, kMostExponent);
+        exponent = std::clamp(ExponentAbove(1.0 / std::sqrt(rate)), -kMaxExponent, kMaxExponent);
     const double scale = PowerOfTwo(exponent);
     Resume(tolerance, {{time, 0.0}, backwards ? -scale : scale, 0.0});
 }
@@ -87,7 +87,7 @@ void SeriesStepper::FillEmptySlots() {
             size = std::max(size, std::fabs(begin_.High()[SplitStates::Index(body, row)]));
     for (int32 slot = massive; slot < slots; slot++) {
         copy(slot % massive, slot);
-        if (massive > kMostInRing)
+        if (massive > kMaxInRing)
             for (int32 row = 0; row < SplitStates::kRows; row++)
                 begin_.High()[SplitStates::Index(slot, row)] =
                     row == 0 ? 1000.0 * size * (slot - massive + 1) : 0.0;
@@ -120,7 +120,7 @@ SeriesStepper::Result SeriesStepper::MakeStep(const StopFlags& stop) {
     if (!end.isFinite) return Result::kNotFinite;
     if (end.isStraight) return Result::kNothingPulls;
     double theta = StepLength(end);
-    if (forces_.HasLeftOut()) theta = std::min(theta, kMostGrowth * last);
+    if (forces_.HasLeftOut()) theta = std::min(theta, kMaxGrowth * last);
     step_.Set(place_.time, theta, 1);
     if (!(step_.End().high != place_.time.high)) return Result::kTimeStands;
     if (!std::isfinite(step_.End().high) || !store_.Evaluate(kernels, theta, &end_))

@@ -17,7 +17,7 @@ void SeriesStore::Resize(int32 order, int32 bodies, int32 massive) {
     skipped_ = arrays_.massiveVectors * kSlots - massive;
     arrays_.series = series_.empty() ? nullptr : series_.data()->numbers;
     arrays_.pull = pull_.empty() ? nullptr : pull_.data()->numbers;
-    if (massive > kMostInRing) placed_.Resize(bodies, massive);
+    if (massive > kMaxInRing) placed_.Resize(bodies, massive);
     PlaceInOrder();
 }
 

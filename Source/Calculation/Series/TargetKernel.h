@@ -68,7 +68,7 @@ template <int32 kLanes, int32 kOrder>
 
 template <int32 kLanes, int32 kOrder = 0>
 ORVEK_INLINE void TargetPasses(const SeriesArrays& arrays, double* rows, double* scratch) {
-    if constexpr (kOrder < kMostSeriesOrder) {
+    if constexpr (kOrder < kMaxSeriesOrder) {
         TargetPass<kLanes, kOrder>(arrays, rows, scratch);
         if (kOrder + 2 < arrays.order) TargetPasses<kLanes, kOrder + 2>(arrays, rows, scratch);
     }

@@ -17,7 +17,7 @@ constexpr int32 kLinesPerArray = 128;
 // Pixels by which a line may miss the curve, and the least length of one.
 constexpr float kFlat = 0.3f;
 constexpr float kShort = 1.0f;
-constexpr int32 kMostDepth = 12;
+constexpr int32 kMaxDepth = 12;
 // Longer lines are not compared with what is painted.
 constexpr float kLongestCompared = 24.0f;
 
@@ -87,7 +87,7 @@ void KeptTrails::Flatten(const Curve& curve, int32 depth, TrajectoryView* view) 
         pen_ = d;
         return;
     }
-    if (depth == kMostDepth || std::max(Bend(a, b, c), Bend(b, c, d)) <= 2.0f * kFlat) {
+    if (depth == kMaxDepth || std::max(Bend(a, b, c), Bend(b, c, d)) <= 2.0f * kFlat) {
         if (Distance(pen_, d) < kShort) return;
         if (IsPainted(d, *view))
             pen_ = d;

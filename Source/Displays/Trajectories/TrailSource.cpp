@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kEver = std::numeric_limits<double>::infinity();
 // To copy and to paint more would take too long; more are hardly seen one by one.
-constexpr std::size_t kMostSamples = 400'000;
+constexpr std::size_t kMaxSamples = 400'000;
 constexpr std::size_t kLeastOfBody = 64;
 
 // Between two times, where the samples reach farther.
@@ -41,7 +41,7 @@ struct TrailSource::Part {
 
 std::vector<KeptTrails::Trail> TrailSource::Take(EpochPortal* portal) const {
     std::vector<KeptTrails::Trail> trails;
-    std::size_t left = kMostSamples;
+    std::size_t left = kMaxSamples;
     for (const Part& part : FindParts(portal)) {
         const std::size_t most = left / std::max<std::size_t>(part.colors.size(), 1);
         for (const auto& [body, color] : part.colors) {

@@ -10,7 +10,7 @@ namespace {
 
 // The number's decimal exponents that need no exponent in the text.
 constexpr int kLeastPlain = -5;
-constexpr int kGreatestPlain = 14;
+constexpr int kMaxPlain = 14;
 
 constexpr std::size_t kGroup = 3;
 constexpr const char* kNarrowSpace = "\u202f";
@@ -54,7 +54,7 @@ std::string PositiveText(double value, int digits) {
     std::from_chars(text.data() + mark + 2, end, exponent);
     if (isBelowOne) exponent = -exponent;
 
-    if (exponent < kLeastPlain || exponent > kGreatestPlain) return Scientific(mantissa, exponent);
+    if (exponent < kLeastPlain || exponent > kMaxPlain) return Scientific(mantissa, exponent);
     std::string plain = Plain(mantissa, exponent);
     // Zeros at the end of a large number say that its digits are known.
     if (exponent >= digits && Read(plain) != value) return Scientific(mantissa, exponent);

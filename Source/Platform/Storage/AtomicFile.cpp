@@ -253,9 +253,9 @@ int AtomicFile::WriteInPlace() {
 
 // The temporary file becomes "NAME.new", or "NAME.new 2" and so on.
 int AtomicFile::NameCopy() {
-    constexpr int kMostCopies = 1000;
+    constexpr int kMaxCopies = 1000;
     const std::string first = InFolder(folder_, LeafOf(target_).substr(0, kMaxLeaf) + kCopySuffix);
-    for (int i = 1; i <= kMostCopies; i++) {
+    for (int i = 1; i <= kMaxCopies; i++) {
         std::string path = i == 1 ? first : first + ' ' + std::to_string(i);
         if (link(temporary_.c_str(), path.c_str()) == 0) {
             unlink(temporary_.c_str());

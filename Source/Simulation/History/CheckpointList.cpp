@@ -10,14 +10,14 @@ namespace {
 constexpr std::size_t kInteractions = 400'000;
 // A checkpoint costs as much as a few steps, and ends a batch.
 constexpr std::size_t kLeastSpacing = 64;
-constexpr std::size_t kMostSpacing = 4096;
+constexpr std::size_t kMaxSpacing = 4096;
 
 }  // namespace
 
 CheckpointList::CheckpointList(std::size_t bodies, std::size_t massive)
     : spacing_(static_cast<int64>(
           std::clamp(std::bit_floor(kInteractions / std::max<std::size_t>(bodies * massive, 1)),
-                     kLeastSpacing, kMostSpacing))) {}
+                     kLeastSpacing, kMaxSpacing))) {}
 
 void CheckpointList::Add(RunCheckpoint checkpoint) {
     const std::size_t bytes = checkpoint.Bytes();

@@ -13,7 +13,7 @@ namespace {
 
 // Radians by which the fastest pair turns from look to look, at the most.
 constexpr double kTurnPerLook = 0.02;
-constexpr double kMostReportsPerLook = 1024.0;
+constexpr double kMaxReportsPerLook = 1024.0;
 // Of all samples: what thinning the older half must free to be enough.
 constexpr std::size_t kEnough = 16;
 
@@ -23,7 +23,7 @@ int64 ReportsPerLook(int32 order, double cutoff) {
     if (order > kMaxLowOrder) return 1;
     const int32 used = std::max(order, kMinOrder);
     const double turn = 1.34 * std::pow(cutoff, 1.0 / (used - 1));
-    const double reports = std::clamp(kTurnPerLook / turn, 1.0, kMostReportsPerLook);
+    const double reports = std::clamp(kTurnPerLook / turn, 1.0, kMaxReportsPerLook);
     return static_cast<int64>(std::bit_floor(static_cast<uint64>(reports)));
 }
 

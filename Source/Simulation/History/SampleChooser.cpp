@@ -37,7 +37,7 @@ bool SampleChooser::Look(const Sample& now, Sample* kept) {
     if (!(now.time > last_.time)) return false;
     Take(now);
     if (Fits(now)) {
-        if (count_ == kMostNotes) HalveNotes();
+        if (count_ == kMaxNotes) HalveNotes();
         return false;
     }
     *kept = base_ = notes_[static_cast<std::size_t>(count_ - 2)].at;
@@ -72,8 +72,8 @@ bool SampleChooser::Fits(const Sample& end) const {
 
 // Every second one, the newest among them.
 void SampleChooser::HalveNotes() {
-    for (std::size_t i = 1; i < kMostNotes; i += 2)
+    for (std::size_t i = 1; i < kMaxNotes; i += 2)
         notes_[i / 2] = notes_[i];
-    count_ = kMostNotes / 2;
+    count_ = kMaxNotes / 2;
     spacing_ = untilNote_ = std::min(2 * spacing_, std::numeric_limits<int32>::max() / 4);
 }

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] bool Look(const Sample& now, Sample* kept);
 
 private:
-    static constexpr int32 kMostNotes = 12;
+    static constexpr int32 kMaxNotes = 12;
 
     struct Note {
         Sample at;
@@ -53,5 +53,5 @@ private:
     double mostSurprise_ = -1.0;  // m2/s2
     Sample base_;                 // the last sample
     int32 count_ = 0;
-    std::array<Note, kMostNotes> notes_;
+    std::array<Note, kMaxNotes> notes_;
 };

@@ -2,7 +2,7 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/SliderEntry.h"
+#include "Interface Widgets/SliderControl.h"
 #include "Interface Widgets/WholeNumberFactory.h"
 #include "Model/Commands/EpochFactories.h"
 #include "Platform/Interface/Handles/BBox.h"
@@ -24,16 +24,16 @@ std::shared_ptr<const NumberCommandFactory> WholeNumbers(const CalculatorIntFact
 AnimationWindow::AnimationWindow(EpochPortal* portal, BLooper* owner, const DisplayContext& context)
     : SettingsWindow(kFirstPlace, portal, owner, context, kLabelAnimationOf) {
     const InterfaceTexts& texts = *context.texts;
-    const SliderEntry::Texts lines{texts.Label(kLabelSmoothness), texts.Label(kLabelSmoothTrails),
-                                   texts.Label(kLabelJaggedTrails), texts.Label(kLabelLinesUpTo),
-                                   texts.Label(kLabelPixelsLong)};
-    const SliderEntry::Texts updates{texts.Label(kLabelFrequency), texts.Label(kLabelSmooth),
-                                     texts.Label(kLabelChoppy), texts.Label(kLabelUpdateScreen),
-                                     texts.Label(kLabelTimesPerSecond)};
-    auto* const smoothness = new SliderEntry(
+    const SliderControl::Texts lines{texts.Label(kLabelSmoothness), texts.Label(kLabelSmoothTrails),
+                                     texts.Label(kLabelJaggedTrails), texts.Label(kLabelLinesUpTo),
+                                     texts.Label(kLabelPixelsLong)};
+    const SliderControl::Texts updates{texts.Label(kLabelFrequency), texts.Label(kLabelSmooth),
+                                       texts.Label(kLabelChoppy), texts.Label(kLabelUpdateScreen),
+                                       texts.Label(kLabelTimesPerSecond)};
+    auto* const smoothness = new SliderControl(
         "smoothness", lines,
         {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 15, 20, 25, 30, 40, 50, 60, 80, 100}, portal, texts);
-    auto* const frequency = new SliderEntry(
+    auto* const frequency = new SliderControl(
         "frequency", updates,
         {120, 100, 90, 80, 70, 60, 50, 40, 30, 25, 20, 15, 12, 10, 8, 6, 5, 4, 3, 2, 1}, portal,
         texts);

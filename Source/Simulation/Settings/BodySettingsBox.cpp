@@ -3,10 +3,10 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
+#include "Interface Widgets/MyTextControl.h"
 #include "Interface Widgets/ProgramMessages.h"
-#include "Interface Widgets/QuantityEntry.h"
-#include "Interface Widgets/TextEntry.h"
-#include "Interface Widgets/VectorEntry.h"
+#include "Interface Widgets/QuantityControl.h"
+#include "Interface Widgets/VectorControl.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -69,14 +69,15 @@ void BodySettingsBox::AddSystem(const DisplayContext& context) {
     systems_->SetColumns(kNameColumns);
     addRow(kLabelEditBody, systems_,
            new BButton("new", texts_.Text(kLabelNewBody), new BMessage(kNewBody)));
-    name_ = new TextEntry("name", texts_.Text(kLabelName), portal_, texts_);
+    name_ = new MyTextControl("name", texts_.Text(kLabelName), portal_, texts_);
     trailDisc_ = new BButton("trail", texts_.Text(kLabelTrailDisc), new BMessage(kShowTrailDisc));
     addRow(kLabelName, name_, trailDisc_);
-    mass_ = new QuantityEntry("mass", texts_.Text(kLabelMass), portal_, context.massUnits,
-                              context.menus->MassUnitMenuArchive(), texts_);
+    mass_ = new QuantityControl("mass", texts_.Text(kLabelMass), portal_, context.massUnits,
+                                context.menus->MassUnitMenuArchive(), texts_);
     addRow(kLabelMass, mass_, nullptr);
-    radius_ = new QuantityEntry("radius", texts_.Text(kLabelRadius), portal_, context.distanceUnits,
-                                context.menus->DistanceUnitMenuArchive(), texts_);
+    radius_ =
+        new QuantityControl("radius", texts_.Text(kLabelRadius), portal_, context.distanceUnits,
+                            context.menus->DistanceUnitMenuArchive(), texts_);
     addRow(kLabelRadius, radius_, nullptr);
     referents_ =
         new BChoiceField("referents", texts_.Text(kLabelRelativeTo), new BMessage(kReferentChosen));
@@ -89,11 +90,12 @@ void BodySettingsBox::AddSystem(const DisplayContext& context) {
 void BodySettingsBox::AddVectors(const DisplayContext& context) {
     auto* const row = new BGroupView("vectors", B_HORIZONTAL, kVectorSpacing);
     position_ =
-        new VectorEntry("position", {kLabelPosition, kLabelFirstPosition}, portal_,
-                        context.distanceUnits, context.menus->DistanceUnitMenuArchive(), texts_);
-    velocity_ = new VectorEntry("velocity", {kLabelVelocity, kLabelFirstVelocity}, portal_,
-                                context.speedUnits, context.menus->SpeedUnitMenuArchive(), texts_);
-    for (VectorEntry* const vector : {position_, velocity_}) {
+        new VectorControl("position", {kLabelPosition, kLabelFirstPosition}, portal_,
+                          context.distanceUnits, context.menus->DistanceUnitMenuArchive(), texts_);
+    velocity_ =
+        new VectorControl("velocity", {kLabelVelocity, kLabelFirstVelocity}, portal_,
+                          context.speedUnits, context.menus->SpeedUnitMenuArchive(), texts_);
+    for (VectorControl* const vector : {position_, velocity_}) {
         vector->SetStretch(1, 0);
         row->AddChild(vector);
     }
@@ -180,7 +182,7 @@ void BodySettingsBox::EnableEntries() {
     trailDisc_->SetEnabled(hasSystem);
     referents_->SetEnabled(hasSystem);
     physical_.SetEnabled(hasSystem && !isRunLocked_);
-    for (QuantityEntry* const entry : {mass_, radius_}) {
+    for (QuantityControl* const entry : {mass_, radius_}) {
         entry->SetEditable(!focus_.isGroup);
         entry->SetToolTip(texts_.Text(focus_.isGroup ? kTextGroupTip : kTextQuantityTip));
     }

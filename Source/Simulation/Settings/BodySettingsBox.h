@@ -11,9 +11,9 @@ class BButton;
 class BChoiceField;
 class EpochPortal;
 class InterfaceTexts;
-class QuantityEntry;
-class TextEntry;
-class VectorEntry;
+class QuantityControl;
+class MyTextControl;
+class VectorControl;
 struct DisplayContext;
 
 class BodySettingsBox : public BBox {
@@ -50,11 +50,11 @@ private:
     const InterfaceTexts& texts_;
     BChoiceField* systems_ = nullptr;
     BChoiceField* referents_ = nullptr;
-    TextEntry* name_ = nullptr;
-    QuantityEntry* mass_ = nullptr;
-    QuantityEntry* radius_ = nullptr;
-    VectorEntry* position_ = nullptr;
-    VectorEntry* velocity_ = nullptr;
+    MyTextControl* name_ = nullptr;
+    QuantityControl* mass_ = nullptr;
+    QuantityControl* radius_ = nullptr;
+    VectorControl* position_ = nullptr;
+    VectorControl* velocity_ = nullptr;
     EntryGroup physical_;  // all but the name
     BButton* trailDisc_ = nullptr;
     SystemList list_;          // what the choices show

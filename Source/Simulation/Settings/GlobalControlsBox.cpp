@@ -6,11 +6,11 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
-#include "Interface Widgets/MenuEntry.h"
+#include "Interface Widgets/MyMenuField.h"
 #include "Interface Widgets/ProgramMessages.h"
-#include "Interface Widgets/QuantityEntry.h"
-#include "Interface Widgets/SliderEntry.h"
-#include "Interface Widgets/SwitchEntry.h"
+#include "Interface Widgets/QuantityControl.h"
+#include "Interface Widgets/SliderControl.h"
+#include "Interface Widgets/SwitchControl.h"
 #include "Model/Commands/EpochFactories.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
@@ -66,8 +66,8 @@ void GlobalControlsBox::AddRun(const DisplayContext& context) {
     row->AddChild(go_);
     auto* const label = new BStringView("label", texts.Text(kLabelTime));
     row->AddChild(label);
-    time_ = new QuantityEntry("time", texts.Text(kLabelTime), portal_, context.timeUnits,
-                              context.menus->TimeUnitMenuArchive(), texts);
+    time_ = new QuantityControl("time", texts.Text(kLabelTime), portal_, context.timeUnits,
+                                context.menus->TimeUnitMenuArchive(), texts);
     time_->SetFactory(std::make_shared<const EpochTimeFactory>());
     time_->SetStretch(1, 0);
     label->SetField(*time_);
@@ -81,7 +81,7 @@ void GlobalControlsBox::AddCenter(const InterfaceTexts& texts) {
     now_ = new BButton("now", texts.Text(kLabelNow), new BMessage(kToCenterOfMass));
     now_->SetToolTip(texts.Text(kTextCenterTip));
     row->AddChild(now_);
-    uponGo_ = new SwitchEntry("upon go", texts.Text(kLabelUponGo), portal_);
+    uponGo_ = new SwitchControl("upon go", texts.Text(kLabelUponGo), portal_);
     uponGo_->SetFactory(std::make_shared<const EpochPropertyFactory<bool>>(COMOnGoFactory()));
     uponGo_->SetToolTip(texts.Text(kTextUponGoTip));
     row->AddChild(uponGo_);
@@ -90,11 +90,11 @@ void GlobalControlsBox::AddCenter(const InterfaceTexts& texts) {
 }
 
 void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
-    const SliderEntry::Texts labels{texts.Label(kLabelCutoff),
-                                    texts.Label(kLabelSlow) + '\n' + texts.Label(kLabelSmallErrors),
-                                    texts.Label(kLabelFast) + '\n' + texts.Label(kLabelLargeErrors),
-                                    texts.Label(kLabelIgnoreSmaller), texts.Label(kLabelBlank)};
-    cutoff_ = new SliderEntry("cutoff", labels, CutoffStops(), portal_, texts);
+    const SliderControl::Texts labels{
+        texts.Label(kLabelCutoff), texts.Label(kLabelSlow) + '\n' + texts.Label(kLabelSmallErrors),
+        texts.Label(kLabelFast) + '\n' + texts.Label(kLabelLargeErrors),
+        texts.Label(kLabelIgnoreSmaller), texts.Label(kLabelBlank)};
+    cutoff_ = new SliderControl("cutoff", labels, CutoffStops(), portal_, texts);
     cutoff_->SetFactory(std::make_shared<const EpochPropertyFactory<double>>(CutoffFactory()));
     cutoff_->SetToolTip(texts.Text(kTextCutoffTip));
     AddChild(cutoff_);
@@ -102,7 +102,8 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
     auto* const row = new BGroupView("order", B_HORIZONTAL);
     auto* const label = new BStringView("label", texts.Text(kLabelOrder));
     row->AddChild(label);
-    order_ = new MenuEntry("order", texts.Text(kLabelOrder), portal_, {2, 3, 4, 8, 12, 16, 20, 24});
+    order_ =
+        new MyMenuField("order", texts.Text(kLabelOrder), portal_, {2, 3, 4, 8, 12, 16, 20, 24});
     order_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OrderFactory()));
     order_->SetToolTip(texts.Text(kTextOrderTip));
     label->SetField(*order_);

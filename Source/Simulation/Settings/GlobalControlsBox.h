@@ -9,10 +9,10 @@
 class BButton;
 class EpochPortal;
 class InterfaceTexts;
-class MenuEntry;
-class QuantityEntry;
-class SliderEntry;
-class SwitchEntry;
+class MyMenuField;
+class QuantityControl;
+class SliderControl;
+class SwitchControl;
 struct DisplayContext;
 
 class GlobalControlsBox : public BBox {
@@ -38,9 +38,9 @@ private:
     EpochPortal* const portal_;
     BButton* go_ = nullptr;
     BButton* now_ = nullptr;
-    SwitchEntry* uponGo_ = nullptr;
-    QuantityEntry* time_ = nullptr;
-    SliderEntry* cutoff_ = nullptr;
-    MenuEntry* order_ = nullptr;
+    SwitchControl* uponGo_ = nullptr;
+    QuantityControl* time_ = nullptr;
+    SliderControl* cutoff_ = nullptr;
+    MyMenuField* order_ = nullptr;
     EntryGroup entries_;
 };

@@ -1,9 +1,9 @@
 #include "Simulation/Settings/TrailDiscWindow.h"
 
 #include "Displays/Base/DisplayContext.h"
-#include "Interface Widgets/ColorEntry.h"
+#include "Interface Widgets/ColorControl.h"
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/SwitchEntry.h"
+#include "Interface Widgets/SwitchControl.h"
 #include "Model/Commands/SystemFactories.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -22,7 +22,7 @@ constexpr BPoint kFirstPlace{667.0f, 66.0f};
 
 constexpr float kPreviewWidth = 160.0f;
 constexpr float kPreviewHeight = 120.0f;
-constexpr float kGreatestPreview = 160.0f;
+constexpr float kMaxPreview = 160.0f;
 
 template <typename T>
 std::shared_ptr<const CommandFactory<T>> Share(SystemPropertyFactory<T> factory) {
@@ -44,14 +44,14 @@ void AddPart(BView* box, const char* title, Entry* color, Entry* isOn) {
 TrailDiscWindow::TrailDiscWindow(EpochPortal* portal, BLooper* owner, const DisplayContext& context)
     : SettingsWindow(kFirstPlace, portal, owner, context, kLabelTrailDiscOf) {
     const InterfaceTexts& texts = *context.texts;
-    trailColor_ = new ColorEntry("trail color", texts.Text(kLabelTrailColor), portal, texts);
-    trailOn_ = new SwitchEntry("trail", texts.Text(kLabelLeaveTrail), portal);
-    discColor_ = new ColorEntry("disc color", texts.Text(kLabelDiscColor), portal, texts);
-    discOn_ = new SwitchEntry("disc", texts.Text(kLabelDrawDisc), portal);
+    trailColor_ = new ColorControl("trail color", texts.Text(kLabelTrailColor), portal, texts);
+    trailOn_ = new SwitchControl("trail", texts.Text(kLabelLeaveTrail), portal);
+    discColor_ = new ColorControl("disc color", texts.Text(kLabelDiscColor), portal, texts);
+    discOn_ = new SwitchControl("disc", texts.Text(kLabelDrawDisc), portal);
     preview_ = new TrailPreview("preview");
     preview_->SetAccessibleName(texts.Text(kTextPreview));
     preview_->SetExplicitMinSize(kPreviewWidth, kPreviewHeight);
-    preview_->SetExplicitMaxSize(-1.0f, kGreatestPreview);
+    preview_->SetExplicitMaxSize(-1.0f, kMaxPreview);
     preview_->SetStretch(1, 1);
 
     colors_ = new BBox("colors", texts.Text(kLabelColors));
@@ -97,7 +97,7 @@ void TrailDiscWindow::ShowPreview() {
 }
 
 void TrailDiscWindow::MessageReceived(BMessage* message) {
-    if (message->what == ColorEntry::kColorShown)
+    if (message->what == ColorControl::kColorShown)
         ShowPreview();
     else
         SettingsWindow::MessageReceived(message);

@@ -8,8 +8,8 @@
 #include "Simulation/Settings/SettingsWindow.h"
 
 class BBox;
-class ColorEntry;
-class SwitchEntry;
+class ColorControl;
+class SwitchControl;
 class TrailPreview;
 
 class TrailDiscWindow : public SettingsWindow {
@@ -25,10 +25,10 @@ protected:
 private:
     void ShowPreview();
 
-    ColorEntry* trailColor_ = nullptr;
-    SwitchEntry* trailOn_ = nullptr;
-    ColorEntry* discColor_ = nullptr;
-    SwitchEntry* discOn_ = nullptr;
+    ColorControl* trailColor_ = nullptr;
+    SwitchControl* trailOn_ = nullptr;
+    ColorControl* discColor_ = nullptr;
+    SwitchControl* discOn_ = nullptr;
     TrailPreview* preview_ = nullptr;
     BBox* colors_ = nullptr;
     int64 system_ = kNoSystemID;

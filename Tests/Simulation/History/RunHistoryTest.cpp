@@ -29,14 +29,14 @@ bool IsAt(const SystemState& state, const Report& report) {
 }
 
 #ifdef ORVEK_SANITIZED
-constexpr std::size_t kMostAsked = 8;
+constexpr std::size_t kMaxAsked = 8;
 #else
-constexpr std::size_t kMostAsked = 1000;
+constexpr std::size_t kMaxAsked = 1000;
 #endif
 
 // Asks for every `each`-th report, in random order, but for no more than that many of them; returns
 // how many differ from what they were.
-int32 CountWrong(HistoryRun* run, std::size_t each, std::size_t most = kMostAsked) {
+int32 CountWrong(HistoryRun* run, std::size_t each, std::size_t most = kMaxAsked) {
     const std::vector<Report>& reports = run->recorder.reports;
     std::vector<std::size_t> asked;
     for (std::size_t i = 0; i < reports.size(); i += each)

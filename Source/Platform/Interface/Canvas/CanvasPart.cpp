@@ -111,7 +111,7 @@ void CanvasPart::Publish(const Canvas& picture, const std::vector<OverlayItem>& 
         damage(overlay);
         overlay_ = overlay;
     }
-    isNews_ = true;
+    hasUnpaintedFrame_ = true;
     if (isUpdateQueued_) return;
     isUpdateQueued_ = WindowServer::Queue([part = shared_from_this(), this] { UpdateWidget(); });
 }
@@ -161,7 +161,7 @@ void CanvasPart::Paint(QWidget* surface, const QPaintEvent& event) {
     }
     painter.restore();
     PaintOverlay(&painter, overlay_, QSizeF(place.width, place.height), {bounds.left, bounds.top});
-    if (std::exchange(isNews_, false)) shown_++;
+    if (std::exchange(hasUnpaintedFrame_, false)) shown_++;
 }
 
 // --- Widget and input ---

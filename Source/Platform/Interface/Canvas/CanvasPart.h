@@ -69,7 +69,7 @@ private:
     std::vector<OverlayItem> overlay_;
     DamageMap pending_;  // published and not yet asked to be painted
     bool isUpdateQueued_ = false;
-    bool isNews_ = false;  // published and not yet painted
+    bool hasUnpaintedFrame_ = false;  // published and not yet painted
 
     std::atomic<int64> shown_{0};
     InputQueue input_;

@@ -32,7 +32,7 @@ constexpr int kRetryMilliseconds = 5;
 const QEvent::Type kWorkEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 // What other threads touch of the server. Outlives it: they may come late.
-struct Desk {
+struct ServerState {
     std::mutex mutex;
     QObject* server = nullptr;  // null: closed
     std::deque<Change> changes;
@@ -44,9 +44,9 @@ struct Desk {
     std::atomic<int64> questions{0};
 };
 
-Desk& TheDesk() {
-    static auto* const desk = new Desk;
-    return *desk;
+ServerState& TheServerState() {
+    static auto* const state = new ServerState;
+    return *state;
 }
 
 }  // namespace
@@ -68,17 +68,17 @@ public:
         const bool result = QApplication::notify(receiver, event);
         depth_--;
         const bigtime_t turn = system_time() - start;
-        if (turn > TheDesk().longestTurn) TheDesk().longestTurn = turn;
+        if (turn > TheServerState().longestTurn) TheServerState().longestTurn = turn;
         return result;
     }
 
     void StartRetrying() { retry_.start(kRetryMilliseconds); }
 
     void RetryDeliveries() {
-        Desk& desk = TheDesk();
-        desk.isRetrying = false;  // before looking: who finds no room from now on calls again
+        ServerState& state = TheServerState();
+        state.isRetrying = false;  // before looking: who finds no room from now on calls again
         retry_.stop();
-        if (desk.outbox.Retry() && !desk.isRetrying.exchange(true)) StartRetrying();
+        if (state.outbox.Retry() && !state.isRetrying.exchange(true)) StartRetrying();
     }
 
 protected:
@@ -113,14 +113,14 @@ private:
     }
 
     static Change NextChange() {
-        Desk& desk = TheDesk();
-        const std::lock_guard lock(desk.mutex);
-        if (desk.changes.empty()) {
-            desk.isCalled = false;
+        ServerState& state = TheServerState();
+        const std::lock_guard lock(state.mutex);
+        if (state.changes.empty()) {
+            state.isCalled = false;
             return nullptr;
         }
-        Change change = std::move(desk.changes.front());
-        desk.changes.pop_front();
+        Change change = std::move(state.changes.front());
+        state.changes.pop_front();
         return change;
     }
 
@@ -157,11 +157,11 @@ WindowServer::WindowServer(int& argc, char** argv, Screen screen) {
     for (const QString& argument : QCoreApplication::arguments())
         arguments_.push_back(argument.toStdString());
     gCurrent = this;
-    Desk& desk = TheDesk();
+    ServerState& state = TheServerState();
     {
-        const std::lock_guard lock(desk.mutex);
-        desk.server = application_.get();
-        desk.thread = std::this_thread::get_id();
+        const std::lock_guard lock(state.mutex);
+        state.server = application_.get();
+        state.thread = std::this_thread::get_id();
     }
     // Messages may be waiting from before.
     application_->RetryDeliveries();
@@ -169,14 +169,14 @@ WindowServer::WindowServer(int& argc, char** argv, Screen screen) {
 
 WindowServer::~WindowServer() {
     gCurrent = nullptr;
-    Desk& desk = TheDesk();
+    ServerState& state = TheServerState();
     std::deque<Change> dropped;
     {
-        const std::lock_guard lock(desk.mutex);
-        desk.server = nullptr;
-        desk.isCalled = false;
-        desk.thread = {};
-        dropped.swap(desk.changes);
+        const std::lock_guard lock(state.mutex);
+        state.server = nullptr;
+        state.isCalled = false;
+        state.thread = {};
+        dropped.swap(state.changes);
     }
 }
 
@@ -193,18 +193,18 @@ void WindowServer::Stop() {
 }
 
 bool WindowServer::IsServerThread() {
-    Desk& desk = TheDesk();
-    const std::lock_guard lock(desk.mutex);
-    return desk.thread == std::this_thread::get_id();
+    ServerState& state = TheServerState();
+    const std::lock_guard lock(state.mutex);
+    return state.thread == std::this_thread::get_id();
 }
 
 bool WindowServer::Queue(std::function<void()> change) {
-    Desk& desk = TheDesk();
-    const std::lock_guard lock(desk.mutex);
-    if (desk.server == nullptr) return false;
-    desk.changes.push_back(std::move(change));
-    if (!desk.isCalled) QCoreApplication::postEvent(desk.server, new QEvent(kWorkEvent));
-    desk.isCalled = true;
+    ServerState& state = TheServerState();
+    const std::lock_guard lock(state.mutex);
+    if (state.server == nullptr) return false;
+    state.changes.push_back(std::move(change));
+    if (!state.isCalled) QCoreApplication::postEvent(state.server, new QEvent(kWorkEvent));
+    state.isCalled = true;
     return true;
 }
 
@@ -213,7 +213,7 @@ bool WindowServer::Perform(const std::function<void()>& question) {
         question();
         return true;
     }
-    TheDesk().questions++;
+    TheServerState().questions++;
     // A promise that is dropped with the queue wakes the asker, too.
     auto answered = std::make_shared<std::promise<void>>();
     const std::future<void> answer = answered->get_future();
@@ -229,15 +229,15 @@ bool WindowServer::Perform(const std::function<void()>& question) {
 }
 
 int64 WindowServer::CountQuestions() {
-    return TheDesk().questions;
+    return TheServerState().questions;
 }
 
 void WindowServer::Deliver(const BMessenger& target, const BMessage& message) {
-    Desk& desk = TheDesk();
-    if (!desk.outbox.Send(target, message) || desk.isRetrying.exchange(true)) return;
+    ServerState& state = TheServerState();
+    if (!state.outbox.Send(target, message) || state.isRetrying.exchange(true)) return;
     const bool isCalled =
         Queue([] { static_cast<Application*>(QCoreApplication::instance())->StartRetrying(); });
-    if (!isCalled) desk.isRetrying = false;  // the next server will look
+    if (!isCalled) state.isRetrying = false;  // the next server will look
 }
 
 void WindowServer::SetProgramIcon(const BBitmap* icon) {
@@ -249,9 +249,9 @@ void WindowServer::SetProgramIcon(const BBitmap* icon) {
 }
 
 bigtime_t WindowServer::LongestTurn() {
-    return TheDesk().longestTurn;
+    return TheServerState().longestTurn;
 }
 
 void WindowServer::ResetLongestTurn() {
-    TheDesk().longestTurn = 0;
+    TheServerState().longestTurn = 0;
 }

@@ -9,11 +9,12 @@
 class BMenu;
 class BMenuField;
 
-class MenuEntry : public ValueEntry<int32> {
+class MyMenuField : public ValueEntry<int32> {
 public:
     // `numbers` ascend. What is between two of them shows as the next one. `label` is what a screen
     // reader says.
-    MenuEntry(const char* name, const char* label, EpochPortal* portal, std::vector<int32> numbers);
+    MyMenuField(const char* name, const char* label, EpochPortal* portal,
+                std::vector<int32> numbers);
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;

@@ -1,27 +1,27 @@
-#include "Interface Widgets/TextEntry.h"
+#include "Interface Widgets/MyTextControl.h"
 
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BEntryControl.h"
 #include "Resources/SettingsFeatures.h"
 
-TextEntry::TextEntry(const char* name, const char* label, EpochPortal* portal,
-                     const InterfaceTexts& texts)
+MyTextControl::MyTextControl(const char* name, const char* label, EpochPortal* portal,
+                             const InterfaceTexts& texts)
     : ValueEntry(name, B_HORIZONTAL, portal),
       texts_(texts),
       line_(new BEntryControl("text", label, new BMessage(kEntered))) {
     AddChild(line_);
 }
 
-void TextEntry::AttachedToWindow() {
+void MyTextControl::AttachedToWindow() {
     line_->SetTarget(this);
 }
 
-void TextEntry::ShowEnabled(bool isEnabled) {
+void MyTextControl::ShowEnabled(bool isEnabled) {
     line_->SetEnabled(isEnabled);
 }
 
-void TextEntry::Present(const std::optional<std::string>& value, bool replacesAll) {
+void MyTextControl::Present(const std::optional<std::string>& value, bool replacesAll) {
     const std::string text = value.value_or("");
     if (replacesAll)
         line_->SetText(text);
@@ -29,7 +29,7 @@ void TextEntry::Present(const std::optional<std::string>& value, bool replacesAl
         line_->ShowText(text);
 }
 
-bool TextEntry::CommitPending() {
+bool MyTextControl::CommitPending() {
     std::optional<std::string> typed;
     const Source source = TakePending([&] { typed = line_->TakeText(); });
     if (!typed) return false;
@@ -42,7 +42,7 @@ bool TextEntry::CommitPending() {
     return CommitEntry(Portal(), *source.factory, *typed);
 }
 
-void TextEntry::MessageReceived(BMessage* message) {
+void MyTextControl::MessageReceived(BMessage* message) {
     if (message->what == kEntered)
         Commit();
     else

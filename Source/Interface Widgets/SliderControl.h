@@ -9,9 +9,9 @@
 
 class BSlider;
 class InterfaceTexts;
-class QuantityLine;
+class NumberTextControl;
 
-class SliderEntry : public ValueEntry<double> {
+class SliderControl : public ValueEntry<double> {
 public:
     struct Texts {
         std::string title;
@@ -23,8 +23,8 @@ public:
 
     // `stops`: what the slider goes through from left to right, positive and in order, upwards or
     // downwards.
-    SliderEntry(const char* name, const Texts& labels, std::vector<double> stops,
-                EpochPortal* portal, const InterfaceTexts& texts);
+    SliderControl(const char* name, const Texts& labels, std::vector<double> stops,
+                  EpochPortal* portal, const InterfaceTexts& texts);
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
@@ -44,6 +44,6 @@ private:
 
     const std::vector<double> stops_;
     BSlider* const slider_;
-    QuantityLine* const number_;
+    NumberTextControl* const number_;
     bool isHeld_ = false;
 };

@@ -12,12 +12,12 @@
 class InterfaceTexts;
 class UnitTable;
 
-class QuantityLine : public BEntryControl {
+class NumberTextControl : public BEntryControl {
 public:
     // `units` and `texts` are not owned; without units the line takes plain numbers. `label` is
     // what a screen reader says.
-    QuantityLine(const char* name, const char* label, const UnitTable* units,
-                 const InterfaceTexts& texts, BMessage* message);
+    NumberTextControl(const char* name, const char* label, const UnitTable* units,
+                      const InterfaceTexts& texts, BMessage* message);
 
     // `replacesAll`: also what the user is just typing. Nothing for no value.
     void ShowValue(const std::optional<DimValue>& value, bool replacesAll);

@@ -1,4 +1,4 @@
-#include "Interface Widgets/QuantityLine.h"
+#include "Interface Widgets/NumberTextControl.h"
 
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Units/QuantityText.h"
@@ -13,25 +13,25 @@ constexpr int kBriefDigits = 7;  // where nobody edits
 
 }  // namespace
 
-QuantityLine::QuantityLine(const char* name, const char* label, const UnitTable* units,
-                           const InterfaceTexts& texts, BMessage* message)
+NumberTextControl::NumberTextControl(const char* name, const char* label, const UnitTable* units,
+                                     const InterfaceTexts& texts, BMessage* message)
     : BEntryControl(name, label, message), units_(units), texts_(texts) {
     SetColumns(kColumns);
 }
 
 // A document may hold a unit that no table has: the number is that of the unit which is shown.
-double QuantityLine::FactorFor(double uval) const {
+double NumberTextControl::FactorFor(double uval) const {
     const UnitInfo* const unit = units_ == nullptr ? nullptr : units_->FindNearest(uval);
     return unit == nullptr ? 1.0 : unit->factor;
 }
 
-BEntryControl::Writing QuantityLine::WritingOf(const DimValue& value) const {
+BEntryControl::Writing NumberTextControl::WritingOf(const DimValue& value) const {
     const double factor = FactorFor(value.Uval());
     return {QuantityText(value.Value(), factor),
             print_double(value.Value() / factor, kBriefDigits)};
 }
 
-void QuantityLine::ShowValue(const std::optional<DimValue>& value, bool replacesAll) {
+void NumberTextControl::ShowValue(const std::optional<DimValue>& value, bool replacesAll) {
     const Writing writing = value ? WritingOf(*value) : Writing("");
     if (replacesAll)
         SetText(writing);
@@ -39,7 +39,7 @@ void QuantityLine::ShowValue(const std::optional<DimValue>& value, bool replaces
         ShowText(writing);
 }
 
-std::optional<DimValue> QuantityLine::Read(const std::string& text, const DimValue& inForce) {
+std::optional<DimValue> NumberTextControl::Read(const std::string& text, const DimValue& inForce) {
     static const UnitTable kNoUnits;
     const UnitTable& units = units_ == nullptr ? kNoUnits : *units_;
     const UnitTable::Parsed parsed = units.ParseTyped(text, FactorFor(inForce.Uval()));
@@ -54,12 +54,12 @@ std::optional<DimValue> QuantityLine::Read(const std::string& text, const DimVal
     return std::nullopt;
 }
 
-void QuantityLine::RefuseRange(const DimValue& inForce) {
+void NumberTextControl::RefuseRange(const DimValue& inForce) {
     RefuseText(WritingOf(inForce), texts_.Text(kTextOutOfRange));
 }
 
 // Says what would have been understood.
-std::string QuantityLine::WhyNot(int32 reason) const {
+std::string NumberTextControl::WhyNot(int32 reason) const {
     std::string why = texts_.Label(reason);
     if (units_ == nullptr) return why;
     why += '\n' + texts_.Label(kTextUnitsAre);

@@ -5,9 +5,9 @@
 
 class BCheckBox;
 
-class SwitchEntry : public ValueEntry<bool> {
+class SwitchControl : public ValueEntry<bool> {
 public:
-    SwitchEntry(const char* name, const char* label, EpochPortal* portal);
+    SwitchControl(const char* name, const char* label, EpochPortal* portal);
 
     // What is shown.
     [[nodiscard]] bool IsOn() const;

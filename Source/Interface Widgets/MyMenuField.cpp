@@ -1,4 +1,4 @@
-#include "Interface Widgets/MenuEntry.h"
+#include "Interface Widgets/MyMenuField.h"
 
 #include <algorithm>
 #include <string>
@@ -9,8 +9,8 @@
 #include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Handles/InterfaceDefs.h"
 
-MenuEntry::MenuEntry(const char* name, const char* label, EpochPortal* portal,
-                     std::vector<int32> numbers)
+MyMenuField::MyMenuField(const char* name, const char* label, EpochPortal* portal,
+                         std::vector<int32> numbers)
     : ValueEntry(name, B_HORIZONTAL, portal), numbers_(std::move(numbers)) {
     menu_ = new BPopUpMenu("numbers");
     for (const int32 number : numbers_)
@@ -20,21 +20,21 @@ MenuEntry::MenuEntry(const char* name, const char* label, EpochPortal* portal,
     AddChild(field_);
 }
 
-void MenuEntry::AttachedToWindow() {
+void MyMenuField::AttachedToWindow() {
     menu_->SetTargetForItems(this);
 }
 
-void MenuEntry::ShowEnabled(bool isEnabled) {
+void MyMenuField::ShowEnabled(bool isEnabled) {
     field_->SetEnabled(isEnabled);
 }
 
-void MenuEntry::Present(const std::optional<int32>& value, bool /*replacesAll*/) {
+void MyMenuField::Present(const std::optional<int32>& value, bool /*replacesAll*/) {
     if (!value) return;
     const auto next = std::lower_bound(numbers_.begin(), numbers_.end() - 1, *value);
     menu_->ItemAt(static_cast<int32>(next - numbers_.begin()))->SetMarked(true);
 }
 
-void MenuEntry::MessageReceived(BMessage* message) {
+void MyMenuField::MessageReceived(BMessage* message) {
     if (message->what != kChosen) return Entry::MessageReceived(message);
     int32 index = 0;
     message->FindInt32(kIndexField, &index);

@@ -2,18 +2,19 @@
 // own. Rules as for Entry.
 #pragma once
 
-#include "Interface Widgets/DimensionalEntry.h"
+#include "Interface Widgets/DimensionalControl.h"
 
 class InterfaceTexts;
-class QuantityLine;
+class NumberTextControl;
 class UnitTable;
 
-class QuantityEntry : public DimensionalEntry<DimValue> {
+class QuantityControl : public DimensionalControl<DimValue> {
 public:
     // `unitMenuField`: the archive of the unit menu's field. `units` is not owned. `label` is what
     // a screen reader says.
-    QuantityEntry(const char* name, const char* label, EpochPortal* portal, const UnitTable* units,
-                  const BMessage& unitMenuField, const InterfaceTexts& texts);
+    QuantityControl(const char* name, const char* label, EpochPortal* portal,
+                    const UnitTable* units, const BMessage& unitMenuField,
+                    const InterfaceTexts& texts);
 
     // The number can only be read; its unit can still be chosen.
     void SetEditable(bool isEditable);
@@ -26,5 +27,5 @@ protected:
     void ShowEnabled(bool isEnabled) override;
 
 private:
-    QuantityLine* const number_;
+    NumberTextControl* const number_;
 };

@@ -12,7 +12,7 @@
 #include "Platform/Interface/Handles/BMenuField.h"
 
 template <typename Value, typename Factory = CommandFactory<Value>>
-class DimensionalEntry : public ValueEntry<Value, Factory> {
+class DimensionalControl : public ValueEntry<Value, Factory> {
 public:
     void AttachedToWindow() override {
         if (units_ != nullptr) units_->SetTargetForItems(this);
@@ -34,8 +34,8 @@ protected:
 
     // `unitMenuField`: the archive of the unit menu's field. `unitLabel` is what a screen reader
     // says of it.
-    DimensionalEntry(const char* name, orientation direction, EpochPortal* portal,
-                     const BMessage& unitMenuField, const char* unitLabel)
+    DimensionalControl(const char* name, orientation direction, EpochPortal* portal,
+                       const BMessage& unitMenuField, const char* unitLabel)
         : ValueEntry<Value, Factory>(name, direction, portal),
           unitField_(MakeUnitField(unitMenuField, unitLabel)),
           units_(UnitMenuOf(unitField_)) {}

@@ -1,9 +1,9 @@
-#include "Interface Widgets/SliderEntry.h"
+#include "Interface Widgets/SliderControl.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Interface Widgets/QuantityLine.h"
+#include "Interface Widgets/NumberTextControl.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BSlider.h"
 #include "Platform/Interface/Handles/BStringView.h"
@@ -20,14 +20,14 @@ DimValue Plain(double value) {
 
 }  // namespace
 
-SliderEntry::SliderEntry(const char* name, const Texts& labels, std::vector<double> stops,
-                         EpochPortal* portal, const InterfaceTexts& texts)
+SliderControl::SliderControl(const char* name, const Texts& labels, std::vector<double> stops,
+                             EpochPortal* portal, const InterfaceTexts& texts)
     : ValueEntry(name, B_VERTICAL, portal),
       stops_(std::move(stops)),
       slider_(new BSlider("slider", labels.title.c_str(), new BMessage(kMoved), 0,
                           static_cast<int32>(stops_.size()) - 1)),
-      number_(new QuantityLine("number", labels.before.c_str(), nullptr, texts,
-                               new BMessage(kEntered))) {
+      number_(new NumberTextControl("number", labels.before.c_str(), nullptr, texts,
+                                    new BMessage(kEntered))) {
     slider_->SetModificationMessage(new BMessage(kMoving));
     slider_->SetLimitLabels(labels.left.c_str(), labels.right.c_str());
     slider_->SetSteps(1, kPage);
@@ -43,19 +43,19 @@ SliderEntry::SliderEntry(const char* name, const Texts& labels, std::vector<doub
     AddChild(row);
 }
 
-void SliderEntry::AttachedToWindow() {
+void SliderControl::AttachedToWindow() {
     slider_->SetTarget(this);
     number_->SetTarget(this);
 }
 
-void SliderEntry::ShowEnabled(bool isEnabled) {
+void SliderControl::ShowEnabled(bool isEnabled) {
     // A knob that is held when it is disabled tells no end.
     if (!isEnabled && std::exchange(isHeld_, false)) Present(Shown().value, true);
     slider_->SetEnabled(isEnabled);
     number_->SetEnabled(isEnabled);
 }
 
-int32 SliderEntry::NearestStop(double value) const {
+int32 SliderControl::NearestStop(double value) const {
     const auto distance = [value](double stop) { return std::fabs(std::log(stop / value)); };
     const auto nearest = std::min_element(stops_.begin(), stops_.end(), [&](double a, double b) {
         return distance(a) < distance(b);
@@ -63,20 +63,20 @@ int32 SliderEntry::NearestStop(double value) const {
     return static_cast<int32>(nearest - stops_.begin());
 }
 
-double SliderEntry::StopAt(const BMessage& message) const {
+double SliderControl::StopAt(const BMessage& message) const {
     int32 index = 0;
     message.FindInt32(kValueField, &index);
     return stops_[static_cast<std::size_t>(index)];
 }
 
-void SliderEntry::Present(const std::optional<double>& value, bool replacesAll) {
+void SliderControl::Present(const std::optional<double>& value, bool replacesAll) {
     if (isHeld_) return;
     if (!value) return number_->ShowValue(std::nullopt, replacesAll);
     slider_->SetValue(NearestStop(*value));
     number_->ShowValue(Plain(*value), replacesAll);
 }
 
-bool SliderEntry::CommitPending() {
+bool SliderControl::CommitPending() {
     std::optional<std::string> typed;
     const Source source = TakePending([&] { typed = number_->TakeText(); });
     if (!typed || !source) return false;
@@ -88,7 +88,7 @@ bool SliderEntry::CommitPending() {
     return false;
 }
 
-void SliderEntry::MessageReceived(BMessage* message) {
+void SliderControl::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kMoving:
             isHeld_ = true;

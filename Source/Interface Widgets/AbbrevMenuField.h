@@ -3,10 +3,10 @@
 
 #include "Platform/Interface/Handles/BMenuField.h"
 
-class AbbreviatedMenuField : public BMenuField {
+class AbbrevMenuField : public BMenuField {
 public:
-    AbbreviatedMenuField(const char* name, const char* label, BMenu* menu);
-    explicit AbbreviatedMenuField(BMessage* archive);
+    AbbrevMenuField(const char* name, const char* label, BMenu* menu);
+    explicit AbbrevMenuField(BMessage* archive);
 
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
 

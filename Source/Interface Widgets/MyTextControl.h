@@ -6,11 +6,11 @@
 class BEntryControl;
 class InterfaceTexts;
 
-class TextEntry : public ValueEntry<std::string> {
+class MyTextControl : public ValueEntry<std::string> {
 public:
     // `label` is what a screen reader says.
-    TextEntry(const char* name, const char* label, EpochPortal* portal,
-              const InterfaceTexts& texts);
+    MyTextControl(const char* name, const char* label, EpochPortal* portal,
+                  const InterfaceTexts& texts);
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;

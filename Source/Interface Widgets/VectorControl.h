@@ -5,14 +5,14 @@
 
 #include <array>
 
-#include "Interface Widgets/DimensionalEntry.h"
+#include "Interface Widgets/DimensionalControl.h"
 #include "Model/Commands/SystemFactories.h"
 
 class InterfaceTexts;
-class QuantityLine;
+class NumberTextControl;
 class UnitTable;
 
-class VectorEntry : public DimensionalEntry<DimVector, SystemVectorFactory> {
+class VectorControl : public DimensionalControl<DimVector, SystemVectorFactory> {
 public:
     // The numbers of its title and of the first component's label, which the two others follow.
     struct Labels {
@@ -20,8 +20,8 @@ public:
         int32 firstComponent;
     };
     // `unitMenuField`: the archive of the unit menu's field. `units` is not owned.
-    VectorEntry(const char* name, Labels labels, EpochPortal* portal, const UnitTable* units,
-                const BMessage& unitMenuField, const InterfaceTexts& texts);
+    VectorControl(const char* name, Labels labels, EpochPortal* portal, const UnitTable* units,
+                  const BMessage& unitMenuField, const InterfaceTexts& texts);
 
     void AttachedToWindow() override;
 
@@ -34,5 +34,5 @@ private:
     bool CommitComponent(int32 component, const std::string& typed, const Source& source,
                          double* uval);
 
-    std::array<QuantityLine*, 3> components_{};
+    std::array<NumberTextControl*, 3> components_{};
 };

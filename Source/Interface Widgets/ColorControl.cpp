@@ -1,9 +1,9 @@
-#include "Interface Widgets/ColorEntry.h"
+#include "Interface Widgets/ColorControl.h"
 
 #include <cmath>
 
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/QuantityLine.h"
+#include "Interface Widgets/NumberTextControl.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BColorControl.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int32 kMost = 255;
+constexpr int32 kMax = 255;
 constexpr int32 kPage = 16;
 constexpr int32 kColumns = 3;
 constexpr std::array<uint8 rgb_color::*, 3> kChannels{&rgb_color::red, &rgb_color::green,
@@ -28,8 +28,8 @@ DimValue Plain(uint8 value) {
 
 }  // namespace
 
-ColorEntry::ColorEntry(const char* name, const char* label, EpochPortal* portal,
-                       const InterfaceTexts& texts)
+ColorControl::ColorControl(const char* name, const char* label, EpochPortal* portal,
+                           const InterfaceTexts& texts)
     : ValueEntry(name, B_HORIZONTAL, portal),
       swatch_(new BColorControl("swatch", label, new BMessage(kChosen))) {
     swatch_->SetModificationMessage(new BMessage(kChoosing));
@@ -43,15 +43,15 @@ ColorEntry::ColorEntry(const char* name, const char* label, EpochPortal* portal,
     AddChild(grid);
 }
 
-void ColorEntry::AddChannel(BGridView* grid, std::size_t index, const std::string& spoken,
-                            const std::string& label, const InterfaceTexts& texts) {
+void ColorControl::AddChannel(BGridView* grid, std::size_t index, const std::string& spoken,
+                              const std::string& label, const InterfaceTexts& texts) {
     Channel& channel = channels_[index];
-    channel.slider = new BSlider(label.c_str(), nullptr, new BMessage(kMoved), 0, kMost);
+    channel.slider = new BSlider(label.c_str(), nullptr, new BMessage(kMoved), 0, kMax);
     channel.slider->SetModificationMessage(new BMessage(kMoving));
     channel.slider->SetSteps(1, kPage);
     channel.slider->SetAccessibleName(spoken.c_str());
     channel.number =
-        new QuantityLine("number", spoken.c_str(), nullptr, texts, new BMessage(kEntered));
+        new NumberTextControl("number", spoken.c_str(), nullptr, texts, new BMessage(kEntered));
     channel.number->SetColumns(kColumns);
     channel.number->SetRightAligned(true);
     const auto row = static_cast<int32>(index);
@@ -60,7 +60,7 @@ void ColorEntry::AddChannel(BGridView* grid, std::size_t index, const std::strin
     grid->AddView(channel.number, 2, row);
 }
 
-void ColorEntry::AttachedToWindow() {
+void ColorControl::AttachedToWindow() {
     swatch_->SetTarget(this);
     for (const Channel& channel : channels_) {
         channel.slider->SetTarget(this);
@@ -68,7 +68,7 @@ void ColorEntry::AttachedToWindow() {
     }
 }
 
-void ColorEntry::ShowEnabled(bool isEnabled) {
+void ColorControl::ShowEnabled(bool isEnabled) {
     // A knob that is held when it is disabled tells no end.
     if (!isEnabled) begun_ = {};
     swatch_->SetEnabled(isEnabled);
@@ -80,7 +80,7 @@ void ColorEntry::ShowEnabled(bool isEnabled) {
 
 // --- What is shown ---
 
-void ColorEntry::Present(const std::optional<rgb_color>& value, bool replacesAll) {
+void ColorControl::Present(const std::optional<rgb_color>& value, bool replacesAll) {
     if (begun_) return;
     const rgb_color color = value.value_or(rgb_color{});
     swatch_->SetValue(color);
@@ -88,19 +88,19 @@ void ColorEntry::Present(const std::optional<rgb_color>& value, bool replacesAll
     ShowNumbers(color, replacesAll);
 }
 
-void ColorEntry::ShowSliders(rgb_color color) {
+void ColorControl::ShowSliders(rgb_color color) {
     for (std::size_t i = 0; i < channels_.size(); i++)
         channels_[i].slider->SetValue(color.*kChannels[i]);
 }
 
-void ColorEntry::ShowNumbers(rgb_color color, bool replacesAll) {
+void ColorControl::ShowNumbers(rgb_color color, bool replacesAll) {
     for (std::size_t i = 0; i < channels_.size(); i++)
         channels_[i].number->ShowValue(Plain(color.*kChannels[i]), replacesAll);
     shown_ = color;
     if (Window() != nullptr) WindowServer::Deliver(Window(), BMessage(kColorShown));
 }
 
-rgb_color ColorEntry::SliderColor() const {
+rgb_color ColorControl::SliderColor() const {
     rgb_color color = shown_;
     for (std::size_t i = 0; i < channels_.size(); i++)
         color.*kChannels[i] = static_cast<uint8>(channels_[i].slider->Value());
@@ -109,18 +109,18 @@ rgb_color ColorEntry::SliderColor() const {
 
 // --- Edits ---
 
-void ColorEntry::Try(rgb_color color) {
+void ColorControl::Try(rgb_color color) {
     if (!begun_) begun_ = Shown();
     ShowNumbers(color, true);
 }
 
-void ColorEntry::Take(rgb_color color) {
+void ColorControl::Take(rgb_color color) {
     const Source source = begun_ ? std::exchange(begun_, {}) : Shown();
     // The old colour may be back, or another system be in focus by now.
     if (!source || !CommitEntry(Portal(), *source.factory, color)) Present(Shown().value, true);
 }
 
-bool ColorEntry::CommitPending() {
+bool ColorControl::CommitPending() {
     std::array<std::optional<std::string>, 3> typed;
     const Source source = TakePending([&] {
         for (std::size_t i = 0; i < typed.size(); i++)
@@ -143,19 +143,19 @@ bool ColorEntry::CommitPending() {
     return ExecuteFiled(Portal(), std::move(command));
 }
 
-std::optional<uint8> ColorEntry::ReadChannel(std::size_t index, const std::string& typed,
-                                             uint8 inForce) {
-    QuantityLine& line = *channels_[index].number;
+std::optional<uint8> ColorControl::ReadChannel(std::size_t index, const std::string& typed,
+                                               uint8 inForce) {
+    NumberTextControl& line = *channels_[index].number;
     const std::optional<DimValue> value = line.Read(typed, Plain(inForce));
     if (!value) return std::nullopt;
     const double number = value->Value();
-    if (number >= 0.0 && number <= kMost && number == std::floor(number))
+    if (number >= 0.0 && number <= kMax && number == std::floor(number))
         return static_cast<uint8>(number);
     line.RefuseRange(Plain(inForce));
     return std::nullopt;
 }
 
-void ColorEntry::MessageReceived(BMessage* message) {
+void ColorControl::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kMoving:
             swatch_->SetValue(SliderColor());

@@ -1,14 +1,14 @@
-// A menu item with a short form of its label, which an AbbreviatedMenuField shows while the item is
+// A menu item with a short form of its label, which an AbbrevMenuField shows while the item is
 // marked. Rules as for BMenuItem.
 #pragma once
 
 #include "Platform/Interface/Handles/BMenuItem.h"
 
-class AbbreviatedMenuItem : public BMenuItem {
+class AbbrevMenuItem : public BMenuItem {
 public:
-    AbbreviatedMenuItem(const char* label, const char* abbreviation, BMessage* message,
-                        char shortcut = 0, uint32 modifiers = 0);
-    explicit AbbreviatedMenuItem(BMessage* archive);
+    AbbrevMenuItem(const char* label, const char* abbreviation, BMessage* message,
+                   char shortcut = 0, uint32 modifiers = 0);
+    explicit AbbrevMenuItem(BMessage* archive);
 
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
     // Adds string "Abbreviation" to the item's fields.

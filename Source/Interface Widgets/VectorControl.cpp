@@ -1,7 +1,7 @@
-#include "Interface Widgets/VectorEntry.h"
+#include "Interface Widgets/VectorControl.h"
 
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/QuantityLine.h"
+#include "Interface Widgets/NumberTextControl.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Handles/BGridView.h"
 #include "Platform/Interface/Handles/BStringView.h"
@@ -16,11 +16,11 @@ DimValue Component(const DimVector& value, int32 component) {
 
 }  // namespace
 
-VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
-                         const UnitTable* units, const BMessage& unitMenuField,
-                         const InterfaceTexts& texts)
-    : DimensionalEntry(name, B_VERTICAL, portal, unitMenuField,
-                       (texts.Label(labels.title) + texts.Label(kTextUnit)).c_str()) {
+VectorControl::VectorControl(const char* name, Labels labels, EpochPortal* portal,
+                             const UnitTable* units, const BMessage& unitMenuField,
+                             const InterfaceTexts& texts)
+    : DimensionalControl(name, B_VERTICAL, portal, unitMenuField,
+                         (texts.Label(labels.title) + texts.Label(kTextUnit)).c_str()) {
     auto* const grid = new BGridView("components");
     grid->SetColumnWeight(1, 1);
     auto* const title = new BStringView("title", texts.Text(labels.title));
@@ -29,8 +29,8 @@ VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
     for (int32 i = 0; i < 3; i++) {
         const std::string& label = texts.Label(labels.firstComponent + i);
         const std::string spoken = texts.Label(labels.title) + ' ' + label;
-        components_[static_cast<std::size_t>(i)] =
-            new QuantityLine(label.c_str(), spoken.c_str(), units, texts, new BMessage(kEntered));
+        components_[static_cast<std::size_t>(i)] = new NumberTextControl(
+            label.c_str(), spoken.c_str(), units, texts, new BMessage(kEntered));
         grid->AddView(new BStringView("label", label.c_str()), 0, i + 1);
         grid->AddView(components_[static_cast<std::size_t>(i)], 1, i + 1);
     }
@@ -38,21 +38,21 @@ VectorEntry::VectorEntry(const char* name, Labels labels, EpochPortal* portal,
     AddChild(grid);
 }
 
-void VectorEntry::AttachedToWindow() {
-    for (QuantityLine* const line : components_)
+void VectorControl::AttachedToWindow() {
+    for (NumberTextControl* const line : components_)
         line->SetTarget(this);
-    DimensionalEntry::AttachedToWindow();
+    DimensionalControl::AttachedToWindow();
 }
 
-void VectorEntry::ShowEnabled(bool isEnabled) {
-    for (QuantityLine* const line : components_)
+void VectorControl::ShowEnabled(bool isEnabled) {
+    for (NumberTextControl* const line : components_)
         line->SetEnabled(isEnabled);
-    DimensionalEntry::ShowEnabled(isEnabled);
+    DimensionalControl::ShowEnabled(isEnabled);
 }
 
-void VectorEntry::Present(const std::optional<DimVector>& value, bool replacesAll) {
+void VectorControl::Present(const std::optional<DimVector>& value, bool replacesAll) {
     int32 component = 0;
-    for (QuantityLine* const line : components_) {
+    for (NumberTextControl* const line : components_) {
         std::optional<DimValue> number;
         if (value) number = Component(*value, component++);
         line->ShowValue(number, replacesAll);
@@ -60,7 +60,7 @@ void VectorEntry::Present(const std::optional<DimVector>& value, bool replacesAl
     if (value) ShowUnit(value->Uval());
 }
 
-bool VectorEntry::CommitPending() {
+bool VectorControl::CommitPending() {
     std::array<std::optional<std::string>, 3> typed;
     const Source source = TakePending([&] {
         for (std::size_t i = 0; i < typed.size(); i++)
@@ -76,9 +76,9 @@ bool VectorEntry::CommitPending() {
     return changes;
 }
 
-bool VectorEntry::CommitComponent(int32 component, const std::string& typed, const Source& source,
-                                  double* uval) {
-    QuantityLine& line = *components_[static_cast<std::size_t>(component)];
+bool VectorControl::CommitComponent(int32 component, const std::string& typed, const Source& source,
+                                    double* uval) {
+    NumberTextControl& line = *components_[static_cast<std::size_t>(component)];
     const DimValue inForce = Component(*source.value, component);
     std::optional<DimValue> value = line.Read(typed, inForce);
     if (!value) return false;

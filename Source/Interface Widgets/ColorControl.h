@@ -12,16 +12,16 @@ class BColorControl;
 class BGridView;
 class BSlider;
 class InterfaceTexts;
-class QuantityLine;
+class NumberTextControl;
 
-class ColorEntry : public ValueEntry<rgb_color> {
+class ColorControl : public ValueEntry<rgb_color> {
 public:
     // Sent to the window when ShownColor() has changed.
     static constexpr uint32 kColorShown = FourCC("clsh");
 
     // `label` is the dialog's title and what a screen reader says.
-    ColorEntry(const char* name, const char* label, EpochPortal* portal,
-               const InterfaceTexts& texts);
+    ColorControl(const char* name, const char* label, EpochPortal* portal,
+                 const InterfaceTexts& texts);
 
     // What the entry shows: the colour in force, or the one that the user is just choosing.
     [[nodiscard]] rgb_color ShownColor() const { return shown_; }
@@ -43,7 +43,7 @@ private:
 
     struct Channel {
         BSlider* slider = nullptr;
-        QuantityLine* number = nullptr;
+        NumberTextControl* number = nullptr;
     };
 
     void AddChannel(BGridView* grid, std::size_t index, const std::string& spoken,

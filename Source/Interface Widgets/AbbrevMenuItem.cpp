@@ -1,0 +1,30 @@
+#include "Interface Widgets/AbbrevMenuItem.h"
+
+#include "Platform/Application/BMessage.h"
+
+namespace {
+
+constexpr const char* kAbbreviation = "Abbreviation";
+
+const ArchivableClass kClass("AbbrevMenuItem", AbbrevMenuItem::Instantiate);
+
+}  // namespace
+
+AbbrevMenuItem::AbbrevMenuItem(const char* label, const char* abbreviation, BMessage* message,
+                               char shortcut, uint32 modifiers)
+    : BMenuItem(label, message, shortcut, modifiers),
+      abbreviation_(abbreviation == nullptr ? "" : abbreviation) {}
+
+AbbrevMenuItem::AbbrevMenuItem(BMessage* archive) : BMenuItem(archive) {
+    if (archive != nullptr) archive->FindString(kAbbreviation, &abbreviation_);
+}
+
+BArchivable* AbbrevMenuItem::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "AbbrevMenuItem") ? new AbbrevMenuItem(archive)
+                                                             : nullptr;
+}
+
+status_t AbbrevMenuItem::Archive(BMessage* into, bool deep) const {
+    const status_t status = BMenuItem::Archive(into, deep);
+    return status == B_OK ? into->AddString(kAbbreviation, abbreviation_) : status;
+}
