@@ -2,10 +2,12 @@
 
 #include <charconv>
 #include <cmath>
+#include <numbers>
 #include <span>
 
 #include "Model/Commands/CommandFactory.h"
 #include "Model/Commands/EpochFactories.h"
+#include "Model/Commands/OrbitFactory.h"
 #include "Model/Commands/SystemFactories.h"
 #include "Model/Systems/Body.h"
 #include "Resources/Runner.h"
@@ -71,6 +73,15 @@ const DocumentEdit::Field DocumentEdit::kSystemFields[] = {
     {"trail", &DocumentEdit::SetColorOrSwitch<false>},
     {"disc", &DocumentEdit::SetColorOrSwitch<true>},
     {"relative-to", &DocumentEdit::SetRelativeTo},
+    {"orbit.a", &DocumentEdit::SetOrbit<OrbitalElement::kSemiMajorAxis>},
+    {"orbit.q", &DocumentEdit::SetOrbit<OrbitalElement::kPeriapsisDistance>},
+    {"orbit.e", &DocumentEdit::SetOrbit<OrbitalElement::kEccentricity>},
+    {"orbit.i", &DocumentEdit::SetOrbit<OrbitalElement::kInclination>},
+    {"orbit.node", &DocumentEdit::SetOrbit<OrbitalElement::kNode>},
+    {"orbit.peri", &DocumentEdit::SetOrbit<OrbitalElement::kArgumentOfPeriapsis>},
+    {"orbit.M", &DocumentEdit::SetOrbit<OrbitalElement::kMeanAnomaly>},
+    {"orbit.nu", &DocumentEdit::SetOrbit<OrbitalElement::kTrueAnomaly>},
+    {"orbit.t", &DocumentEdit::SetOrbit<OrbitalElement::kTimeSincePeriapsis>},
 };
 
 const DocumentEdit::Field DocumentEdit::kEpochFields[] = {
@@ -214,6 +225,45 @@ DocumentEdit::Wrong DocumentEdit::SetRelativeTo(Value value) {
     if (!referent) return Problem(kTextEditNoSystem, value);
     if (*referent == system_) return Problem(kTextEditRefused);
     return Commit(RelativeToFactory(system_), *referent);
+}
+
+DocumentEdit::Wrong DocumentEdit::ReadAngle(Value value, double* angle) const {
+    constexpr std::pair<Value, double> kUnits[] = {{"", std::numbers::pi / 180.0},
+                                                   {"deg", std::numbers::pi / 180.0},
+                                                   {"rad", 1.0},
+                                                   {"h", std::numbers::pi / 12.0}};
+    const char* const end = value.data() + value.size();
+    const auto read = std::from_chars(value.data(), end, *angle);
+    if (read.ec != std::errc()) return Problem(kTextEditNoNumber, value);
+    const Value unit = Trimmed({read.ptr, static_cast<std::size_t>(end - read.ptr)});
+    for (const auto& [name, radians] : kUnits) {
+        if (unit != name) continue;
+        *angle *= radians;
+        return std::nullopt;
+    }
+    return Problem(kTextEditNoUnit, value);
+}
+
+template <OrbitalElement kElement>
+DocumentEdit::Wrong DocumentEdit::SetOrbit(Value value) {
+    constexpr bool kIsDistance = kElement == OrbitalElement::kSemiMajorAxis ||
+                                 kElement == OrbitalElement::kPeriapsisDistance;
+    EpochPortal* const portal = document_->Portal();
+    double entered = 0.0;
+    if constexpr (kElement == OrbitalElement::kEccentricity) {
+        if (!ReadPlain(value, &entered)) return Problem(kTextEditNoNumber, value);
+    } else if constexpr (kIsDistance || kElement == OrbitalElement::kTimeSincePeriapsis) {
+        const double unit = kIsDistance ? ChosenSystem(*portal, system_)->PositionUval()
+                                        : portal->FocusEpoch()->TimeUval();
+        const UnitTable& units =
+            kIsDistance ? resources_->DistanceUnits() : resources_->TimeUnits();
+        DimValue quantity{0.0, unit};
+        if (Wrong wrong = ReadQuantity(value, units, unit, &quantity)) return wrong;
+        entered = quantity.Value();
+    } else if (Wrong wrong = ReadAngle(value, &entered)) {
+        return wrong;
+    }
+    return Commit(OrbitFactory(kElement, system_), entered);
 }
 
 DocumentEdit::Wrong DocumentEdit::SetEpochName(Value value) {

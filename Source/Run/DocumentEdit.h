@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "Model/Commands/EpochFactories.h"
+#include "Model/Commands/OrbitFactory.h"
 #include "Model/Commands/SystemFactories.h"
 #include "Model/Units/DimValue.h"
 #include "Run/DocumentAction.h"
@@ -48,6 +49,10 @@ private:
     template <bool kIsDisc>
     Wrong SetColorOrSwitch(Value value);
     Wrong SetRelativeTo(Value value);
+    template <OrbitalElement kElement>
+    Wrong SetOrbit(Value value);
+    // In radians; plain numbers are degrees.
+    Wrong ReadAngle(Value value, double* angle) const;
     Wrong SetEpochName(Value value);
     Wrong SetTime(Value value);
     Wrong SetCutoff(Value value);

@@ -9,6 +9,7 @@
 #include "Platform/Support/PrintableText.h"
 #include "Resources/Runner.h"
 #include "Run/NumberText.h"
+#include "Run/TextColumns.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
@@ -26,12 +27,6 @@ std::size_t Indent(const AbEpoch* epoch, const AbEpoch* root) {
          above = above->Parent())
         indent += kIndent;
     return indent;
-}
-
-// Columns of a text in UTF-8, where only its leading bytes count.
-std::size_t Columns(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(text, [](char c) { return (c & 0xc0) != 0x80; }));
 }
 
 }  // namespace
@@ -59,9 +54,9 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
                         resources.TimeUnits().Abbreviation(epoch->TimeUval());
             line.state = label(epoch->Writeable() ? kTextEpochWriteable : kTextEpochReadOnly);
             line.bodies = std::to_string(epoch->RootSystem()->CountBodies());
-            line.mark = epoch == focus ? mark : std::string(Columns(mark), ' ');
-            nameWidth = std::max(nameWidth, Columns(line.name));
-            timeWidth = std::max(timeWidth, Columns(line.time));
+            line.mark = epoch == focus ? mark : std::string(ColumnsOf(mark), ' ');
+            nameWidth = std::max(nameWidth, ColumnsOf(line.name));
+            timeWidth = std::max(timeWidth, ColumnsOf(line.time));
             lines.push_back(std::move(line));
         }
     }
@@ -72,8 +67,8 @@ std::string ListEpochs(SimulationDocument* document, const ProgramResources& res
         const Line& line = lines[i];
         std::string number = std::to_string(i);
         number.insert(0, numberWidth - number.size(), ' ');
-        const std::string name = line.name + std::string(nameWidth - Columns(line.name), ' ');
-        const std::string time = std::string(timeWidth - Columns(line.time), ' ') + line.time;
+        const std::string name = line.name + std::string(nameWidth - ColumnsOf(line.name), ' ');
+        const std::string time = std::string(timeWidth - ColumnsOf(line.time), ' ') + line.time;
         text +=
             FillIn(label(kTextEpochLine), {name, time, line.state, line.bodies, line.mark, number});
     }

@@ -148,6 +148,7 @@ constexpr OptionInfo kOptions[] = {
     {"edit", '\0', true, AddEdit},
     {"on-collision", '\0', true, SetOnCollision},
     {"epochs", '\0', false, SetFlag<&Options::epochs>},
+    {"elements", '\0', false, SetFlag<&Options::elements>},
     {"cutoff", '\0', true, SetCutoff},
     {"order", '\0', true, SetOrder},
     {"threads", '\0', true, SetThreads},

@@ -31,6 +31,7 @@ struct Options {
     enum class OnCollision { kMerge, kStop };
     std::optional<OnCollision> onCollision;  // none: merge
     bool epochs = false;
+    bool elements = false;
     std::optional<double> cutoff;
     std::optional<int32> order;
     std::optional<int32> threads;
@@ -42,10 +43,10 @@ struct Options {
 
     // Beside the document that is saved.
     [[nodiscard]] std::string CheckpointPath() const { return *save + ".checkpoint"; }
-    // A listing of the epochs alone, and 0 steps, run nothing.
+    // A listing alone, and 0 steps, run nothing.
     [[nodiscard]] bool WantsRun() const {
         if (resume) return true;
-        return steps ? *steps > 0 : duration.has_value() || !epochs;
+        return steps ? *steps > 0 : duration.has_value() || !(epochs || elements);
     }
 };
 

@@ -18,6 +18,7 @@
 #include "Run/DocumentEdit.h"
 #include "Run/EpochListing.h"
 #include "Run/NumberText.h"
+#include "Run/OrbitListing.h"
 #include "Run/OutputClash.h"
 #include "Run/StateDigest.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -144,7 +145,7 @@ int Runner::WriteWithoutRun() {
         if (const int status = Save(); status != kDone) return status;
     if (options_.png)
         if (const int status = WritePicture(); status != kDone) return status;
-    return ListEpochTree();
+    return PrintListings();
 }
 
 // The new epoch is in place and its centre of mass where it belongs.
@@ -306,7 +307,7 @@ int Runner::WriteResults() {
     if (options_.png)
         if (const int status = WritePicture(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
-    if (const int status = ListEpochTree(); status != kDone) return status;
+    if (const int status = PrintListings(); status != kDone) return status;
     return EndStatus();
 }
 
@@ -349,10 +350,13 @@ int Runner::FailPicture(const AtomicFile& file) const {
     return output_.Fail(*options_.png, std::strerror(file.SystemError()));
 }
 
-int Runner::ListEpochTree() {
-    if (!options_.epochs) return kDone;
-    return output_.PrintText(std::string(OutputFile::kStandardOutput),
-                             ListEpochs(&document_, resources_));
+int Runner::PrintListings() {
+    std::string text;
+    if (options_.epochs) text += ListEpochs(&document_, resources_);
+    if (options_.elements)
+        text += options_.json ? OrbitsAsJson(&document_) : ListOrbits(&document_, resources_);
+    if (text.empty()) return kDone;
+    return output_.PrintText(std::string(OutputFile::kStandardOutput), text);
 }
 
 int Runner::Tell() {

@@ -62,7 +62,7 @@ private:
     [[nodiscard]] bool ResolveCollision(Progress* progress);
     void TellEnding();
     [[nodiscard]] int EndStatus() const;
-    int ListEpochTree();
+    int PrintListings();
     int WriteResults();
     int Save();
     int WritePicture();

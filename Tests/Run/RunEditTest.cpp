@@ -1,6 +1,7 @@
 // Edits on the command line, and the listing of the epochs.
 #include <unistd.h>
 
+#include <cmath>
 #include <filesystem>
 
 #include "Simulation/Document/SimulationDocument.h"
@@ -91,6 +92,40 @@ TEST_F(RunEdit, NoRefusalIsSilentAndWhatIsSoAlreadyIsNone) {
     const Outcome outcome = Saved({"BoskVeld.r.x=2 AU", "BoskVeld.r.x=2 AU", "BoskVeld.mass=-1 Me",
                                    "group=G: BoskVeld", "G.mass=1 Me", "G.r.x=2 AU"});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
+}
+
+// One step sets position and velocity. Orbits are listed with what the run ends with.
+TEST_F(RunEdit, OrbitsAreListedAndSetElementByElement) {
+    const auto orbit = [](const std::vector<std::string>& edits) {
+        const Outcome outcome = Edit({"--elements", "--json"}, edits);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        return outcome.out;
+    };
+    const std::string before = orbit({});
+    const std::string axis = Member(before, "semi_major_axis");
+    std::string after = orbit({"BoskVeld.orbit.e=0.25", "BoskVeld.orbit.i=30",
+                               "BoskVeld.orbit.node=0.5 rad", "BoskVeld.orbit.nu=6 h"});
+    EXPECT_NEAR(std::stod(Member(after, "eccentricity")), 0.25, 1e-14);
+    EXPECT_NEAR(std::stod(Member(after, "inclination")), std::asin(0.5), 1e-14);
+    EXPECT_NEAR(std::stod(Member(after, "node")), 0.5, 1e-14);
+    EXPECT_NEAR(std::stod(Member(after, "true_anomaly")), std::acos(0.0), 1e-14);
+    EXPECT_NEAR(std::stod(Member(after, "semi_major_axis")) / std::stod(axis), 1.0, 1e-14);
+    EXPECT_EQ(orbit({"BoskVeld.orbit.a=3 AU", "undo"}), before);
+    after = orbit({"BoskVeld.orbit.e=1.5"});
+    EXPECT_EQ(Member(after, "period"), "null");
+    const Outcome text = Edit({"--elements", "-q"}, {"BoskVeld.orbit.q=2 AU"});
+    EXPECT_NE(text.out.find(" 2 AU"), std::string::npos) << text.out;
+
+    const std::pair<const char*, const char*> refused[] = {{"BoskVeld.orbit.e=-1", "cannot be"},
+                                                           {"BoskVeld.orbit.i=200", "cannot be"},
+                                                           {"BoskVeld.orbit.M=2 km", "unit"},
+                                                           {"Arrakis.orbit.e=0.5", "cannot be"},
+                                                           {"BoskVeld.orbit.x=1", "orbit.x"}};
+    for (const auto& [edit, complaint] : refused) {
+        const Outcome outcome = Edit({"--elements"}, {edit});
+        EXPECT_EQ(outcome.status, 1) << edit;
+        EXPECT_NE(outcome.err.find(complaint), std::string::npos) << outcome.err;
+    }
 }
 
 TEST_F(RunEdit, TheSelectionStaysWhereItIs) {
