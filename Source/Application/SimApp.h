@@ -1,23 +1,22 @@
-// The application: the open simulations, what they share (texts, units, menus, the icon, the
-// answers to questions), the open panel, and what is remembered from one run to the next. Made, run
-// and deleted by main. The calls of SimulationHost, and those that only read what was there from
-// the start, may come from any thread; everything else belongs to the application's own.
+// The application: turns its messages into calls of the simulations' list, the opener of documents,
+// the open panel and the boxes; and has what all share (texts, units, menus, the icon, the answers
+// to questions) and what is remembered from one run to the next. Made, run and deleted by main. The
+// calls of SimulationHost, and those that only read what was there from the start, may come from
+// any thread; everything else belongs to the application's own.
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "Application/DefaultResponses.h"
+#include "Application/DocumentOpener.h"
 #include "Application/OpenPanel.h"
-#include "Application/OpenRequests.h"
-#include "Application/QuitRound.h"
+#include "Application/ProgramBoxes.h"
 #include "Application/RecoveryOffers.h"
+#include "Application/SimulationList.h"
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/ResourceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
-#include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessageRunner.h"
 #include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Handles/BApplication.h"
@@ -25,8 +24,6 @@
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/SimulationHost.h"
 
-class GuideWindow;
-class MessageWindow;
 class Simulation;
 
 class SimApp : public BApplication, public SimulationHost {
@@ -64,54 +61,26 @@ public:
     void NoteDocument(const char* path) override;
 
     // For tests, on the application's thread.
-    [[nodiscard]] const std::vector<Simulation*>& Simulations() const { return simulations_; }
+    [[nodiscard]] const std::vector<Simulation*>& Simulations() const { return simulations_.All(); }
 
 private:
     void ReadSettings();
     void WriteSettings();
 
-    // Each new one stands a little aside of the one before.
-    Simulation* CreateSimulation();
-    Simulation* CreateSimulation(const BMessage& archive, const entry_ref& directory,
-                                 const char* name, bool isNewlyCreated);
-    Simulation* BeginSimulation(const std::function<void(Simulation*)>& init);
-    // Null unless it is one of ours.
-    [[nodiscard]] Simulation* FindOpen(const void* simulation) const;
-    // The same, for a window in which a file may be opened.
-    [[nodiscard]] Simulation* FindUntouched(const void* simulation) const;
+    void OpenRecent(const BMessage& message);
+    void OpenHandedOver(const BMessage& message);
+    void OfferCopy(const BMessage& message);
     void SimulationShown(const void* pointer);
     void SimulationClosed(const void* pointer, const BMessage& message);
-    void DeleteSimulation(Simulation* simulation);
+    void MessageWindowClosed(const void* window);
     void QuitIfNothingIsLeft();
-
-    void OpenPath(const std::string& path, Simulation* reuse, const OpenRequests::Request& request);
-    void OpenRecent(const BMessage& message);
-    // In a window of its own, which `init` gives its record, and which takes the place of the only
-    // one if that is untouched.
-    void OpenInsteadOfFirst(
-        const std::string& path,
-        const std::function<void(Simulation*, std::unique_ptr<BMessage>)>& init);
-    void OpenExample(const BMessage& message);
-    void OpenHandedOver(const BMessage& message);
-    void OpenFile(const entry_ref& ref, bool remembersDirectory, Simulation* reuse,
-                  const OpenRequests::Request& request);
-    void Complain(const OpenRequests::Request& request, const std::string& path,
-                  const DocumentError& error) const;
-    // The request, or one of its documents, is done.
-    void End(const OpenRequests::Request& request);
-    // Null where the program is to end.
-    [[nodiscard]] Simulation* WindowFor(const OpenRequest& request);
-
-    void Recover();
-    void OfferCopy(const BMessage& message);
     void EndSession();
-    void KeepRecoveryCopies();
     void Activate();
     void HandBack(const BMessage& message);
-    // Shows it, or brings the one with the same id to the front.
-    void ShowBox(int32 id, int32 title, const std::string& text);
-    void MessageWindowClosed(const void* window);
-    void ShowGuide();
+    // What begins with a document, or the choice of one; false for any other message.
+    bool OpenMessage(const BMessage& message);
+    // What windows, the system and timers tell.
+    bool NoticeMessage(const BMessage& message);
 
     const ProgramResources* const resources_;
     const ResourceTexts texts_;
@@ -121,15 +90,11 @@ private:
     const DisplayContext context_;
     const Recovery recovery_;
 
-    std::vector<Simulation*> simulations_;
-    int untitledCount_ = 0;
-    std::vector<MessageWindow*> boxes_;  // that only tell something
-    GuideWindow* guide_ = nullptr;       // null until it is asked for
+    SimulationList simulations_;
     OpenPanel openPanel_;
-    BMessage newSimulation_;
-    OpenRequests openRequests_;
+    DocumentOpener opener_;
+    ProgramBoxes boxes_;
     DefaultResponses defaultResponses_;
-    QuitRound quitRound_;
     RecoveryOffers recoveryOffers_;
     const BMessageRunner copyTimes_;
 };

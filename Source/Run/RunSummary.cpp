@@ -1,9 +1,12 @@
 #include "Run/RunSummary.h"
 
+#include "Calculation/CollisionMailbox.h"
+#include "Platform/Application/BMessage.h"
 #include "Resources/Runner.h"
 #include "Run/JsonObject.h"
 #include "Run/NumberText.h"
 #include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SystemState.h"
 #include "Simulation/Document/TextTemplate.h"
 
 namespace {
@@ -53,6 +56,15 @@ std::string TouchesJson(const std::vector<RunSummary::Touch>& touches) {
 }
 
 }  // namespace
+
+void RunSummary::AddTouches(const BMessage& pairs, const SystemState& end) {
+    int64 lighter = 0;
+    int64 heavier = 0;
+    for (int32 i = 0; pairs.FindInt64(CollisionMailbox::kLaterField, i, &lighter) == B_OK &&
+                      pairs.FindInt64(CollisionMailbox::kEarlierField, i, &heavier) == B_OK;
+         i++)
+        touches.push_back({lighter, heavier, end.NameOf(lighter), end.NameOf(heavier)});
+}
 
 RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
     switch (reason) {

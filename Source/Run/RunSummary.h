@@ -8,7 +8,9 @@
 #include "Platform/Support/SupportDefs.h"
 #include "Simulation/Document/Conservation.h"
 
+class BMessage;
 class ProgramResources;
+struct SystemState;
 
 struct RunSummary {
     enum class Ending {
@@ -45,6 +47,8 @@ struct RunSummary {
     Ending ending = Ending::kDone;
     std::vector<Touch> touches;  // the bodies that ended the run by touching
 
+    // The pairs as the calculator mails them, named as in the final state.
+    void AddTouches(const BMessage& pairs, const SystemState& end);
     [[nodiscard]] static Ending EndingFor(RunEnding::Reason reason);
     [[nodiscard]] std::string Text(const ProgramResources& resources) const;
     // One JSON object on one line.

@@ -8,10 +8,8 @@
 #include <memory>
 #include <utility>
 
-#include "Calculation/CollisionMailbox.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Storage/AtomicFile.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/DocumentTexts.h"
 #include "Resources/Runner.h"
@@ -45,18 +43,14 @@ Runner::Runner(const Options& options, const ProgramResources& resources)
       control_(document_.Portal(), document_.GetCalculator(), this),
       controller_(&document_, &control_, &resources_),
       recorder_(document_.GetCalculator()),
-      checkpoints_(options, resources, output_, &document_) {
+      checkpoints_(options, resources, output_, &document_),
+      picture_(options, resources, output_, &document_) {
     document_.AddConsumer(&recorder_);
-    if (options_.png) {
-        painter_ = RunPainter::Make(document_.Portal(), document_.GetCalculator(), resources_);
-        document_.AddConsumer(painter_.get());
-    }
     document_.Portal()->AddObserver(&events_);
 }
 
 Runner::~Runner() {
     document_.Portal()->RemoveObserver(&events_);
-    if (painter_ != nullptr) document_.RemoveConsumer(painter_.get());
     document_.RemoveConsumer(&recorder_);
 }
 
@@ -118,10 +112,7 @@ int Runner::RunDocument() {
     }
     if (const DocumentError error = checkpoints_.CanWrite(); error.Failed())
         return output_.Fail(options_.CheckpointPath(), error.Reason(resources_));
-    if (options_.png) {
-        AtomicFile file;
-        if (file.Open(*options_.png) != B_OK) return FailPicture(file);
-    }
+    if (const int status = picture_.CheckPlace(); status != kDone) return status;
     if (const int error = reports_.Open(options_, run_); error != 0)
         return output_.Fail(*options_.csv, std::strerror(error));
     if (const auto obstacle = reports_.Obstacle())
@@ -140,11 +131,10 @@ int Runner::RunDocument() {
 
 int Runner::WriteWithoutRun() {
     const RunEvents::NothingToLose nothingToLose(events_);
-    if (painter_ != nullptr) painter_->PrepareForGo(0);
+    picture_.TakeBodies();
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
-    if (options_.png)
-        if (const int status = WritePicture(); status != kDone) return status;
+    if (const int status = picture_.Write(); status != kDone) return status;
     return PrintListings();
 }
 
@@ -304,8 +294,7 @@ int Runner::WriteResults() {
         if (const int status = Save(); status != kDone) return status;
     // Of a run that was stopped it stays.
     if (!isInterrupted_) checkpoints_.Remove();
-    if (options_.png)
-        if (const int status = WritePicture(); status != kDone) return status;
+    if (const int status = picture_.Write(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
     if (const int status = PrintListings(); status != kDone) return status;
     return EndStatus();
@@ -333,21 +322,6 @@ int Runner::Save() {
     DocumentError error = document_.Store(&record, true);
     if (!error.Failed()) error = output_.WriteDocument(*options_.save, std::move(record));
     return error.Failed() ? output_.Fail(*options_.save, error.Reason(resources_)) : kDone;
-}
-
-int Runner::WritePicture() {
-    const std::vector<std::byte> picture = painter_->Draw(options_);
-    AtomicFile file;
-    status_t status = file.Open(*options_.png);
-    if (status == B_OK) {
-        file.Write(picture.data(), picture.size());  // a failure shows in Commit
-        status = file.Commit();
-    }
-    return status == B_OK ? kDone : FailPicture(file);
-}
-
-int Runner::FailPicture(const AtomicFile& file) const {
-    return output_.Fail(*options_.png, std::strerror(file.SystemError()));
 }
 
 int Runner::PrintListings() {
@@ -389,12 +363,7 @@ RunSummary Runner::Summarize() {
     summary.mergers = run_.mergers;
     summary.drift = MeasureDrift(StartConserved(), MeasureConserved(end), run_.mergers);
     summary.digest = DigestOf(end);
-    int64 lighter = 0;
-    int64 heavier = 0;
-    for (int32 i = 0; touches_.FindInt64(CollisionMailbox::kLaterField, i, &lighter) == B_OK &&
-                      touches_.FindInt64(CollisionMailbox::kEarlierField, i, &heavier) == B_OK;
-         i++)
-        summary.touches.push_back({lighter, heavier, end.NameOf(lighter), end.NameOf(heavier)});
+    summary.AddTouches(touches_, end);
     if (!summary.touches.empty())
         summary.ending = RunSummary::Ending::kCollision;
     else if (isInterrupted_)

@@ -10,10 +10,10 @@
 #include "Run/Checkpoints.h"
 #include "Run/CollisionWatch.h"
 #include "Run/Options.h"
+#include "Run/PictureFile.h"
 #include "Run/Progress.h"
 #include "Run/ReportFile.h"
 #include "Run/RunEvents.h"
-#include "Run/RunPainter.h"
 #include "Run/RunRecord.h"
 #include "Run/RunRecorder.h"
 #include "Run/RunSummary.h"
@@ -23,8 +23,6 @@
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SystemState.h"
-
-class AtomicFile;
 
 class Runner : private RunControlView {
 public:
@@ -65,9 +63,7 @@ private:
     int PrintListings();
     int WriteResults();
     int Save();
-    int WritePicture();
     int Tell();
-    int FailPicture(const AtomicFile& file) const;
     template <typename Value>
     [[nodiscard]] Value OfFocus(Value (AbEpoch::*value)() const) {
         const ReadGuard guard(document_.Portal());
@@ -86,7 +82,7 @@ private:
     RunRecorder recorder_;
     ReportFile reports_;
     Checkpoints checkpoints_;
-    std::unique_ptr<RunPainter> painter_;  // if a picture is asked for
+    PictureFile picture_;
     // Of the run: what goes into its checkpoints; steps, reports and seconds are those of the part
     // before this program.
     RunRecord run_;

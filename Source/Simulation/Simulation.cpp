@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Application/MessageBoxes/MessageWindow.h"
-#include "Calculation/CollisionMailbox.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -12,21 +11,17 @@
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessageRunner.h"
-#include "Platform/Interface/Handles/BFilePanel.h"
 #include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Support/BAutolock.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/DocumentTexts.h"
 #include "Resources/SimulationFeatures.h"
-#include "Simulation/CopyOffer.h"
 #include "Simulation/Document/DocumentSaver.h"
 #include "Simulation/Document/ProgramResources.h"
-#include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/Document/WindowFields.h"
 #include "Simulation/EditMessages.h"
-#include "Simulation/GroupWindow.h"
 #include "Simulation/OpenSimulations.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationMenus.h"
@@ -53,14 +48,12 @@ Simulation::Simulation(BRect frame, SimulationHost* host)
       host_(host),
       document_(this),
       history_(document_.GetUndoChain()),
-      runHistory_(document_.Portal(), document_.GetCalculator()),
       controls_(this, host, &document_, &displays_),
-      run_(document_.Portal(), document_.GetCalculator(), &controls_),
-      controller_(&document_, &run_, &host->Resources()),
-      displays_(&document_, &runHistory_, &run_, this, host->Context()),
-      saver_(this, host, &document_, &run_, &controls_, &displays_),
-      boxes_(this, host) {
-    document_.AddConsumer(&runHistory_);
+      run_(&document_, &controls_, &host->Resources()),
+      displays_(&document_, run_.History(), run_.Control(), this, host->Context()),
+      saver_(this, host, &document_, run_.Control(), &controls_, &displays_),
+      boxes_(this, host),
+      closer_(this, host, &document_, run_.Control(), &saver_, &boxes_) {
     document_.Portal()->Broadcast(false);
 }
 
@@ -105,7 +98,7 @@ void Simulation::ReLoad(std::unique_ptr<BMessage> archive, const entry_ref& dire
 void Simulation::Replace(const Replacement& replacement) {
     EpochPortal* const portal = document_.Portal();
     // Normally it stands, untouched.
-    run_.PauseForUser();
+    run_.Control()->PauseForUser();
     portal->Broadcast(false);
     if (const DocumentError error = Find(*replacement.archive); error.Failed()) {
         saver_.TellNotOpened(replacement.name, error);
@@ -168,7 +161,7 @@ bool Simulation::BuildStep(uint32 what) {
         default:
             ShowSelf();
     }
-    if (!isBuilt_ && !isQuitting_) PostBuildMessage(step[1]);
+    if (!isBuilt_ && !closer_.IsClosing()) PostBuildMessage(step[1]);
     return true;
 }
 
@@ -177,7 +170,7 @@ void Simulation::ArrangeWindow() {
     SetName(saver_.File().Name());
     // Without any epoch, as where the program's template is missing, the simulation has none.
     if (const DocumentError error = ReadArchive(); error.Failed() && error.text != kTextNoEpoch)
-        SendQuitRequest(error.Reason(host_->Resources()));
+        closer_.Close(error.Reason(host_->Resources()));
 }
 
 DocumentError Simulation::ReadArchive() {
@@ -212,16 +205,16 @@ void Simulation::ShowSelf() {
 // --- Messages ---
 
 void Simulation::MessageReceived(BMessage* message) {
-    if (isQuitting_) return;
+    if (closer_.IsClosing()) return;
     if (BuildStep(message->what)) return;
     if (std::string text;
         message->what == kTellUser && message->FindString(kTextField, &text) == B_OK)
         return Tell(text);
     const bool hasAllParts = controls_.Windows() != nullptr;
     if (hasAllParts &&
-        (FileMessage(message) || RunMessage(message) || WindowMessage(message) ||
-         CarryOutEdit(*message, &controller_, document_.Portal(), *controls_.Windows()->Epochs(),
-                      [this](int32 text) {
+        (FileMessage(message) || RunMessage(*message) || WindowMessage(message) ||
+         CarryOutEdit(*message, run_.Controller(), document_.Portal(),
+                      *controls_.Windows()->Epochs(), [this](int32 text) {
                           controls_.ShowMessage(host_->Resources().InterfaceLabel(text));
                       })))
         return;
@@ -249,29 +242,6 @@ bool Simulation::FileMessage(BMessage* message) {
             if (const auto choice = SaveChoice::From(*message); choice)
                 saver_.SaveRequested(*choice, false);
             break;
-        case MessageBoxes::kSaveThenQuit:
-            SaveThenQuit(*message);
-            break;
-        case MessageBoxes::kCancelQuit:
-            isAsked_ = false;
-            CloseCancelled();
-            break;
-        case B_CANCEL:
-            if (int32 answer = 0;
-                message->FindInt32(BFilePanel::kCancelledField, &answer) == B_OK &&
-                answer == static_cast<int32>(MessageBoxes::kSaveThenQuit))
-                CloseCancelled();
-            break;
-        case MessageBoxes::kReallyQuit:
-            boxes_.HandleDefaultResponse(*message, MessageWindow::kSaveConfirmation,
-                                         MessageBoxes::kReallyQuit);
-            // Who was asked does not want what was recovered either; who was not may want it back.
-            if (message->HasName(MessageBoxes::kCheckBox))
-                saver_.File().DiscardRecovered();
-            else
-                saver_.KeepRecoveryCopy();
-            SendQuitRequest();
-            break;
         case kCloseThenOpen:
             PassToApplication(BMessage(kOpen), false);
             WindowServer::Deliver(this, BMessage(B_QUIT_REQUESTED));
@@ -286,52 +256,20 @@ bool Simulation::FileMessage(BMessage* message) {
             break;
         case kKeepAutomaticCopy:
             // A run changes the document all the time.
-            if (isBuilt_ && (hasNewChanges_.exchange(false) || run_.PauseCount() <= 0))
+            if (isBuilt_ && (hasNewChanges_.exchange(false) || run_.IsRunning()))
                 saver_.KeepAutomaticCopy();
             break;
         default:
-            return false;
+            if (!closer_.Handle(*message)) return false;
     }
     if (saver_.File().HasFile()) isNewlyCreated_ = false;
     return true;
 }
 
-bool Simulation::RunMessage(BMessage* message) {
-    switch (message->what) {
-        case kTogglePause:
-            run_.TogglePause();
-            break;
-        case kPauseRun:
-            run_.Pause();
-            Reply(*message);
-            break;
-        case kUnPauseRun:
-            run_.UnPause();
-            Reply(*message);
-            break;
-        case kRestRun:
-            run_.Rest();
-            Reply(*message);
-            break;
-        case kUnRestRun:
-            run_.UnRest();
-            Reply(*message);
-            break;
-        case kPauseForUser:
-            run_.PauseForUser();
-            break;
-        case CollisionMailbox::kCollisionMessage:
-            Collide(*message);
-            break;
-        case RunEnding::kMessage:
-            if (const auto ending = RunEnding::From(*message)) EndRun(*ending);
-            break;
-        case B_PULSE:
-            if (run_.PauseCount() <= 0) controls_.ShowRun();
-            break;
-        default:
-            return false;
-    }
+bool Simulation::RunMessage(const BMessage& message) {
+    if (!run_.Handle(message)) return false;
+    BMessage reply;
+    if (message.FindMessage(kReplyField, &reply) == B_OK) SendReply(reply);
     return true;
 }
 
@@ -351,38 +289,18 @@ bool Simulation::WindowMessage(BMessage* message) {
             displays_.OpenWaiting(title_.c_str());
             controls_.ShowOpened({});
             break;
-        case kShowTrailDisc:
-            controls_.Windows()->ShowTrailDisc();
-            break;
-        case kShowAnimation:
-            controls_.Windows()->ShowAnimation();
-            break;
-        case SimulationMenus::kRequestGroup:
-            controls_.Windows()->RequestGroup(*this);
-            break;
-        case GroupWindow::kClosed:
-            controls_.Windows()->EndGroupRequest();
-            break;
-        case kShowEpochs:
-            controls_.Windows()->ShowEpochs();
-            break;
         case kDeleteMe:
             if (message->FindPointer(kDoomedDisplay, &pointer) == B_OK)
                 displays_.Delete(static_cast<Display*>(pointer));
             break;
         case kDeleteMessageWindow:
             if (message->FindPointer(kDoomedMessageWindow, &pointer) == B_OK)
-                MessageBoxClosed(static_cast<MessageWindow*>(pointer));
+                closer_.BoxClosed(static_cast<MessageWindow*>(pointer));
             break;
         default:
-            return false;
+            return controls_.Windows()->Handle(*message, *this);
     }
     return true;
-}
-
-void Simulation::Reply(const BMessage& message) {
-    BMessage reply;
-    if (message.FindMessage(kReplyField, &reply) == B_OK) SendReply(reply);
 }
 
 void Simulation::PassToApplication(const BMessage& message, bool withThis) {
@@ -397,25 +315,6 @@ void Simulation::Tell(const std::string& text) {
         controls_.ShowInFull(text);
     else
         notice_ = text;
-}
-
-void Simulation::Collide(const BMessage& message) {
-    const bool isRunning = run_.PauseCount() <= 0;
-    const MergeResult result = controller_.Collide(message, [this](const MergeResult& merged) {
-        runHistory_.NoteMergers(merged);
-        controls_.NoteMergers(merged);
-    });
-    // A run's mergers belong to the step that began it; later ones are in no step of the history.
-    if (!isRunning && !result.mergers.empty()) {
-        history_->MarkUnsaved();
-        controls_.ShowHistory();
-    }
-    if (result.unmerged) EndRun(*result.unmerged);
-}
-
-void Simulation::EndRun(const RunEnding& ending) {
-    run_.PauseForUser();
-    controls_.ShowRunEvent(RunEndingText(ending, document_.Portal(), host_->Resources()));
 }
 
 // --- Observer ---
@@ -466,84 +365,21 @@ void Simulation::FindSimWindowInfo(const BMessage& archive) {
 // --- Closing ---
 
 bool Simulation::QuitRequested() {
-    if (isQuitting_) return false;
+    if (closer_.IsClosing()) return false;
     // Half a word that the user has typed is a change, too.
     if (isBuilt_) document_.Portal()->CommitChanges();
-    if (history_->IsSaved()) {
-        SendQuitRequest();
-    } else if (const uint32 answer = host_->DefaultResponse(MessageWindow::kSaveConfirmation);
-               answer != 0) {
-        WindowServer::Deliver(this, BMessage(answer));
-    } else {
-        isAsked_ = true;
-        boxes_.MakeQuitConfirm(saver_.File().Name());
-    }
+    closer_.Request();
     return false;
-}
-
-void Simulation::CloseCancelled() {
-    PassToApplication(BMessage(kCloseCancelled), true);
-}
-
-// An answer comes before the end of its box; a box that ends without one was closed.
-void Simulation::MessageBoxClosed(const MessageWindow* box) {
-    const bool isQuestion = box == boxes_.MessageWindowFromID(MessageWindow::kSaveConfirmation);
-    boxes_.DeleteMessageWindow(box);
-    if (!isQuestion || !isAsked_) return;
-    isAsked_ = false;
-    CloseCancelled();
-}
-
-void Simulation::SaveThenQuit(const BMessage& message) {
-    isAsked_ = false;
-    if (const auto choice = SaveChoice::From(message); choice) {
-        saver_.SaveRequested(*choice, true);
-    } else {
-        // Deliberately, "Never ask me again" makes "Don't Save" the standing answer even though the
-        // user has chosen to save this time.
-        boxes_.HandleDefaultResponse(message, MessageWindow::kSaveConfirmation,
-                                     MessageBoxes::kReallyQuit);
-        switch (saver_.Save(MessageBoxes::kSaveThenQuit)) {
-            case SimulationSaver::Outcome::kDone:
-                break;
-            case SimulationSaver::Outcome::kAsked:
-                return;
-            case SimulationSaver::Outcome::kRefused:
-                return CloseCancelled();
-        }
-    }
-    // What could be written nowhere, not even as a recovery copy, stays.
-    if (!history_->IsSaved()) return CloseCancelled();
-    if (!saver_.WhyNotSaved().empty()) OfferCopy();
-    SendQuitRequest();
-}
-
-// The user, who believes the document to be saved, hears before long that it is not.
-void Simulation::OfferCopy() {
-    const CopyOffer offer{saver_.File().CopyPath(), saver_.WhereNotSaved(), saver_.File().Name(),
-                          saver_.WhyNotSaved()};
-    PassToApplication(offer.ToMessage(), false);
-}
-
-void Simulation::SendQuitRequest(const std::string& reason) {
-    Hide();
-    run_.Pause();
-    saver_.File().DiscardAutomaticCopy();
-    isQuitting_ = true;
-    BMessage doomed(kDeleteMe);
-    doomed.AddPointer(kDoomedSimulation, this);
-    if (!reason.empty()) doomed.AddString(kReasonField, reason);
-    WindowServer::Deliver(host_->Application(), doomed);
 }
 
 // Called by the application's thread, which holds this window's lock until the end. None of the
 // threads that are waited for here takes that lock: they send messages, which are ignored from now
 // on.
 void Simulation::Quit() {
-    isQuitting_ = true;
+    closer_.BeginQuit();
     OpenSimulations::Shared().Leave(this);
     document_.Portal()->RemoveObserver(this);
-    run_.Pause();
+    run_.Control()->Pause();
     displays_.DeleteAll();
     boxes_.DeleteAll();
     saver_.Panel().Close();

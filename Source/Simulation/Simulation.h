@@ -16,15 +16,13 @@
 #include "Model/Sharing/Observer.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Simulation/DisplayList.h"
-#include "Simulation/Document/RunControl.h"
-#include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/SimulationDocument.h"
-#include "Simulation/History/RunHistory.h"
 #include "Simulation/MessageBoxes.h"
+#include "Simulation/SimulationCloser.h"
 #include "Simulation/SimulationControls.h"
+#include "Simulation/SimulationRun.h"
 #include "Simulation/SimulationSaver.h"
 
-class MessageWindow;
 class SimulationHost;
 
 class Simulation : public BWindow, public Observer {
@@ -82,13 +80,9 @@ private:
 
     // --- Messages ---
     bool FileMessage(BMessage* message);
-    bool RunMessage(BMessage* message);
+    bool RunMessage(const BMessage& message);
     bool WindowMessage(BMessage* message);
-    void Reply(const BMessage& message);
     void PassToApplication(const BMessage& message, bool withThis);
-    void Collide(const BMessage& message);
-    // The run has ended by itself.
-    void EndRun(const RunEnding& ending);
     void Tell(const std::string& text);
 
     // --- Reading a document ---
@@ -97,25 +91,15 @@ private:
     DocumentError Find(const BMessage& archive);
     void FindSimWindowInfo(const BMessage& archive);
 
-    // --- Closing ---
-    void SaveThenQuit(const BMessage& message);
-    void MessageBoxClosed(const MessageWindow* box);
-    void OfferCopy();
-    // The simulation stays open after all.
-    void CloseCancelled();
-    // `reason`: why the document could not be read; empty for any other end.
-    void SendQuitRequest(const std::string& reason = {});
-
     SimulationHost* const host_;
     SimulationDocument document_;
     UndoChain* const history_;  // the document's
-    RunHistory runHistory_;
     SimulationControls controls_;
-    RunControl run_;
-    SimulationController controller_;
+    SimulationRun run_;
     DisplayList displays_;
     SimulationSaver saver_;
     MessageBoxes boxes_;
+    SimulationCloser closer_;
     std::string title_;  // the document's name; of a further window of the same one it says so
     std::unique_ptr<BMessage> archive_;  // until it is read
     // While the window is being built: what it does when it is complete.
@@ -128,6 +112,4 @@ private:
     std::atomic<bool> isNewlyCreated_{false};
     std::ptrdiff_t builtSteps_ = 0;
     bool isBuilt_ = false;
-    bool isAsked_ = false;     // whether to save before closing, and has not answered
-    bool isQuitting_ = false;  // the application has been asked to delete the window
 };

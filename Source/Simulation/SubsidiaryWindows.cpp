@@ -4,7 +4,9 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
+#include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/WindowFields.h"
@@ -12,6 +14,7 @@
 #include "Simulation/GroupWindow.h"
 #include "Simulation/Settings/AnimationWindow.h"
 #include "Simulation/Settings/TrailDiscWindow.h"
+#include "Simulation/SimulationMenus.h"
 #include "Simulation/WindowPlaces.h"
 
 namespace {
@@ -76,16 +79,27 @@ void SubsidiaryWindows::Archive(BMessage* into) const {
     SetWindowSize(into, *epochs_, kEpochsWidthField, kEpochsHeightField);
 }
 
-void SubsidiaryWindows::ShowEpochs() {
-    ShowOrActivate(epochs_);
-}
-
-void SubsidiaryWindows::ShowAnimation() {
-    ShowOrActivate(animation_);
-}
-
-void SubsidiaryWindows::ShowTrailDisc() {
-    ShowOrActivate(trailDisc_);
+bool SubsidiaryWindows::Handle(const BMessage& message, const BWindow& window) {
+    switch (message.what) {
+        case kShowEpochs:
+            ShowOrActivate(epochs_);
+            break;
+        case kShowAnimation:
+            ShowOrActivate(animation_);
+            break;
+        case kShowTrailDisc:
+            ShowOrActivate(trailDisc_);
+            break;
+        case SimulationMenus::kRequestGroup:
+            RequestGroup(window);
+            break;
+        case GroupWindow::kClosed:
+            EndGroupRequest();
+            break;
+        default:
+            return false;
+    }
+    return true;
 }
 
 void SubsidiaryWindows::RequestGroup(const BWindow& window) {

@@ -25,19 +25,19 @@ public:
     void Find(const BMessage& archive);
     void Archive(BMessage* into) const;
 
-    // Shows the window, or brings it to the front.
-    void ShowEpochs();
-    void ShowAnimation();
-    void ShowTrailDisc();
-    // Asks which systems to group, beside `window`.
-    void RequestGroup(const BWindow& window);
-    void EndGroupRequest();
+    // What is to be shown, or has closed; false for a message about something else. Questions are
+    // asked beside `window`.
+    bool Handle(const BMessage& message, const BWindow& window);
 
     [[nodiscard]] EpochWindow* Epochs() const { return epochs_; }
     // Makes the settings of the simulation as a whole commands. Any thread.
     bool CommitAnimation();
 
 private:
+    // Asks which systems to group.
+    void RequestGroup(const BWindow& window);
+    void EndGroupRequest();
+
     EpochWindow* epochs_;
     AnimationWindow* animation_;
     TrailDiscWindow* trailDisc_;

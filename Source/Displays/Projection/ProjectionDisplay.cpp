@@ -9,21 +9,14 @@
 #include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Trajectories/LineClipping.h"
-#include "Displays/Trajectories/TrailSource.h"
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/ScaleBox.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/DefaultUnits.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Interface/Handles/BFilePanel.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
-#include "Platform/Interface/Handles/SaveChoice.h"
-#include "Platform/Interface/Server/WindowServer.h"
-#include "Platform/Storage/AtomicFile.h"
-#include "Platform/Storage/BEntry.h"
 #include "Platform/Support/BAutolock.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/DisplayFeatures.h"
@@ -34,15 +27,7 @@
 
 namespace {
 
-constexpr uint32 kPictureNamed = FourCC("svpn");
-
 constexpr bigtime_t kPulse = 500'000;
-
-constexpr uint32 kPaintTrails = FourCC("pttr");
-// Nobody waits for longer than this for trails that are painted anew, us.
-constexpr bigtime_t kPaintTime = 10'000;
-// Around the picture, as trails have it that are painted during a run.
-constexpr float kTrailMargin = 512.0f;
 
 // The picture keeps its coordinates while it is scrolled; beyond this they begin anew.
 constexpr float kMaxPan = 16384.0f;
@@ -58,7 +43,11 @@ bool IsPositive(double value) {
 
 ProjectionDisplay::ProjectionDisplay(BRect frame, const char* title, EpochPortal* portal,
                                      Benaphore* done, BLooper* owner, const DisplayContext& context)
-    : TrajectoryDisplay(frame, title, portal, done, owner, context.texts), context_(context) {
+    : TrajectoryDisplay(frame, title, portal, done, owner, context.texts),
+      context_(context),
+      dialogs_(this, &fields_, context_),
+      keptTrails_(this),
+      pictureSaver_(this, context.texts) {
     SetKind(kType, Texts().Text(kLabelProjection));
     RemoveMenuShortcuts();
 }
@@ -101,9 +90,11 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case kRequestAxis:
             return RequestAxis();
         case kErase:
-            return EraseTrails();
-        case kPaintTrails:
-            return GoOnPainting();
+            keptTrails_.Erase(time_);
+            ClearLow();
+            return DrawDiscs();
+        case KeptTrailsPainter::kGoOn:
+            return keptTrails_.GoOn();
         case ScaleRequester::kSetScale:
             return SetScale(message);
         case ScaleRequester::kCancel:
@@ -132,9 +123,9 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case kToggleTime:
             return ToggleOption(&DisplayOptions::time);
         case kSavePicture:
-            return RequestPicture();
-        case kPictureNamed:
-            return SavePicture(*message);
+            return pictureSaver_.Request();
+        case PictureSaver::kNamed:
+            return pictureSaver_.Save(*message, *View());
         default:
             TrajectoryDisplay::MessageReceived(message);
     }
@@ -146,16 +137,9 @@ void ProjectionDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
 }
 
 void ProjectionDisplay::FrameResized(float width, float height) {
-    isResized_ = true;
+    dialogs_.Resized();
     TrajectoryDisplay::FrameResized(width, height);
-    PaintUncovered();
-}
-
-// The scale dialog's figures follow the window's size.
-void ProjectionDisplay::Pulse() {
-    BWindow* const requester = scaleRequester_.Requester();
-    if (!isResized_ || requester == nullptr) return;
-    if (requester->PostMessage(ScaleBox::kReferenceChosen) == B_OK) isResized_ = false;
+    keptTrails_.PaintUncovered(time_, labels_);
 }
 
 void ProjectionDisplay::Quit() {
@@ -223,15 +207,6 @@ void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
 
 // --- Axis and scale ---
 
-void ProjectionDisplay::RequestAxis() {
-    axisRequester_.Open(this, fields_.axisAt,
-                        [this] { return new AxisRequester(fields_.projection.axis, this); });
-}
-
-bool ProjectionDisplay::CancelAxisRequest() {
-    return axisRequester_.Close(&fields_.axisAt);
-}
-
 void ProjectionDisplay::SetAxis(BMessage* message) {
     if (!CancelAxisRequest()) return;
     int32 axis = 0;
@@ -242,17 +217,6 @@ void ProjectionDisplay::SetAxis(BMessage* message) {
         ShowMap(false);
     }
     SendReply(BMessage(kAxisDone));
-}
-
-void ProjectionDisplay::RequestScale() {
-    scaleRequester_.Open(this, fields_.scaleAt, [this] {
-        return new ScaleRequester(fields_.projection.scale, fields_.reference, fields_.units, this,
-                                  context_);
-    });
-}
-
-bool ProjectionDisplay::CancelScaleRequest() {
-    return scaleRequester_.Close(&fields_.scaleAt);
 }
 
 void ProjectionDisplay::SetScale(BMessage* message) {
@@ -268,15 +232,6 @@ void ProjectionDisplay::SetScale(BMessage* message) {
         fields_.projection.scale = *choice.scale;
         ShowMap(true);
     }
-}
-
-// A dialog that is open would bring back the scale that it was opened with.
-void ProjectionDisplay::TellScale() {
-    BWindow* const requester = scaleRequester_.Requester();
-    if (requester == nullptr) return;
-    ScaleChoice now;
-    now.scale = fields_.projection.scale;
-    WindowServer::Deliver(requester, now.ToMessage(ScaleRequester::kScaleChanged));
 }
 
 void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
@@ -296,10 +251,10 @@ void ProjectionDisplay::ShowMap(bool isScaleChanged) {
     ClearLow();
     if (isScaleChanged) {
         MakeDiscDomains();
-        TellScale();
+        dialogs_.TellScale();
     }
     SetLastDisp();
-    PaintKeptTrails();
+    keptTrails_.PaintAll(time_, labels_);
     DrawDiscs();
 }
 
@@ -325,7 +280,7 @@ void ProjectionDisplay::PanBy(float right, float down) {
         Center();
         return ShowMap(false);
     }
-    PaintUncovered();
+    keptTrails_.PaintUncovered(time_, labels_);
     // What was uncovered may hold bodies.
     DrawDiscs();
 }
@@ -362,76 +317,11 @@ void ProjectionDisplay::FollowBody(int32 body) {
         Follow(labels_.bodies[static_cast<std::size_t>(body)].id);
 }
 
-// --- Kept trails ---
-
-void ProjectionDisplay::EraseTrails() {
-    keptTrails_.Cancel();
-    {
-        const ReadGuard guard(Epoch());
-        erasedIn_ = Epoch()->FocusEpoch();
-    }
-    erasedUntil_ = time_;
-    ClearLow();
-    DrawDiscs();
-}
-
-void ProjectionDisplay::PaintKeptTrails() {
-    const BRect picture = View()->BitmapBounds();
-    painted_ = picture;
-    PaintTrailsWithin({{picture.left - kTrailMargin, picture.top - kTrailMargin,
-                        picture.right + kTrailMargin, picture.bottom + kTrailMargin}});
-}
-
-// What was painted beyond the picture's edge is lost, since the picture had no place for it.
-void ProjectionDisplay::PaintUncovered() {
-    const BRect now = View()->BitmapBounds();
-    const BRect was = painted_;
-    if (history_ == nullptr || now == was) return;
-    if (!keptTrails_.IsDone() || was.left < now.left || was.top < now.top ||
-        was.right > now.right || was.bottom > now.bottom)
-        return PaintKeptTrails();
-    painted_ = now;
-    std::vector<BRect> frames;
-    if (now.top < was.top) frames.push_back({now.left, now.top, now.right, was.top});
-    if (now.bottom > was.bottom) frames.push_back({now.left, was.bottom, now.right, now.bottom});
-    if (now.left < was.left) frames.push_back({now.left, was.top, was.left, was.bottom});
-    if (now.right > was.right) frames.push_back({was.right, was.top, now.right, was.bottom});
-    PaintTrailsWithin(std::move(frames));
-}
-
-void ProjectionDisplay::PaintTrailsWithin(std::vector<BRect> frames) {
-    if (history_ == nullptr) return;
-    keptTrails_.Begin(TakeKeptTrails(), std::move(frames));
-    keptTrails_.Paint(View(), this, kPaintTime);
-    if (!keptTrails_.IsDone()) WindowServer::Deliver(this, BMessage(kPaintTrails));
-}
-
-void ProjectionDisplay::GoOnPainting() {
-    if (keptTrails_.IsDone()) return;
-    keptTrails_.Paint(View(), this, kPaintTime);
-    DrawDiscs();
-    if (!keptTrails_.IsDone()) WindowServer::Deliver(this, BMessage(kPaintTrails));
-}
-
-std::vector<KeptTrails::Trail> ProjectionDisplay::TakeKeptTrails() const {
-    TrailSource source;
-    source.history = history_;
-    source.now = time_;
-    source.erasedIn = erasedIn_;
-    source.erasedUntil = erasedUntil_;
-    for (const TrajectoryCache::Member& member : View()->Cache().Reference())
-        if (member.body < static_cast<int32>(labels_.bodies.size()))
-            source.reference.push_back(
-                {labels_.bodies[static_cast<std::size_t>(member.body)].id, member.weight});
-    return source.Take(Epoch());
-}
-
 // --- Archive ---
 
 status_t ProjectionDisplay::MiniArchive(BMessage* archive) const {
     ProjectionFields fields = fields_;
-    fields.axisAt = axisRequester_.Place(fields.axisAt);
-    fields.scaleAt = scaleRequester_.Place(fields.scaleAt);
+    dialogs_.AddPlaces(&fields);
     const BPoint anchor = View()->AnchorPoint();
     fields.projection.Shift(anchor.x, anchor.y);
     const status_t status = TrajectoryDisplay::MiniArchive(archive);
@@ -468,34 +358,4 @@ void ProjectionDisplay::ToggleOption(bool DisplayOptions::*option) {
     fields_.options.*option = !(fields_.options.*option);
     menus_->ShowOptions(fields_.options);
     Sky()->ShowTexts();
-}
-
-// --- Pictures ---
-
-void ProjectionDisplay::RequestPicture() {
-    if (picturePanel_ == nullptr) {
-        const BMessage named(kPictureNamed);
-        picturePanel_ =
-            std::make_unique<BFilePanel>(B_SAVE_PANEL, BMessenger(this), nullptr, false, &named);
-        picturePanel_->SetTitle(Texts().Text(kLabelSavePictureTitle));
-    }
-    picturePanel_->SetSaveText((Title() + Texts().Label(kLabelPictureSuffix)).c_str());
-    picturePanel_->Show();
-}
-
-// Errors in file handling are silent.
-void ProjectionDisplay::SavePicture(const BMessage& message) {
-    const auto choice = SaveChoice::From(message);
-    std::string path;
-    if (!choice || get_path_for_ref(choice->directory, &path) != B_OK) return;
-    std::string name = choice->name;
-    // The user was asked about a file of the name that was typed, and not of another one.
-    const std::string& suffix = Texts().Label(kLabelPictureSuffix);
-    if (!name.ends_with(suffix) && !BEntry((path + '/' + name + suffix).c_str()).Exists())
-        name += suffix;
-    const std::vector<std::byte> picture = View()->EncodePNG();
-    AtomicFile file;
-    if (picture.empty() || file.Open(path + '/' + name) != B_OK) return;
-    file.Write(picture.data(), picture.size());
-    static_cast<void>(file.Commit());
 }

@@ -8,14 +8,14 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/BodyLabels.h"
 #include "Displays/Projection/DisplayMenus.h"
+#include "Displays/Projection/KeptTrailsPainter.h"
+#include "Displays/Projection/PictureSaver.h"
+#include "Displays/Projection/ProjectionDialogs.h"
 #include "Displays/Projection/ProjectionFields.h"
-#include "Displays/Projection/RequesterSlot.h"
-#include "Displays/Trajectories/KeptTrails.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Interface/Canvas/OverlayItem.h"
 
-class BFilePanel;
 class ProjectionView;
 class RunHistory;
 
@@ -34,7 +34,7 @@ public:
 
     // Where trails come from when the picture has lost them; null: from nowhere. Not owned. Before
     // the display is shown.
-    void SetHistory(const RunHistory* history) { history_ = history; }
+    void SetHistory(const RunHistory* history) { keptTrails_.SetHistory(history); }
 
     [[nodiscard]] int32 Init(const char* simulationName) override;
     void MessageReceived(BMessage* message) override;
@@ -47,17 +47,17 @@ public:
     status_t Regenerate(const BMessage& archive) override;
     BPoint Map(double x, double y, double z) override;
     float DiscSize(double radius) override;
-    virtual void Pulse();
+    virtual void Pulse() { dialogs_.Pulse(); }
 
     void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
     void Redisplay(int32 changes) override;
 
     // --- Axis and scale ---
-    void RequestAxis();
-    bool CancelAxisRequest();
+    void RequestAxis() { dialogs_.RequestAxis(); }
+    bool CancelAxisRequest() { return dialogs_.CancelAxis(); }
     void SetAxis(BMessage* message);
-    void RequestScale();
-    bool CancelScaleRequest();
+    void RequestScale() { dialogs_.RequestScale(); }
+    bool CancelScaleRequest() { return dialogs_.CancelScale(); }
     void SetScale(BMessage* message);
     // The owner's preferred unit of length, until the user has chosen one in the dialog.
     void SetPreferredUnits(BMessage* message);
@@ -87,39 +87,20 @@ private:
     void RemoveMenuShortcuts();
     void Center();
     void ShowMap(bool isScaleChanged);
-    void TellScale();
     void TakeReference(const std::vector<Body*>& bodies);
     void TakeTime();
-    // Erased trails do not come back.
-    void EraseTrails();
-    // All of the kept trails, and those that lie in what the picture has grown by. What takes
-    // longer than a moment goes on when the window's other messages have had their turn.
-    void PaintKeptTrails();
-    void PaintUncovered();
-    void PaintTrailsWithin(std::vector<BRect> frames);
-    void GoOnPainting();
-    [[nodiscard]] std::vector<KeptTrails::Trail> TakeKeptTrails() const;
     void ToggleOption(bool DisplayOptions::*option);
-    void RequestPicture();
-    void SavePicture(const BMessage& message);
     ProjectionView* Sky() const;
 
     const DisplayContext context_;
     ProjectionFields fields_;
-    RequesterSlot axisRequester_;
-    RequesterSlot scaleRequester_;
+    ProjectionDialogs dialogs_;
     std::unique_ptr<DisplayMenus> menus_;
     bool areUnitsChosen_ = false;
-    bool isResized_ = false;
 
     BodyLabels labels_;
     double time_ = 0.0;  // s
     double timeUval_ = 1.0;
-    const RunHistory* history_ = nullptr;
-    KeptTrails keptTrails_;
-    BRect painted_;  // what the picture covered when trails were painted last
-    // The user has erased the trails of this epoch, or one below it, up to this time.
-    const AbEpoch* erasedIn_ = nullptr;
-    double erasedUntil_ = 0.0;  // s
-    std::unique_ptr<BFilePanel> picturePanel_;
+    KeptTrailsPainter keptTrails_;
+    PictureSaver pictureSaver_;
 };

@@ -1,0 +1,45 @@
+// Has a display's picture show the trails of the kept runs where it has lost them: all of them when
+// it was cleared, and what it is uncovered by. Erased trails do not come back. Owned by the display
+// and used with its lock.
+#pragma once
+
+#include <vector>
+
+#include "Displays/Trajectories/KeptTrails.h"
+
+class AbEpoch;
+class RunHistory;
+class TrajectoryDisplay;
+struct BodyLabels;
+
+class KeptTrailsPainter {
+public:
+    // What the display sends itself where painting takes longer than a moment: it goes on when
+    // other messages have had their turn.
+    static constexpr uint32 kGoOn = FourCC("pttr");
+
+    explicit KeptTrailsPainter(TrajectoryDisplay* display) : display_(display) {}
+
+    // Null: there are none. Not owned.
+    void SetHistory(const RunHistory* history) { history_ = history; }
+
+    // `now`, in seconds, is where the trails end; the labels tell the bodies that are followed.
+    void PaintAll(double now, const BodyLabels& labels);
+    void PaintUncovered(double now, const BodyLabels& labels);
+    void GoOn();
+    // Those of the focus epoch and of what led to it, up to now.
+    void Erase(double now);
+
+private:
+    void PaintWithin(std::vector<BRect> frames, double now, const BodyLabels& labels);
+    void Paint();
+    [[nodiscard]] std::vector<KeptTrails::Trail> TakeTrails(double now,
+                                                            const BodyLabels& labels) const;
+
+    TrajectoryDisplay* const display_;
+    const RunHistory* history_ = nullptr;
+    KeptTrails trails_;
+    BRect painted_;  // what the picture covered when trails were painted last
+    const AbEpoch* erasedIn_ = nullptr;
+    double erasedUntil_ = 0.0;  // s
+};

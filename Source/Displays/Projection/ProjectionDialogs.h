@@ -1,0 +1,40 @@
+// The dialogs of a projection display: for its axis and for its scale. Owned and used by the
+// display, on its thread; AddPlaces by whoever holds its lock.
+#pragma once
+
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Projection/RequesterSlot.h"
+
+class Display;
+struct ProjectionFields;
+
+class ProjectionDialogs {
+public:
+    // Both dialogs show what the fields hold, and leave there where they stood. Nothing is owned.
+    ProjectionDialogs(Display* display, ProjectionFields* fields, const DisplayContext& context)
+        : display_(display), fields_(fields), context_(context) {}
+
+    void RequestAxis();
+    // False if there is none.
+    bool CancelAxis();
+    void RequestScale();
+    bool CancelScale();
+
+    // The display has another scale: a dialog that is open would bring back the one that it was
+    // opened with.
+    void TellScale() const;
+    // The scale dialog's figures follow the display's size, at the next pulse.
+    void Resized() { isResized_ = true; }
+    void Pulse();
+
+    // Where they stand now.
+    void AddPlaces(ProjectionFields* fields) const;
+
+private:
+    Display* const display_;
+    ProjectionFields* const fields_;
+    const DisplayContext& context_;
+    RequesterSlot axis_;
+    RequesterSlot scale_;
+    bool isResized_ = false;
+};

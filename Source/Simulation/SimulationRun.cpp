@@ -1,0 +1,75 @@
+#include "Simulation/SimulationRun.h"
+
+#include "Calculation/CollisionMailbox.h"
+#include "Calculation/RunEnding.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/RunEndingText.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/SimulationControls.h"
+
+SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* controls,
+                             const ProgramResources* resources)
+    : document_(document),
+      controls_(controls),
+      resources_(resources),
+      history_(document->Portal(), document->GetCalculator()),
+      control_(document->Portal(), document->GetCalculator(), controls),
+      controller_(document, &control_, resources) {
+    document_->AddConsumer(&history_);
+}
+
+bool SimulationRun::Handle(const BMessage& message) {
+    switch (message.what) {
+        case kTogglePause:
+            control_.TogglePause();
+            break;
+        case kPauseRun:
+            control_.Pause();
+            break;
+        case kUnPauseRun:
+            control_.UnPause();
+            break;
+        case kRestRun:
+            control_.Rest();
+            break;
+        case kUnRestRun:
+            control_.UnRest();
+            break;
+        case kPauseForUser:
+            control_.PauseForUser();
+            break;
+        case CollisionMailbox::kCollisionMessage:
+            Collide(message);
+            break;
+        case RunEnding::kMessage:
+            if (const auto ending = RunEnding::From(message)) End(*ending);
+            break;
+        case B_PULSE:
+            if (IsRunning()) controls_->ShowRun();
+            break;
+        default:
+            return false;
+    }
+    return true;
+}
+
+void SimulationRun::Collide(const BMessage& pairs) {
+    const bool isRunning = IsRunning();
+    const MergeResult result = controller_.Collide(pairs, [this](const MergeResult& merged) {
+        history_.NoteMergers(merged);
+        controls_->NoteMergers(merged);
+    });
+    // A run's mergers belong to the step that began it; later ones are in no step of the history.
+    if (!isRunning && !result.mergers.empty()) {
+        document_->GetUndoChain()->MarkUnsaved();
+        controls_->ShowHistory();
+    }
+    if (result.unmerged) End(*result.unmerged);
+}
+
+void SimulationRun::End(const RunEnding& ending) {
+    control_.PauseForUser();
+    controls_->ShowRunEvent(RunEndingText(ending, document_->Portal(), *resources_));
+}

@@ -1,0 +1,41 @@
+// The run of one open simulation: turns the window's messages into calls of run control, has bodies
+// merge that touch, and tells how a run has ended. Owned by the window and used on its thread with
+// the window locked.
+#pragma once
+
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/SimulationController.h"
+#include "Simulation/History/RunHistory.h"
+
+class BMessage;
+class ProgramResources;
+class SimulationControls;
+class SimulationDocument;
+struct RunEnding;
+
+class SimulationRun {
+public:
+    // None is owned.
+    SimulationRun(SimulationDocument* document, SimulationControls* controls,
+                  const ProgramResources* resources);
+
+    // False for a message about something else.
+    bool Handle(const BMessage& message);
+    [[nodiscard]] bool IsRunning() const { return control_.PauseCount() <= 0; }
+
+    [[nodiscard]] RunControl* Control() { return &control_; }
+    [[nodiscard]] SimulationController* Controller() { return &controller_; }
+    [[nodiscard]] RunHistory* History() { return &history_; }
+
+private:
+    void Collide(const BMessage& pairs);
+    // The run has ended by itself.
+    void End(const RunEnding& ending);
+
+    SimulationDocument* const document_;
+    SimulationControls* const controls_;
+    const ProgramResources* const resources_;
+    RunHistory history_;
+    RunControl control_;
+    SimulationController controller_;
+};
