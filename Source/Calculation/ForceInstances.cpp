@@ -3,14 +3,14 @@
 #include <initializer_list>
 
 extern const ForceInstance kBaselineForceInstance;
-#if defined(__x86_64__)
+#ifdef ORVEK_WIDE_KERNELS
 extern const ForceInstance kAvx2ForceInstance;
 extern const ForceInstance kAvx512ForceInstance;
 #endif
 
 const ForceInstance* FindForceInstance(InstructionSet set) {
     if (set == InstructionSet::kBaseline) return &kBaselineForceInstance;
-#if defined(__x86_64__)
+#ifdef ORVEK_WIDE_KERNELS
     if (set == InstructionSet::kAvx2 && __builtin_cpu_supports("avx2")) return &kAvx2ForceInstance;
     if (set == InstructionSet::kAvx512 && __builtin_cpu_supports("avx512f") &&
         __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl"))

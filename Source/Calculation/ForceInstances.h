@@ -6,6 +6,12 @@
 
 #include "Platform/Support/SupportDefs.h"
 
+// Whether there are kernels for wider vectors. The pragma that chooses their instruction set is the
+// GNU compiler's own; another one would compile the narrow kernel three times.
+#if defined(__x86_64__) && !defined(__clang__)
+#define ORVEK_WIDE_KERNELS
+#endif
+
 enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 
 // The widest vector of any instance, in doubles. Kernels read and write whole vectors, hence every
