@@ -137,8 +137,9 @@ void BenchPainting(BenchTable* table) {
     const auto times = Measure({[&] {
                                    view.Erase();
                                    KeptTrails kept;
-                                   kept.Begin(trails, {view.BitmapBounds()});
-                                   kept.Paint(&view, &map, kEnough);
+                                   kept.Begin(trails, {view.BitmapBounds()},
+                                              {{}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}});
+                                   kept.Paint(&view, kEnough);
                                }},
                                1, 11);
     table->AddAtMost("trails painted anew, 10 bodies, 100,000 samples", 16, 1e3 * times[0].median,

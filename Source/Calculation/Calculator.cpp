@@ -226,6 +226,7 @@ void Calculator::EndWithoutMemory() {
 // False when the thread is to end.
 bool Calculator::Park() {
     hasStoppedItself_ = stop_.internalPause.load();
+    isRunning_ = false;
     portal_->TellObservers(kCalculatorParked);
     stop_.internalPause = false;
     release_ben(untilWaiting_.get());
@@ -236,6 +237,7 @@ bool Calculator::Park() {
 void Calculator::PrepareRun() {
     {
         const WriteGuard guard(portal_);
+        isRunning_ = true;
         timeBase_ = portal_->FocusEpoch()->Time();
         try {
             Recache();

@@ -84,6 +84,7 @@ public:
     // number does not grow, and consumers get more batches than they need show.
     [[nodiscard]] int32 ReportsPerDraw() const { return reportsPerDraw_; }
     [[nodiscard]] int32 BatchesPerUpdate() const override { return batchesPerUpdate_; }
+    [[nodiscard]] bool IsRunning() const override { return isRunning_; }
 
     // Kept for the displays, which draw trails in segments of so many reports.
     [[nodiscard]] int32 SegmentLength() const override { return segmentLength_; }
@@ -183,6 +184,7 @@ private:
     int32 massiveBodies_ = 0;
     std::atomic<int32> reportsPerDraw_{100};
     std::atomic<int32> batchesPerUpdate_{1};
+    std::atomic<bool> isRunning_{false};
     int32 cutBatches_ = 0;     // since the pacing looked last
     int64 untilBatchEnd_ = 0;  // reports; 0 or less: no such end is wanted
     std::atomic<int32> segmentLength_{2};

@@ -56,7 +56,7 @@ void KeptTrailsPainter::PaintUncovered(double now, const BodyLabels& labels) {
 void KeptTrailsPainter::PaintWithin(std::vector<BRect> frames, double now,
                                     const BodyLabels& labels) {
     if (history_ == nullptr) return;
-    trails_.Begin(TakeTrails(now, labels), std::move(frames));
+    trails_.Begin(TakeTrails(now, labels), std::move(frames), display_->Plane());
     Paint();
 }
 
@@ -67,7 +67,7 @@ void KeptTrailsPainter::GoOn() {
 }
 
 void KeptTrailsPainter::Paint() {
-    trails_.Paint(display_->View(), display_, kPaintTime);
+    trails_.Paint(display_->View(), kPaintTime);
     if (!trails_.IsDone()) WindowServer::Deliver(display_, BMessage(kGoOn));
 }
 

@@ -56,6 +56,12 @@ BPoint Projection::Map(BPoint middle, double x, double y, double z) const {
             ToScreen(middle.y - scale * (Up(place) - Up(center)))};
 }
 
+PlaneMap Projection::Plane() const {
+    const double s = scale;
+    return {center, axis == kX ? ThreeVector{0.0, s, 0.0} : ThreeVector{s, 0.0, 0.0},
+            axis == kX || axis == kY ? ThreeVector{0.0, 0.0, -s} : ThreeVector{0.0, -s, 0.0}};
+}
+
 float Projection::DiscSize(double radius) const {
     return ToScreen(std::max(2.0 * scale * radius, diameter_log(radius)) / 2.0);
 }

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "Displays/Trajectories/PlaneMap.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
@@ -29,6 +30,8 @@ struct Projection {
 
     // `middle`: the point of the view that shows `center`. Screen y grows downwards.
     [[nodiscard]] BPoint Map(BPoint middle, double x, double y, double z) const;
+    // The same with `middle` at (0, 0).
+    [[nodiscard]] PlaneMap Plane() const;
     // Half of the larger of the body's true diameter and diameter_log, pixels.
     [[nodiscard]] float DiscSize(double radius) const;
 

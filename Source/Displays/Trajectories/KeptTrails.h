@@ -3,13 +3,16 @@
 // lock.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
+#include "Displays/Trajectories/PlaneMap.h"
+#include "Displays/Trajectories/RepeatedCurves.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
 #include "Simulation/History/Sample.h"
 
-class TrajectoryMap;
+class PaintedTest;
 class TrajectoryView;
 
 class KeptTrails {
@@ -17,30 +20,46 @@ public:
     struct Trail {
         rgb_color color;
         std::vector<Sample> samples;  // as they are to be seen: relative to what is followed
+        // Between these times, in seconds, it fades towards the older one; equal: it does not.
+        double faintAt = 0.0;
+        double fullAt = 0.0;
     };
 
     // These are to be painted within the frames, and nothing else any more.
-    void Begin(std::vector<Trail> trails, std::vector<BRect> frames);
-    void Cancel() { Begin({}, {}); }
+    void Begin(std::vector<Trail> trails, std::vector<BRect> frames, const PlaneMap& map);
+    void Cancel() { Begin({}, {}, {}); }
     [[nodiscard]] bool IsDone() const { return trails_.empty(); }
     // Goes on for about so long, us. What is painted is under the discs, and seen when they are
     // drawn next.
-    void Paint(TrajectoryView* view, TrajectoryMap* map, bigtime_t time);
+    void Paint(TrajectoryView* view, bigtime_t time);
 
 private:
+    using Point = PlaneMap::Point;
+    struct Unpainted {
+        Trail trail;
+        RepeatedCurves painted;
+    };
     struct Curve {
-        BPoint points[4];  // a cubic's control points
+        Point points[4];  // a cubic's control points
+    };
+    struct Mapped {
+        Point place;
+        Point velocity;  // pixels/s
     };
 
-    void PaintPiece(Trail* trail, TrajectoryView* view, TrajectoryMap* map);
-    void Flatten(const Curve& curve, int32 depth, TrajectoryView* view);
+    void PaintPiece(Unpainted* rest, TrajectoryView* view, PaintedTest* isPainted);
+    void Flatten(const Curve& curve, int32 depth, TrajectoryView* view,
+                 const PaintedTest& isPainted);
+    void Follow(const Curve& curve, int32 lines, TrajectoryView* view,
+                const PaintedTest& isPainted);
+    [[nodiscard]] static Point MiddleOf(const Curve& curve);
     [[nodiscard]] bool IsSeen(const Curve& curve) const;
-    [[nodiscard]] bool IsPainted(BPoint to, const TrajectoryView& view) const;
-    [[nodiscard]] bool IsPaintedAt(BPoint at, const TrajectoryView& view) const;
-    void LineTo(BPoint to, TrajectoryView* view);
+    [[nodiscard]] Mapped Map(const Sample& sample) const;
+    void LineTo(Point to, TrajectoryView* view);
 
-    std::vector<Trail> trails_;
+    std::vector<Unpainted> trails_;
     std::vector<BRect> frames_;
+    PlaneMap map_;
     rgb_color color_{};
-    BPoint pen_;
+    Point pen_;
 };

@@ -13,6 +13,11 @@ namespace {
 // Around a disc, for the smoothed edge.
 constexpr float kDiscEdge = 1.5f;
 
+ThreeVector PlaceOf(const double* positions, int32 body) {
+    const double* const place = positions + 3 * static_cast<std::size_t>(body);
+    return {place[0], place[1], place[2]};
+}
+
 }  // namespace
 
 // --- Sizes ---
@@ -72,7 +77,8 @@ void TrajectoryCache::CacheDrawOptions(const std::vector<Body*>& bodies) {
 void TrajectoryCache::MakeDiscDomains() {
     for (Disc& disc : discs_) {
         disc.radius = map_->DiscSize(disc.bodyRadius);
-        const float side = 2.0f * round_to_unit(disc.radius + kDiscEdge);
+        const float radius = IsMarked(disc) ? kMarkReach : disc.radius;
+        const float side = 2.0f * round_to_unit(radius + kDiscEdge);
         disc.domain = {0.0f, 0.0f, side, side};
     }
 }
@@ -90,19 +96,18 @@ void TrajectoryCache::CacheInitialPositions(const std::vector<Body*>& bodies) {
 }
 
 ThreeVector TrajectoryCache::LastPosition(int32 body) const {
-    const double* const place = &lastPositions_[3 * static_cast<std::size_t>(body)];
-    return {place[0], place[1], place[2]};
+    return PlaceOf(lastPositions_.data(), body);
 }
 
-BPoint TrajectoryCache::LastPoint(int32 body, ThreeVector reference) const {
-    const ThreeVector place = LastPosition(body) - reference;
+BPoint TrajectoryCache::LastPoint(int32 body, const FrameMoment& frame) const {
+    const ThreeVector place = frame.See(LastPosition(body));
     return map_->Map(place.x, place.y, place.z);
 }
 
 void TrajectoryCache::SetLastDisp() {
-    const ThreeVector reference = LastReference();
+    const FrameMoment frame = LastFrame();
     for (int32 i = 0; i < CountBodies(); i++)
-        SetDiscCenter(i, LastPoint(i, reference));
+        SetDiscCenter(i, LastPoint(i, frame));
 }
 
 BRect TrajectoryCache::DomainCenteredAt(int32 body, BPoint point) const {
@@ -114,14 +119,12 @@ BRect TrajectoryCache::DomainCenteredAt(int32 body, BPoint point) const {
 
 // --- What stands still ---
 
-ThreeVector TrajectoryCache::ReferenceIn(const std::vector<double>& positions,
-                                         std::size_t first) const {
+ThreeVector TrajectoryCache::ReferenceIn(const double* positions) const {
     ThreeVector sum;
     double weight = 0.0;
     for (const Member& member : reference_) {
         if (member.body >= CountBodies()) continue;
-        const double* const place = &positions[first + 3 * static_cast<std::size_t>(member.body)];
-        const ThreeVector position{place[0], place[1], place[2]};
+        const ThreeVector position = PlaceOf(positions, member.body);
         // One body alone stands still to the last bit.
         if (reference_.size() == 1) return position;
         sum += position * member.weight;
@@ -130,8 +133,14 @@ ThreeVector TrajectoryCache::ReferenceIn(const std::vector<double>& positions,
     return weight > 0.0 ? sum * (1.0 / weight) : ThreeVector{};
 }
 
-ThreeVector TrajectoryCache::LastReference() const {
-    return ReferenceIn(lastPositions_, 0);
+FrameMoment TrajectoryCache::FrameIn(const std::vector<double>& positions,
+                                     std::size_t first) const {
+    const double* const places = positions.data() + first;  // there may be no bodies
+    FrameMoment frame{ReferenceIn(places), std::nullopt};
+    if (turning_ && std::max(turning_->first, turning_->second) < CountBodies())
+        frame.axes = TurningAxes::Of(
+            PlaceOf(places, turning_->second) - PlaceOf(places, turning_->first), turning_->axis);
+    return frame;
 }
 
 // --- Batches ---
@@ -159,12 +168,12 @@ void TrajectoryCache::MakeTrails() {
     }
     for (int32 report = 0; report < reports_; report++) {
         const std::size_t first = 3 * bodies * static_cast<std::size_t>(report);
-        const ThreeVector reference = ReferenceIn(positions_, first);
+        const FrameMoment frame = FrameIn(positions_, first);
         const double* place = positions_.data() + first;  // there may be no bodies
         for (std::size_t i = 0; i < bodies; i++, place += 3) {
             Pen& pen = pens_[i];
-            const BPoint to =
-                map_->Map(place[0] - reference.x, place[1] - reference.y, place[2] - reference.z);
+            const ThreeVector seen = frame.See({place[0], place[1], place[2]});
+            const BPoint to = map_->Map(seen.x, seen.y, seen.z);
             pen.travelled = std::abs(to.x - pen.end.x) + pen.travelled + std::abs(to.y - pen.end.y);
             pen.end = to;
             if (pen.travelled >= segmentLength_ || report == reports_ - 1) {

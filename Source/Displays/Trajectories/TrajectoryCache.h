@@ -4,8 +4,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
+#include <utility>
 #include <vector>
 
+#include "Displays/Trajectories/FrameMoment.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
@@ -27,6 +30,11 @@ public:
         BPoint center;  // where it was last drawn, and where the next piece of the trail starts
     };
 
+    // What marks a body whose disc is smaller: a point, and a ring of sky around it, which parts it
+    // from the body's own trail.
+    static constexpr float kMarkRadius = 1.5f;
+    static constexpr float kMarkReach = 2.5f;
+
     // `map` is not owned.
     explicit TrajectoryCache(TrajectoryMap* map) : map_(map) {}
 
@@ -42,6 +50,11 @@ public:
     void CacheDrawOptions(const std::vector<Body*>& bodies);
     // After a change of the scale.
     void MakeDiscDomains();
+    // Whether small discs are to be marked. MakeDiscDomains makes them have room for it.
+    void SetMarked(bool areMarked) { areMarked_ = areMarked; }
+    [[nodiscard]] bool IsMarked(const Disc& disc) const {
+        return areMarked_ && disc.radius < kMarkRadius;
+    }
     // The bodies are where the model has them; there is no batch.
     void CacheInitialPositions(const std::vector<Body*>& bodies);
     [[nodiscard]] const Disc& DiscAt(int32 body) const {
@@ -50,8 +63,8 @@ public:
     void SetDiscCenter(int32 body, BPoint center) {
         discs_[static_cast<std::size_t>(body)].center = center;
     }
-    // Where the body's last position is seen; `reference`: LastReference().
-    [[nodiscard]] BPoint LastPoint(int32 body, ThreeVector reference) const;
+    // Where the body's last position is seen; `frame`: LastFrame().
+    [[nodiscard]] BPoint LastPoint(int32 body, const FrameMoment& frame) const;
     [[nodiscard]] ThreeVector LastPosition(int32 body) const;
     // All disc centres become the points of the last positions.
     void SetLastDisp();
@@ -69,7 +82,17 @@ public:
     void SetReference(std::vector<Member> members) { reference_ = std::move(members); }
     [[nodiscard]] const std::vector<Member>& Reference() const { return reference_; }
     // Where it is at the last positions; zero for none.
-    [[nodiscard]] ThreeVector LastReference() const;
+    [[nodiscard]] ThreeVector LastReference() const { return LastFrame().origin; }
+    // And turned with the way from one body to another.
+    struct Turning {
+        int32 first;
+        int32 second;
+        ThreeVector axis;
+        bool operator==(const Turning&) const = default;
+    };
+    void SetTurning(const std::optional<Turning>& turning) { turning_ = turning; }
+    [[nodiscard]] const std::optional<Turning>& GetTurning() const { return turning_; }
+    [[nodiscard]] FrameMoment LastFrame() const { return FrameIn(lastPositions_, 0); }
 
     // --- Batches ---
     // Positions as the calculator lays them out: x, y and z of every body, report by report.
@@ -102,8 +125,9 @@ private:
     };
 
     void ResizeTables(std::size_t reports, std::size_t bodies);
-    [[nodiscard]] ThreeVector ReferenceIn(const std::vector<double>& positions,
-                                          std::size_t first) const;
+    [[nodiscard]] ThreeVector ReferenceIn(const double* positions) const;
+    [[nodiscard]] FrameMoment FrameIn(const std::vector<double>& positions,
+                                      std::size_t first) const;
     [[nodiscard]] std::size_t TrailStride() const {
         return static_cast<std::size_t>(capacity_) + 1;
     }
@@ -119,4 +143,6 @@ private:
     std::vector<Pen> pens_;
     std::vector<Disc> discs_;
     std::vector<Member> reference_;
+    std::optional<Turning> turning_;
+    bool areMarked_ = false;
 };

@@ -60,7 +60,12 @@ void TrajectoryDisplay::Redisplay(int32 changes) {
         view_->SetSegmentLength(static_cast<float>(portal->GetCalculator()->SegmentLength()));
     const std::vector<Body*> bodies = portal->BodiesInMassOrder();
     TakeBodies(bodies);
-    view_->Redisplay(changes & ~kCalculatorSettingsChanged, bodies);
+    view_->Redisplay(changes & ~kCalculatorSettingsChanged, bodies, IsRunning());
+}
+
+bool TrajectoryDisplay::IsRunning() const {
+    const AbCalculator* const calculator = Epoch()->GetCalculator();
+    return calculator != nullptr && calculator->IsRunning();
 }
 
 void TrajectoryDisplay::PrepareForGo(int32 reportsPerSegment) {

@@ -39,6 +39,8 @@ protected:
     // The bodies, their order or what they look like may be others. With the window's lock and the
     // model's read lock, before the view takes them over.
     virtual void TakeBodies(const std::vector<Body*>& /*bodies*/) {}
+    // The model is ahead of what was handed over. With the model's read lock.
+    [[nodiscard]] bool IsRunning() const;
 
 private:
     TrajectoryView* view_ = nullptr;

@@ -33,6 +33,11 @@ bool IsFinite(BPoint point) {
     return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
+rgb_color Brighter(rgb_color color) {
+    const auto channel = [](uint8 value) { return static_cast<uint8>(255 - (255 - value) / 2); };
+    return {channel(color.red), channel(color.green), channel(color.blue), 255};
+}
+
 float DrawnRadius(const TrajectoryCache::Disc& disc) {
     return std::min(disc.radius, kMaxDiscRadius);
 }
@@ -58,16 +63,19 @@ void TrajectoryView::PrepareForGo(int32 reportsPerSegment, const std::vector<Bod
     cache_.CacheInitialPositions(bodies);
 }
 
-void TrajectoryView::Redisplay(int32 changes, const std::vector<Body*>& bodies) {
+void TrajectoryView::Redisplay(int32 changes, const std::vector<Body*>& bodies, bool isRunning) {
     const ViewLock lock(this);
     if (!lock) return;
-    // A batch that still waits to be drawn ends where the model is now.
+    // A batch that still waits to be drawn ends where the bodies are seen next.
     if ((changes & kPlacesChanged) != 0) DrawBatch();
+    // The model is a batch ahead: a trail that began there would go back first.
+    const bool isModelAhead = isRunning && (changes & kBodiesChanged) == 0 &&
+                              cache_.CountBodies() == static_cast<int32>(bodies.size());
     if ((changes & kDiscsChanged) != 0) EraseDiscs(true);
     if ((changes & kBodiesChanged) != 0)
         cache_.ResizeCache(cache_.Capacity(), static_cast<int32>(bodies.size()));
     if ((changes & kOptionsChanged) != 0) cache_.CacheDrawOptions(bodies);
-    if ((changes & kPlacesChanged) != 0) cache_.CacheInitialPositions(bodies);
+    if ((changes & kPlacesChanged) != 0 && !isModelAhead) cache_.CacheInitialPositions(bodies);
     DrawDiscs();
 }
 
@@ -123,10 +131,10 @@ void TrajectoryView::DrawTrails() {
 
 void TrajectoryView::EraseDiscs(bool all) {
     const BRect frame = ClippingFrame();
-    const ThreeVector reference = cache_.LastReference();
+    const FrameMoment moment = cache_.LastFrame();
     for (int32 body = 0; body < cache_.CountBodies(); body++) {
         const BPoint from = cache_.DiscAt(body).center;
-        const BPoint to = cache_.LastPoint(body, reference);
+        const BPoint to = cache_.LastPoint(body, moment);
         cache_.SetDiscCenter(body, to);
         const bool hasMoved = std::abs(round_to_unit(from.x) - round_to_unit(to.x)) >= 1.0f ||
                               std::abs(round_to_unit(from.y) - round_to_unit(to.y)) >= 1.0f;
@@ -152,8 +160,16 @@ void TrajectoryView::PaintDiscs() {
         // A disc reaches into the picture from as far away as it is large.
         if (!disc.isOn || !IsInside(disc.center, Grown(bounds, radius))) continue;
         SetHighColor(disc.color);
-        DrawDisc(disc.center, radius, HighColor());
+        if (cache_.IsMarked(disc))
+            PaintMark(disc);
+        else
+            DrawDisc(disc.center, radius, HighColor());
     }
+}
+
+void TrajectoryView::PaintMark(const TrajectoryCache::Disc& disc) {
+    DrawDisc(disc.center, TrajectoryCache::kMarkReach, LowColor());
+    DrawDisc(disc.center, TrajectoryCache::kMarkRadius, Brighter(HighColor()));
 }
 
 void TrajectoryView::ClearLow() {
@@ -184,6 +200,20 @@ void TrajectoryView::SetSegmentLength(float length) {
 void TrajectoryView::SetReference(std::vector<TrajectoryCache::Member> members) {
     const ViewLock lock(this);
     if (lock) cache_.SetReference(std::move(members));
+}
+
+void TrajectoryView::SetTurning(const std::optional<TrajectoryCache::Turning>& turning) {
+    const ViewLock lock(this);
+    if (lock) cache_.SetTurning(turning);
+}
+
+void TrajectoryView::SetMarked(bool areMarked) {
+    const ViewLock lock(this);
+    if (!lock) return;
+    EraseDiscs(true);
+    cache_.SetMarked(areMarked);
+    cache_.MakeDiscDomains();
+    DrawDiscs();
 }
 
 void TrajectoryView::MakeDiscDomains() {

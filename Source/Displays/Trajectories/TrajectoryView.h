@@ -7,6 +7,7 @@
 // view's window, if it is in one.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "Displays/Trajectories/TrajectoryCache.h"
@@ -31,11 +32,14 @@ public:
     // Draws it, once. What is not shown at once is seen with the next that is.
     void DisplayData(bool isShown = true);
     // Brings the picture up to date after these changes of the model (ChangeFlags.h). The caller
-    // holds the model's read lock.
-    void Redisplay(int32 changes, const std::vector<Body*>& bodies);
+    // holds the model's read lock. During a run the bodies stay where the last batch had them.
+    void Redisplay(int32 changes, const std::vector<Body*>& bodies, bool isRunning = false);
 
     void SetSegmentLength(float length);
     void SetReference(std::vector<TrajectoryCache::Member> members);
+    void SetTurning(const std::optional<TrajectoryCache::Turning>& turning);
+    // A bright point stands for every disc that is smaller.
+    void SetMarked(bool areMarked);
     [[nodiscard]] const TrajectoryCache& Cache() const { return cache_; }
     // After a change of what `map` answers: ClearLow, MakeDiscDomains if sizes changed,
     // SetLastDisp, DrawDiscs.
@@ -60,6 +64,7 @@ private:
     void DrawBatch();
     void DrawTrails();
     void PaintDiscs();
+    void PaintMark(const TrajectoryCache::Disc& disc);
     [[nodiscard]] BRect ClippingFrame() const;
 
     TrajectoryCache cache_;

@@ -18,4 +18,7 @@ public:
     virtual void SetUpdatesPerSecond(int32 updates) = 0;
     // Of the batches that a display is given, the one in so many that it need show.
     virtual int32 BatchesPerUpdate() const { return 1; }
+    // It changes the model whenever it can have the model's lock, and hands over later what it has
+    // changed. With that lock.
+    virtual bool IsRunning() const { return false; }
 };
