@@ -132,6 +132,7 @@ bool ColorControl::CommitPending() {
         if (typed[i]) values[i] = ReadChannel(i, *typed[i], (*source.value).*kChannels[i]);
     if (!values[0] && !values[1] && !values[2]) return false;
 
+    if (!Portal()->PrepareForEdit()) return false;
     std::unique_ptr<LCommand> command;
     {
         const ReadGuard guard(Portal());

@@ -57,6 +57,7 @@ private:
         // Nothing is left that would be read in the new unit.
         this->Present(source.value, true);
         EpochPortal* const portal = this->Portal();
+        if (!portal->PrepareForEdit()) return;
         std::unique_ptr<LCommand> command;
         {
             const ReadGuard guard(portal);

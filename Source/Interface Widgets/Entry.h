@@ -20,10 +20,14 @@
 
 class Entry : public BGroupView {
 public:
-    // Reads the value in force.
+    // Reads the value in force; or that of epochs that are shown instead of the document's, as
+    // those of the past are.
     virtual void Read() = 0;
+    virtual void ReadFrom(const EpochPortal& portal) = 0;
     // Shows what was read. Leaves alone what the user is just entering.
     virtual void ShowValue() = 0;
+    // What is shown is not in force now.
+    virtual void SetFaded(bool /*isFaded*/) {}
     // Makes what is pending the value in force; true if that changed something. What cannot be
     // taken gives way to the value in force, and the user is told why. What stands in a disabled
     // entry, as for the length of a run, waits there until it is enabled.
@@ -65,9 +69,10 @@ public:
     // What the entry speaks of from the next Read on; commit before. Null: of nothing.
     void SetFactory(FactoryRef factory) { next_ = std::move(factory); }
 
-    void Read() override {
+    void Read() override { ReadFrom(*portal_); }
+    void ReadFrom(const EpochPortal& portal) override {
         read_.reset();
-        if (next_ != nullptr) read_.emplace(next_->Current(*portal_));
+        if (next_ != nullptr) read_.emplace(next_->Current(portal));
     }
 
     void ShowValue() override {

@@ -20,6 +20,16 @@ void EntryGroup::Read() const {
         entry->Read();
 }
 
+void EntryGroup::ReadFrom(const EpochPortal& portal) const {
+    for (Entry* const entry : entries_)
+        entry->ReadFrom(portal);
+}
+
+void EntryGroup::SetFaded(bool isFaded) const {
+    for (Entry* const entry : entries_)
+        entry->SetFaded(isFaded);
+}
+
 void EntryGroup::ShowValues() const {
     for (Entry* const entry : entries_)
         entry->ShowValue();

@@ -17,7 +17,9 @@ public:
     void Refresh(EpochPortal* portal) const;
     // The two halves of it: with the read lock, and without.
     void Read() const;
+    void ReadFrom(const EpochPortal& portal) const;
     void ShowValues() const;
+    void SetFaded(bool isFaded) const;
     void SetEnabled(bool isEnabled) const;
     // Of all, even if one has changed something; true then. Any thread that holds no lock of the
     // document.

@@ -17,6 +17,7 @@
 #include "Resources/Help.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationWindow.h"
+#include "Resources/TimeLine.h"
 
 namespace {
 
@@ -74,6 +75,9 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     BMenu menu(texts.Text(kLabelSimulation));
     menu.AddItem(
         new BMenuItem(texts.Text(kLabelGo), new BMessage(kTogglePause), texts.Key(kLabelGoKey)));
+    menu.AddItem(new BMenuItem(texts.Text(kTextBranchHere), new BMessage(kBranchHere),
+                               texts.Key(kTextBranchKey)));
+    menu.AddItem(new BMenuItem(texts.Text(kTextBackToNow), new BMessage(kBackToNow)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelAnimation), new BMessage(kShowAnimation)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelEpochs), new BMessage(kShowEpochs)));
     return ArchiveOf(menu);

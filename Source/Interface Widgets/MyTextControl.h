@@ -2,8 +2,8 @@
 #pragma once
 
 #include "Interface Widgets/Entry.h"
+#include "Platform/Interface/Handles/BEntryControl.h"
 
-class BEntryControl;
 class InterfaceTexts;
 
 class MyTextControl : public ValueEntry<std::string> {
@@ -12,6 +12,7 @@ public:
     MyTextControl(const char* name, const char* label, EpochPortal* portal,
                   const InterfaceTexts& texts);
 
+    void SetFaded(bool isFaded) override { line_->SetFaded(isFaded); }
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;
 

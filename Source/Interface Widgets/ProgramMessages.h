@@ -63,6 +63,9 @@ inline constexpr uint32 kSetRelativeTo = FourCC("rel2");  // int64 "Body ID"
 inline constexpr uint32 kEditEpoch = FourCC("edep");
 inline constexpr uint32 kDeleteEpoch = FourCC("dlep");
 inline constexpr uint32 kLogEpoch = FourCC("lgep");
+// Begin a branch at the moment of the past that is shown; show the present again.
+inline constexpr uint32 kBranchHere = FourCC("brch");
+inline constexpr uint32 kBackToNow = FourCC("bknw");
 inline constexpr uint32 kToCenterOfMass = FourCC("2com");
 inline constexpr uint32 kTogglePause = FourCC("tgps");
 // Pause, and let go again; "rest" and "rnok" hold the calculator only. Answered with message

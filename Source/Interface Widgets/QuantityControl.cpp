@@ -29,6 +29,10 @@ void QuantityControl::SetEditable(bool isEditable) {
     number_->SetEditable(isEditable);
 }
 
+void QuantityControl::SetFaded(bool isFaded) {
+    number_->SetFaded(isFaded);
+}
+
 void QuantityControl::Present(const std::optional<DimValue>& value, bool replacesAll) {
     number_->ShowValue(value, replacesAll);
     if (value) ShowUnit(value->Uval());

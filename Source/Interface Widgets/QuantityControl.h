@@ -19,6 +19,7 @@ public:
     // The number can only be read; its unit can still be chosen.
     void SetEditable(bool isEditable);
 
+    void SetFaded(bool isFaded) override;
     void AttachedToWindow() override;
 
 protected:

@@ -60,6 +60,11 @@ void VectorControl::Present(const std::optional<DimVector>& value, bool replaces
     if (value) ShowUnit(value->Uval());
 }
 
+void VectorControl::SetFaded(bool isFaded) {
+    for (NumberTextControl* const line : components_)
+        line->SetFaded(isFaded);
+}
+
 bool VectorControl::CommitPending() {
     std::array<std::optional<std::string>, 3> typed;
     const Source source = TakePending([&] {
@@ -86,6 +91,7 @@ bool VectorControl::CommitComponent(int32 component, const std::string& typed, c
         value->SetUval(*uval);
     else
         *uval = value->Uval();
+    if (!Portal()->PrepareForEdit()) return false;
     std::unique_ptr<LCommand> command;
     {
         const ReadGuard guard(Portal());

@@ -23,6 +23,7 @@ public:
     VectorControl(const char* name, Labels labels, EpochPortal* portal, const UnitTable* units,
                   const BMessage& unitMenuField, const InterfaceTexts& texts);
 
+    void SetFaded(bool isFaded) override;
     void AttachedToWindow() override;
 
 protected:

@@ -20,6 +20,7 @@ public:
             value == std::floor(value) && std::fabs(value) <= std::numeric_limits<int32>::max();
         return isWhole ? factory_->MakeCommand(portal, static_cast<int32>(value)) : nullptr;
     }
+    [[nodiscard]] bool EditsEpoch() const override { return factory_->EditsEpoch(); }
 
 private:
     const std::unique_ptr<const IntCommandFactory> factory_;

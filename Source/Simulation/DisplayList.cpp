@@ -34,16 +34,22 @@ void Deliver(Display* display, uint32 what) {
 
 }  // namespace
 
-DisplayList::DisplayList(SimulationDocument* document, const RunHistory* history, RunControl* run,
-                         BLooper* owner, const DisplayContext& context)
-    : document_(document), history_(history), run_(run), owner_(owner), context_(context) {}
+DisplayList::DisplayList(SimulationDocument* document, const RunHistory* history,
+                         ShownMoment* shown, RunControl* run, BLooper* owner,
+                         const DisplayContext& context)
+    : document_(document),
+      history_(history),
+      shown_(shown),
+      run_(run),
+      owner_(owner),
+      context_(context) {}
 
 Display* DisplayList::Make(int32 type, const char* simulationName) const {
     if (type != ProjectionDisplay::kType) return nullptr;
     auto* const display =
         new ProjectionDisplay(kUsualFrame, simulationName, document_->Portal(),
                               document_->GetCalculator()->WriteOk(), owner_, context_);
-    display->SetHistory(history_);
+    display->SetHistory(history_, shown_);
     if (display->Init(simulationName) == 0) return display;
     display->Quit();
     return nullptr;

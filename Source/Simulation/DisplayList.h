@@ -14,14 +14,15 @@ class BLooper;
 class Display;
 class RunControl;
 class RunHistory;
+class ShownMoment;
 class SimulationDocument;
 struct DisplayContext;
 
 class DisplayList {
 public:
     // None is owned. `owner` gets the messages of the displays.
-    DisplayList(SimulationDocument* document, const RunHistory* history, RunControl* run,
-                BLooper* owner, const DisplayContext& context);
+    DisplayList(SimulationDocument* document, const RunHistory* history, ShownMoment* shown,
+                RunControl* run, BLooper* owner, const DisplayContext& context);
 
     // A display of the type (1: projection), as the archive has it or as they usually are; false
     // if there is none such.
@@ -54,6 +55,7 @@ private:
 
     SimulationDocument* const document_;
     const RunHistory* const history_;
+    ShownMoment* const shown_;
     RunControl* const run_;
     BLooper* const owner_;
     const DisplayContext& context_;

@@ -50,7 +50,9 @@ Simulation::Simulation(BRect frame, SimulationHost* host)
       history_(document_.GetUndoChain()),
       controls_(this, host, &document_, &displays_),
       run_(&document_, &controls_, &host->Resources()),
-      displays_(&document_, run_.History(), run_.Control(), this, host->Context()),
+      moments_(document_.Portal(), run_.History(), run_.Control(), &host->Resources()),
+      displays_(&document_, run_.History(), moments_.Shown(), run_.Control(), this,
+                host->Context()),
       saver_(this, host, &document_, run_.Control(), &controls_, &displays_),
       boxes_(this, host),
       closer_(this, host, &document_, run_.Control(), &saver_, &boxes_) {
@@ -212,7 +214,8 @@ void Simulation::MessageReceived(BMessage* message) {
         return Tell(text);
     const bool hasAllParts = controls_.Windows() != nullptr;
     if (hasAllParts &&
-        (FileMessage(message) || RunMessage(*message) || WindowMessage(message) ||
+        (moments_.TakeMessage(*message) || FileMessage(message) || RunMessage(*message) ||
+         WindowMessage(message) ||
          CarryOutEdit(*message, run_.Controller(), document_.Portal(),
                       *controls_.Windows()->Epochs(), [this](int32 text) {
                           controls_.ShowMessage(host_->Resources().InterfaceLabel(text));
@@ -277,7 +280,8 @@ bool Simulation::WindowMessage(BMessage* message) {
     void* pointer = nullptr;
     switch (message->what) {
         case kRedisplay:
-            controls_.Redisplay(changes_.Take());
+            controls_.Redisplay(changes_.Take(), moments_.Shown()->Get());
+            if (const auto status = moments_.TakeStatus(); status) controls_.ShowMessage(*status);
             if (wasTooDeep_.exchange(false))
                 controls_.ShowMessage(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
             break;
@@ -323,7 +327,7 @@ void Simulation::Changed(int32 changes) {
     // Not as one bit among all of them, which are told when another document is there.
     if (changes == kEpochsTooDeep)
         wasTooDeep_ = true;
-    else
+    else if (changes != kMomentChanged)
         hasNewChanges_ = true;
     changes_.Put(changes);
 }

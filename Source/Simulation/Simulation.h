@@ -18,6 +18,7 @@
 #include "Simulation/DisplayList.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/MessageBoxes.h"
+#include "Simulation/MomentControl.h"
 #include "Simulation/SimulationCloser.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationRun.h"
@@ -96,6 +97,7 @@ private:
     UndoChain* const history_;  // the document's
     SimulationControls controls_;
     SimulationRun run_;
+    MomentControl moments_;
     DisplayList displays_;
     SimulationSaver saver_;
     MessageBoxes boxes_;

@@ -80,10 +80,12 @@ void SimulationControls::QuitWindows() {
 
 // --- What the user sees ---
 
-void SimulationControls::Redisplay(int32 changes) {
+void SimulationControls::Redisplay(int32 changes, Moment moment) {
     if (status_ == nullptr) return;
-    bodySettings_->Redisplay(changes);
-    globalControls_->Redisplay(changes);
+    moment_ = std::move(moment);
+    menus_->ShowMoment(moment_.IsPast());
+    bodySettings_->Redisplay(changes, moment_);
+    globalControls_->Redisplay(changes, moment_);
     ShowHistory();
     if ((changes & kFocusEpochChanged) != 0 && status_->ForgetRun()) FitWindow();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
@@ -147,8 +149,8 @@ void SimulationControls::ShowOpened(const std::string& notice) {
 void SimulationControls::ShowRun() {
     ShowFigures(monitor_.Measure(system_time()));
     // A run tells nobody how it goes on.
-    bodySettings_->Redisplay(kBodyDataChanged);
-    globalControls_->Redisplay(kTimeChanged);
+    bodySettings_->Redisplay(kBodyDataChanged, moment_);
+    globalControls_->Redisplay(kTimeChanged, moment_);
 }
 
 void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Simulation/Document/RunControlView.h"
+#include "Simulation/History/Moment.h"
 #include "Simulation/RunMonitor.h"
 
 class BGroupView;
@@ -41,7 +42,8 @@ public:
     // Null until they are built.
     [[nodiscard]] SubsidiaryWindows* Windows() const { return windows_.get(); }
 
-    void Redisplay(int32 changes);
+    // Of the moment that is shown from then on.
+    void Redisplay(int32 changes, Moment moment);
     // What can be undone and redone, and whether the document is saved.
     void ShowHistory();
     void ShowMessage(const std::string& text);
@@ -92,6 +94,7 @@ private:
     BodySettingsBox* bodySettings_ = nullptr;
     GlobalControlsBox* globalControls_ = nullptr;
     StatusLine* status_ = nullptr;
+    Moment moment_;
     float width_ = 0.0f;  // what the window needs with one line of a message
     float height_ = 0.0f;
 };

@@ -90,6 +90,9 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     BMenu* const menu = MakeMenu(host->Context().menus->SimMenuArchive()).release();
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
+    branch_ = menu->FindItem(kBranchHere);
+    backToNow_ = menu->FindItem(kBackToNow);
+    ShowMoment(false);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
         item->SetShortcut(texts_.Key(kLabelAnimationKey), 0);
     if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
@@ -113,6 +116,11 @@ void SimulationMenus::ShowGo(const char* label, bool isEnabled) {
     if (go_ == nullptr) return;
     go_->SetLabel(label);
     go_->SetEnabled(isEnabled);
+}
+
+void SimulationMenus::ShowMoment(bool isPast) {
+    for (BMenuItem* const item : {branch_, backToNow_})
+        if (item != nullptr) item->SetEnabled(isPast);
 }
 
 void SimulationMenus::Show(BMenuItem* item, bool isPossible, int32 name, int32 plainLabel,

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] BMenuBar* Bar() const { return bar_; }
     // The item that lets the simulation go or pause.
     void ShowGo(const char* label, bool isEnabled);
+    // Whether there is a moment of the past to branch at and to come back from.
+    void ShowMoment(bool isPast);
     // What can be undone and redone, by name.
     void ShowHistory(UndoChain* history);
     // Whether the document has displays that are not open.
@@ -48,6 +50,8 @@ private:
     const InterfaceTexts& texts_;
     BMenuBar* const bar_;
     BMenuItem* go_ = nullptr;
+    BMenuItem* branch_ = nullptr;
+    BMenuItem* backToNow_ = nullptr;
     BMenuItem* undo_ = nullptr;
     BMenuItem* redo_ = nullptr;
     BMenuItem* dissolve_ = nullptr;

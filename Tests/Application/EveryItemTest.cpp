@@ -146,6 +146,11 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
     };
     Does(window, "Simulation/Go", shows("Simulation/Pause"));
     Does(window, "Simulation/Pause", shows("Simulation/Go"));
+    WindowHand::Press(kDisplay, WindowHand::Key::kHome);
+    Does(window, "Simulation/Back to Now",
+         [=] { return !WindowHand::CanChoose(window, "Simulation/Branch Here"); });
+    WindowHand::Press(kDisplay, WindowHand::Key::kHome);
+    Does(window, "Simulation/Branch Here", History("Edit/Undo Branch"));
     Opens(window, "Simulation/Animation…", "Animation options for system");
     Opens(window, "Simulation/Epochs…", "Epochs for system");
 }

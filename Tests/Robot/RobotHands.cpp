@@ -22,6 +22,7 @@ constexpr std::size_t kManyWindows = 20;
 constexpr std::size_t kManySimulations = 4;
 
 constexpr const char* kSky = "Picture of the moving bodies";
+constexpr const char* kTimeLine = "Time line";
 
 bool AreMany(const Windows& windows) {
     return windows.size() > kManyWindows || CountSimulations(windows) > kManySimulations;
@@ -77,12 +78,14 @@ void RobotHands::DoSomething() {
     }
     using Use = bool (RobotHands::*)(const Windows&);
     static const std::map<int, Use> kUses{
-        {22, &RobotHands::UseMenu},   {32, &RobotHands::PressButton}, {50, &RobotHands::UseEntry},
-        {58, &RobotHands::UseChoice}, {63, &RobotHands::UseSlider},   {70, &RobotHands::UseList},
-        {79, &RobotHands::UseSky},    {85, &RobotHands::UseWindow},
+        {22, &RobotHands::UseMenu},     {32, &RobotHands::PressButton},
+        {50, &RobotHands::UseEntry},    {58, &RobotHands::UseChoice},
+        {63, &RobotHands::UseSlider},   {70, &RobotHands::UseList},
+        {79, &RobotHands::UseSky},      {85, &RobotHands::UseWindow},
+        {90, &RobotHands::UseTimeLine},
     };
     if (dice_->Chance(8) && dialogs_->AnswerOne(windows)) return;
-    const auto chosen = kUses.upper_bound(dice_->Number(0, 91));
+    const auto chosen = kUses.upper_bound(dice_->Number(0, 96));
     const bool isDone = chosen == kUses.end() ? PressKey() : (this->*chosen->second)(windows);
     if (!isDone) PressKey();
 }
@@ -251,6 +254,33 @@ bool RobotHands::UseSky(const Windows& windows) {
             break;
         default:
             QTest::mouseMove(sky, PlaceIn(*sky));
+    }
+    return true;
+}
+
+// Seeks, branches, and comes back to now.
+bool RobotHands::UseTimeLine(const Windows& windows) {
+    std::vector<QWidget*> lines;
+    for (QWidget* const widget : FindUsable<QWidget>(windows))
+        if (widget->accessibleName() == kTimeLine) lines.push_back(widget);
+    if (lines.empty()) return false;
+    QWidget* const line = dice_->Any(lines);
+    Begin("time line", line);
+    switch (dice_->Number(0, 3)) {
+        case 0:
+            Drag(line);
+            break;
+        case 1:
+            QTest::mouseClick(line, Qt::LeftButton, {}, PlaceIn(*line));
+            break;
+        case 2:
+            QTest::keyClick(line,
+                            dice_->Any<Qt::Key>({Qt::Key_Home, Qt::Key_End, Qt::Key_Left,
+                                                 Qt::Key_Right, Qt::Key_Period, Qt::Key_Comma}),
+                            dice_->Chance(30) ? Qt::ShiftModifier : Qt::NoModifier);
+            break;
+        default:
+            QTest::keyClick(line, Qt::Key_K, Qt::ControlModifier);
     }
     return true;
 }

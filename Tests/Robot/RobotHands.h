@@ -45,6 +45,7 @@ private:
     bool UseSlider(const Windows& windows);
     bool UseList(const Windows& windows);
     bool UseSky(const Windows& windows);
+    bool UseTimeLine(const Windows& windows);
     bool UseWindow(const Windows& windows);
     void Close(QWidget* window);
     bool PressKey();

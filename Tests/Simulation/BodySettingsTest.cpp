@@ -239,6 +239,7 @@ TEST_F(BodySettings, DisablingAnEntryAwaitsWhatIsJustBeingCommitted) {
     public:
         SlowEntry() : Entry("slow", B_VERTICAL) {}
         void Read() override {}
+        void ReadFrom(const EpochPortal&) override {}
         void ShowValue() override {}
 
         std::binary_semaphore begins{0};

@@ -66,6 +66,9 @@ void DisplayMenus::AddSimulationMenu() {
     if (menu == nullptr) return;
     menu->SetTargetForItems(display_->Owner());
     go_ = menu->FindItem(kTogglePause);
+    branch_ = menu->FindItem(kBranchHere);
+    backToNow_ = menu->FindItem(kBackToNow);
+    ShowMoment(false);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
         item->SetShortcut(context_.texts->Key(kLabelAnimationKey), 0);
     if (BMenuItem* const item = menu->FindItem(kShowEpochs); item != nullptr)
@@ -101,6 +104,11 @@ void DisplayMenus::AddViewMenu() {
 
 void DisplayMenus::SetGoLabel(const char* label) {
     if (go_ != nullptr) go_->SetLabel(label);
+}
+
+void DisplayMenus::ShowMoment(bool isPast) {
+    for (BMenuItem* const item : {branch_, backToNow_})
+        if (item != nullptr) item->SetEnabled(isPast);
 }
 
 void DisplayMenus::ShowOptions(const DisplayOptions& options) {

@@ -39,6 +39,8 @@ public:
     // For the display's window, which takes it over.
     [[nodiscard]] BMenuBar* Bar() const { return bar_; }
     void SetGoLabel(const char* label);
+    // Whether there is a moment of the past to branch at and to come back from.
+    void ShowMoment(bool isPast);
     void ShowOptions(const DisplayOptions& options);
     // What can be followed, and what is: kNoSystemID for nothing.
     void ShowSystems(const BodyLabels& labels, int64 followed);
@@ -58,6 +60,8 @@ private:
     const DisplayContext& context_;
     BMenuBar* const bar_;
     BMenuItem* go_ = nullptr;
+    BMenuItem* branch_ = nullptr;
+    BMenuItem* backToNow_ = nullptr;
     BMenu* follow_ = nullptr;
     BMenuItem* names_ = nullptr;
     BMenuItem* scaleBar_ = nullptr;

@@ -76,6 +76,7 @@ std::vector<KeptTrails::Trail> KeptTrailsPainter::TakeTrails(double now,
     TrailSource source;
     source.history = history_;
     source.now = now;
+    source.run = run_;
     source.erasedIn = erasedIn_;
     source.erasedUntil = erasedUntil_;
     for (const TrajectoryCache::Member& member : display_->View()->Cache().Reference())

@@ -22,6 +22,9 @@ public:
 
     // Null: there are none. Not owned.
     void SetHistory(const RunHistory* history) { history_ = history; }
+    [[nodiscard]] const RunHistory* History() const { return history_; }
+    // Which the trails end in; null: the one in focus.
+    void SetRun(const AbEpoch* run) { run_ = run; }
 
     // `now`, in seconds, is where the trails end; the labels tell the bodies that are followed.
     void PaintAll(double now, const BodyLabels& labels);
@@ -38,6 +41,7 @@ private:
 
     TrajectoryDisplay* const display_;
     const RunHistory* history_ = nullptr;
+    const AbEpoch* run_ = nullptr;  // only compared
     KeptTrails trails_;
     BRect painted_;  // what the picture covered when trails were painted last
     const AbEpoch* erasedIn_ = nullptr;

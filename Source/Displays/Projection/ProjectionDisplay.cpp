@@ -8,6 +8,7 @@
 #include "Displays/Projection/ProjectionView.h"
 #include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
+#include "Displays/TimeLine/TimeLineBar.h"
 #include "Displays/Trajectories/LineClipping.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -24,6 +25,7 @@
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
+#include "Simulation/History/ShownMoment.h"
 
 namespace {
 
@@ -34,6 +36,7 @@ constexpr float kMaxPan = 16384.0f;
 
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
+constexpr int32 kTimeLineChanged = kTimesChanged | kEpochRenamed | kEpochAdded | kEpochRemoved;
 
 bool IsPositive(double value) {
     return value > 0.0 && value < std::numeric_limits<double>::infinity();
@@ -69,8 +72,17 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     AddChild(menus_->Bar());
     menus_->ShowOptions(fields_.options);
     View()->MakeFocus();
+    if (shown_ != nullptr) {
+        timeLine_ = new TimeLineBar({Epoch(), keptTrails_.History(), shown_, Owner()}, context_);
+        AddChild(timeLine_);
+    }
     SetPulseRate(kPulse);
     return 0;
+}
+
+void ProjectionDisplay::SetHistory(const RunHistory* history, ShownMoment* shown) {
+    keptTrails_.SetHistory(history);
+    shown_ = shown;
 }
 
 TrajectoryView* ProjectionDisplay::MakeView() {
@@ -106,9 +118,12 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
             CancelAxisRequest();
             break;
         case kRunStopped:
-            return menus_->SetGoLabel(Texts().Text(kLabelGo));
-        case kRunStarted:
-            return menus_->SetGoLabel(Texts().Text(kLabelPause));
+        case kRunStarted: {
+            const bool isRunning = message->what == kRunStarted;
+            menus_->SetGoLabel(Texts().Text(isRunning ? kLabelPause : kLabelGo));
+            if (timeLine_ != nullptr) timeLine_->SetRunning(isRunning);
+            break;
+        }
         case kFit:
             return FitAll();
         case kFollow: {
@@ -132,7 +147,10 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
 }
 
 void ProjectionDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
-    if (message->what == B_PULSE && handler == this) Pulse();
+    if (message->what == B_PULSE && handler == this) {
+        Pulse();
+        if (timeLine_ != nullptr) timeLine_->Pulse();
+    }
     TrajectoryDisplay::DispatchMessage(message, handler);
 }
 
@@ -162,31 +180,66 @@ void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions
                                  double* velocities) {
     const BAutolock lock(this);
     if (!lock.IsLocked()) return;
+    // A run that comes to rest while the past is looked at.
+    if (moment_.IsPast()) return;
     if (reports > 0) time_ = times[reports - 1];
     TrajectoryDisplay::ReadData(reports, times, positions, velocities);
 }
 
 void ProjectionDisplay::Redisplay(int32 changes) {
+    if (shown_ != nullptr && shown_->Get().epoch != drawn_) changes |= kAllOfFocusChanged;
     if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
         {
             const ReadGuard guard(Epoch());
-            if ((changes & kNamesChanged) != 0) TakeBodies(Epoch()->BodiesInMassOrder());
+            const EpochPortal shown = TakeShown();
+            if ((changes & kNamesChanged) != 0) TakeBodies(shown.BodiesInMassOrder());
             TakeTime();
         }
         Sky()->ShowTexts();
     }
     TrajectoryDisplay::Redisplay(changes);
+    if (moment_.epoch != drawn_) ShowOtherMoment();
+    RefreshTimeLine(changes);
+}
+
+EpochPortal ProjectionDisplay::TakeShown() {
+    if (shown_ != nullptr) moment_ = shown_->Get();
+    keptTrails_.SetRun(moment_.run);
+    return moment_.PortalFrom(*Epoch());
+}
+
+const AbEpoch& ProjectionDisplay::ShownEpoch() const {
+    return moment_.IsPast() ? *moment_.epoch : *Epoch()->FocusEpoch();
+}
+
+// The trails end where the bodies are.
+void ProjectionDisplay::ShowOtherMoment() {
+    drawn_ = moment_.epoch;
+    menus_->ShowMoment(moment_.IsPast());
+    ShowMap(false);
+}
+
+void ProjectionDisplay::RefreshTimeLine(int32 changes) {
+    if (timeLine_ == nullptr) return;
+    if ((changes & kTimeLineChanged) != 0)
+        timeLine_->Refresh();
+    else if ((changes & kMomentChanged) != 0)
+        timeLine_->ShowMoment();
+}
+
+void ProjectionDisplay::TakeTimeKey(const KeyInput& input) {
+    if (timeLine_ != nullptr) static_cast<void>(timeLine_->TakeKey(input));
 }
 
 void ProjectionDisplay::TakeTime() {
-    time_ = Epoch()->FocusEpoch()->Time();
-    timeUval_ = Epoch()->FocusEpoch()->TimeUval();
+    time_ = ShownEpoch().Time();
+    timeUval_ = ShownEpoch().TimeUval();
 }
 
 void ProjectionDisplay::TakeBodies(const std::vector<Body*>& bodies) {
     TakeTime();
     TakeReference(bodies);
-    BodyLabels labels = ReadBodyLabels(*Epoch()->FocusEpoch(), bodies);
+    BodyLabels labels = ReadBodyLabels(ShownEpoch(), bodies);
     if (labels == labels_) return;
     labels_ = std::move(labels);
     menus_->ShowSystems(labels_, fields_.followed);
@@ -195,7 +248,7 @@ void ProjectionDisplay::TakeBodies(const std::vector<Body*>& bodies) {
 // What is followed consists of other bodies, or of the same in another order.
 void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
     std::vector<TrajectoryCache::Member> members =
-        ReadMembers(*Epoch()->FocusEpoch(), bodies, fields_.followed);
+        ReadMembers(ShownEpoch(), bodies, fields_.followed);
     if (members.empty() && fields_.followed != kNoSystemID) {
         // It is gone: the view stays where it was.
         fields_.projection.center += View()->Cache().LastReference();
@@ -306,7 +359,7 @@ void ProjectionDisplay::Follow(int64 system) {
     fields_.followed = system;
     {
         const ReadGuard guard(Epoch());
-        TakeReference(Epoch()->BodiesInMassOrder());
+        TakeReference(moment_.PortalFrom(*Epoch()).BodiesInMassOrder());
     }
     menus_->ShowFollowed(labels_, fields_.followed);
     ShowMap(false);

@@ -15,9 +15,13 @@
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Interface/Canvas/OverlayItem.h"
+#include "Simulation/History/Moment.h"
 
 class ProjectionView;
+struct KeyInput;
 class RunHistory;
+class ShownMoment;
+class TimeLineBar;
 
 class ProjectionDisplay : public TrajectoryDisplay {
 public:
@@ -34,7 +38,8 @@ public:
 
     // Where trails come from when the picture has lost them; null: from nowhere. Not owned. Before
     // the display is shown.
-    void SetHistory(const RunHistory* history) { keptTrails_.SetHistory(history); }
+    // With `shown` the display has a time line, and shows that moment. Not owned either.
+    void SetHistory(const RunHistory* history, ShownMoment* shown = nullptr);
 
     [[nodiscard]] int32 Init(const char* simulationName) override;
     void MessageReceived(BMessage* message) override;
@@ -47,6 +52,8 @@ public:
     status_t Regenerate(const BMessage& archive) override;
     BPoint Map(double x, double y, double z) override;
     float DiscSize(double radius) override;
+    // A key that the sky does not take for itself.
+    void TakeTimeKey(const KeyInput& input);
     virtual void Pulse() { dialogs_.Pulse(); }
 
     void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
@@ -81,6 +88,7 @@ public:
 
 protected:
     [[nodiscard]] TrajectoryView* MakeView() override;
+    [[nodiscard]] EpochPortal TakeShown() override;
     void TakeBodies(const std::vector<Body*>& bodies) override;
 
 private:
@@ -89,6 +97,9 @@ private:
     void ShowMap(bool isScaleChanged);
     void TakeReference(const std::vector<Body*>& bodies);
     void TakeTime();
+    [[nodiscard]] const AbEpoch& ShownEpoch() const;
+    void ShowOtherMoment();
+    void RefreshTimeLine(int32 changes);
     void ToggleOption(bool DisplayOptions::*option);
     ProjectionView* Sky() const;
 
@@ -101,6 +112,10 @@ private:
     BodyLabels labels_;
     double time_ = 0.0;  // s
     double timeUval_ = 1.0;
+    ShownMoment* shown_ = nullptr;
+    TimeLineBar* timeLine_ = nullptr;  // null: there is none
+    Moment moment_;                    // that is shown
+    std::shared_ptr<Epoch> drawn_;     // up to which the trails are drawn; null: now
     KeptTrailsPainter keptTrails_;
     PictureSaver pictureSaver_;
 };

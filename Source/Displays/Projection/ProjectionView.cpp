@@ -75,7 +75,7 @@ void ProjectionView::KeyDown(const KeyInput& input) {
         case B_DOWN_ARROW:
             return display_->PanBy(0.0f, kPanStep);
         default:
-            break;
+            display_->TakeTimeKey(input);
     }
 }
 

@@ -59,7 +59,7 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
     std::unordered_map<int64, const MassSystem*> looks;
     for (const Body* const body : portal->BodiesInMassOrder())
         looks.emplace(body->ID(), body);
-    const AbEpoch* epoch = portal->FocusEpoch();
+    const AbEpoch* epoch = run != nullptr && portal->HasEpoch(run) ? run : portal->FocusEpoch();
     for (double to = now; epoch != nullptr && history->SpanOf(epoch); to = kEver) {
         const bool isErased = epoch == erasedIn;
         Part part{epoch, isErased ? erasedUntil : -kEver, to, {}};

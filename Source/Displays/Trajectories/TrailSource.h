@@ -19,7 +19,8 @@ struct TrailSource {
     };
 
     const RunHistory* history = nullptr;
-    double now = 0.0;  // s, where the trails end
+    double now = 0.0;              // s, where the trails end
+    const AbEpoch* run = nullptr;  // which that time is in; null: the one in focus
     std::vector<Member> reference;
     // No trails from before that time in this epoch, nor from before it.
     const AbEpoch* erasedIn = nullptr;

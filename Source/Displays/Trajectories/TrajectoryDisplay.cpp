@@ -52,13 +52,18 @@ void TrajectoryDisplay::ReadData(int32 reports, double* /*times*/, double* posit
     if (lock.IsLocked()) view_->ReadPositions(reports, positions);
 }
 
+EpochPortal TrajectoryDisplay::TakeShown() {
+    return *Epoch();
+}
+
 void TrajectoryDisplay::Redisplay(int32 changes) {
     if ((changes & kShown) == 0) return;
     EpochPortal* const portal = Epoch();
     const ReadGuard guard(portal);
     if ((changes & kCalculatorSettingsChanged) != 0 && portal->GetCalculator() != nullptr)
         view_->SetSegmentLength(static_cast<float>(portal->GetCalculator()->SegmentLength()));
-    const std::vector<Body*> bodies = portal->BodiesInMassOrder();
+    const EpochPortal shown = TakeShown();
+    const std::vector<Body*> bodies = shown.BodiesInMassOrder();
     TakeBodies(bodies);
     view_->Redisplay(changes & ~kCalculatorSettingsChanged, bodies, IsRunning());
 }
@@ -73,7 +78,8 @@ void TrajectoryDisplay::PrepareForGo(int32 reportsPerSegment) {
     const BAutolock lock(this);
     if (!lock.IsLocked()) return;
     const ReadGuard guard(Epoch());
-    const std::vector<Body*> bodies = Epoch()->BodiesInMassOrder();
+    const EpochPortal shown = TakeShown();
+    const std::vector<Body*> bodies = shown.BodiesInMassOrder();
     TakeBodies(bodies);
     view_->PrepareForGo(reportsPerSegment, bodies);
 }

@@ -36,6 +36,9 @@ public:
 
 protected:
     [[nodiscard]] virtual TrajectoryView* MakeView();
+    // The epochs that are shown from now on, with the moment in focus: the document's, unless a
+    // subclass shows another one. With the window's lock and the model's read lock.
+    [[nodiscard]] virtual EpochPortal TakeShown();
     // The bodies, their order or what they look like may be others. With the window's lock and the
     // model's read lock, before the view takes them over.
     virtual void TakeBodies(const std::vector<Body*>& /*bodies*/) {}

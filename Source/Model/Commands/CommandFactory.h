@@ -22,6 +22,8 @@ public:
     // Null when the value is the one in force already, or cannot be taken.
     virtual std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal,
                                                   const Value& value) const = 0;
+    // What it sets is part of what an epoch records.
+    [[nodiscard]] virtual bool EditsEpoch() const { return true; }
 };
 
 using StringCommandFactory = CommandFactory<std::string>;
@@ -40,6 +42,7 @@ bool ExecuteFiled(EpochPortal* portal, std::unique_ptr<LCommand> command);
 // done.
 template <typename Value>
 bool CommitEntry(EpochPortal* portal, const CommandFactory<Value>& factory, const Value& value) {
+    if (factory.EditsEpoch() && !portal->PrepareForEdit()) return false;
     std::unique_ptr<LCommand> command;
     {
         const ReadGuard guard(portal);

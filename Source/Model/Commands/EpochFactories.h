@@ -16,6 +16,7 @@ public:
     std::string Current(const EpochPortal& portal) const override;
     std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal,
                                           const std::string& name) const override;
+    [[nodiscard]] bool EditsEpoch() const override { return false; }
 };
 
 // The epoch's time (s) with its unit. Times that are not finite are refused.
@@ -66,6 +67,7 @@ public:
     int32 Current(const EpochPortal& portal) const override;
     // Settings below 1 or above the greatest are refused.
     std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal, const int32& value) const override;
+    [[nodiscard]] bool EditsEpoch() const override { return false; }
 
 private:
     Getter get_;

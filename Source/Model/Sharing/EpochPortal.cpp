@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Model/Epochs/EpochCursor.h"
+#include "Model/Sharing/EditGate.h"
 
 namespace {
 
@@ -54,10 +55,15 @@ void EpochPortal::CopyPointers(const EpochPortal& other) {
     subject_->AddRef();
     undoChain_ = other.undoChain_;
     calculator_ = other.calculator_;
+    editGate_ = other.editGate_;
 }
 
 void EpochPortal::CleanupRef() {
     if (subject_->RemoveRef() == 1) delete subject_;
+}
+
+bool EpochPortal::PrepareForEdit() const {
+    return editGate_ == nullptr || editGate_->BeforeEdit();
 }
 
 void EpochPortal::SetEpochTo(AbEpoch* epoch) {

@@ -13,6 +13,7 @@
 #include "Model/Systems/NullMassSystem.h"
 
 class AbCalculator;
+class EditGate;
 class UndoChain;
 
 class EpochPortal {
@@ -29,6 +30,11 @@ public:
     UndoChain* GetUndoChain() { return undoChain_; }
     AbCalculator* GetCalculator() const { return calculator_; }
     void SetCalculator(AbCalculator* calculator) { calculator_ = calculator; }
+    // Whoever is asked before the user's edits; null: nobody. Not owned.
+    void SetEditGate(EditGate* gate) { editGate_ = gate; }
+    // Before an edit of the focus epoch is thought out: it may come to lie in another epoch. False:
+    // there is to be none. No lock of the document may be held.
+    [[nodiscard]] bool PrepareForEdit() const;
 
     // These tell nobody; the commands do. Null: no epoch, no system.
     // SetEpochTo keeps the same body in focus if the new epoch has it, else takes the first child
@@ -69,4 +75,5 @@ private:
     Subject* subject_;
     UndoChain* undoChain_;
     AbCalculator* calculator_ = nullptr;
+    EditGate* editGate_ = nullptr;
 };

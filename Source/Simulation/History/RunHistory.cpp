@@ -196,6 +196,14 @@ std::vector<RunEvent> RunHistory::Events(const AbEpoch* epoch) const {
 
 RunHistory::Finding RunHistory::StateAt(const AbEpoch* epoch, double time, const Progress& progress,
                                         SystemState* state) const {
+    RunCheckpoint moment;
+    const Finding finding = MomentAt(epoch, time, progress, &moment);
+    if (finding == Finding::kFound) *state = std::move(moment.state);
+    return finding;
+}
+
+RunHistory::Finding RunHistory::MomentAt(const AbEpoch* epoch, double time,
+                                         const Progress& progress, RunCheckpoint* moment) const {
     std::shared_ptr<const RunCheckpoint> from;
     std::vector<RunEvent> events;
     {
@@ -207,11 +215,7 @@ RunHistory::Finding RunHistory::StateAt(const AbEpoch* epoch, double time, const
         if (time > from->state.time && run->IsLastAfter(time)) time = run->EndTime();
         events = run->Events();
     }
-    if (time <= from->state.time) {
-        *state = from->state;
-        return Finding::kFound;
-    }
-    return RunReplay(*from).RunTo(time, events, progress, state);
+    return RunReplay(*from).RunTo(time, events, progress, moment);
 }
 
 std::size_t RunHistory::Bytes() const {

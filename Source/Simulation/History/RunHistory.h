@@ -27,6 +27,7 @@ class EpochPortal;
 class KeptRun;
 class TaylorCalculator;
 struct MergeResult;
+struct RunCheckpoint;
 
 // Of all runs together: bytes of samples and checkpoints, and half as much of checkpoints. Of a
 // run: checkpoints, beside those that nothing can stand for.
@@ -69,6 +70,10 @@ public:
     // nearest checkpoint before it, by a second calculator. On the caller's thread, which waits.
     [[nodiscard]] Finding StateAt(const AbEpoch* epoch, double time, const Progress& progress,
                                   SystemState* state) const;
+    // Likewise, with all that a run can be begun from there: the calculator's part is what an epoch
+    // keeps of it.
+    [[nodiscard]] Finding MomentAt(const AbEpoch* epoch, double time, const Progress& progress,
+                                   RunCheckpoint* moment) const;
 
     [[nodiscard]] std::size_t Bytes() const;
     [[nodiscard]] std::size_t CountCheckpoints(const AbEpoch* epoch) const;

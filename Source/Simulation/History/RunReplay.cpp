@@ -51,18 +51,27 @@ void RunReplay::CopyBodies() {
 }
 
 Finding RunReplay::RunTo(double time, const std::vector<RunEvent>& events,
-                         const RunHistory::Progress& progress, SystemState* state) {
+                         const RunHistory::Progress& progress, RunCheckpoint* moment) {
     {
         const WriteGuard guard(&portal_);
         if (calculator_->ResumeRun(from_.calculator) != B_OK) return Finding::kLost;
     }
     calculator_->SetRunLimit(0, time);
-    for (;;) {
+    while (Time() < time) {
         if (!Run(time, progress)) return Finding::kCancelled;
-        if (Time() >= time) break;
-        if (!Merge(events)) return Finding::kLost;
+        if (Time() < time && !Merge(events)) return Finding::kLost;
     }
-    *state = TakeState(&portal_);
+    return Take(moment);
+}
+
+Finding RunReplay::Take(RunCheckpoint* moment) {
+    const ReadGuard guard(&portal_);
+    if (calculator_->Archive(&moment->calculator, true) != B_OK) return Finding::kLost;
+    moment->state = StateOf(portal_);
+    for (const Body* const body : portal_.BodiesInMassOrder())
+        moment->radii.push_back(body->Radius());
+    moment->order = from_.order;
+    moment->cutoff = from_.cutoff;
     return Finding::kFound;
 }
 

@@ -23,10 +23,11 @@ public:
     RunReplay(const RunReplay&) = delete;
     RunReplay& operator=(const RunReplay&) = delete;
 
-    // To the first report at or past that time, through the mergers among the events. Once.
+    // To the first report at or past that time, through the mergers among the events. Once. Of the
+    // checkpoint it makes what a run can be begun from, and not where it lies in the run.
     [[nodiscard]] RunHistory::Finding RunTo(double time, const std::vector<RunEvent>& events,
                                             const RunHistory::Progress& progress,
-                                            SystemState* state);
+                                            RunCheckpoint* moment);
 
 private:
     void Changed(int32 what) override;
@@ -36,6 +37,7 @@ private:
     // Until the calculator has parked by itself; false: the caller wants no more of it.
     bool Run(double until, const RunHistory::Progress& progress);
     bool Merge(const std::vector<RunEvent>& events);
+    [[nodiscard]] RunHistory::Finding Take(RunCheckpoint* moment);
     [[nodiscard]] double Time();
 
     const RunCheckpoint& from_;

@@ -30,7 +30,7 @@ constexpr float kVectorSpacing = 16.0f;
 
 constexpr int32 kSystemsChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kFocusChanged = kBodyDataChanged | kReferentChanged | kFocusSystemChanged |
-                                kFocusEpochChanged | kSystemRemoved | kSystemAdded;
+                                kFocusEpochChanged | kSystemRemoved | kSystemAdded | kMomentChanged;
 
 template <typename Factory>
 std::shared_ptr<const Factory> Share(Factory factory) {
@@ -109,7 +109,7 @@ void BodySettingsBox::AttachedToWindow() {
 
 // --- What is shown ---
 
-void BodySettingsBox::Redisplay(int32 changes) {
+void BodySettingsBox::Redisplay(int32 changes, const Moment& moment) {
     if ((changes & (kFocusChanged | kSystemsChanged)) == 0) return;
     // What is half typed is for the system that is still shown.
     if (HasLostFocus()) {
@@ -122,12 +122,15 @@ void BodySettingsBox::Redisplay(int32 changes) {
     SystemList::Focus focus;
     {
         const ReadGuard guard(portal_);
-        focus = ReadFocus(*portal_);
+        const EpochPortal shown = moment.PortalFrom(*portal_);
+        focus = ReadFocus(shown);
         if (focus.id != focus_.id) SetFactories(focus.id);
-        name_->Read();
-        physical_.Read();
+        name_->ReadFrom(shown);
+        physical_.ReadFrom(shown);
         if (readsList) list = ReadSystemList(*portal_);
     }
+    name_->SetFaded(moment.IsPast());
+    physical_.SetFaded(moment.IsPast());
     name_->ShowValue();
     physical_.ShowValues();
     ShowSystems(readsList && list != list_ ? &list : nullptr, focus);

@@ -14,6 +14,7 @@
 #include "Model/Commands/EpochFactories.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BFont.h"
@@ -24,7 +25,7 @@
 
 namespace {
 
-constexpr int32 kShown = kTimeChanged | kEpochSettingsChanged | kFocusEpochChanged;
+constexpr int32 kShown = kTimeChanged | kEpochSettingsChanged | kFocusEpochChanged | kMomentChanged;
 constexpr float kGoWidth = 8.0f;  // in sizes of the plain font
 
 // Ten to a decade, evenly spaced to the eye. Made from text, so that each is the number that its
@@ -114,8 +115,14 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
 
 // --- What is shown ---
 
-void GlobalControlsBox::Redisplay(int32 changes) {
-    if ((changes & kShown) != 0) entries_.Refresh(portal_);
+void GlobalControlsBox::Redisplay(int32 changes, const Moment& moment) {
+    if ((changes & kShown) == 0) return;
+    {
+        const ReadGuard guard(portal_);
+        entries_.ReadFrom(moment.PortalFrom(*portal_));
+    }
+    entries_.SetFaded(moment.IsPast());
+    entries_.ShowValues();
 }
 
 void GlobalControlsBox::EnableRunControls(bool enable) {

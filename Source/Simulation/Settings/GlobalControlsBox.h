@@ -5,6 +5,7 @@
 
 #include "Interface Widgets/EntryGroup.h"
 #include "Platform/Interface/Handles/BBox.h"
+#include "Simulation/History/Moment.h"
 
 class BButton;
 class EpochPortal;
@@ -20,9 +21,9 @@ public:
     // The portal is the document's own; neither is owned.
     GlobalControlsBox(EpochPortal* portal, const DisplayContext& context);
 
-    // Shows what is in force after these changes of the model (-1: all). Takes the read lock; the
-    // caller must not hold it.
-    void Redisplay(int32 changes);
+    // Shows what is in force after these changes of the model (-1: all), or was at a moment of the
+    // past. Takes the read lock; the caller must not hold it.
+    void Redisplay(int32 changes, const Moment& moment = {});
     // Makes what is half typed undoable commands; true if that changed something. Any thread that
     // holds no lock of the document, with or without the window's.
     bool CommitEpochValues();

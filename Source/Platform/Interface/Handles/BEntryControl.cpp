@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "Platform/Interface/Server/FieldLine.h"
 #include "Platform/Interface/Server/LineText.h"
@@ -127,6 +128,11 @@ public:
         line->setPalette(OwnPalette());
     }
 
+    void SetFaded(bool isFaded) {
+        if (std::exchange(isFaded_, isFaded) != isFaded && !IsRefused())
+            line->setPalette(OwnPalette());
+    }
+
 protected:
     QWidget* Make() override {
         line = new EntryLine;
@@ -195,6 +201,7 @@ private:
     [[nodiscard]] QPalette OwnPalette() const {
         QPalette palette;
         if (line->isReadOnly()) palette.setBrush(QPalette::Base, palette.window());
+        if (isFaded_) palette.setBrush(QPalette::Text, palette.placeholderText());
         return palette;
     }
 
@@ -217,6 +224,7 @@ private:
     }
 
     const std::string label_;
+    bool isFaded_ = false;
 };
 
 // As the line will hold it: a text that is none comes out of it as another one.
@@ -236,6 +244,10 @@ void BEntryControl::SetText(const Writing& text) {
 
 void BEntryControl::SetEditable(bool isEditable) {
     ChangePart<EntryPart>(Part(), [=](EntryPart& part) { part.SetEditable(isEditable); });
+}
+
+void BEntryControl::SetFaded(bool isFaded) {
+    ChangePart<EntryPart>(Part(), [=](EntryPart& part) { part.SetFaded(isFaded); });
 }
 
 void BEntryControl::SetColumns(int32 count) {

@@ -26,6 +26,8 @@ public:
     void SetText(const Writing& text);
     // The user can only read and copy it.
     void SetEditable(bool isEditable);
+    // What stands there is grey, and edited all the same.
+    void SetFaded(bool isFaded);
     // Room for so many characters, and no wish for more.
     void SetColumns(int32 count);
     void SetRightAligned(bool isRightAligned);

@@ -1,0 +1,223 @@
+#include "Displays/TimeLine/TimeLineBar.h"
+
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Projection/PictureTexts.h"
+#include "Displays/TimeLine/TimeLinePainter.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/SimulationFeatures.h"
+#include "Resources/TimeLine.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/History/ShownMoment.h"
+
+namespace {
+
+constexpr uint32 kPlayForward = FourCC("plfw");
+constexpr uint32 kPlayBackward = FourCC("plbw");
+constexpr uint32 kStopPlaying = FourCC("plst");
+
+constexpr float kWidest = 32000.0f;
+
+}  // namespace
+
+TimeLineBar::TimeLineBar(const Source& source, const DisplayContext& context)
+    : CanvasView("time line", Anchor::kLeftTop, TimeLinePainter::kBackground),
+      source_(source),
+      context_(context),
+      player_(this, source.shown) {
+    SetExplicitMinSize(-1.0f, TimeLinePainter::kHeight);
+    SetExplicitMaxSize(kWidest, TimeLinePainter::kHeight);
+    SetAccessibleName(context_.texts->Text(kTextTimeLine));
+    BuildMenu();
+}
+
+void TimeLineBar::BuildMenu() {
+    menu_ = new BPopUpMenu("Time line", false, false);
+    const auto add = [this](int32 label, uint32 what) {
+        auto* const item = new BMenuItem(context_.texts->Text(label), new BMessage(what));
+        menu_->AddItem(item);
+        return item;
+    };
+    add(kTextBranchHere, kBranchHere)->SetTarget(source_.owner);
+    add(kTextBackToNow, kBackToNow)->SetTarget(source_.owner);
+    menu_->AddSeparatorItem();
+    for (const auto& [label, what] :
+         {std::pair(kTextPlayForward, kPlayForward), std::pair(kTextPlayBackward, kPlayBackward),
+          std::pair(kTextStopPlaying, kStopPlaying)})
+        add(label, what)->SetTarget(this);
+    Adopt(menu_);
+}
+
+void TimeLineBar::AttachedToWindow() {
+    Refresh();
+}
+
+// --- What is shown ---
+
+void TimeLineBar::Refresh() {
+    {
+        const ReadGuard guard(source_.portal);
+        line_ = ReadTimeLine(*source_.portal, *source_.history);
+        timeUval_ = source_.portal->FocusEpoch()->TimeUval();
+    }
+    ShowMoment();
+}
+
+void TimeLineBar::ShowMoment() {
+    const Moment moment = source_.shown->Get();
+    isPast_ = moment.IsPast();
+    moment_ = isPast_ ? moment.epoch->Time() : line_.End();
+    Draw();
+}
+
+void TimeLineBar::SetRunning(bool isRunning) {
+    isRunning_ = isRunning;
+    if (isRunning) player_.Stop();
+    Refresh();
+}
+
+std::string TimeLineBar::TextOf(double time) const {
+    return MakeTimeText("", time, timeUval_, *context_.timeUnits).text;
+}
+
+void TimeLineBar::Draw() {
+    const TimeLinePainter painter(line_, Bounds());
+    painter.Draw(&LowerLayer(), moment_, isPast_);
+    SyncLayers();
+    std::vector<OverlayItem> texts;
+    const InterfaceTexts& labels = *context_.texts;
+    std::string shown = labels.Label(kTextNoRunKept);
+    if (!line_.IsEmpty())
+        shown = FillIn(labels.Label(isPast_ ? kTextPast : kTextNow), {TextOf(moment_)});
+    painter.AddNames(*this, &texts);
+    painter.AddTimes(*this, line_.IsEmpty() ? "" : TextOf(line_.Start()),
+                     line_.IsEmpty() ? "" : TextOf(line_.End()), shown, isPast_, &texts);
+    SetOverlay(std::move(texts));
+    Sync();
+    TellValue(shown);
+}
+
+void TimeLineBar::TellValue(const std::string& value) {
+    if (value == value_) return;
+    value_ = value;
+    SetAccessibleDescription(value_.c_str());
+}
+
+std::string TimeLineBar::TipOf(const TimeLine::Mark& mark) const {
+    if (mark.kind == TimeLine::Mark::Kind::kEpoch) return mark.name;
+    return FillIn(context_.texts->Label(kTextMerger), {mark.other, mark.name});
+}
+
+void TimeLineBar::TellMark(float x) {
+    const TimeLine::Mark* const mark = TimeLinePainter(line_, Bounds()).MarkAt(x);
+    const std::string tip =
+        mark == nullptr ? context_.texts->Label(kTextTimeLineTip) : TipOf(*mark);
+    if (tip == tip_) return;
+    tip_ = tip;
+    SetToolTip(tip_.c_str());
+}
+
+void TimeLineBar::FrameResized(BRect /*bounds*/) {
+    Draw();
+}
+
+// --- What the user does ---
+
+void TimeLineBar::PauseRun() {
+    player_.Stop();
+    if (isRunning_) WindowServer::Deliver(source_.owner, BMessage(kPauseForUser));
+}
+
+void TimeLineBar::SeekTo(double time) {
+    if (!line_.IsEmpty()) source_.shown->SeekTo(time);
+}
+
+void TimeLineBar::MouseDown(const MouseInput& input) {
+    if ((input.buttons & B_SECONDARY_MOUSE_BUTTON) != 0) return menu_->Go();
+    if ((input.buttons & B_PRIMARY_MOUSE_BUTTON) == 0) return;
+    PauseRun();
+    isDragged_ = true;
+    SeekTo(TimeLinePainter(line_, Bounds()).TimeAt(input.where.x));
+}
+
+void TimeLineBar::MouseUp(const MouseInput& /*input*/) {
+    isDragged_ = false;
+}
+
+void TimeLineBar::MouseMoved(const MouseInput& input, Transit /*transit*/) {
+    if (isDragged_)
+        SeekTo(TimeLinePainter(line_, Bounds()).TimeAt(input.where.x));
+    else
+        TellMark(input.where.x);
+}
+
+void TimeLineBar::StepPictures(int32 direction) {
+    PauseRun();
+    SeekTo(moment_ + direction * MomentPlayer::StepIn(line_));
+}
+
+bool TimeLineBar::TakeKey(const KeyInput& input) {
+    const bool isShifted = (input.modifiers & B_SHIFT_KEY) != 0;
+    switch (input.key) {
+        case B_LEFT_ARROW:
+        case B_RIGHT_ARROW: {
+            const bool isForward = input.key == B_RIGHT_ARROW;
+            if (!isShifted) {
+                StepPictures(isForward ? 1 : -1);
+                return true;
+            }
+            PauseRun();
+            source_.shown->StepReport(isForward);
+            return true;
+        }
+        case B_HOME:
+            PauseRun();
+            SeekTo(line_.Start());
+            return true;
+        case B_END:
+            player_.Stop();
+            source_.shown->BackToNow();
+            return true;
+        case B_SPACE:
+            player_.Stop();
+            WindowServer::Deliver(source_.owner, BMessage(kTogglePause));
+            return true;
+        case '.':
+            Play(1);
+            return true;
+        case ',':
+            Play(-1);
+            return true;
+        case B_ESCAPE:
+            player_.Stop();
+            return true;
+        default:
+            return false;
+    }
+}
+
+void TimeLineBar::Play(int32 direction) {
+    PauseRun();
+    player_.Start(direction, line_);
+}
+
+void TimeLineBar::MessageReceived(BMessage* message) {
+    switch (message->what) {
+        case kPlayForward:
+            return Play(1);
+        case kPlayBackward:
+            return Play(-1);
+        case kStopPlaying:
+            return player_.Stop();
+        case MomentPlayer::kTick:
+            return player_.Tick(line_);
+        default:
+            CanvasView::MessageReceived(message);
+    }
+}

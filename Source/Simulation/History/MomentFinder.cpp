@@ -1,0 +1,134 @@
+#include "Simulation/History/MomentFinder.h"
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <new>
+#include <utility>
+
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
+
+namespace {
+
+constexpr std::chrono::milliseconds kRest(120);
+constexpr double kNoProgress = -1.0;
+constexpr double kForever = std::numeric_limits<double>::infinity();
+// The report before: how often the way back is doubled in its search.
+constexpr int kMaxDoublings = 60;
+
+}  // namespace
+
+MomentFinder::MomentFinder(EpochPortal* portal, const RunHistory* history, Found found, Waits waits)
+    : portal_(portal),
+      history_(history),
+      found_(std::move(found)),
+      waits_(std::move(waits)),
+      thread_([this] { Work(); }) {}
+
+MomentFinder::~MomentFinder() {
+    {
+        const std::lock_guard lock(mutex_);
+        isEnding_ = true;
+        wishes_++;
+    }
+    changed_.notify_all();
+    thread_.join();
+}
+
+void MomentFinder::Want(const Wish& wish) {
+    {
+        const std::lock_guard lock(mutex_);
+        wish_ = wish;
+        wishes_++;
+    }
+    changed_.notify_all();
+}
+
+void MomentFinder::WantNothing() {
+    const std::lock_guard lock(mutex_);
+    wish_.reset();
+    wishes_++;
+}
+
+std::optional<double> MomentFinder::Progress() const {
+    const double progress = progress_;
+    return progress >= 0.0 ? std::optional(progress) : std::nullopt;
+}
+
+bool MomentFinder::IsWanted(int64 count) const {
+    const std::lock_guard lock(mutex_);
+    return wishes_ == count;
+}
+
+void MomentFinder::Work() {
+    std::unique_lock lock(mutex_);
+    while (!isEnding_) {
+        changed_.wait(lock, [this] { return isEnding_ || wish_; });
+        const int64 count = wishes_;
+        const bool isStep = wish_ && wish_->step != 0;
+        if (!isStep && changed_.wait_for(lock, kRest, [&] { return wishes_ != count; })) continue;
+        if (isEnding_ || !wish_) continue;
+        const Wish wish = *std::exchange(wish_, std::nullopt);
+        lock.unlock();
+        std::optional<Moment> moment;
+        try {
+            moment = Find(wish, [&](double part) {
+                progress_ = part;
+                waits_();
+                return IsWanted(count);
+            });
+        } catch (const std::bad_alloc&) {
+            // As if it could not be found.
+        }
+        progress_ = kNoProgress;
+        if (IsWanted(count)) found_(wish, moment);
+        lock.lock();
+    }
+}
+
+std::optional<Moment> MomentFinder::Find(const Wish& wish) const {
+    return Find(wish, {});
+}
+
+std::optional<Moment> MomentFinder::Find(const Wish& wish,
+                                         const RunHistory::Progress& progress) const {
+    const auto report = FindReport(wish, progress);
+    if (!report) return std::nullopt;
+    const ReadGuard guard(portal_);
+    if (!portal_->HasEpoch(wish.run)) return std::nullopt;
+    Moment moment = ExactMoment(*wish.run, *report);
+    return moment.IsPast() ? std::optional(std::move(moment)) : std::nullopt;
+}
+
+std::optional<RunCheckpoint> MomentFinder::FindReport(const Wish& wish,
+                                                      const RunHistory::Progress& progress) const {
+    if (wish.step < 0) return FindReportBefore(wish, progress);
+    const double time = wish.step > 0 ? std::nextafter(wish.time, kForever) : wish.time;
+    RunCheckpoint report;
+    const bool isFound =
+        history_->MomentAt(wish.run, time, progress, &report) == RunHistory::Finding::kFound;
+    return isFound ? std::optional(std::move(report)) : std::nullopt;
+}
+
+// Goes back far enough to lie before it, and from there report by report.
+std::optional<RunCheckpoint> MomentFinder::FindReportBefore(
+    const Wish& wish, const RunHistory::Progress& progress) const {
+    const auto span = history_->SpanOf(wish.run);
+    if (!span || !(wish.time > span->start)) return std::nullopt;
+    const auto next = FindReport({wish.run, wish.time, 1}, progress);
+    double way = next ? next->state.time - wish.time : (span->end - span->start) * 1e-6;
+    std::optional<RunCheckpoint> before;
+    for (int i = 0; i < kMaxDoublings && !before; i++, way *= 2.0) {
+        const double from = std::max(span->start, wish.time - way);
+        before = FindReport({wish.run, from}, progress);
+        if (!before) return std::nullopt;
+        if (before->state.time >= wish.time) before.reset();
+    }
+    while (before) {
+        auto after = FindReport({wish.run, before->state.time, 1}, progress);
+        if (!after || after->state.time >= wish.time) break;
+        before = std::move(after);
+    }
+    return before;
+}

@@ -1,0 +1,100 @@
+#include "Simulation/MomentControl.h"
+
+#include <cmath>
+
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Commands/CommandFactory.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/BMessage.h"
+#include "Resources/TimeLine.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/GroupWindow.h"
+#include "Simulation/History/BranchCommand.h"
+#include "Simulation/History/RunHistory.h"
+#include "Simulation/SimulationMenus.h"
+
+MomentControl::MomentControl(EpochPortal* portal, const RunHistory* history, RunControl* run,
+                             const ProgramResources* resources)
+    : portal_(portal),
+      history_(history),
+      run_(run),
+      resources_(resources),
+      shown_(portal, history) {
+    portal_->SetEditGate(this);
+}
+
+MomentControl::~MomentControl() {
+    portal_->SetEditGate(nullptr);
+}
+
+bool MomentControl::TakeMessage(const BMessage& message) {
+    if (!shown_.IsPast()) return message.what == kBranchHere || message.what == kBackToNow;
+    switch (message.what) {
+        case kBackToNow:
+            shown_.BackToNow();
+            return true;
+        case kBranchHere:
+        case kLogEpoch:
+            portal_->CommitChanges();
+            Branch();
+            return true;
+        // An edit, or a run, of what is shown. Where it is lost there is nothing to edit.
+        case kTogglePause:
+            // While another one holds the run, as a save does, it does not go.
+            if (!run_->UserPaused()) return false;
+            [[fallthrough]];
+        case kNewBody:
+        case kDeleteCurrentBody:
+        case kDeleteBody:
+        case kSetRelativeTo:
+        case GroupWindow::kGroup:
+        case SimulationMenus::kDissolveGroup:
+        case kToCenterOfMass:
+            portal_->CommitChanges();
+            return !Branch();
+        // These are about epochs that the user sees in a list, or about steps before.
+        case kUndo:
+        case kRedo:
+        case kEditEpoch:
+        case kDeleteEpoch:
+            shown_.BackToNow();
+            return false;
+        default:
+            return false;
+    }
+}
+
+bool MomentControl::Branch() {
+    const auto moment = shown_.GetExact();
+    if (moment && !moment->IsPast()) return true;
+    std::unique_ptr<LCommand> command;
+    if (const ReadGuard guard(portal_); moment) command = MakeBranchCommand(portal_, *moment);
+    if (ExecuteFiled(portal_, std::move(command))) return true;
+    isLost_ = true;
+    shown_.BackToNow();
+    return false;
+}
+
+// --- What is told ---
+
+std::optional<std::string> MomentControl::TakeStatus() {
+    if (isLost_.exchange(false)) return resources_->InterfaceLabel(kTextMomentLost);
+    if (!wasShort_ && history_->WasShortOfMemory()) {
+        wasShort_ = true;
+        return resources_->InterfaceLabel(kTextShortOfMemory);
+    }
+    std::string status = Status();
+    if (status == told_) return std::nullopt;
+    told_ = status;
+    return status;
+}
+
+std::string MomentControl::Status() const {
+    if (!shown_.IsPast()) return {};
+    if (const auto part = shown_.Progress())
+        return FillIn(resources_->InterfaceLabel(kTextMomentWaits),
+                      {std::to_string(std::lround(*part * 100.0))});
+    return resources_->InterfaceLabel(kTextLooksAtPast);
+}

@@ -1,0 +1,49 @@
+// What the simulation's window does about the moment shown: begins a branch at one of the past,
+// comes back to now, and tells that one looks at the past. Edits that the user makes there begin a
+// branch first, as those of a record go into a copy. Owned by the window and used on its thread,
+// except where it says otherwise.
+#pragma once
+
+#include <atomic>
+#include <string>
+
+#include "Model/Sharing/EditGate.h"
+#include "Simulation/History/ShownMoment.h"
+
+class BMessage;
+class EpochPortal;
+class ProgramResources;
+class RunControl;
+class RunHistory;
+
+class MomentControl final : public EditGate {
+public:
+    // None is owned.
+    MomentControl(EpochPortal* portal, const RunHistory* history, RunControl* run,
+                  const ProgramResources* resources);
+    ~MomentControl() override;
+    MomentControl(const MomentControl&) = delete;
+    MomentControl& operator=(const MomentControl&) = delete;
+
+    [[nodiscard]] ShownMoment* Shown() { return &shown_; }
+    // Before the window does what the message asks for. True: it is done.
+    bool TakeMessage(const BMessage& message);
+    // Any thread that holds no lock of the document.
+    bool BeforeEdit() override { return Branch(); }
+    // Takes what there is to be told since the last time: nothing, or a text that may be empty.
+    [[nodiscard]] std::optional<std::string> TakeStatus();
+
+private:
+    // False: the moment is lost, and nothing was done. Any thread, as above.
+    bool Branch();
+    [[nodiscard]] std::string Status() const;
+
+    EpochPortal* const portal_;
+    const RunHistory* const history_;
+    RunControl* const run_;
+    const ProgramResources* const resources_;
+    ShownMoment shown_;
+    std::atomic<bool> isLost_{false};  // a moment that should have become a branch
+    std::string told_;
+    bool wasShort_ = false;
+};

@@ -1,0 +1,141 @@
+// Winding a run back, looking at it and branching from it, with mouse and keys.
+#include <gtest/gtest.h>
+
+#include "Displays/Base/ViewLock.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Commands/UndoChain.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Interface/Handles/BView.h"
+#include "Simulation/Document/SystemState.h"
+#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Simulation/EntryHand.h"
+#include "Tests/Simulation/TestSimulation.h"
+#include "Tests/Simulation/TimeLineHand.h"
+
+namespace {
+
+using TimeLineHand::Key;
+using TimeLineHand::Value;
+
+class TimeLineTest : public testing::Test {
+protected:
+    void SetUp() override {
+        simulation_.Send(kTogglePause);
+        ASSERT_TRUE(WaitUntil([this] { return TakeState(Portal()).time > 3e7; }));
+        simulation_.Send(kTogglePause);
+        simulation_.Settle();
+        now_ = TakeState(Portal());
+        ASSERT_TRUE(WaitUntil([] { return IsNow(); }));
+    }
+
+    static bool IsPast() { return Value().starts_with("Past: "); }
+    static bool IsNow() { return Value().starts_with("Now: "); }
+    EpochPortal* Portal() { return simulation_.Portal(); }
+    int32 Steps() { return Portal()->GetUndoChain()->ExecutedCount(); }
+    // As the first display has it.
+    ThreeVector PlaceOf(int32 body) {
+        TrajectoryView* const view = simulation_.FirstDisplay()->View();
+        const ViewLock lock(view);
+        return view->Cache().LastPosition(body);
+    }
+    ThreeVector PlaceNow(std::size_t body) {
+        return {now_.positions[3 * body], now_.positions[3 * body + 1],
+                now_.positions[3 * body + 2]};
+    }
+    EntryHand Fields() { return EntryHand(simulation_->FindView("Body Settings")); }
+    const AbEpoch* Focus() {
+        const ReadGuard guard(Portal());
+        return Portal()->FocusEpoch();
+    }
+
+    TestHost host_;
+    TestSimulation simulation_{&host_};
+    SystemState now_;
+};
+
+}  // namespace
+
+TEST_F(TimeLineTest, MouseAndKeysMoveTheMomentThatEverythingShows) {
+    const std::string before = Fields().Text("X:");
+    ASSERT_EQ(PlaceOf(1), PlaceNow(1));
+    TimeLineHand::Click(0.4);
+    ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
+    ASSERT_TRUE(WaitUntil([&] { return PlaceOf(1) != PlaceNow(1); }));
+    EXPECT_TRUE(
+        WaitUntil([&] { return simulation_.Message().starts_with("Looking at the past"); }));
+    EXPECT_TRUE(WaitUntil([&] { return Fields().Text("X:") != before; }));
+    const std::string clicked = Value();
+
+    TimeLineHand::Drag(0.4, 0.8);
+    EXPECT_TRUE(WaitUntil([&] { return Value() != clicked; }));
+    const std::string dragged = Value();
+    for (const Key key : {Key::kLeft, Key::kShiftLeft, Key::kRight, Key::kHome}) {
+        const std::string was = Value();
+        TimeLineHand::Press(key);
+        EXPECT_TRUE(WaitUntil([&] { return Value() != was; })) << static_cast<int>(key);
+    }
+    EXPECT_EQ(Value(), "Past: 0.000 yr");
+    // It plays until it is back at the end.
+    TimeLineHand::Press(Key::kForward);
+    EXPECT_TRUE(WaitUntil([] { return Value() != "Past: 0.000 yr"; }));
+    TimeLineHand::Press(Key::kEnd);
+    EXPECT_TRUE(WaitUntil([] { return IsNow(); }));
+    EXPECT_TRUE(WaitUntil([&] { return PlaceOf(1) == PlaceNow(1); }));
+    EXPECT_TRUE(WaitUntil([&] { return Fields().Text("X:") == before; }));
+    EXPECT_TRUE(WaitUntil([&] { return simulation_.Message().empty(); }));
+}
+
+TEST_F(TimeLineTest, AnEditOfThePastBeginsABranchAndNothingElseDoes) {
+    const int32 steps = Steps();
+    const AbEpoch* const run = Focus();
+    TimeLineHand::Click(0.5);
+    ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
+    // What was not typed is not committed, however often it is asked for.
+    Portal()->CommitChanges();
+    TimeLineHand::Click(0.3);
+    TimeLineHand::Click(0.5);
+    EXPECT_EQ(Steps(), steps);
+    EXPECT_EQ(TakeState(Portal()).positions, now_.positions);
+
+    EntryHand::WaitUntilActive(simulation_->FindView("Body Settings"));
+    Fields().Enter("Mass:", "7");
+    ASSERT_TRUE(WaitUntil([&] { return Steps() == steps + 2; }));
+    ASSERT_TRUE(WaitUntil([] { return IsNow(); }));
+    {
+        const ReadGuard guard(Portal());
+        EXPECT_EQ(Portal()->FocusEpoch()->Parent(), run->Parent());
+    }
+    EXPECT_LT(TakeState(Portal()).time, now_.time);
+    // The edit, and then the branch.
+    simulation_.Send(kUndo);
+    EXPECT_NE(Focus(), run);
+    simulation_.Send(kUndo);
+    EXPECT_EQ(Focus(), run);
+    EXPECT_EQ(TakeState(Portal()).positions, now_.positions);
+}
+
+TEST_F(TimeLineTest, GoInThePastBranchesAndRuns) {
+    const int32 steps = Steps();
+    TimeLineHand::Press(Key::kHome);
+    TimeLineHand::Press(Key::kRight);
+    ASSERT_TRUE(WaitUntil([] { return IsPast() && Value() != "Past: 0.000 yr"; }));
+    TimeLineHand::Press(Key::kSpace);
+    ASSERT_TRUE(WaitUntil([&] { return simulation_.GoLabel() == "Pause"; }));
+    EXPECT_EQ(Steps(), steps + 2);
+    // Winding back stops it.
+    ASSERT_TRUE(WaitUntil([&] { return TakeState(Portal()).time > 1e7; }));
+    TimeLineHand::Click(0.5);
+    ASSERT_TRUE(WaitUntil([&] { return simulation_.GoLabel() == "Go"; }));
+    EXPECT_TRUE(WaitUntil([] { return IsPast(); }));
+
+    const AbEpoch* const run = Focus();
+    simulation_.Send(kBranchHere);
+    EXPECT_EQ(Steps(), steps + 3);
+    EXPECT_NE(Focus(), run);
+    // Undo looks at what it undoes.
+    simulation_.Send(kUndo);
+    TimeLineHand::Click(0.5);
+    ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
+    simulation_.Send(kUndo);
+    EXPECT_TRUE(WaitUntil([] { return IsNow(); }));
+}
