@@ -114,7 +114,7 @@ std::vector<KeptTrails::Trail> Circles(int32 bodies, int32 samples) {
     std::vector<KeptTrails::Trail> trails;
     for (int32 body = 0; body < bodies; body++) {
         const double radius = 30.0 + 35.0 * body;
-        KeptTrails::Trail trail{{255, static_cast<uint8>(20 * body), 100, 255}, {}};
+        KeptTrails::Trail trail{body, {255, static_cast<uint8>(20 * body), 100, 255}, {}};
         for (int32 i = 0; i < samples; i++) {
             const double angle = kTurn * i;
             const ThreeVector out{std::cos(angle), std::sin(angle), 0.0};

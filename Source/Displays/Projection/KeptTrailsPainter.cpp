@@ -1,21 +1,26 @@
 #include "Displays/Projection/KeptTrailsPainter.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Displays/Projection/BodyLabels.h"
-#include "Displays/Trajectories/TrailSource.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Kernel/OS.h"
 
 namespace {
 
 // Nobody waits for longer than this for trails that are painted anew, us.
 constexpr bigtime_t kPaintTime = 10'000;
-// Around the picture, as trails have it that are painted during a run.
-constexpr float kMargin = 512.0f;
+// Around the picture: half a line's width, and a pixel for the smoothed edge.
+constexpr float kMargin = 2.0f;
+// Trails that get shorter are painted anew so often, and take so much of the time at the most.
+constexpr bigtime_t kAnew = 40'000;
+constexpr bigtime_t kShare = 4;
 
 }  // namespace
 
@@ -26,6 +31,7 @@ void KeptTrailsPainter::Erase(double now) {
         erasedIn_ = display_->Epoch()->FocusEpoch();
     }
     erasedUntil_ = now;
+    ModelChanged();
 }
 
 void KeptTrailsPainter::PaintAll(double now, const BodyLabels& labels) {
@@ -56,8 +62,15 @@ void KeptTrailsPainter::PaintUncovered(double now, const BodyLabels& labels) {
 void KeptTrailsPainter::PaintWithin(std::vector<BRect> frames, double now,
                                     const BodyLabels& labels) {
     if (history_ == nullptr) return;
-    trails_.Begin(TakeTrails(now, labels), std::move(frames), display_->Plane());
+    const bigtime_t start = system_time();
+    trails_.Begin(Take(now, labels), std::move(frames), display_->Plane());
     Paint();
+    const bigtime_t end = system_time();
+    due_ = end + std::max(kAnew, kShare * (end - start));
+}
+
+bool KeptTrailsPainter::IsDue() const {
+    return history_ != nullptr && length_.IsLimited() && trails_.IsDone() && system_time() >= due_;
 }
 
 void KeptTrailsPainter::GoOn() {
@@ -71,17 +84,25 @@ void KeptTrailsPainter::Paint() {
     if (!trails_.IsDone()) WindowServer::Deliver(display_, BMessage(kGoOn));
 }
 
-std::vector<KeptTrails::Trail> KeptTrailsPainter::TakeTrails(double now,
-                                                             const BodyLabels& labels) const {
+std::vector<KeptTrails::Trail> KeptTrailsPainter::Take(double now, const BodyLabels& labels) {
+    if (history_ == nullptr) return {};
+    const auto id = [&labels](int32 body) {
+        const bool isThere = body >= 0 && body < static_cast<int32>(labels.bodies.size());
+        return isThere ? labels.bodies[static_cast<std::size_t>(body)].id : kNoSystemID;
+    };
+    const TrajectoryCache& cache = display_->View()->Cache();
     TrailSource source;
     source.history = history_;
     source.now = now;
     source.run = run_;
+    source.length = length_;
     source.erasedIn = erasedIn_;
     source.erasedUntil = erasedUntil_;
-    for (const TrajectoryCache::Member& member : display_->View()->Cache().Reference())
-        if (member.body < static_cast<int32>(labels.bodies.size()))
-            source.reference.push_back(
-                {labels.bodies[static_cast<std::size_t>(member.body)].id, member.weight});
-    return source.Take(display_->Epoch());
+    for (const TrajectoryCache::Member& member : cache.Reference())
+        if (const int64 body = id(member.body); body != kNoSystemID)
+            source.reference.push_back({body, member.weight});
+    if (const auto& turning = cache.GetTurning(); turning)
+        source.turning = {id(turning->first), id(turning->second), turning->axis};
+    if (!parts_) parts_ = source.FindParts(display_->Epoch());
+    return source.Take(*parts_);
 }

@@ -3,11 +3,11 @@
 // and used with its lock.
 #pragma once
 
+#include <optional>
 #include <vector>
 
-#include "Displays/Trajectories/KeptTrails.h"
+#include "Displays/Trajectories/TrailSource.h"
 
-class AbEpoch;
 class RunHistory;
 class TrajectoryDisplay;
 struct BodyLabels;
@@ -24,25 +24,37 @@ public:
     void SetHistory(const RunHistory* history) { history_ = history; }
     [[nodiscard]] const RunHistory* History() const { return history_; }
     // Which the trails end in; null: the one in focus.
-    void SetRun(const AbEpoch* run) { run_ = run; }
+    void SetRun(const AbEpoch* run) {
+        if (run != run_) ModelChanged();
+        run_ = run;
+    }
+    void SetLength(const TrailLength& length) { length_ = length; }
+    // The epoch in focus, its bodies or what they look like may be others.
+    void ModelChanged() { parts_.reset(); }
 
     // `now`, in seconds, is where the trails end; the labels tell the bodies that are followed.
     void PaintAll(double now, const BodyLabels& labels);
     void PaintUncovered(double now, const BodyLabels& labels);
     void GoOn();
+    // Trails of a limited length get shorter at their ends: now and then the picture has to be
+    // painted anew.
+    [[nodiscard]] bool IsDue() const;
+    // As they are to be seen.
+    [[nodiscard]] std::vector<KeptTrails::Trail> Take(double now, const BodyLabels& labels);
     // Those of the focus epoch and of what led to it, up to now.
     void Erase(double now);
 
 private:
     void PaintWithin(std::vector<BRect> frames, double now, const BodyLabels& labels);
     void Paint();
-    [[nodiscard]] std::vector<KeptTrails::Trail> TakeTrails(double now,
-                                                            const BodyLabels& labels) const;
 
     TrajectoryDisplay* const display_;
     const RunHistory* history_ = nullptr;
     const AbEpoch* run_ = nullptr;  // only compared
+    TrailLength length_;
     KeptTrails trails_;
+    std::optional<std::vector<TrailSource::Part>> parts_;
+    bigtime_t due_ = 0;  // us
     BRect painted_;  // what the picture covered when trails were painted last
     const AbEpoch* erasedIn_ = nullptr;
     double erasedUntil_ = 0.0;  // s

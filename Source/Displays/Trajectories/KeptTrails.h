@@ -18,6 +18,7 @@ class TrajectoryView;
 class KeptTrails {
 public:
     struct Trail {
+        int64 body;
         rgb_color color;
         std::vector<Sample> samples;  // as they are to be seen: relative to what is followed
         // Between these times, in seconds, it fades towards the older one; equal: it does not.

@@ -1,10 +1,11 @@
 #include "Displays/Trajectories/TrailSource.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
-#include <unordered_map>
 #include <utility>
 
+#include "Displays/Trajectories/TurnCounter.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Simulation/History/RelativeSamples.h"
@@ -29,27 +30,41 @@ void Cut(double from, double to, std::vector<Sample>* samples) {
         last = Between(before, last, to);
 }
 
+// From a trail's oldest sample on, which the parts of a run before may have.
+void Fade(double since, double now, std::vector<KeptTrails::Trail>* trails) {
+    std::unordered_map<int64, double> oldest;
+    for (const KeptTrails::Trail& trail : *trails) {
+        if (trail.samples.empty()) continue;
+        double& time = oldest.emplace(trail.body, now).first->second;
+        time = std::min(time, trail.samples.front().time);
+    }
+    for (KeptTrails::Trail& trail : *trails) {
+        trail.faintAt = std::isfinite(since) ? since : oldest[trail.body];
+        trail.fullAt = now;
+    }
+}
+
 }  // namespace
 
-// One run, and what its bodies look like.
-struct TrailSource::Part {
-    const AbEpoch* epoch;
-    double from;
-    double to;
-    std::unordered_map<int64, rgb_color> colors;  // of the bodies with trails
-};
-
-std::vector<KeptTrails::Trail> TrailSource::Take(EpochPortal* portal) const {
+std::vector<KeptTrails::Trail> TrailSource::Take(const std::vector<Part>& parts) const {
     std::vector<KeptTrails::Trail> trails;
+    std::unordered_map<int64, TurnCounter> turns;
+    const double since = length.time > 0.0 ? now - length.time : -kEver;
     std::size_t left = kMaxSamples;
-    for (const Part& part : FindParts(portal)) {
+    double to = now;
+    for (const Part& part : parts) {
+        const Span span{part.epoch, std::max(part.from, since), std::exchange(to, kEver)};
         const std::size_t most = left / std::max<std::size_t>(part.colors.size(), 1);
         for (const auto& [body, color] : part.colors) {
-            trails.push_back({color, RelativeSamplesOf(part, body, std::max(most, kLeastOfBody))});
-            left -= std::min(left, trails.back().samples.size());
+            trails.push_back(
+                {body, color, SeenSamplesOf(span, body, std::max(most, kLeastOfBody))});
+            std::vector<Sample>& samples = trails.back().samples;
+            if (length.turns > 0.0) turns.emplace(body, length.turns).first->second.Cut(&samples);
+            left -= std::min(left, samples.size());
         }
         if (left == 0) break;
     }
+    if (length.IsLimited() && length.isFading) Fade(since, now, &trails);
     return trails;
 }
 
@@ -60,9 +75,9 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
     for (const Body* const body : portal->BodiesInMassOrder())
         looks.emplace(body->ID(), body);
     const AbEpoch* epoch = run != nullptr && portal->HasEpoch(run) ? run : portal->FocusEpoch();
-    for (double to = now; epoch != nullptr && history->SpanOf(epoch); to = kEver) {
+    while (epoch != nullptr && history->SpanOf(epoch)) {
         const bool isErased = epoch == erasedIn;
-        Part part{epoch, isErased ? erasedUntil : -kEver, to, {}};
+        Part part{epoch, isErased ? erasedUntil : -kEver, {}};
         const AbEpoch* const parent = epoch->Parent();
         for (const int64 body : history->BodiesOf(epoch)) {
             const MassSystem*& look = looks[body];
@@ -77,21 +92,24 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
     return parts;
 }
 
-std::vector<Sample> TrailSource::SamplesOf(const Part& part, int64 body, std::size_t most) const {
-    std::vector<Sample> samples = history->Samples(part.epoch, body, part.from, part.to, most);
-    Cut(part.from, part.to, &samples);
+std::vector<Sample> TrailSource::SamplesOf(const Span& span, int64 body, std::size_t most) const {
+    std::vector<Sample> samples = history->Samples(span.epoch, body, span.from, span.to, most);
+    Cut(span.from, span.to, &samples);
     return samples;
 }
 
-std::vector<Sample> TrailSource::RelativeSamplesOf(const Part& part, int64 body,
-                                                   std::size_t most) const {
+std::vector<Sample> TrailSource::SeenSamplesOf(const Span& span, int64 body,
+                                               std::size_t most) const {
     // What stands still leaves no trail.
     if (reference.size() == 1 && reference[0].body == body) return {};
-    std::vector<Sample> samples = SamplesOf(part, body, most);
+    std::vector<Sample> samples = SamplesOf(span, body, most);
     double weight = 0.0;
     for (const Member& member : reference)
         weight += member.weight;
     for (const Member& member : reference)
-        samples = Less(samples, SamplesOf(part, member.body, most), member.weight / weight);
-    return samples;
+        samples = Less(samples, SamplesOf(span, member.body, most), member.weight / weight);
+    if (!turning) return samples;
+    const std::vector<Sample> pair = Less(SamplesOf(span, turning->second, most),
+                                          SamplesOf(span, turning->first, most), 1.0);
+    return Turned(samples, pair, turning->axis);
 }

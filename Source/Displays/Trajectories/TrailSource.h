@@ -3,9 +3,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "Displays/Trajectories/KeptTrails.h"
+#include "Displays/Trajectories/TrailLength.h"
 
 class AbEpoch;
 class EpochPortal;
@@ -17,23 +20,42 @@ struct TrailSource {
         int64 body;
         double weight;
     };
+    // And the direction from one body to another (TurningAxes).
+    struct Turning {
+        int64 first;
+        int64 second;
+        ThreeVector axis;
+    };
+    // One run, and what its bodies look like.
+    struct Part {
+        const AbEpoch* epoch;
+        double from;                                  // s
+        std::unordered_map<int64, rgb_color> colors;  // of the bodies with trails
+    };
 
     const RunHistory* history = nullptr;
     double now = 0.0;              // s, where the trails end
     const AbEpoch* run = nullptr;  // which that time is in; null: the one in focus
     std::vector<Member> reference;
+    std::optional<Turning> turning;
+    TrailLength length;
     // No trails from before that time in this epoch, nor from before it.
     const AbEpoch* erasedIn = nullptr;
     double erasedUntil = 0.0;  // s
 
-    // Takes the portal's read lock.
-    [[nodiscard]] std::vector<KeptTrails::Trail> Take(EpochPortal* portal) const;
+    // The runs, the newest first. Takes the portal's read lock.
+    [[nodiscard]] std::vector<Part> FindParts(EpochPortal* portal) const;
+    // Their trails. Takes no lock of the model.
+    [[nodiscard]] std::vector<KeptTrails::Trail> Take(const std::vector<Part>& parts) const;
 
 private:
-    struct Part;
-    [[nodiscard]] std::vector<Part> FindParts(EpochPortal* portal) const;
-    [[nodiscard]] std::vector<Sample> SamplesOf(const Part& part, int64 body,
+    struct Span {
+        const AbEpoch* epoch;
+        double from;  // s
+        double to;    // s
+    };
+    [[nodiscard]] std::vector<Sample> SamplesOf(const Span& span, int64 body,
                                                 std::size_t most) const;
-    [[nodiscard]] std::vector<Sample> RelativeSamplesOf(const Part& part, int64 body,
-                                                        std::size_t most) const;
+    [[nodiscard]] std::vector<Sample> SeenSamplesOf(const Span& span, int64 body,
+                                                    std::size_t most) const;
 };

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Displays/Base/Display.h"
+#include "Displays/Trajectories/PlaneMap.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 
@@ -25,6 +26,8 @@ public:
     // The window goes to another screen: the picture has grown already, and has what it had.
     void ScreenChanged(BRect frame) override;
 
+    // What Map does, as numbers.
+    [[nodiscard]] virtual PlaneMap Plane() const { return {}; }
     [[nodiscard]] TrajectoryView* View() const { return view_; }
     [[nodiscard]] BScrollView* ScrollView() const { return scrollView_; }
     [[nodiscard]] BPoint DisplayCenter() const { return view_->Center(); }
