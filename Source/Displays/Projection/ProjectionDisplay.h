@@ -113,9 +113,9 @@ private:
     double time_ = 0.0;  // s
     double timeUval_ = 1.0;
     ShownMoment* shown_ = nullptr;
-    TimeLineBar* timeLine_ = nullptr;  // null: there is none
-    Moment moment_;                    // that is shown
-    std::shared_ptr<Epoch> drawn_;     // up to which the trails are drawn; null: now
+    TimeLineBar* timeLine_ = nullptr;    // null: there is none
+    Moment moment_;                      // that is shown
+    std::shared_ptr<const void> drawn_;  // its epoch, up to which the trails are drawn; null: now
     KeptTrailsPainter keptTrails_;
     PictureSaver pictureSaver_;
 };
