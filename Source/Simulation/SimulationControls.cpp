@@ -60,18 +60,20 @@ void SimulationControls::BuildMainMenuBar() {
 void SimulationControls::BuildRootView() {
     rootView_ = new BGroupView("Root View", B_VERTICAL, kSpacing);
     rootView_->SetWindowInsets();
-    scroll_ = new BScrollView("Scroll", rootView_, BScrollView::Size::kOfTarget);
-    window_->AddChild(scroll_);
+    window_->AddChild(rootView_);
+    boxes_ = new BGroupView("Boxes", B_VERTICAL, kSpacing);
+    scroll_ = new BScrollView("Scroll", boxes_, BScrollView::Size::kOfTarget);
+    rootView_->AddChild(scroll_);
 }
 
 void SimulationControls::BuildBodySettingsBox() {
     bodySettings_ = new BodySettingsBox(document_->Portal(), host_->Context());
-    rootView_->AddChild(bodySettings_);
+    boxes_->AddChild(bodySettings_);
 }
 
 void SimulationControls::BuildGlobalControlsBox() {
     globalControls_ = new GlobalControlsBox(document_->Portal(), host_->Context());
-    rootView_->AddChild(globalControls_);
+    boxes_->AddChild(globalControls_);
     status_ = new StatusLine(&host_->Resources());
     rootView_->AddChild(status_);
     windows_ = std::make_unique<SubsidiaryWindows>(document_, window_, host_->Context());

@@ -99,8 +99,9 @@ private:
     RunResults results_;
     std::unique_ptr<SimulationMenus> menus_;
     std::unique_ptr<SubsidiaryWindows> windows_;
-    BScrollView* scroll_ = nullptr;
     BGroupView* rootView_ = nullptr;
+    BScrollView* scroll_ = nullptr;  // around the boxes
+    BGroupView* boxes_ = nullptr;
     BodySettingsBox* bodySettings_ = nullptr;
     GlobalControlsBox* globalControls_ = nullptr;
     StatusLine* status_ = nullptr;
