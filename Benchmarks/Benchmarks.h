@@ -8,5 +8,6 @@ void BenchCalculator(BenchTable* table);
 void BenchHistory(BenchTable* table);
 void BenchSeries(BenchTable* table);
 void BenchRuns(BenchTable* table);
+void BenchDocuments(BenchTable* table);
 // Only where there are windows (ORVEK_GUI).
 void BenchDisplays(BenchTable* table);

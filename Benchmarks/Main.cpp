@@ -16,7 +16,7 @@ struct Topic {
 constexpr Topic kTopics[] = {
     {"forces", BenchForces},     {"calculator", BenchCalculator},
     {"series", BenchSeries},     {"history", BenchHistory},
-    {"runs", BenchRuns},
+    {"runs", BenchRuns},         {"documents", BenchDocuments},
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},
 #endif

@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <random>
@@ -16,6 +15,7 @@
 #include "Benchmarks/BenchTable.h"
 #include "Benchmarks/Benchmarks.h"
 #include "Benchmarks/Stopwatch.h"
+#include "Benchmarks/TemporaryFolder.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/BMessage.h"
@@ -24,21 +24,6 @@
 #include "Tests/Run/ProgramRun.h"
 
 namespace {
-
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "orvek-XXXXXX").string();
-        path_ = mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    [[nodiscard]] std::string File(const char* name) const { return (path_ / name).string(); }
-
-private:
-    std::filesystem::path path_;
-};
 
 void AddBody(Epoch* epoch, const char* name, int64 id, double gm, ThreeVector position,
              ThreeVector velocity) {

@@ -236,11 +236,10 @@ void DocumentOpener::End(const Request& request) {
     }
 }
 
-// The window that asked; else one of those that came of it, else an untouched new simulation.
+// The window that asked; else one of those that came of it, else the one in front, else a new one.
 Simulation* DocumentOpener::WindowFor(const OpenRequest& request) {
     for (const Simulation* const window : {request.requester, request.opened})
         if (Simulation* const open = simulations_->Find(window); open != nullptr) return open;
-    if (Simulation* const untouched = simulations_->FirstUntouched(); untouched != nullptr)
-        return untouched;
+    if (Simulation* const front = simulations_->Front(); front != nullptr) return front;
     return simulations_->IsQuitting() ? nullptr : New();
 }

@@ -54,13 +54,18 @@ Simulation* SimulationList::FindUntouched(const void* simulation) const {
     return found != nullptr && found->IsNewlyCreated() ? found : nullptr;
 }
 
-Simulation* SimulationList::FirstUntouched() const {
-    const auto found = std::ranges::find_if(simulations_, &Simulation::IsNewlyCreated);
-    return found == simulations_.end() ? nullptr : *found;
+Simulation* SimulationList::Front() const {
+    Simulation* front = nullptr;
+    for (Simulation* const simulation : simulations_) {
+        if (simulation->IsHidden()) continue;
+        front = simulation;
+        if (simulation->IsActive()) break;
+    }
+    return front;
 }
 
 Simulation* SimulationList::OnlyUntouched() const {
-    return simulations_.size() == 1 ? FirstUntouched() : nullptr;
+    return simulations_.size() == 1 ? FindUntouched(simulations_.front()) : nullptr;
 }
 
 void SimulationList::KeepRecoveryCopies() const {

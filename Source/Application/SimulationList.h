@@ -28,7 +28,8 @@ public:
     [[nodiscard]] Simulation* Find(const void* simulation) const;
     // The same, for a window in which a file may be opened.
     [[nodiscard]] Simulation* FindUntouched(const void* simulation) const;
-    [[nodiscard]] Simulation* FirstUntouched() const;
+    // The active one, else the one that was shown last; null: none is seen.
+    [[nodiscard]] Simulation* Front() const;
     // The one that the program began with, if it is the only one and has not served its purpose.
     [[nodiscard]] Simulation* OnlyUntouched() const;
 

@@ -8,25 +8,19 @@ namespace {
 
 const ArchivableClass kClass("ExampleMenu", ExampleMenu::Instantiate);
 
-constexpr const char* kIndent = "      ";
-
 }  // namespace
 
 ExampleMenu::ExampleMenu(const char* name, const std::vector<Example>& examples) : BMenu(name) {
     for (const Example& example : examples) {
-        if (CountItems() > 0) AddSeparatorItem();
-        Add(example.path, example.title);
-        // Whatever is chosen of an example opens it; what cannot be chosen is hard to read, and no
-        // screen reader gets there.
+        auto* const message = new BMessage(kOpenExample);
+        message->AddString(kPathField, example.path);
+        auto* const item = new BMenuItem(example.title.c_str(), message);
+        std::string lines;
         for (const std::string& line : example.lines)
-            Add(example.path, kIndent + line);
+            lines += (lines.empty() ? "" : "\n") + line;
+        item->SetToolTip(lines);
+        AddItem(item);
     }
-}
-
-void ExampleMenu::Add(const std::string& path, const std::string& label) {
-    auto* const message = new BMessage(kOpenExample);
-    message->AddString(kPathField, path);
-    AddItem(new BMenuItem(label.c_str(), message));
 }
 
 BArchivable* ExampleMenu::Instantiate(BMessage* archive) {

@@ -1,5 +1,5 @@
-// The submenu of the examples that are installed with the program: each with its title, which opens
-// it, and what there is to see in it. Its items are for the application. Rules as for BMenu.
+// The submenu of the examples that are installed with the program: each by its title, with what
+// there is to see in it as the item's tip. Its items are for the application. Rules as for BMenu.
 #pragma once
 
 #include <vector>
@@ -23,7 +23,4 @@ public:
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
 
     void AttachedToWindow() override;
-
-private:
-    void Add(const std::string& path, const std::string& label);
 };

@@ -41,11 +41,11 @@ void NumberBox::SetValue(double value) {
 
 void NumberBox::SetValueUnderHand(double value) {
     value_ = value;
-    number_->ShowValue(Shown(), false);
+    number_->ShowBrief(Shown(), false);
 }
 
 void NumberBox::ShowValue() {
-    number_->ShowValue(Shown(), true);
+    number_->ShowBrief(Shown(), true);
 }
 
 bool NumberBox::Commit() {

@@ -1,6 +1,6 @@
 // An entry for a quantity: a number and a menu of its units. What is typed may name a unit of its
-// own: "384400 km". The value is kept in SI units, exactly as it was set or typed. Rules as for
-// BView.
+// own: "384400 km". The value is kept in SI units, exactly as it was set or typed; one that was set
+// is shown with seven digits, one that was typed as it was typed. Rules as for BView.
 //
 // Sends kNumberEntered to its window when the user has entered something; the unit menu sends
 // UnitMenu::kUnitChosen.

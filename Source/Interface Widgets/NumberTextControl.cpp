@@ -32,7 +32,14 @@ BEntryControl::Writing NumberTextControl::WritingOf(const DimValue& value) const
 }
 
 void NumberTextControl::ShowValue(const std::optional<DimValue>& value, bool replacesAll) {
-    const Writing writing = value ? WritingOf(*value) : Writing("");
+    Write(value ? WritingOf(*value) : Writing(""), replacesAll);
+}
+
+void NumberTextControl::ShowBrief(const DimValue& value, bool replacesAll) {
+    Write(WritingOf(value).brief, replacesAll);
+}
+
+void NumberTextControl::Write(const Writing& writing, bool replacesAll) {
     if (replacesAll)
         SetText(writing);
     else

@@ -21,6 +21,9 @@ public:
 
     // `replacesAll`: also what the user is just typing. Nothing for no value.
     void ShowValue(const std::optional<DimValue>& value, bool replacesAll);
+    // With seven digits even where the keyboard is: one that follows from others, and that nobody
+    // has typed.
+    void ShowBrief(const DimValue& value, bool replacesAll);
 
     // --- Any thread ---
     // Answers a text that was taken: the value that it means, shown in the unit it names, else in
@@ -32,6 +35,7 @@ public:
 private:
     [[nodiscard]] double FactorFor(double uval) const;
     [[nodiscard]] Writing WritingOf(const DimValue& value) const;
+    void Write(const Writing& writing, bool replacesAll);
     [[nodiscard]] std::string WhyNot(int32 reason) const;
 
     const UnitTable* const units_;

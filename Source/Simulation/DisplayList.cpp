@@ -66,8 +66,7 @@ bool DisplayList::Create(int32 type, const BMessage* archive, const char* simula
         // Fields that are missing or wrong leave what is usual.
         if (archive != nullptr) static_cast<void>(display->Regenerate(*archive));
         // Over one of another window of the same document nobody would see that there are two.
-        OpenSimulations::Shared().Enter(display, {});
-        OpenSimulations::Shared().MoveTo(display, {display->Frame().left, display->Frame().top});
+        OpenSimulations::Shared().Place(display, owner_);
         TellUnits(display);
         displays_.push_back(display);
         document_->AddConsumer(display);

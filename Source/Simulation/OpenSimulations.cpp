@@ -7,7 +7,7 @@
 namespace {
 
 constexpr float kAside = 24.0f;
-constexpr int kMaxTimes = 40;  // then the windows have left the screen
+constexpr int32 kMaxTimes = 40;  // then the windows have left the screen
 
 }  // namespace
 
@@ -18,17 +18,18 @@ OpenSimulations& OpenSimulations::Shared() {
 
 int32 OpenSimulations::Enter(const BWindow* window, const std::string& path) {
     const std::lock_guard lock(mutex_);
-    std::erase_if(entries_, [=](const Entry& entry) { return entry.window == window; });
-    const auto isUsed = [&](int32 number) {
-        return std::ranges::any_of(entries_, [&](const Entry& entry) {
-            return entry.path == path && entry.number == number;
+    const Entry* const before = Find(window);
+    Entry entry{window, path, 1, before != nullptr && before->isPlaced};
+    std::erase_if(entries_, [=](const Entry& other) { return other.window == window; });
+    const auto isUsed = [&] {
+        return std::ranges::any_of(entries_, [&](const Entry& other) {
+            return other.path == path && other.number == entry.number;
         });
     };
-    int32 number = 1;
-    while (!path.empty() && isUsed(number))
-        number++;
-    entries_.push_back({window, path, number});
-    return number;
+    while (!path.empty() && isUsed())
+        entry.number++;
+    entries_.push_back(entry);
+    return entry.number;
 }
 
 void OpenSimulations::Leave(const BWindow* window) {
@@ -36,16 +37,38 @@ void OpenSimulations::Leave(const BWindow* window) {
     std::erase_if(entries_, [=](const Entry& entry) { return entry.window == window; });
 }
 
-void OpenSimulations::MoveTo(BWindow* window, BPoint corner) {
+void OpenSimulations::MoveTo(BWindow* window, const BLooper* simulation, BPoint corner) {
     const std::lock_guard lock(mutex_);
-    for (int i = 0; i < kMaxTimes && IsTaken(window, corner); i++)
-        corner = {corner.x + kAside, corner.y + kAside};
+    const Entry* const owner = Find(simulation);
+    const int32 further = owner == nullptr ? 0 : std::min(owner->number - 1, kMaxTimes);
+    const auto step = [&] { corner = {corner.x + kAside, corner.y + kAside}; };
+    for (int32 i = 0; i < further; i++)
+        step();
+    for (int32 i = further; i < kMaxTimes && IsTaken(window, corner); i++)
+        step();
     window->MoveTo(corner);
+    Entry* entry = Find(window);
+    if (entry == nullptr) entry = &entries_.emplace_back(Entry{window, {}});
+    entry->isPlaced = true;
+}
+
+void OpenSimulations::Place(BWindow* window, const BLooper* simulation) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (const Entry* const entry = Find(window); entry != nullptr && entry->isPlaced) return;
+    }
+    MoveTo(window, simulation, {window->Frame().left, window->Frame().top});
+}
+
+OpenSimulations::Entry* OpenSimulations::Find(const BLooper* window) {
+    const auto found =
+        std::ranges::find_if(entries_, [=](const Entry& entry) { return entry.window == window; });
+    return found == entries_.end() ? nullptr : &*found;
 }
 
 bool OpenSimulations::IsTaken(const BWindow* window, BPoint corner) const {
     return std::ranges::any_of(entries_, [=](const Entry& entry) {
-        if (entry.window == window) return false;
+        if (entry.window == window || !entry.isPlaced) return false;
         const BRect frame = entry.window->Frame();
         return frame.left == corner.x && frame.top == corner.y;
     });

@@ -125,6 +125,8 @@ bool Simulation::IsNewlyCreated() const {
 // --- Building ---
 
 void Simulation::StartBuilding() {
+    // In the order in which they were asked for, whichever is built first.
+    OpenSimulations::Shared().Enter(this, saver_.File().Identity());
     PostBuildMessage(kBuildMenuBar);
     Run();
 }
@@ -218,7 +220,7 @@ void Simulation::MessageReceived(BMessage* message) {
          WindowMessage(message) ||
          CarryOutEdit(*message, run_.Controller(), document_.Portal(),
                       *controls_.Windows()->Epochs(), [this](int32 text) {
-                          controls_.ShowMessage(host_->Resources().InterfaceLabel(text));
+                          controls_.ShowInFull(host_->Resources().InterfaceLabel(text));
                       })))
         return;
     BWindow::MessageReceived(message);
@@ -283,7 +285,7 @@ bool Simulation::WindowMessage(BMessage* message) {
             controls_.Redisplay(changes_.Take(), moments_.Shown()->Get());
             if (const auto status = moments_.TakeStatus(); status) controls_.ShowMessage(*status);
             if (wasTooDeep_.exchange(false))
-                controls_.ShowMessage(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
+                controls_.ShowInFull(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
             break;
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
@@ -340,7 +342,7 @@ bool Simulation::CommitChanges() {
 
 void Simulation::SetName(const std::string& name) {
     saver_.File().SetName(name);
-    const int32 number = OpenSimulations::Shared().Enter(this, saver_.File().Path());
+    const int32 number = OpenSimulations::Shared().Enter(this, saver_.File().Identity());
     title_ = number == 1 ? name
                          : FillIn(host_->Resources().InterfaceLabel(kTextAnotherWindow),
                                   {name, std::to_string(number)});
@@ -361,7 +363,7 @@ DocumentError Simulation::Find(const BMessage& archive) {
 void Simulation::FindSimWindowInfo(const BMessage& archive) {
     // A key that is never written: whether this window is seen is not the document's affair.
     FindWindowInfo(archive, this, kWindowAtField, "Nothing");
-    OpenSimulations::Shared().MoveTo(this, {Frame().left, Frame().top});
+    OpenSimulations::Shared().MoveTo(this, this, {Frame().left, Frame().top});
     controls_.Windows()->Find(archive);
     saver_.Panel().FindArea(archive);
 }

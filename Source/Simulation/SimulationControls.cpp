@@ -1,5 +1,6 @@
 #include "Simulation/SimulationControls.h"
 
+#include "Displays/Base/WindowPlacement.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -7,6 +8,8 @@
 #include "Model/Systems/Body.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Platform/Interface/Handles/BScreen.h"
+#include "Platform/Interface/Handles/BScrollView.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
 #include "Simulation/DisplayList.h"
@@ -58,16 +61,19 @@ void SimulationControls::BuildRootView() {
     rootView_ = new BGroupView("Root View", B_VERTICAL, kSpacing);
     rootView_->SetWindowInsets();
     window_->AddChild(rootView_);
+    boxes_ = new BGroupView("Boxes", B_VERTICAL, kSpacing);
+    scroll_ = new BScrollView("Scroll", boxes_, BScrollView::Size::kOfTarget);
+    rootView_->AddChild(scroll_);
 }
 
 void SimulationControls::BuildBodySettingsBox() {
     bodySettings_ = new BodySettingsBox(document_->Portal(), host_->Context());
-    rootView_->AddChild(bodySettings_);
+    boxes_->AddChild(bodySettings_);
 }
 
 void SimulationControls::BuildGlobalControlsBox() {
     globalControls_ = new GlobalControlsBox(document_->Portal(), host_->Context());
-    rootView_->AddChild(globalControls_);
+    boxes_->AddChild(globalControls_);
     status_ = new StatusLine(&host_->Resources());
     rootView_->AddChild(status_);
     windows_ = std::make_unique<SubsidiaryWindows>(document_, window_, host_->Context());
@@ -87,7 +93,7 @@ void SimulationControls::Redisplay(int32 changes, Moment moment) {
     bodySettings_->Redisplay(changes, moment_);
     globalControls_->Redisplay(changes, moment_);
     ShowHistory();
-    if ((changes & kFocusEpochChanged) != 0 && status_->ForgetRun()) FitWindow();
+    if ((changes & kFocusEpochChanged) != 0) ShowResult();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
     EpochPortal* const portal = document_->Portal();
     std::size_t bodies = 0;
@@ -119,19 +125,47 @@ void SimulationControls::ShowInFull(const std::string& text) {
 }
 
 void SimulationControls::ShowRunEvent(const std::string& text) {
+    if (RunResult* const result = Result(); result != nullptr) result->event = text;
     if (status_ != nullptr && status_->ShowRunEvent(text)) FitWindow();
 }
 
+RunResult* SimulationControls::Result() {
+    const ReadGuard guard(document_->Portal());
+    return results_.Keep(document_->Portal()->FocusEpoch());
+}
+
+void SimulationControls::ShowResult() {
+    if (status_->ForgetRun()) FitWindow();
+    RunResult known;
+    {
+        const ReadGuard guard(document_->Portal());
+        const RunResult* const found = results_.Find(document_->Portal()->FocusEpoch());
+        if (found == nullptr) return;
+        known = *found;
+    }
+    ShowFigures(known.figures);
+    if (!known.event.empty() && status_->ShowRunEvent(known.event)) FitWindow();
+}
+
 void SimulationControls::WindowShown() {
-    if (status_->BreakAnew()) FitWindow();
+    status_->BreakAnew();
+    // On the screen that it has come to.
+    FitWindow();
 }
 
 // Wider entries show longer numbers; there is nothing to fill a higher window with.
 void SimulationControls::FitWindow() {
     if (height_ == 0.0f) window_->GetPreferredSize(&width_, &height_);
-    const float height = height_ + status_->ExtraHeight();
-    window_->SetSizeLimits(width_, kWidest * width_, height, height);
-    window_->ResizeTo(std::max(width_, window_->Frame().Width()), height);
+    const BScreen screen(window_);
+    const float needed = height_ + status_->ExtraHeight();
+    const float room = screen.IsValid() ? HeightOfContent(screen.FreeFrame()) : needed;
+    const float height = std::min(needed, room);
+    const float width = needed > room ? width_ + scroll_->BarWidth() : width_;
+    window_->SetSizeLimits(width, kWidest * width, height, height);
+    window_->ResizeTo(std::max(width, window_->Frame().Width()), height);
+    if (needed <= room) return;
+    const BRect frame = FrameOnScreen(window_->Frame(), screen.FreeFrame());
+    window_->MoveTo({frame.left, frame.top});
 }
 
 void SimulationControls::ShowOpened(const std::string& notice) {
@@ -238,5 +272,7 @@ void SimulationControls::RunStopped() {
     window_->SetPulseRate(0);
     displays_->Tell(ProjectionDisplay::kRunStopped);
     if (windows_ != nullptr) windows_->Epochs()->SetRunning(false);
-    ShowFigures(monitor_.End());
+    const RunMonitor::Figures figures = monitor_.End();
+    if (RunResult* const result = Result(); result != nullptr) result->figures = figures;
+    ShowFigures(figures);
 }

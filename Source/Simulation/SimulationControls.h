@@ -10,8 +10,10 @@
 #include "Simulation/Document/RunControlView.h"
 #include "Simulation/History/Moment.h"
 #include "Simulation/RunMonitor.h"
+#include "Simulation/RunResults.h"
 
 class BGroupView;
+class BScrollView;
 class BWindow;
 class BodySettingsBox;
 class DisplayList;
@@ -47,11 +49,13 @@ public:
     // What can be undone and redone, and whether the document is saved.
     void ShowHistory();
     void ShowMessage(const std::string& text);
-    // Makes the window as high as its contents, and no narrower. First when nothing is said yet.
+    // Makes the window as high as its contents, as far as the screen has room, and no narrower.
+    // First when nothing is said yet.
     void FitWindow();
     // In as many lines as it takes; the window grows.
     void ShowInFull(const std::string& text);
-    // Likewise, what happened in the run: it goes when another epoch is shown.
+    // Likewise, what happened in the run: it goes when another epoch is shown, and comes back with
+    // the run's.
     void ShowRunEvent(const std::string& text);
     // What was said before the window was shown did not know its width.
     void WindowShown();
@@ -81,6 +85,10 @@ public:
 
 private:
     void ShowFigures(const RunMonitor::Figures& figures);
+    // Of the run that led to the epoch in focus, if it is known.
+    void ShowResult();
+    // Of the epoch in focus; null: there is none.
+    [[nodiscard]] RunResult* Result();
 
     const Simulation* const simulation_;
     BWindow* const window_;
@@ -88,9 +96,12 @@ private:
     SimulationDocument* const document_;
     DisplayList* const displays_;
     RunMonitor monitor_;
+    RunResults results_;
     std::unique_ptr<SimulationMenus> menus_;
     std::unique_ptr<SubsidiaryWindows> windows_;
     BGroupView* rootView_ = nullptr;
+    BScrollView* scroll_ = nullptr;  // around the boxes
+    BGroupView* boxes_ = nullptr;
     BodySettingsBox* bodySettings_ = nullptr;
     GlobalControlsBox* globalControls_ = nullptr;
     StatusLine* status_ = nullptr;

@@ -1,6 +1,7 @@
 #include "Simulation/SubsidiaryWindows.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
@@ -12,6 +13,7 @@
 #include "Simulation/Document/WindowFields.h"
 #include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/GroupWindow.h"
+#include "Simulation/OpenSimulations.h"
 #include "Simulation/Settings/AnimationWindow.h"
 #include "Simulation/Settings/TrailDiscWindow.h"
 #include "Simulation/SimulationMenus.h"
@@ -23,10 +25,12 @@ namespace {
 constexpr int32 kMaxChoices = 500;
 constexpr float kGroupShift = 40.0f;
 
-void ShowOrActivate(BWindow* window) {
+// Over one of another window of the same document nobody would see that there are two.
+void ShowOrActivate(BWindow* window, const BLooper* simulation) {
     const BAutolock lock(window);
     if (!lock.IsLocked()) return;
     if (window->IsHidden()) {
+        OpenSimulations::Shared().Place(window, simulation);
         keep_on_screen(window);
         window->Show();
     } else {
@@ -51,9 +55,10 @@ SubsidiaryWindows::SubsidiaryWindows(SimulationDocument* document, BLooper* owne
 
 void SubsidiaryWindows::Quit() {
     EndGroupRequest();
-    BLooper::QuitIfAlive(epochs_);
-    BLooper::QuitIfAlive(animation_);
-    BLooper::QuitIfAlive(trailDisc_);
+    for (BWindow* const window : std::initializer_list<BWindow*>{epochs_, animation_, trailDisc_}) {
+        OpenSimulations::Shared().Leave(window);
+        BLooper::QuitIfAlive(window);
+    }
     epochs_ = nullptr;
     animation_ = nullptr;
     trailDisc_ = nullptr;
@@ -66,10 +71,16 @@ void SubsidiaryWindows::SetTitles(const char* simulationName) {
 }
 
 void SubsidiaryWindows::Find(const BMessage& archive) {
-    FindWindowInfo(archive, epochs_, kEpochsAtField, kEpochsShownField);
+    const auto find = [&](BWindow* window, const char* at, const char* shown) {
+        FindWindowInfo(archive, window, at, shown);
+        if (archive.HasName(at))
+            OpenSimulations::Shared().MoveTo(window, owner_,
+                                             {window->Frame().left, window->Frame().top});
+    };
+    find(epochs_, kEpochsAtField, kEpochsShownField);
     FindWindowSize(archive, epochs_, kEpochsWidthField, kEpochsHeightField);
-    FindWindowInfo(archive, animation_, kAnimationAtField, kAnimationShownField);
-    FindWindowInfo(archive, trailDisc_, kColorsAtField, kColorsShownField);
+    find(animation_, kAnimationAtField, kAnimationShownField);
+    find(trailDisc_, kColorsAtField, kColorsShownField);
 }
 
 void SubsidiaryWindows::Archive(BMessage* into) const {
@@ -82,13 +93,13 @@ void SubsidiaryWindows::Archive(BMessage* into) const {
 bool SubsidiaryWindows::Handle(const BMessage& message, const BWindow& window) {
     switch (message.what) {
         case kShowEpochs:
-            ShowOrActivate(epochs_);
+            ShowOrActivate(epochs_, owner_);
             break;
         case kShowAnimation:
-            ShowOrActivate(animation_);
+            ShowOrActivate(animation_, owner_);
             break;
         case kShowTrailDisc:
-            ShowOrActivate(trailDisc_);
+            ShowOrActivate(trailDisc_, owner_);
             break;
         case SimulationMenus::kRequestGroup:
             RequestGroup(window);

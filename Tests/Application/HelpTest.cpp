@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Application/InstalledFiles.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Interface Widgets/RecentDocuments.h"
 #include "Simulation/Simulation.h"
@@ -55,12 +56,16 @@ TEST(Help, AnExampleIsOpenedAsACopy) {
     const TestFolder folder;
     AppDriver app(folder.Path());
     WindowHand::WaitFor(kNew);
-    // Its own two lines stand below each.
+    // One item each; what there is to see is its tip.
     const std::vector<std::string> items = WindowHand::Items(kNew);
-    const auto planets = std::ranges::find(items, kPlanets);
-    ASSERT_LT(planets, items.end() - 2);
-    EXPECT_NE(planets[1].find("Nine nearly round tracks"), std::string::npos) << planets[1];
-    EXPECT_NE(planets[2].find("Nothing wanders off"), std::string::npos) << planets[2];
+    const std::string tip = WindowHand::Tip(kNew, kPlanets);
+    EXPECT_TRUE(tip.starts_with("Nine nearly round tracks")) << tip;
+    EXPECT_NE(tip.find("\nNothing wanders off"), std::string::npos) << tip;
+    const auto isExample = [](const std::string& item) {
+        return item.starts_with("Orvek/Open Example/");
+    };
+    EXPECT_EQ(static_cast<std::size_t>(std::ranges::count_if(items, isExample)),
+              InstalledExamples().size());
 
     // It takes the place of the simulation that nobody has touched, and saving it asks where.
     WindowHand::Choose(kNew, kPlanets);
@@ -72,7 +77,7 @@ TEST(Help, AnExampleIsOpenedAsACopy) {
     WindowHand::CancelPanel();
 
     // The next one leaves it alone.
-    WindowHand::Choose("planets.orvek", planets[1]);
+    WindowHand::Choose("planets.orvek", kPlanets);
     EXPECT_TRUE(app.Shows("planets.orvek,planets.orvek")) << app.Titles();
 }
 

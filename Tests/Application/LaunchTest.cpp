@@ -146,10 +146,13 @@ TEST_F(LaunchTest, AWindowTellsWhatCannotBeOpened) {
         EXPECT_TRUE(tells(&app, 0, path));
         EXPECT_TRUE(app.Shows("good"));
     }
-    // Nobody asked, as when it comes from a display.
+    // Nobody asked, as when another program hands it over: the one in front, and no other opens.
     app.Choose({bad}, nullptr);
-    EXPECT_TRUE(app.Shows("good,New Simulation"));
-    EXPECT_TRUE(tells(&app, 1, bad));
+    app.Choose({text}, nullptr);
+    EXPECT_TRUE(tells(&app, 0, text));
+    app.Settle();
+    EXPECT_TRUE(app.Shows("good"));
+    EXPECT_EQ(app.Simulations().size(), 1u);
     static_cast<void>(testing::internal::GetCapturedStderr());
 }
 
@@ -359,6 +362,20 @@ TEST_F(RecoveryTest, CopiesAreOfferedOneAfterTheOther) {
     EXPECT_TRUE(AppDriver::WaitUntil([&] { return WindowHand::Count(kOffer) == 0; }));
     EXPECT_TRUE(app.Shows("New Simulation"));
     EXPECT_EQ(CountCopies(), 2u);
+}
+
+// Though their document's folder is gone.
+TEST_F(RecoveryTest, CopiesOfTwoWindowsOfOneDocumentAreTwoWindowsOfIt) {
+    const RecoveryFolder copies(folder_.Path() + "/state/orvek/recovery");
+    for (std::string path : {"", ""})
+        EXPECT_FALSE(
+            copies.Keep(TestResources().NewSimulation(), "Comets", "/gone/Comets", &path).Failed());
+    AppDriver app(folder_.Path());
+    for (const char* const titles : {"Comets", "Comets,Comets (window 2 of this document)"}) {
+        WindowHand::WaitFor(kOffer);
+        WindowHand::Click(kOffer, "Recover");
+        EXPECT_TRUE(app.Shows(titles)) << app.Titles();
+    }
 }
 
 // The window is gone; the program waits for the answer.

@@ -193,6 +193,13 @@ bool IsMarked(const std::string& title, const std::string& item) {
     });
 }
 
+std::string Tip(const std::string& title, const std::string& item) {
+    return AskWindow(title, std::string(), [&](const QWidget& window) {
+        const QAction* const action = Find(window, item);
+        return action == nullptr ? std::string() : action->toolTip().toStdString();
+    });
+}
+
 void Choose(const std::string& title, const std::string& item) {
     InWindow(title, [&](const QWidget& window) {
         if (QAction* const action = Find(window, item)) action->trigger();

@@ -43,6 +43,8 @@ void Close(const std::string& title);
 [[nodiscard]] std::vector<std::string> Items(const std::string& title);
 [[nodiscard]] bool CanChoose(const std::string& title, const std::string& item);
 [[nodiscard]] bool IsMarked(const std::string& title, const std::string& item);
+// What is told of the item.
+[[nodiscard]] std::string Tip(const std::string& title, const std::string& item);
 void Choose(const std::string& title, const std::string& item);
 
 // --- The desktop ---

@@ -80,6 +80,12 @@ TEST_F(ScreenReaderDesktopTest, EverythingHasItsRoleAndSaysWhatItIs) {
     desktop_->Press("Escape");
     EXPECT_TRUE(Holds("Mass:", "2"));
     EXPECT_EQ(Find("text", "Mass:").description.find("Not a number"), std::string::npos);
+    // What says why lies over the fields below, and is in nobody's way.
+    ClickAndType("Mass:", "heavy");
+    EXPECT_TRUE(reader_->WaitFor(
+        [&] { return Find("text", "Mass:").description.starts_with("Not a number"); }));
+    ClickAndType("Radius:", "5000 km");
+    EXPECT_TRUE(Holds("Radius:", "5000"));
     desktop_->Press("ctrl+g");
     EXPECT_TRUE(reader_->WaitFor(
         [&] { return Find("label", "2 bodies").name.find("steps/s") != std::string::npos; }));

@@ -100,6 +100,17 @@ TEST_F(NumberBoxTest, UnderstandsUnitsAndKeepsValuesToTheBit) {
     EXPECT_FALSE(box_->Commit());
     EXPECT_EQ(box_->Value(), 0.1 * 3);
 
+    // What follows from a scale has no more digits where the keyboard is; what is typed has all.
+    const auto text = [&] {
+        window_->Settle();
+        return WindowServer::Ask([&] { return FindWidget<QLineEdit>(box_)->text(); });
+    };
+    box_->MakeFocus();
+    box_->SetValue(kAU / 3);
+    EXPECT_EQ(text(), "0.3333333");
+    EXPECT_TRUE(Commit("0.33333333333"));
+    EXPECT_EQ(text(), "0.33333333333");
+
     EXPECT_TRUE(Commit("2.5"));
     EXPECT_EQ(box_->Value(), 2.5 * kAU);
     EXPECT_TRUE(Commit("384400 km"));

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTest>
 #include <atomic>
 #include <cmath>
 #include <set>
@@ -16,7 +20,10 @@
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
-#include "Platform/Interface/Handles/BStringView.h"
+#include "Platform/Interface/Handles/BScreen.h"
+#include "Platform/Interface/Server/ViewPart.h"
+#include "Platform/Interface/Server/WindowPart.h"
+#include "Platform/Interface/Server/WindowServer.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/SimulationMenus.h"
 #include "Tests/Displays/UserHand.h"
@@ -140,6 +147,8 @@ TEST_F(SimulationTest, EditsOfTheEpochTreeThatAreRefusedAreTold) {
     simulation.Send(deletion);
     EXPECT_NE(simulation.Message().find("the epoch in focus stays"), std::string::npos)
         << simulation.Message();
+    // In full: in as many lines as it takes.
+    EXPECT_GT(simulation.CountMessageLines(), 1);
 
     EpochPortal* const portal = simulation.Portal();
     portal->WriteLock();
@@ -150,6 +159,7 @@ TEST_F(SimulationTest, EditsOfTheEpochTreeThatAreRefusedAreTold) {
     simulation.Settle();
     EXPECT_NE(simulation.Message().find("no more epochs below"), std::string::npos)
         << simulation.Message();
+    EXPECT_GT(simulation.CountMessageLines(), 1);
     const std::string go = simulation.GoLabel();
     simulation.Send(kTogglePause);
     simulation.Settle();
@@ -231,15 +241,23 @@ TEST_F(SimulationTest, BodiesMergeInTheMiddleOfARun) {
     EXPECT_EQ(simulation.GoLabel(), "Pause") << "the run goes on";
     simulation.Send(kTogglePause);
     EXPECT_EQ(simulation.CountBodies(), 2u);
-    simulation.Settle();
-    ASSERT_TRUE(simulation->Lock());
-    const std::string figures = static_cast<BStringView*>(simulation->FindView("Figures"))->Text();
-    simulation->Unlock();
-    EXPECT_EQ(figures.substr(0, 8), "2 bodies");
-    // The merger goes with its run; what was done with the document stays.
+    const auto figures = [&] {
+        simulation.Settle();
+        return simulation.Text("Figures");
+    };
+    const std::string after = figures();
+    EXPECT_EQ(after.substr(0, 8), "2 bodies");
+    EXPECT_NE(after.find("energy error"), std::string::npos) << after;
+    // What there is to tell of the run goes with it and comes back; what was done with the document
+    // stays.
     simulation.Send(kUndo);
     EXPECT_EQ(simulation.CountBodies(), 3u);
+    EXPECT_EQ(figures(), "3 bodies");
     EXPECT_EQ(simulation.Message(), "");
+    simulation.Send(kRedo);
+    EXPECT_EQ(figures(), after);
+    EXPECT_EQ(simulation.Message(), "Arrow merges into Target");
+    simulation.Send(kUndo);
     simulation.SavedAs("apart");
     const std::string saved = simulation.Message();
     EXPECT_FALSE(saved.empty());
@@ -335,6 +353,42 @@ TEST_F(SimulationTest, FilesAndOpenGoToTheApplicationWithThisWindow) {
         EXPECT_EQ(host.application->WaitFor(what).FindPointer(kSimulationField, &pointer), B_OK);
         EXPECT_EQ(pointer, simulation.window);
     }
+}
+
+// With a font for which the screen is too small it scrolls, and the keyboard gets everywhere.
+TEST_F(SimulationTest, IsNoHigherThanTheScreen) {
+    const QFont usual = WindowServer::Ask([] { return QApplication::font(); });
+    WindowServer::Perform([] {
+        QFont large = QApplication::font();
+        large.setPointSize(2 * large.pointSize() + 4);
+        QApplication::setFont(large);
+    });
+    {
+        TestSimulation simulation(&host);
+        const BRect screen = BScreen(simulation.window).Frame();
+        const BRect frame = simulation->Frame();
+        EXPECT_LT(frame.Height(), screen.Height());
+        EXPECT_LE(frame.bottom, screen.bottom);
+        WindowServer::Perform([&] {
+            QWidget* const window = simulation->Part()->Widget();
+            auto* const area = window->findChild<QScrollArea*>();
+            ASSERT_NE(area, nullptr);
+            EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+            EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+            QWidget* const last = simulation->FindView("order")->Part()->Widget()->focusProxy();
+            ASSERT_NE(last, nullptr);
+            const auto isSeen = [&] {
+                return area->viewport()->rect().contains(
+                    QRect(last->mapTo(area->viewport(), QPoint()), last->size()));
+            };
+            EXPECT_FALSE(isSeen());
+            QTest::keyClick(window, Qt::Key_Tab);
+            for (int i = 0; i < 60 && window->focusWidget() != last; i++)
+                QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+            EXPECT_TRUE(isSeen());
+        });
+    }
+    WindowServer::Perform([&] { QApplication::setFont(usual); });
 }
 
 TEST_F(SimulationTest, WithoutATemplateThereIsAWindowWithNothingInIt) {

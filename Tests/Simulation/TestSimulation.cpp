@@ -1,5 +1,6 @@
 #include "Tests/Simulation/TestSimulation.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "Interface Widgets/ProgramMessages.h"
@@ -164,10 +165,19 @@ std::string TestSimulation::GoLabel() const {
     return label;
 }
 
-std::string TestSimulation::Message() const {
+std::string TestSimulation::Text(const char* view) const {
     if (!window->Lock()) return {};
-    std::string text = static_cast<BStringView*>(window->FindView("Message"))->Text();
-    std::erase(text, '\n');  // between lines
+    std::string text = static_cast<BStringView*>(window->FindView(view))->Text();
     window->Unlock();
     return text;
+}
+
+std::string TestSimulation::Message() const {
+    std::string text = Text("Message");
+    std::erase(text, '\n');  // between lines
+    return text;
+}
+
+int TestSimulation::CountMessageLines() const {
+    return static_cast<int>(std::ranges::count(Text("Message"), '\n')) + 1;
 }

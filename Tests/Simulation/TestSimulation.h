@@ -88,7 +88,10 @@ public:
     void Settle() const;
     [[nodiscard]] bool IsMarkedModified() const;
     [[nodiscard]] std::string GoLabel() const;
+    // Of the view with that name, as it is shown.
+    [[nodiscard]] std::string Text(const char* view) const;
     [[nodiscard]] std::string Message() const;
+    [[nodiscard]] int CountMessageLines() const;
 
     TestHost* const host;
     Simulation* window;

@@ -39,6 +39,10 @@ BRect FrameOnScreen(BRect frame, BRect screen) {
                    std::max(0.0f, screen.top + kTitleHeight - frame.top));
 }
 
+float HeightOfContent(BRect screen) {
+    return screen.Height() - kTitleHeight - kBorder;
+}
+
 void keep_on_screen(BWindow* window) {
     const BScreen screen(window);
     if (!screen.IsValid()) return;

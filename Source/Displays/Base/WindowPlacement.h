@@ -12,6 +12,8 @@ class BWindow;
 void confine_to_frame_and_screen(BWindow* window, BRect frame, float width, float height);
 // The frame moved so that all of it lies on the screen, as far as it fits, with room for the title.
 [[nodiscard]] BRect FrameOnScreen(BRect frame, BRect screen);
+// How high what is in a window may be, so that all of it lies on the screen.
+[[nodiscard]] float HeightOfContent(BRect screen);
 // Moves the window onto the screen that it is on; before it is shown, by the size it will have.
 void keep_on_screen(BWindow* window);
 // The point moved into the left-top `fraction` of the frame.

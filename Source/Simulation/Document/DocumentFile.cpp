@@ -26,6 +26,7 @@ void DocumentFile::SetPlace(const entry_ref& directory, const std::string& name,
     name_ = name;
     hasFile_ = hasFile;
     ownPath_ = hasFile ? PathOf(directory, name) : std::string();
+    formerPath_.clear();
     stamp_.reset();
     DiscardAutomaticCopy();
     copy_.clear();
@@ -55,13 +56,20 @@ void DocumentFile::SetRecovered(const RecoveryCopy& copy, const BMessage& record
                           get_ref_for_path(parent.Path(), &directory) == B_OK;
     const std::string name = hasPlace ? std::string(original.Leaf()) : copy.documentName;
     SetPlace(directory, name.empty() ? untitledName : name, hasPlace);
-    if (hasPlace) stamp_ = FileStamp::FindContentsIn(record);
+    if (hasPlace)
+        stamp_ = FileStamp::FindContentsIn(record);
+    else
+        formerPath_ = copy.originalPath;
     copy_ = copy.path;
     isRecovered_ = true;
 }
 
 std::string DocumentFile::Path() const {
     return hasFile_ ? PathOf(directory_, name_) : std::string();
+}
+
+std::string DocumentFile::Identity() const {
+    return hasFile_ ? Path() : formerPath_;
 }
 
 bool DocumentFile::WouldReplaceAnother() const {

@@ -37,6 +37,9 @@ public:
     [[nodiscard]] const entry_ref& Directory() const { return directory_; }
     // Where it would be saved; empty when its folder is gone, or when it has no file.
     [[nodiscard]] std::string Path() const;
+    // The same for all windows of one document: its path, or where it was before its folder had
+    // gone; empty for one that never was in a file.
+    [[nodiscard]] std::string Identity() const;
     // There is another file than the one that the document was read from or last saved in as a
     // whole.
     [[nodiscard]] bool WouldReplaceAnother() const;
@@ -72,6 +75,7 @@ private:
     entry_ref directory_;
     bool hasFile_ = false;
     std::string ownPath_;             // of the file that holds the document, empty for none
+    std::string formerPath_;          // of a recovered document whose folder is gone
     std::string copy_;                // path of the recovery copy, empty for none
     std::optional<FileStamp> stamp_;  // of that file as it was read or written, or last told of
     bool isAutomatic_ = false;        // the copy is not needed

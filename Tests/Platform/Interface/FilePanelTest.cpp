@@ -62,7 +62,10 @@ TEST_F(FilePanelTest, AnOpenPanelSendsTheFilesOrACancel) {
     EXPECT_EQ(path, folder_.Path("one"));
 
     panel.Show();
-    window_->ByHand([] { Dialog()->reject(); });
+    window_->ByHand([] {
+        QTest::keyClicks(Dialog()->findChild<QLineEdit*>(), "on");
+        Dialog()->reject();
+    });
     const BMessage cancelled = window_->TakeOne();
     EXPECT_EQ(cancelled.what, B_CANCEL);
     int32 what = 0;
@@ -73,6 +76,8 @@ TEST_F(FilePanelTest, AnOpenPanelSendsTheFilesOrACancel) {
     EXPECT_EQ(source, &panel);
 
     panel.Show();
+    // What was half typed is not there any more.
+    EXPECT_EQ(WindowServer::Ask([] { return Dialog()->findChild<QLineEdit*>()->text(); }), "");
     panel.Hide();
     window_->Settle();
     EXPECT_TRUE(window_->Take().empty());

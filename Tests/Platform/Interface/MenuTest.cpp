@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QImage>
 #include <QMenu>
@@ -9,6 +10,8 @@
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 #include <QTest>
+#include <QToolTip>
+#include <QWindow>
 
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Interface/Canvas/BBitmap.h"
@@ -144,6 +147,54 @@ TEST_F(MenuWindowTest, ChoosingAnItemMarksItAndSendsItsMessage) {
         EXPECT_FALSE(popUp->isVisible());
     });
     EXPECT_EQ(menu->FindMarked(), menu->ItemAt(3));
+}
+
+// "16" is not 12, which begins with the same digit, in a menu that is open or not.
+TEST_F(MenuWindowTest, TypedNumbersAreFoundAsAWhole) {
+    auto* const menu = new BPopUpMenu("orders", true, true);
+    for (const char* const order : {"2", "4", "12", "16", "20"})
+        menu->AddItem(new UnitItem(order, order));
+    menu->ItemAt(1)->SetMarked(true);
+    auto* const field = new BMenuField("field", "", menu);
+    Show(field);
+    window_->ByHand([=] { QTest::keyClicks(FindWidget<QComboBox>(field), "16"); });
+    EXPECT_EQ(menu->FindMarked(), menu->ItemAt(3));
+    for (const auto& [typed, chosen] : {std::pair("20", 4), {"2", 0}, {"16", 3}}) {
+        window_->ByHand([=, typed = typed] {
+            auto* const popUp = static_cast<QMenu*>(menu->Part()->Widget());
+            FindWidget<QComboBox>(field)->showPopup();
+            QTest::keyClicks(popUp, typed);
+            QTest::keyClick(popUp, Qt::Key_Return);
+        });
+        EXPECT_EQ(menu->FindMarked(), menu->ItemAt(chosen)) << typed;
+    }
+}
+
+// However one comes to an item; and what is clicked is what lies below the tip.
+TEST_F(MenuWindowTest, ATipTellsOfTheItemThatWouldBeChosen) {
+    auto* const bar = new BMenuBar("bar");
+    auto* const menu = new BMenu("Examples");
+    menu->AddItem(new BMenuItem("Planets", new BMessage(kUnit)));
+    menu->AddItem(new BMenuItem("Moons", new BMessage(kUnit)));
+    menu->ItemAt(1)->SetToolTip("Two lines\nof it.");
+    bar->AddItem(menu);
+    Show(bar);
+    window_->ByHand([=] {
+        auto* const popUp = static_cast<QMenu*>(menu->Part()->Widget());
+        popUp->popup({0, 0});
+        QTest::keyClick(popUp, Qt::Key_Down);
+        EXPECT_EQ(QToolTip::text(), QString());
+        QTest::keyClick(popUp, Qt::Key_Down);
+        EXPECT_EQ(QToolTip::text(), QStringLiteral("Two lines\nof it."));
+        for (const QWidget* const window : QApplication::topLevelWidgets()) {
+            if (!window->inherits("QTipLabel")) continue;
+            EXPECT_TRUE(window->windowHandle()->flags() & Qt::WindowTransparentForInput);
+        }
+        popUp->close();
+    });
+    BMessage archive(B_ARCHIVED_OBJECT);
+    ASSERT_EQ(menu->ItemAt(1)->Archive(&archive), B_OK);
+    EXPECT_EQ(BMenuItem(&archive).ToolTip(), "Two lines\nof it.");
 }
 
 TEST_F(MenuWindowTest, MenuBarsAreUsedByMouseKeysAndTargets) {

@@ -192,7 +192,7 @@ TEST_F(EpochReaderTest, WhatIsLeftOutOrGetsANewIdentifierIsTold) {
 
 // A list that is inserted one by one takes a time that grows with its square.
 TEST_F(EpochReaderTest, BodiesMayStandInAnyOrder) {
-    constexpr int64 kBodies = 60'000;
+    constexpr int64 kBodies = 100'000;
     const auto secondsFor = [this](bool falls) {
         BMessage record = BodyRecord("Grain", 0);
         std::vector<BMessage> bodies;

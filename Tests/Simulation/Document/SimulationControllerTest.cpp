@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <set>
+#include <thread>
 
 #include "Model/Commands/SystemFactories.h"
 #include "Simulation/Document/BodyColors.h"
@@ -112,6 +115,44 @@ TEST_F(SimulationControllerTest, CenterOfMassGoesToTheOriginAsOneStep) {
     EXPECT_TRUE(controller_.Undo());
     EXPECT_FALSE(controller_.Undo());
     EXPECT_TRUE(before == Archive());
+}
+
+// What is in focus is what is in focus when nobody else is changing it, and not a moment before.
+TEST_F(SimulationControllerTest, TheFocusIsReadUnderTheLock) {
+    constexpr auto kLong = std::chrono::milliseconds(50);
+    // The focus goes from one system to another while the edit is asked for.
+    const auto during = [&](int64 from, int64 to, const std::function<void()>& edit) {
+        Portal()->WriteLock();
+        Portal()->SetSystemFromID(from);
+        std::thread editor(edit);
+        std::this_thread::sleep_for(kLong);
+        Portal()->SetSystemFromID(to);
+        Portal()->WriteUnlock();
+        editor.join();
+    };
+    during(2, 1, [&] { controller_.SetRelativeTo(3); });
+    EXPECT_NE(Focus()->SystemFromID(2)->RelativeTo(), 3);
+    EXPECT_EQ(Focus()->SystemFromID(1)->RelativeTo(), 3);
+    during(2, 3, [&] { controller_.DeleteCurrentBody(); });
+    EXPECT_NE(Focus()->SystemFromID(2), nullptr);
+    EXPECT_EQ(Focus()->SystemFromID(3), nullptr);
+    using Grouping = SimulationController::Grouping;
+    EXPECT_EQ(controller_.GroupSystems({1}, "Group"), Grouping::kDone);
+    const int64 group = Portal()->FocusSystem()->ID();
+    during(2, group, [&] { EXPECT_TRUE(controller_.DissolveFocusSystem()); });
+    EXPECT_EQ(Focus()->SystemFromID(group), nullptr);
+    // Nor is an epoch that is no longer in focus left where it is.
+    AbEpoch* const first = Focus();
+    controller_.DupCurrentEpoch();
+    AbEpoch* const second = Focus();
+    Portal()->WriteLock();
+    Portal()->SetEpochTo(first);
+    std::thread editor([&] { controller_.EditEpoch(first); });
+    std::this_thread::sleep_for(kLong);
+    Portal()->SetEpochTo(second);
+    Portal()->WriteUnlock();
+    editor.join();
+    EXPECT_EQ(Focus(), first);
 }
 
 TEST_F(SimulationControllerTest, LoggingDuringARunLetsItGoOnInTheCopy) {

@@ -4,13 +4,13 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QStyleOptionFrame>
-#include <QToolTip>
 #include <algorithm>
 #include <functional>
 #include <utility>
 
 #include "Platform/Interface/Server/FieldLine.h"
 #include "Platform/Interface/Server/LineText.h"
+#include "Platform/Interface/Server/PassingTip.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
@@ -54,7 +54,7 @@ protected:
             return true;
         }
         if (event->type() == QEvent::ToolTip && !refusal.isEmpty()) {
-            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), refusal, this);
+            ShowPassingTip(static_cast<QHelpEvent*>(event)->globalPos(), refusal, this);
             return true;
         }
         return FieldLine::event(event);
@@ -118,8 +118,8 @@ public:
         if (!text.Refuse(writing)) return;
         Mark(why);
         if (line->isVisible())
-            QToolTip::showText(line->mapToGlobal(QPoint(0, line->height() / 2)), why, line, {},
-                               kRefusalShown);
+            ShowPassingTip(line->mapToGlobal(QPoint(0, line->height() / 2)), why, line,
+                           kRefusalShown);
     }
 
     void SetEditable(bool isEditable) {

@@ -11,6 +11,7 @@
 #include "Platform/Interface/Server/ClassName.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
 #include "Platform/Interface/Server/Mnemonics.h"
+#include "Platform/Interface/Server/PassingTip.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
@@ -22,6 +23,7 @@ protected:
     QWidget* Make() override {
         auto* const menu = new QMenu;
         QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] { MarkMnemonics(*menu); });
+        QObject::connect(menu, &QMenu::aboutToHide, menu, [menu] { ShowPassingTip({}, {}, menu); });
         return menu;
     }
 };

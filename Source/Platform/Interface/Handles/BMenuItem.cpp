@@ -44,6 +44,7 @@ BMenuItem::BMenuItem(BMessage* archive)
     int32 number = 0;
     if (archive->FindInt32("_shortcut", &number) == B_OK) shortcut_ = static_cast<char>(number);
     if (archive->FindInt32("_mods", &number) == B_OK) modifiers_ = static_cast<uint32>(number);
+    archive->FindString("_tip", &tip_);
     BMessage nested;
     if (archive->FindMessage("_msg", &nested) == B_OK)
         BInvoker::SetMessage(new BMessage(std::move(nested)));
@@ -67,6 +68,7 @@ status_t BMenuItem::Archive(BMessage* into, bool deep) const {
     if (status == B_OK && shortcut_ != 0) status = into->AddInt32("_shortcut", shortcut_);
     if (status == B_OK && modifiers_ != 0)
         status = into->AddInt32("_mods", static_cast<int32>(modifiers_));
+    if (status == B_OK && !tip_.empty()) status = into->AddString("_tip", tip_);
     if (status == B_OK && Message() != nullptr) status = into->AddMessage("_msg", Message());
     if (status == B_OK && deep && submenu_ != nullptr) {
         BMessage archive(B_ARCHIVED_OBJECT);
@@ -113,14 +115,17 @@ void BMenuItem::SetIcon(const BBitmap* icon, const BBitmap* fine) {
     });
 }
 
+void BMenuItem::SetToolTip(const std::string& text) {
+    tip_ = text;
+    UpdatePart();
+}
+
 void BMenuItem::UpdatePart() {
     if (menu_ == nullptr) return;
-    const MenuItemPart::Look look{ToLabel(label_),
-                                  ToSequence(static_cast<uint8>(shortcut_), modifiers_),
-                                  isEnabled_,
-                                  isMarked_,
-                                  isMarked_ || menu_->IsRadioMode(),
-                                  menu_->IsRadioMode()};
+    const MenuItemPart::Look look{
+        ToLabel(label_),     ToText(tip_), ToSequence(static_cast<uint8>(shortcut_), modifiers_),
+        isEnabled_,          isMarked_,    isMarked_ || menu_->IsRadioMode(),
+        menu_->IsRadioMode()};
     WindowServer::Queue([part = part_, look] { part->SetLook(look); });
 }
 

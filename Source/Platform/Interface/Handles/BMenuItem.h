@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
     // "class" (the object's own class, once), "_label", "_disable" and "_marked" where true,
-    // "_shortcut" and "_mods", "_msg", and deep "_submenu". Targets are not stored.
+    // "_shortcut" and "_mods", "_tip", "_msg", and deep "_submenu". Targets are not stored.
     [[nodiscard]] status_t Archive(BMessage* into, bool deep = true) const override;
 
     [[nodiscard]] const std::string& Label() const { return label_; }
@@ -44,6 +44,9 @@ public:
     // Shown beside the label, or instead of it in a menu bar. `fine` is the same picture with more
     // pixels, for screens that have more of them. Copies the bitmaps.
     void SetIcon(const BBitmap* icon, const BBitmap* fine = nullptr);
+    // Shown below the menu while the item is the one that would be chosen.
+    [[nodiscard]] const std::string& ToolTip() const { return tip_; }
+    void SetToolTip(const std::string& text);
 
     [[nodiscard]] BMenu* Submenu() const { return submenu_.get(); }
     // The menu that it is in, or null.
@@ -68,6 +71,7 @@ private:
 
     std::shared_ptr<MenuItemPart> part_;
     std::string label_;
+    std::string tip_;
     char shortcut_ = 0;
     uint32 modifiers_ = 0;
     bool isEnabled_ = true;

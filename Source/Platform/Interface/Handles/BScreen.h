@@ -15,7 +15,10 @@ public:
     [[nodiscard]] bool IsValid() const { return frame_.right >= frame_.left; }
     // Logical pixels; right and bottom are the last ones, as in every frame.
     [[nodiscard]] BRect Frame() const { return frame_; }
+    // Without what the desktop keeps for its own bars.
+    [[nodiscard]] BRect FreeFrame() const { return free_; }
 
 private:
     BRect frame_;
+    BRect free_;
 };

@@ -6,8 +6,13 @@
 
 class BScrollView : public BView {
 public:
+    // How large it would be, if there is room: some part, or all of the target.
+    enum class Size { kAny, kOfTarget };
+
     // Takes the target over.
-    BScrollView(const char* name, BView* target);
+    BScrollView(const char* name, BView* target, Size size = Size::kAny);
 
     [[nodiscard]] BView* Target() const { return ChildAt(0); }
+    // Asks the server.
+    [[nodiscard]] float BarWidth() const;
 };

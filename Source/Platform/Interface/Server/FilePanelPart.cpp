@@ -43,7 +43,10 @@ void FilePanelPart::Show() {
     if (dialog_ == nullptr) Make();
     if (!dialog_->isVisible()) {
         if (!directory_.isEmpty()) dialog_->setDirectory(directory_);
-        if (isSave_) dialog_->selectFile(saveText_);
+        if (isSave_)
+            dialog_->selectFile(saveText_);
+        else
+            ForgetName();
         if (frame_.isValid()) dialog_->setGeometry(frame_);
         dialog_->show();
     }
@@ -67,6 +70,14 @@ void FilePanelPart::EndProposals() const {
         completer->setCompletionPrefix({});
         completer->popup()->hide();
     }
+}
+
+// What was half typed, or opened, the last time.
+void FilePanelPart::ForgetName() const {
+    for (QLineEdit* const line : dialog_->findChildren<QLineEdit*>())
+        line->clear();
+    for (const QAbstractItemView* const files : dialog_->findChildren<QAbstractItemView*>())
+        if (files->selectionModel() != nullptr) files->selectionModel()->clearSelection();
 }
 
 // What the dialog waits for itself lives on its stack: that must have returned first.

@@ -34,6 +34,7 @@ private:
     void Make();
     void Finished(bool isAccepted);
     void EndProposals() const;
+    void ForgetName() const;
     void TellOpened(const QStringList& paths) const;
     void TellSaved(const QString& path) const;
 

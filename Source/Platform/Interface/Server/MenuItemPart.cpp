@@ -6,8 +6,12 @@
 #include <atomic>
 
 #include "Platform/Interface/Server/Mnemonics.h"
+#include "Platform/Interface/Server/PassingTip.h"
 
 namespace {
+
+// Where the toolkit puts a tip, seen from the place that it is asked for.
+constexpr QPoint kTipOffset{2, 14};
 
 int64 NewId() {
     static std::atomic<int64> last{0};
@@ -36,6 +40,9 @@ void MenuItemPart::Insert(ViewPart& menu, int32 index, ViewPart* submenu) {
     // The widget holds the menu's part.
     QObject::connect(action_, &QAction::triggered, widget,
                      [self = shared_from_this(), &menu] { self->Chosen(menu); });
+    QObject::connect(action_, &QAction::hovered, widget, [self = shared_from_this()] {
+        if (!self->look_.tip.isEmpty()) self->ShowTip();
+    });
     const QList<QAction*> actions = widget->actions();
     widget->insertAction(index < actions.size() ? actions[index] : nullptr, action_);
     ShowLook();
@@ -48,6 +55,13 @@ void MenuItemPart::Chosen(const ViewPart& menu) const {
     BMessage message(kViewChanged);
     message.AddInt64(kItemField, id_);
     menu.Tell(message);
+}
+
+// Below the menu, whether the mouse or the keyboard has come to the item.
+void MenuItemPart::ShowTip() const {
+    auto* const menu = qobject_cast<QMenu*>(action_->parent());
+    if (menu == nullptr || !menu->isVisible()) return;
+    ShowPassingTip(menu->mapToGlobal(menu->rect().bottomLeft() - kTipOffset), look_.tip, menu);
 }
 
 void MenuItemPart::Remove() {
@@ -73,6 +87,7 @@ void MenuItemPart::SetIcon(const QImage& icon, const QImage& fine) {
 void MenuItemPart::ShowLook() {
     if (action_ == nullptr) return;
     action_->setText(look_.label);
+    action_->setToolTip(look_.tip);
     action_->setShortcut(look_.shortcut);
     action_->setEnabled(look_.isEnabled);
     action_->setCheckable(look_.isMarkable);

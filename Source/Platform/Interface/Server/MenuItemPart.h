@@ -13,6 +13,7 @@ class MenuItemPart : public std::enable_shared_from_this<MenuItemPart> {
 public:
     struct Look {
         QString label;
+        QString tip;
         QKeySequence shortcut;
         bool isEnabled = true;
         bool isMarked = false;
@@ -35,6 +36,7 @@ public:
 
 private:
     void Chosen(const ViewPart& menu) const;
+    void ShowTip() const;
     void ShowLook();
 
     const int64 id_;

@@ -34,7 +34,7 @@ QChar MarkedLetter(const QString& text) {
 // Where the mark goes; -1: nowhere.
 qsizetype PlaceOfMark(const QString& text, const QSet<QChar>& taken) {
     const auto isFree = [&](qsizetype at) {
-        return text[at].isLetterOrNumber() && !taken.contains(text[at].toLower());
+        return text[at].isLetter() && !taken.contains(text[at].toLower());
     };
     for (qsizetype i = 0; i < text.size(); i++) {
         const bool beginsWord = i == 0 || text[i - 1].isSpace();

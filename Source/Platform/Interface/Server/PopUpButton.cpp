@@ -1,6 +1,16 @@
 #include "Platform/Interface/Server/PopUpButton.h"
 
 #include <QKeyEvent>
+#include <algorithm>
+
+#include "Platform/Interface/Server/Mnemonics.h"
+
+namespace {
+
+// Between two letters of one text.
+constexpr qint64 kMaxTypingPause = 1500;  // ms
+
+}  // namespace
 
 PopUpButton::PopUpButton() {
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -11,6 +21,7 @@ void PopUpButton::SetMenu(QMenu* menu) {
     menu_ = menu;
     // A child is placed relative to the button where windows cannot place themselves.
     menu_->setParent(this, menu_->windowFlags());
+    menu_->installEventFilter(this);
 }
 
 void PopUpButton::SetTexts(const QString& shown, const QStringList& all) {
@@ -45,10 +56,21 @@ void PopUpButton::keyPressEvent(QKeyEvent* event) {
         default:
             break;
     }
-    if (!event->text().isEmpty() && event->text().front().isLetterOrNumber())
-        ChooseByLetter(event->text());
-    else
-        event->ignore();
+    if (event->text().isEmpty() || !event->text().front().isLetterOrNumber())
+        return event->ignore();
+    if (QAction* const found = FindTyped(event->text(), Marked());
+        found != nullptr && !found->isChecked())
+        found->trigger();
+}
+
+bool PopUpButton::eventFilter(QObject* object, QEvent* event) {
+    if (object != menu_ || event->type() != QEvent::KeyPress)
+        return QComboBox::eventFilter(object, event);
+    const QString text = static_cast<QKeyEvent*>(event)->text();
+    if (text.isEmpty() || !text.front().isDigit()) return false;
+    if (QAction* const found = FindTyped(text, menu_->activeAction()); found != nullptr)
+        menu_->setActiveAction(found);
+    return true;
 }
 
 void PopUpButton::Step(int direction) {
@@ -57,15 +79,31 @@ void PopUpButton::Step(int direction) {
     if (next >= 0 && next < choices.size()) choices[next]->trigger();
 }
 
-void PopUpButton::ChooseByLetter(const QString& letter) {
+QAction* PopUpButton::FindTyped(const QString& letter, QAction* current) {
+    const bool isContinued = sinceTyped_.isValid() && sinceTyped_.elapsed() < kMaxTypingPause;
+    sinceTyped_.start();
     const QList<QAction*> choices = Choices();
-    const qsizetype start = choices.indexOf(Marked());
-    for (qsizetype i = 1; i <= choices.size(); i++) {
-        QAction* const choice = choices[(start + i + choices.size()) % choices.size()];
-        if (!choice->text().startsWith(letter, Qt::CaseInsensitive)) continue;
-        choice->trigger();
-        return;
-    }
+    const qsizetype at = choices.indexOf(current);
+    const auto find = [&](const QString& text, qsizetype next) {
+        QAction* found = nullptr;
+        for (qsizetype i = 0; i < choices.size(); i++) {
+            QAction* const choice =
+                choices[(std::max(at + next, qsizetype{0}) + i) % choices.size()];
+            const QString label = WithoutMark(choice->text());
+            // "2" is not the beginning of "20" where there is a 2.
+            if (label.compare(text, Qt::CaseInsensitive) == 0) return choice;
+            if (found == nullptr && label.startsWith(text, Qt::CaseInsensitive)) found = choice;
+        }
+        return found;
+    };
+    // More of the same text may mean the current one.
+    if (isContinued)
+        if (QAction* const found = find(typed_ + letter, 0); found != nullptr) {
+            typed_ += letter;
+            return found;
+        }
+    typed_ = letter;
+    return find(letter, 1);
 }
 
 QList<QAction*> PopUpButton::Choices() const {

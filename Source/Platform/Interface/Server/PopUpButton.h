@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
 #include <QWheelEvent>
@@ -21,15 +22,21 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    // Numbers are typed in the open menu, too; letters are those that its items are marked with.
+    bool eventFilter(QObject* object, QEvent* event) override;
     // Only a click or a key changes a choice: the wheel is for the window around it.
     void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 
 private:
     // Chooses the next item that can be chosen, upwards or downwards.
     void Step(int direction);
-    void ChooseByLetter(const QString& letter);
+    // The item that begins with what was typed in one go, from `current` on; else with the last
+    // letter. Null: none.
+    [[nodiscard]] QAction* FindTyped(const QString& letter, QAction* current);
     [[nodiscard]] QList<QAction*> Choices() const;
     [[nodiscard]] QAction* Marked() const;
 
     QPointer<QMenu> menu_;
+    QString typed_;
+    QElapsedTimer sinceTyped_;
 };
