@@ -49,8 +49,6 @@ public:
     explicit Dropper(const Calculator& calculator) : calculator_(calculator) {
         release_ben(calculator_.WriteOk());
     }
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32) override {}
     void ReadData(int32, double*, double*, double*) override {}
     void ReadOk() override { release_ben(calculator_.WriteOk()); }

@@ -35,6 +35,14 @@ inline bool operator==(const ThreeVector& a, const ThreeVector& b) {
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 
+inline double Dot(const ThreeVector& a, const ThreeVector& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+inline double Length(const ThreeVector& v) {
+    return std::sqrt(Dot(v, v));
+}
+
 inline bool IsFinite(const ThreeVector& v) {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }

@@ -77,7 +77,7 @@ Conserved MeasureConserved(const SystemState& state) {
         const ThreeVector r = At(state.positions, i);
         const ThreeVector v = At(state.velocities, i);
         const double gm = state.gm[i];
-        energy.Add(0.5 * gm * (v.x * v.x + v.y * v.y + v.z * v.z));
+        energy.Add(0.5 * gm * Dot(v, v));
         energy.Add(-gm * PotentialOfEarlier(state, i));
         momentum.Add(gm, v);
         angularMomentum.Add(gm, Cross(r, v));

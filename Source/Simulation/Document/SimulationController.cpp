@@ -39,10 +39,6 @@ constexpr double kFirstOrbit = 149597870660.0;      // m, where there is no othe
 constexpr double kOrbitSpacing = 1.3;               // each new orbit against the widest one
 constexpr double kGoldenAngle = 2.399963229728653;  // radians; spreads new bodies round
 
-double Length(ThreeVector v) {
-    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-}
-
 }  // namespace
 
 SimulationController::SimulationController(SimulationDocument* document, RunControl* run,

@@ -85,6 +85,7 @@ private:
     [[nodiscard]] bool IsMerged(int64 id, bool orAbsorbed) const;
     [[nodiscard]] bool IsResultOfMergers(const RunCheckpoint& now) const;
     [[nodiscard]] bool IsAsBefore(const RunCheckpoint& now, std::size_t body) const;
+    [[nodiscard]] bool IsWhereItWas(const Sample& now, std::size_t former) const;
     [[nodiscard]] std::optional<std::size_t> PlaceOf(int64 id) const;
     [[nodiscard]] Sample TailOf(std::size_t body) const;
     [[nodiscard]] RunEvent::Before BodyAtEnd(std::size_t body) const;

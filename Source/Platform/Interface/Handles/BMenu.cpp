@@ -8,7 +8,7 @@
 #include "Platform/Interface/Handles/BMenuField.h"
 #include "Platform/Interface/Handles/BSeparatorItem.h"
 #include "Platform/Interface/Handles/BWindow.h"
-#include "Platform/Interface/Server/ClassName.h"
+#include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
 #include "Platform/Interface/Server/Mnemonics.h"
 #include "Platform/Interface/Server/ViewPart.h"
@@ -67,11 +67,8 @@ status_t BMenu::Archive(BMessage* into, bool deep) const {
     if (status == B_OK && isRadioMode_) status = into->AddBool("_radio", true);
     if (status == B_OK && isLabelFromMarked_) status = into->AddBool("_dyn_label", true);
     if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
-    for (auto item = items_.begin(); deep && status == B_OK && item != items_.end(); ++item) {
-        BMessage archive(B_ARCHIVED_OBJECT);
-        status = (*item)->Archive(&archive, deep);
-        if (status == B_OK) status = into->AddMessage("_items", std::move(archive));
-    }
+    for (auto item = items_.begin(); deep && status == B_OK && item != items_.end(); ++item)
+        status = AddArchive(**item, "_items", into);
     return status;
 }
 

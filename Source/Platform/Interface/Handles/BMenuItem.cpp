@@ -6,7 +6,7 @@
 #include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Handles/InterfaceDefs.h"
-#include "Platform/Interface/Server/ClassName.h"
+#include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/KeyCodes.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
 
@@ -68,11 +68,8 @@ status_t BMenuItem::Archive(BMessage* into, bool deep) const {
     if (status == B_OK && modifiers_ != 0)
         status = into->AddInt32("_mods", static_cast<int32>(modifiers_));
     if (status == B_OK && Message() != nullptr) status = into->AddMessage("_msg", Message());
-    if (status == B_OK && deep && submenu_ != nullptr) {
-        BMessage archive(B_ARCHIVED_OBJECT);
-        status = submenu_->Archive(&archive, deep);
-        if (status == B_OK) status = into->AddMessage("_submenu", std::move(archive));
-    }
+    if (status == B_OK && deep && submenu_ != nullptr)
+        status = AddArchive(*submenu_, "_submenu", into);
     return status;
 }
 

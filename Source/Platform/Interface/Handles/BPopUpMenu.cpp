@@ -1,10 +1,6 @@
 #include "Platform/Interface/Handles/BPopUpMenu.h"
 
-#include <QCursor>
-#include <QMenu>
-
 #include "Platform/Application/BMessage.h"
-#include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
 
@@ -21,8 +17,4 @@ BPopUpMenu::BPopUpMenu(BMessage* archive) : BMenu(archive) {}
 
 BArchivable* BPopUpMenu::Instantiate(BMessage* archive) {
     return validate_instantiation(archive, "BPopUpMenu") ? new BPopUpMenu(archive) : nullptr;
-}
-
-void BPopUpMenu::Go() {
-    ChangeWidget<QMenu>(Part(), [](QMenu& menu) { menu.popup(QCursor::pos()); });
 }

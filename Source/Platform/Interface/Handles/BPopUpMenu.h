@@ -10,7 +10,4 @@ public:
     explicit BPopUpMenu(BMessage* archive);
 
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
-
-    // Opens the menu where the mouse is and returns at once. It must be in a window (BView::Adopt).
-    void Go();
 };
