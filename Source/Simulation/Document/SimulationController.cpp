@@ -15,7 +15,6 @@
 #include "Model/Commands/SetCompVectorCommand.h"
 #include "Model/Commands/SetEpochToCommand.h"
 #include "Model/Commands/SetPropertyCommand.h"
-#include "Model/Commands/SetSystemToCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"

@@ -19,7 +19,7 @@
 
 #include "Calculation/ReportConsumer.h"
 #include "Simulation/Document/SystemState.h"
-#include "Simulation/History/RunEvent.h"
+#include "Simulation/History/KeptRun.h"
 #include "Simulation/History/Sample.h"
 
 class AbEpoch;

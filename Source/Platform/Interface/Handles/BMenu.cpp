@@ -6,7 +6,7 @@
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
-#include "Platform/Interface/Handles/BSeparatorItem.h"
+#include "Platform/Interface/Handles/BMenuItem.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
@@ -16,6 +16,7 @@
 namespace {
 
 const ArchivableClass kClass("BMenu", BMenu::Instantiate);
+const ArchivableClass kPopUpClass("BPopUpMenu", BPopUpMenu::Instantiate);
 
 class MenuPart : public ViewPart {
 protected:
@@ -25,6 +26,8 @@ protected:
         return menu;
     }
 };
+
+const ArchivableClass kClass("BPopUpMenu", BPopUpMenu::Instantiate);
 
 }  // namespace
 
@@ -237,4 +240,15 @@ void BMenu::Changed(const BMessage& message) {
     }
     if (isRadioMode_) (*found)->SetMarked(true);
     (*found)->Invoke();
+}
+
+BPopUpMenu::BPopUpMenu(const char* name, bool isRadioMode, bool isLabelFromMarked) : BMenu(name) {
+    SetRadioMode(isRadioMode);
+    SetLabelFromMarked(isLabelFromMarked);
+}
+
+BPopUpMenu::BPopUpMenu(BMessage* archive) : BMenu(archive) {}
+
+BArchivable* BPopUpMenu::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "BPopUpMenu") ? new BPopUpMenu(archive) : nullptr;
 }

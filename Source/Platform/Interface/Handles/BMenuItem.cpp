@@ -1,6 +1,7 @@
 #include "Platform/Interface/Handles/BMenuItem.h"
 
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Canvas/PixelImage.h"
 #include "Platform/Interface/Handles/BMenu.h"
@@ -13,6 +14,7 @@
 namespace {
 
 const ArchivableClass kClass("BMenuItem", BMenuItem::Instantiate);
+const ArchivableClass kSeparatorClass("BSeparatorItem", BSeparatorItem::Instantiate);
 
 }  // namespace
 
@@ -134,4 +136,13 @@ status_t BMenuItem::Invoke(const BMessage* message) {
 BMessenger BMenuItem::DefaultTarget() const {
     BWindow* const window = menu_ == nullptr ? nullptr : menu_->Window();
     return window == nullptr ? BMessenger{} : BMessenger(window);
+}
+
+BSeparatorItem::BSeparatorItem() : BMenuItem(Separator{}) {}
+
+BSeparatorItem::BSeparatorItem(BMessage* archive) : BMenuItem(Separator{}, archive) {}
+
+BArchivable* BSeparatorItem::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "BSeparatorItem") ? new BSeparatorItem(archive)
+                                                             : nullptr;
 }
