@@ -27,8 +27,6 @@ protected:
     }
 };
 
-const ArchivableClass kClass("BPopUpMenu", BPopUpMenu::Instantiate);
-
 }  // namespace
 
 BMenu::BMenu(const char* name) : BMenu(name, std::make_shared<MenuPart>()) {}
