@@ -41,10 +41,6 @@ ThreeVector At(const std::vector<double>& triples, std::size_t i) {
     return {triples[3 * i], triples[3 * i + 1], triples[3 * i + 2]};
 }
 
-ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
 // sum of mu_j / r_ij over j < i.
 double PotentialOfEarlier(const SystemState& state, std::size_t i) {
     const ThreeVector at = At(state.positions, i);

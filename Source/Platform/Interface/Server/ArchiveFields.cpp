@@ -7,6 +7,7 @@
 #include <typeinfo>
 #include <utility>
 
+#include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 
 status_t AddClassName(const BArchivable& object, BMessage* into) {
