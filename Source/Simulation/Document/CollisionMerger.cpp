@@ -130,9 +130,8 @@ std::optional<RunEnding> Resolution::FindTouching(const BMessage& collisions) co
             if (a->ID() != p) continue;
             for (const Body* b : alive_)
                 if (a != b && b->ID() == q && Touch(*a, *b))
-                    return RunEnding{
-                        RunEnding::Reason::kNotMerged, portal_->FocusEpoch()->Time(),
-                        RunEnding::Pair{p, q, Length(a->Position() - b->Position())}};
+                    return RunEnding{RunEnding::Reason::kNotMerged, portal_->FocusEpoch()->Time(),
+                                     RunEnding::Pair{p, q, Length(a->Position() - b->Position())}};
         }
     return std::nullopt;
 }
