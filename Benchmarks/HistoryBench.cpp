@@ -49,8 +49,6 @@ public:
     explicit Dropper(const Calculator& calculator) : calculator_(calculator) {
         release_ben(calculator_.WriteOk());
     }
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32) override {}
     void ReadData(int32, double*, double*, double*) override {}
     void ReadOk() override { release_ben(calculator_.WriteOk()); }
@@ -134,14 +132,14 @@ void BenchPainting(BenchTable* table) {
     FlatMap map;
     TrajectoryView view("bench", &map);
     view.ResizeTo(1000.0f, 800.0f);
-    const auto times = Measure({[&] {
-                                   view.Erase();
-                                   KeptTrails kept;
-                                   kept.Begin(trails, {view.BitmapBounds()},
-                                              {{}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}});
-                                   kept.Paint(&view, kEnough);
-                               }},
-                               1, 11);
+    const auto times = Measure(
+        {[&] {
+            view.Erase();
+            KeptTrails kept;
+            kept.Begin(trails, {view.BitmapBounds()}, {{}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}});
+            kept.Paint(&view, kEnough);
+        }},
+        1, 11);
     table->AddAtMost("trails painted anew, 10 bodies, 100,000 samples", 16, 1e3 * times[0].median,
                      "ms");
 }

@@ -10,10 +10,10 @@ class ReportConsumer {
 public:
     virtual ~ReportConsumer() = default;
 
-    // The lock of the consumer's looper, which the calculator holds around PrepareForGo. False: the
-    // looper is gone, and the call is left out.
-    virtual bool LockConsumer() = 0;
-    virtual void UnlockConsumer() = 0;
+    // The lock of the consumer's looper, if it is one, which the calculator holds around
+    // PrepareForGo. False: the looper is gone, and the call is left out.
+    virtual bool LockConsumer() { return true; }
+    virtual void UnlockConsumer() {}
 
     // All of the following run on the calculation thread, which holds no model lock meanwhile.
     // A run begins whose batches hold about `reportsPerDraw` reports; pacing changes that number

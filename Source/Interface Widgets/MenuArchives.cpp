@@ -8,7 +8,6 @@
 #include "Interface Widgets/ProgramMessages.h"
 #include "Interface Widgets/RecentMenu.h"
 #include "Interface Widgets/UnitMenu.h"
-#include "Interface Widgets/UnitMenuItem.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Interface/Handles/BMenu.h"

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BMenuField.h"
-#include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Handles/InterfaceDefs.h"
 
 MyMenuField::MyMenuField(const char* name, const char* label, EpochPortal* portal,

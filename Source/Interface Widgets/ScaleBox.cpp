@@ -2,8 +2,8 @@
 
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BMenuField.h"
-#include "Platform/Interface/Handles/BPopUpMenu.h"
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Resources/DisplayFeatures.h"
 #include "Resources/DisplayWindows.h"

@@ -27,7 +27,7 @@ public:
 
 private:
     // What was posted before has been handled when they are answered.
-    static constexpr uint32 kTakePairs = FourCC("take");
+    static constexpr uint32 kTakePairs = FourCC("tkpr");
     static constexpr uint32 kTakeEnding = FourCC("tken");
 
     [[nodiscard]] BMessage Ask(uint32 what) const;

@@ -33,6 +33,14 @@ extern "C" void NoteOrEnd(int signal) {
     errno = error;
 }
 
+// The handler that has the text to answer, which must outlive it.
+auto Prepared(int signal, const std::string& text) {
+    noted = signal;
+    answer = text.data();
+    answerSize = text.size();
+    return NoteOrEnd;
+}
+
 // One that is ignored, as those of a job in the background are, stays so.
 void SetHandler(int signal, void (*handler)(int)) {
     if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
@@ -40,33 +48,23 @@ void SetHandler(int signal, void (*handler)(int)) {
 
 }  // namespace
 
-RunEvents::NothingToLose::NothingToLose(const RunEvents& events) : signals_(events.signals_) {
-    SetHandler(SIGINT, EndAtOnce);
-    SetHandler(SIGTERM, EndAtOnce);
+RunEvents::Handling::Handling(const RunEvents& events, void (*handler)(int))
+    : signals_(events.signals_) {
+    SetHandler(SIGINT, handler);
+    SetHandler(SIGTERM, handler);
     signals_.LetThrough();
 }
 
-RunEvents::NothingToLose::~NothingToLose() {
+RunEvents::Handling::~Handling() {
     signals_.Hold();
     SetHandler(SIGINT, SIG_DFL);
     SetHandler(SIGTERM, SIG_DFL);
 }
+
+RunEvents::NothingToLose::NothingToLose(const RunEvents& events) : handling_(events, EndAtOnce) {}
 
 RunEvents::LastChance::LastChance(const RunEvents& events, std::string text)
-    : signals_(events.signals_), text_(std::move(text)) {
-    noted = events.signal_;
-    answer = text_.data();
-    answerSize = text_.size();
-    SetHandler(SIGINT, NoteOrEnd);
-    SetHandler(SIGTERM, NoteOrEnd);
-    signals_.LetThrough();
-}
-
-RunEvents::LastChance::~LastChance() {
-    signals_.Hold();
-    SetHandler(SIGINT, SIG_DFL);
-    SetHandler(SIGTERM, SIG_DFL);
-}
+    : text_(std::move(text)), handling_(events, Prepared(events.signal_, text_)) {}
 
 RunEvents::RunEvents()
     : parked_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), signals_({SIGINT, SIGTERM}) {}

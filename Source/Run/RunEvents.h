@@ -17,32 +17,38 @@ public:
     RunEvents(const RunEvents&) = delete;
     RunEvents& operator=(const RunEvents&) = delete;
 
-    // As long as it lives a signal ends the program at once, with the status of one that was
-    // stopped: there is nothing yet that could be lost. On the main thread.
-    class NothingToLose {
+    // As long as it lives the signals come through to a handler. On the main thread; one at a time.
+    class Handling {
     public:
-        explicit NothingToLose(const RunEvents& events);
-        ~NothingToLose();
-        NothingToLose(const NothingToLose&) = delete;
-        NothingToLose& operator=(const NothingToLose&) = delete;
+        Handling(const RunEvents& events, void (*handler)(int));
+        ~Handling();
+        Handling(const Handling&) = delete;
+        Handling& operator=(const Handling&) = delete;
 
     private:
         const EndSignals& signals_;
     };
 
+    // As long as it lives a signal ends the program at once, with the status of one that was
+    // stopped: there is nothing yet that could be lost.
+    class NothingToLose {
+    public:
+        explicit NothingToLose(const RunEvents& events);
+
+    private:
+        const Handling handling_;
+    };
+
     // As long as it lives, while results are written that would be lost: the first signal is noted
-    // and answered with a text (none if that is empty), a second one ends the program at once. On
-    // the main thread; one at a time. After an event kSignal every signal is a second one already.
+    // and answered with a text (none if that is empty), a second one ends the program at once.
+    // After an event kSignal every signal is a second one already.
     class LastChance {
     public:
         LastChance(const RunEvents& events, std::string text);
-        ~LastChance();
-        LastChance(const LastChance&) = delete;
-        LastChance& operator=(const LastChance&) = delete;
 
     private:
-        const EndSignals& signals_;
         const std::string text_;
+        const Handling handling_;
     };
 
     enum class Event { kParked, kSignal, kTimeout };

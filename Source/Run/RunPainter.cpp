@@ -24,8 +24,6 @@ public:
         picture_.PrepareForGo(portal_->BodiesInMassOrder(), portal_->FocusEpoch()->Time());
     }
 
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void ReadData(int32 count, double* times, double* positions, double*) override {
         picture_.ReadData(count, times, positions);
     }

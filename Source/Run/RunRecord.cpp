@@ -138,10 +138,5 @@ void RunRecord::DescribeFields(FieldDescriptions* into) {
                   "what was asked for: this, the next or both");
     DescribeField(into, kGoalTime, B_DOUBLE_TYPE, "0, 1", "none", "s");
     DescribeField(into, kReports, B_INT64_TYPE, "0, 1", "as many as steps", "made until now");
-    FieldDescriptions mark;
-    kMarkFields.Describe(&mark);
-    for (FieldDescription& field : mark) {
-        field.count = "0, 1";
-        into->push_back(std::move(field));
-    }
+    kMarkFields.Describe(into, true);
 }

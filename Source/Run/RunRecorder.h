@@ -38,8 +38,6 @@ public:
     [[nodiscard]] int64 Reports() const { return reports_; }
     [[nodiscard]] double Time() const { return time_; }  // s
 
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32) override {}
     void ReadData(int32 count, double* times, double* positions, double* velocities) override;
     void ReadOk() override;

@@ -28,8 +28,6 @@ public:
     // True, once, when it is there: masses, positions, velocities and the time, without names.
     [[nodiscard]] bool Take(SystemState* state);
 
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32 reportsPerDraw) override;
     void ReadData(int32 count, double* times, double* positions, double* velocities) override;
     void ReadOk() override;

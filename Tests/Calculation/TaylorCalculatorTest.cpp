@@ -31,8 +31,6 @@ public:
     }
     TaylorCalculator* GetCalculator() { return calculator_.get(); }
 
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32) override {}
     void ReadData(int32 count, double* times, double*, double*) override { read_(count, times); }
     void ReadOk() override { release_ben(calculator_->WriteOk()); }

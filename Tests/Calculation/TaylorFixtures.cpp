@@ -36,10 +36,6 @@ PairWalk Planets(int32 count, int32 massive) {
     return walk;
 }
 
-double Length(const ThreeVector& v) {
-    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-}
-
 BMessage ArchiveOf(const TaylorCalculator& calculator) {
     BMessage archive;
     EXPECT_EQ(calculator.Archive(&archive), B_OK);

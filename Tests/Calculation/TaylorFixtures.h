@@ -16,8 +16,6 @@ std::unique_ptr<TaylorCalculator> MakeCalculator(TestSystem* system, int32 threa
 // among them.
 PairWalk Planets(int32 count, int32 massive);
 
-double Length(const ThreeVector& v);
-
 BMessage ArchiveOf(const TaylorCalculator& calculator);
 std::vector<double> Doubles(const BMessage& archive, const char* field);
 int32 Iteration(const BMessage& archive);

@@ -8,7 +8,6 @@
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/NumberBox.h"
 #include "Interface Widgets/UnitMenu.h"
-#include "Interface Widgets/UnitMenuItem.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Tests/Platform/Interface/TestWindow.h"
 

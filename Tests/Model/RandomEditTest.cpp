@@ -23,7 +23,6 @@
 #include "Model/Commands/SetEpochNameCommand.h"
 #include "Model/Commands/SetEpochToCommand.h"
 #include "Model/Commands/SetPropertyCommand.h"
-#include "Model/Commands/SetSystemToCommand.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Units/DimValue.h"
 #include "Tests/Model/TestDocument.h"

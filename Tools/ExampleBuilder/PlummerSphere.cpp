@@ -34,7 +34,7 @@ private:
 };
 
 double Square(const ThreeVector& v) {
-    return v.x * v.x + v.y * v.y + v.z * v.z;
+    return Dot(v, v);
 }
 
 }  // namespace

@@ -8,8 +8,15 @@
 #include "Application/Prefs/PrefsListener.h"
 #include "Application/Prefs/PrefsTransaction.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Support/SupportDefs.h"
 
-struct PREFHandle;
+// One application whose preferences are in use: an entry of the process's list of them. Guarded by
+// the store's lock.
+struct PREFHandle {
+    PREFHandle* next;
+    const std::string application;
+    int32 references;
+};
 
 struct PreferenceSet {
     PreferenceSet(PREFHandle* owner, std::string setName, const std::string& path)

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <new>
 
-#include "Application/Prefs/PREFHandle.h"
 #include "Application/Prefs/PreferenceSet.h"
 #include "Application/Prefs/PrefsLocks.h"
 #include "Application/Prefs/PrefsPaths.h"

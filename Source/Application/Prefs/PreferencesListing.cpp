@@ -5,7 +5,6 @@
 #include <system_error>
 #include <vector>
 
-#include "Application/Prefs/PREFHandle.h"
 #include "Application/Prefs/PreferenceSet.h"
 #include "Application/Prefs/Preferences.h"
 #include "Application/Prefs/PrefsLocks.h"

@@ -18,6 +18,13 @@ constexpr double kLongestStep = 1024.0;
 constexpr double kCutoff = 0.125;
 constexpr int32 kMaxExponent = 400;
 
+void SetRows(double* rows, int32 slot, const ThreeVector& position, const ThreeVector& velocity) {
+    const double numbers[] = {position.x, position.y, position.z,
+                              velocity.x, velocity.y, velocity.z};
+    for (int32 row = 0; row < SplitStates::kRows; row++)
+        rows[SplitStates::Index(slot, row)] = numbers[row];
+}
+
 }  // namespace
 
 SeriesStepper::SeriesStepper(int32 threads) : forces_(threads), step_(store_) {}
@@ -32,21 +39,13 @@ void SeriesStepper::Resize(int32 order, int32 bodies, int32 massive) {
 void SeriesStepper::SetBody(int32 body, const ThreeVector& position, const ThreeVector& velocity,
                             double gm) {
     const int32 slot = begin_.SlotOf(body);
-    const double numbers[] = {position.x, position.y, position.z,
-                              velocity.x, velocity.y, velocity.z};
-    for (int32 row = 0; row < SplitStates::kRows; row++) {
-        begin_.High()[SplitStates::Index(slot, row)] = numbers[row];
-        begin_.Low()[SplitStates::Index(slot, row)] = 0.0;
-    }
+    SetRows(begin_.High(), slot, position, velocity);
+    SetRows(begin_.Low(), slot, {}, {});
     if (body < CountMassive()) store_.SetGM(body, gm);
 }
 
 void SeriesStepper::SetLow(int32 body, const ThreeVector& position, const ThreeVector& velocity) {
-    const int32 slot = begin_.SlotOf(body);
-    const double numbers[] = {position.x, position.y, position.z,
-                              velocity.x, velocity.y, velocity.z};
-    for (int32 row = 0; row < SplitStates::kRows; row++)
-        begin_.Low()[SplitStates::Index(slot, row)] = numbers[row];
+    SetRows(begin_.Low(), begin_.SlotOf(body), position, velocity);
 }
 
 void SeriesStepper::Start(double tolerance, double time, bool backwards) {
@@ -72,12 +71,9 @@ void SeriesStepper::Resume(double tolerance, const SeriesPlace& place) {
 // Massless bodies do not see each other.
 void SeriesStepper::FillEmptySlots() {
     const auto copy = [&](int32 from, int32 slot) {
-        for (int32 row = 0; row < SplitStates::kRows; row++) {
-            begin_.High()[SplitStates::Index(slot, row)] =
-                begin_.High()[SplitStates::Index(from, row)];
-            begin_.Low()[SplitStates::Index(slot, row)] =
-                begin_.Low()[SplitStates::Index(from, row)];
-        }
+        for (double* const rows : {begin_.High(), begin_.Low()})
+            for (int32 row = 0; row < SplitStates::kRows; row++)
+                rows[SplitStates::Index(slot, row)] = rows[SplitStates::Index(from, row)];
     };
     const int32 massive = CountMassive();
     const int32 slots = store_.Arrays().massiveVectors * kSlots;

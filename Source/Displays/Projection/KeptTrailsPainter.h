@@ -55,7 +55,7 @@ private:
     KeptTrails trails_;
     std::optional<std::vector<TrailSource::Part>> parts_;
     bigtime_t due_ = 0;  // us
-    BRect painted_;  // what the picture covered when trails were painted last
+    BRect painted_;      // what the picture covered when trails were painted last
     const AbEpoch* erasedIn_ = nullptr;
     double erasedUntil_ = 0.0;  // s
 };

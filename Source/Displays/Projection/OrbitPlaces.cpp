@@ -55,8 +55,7 @@ std::vector<ThreeVector> OrbitPlaces(const TrajectoryCache& cache, const BodyLab
         places.push_back(now.See(cache.LastPosition(body)));
         const double own = forecast.PeriodOf(body);
         const double period = std::max(longest, std::isfinite(own) ? own : 0.0);
-        if (!(period > 0.0) ||
-            covered[labels.bodies[static_cast<std::size_t>(body)].id] >= period)
+        if (!(period > 0.0) || covered[labels.bodies[static_cast<std::size_t>(body)].id] >= period)
             continue;
         for (int32 i = 1; i < kPlacesOfOrbit; i++) {
             const double after = period * i / kPlacesOfOrbit;

@@ -1,13 +1,24 @@
 #include "Displays/Projection/ProjectionDialogs.h"
 
+#include <cmath>
+
 #include "Displays/Base/Display.h"
 #include "Displays/Projection/AxisRequester.h"
 #include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Interface Widgets/ScaleBox.h"
+#include "Model/Units/DefaultUnits.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
+
+namespace {
+
+bool IsPositive(double value) {
+    return value > 0.0 && std::isfinite(value);
+}
+
+}  // namespace
 
 void ProjectionDialogs::RequestAxis() {
     axis_.Open(display_, fields_->axisAt,
@@ -27,6 +38,28 @@ void ProjectionDialogs::RequestScale() {
 
 bool ProjectionDialogs::CancelScale() {
     return scale_.Close(&fields_->scaleAt);
+}
+
+std::optional<double> ProjectionDialogs::TakeScale(const BMessage& message) {
+    if (!CancelScale()) return std::nullopt;
+    const ScaleChoice choice = ScaleChoice::From(message);
+    if (choice.reference) fields_->reference = *choice.reference;
+    if (choice.units) {
+        fields_->units = *choice.units;
+        areUnitsChosen_ = true;
+    }
+    const bool isOther = choice.scale && *choice.scale != fields_->projection.scale;
+    return isOther && IsPositive(*choice.scale) ? choice.scale : std::nullopt;
+}
+
+void ProjectionDialogs::SetPreferredUnits(const BMessage& message) {
+    const ScaleChoice choice = ScaleChoice::From(message);
+    if (!areUnitsChosen_ && choice.units && IsPositive(*choice.units))
+        fields_->units = *choice.units;
+}
+
+double ProjectionDialogs::LengthUnit() const {
+    return areUnitsChosen_ ? fields_->units : POSITION_UVAL_PREF;
 }
 
 void ProjectionDialogs::TellScale() const {

@@ -2,9 +2,12 @@
 // display, on its thread; AddPlaces by whoever holds its lock.
 #pragma once
 
+#include <optional>
+
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/RequesterSlot.h"
 
+class BMessage;
 class Display;
 struct ProjectionFields;
 
@@ -19,6 +22,13 @@ public:
     bool CancelAxis();
     void RequestScale();
     bool CancelScale();
+    // What the dialog for the scale has come to: it is closed, the fields have what was chosen
+    // beside the scale, and the scale is the answer, if it is another one.
+    std::optional<double> TakeScale(const BMessage& message);
+    // The owner's unit of length, until the user has chosen one in the dialog.
+    void SetPreferredUnits(const BMessage& message);
+    // For what the display itself says.
+    [[nodiscard]] double LengthUnit() const;
 
     // The display has another scale: a dialog that is open would bring back the one that it was
     // opened with.
@@ -36,5 +46,6 @@ private:
     const DisplayContext& context_;
     RequesterSlot axis_;
     RequesterSlot scale_;
+    bool areUnitsChosen_ = false;
     bool isResized_ = false;
 };

@@ -1,12 +1,10 @@
 #include "Displays/Projection/ProjectionDisplay.h"
 
 #include <cmath>
-#include <limits>
 
 #include "Displays/Projection/AxisRequester.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionView.h"
-#include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/TimeLine/TimeLineBar.h"
 #include "Displays/Trajectories/LineClipping.h"
@@ -14,7 +12,6 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
-#include "Model/Units/DefaultUnits.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
@@ -37,10 +34,6 @@ constexpr float kMaxPan = 16384.0f;
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
 constexpr int32 kTimeLineChanged = kTimesChanged | kEpochRenamed | kEpochAdded | kEpochRemoved;
-
-bool IsPositive(double value) {
-    return value > 0.0 && value < std::numeric_limits<double>::infinity();
-}
 
 }  // namespace
 
@@ -273,24 +266,11 @@ void ProjectionDisplay::SetAxis(BMessage* message) {
 }
 
 void ProjectionDisplay::SetScale(BMessage* message) {
-    if (!CancelScaleRequest()) return;
-    const ScaleChoice choice = ScaleChoice::From(*message);
-    if (choice.reference) fields_.reference = *choice.reference;
-    if (choice.units) {
-        fields_.units = *choice.units;
-        areUnitsChosen_ = true;
-    }
-    if (choice.scale && *choice.scale != fields_.projection.scale && IsPositive(*choice.scale)) {
-        Center();
-        fields_.projection.scale = *choice.scale;
-        ShowMap(true);
-    }
-}
-
-void ProjectionDisplay::SetPreferredUnits(BMessage* message) {
-    const ScaleChoice choice = ScaleChoice::From(*message);
-    if (!areUnitsChosen_ && choice.units && IsPositive(*choice.units))
-        fields_.units = *choice.units;
+    const auto scale = dialogs_.TakeScale(*message);
+    if (!scale) return;
+    Center();
+    fields_.projection.scale = *scale;
+    ShowMap(true);
 }
 
 // The picture is drawn anew: the middle of the view becomes the middle of the projection.
@@ -394,8 +374,8 @@ status_t ProjectionDisplay::Regenerate(const BMessage& archive) {
 std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
     std::vector<OverlayItem> items;
     if (fields_.options.scaleBar) {
-        const double unit = areUnitsChosen_ ? fields_.units : POSITION_UVAL_PREF;
-        items.push_back(MakeScaleBar(fields_.projection.scale, unit, *context_.distanceUnits));
+        items.push_back(
+            MakeScaleBar(fields_.projection.scale, dialogs_.LengthUnit(), *context_.distanceUnits));
     }
     if (fields_.options.time)
         items.push_back(

@@ -67,7 +67,7 @@ public:
     bool CancelScaleRequest() { return dialogs_.CancelScale(); }
     void SetScale(BMessage* message);
     // The owner's preferred unit of length, until the user has chosen one in the dialog.
-    void SetPreferredUnits(BMessage* message);
+    void SetPreferredUnits(BMessage* message) { dialogs_.SetPreferredUnits(*message); }
     [[nodiscard]] const Projection& GetProjection() const { return fields_.projection; }
 
     // --- What moves the view ---
@@ -107,7 +107,6 @@ private:
     ProjectionFields fields_;
     ProjectionDialogs dialogs_;
     std::unique_ptr<DisplayMenus> menus_;
-    bool areUnitsChosen_ = false;
 
     BodyLabels labels_;
     double time_ = 0.0;  // s

@@ -43,7 +43,8 @@ TurningPair FindPair(EpochPortal* portal, int64 followed, int64 second) {
     if (about < 0) about = index == 0 ? 1 : 0;
     const Body& first = *bodies[static_cast<std::size_t>(about)];
     const Body& other = *bodies[static_cast<std::size_t>(index)];
-    ThreeVector axis = Cross(other.Position() - first.Position(), other.Velocity() - first.Velocity());
+    ThreeVector axis =
+        Cross(other.Position() - first.Position(), other.Velocity() - first.Velocity());
     // As large as a direction is.
     const double length = std::sqrt(Dot(axis, axis));
     axis = length > 0.0 && std::isfinite(length) ? (1.0 / length) * axis : ThreeVector{0, 0, 1};

@@ -9,7 +9,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/TimeLine.h"

@@ -109,7 +109,7 @@ std::vector<Sample> TrailSource::SeenSamplesOf(const Span& span, int64 body,
     for (const Member& member : reference)
         samples = Less(samples, SamplesOf(span, member.body, most), member.weight / weight);
     if (!turning) return samples;
-    const std::vector<Sample> pair = Less(SamplesOf(span, turning->second, most),
-                                          SamplesOf(span, turning->first, most), 1.0);
+    const std::vector<Sample> pair =
+        Less(SamplesOf(span, turning->second, most), SamplesOf(span, turning->first, most), 1.0);
     return Turned(samples, pair, turning->axis);
 }

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <new>
 
-#include "Displays/Trajectories/Rounding.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Systems/Body.h"
 

@@ -2,7 +2,14 @@
 // calls come from whoever holds the display's lock.
 #pragma once
 
+#include <cmath>
+
 #include "Platform/Support/GraphicsDefs.h"
+
+// To the nearest whole pixel; halves go up.
+[[nodiscard]] inline float round_to_unit(float value) {
+    return std::floor(value + 0.5f);
+}
 
 class TrajectoryMap {
 public:

@@ -5,7 +5,7 @@
 
 #include "Displays/Base/ViewLock.h"
 #include "Displays/Trajectories/LineClipping.h"
-#include "Displays/Trajectories/Rounding.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Sharing/ChangeFlags.h"
 
 namespace {

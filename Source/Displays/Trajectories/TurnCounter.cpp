@@ -8,10 +8,6 @@
 
 namespace {
 
-double Length(const ThreeVector& vector) {
-    return std::sqrt(Dot(vector, vector));
-}
-
 // By how much one direction is turned from another, as an axis of that length.
 ThreeVector TurnBetween(const ThreeVector& from, const ThreeVector& to) {
     const ThreeVector normal = Cross(from, to);

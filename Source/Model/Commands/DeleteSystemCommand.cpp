@@ -1,6 +1,6 @@
 #include "Model/Commands/DeleteSystemCommand.h"
 
-#include "Model/Commands/SetSystemToCommand.h"
+#include "Model/Commands/SetEpochToCommand.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Model/Commands/SetSystemToCommand.h"
+#include "Model/Commands/SetEpochToCommand.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Systems/CompositeSystem.h"
 

@@ -3,9 +3,24 @@
 #include <memory>
 
 #include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+
+SetSystemToCommand::SetSystemToCommand(EpochPortal* portal, int64 systemID)
+    : portal_(portal), systemID_(systemID) {}
+
+void SetSystemToCommand::Execute() {
+    previousID_ = portal_->FocusSystem()->ID();
+    portal_->SetSystemFromID(systemID_);
+    portal_->TellObservers(kFocusSystemChanged);
+}
+
+void SetSystemToCommand::Undo() {
+    portal_->SetSystemFromID(previousID_);
+    portal_->TellObservers(kFocusSystemChanged);
+}
 
 SetEpochToCommand::SetEpochToCommand(EpochPortal* portal, AbEpoch* target, int32 what)
     : portal_(portal), target_(target), what_(what) {}

@@ -11,6 +11,20 @@
 class AbEpoch;
 class EpochPortal;
 
+// Puts another mass system of the focus epoch into focus.
+class SetSystemToCommand final : public LCommand {
+public:
+    SetSystemToCommand(EpochPortal* portal, int64 systemID);
+
+    void Execute() override;
+    void Undo() override;
+
+private:
+    EpochPortal* portal_;
+    int64 systemID_;
+    int64 previousID_ = kNoSystemID;
+};
+
 class SetEpochToCommand final : public LCommand {
 public:
     SetEpochToCommand(EpochPortal* portal, AbEpoch* target, int32 what = kAllOfFocusChanged);

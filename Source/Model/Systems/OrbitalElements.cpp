@@ -99,14 +99,6 @@ double Reduced(const OrbitalElements& orbit, double time) {
     return std::isfinite(period) ? std::remainder(time, period) : time;
 }
 
-ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-double Dot(const ThreeVector& a, const ThreeVector& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 // Two directions in the orbit's plane: to the ascending node, and a right angle further on.
 struct PlaneAxes {
     ThreeVector node;

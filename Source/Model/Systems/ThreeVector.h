@@ -35,6 +35,18 @@ inline bool operator==(const ThreeVector& a, const ThreeVector& b) {
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 
+inline double Dot(const ThreeVector& a, const ThreeVector& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+inline ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+inline double Length(const ThreeVector& v) {
+    return std::sqrt(Dot(v, v));
+}
+
 inline bool IsFinite(const ThreeVector& v) {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }

@@ -41,7 +41,6 @@ public:
     // Handler and next handler must belong to the same looper. A handler gets its looper as the
     // next one when it is added.
     void SetNextHandler(BHandler* next);
-    [[nodiscard]] BHandler* NextHandler() const { return next_; }
 
     // Names the handler in messages and messengers; never used twice.
     [[nodiscard]] int32 Token() const { return token_; }

@@ -252,8 +252,3 @@ void BLooper::SetPreferredHandler(BHandler* handler) {
     AssertLocked();
     preferred_ = handler != nullptr && handler->Looper() == this ? handler : nullptr;
 }
-
-BHandler* BLooper::PreferredHandler() const {
-    AssertLocked();
-    return preferred_;
-}

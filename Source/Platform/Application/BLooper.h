@@ -80,7 +80,6 @@ public:
 
     // A handler that is not this looper's, or null, clears the setting.
     void SetPreferredHandler(BHandler* handler);
-    [[nodiscard]] BHandler* PreferredHandler() const;
 
 protected:
     // What the thread does. Here: Loop, then delete the looper. A looper that its owner deletes

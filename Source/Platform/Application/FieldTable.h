@@ -109,8 +109,8 @@ struct Field {
         return Value{};
     }
 
-    void Describe(FieldDescriptions* into) const {
-        const FieldItems items{item + Type::kItems, isWritten != nullptr};
+    void Describe(FieldDescriptions* into, bool isOptional) const {
+        const FieldItems items{item + Type::kItems, isOptional || isWritten != nullptr};
         if constexpr (requires { DescribeValue(missing.Get()); })
             if (whenMissing == nullptr)
                 return DescribeField(into, name, Type::kCode, items,
@@ -151,8 +151,9 @@ public:
         return first;
     }
 
-    void Describe(FieldDescriptions* into) const {
-        std::apply([&](const auto&... row) { (row.Describe(into), ...); }, rows_);
+    // Optional: an object may have none of them.
+    void Describe(FieldDescriptions* into, bool isOptional = false) const {
+        std::apply([&](const auto&... row) { (row.Describe(into, isOptional), ...); }, rows_);
     }
 
 private:

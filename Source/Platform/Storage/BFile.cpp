@@ -42,34 +42,9 @@ ssize_t BFile::ReadAt(off_t position, void* into, std::size_t size) {
     return static_cast<ssize_t>(done);
 }
 
-ssize_t BFile::Write(const void* from, std::size_t size) {
-    const ssize_t written = WriteAt(position_, from, size);
-    if (written > 0) position_ += written;
-    return written;
-}
-
-ssize_t BFile::WriteAt(off_t position, const void* from, std::size_t size) {
-    if (InitCheck() != B_OK) return InitCheck();
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t put = pwrite(Descriptor(), static_cast<const char*>(from) + done, size - done,
-                                   position + static_cast<off_t>(done));
-        if (put >= 0)
-            done += static_cast<std::size_t>(put);
-        else if (errno != EINTR)
-            return ErrnoStatus(errno);
-    }
-    return static_cast<ssize_t>(done);
-}
-
 status_t BFile::GetSize(off_t* size) const {
     struct stat info {};
     const status_t status = GetStat(&info);
     *size = info.st_size;
     return status;
-}
-
-status_t BFile::SetSize(off_t size) {
-    if (InitCheck() != B_OK) return InitCheck();
-    return ftruncate(Descriptor(), size) == 0 ? B_OK : ErrnoStatus(errno);
 }

@@ -20,16 +20,12 @@ public:
     // New files get the mode 0666 less the process's mask.
     status_t SetTo(const char* path, uint32 mode);
 
-    // How many bytes were read (fewer than asked for only at the end) or written, or a status.
+    // How many bytes were read (fewer than asked for only at the end), or a status.
     ssize_t Read(void* into, std::size_t size);
     ssize_t ReadAt(off_t position, void* into, std::size_t size);
-    ssize_t Write(const void* from, std::size_t size);
-    ssize_t WriteAt(off_t position, const void* from, std::size_t size);
 
     [[nodiscard]] off_t Position() const { return position_; }
     [[nodiscard]] status_t GetSize(off_t* size) const;
-    // Cuts the file, or makes it longer by zeros.
-    status_t SetSize(off_t size);
 
 private:
     off_t position_ = 0;

@@ -94,11 +94,6 @@ status_t BNode::Lock() {
     return errno == EWOULDBLOCK ? B_BUSY : ErrnoStatus(errno);
 }
 
-status_t BNode::Unlock() {
-    if (status_ != B_OK) return status_;
-    return flock(Descriptor(), LOCK_UN) == 0 ? B_OK : ErrnoStatus(errno);
-}
-
 status_t BNode::GetStat(struct stat* out) const {
     if (status_ != B_OK) return status_;
     return fstat(Descriptor(), out) == 0 ? B_OK : ErrnoStatus(errno);

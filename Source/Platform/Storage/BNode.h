@@ -34,7 +34,6 @@ public:
     // An advisory lock on the file, against other openings of it here and in other processes.
     // B_BUSY: somebody else holds it.
     status_t Lock();
-    status_t Unlock();
 
     [[nodiscard]] status_t GetStat(struct stat* out) const;
     [[nodiscard]] int Descriptor() const { return descriptor_.Get(); }

@@ -25,12 +25,6 @@ status_t BPath::SetTo(const entry_ref& ref) {
     return get_path_for_ref(ref, &path_);
 }
 
-status_t BPath::Append(const char* leaf) {
-    if (path_.empty()) return B_NO_INIT;
-    const std::string folder = path_;
-    return SetTo(folder.c_str(), leaf);
-}
-
 const char* BPath::Leaf() const {
     const std::size_t slash = path_.find_last_of('/');
     return path_.c_str() + (slash == std::string::npos ? 0 : slash + 1);

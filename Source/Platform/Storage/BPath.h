@@ -16,8 +16,6 @@ public:
     // A relative path begins at the current directory.
     status_t SetTo(const char* path, const char* leaf = nullptr);
     status_t SetTo(const entry_ref& ref);
-    // `leaf` may be several names with slashes between them.
-    status_t Append(const char* leaf);
     [[nodiscard]] status_t InitCheck() const { return path_.empty() ? B_NO_INIT : B_OK; }
 
     // Empty when InitCheck() fails.

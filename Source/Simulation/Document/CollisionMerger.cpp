@@ -15,12 +15,8 @@
 
 namespace {
 
-double Squared(ThreeVector v) {
-    return v.x * v.x + v.y * v.y + v.z * v.z;
-}
-
 double KineticEnergy(const Body& body) {
-    return 0.5 * body.M() * Squared(body.Velocity());
+    return 0.5 * body.M() * Dot(body.Velocity(), body.Velocity());
 }
 
 ThreeVector AngularMomentum(const Body& body) {
@@ -31,7 +27,7 @@ ThreeVector AngularMomentum(const Body& body) {
 
 // -(GM)1 (GM)2 / r; 0 at zero distance, where it is infinite before and after.
 double BindingEnergy(const Body& one, const Body& other) {
-    const double distance = std::sqrt(Squared(one.Position() - other.Position()));
+    const double distance = Length(one.Position() - other.Position());
     return distance > 0.0 ? -one.M() * other.M() / distance : 0.0;
 }
 
@@ -46,7 +42,8 @@ rgb_color MixColors(rgb_color a, double weightA, rgb_color b, double weightB) {
 // Numbers that cannot be told apart count as touching.
 bool Touch(const Body& one, const Body& other) {
     const double reach = one.Radius() + other.Radius();
-    return !(Squared(one.Position() - other.Position()) > reach * reach);
+    const ThreeVector way = one.Position() - other.Position();
+    return !(Dot(way, way) > reach * reach);
 }
 
 // What two bodies become, as far as it is numbers.
@@ -133,9 +130,8 @@ std::optional<RunEnding> Resolution::FindTouching(const BMessage& collisions) co
             if (a->ID() != p) continue;
             for (const Body* b : alive_)
                 if (a != b && b->ID() == q && Touch(*a, *b))
-                    return RunEnding{
-                        RunEnding::Reason::kNotMerged, portal_->FocusEpoch()->Time(),
-                        RunEnding::Pair{p, q, std::sqrt(Squared(a->Position() - b->Position()))}};
+                    return RunEnding{RunEnding::Reason::kNotMerged, portal_->FocusEpoch()->Time(),
+                                     RunEnding::Pair{p, q, Length(a->Position() - b->Position())}};
         }
     return std::nullopt;
 }

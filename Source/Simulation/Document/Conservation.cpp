@@ -41,10 +41,6 @@ ThreeVector At(const std::vector<double>& triples, std::size_t i) {
     return {triples[3 * i], triples[3 * i + 1], triples[3 * i + 2]};
 }
 
-ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
 // sum of mu_j / r_ij over j < i.
 double PotentialOfEarlier(const SystemState& state, std::size_t i) {
     const ThreeVector at = At(state.positions, i);
@@ -77,7 +73,7 @@ Conserved MeasureConserved(const SystemState& state) {
         const ThreeVector r = At(state.positions, i);
         const ThreeVector v = At(state.velocities, i);
         const double gm = state.gm[i];
-        energy.Add(0.5 * gm * (v.x * v.x + v.y * v.y + v.z * v.z));
+        energy.Add(0.5 * gm * Dot(v, v));
         energy.Add(-gm * PotentialOfEarlier(state, i));
         momentum.Add(gm, v);
         angularMomentum.Add(gm, Cross(r, v));

@@ -15,7 +15,6 @@
 #include "Model/Commands/SetCompVectorCommand.h"
 #include "Model/Commands/SetEpochToCommand.h"
 #include "Model/Commands/SetPropertyCommand.h"
-#include "Model/Commands/SetSystemToCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -38,10 +37,6 @@ constexpr double kNewBodyRadius = 6378137.0;        // m
 constexpr double kFirstOrbit = 149597870660.0;      // m, where there is no other orbit to go by
 constexpr double kOrbitSpacing = 1.3;               // each new orbit against the widest one
 constexpr double kGoldenAngle = 2.399963229728653;  // radians; spreads new bodies round
-
-double Length(ThreeVector v) {
-    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-}
 
 }  // namespace
 

@@ -75,8 +75,7 @@ void KeptRun::Watch(const RunCheckpoint& from) {
         SampleTrack& track = tracks_[now.ids[i]];
         const auto former = PlaceOf(now.ids[i]);
         const Sample first = SampleOf(now, i);
-        if (areWatched && former && first.position == TailOf(*former).position &&
-            first.velocity == TailOf(*former).velocity) {
+        if (areWatched && former && IsWhereItWas(first, *former)) {
             goesOn[*former] = true;
             watched.push_back(watched_[*former]);
             continue;
@@ -192,10 +191,13 @@ bool KeptRun::IsResultOfMergers(const RunCheckpoint& now) const {
 
 bool KeptRun::IsAsBefore(const RunCheckpoint& now, std::size_t body) const {
     const auto former = PlaceOf(now.state.ids[body]);
-    const Sample first = SampleOf(now.state, body);
-    return former && first.position == TailOf(*former).position &&
-           first.velocity == TailOf(*former).velocity && now.state.gm[body] == tail_.gm[*former] &&
-           now.radii[body] == radii_[*former];
+    return former && IsWhereItWas(SampleOf(now.state, body), *former) &&
+           now.state.gm[body] == tail_.gm[*former] && now.radii[body] == radii_[*former];
+}
+
+bool KeptRun::IsWhereItWas(const Sample& now, std::size_t former) const {
+    const Sample was = TailOf(former);
+    return now.position == was.position && now.velocity == was.velocity;
 }
 
 std::optional<std::size_t> KeptRun::PlaceOf(int64 id) const {

@@ -6,14 +6,39 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "Model/Systems/ThreeVector.h"
+#include "Platform/Support/SupportDefs.h"
 #include "Simulation/Document/CollisionMerger.h"
 #include "Simulation/History/CheckpointList.h"
-#include "Simulation/History/RunEvent.h"
 #include "Simulation/History/SampleChooser.h"
 #include "Simulation/History/SampleTrack.h"
+
+// What happened to the bodies of a run beside their motion. A plain value.
+struct RunEvent {
+    enum class Kind {
+        kMerger,  // one body became part of another
+        kEdit,    // somebody changed, added or removed bodies
+    };
+    // A body as it was.
+    struct Before {
+        int64 id = 0;
+        std::string name;
+        double gm = 0.0;       // m3/s2
+        double radius = 0.0;   // m
+        ThreeVector position;  // m
+        ThreeVector velocity;  // m/s
+    };
+
+    Kind kind = Kind::kEdit;
+    double time = 0.0;  // s
+    // The bodies that it happened to; of a merger the survivor and the one that it absorbed.
+    std::vector<Before> before;
+    std::string name;  // of a merger: what it has made
+};
 
 class KeptRun {
 public:
@@ -85,6 +110,7 @@ private:
     [[nodiscard]] bool IsMerged(int64 id, bool orAbsorbed) const;
     [[nodiscard]] bool IsResultOfMergers(const RunCheckpoint& now) const;
     [[nodiscard]] bool IsAsBefore(const RunCheckpoint& now, std::size_t body) const;
+    [[nodiscard]] bool IsWhereItWas(const Sample& now, std::size_t former) const;
     [[nodiscard]] std::optional<std::size_t> PlaceOf(int64 id) const;
     [[nodiscard]] Sample TailOf(std::size_t body) const;
     [[nodiscard]] RunEvent::Before BodyAtEnd(std::size_t body) const;

@@ -19,7 +19,7 @@
 
 #include "Calculation/ReportConsumer.h"
 #include "Simulation/Document/SystemState.h"
-#include "Simulation/History/RunEvent.h"
+#include "Simulation/History/KeptRun.h"
 #include "Simulation/History/Sample.h"
 
 class AbEpoch;
@@ -80,8 +80,6 @@ public:
     // Something was not kept for want of memory.
     [[nodiscard]] bool WasShortOfMemory() const;
 
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32 reportsPerDraw) override;
     void ReadData(int32 count, double* times, double* positions, double* velocities) override;
     void ReadOk() override;

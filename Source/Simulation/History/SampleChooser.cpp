@@ -14,12 +14,12 @@ constexpr double kRounding = 1e-13;
 // With fewer notes than these between two samples they are taken too seldom.
 constexpr int32 kFewNotes = 5;
 
-double Squared(const ThreeVector& v) {
-    return v.x * v.x + v.y * v.y + v.z * v.z;
-}
-
 double Square(double x) {
     return x * x;
+}
+
+double Square(const ThreeVector& v) {
+    return Dot(v, v);
 }
 
 }  // namespace
@@ -50,8 +50,8 @@ bool SampleChooser::Look(const Sample& now, Sample* kept) {
 void SampleChooser::Take(const Sample& now) {
     const double span = now.time - last_.time;
     acceleration_ = (1.0 / span) * (now.velocity - last_.velocity);
-    const double a2 = Squared(acceleration_);
-    const double v2 = Squared(now.velocity);
+    const double a2 = Square(acceleration_);
+    const double v2 = Square(now.velocity);
     mostSurprise_ = Square(kSurprise * span) * a2 + Square(kRounding) * v2;
     last_ = now;
     notes_[static_cast<std::size_t>(count_++)] = {
@@ -62,10 +62,10 @@ bool SampleChooser::Fits(const Sample& end) const {
     for (int32 i = 0; i < count_ - 1; i++) {
         const auto& [at, reach] = notes_[static_cast<std::size_t>(i)];
         const double way =
-            std::max(Squared(at.position - base_.position), Squared(end.position - at.position));
+            std::max(Square(at.position - base_.position), Square(end.position - at.position));
         const double most = Square(kNotedTolerance) * std::max(Square(reach), way) +
-                            Square(kRounding) * Squared(at.position);
-        if (!(Squared(Between(base_, end, at.time).position - at.position) <= most)) return false;
+                            Square(kRounding) * Square(at.position);
+        if (!(Square(Between(base_, end, at.time).position - at.position) <= most)) return false;
     }
     return true;
 }

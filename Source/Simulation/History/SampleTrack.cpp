@@ -8,10 +8,6 @@ namespace {
 // Of the angle between the velocities at both ends of an interval: six of them make a revolution.
 constexpr double kCosineOfWidest = 0.5;
 
-double Dot(const ThreeVector& a, const ThreeVector& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 bool IsTooWide(const Sample& a, const Sample& b) {
     const double lengths = std::sqrt(Dot(a.velocity, a.velocity) * Dot(b.velocity, b.velocity));
     return Dot(a.velocity, b.velocity) < kCosineOfWidest * lengths;

@@ -15,11 +15,3 @@ struct TurningAxes {
     // A vector as the frame has it.
     [[nodiscard]] ThreeVector See(const ThreeVector& vector) const;
 };
-
-[[nodiscard]] inline double Dot(const ThreeVector& a, const ThreeVector& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-[[nodiscard]] inline ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}

@@ -9,7 +9,7 @@
 #include <QTreeView>
 #include <random>
 
-#include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Lists/BColumnListView.h"
 #include "Platform/Interface/Lists/ColumnListModel.h"
 #include "Tests/Platform/Interface/TestWindow.h"

@@ -17,8 +17,7 @@
 #include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Handles/BMenuField.h"
-#include "Platform/Interface/Handles/BPopUpMenu.h"
-#include "Platform/Interface/Handles/BSeparatorItem.h"
+#include "Platform/Interface/Handles/BMenuItem.h"
 #include "Tests/Platform/Interface/TestWindow.h"
 
 namespace {

@@ -19,10 +19,6 @@
 
 namespace {
 
-double Length(ThreeVector v) {
-    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-}
-
 class SimulationControllerTest : public testing::Test {
 protected:
     SimulationControllerTest() { EXPECT_FALSE(document_.Load(PlanetRecord()).Failed()); }

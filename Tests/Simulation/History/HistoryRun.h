@@ -22,8 +22,6 @@ public:
     explicit ReportRecorder(SimulationDocument* document);
     ~ReportRecorder() override;
 
-    bool LockConsumer() override { return true; }
-    void UnlockConsumer() override {}
     void PrepareForGo(int32 reportsPerDraw) override;
     void ReadData(int32 count, double* times, double* positions, double* velocities) override;
     void ReadOk() override;

@@ -10,14 +10,6 @@ namespace {
 
 using Report = ReportRecorder::Report;
 
-double Length(const ThreeVector& v) {
-    return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-}
-
-ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
 ThreeVector At(const std::vector<double>& coordinates, std::size_t body) {
     return {coordinates[3 * body], coordinates[3 * body + 1], coordinates[3 * body + 2]};
 }

@@ -11,18 +11,6 @@ constexpr double kMu = 1.32712440018e20;  // m3/s2
 constexpr double kAu = 1.4959787066e11;   // m
 constexpr double kPi = std::numbers::pi;
 
-double Dot(const ThreeVector& a, const ThreeVector& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-ThreeVector Cross(const ThreeVector& a, const ThreeVector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-double Length(const ThreeVector& v) {
-    return std::sqrt(Dot(v, v));
-}
-
 // The elements of a state by vector algebra: angular momentum, eccentricity vector, line of nodes.
 KeplerOrbit ElementsOf(const ThreeVector& r, const ThreeVector& v) {
     const ThreeVector h = Cross(r, v);

@@ -9,7 +9,7 @@
 namespace {
 
 double Square(const ThreeVector& v) {
-    return v.x * v.x + v.y * v.y + v.z * v.z;
+    return Dot(v, v);
 }
 
 TEST(PlummerSphere, SameSeedSameBitsOnEveryMachine) {

@@ -6,9 +6,9 @@
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"
-#include "Platform/Interface/Handles/BSeparatorItem.h"
+#include "Platform/Interface/Handles/BMenuItem.h"
 #include "Platform/Interface/Handles/BWindow.h"
-#include "Platform/Interface/Server/ClassName.h"
+#include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
 #include "Platform/Interface/Server/Mnemonics.h"
 #include "Platform/Interface/Server/PassingTip.h"
@@ -17,6 +17,7 @@
 namespace {
 
 const ArchivableClass kClass("BMenu", BMenu::Instantiate);
+const ArchivableClass kPopUpClass("BPopUpMenu", BPopUpMenu::Instantiate);
 
 class MenuPart : public ViewPart {
 protected:
@@ -69,11 +70,8 @@ status_t BMenu::Archive(BMessage* into, bool deep) const {
     if (status == B_OK && isRadioMode_) status = into->AddBool("_radio", true);
     if (status == B_OK && isLabelFromMarked_) status = into->AddBool("_dyn_label", true);
     if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
-    for (auto item = items_.begin(); deep && status == B_OK && item != items_.end(); ++item) {
-        BMessage archive(B_ARCHIVED_OBJECT);
-        status = (*item)->Archive(&archive, deep);
-        if (status == B_OK) status = into->AddMessage("_items", std::move(archive));
-    }
+    for (auto item = items_.begin(); deep && status == B_OK && item != items_.end(); ++item)
+        status = AddArchive(**item, "_items", into);
     return status;
 }
 
@@ -242,4 +240,15 @@ void BMenu::Changed(const BMessage& message) {
     }
     if (isRadioMode_) (*found)->SetMarked(true);
     (*found)->Invoke();
+}
+
+BPopUpMenu::BPopUpMenu(const char* name, bool isRadioMode, bool isLabelFromMarked) : BMenu(name) {
+    SetRadioMode(isRadioMode);
+    SetLabelFromMarked(isLabelFromMarked);
+}
+
+BPopUpMenu::BPopUpMenu(BMessage* archive) : BMenu(archive) {}
+
+BArchivable* BPopUpMenu::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "BPopUpMenu") ? new BPopUpMenu(archive) : nullptr;
 }

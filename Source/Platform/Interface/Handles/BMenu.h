@@ -82,3 +82,12 @@ private:
     bool isLabelFromMarked_ = false;
     bool isEnabled_ = true;
 };
+
+// A menu of which one item is marked, for a menu field.
+class BPopUpMenu : public BMenu {
+public:
+    explicit BPopUpMenu(const char* name, bool isRadioMode = true, bool isLabelFromMarked = true);
+    explicit BPopUpMenu(BMessage* archive);
+
+    [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
+};

@@ -6,7 +6,7 @@
 
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Interface/Server/ClassName.h"
+#include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/PopUpButton.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
@@ -96,11 +96,7 @@ status_t BMenuField::Archive(BMessage* into, bool deep) const {
     if (status == B_OK) status = BView::Archive(into, deep);
     if (status == B_OK && !label_.empty()) status = into->AddString("_label", label_);
     if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
-    if (status == B_OK && deep && Menu() != nullptr) {
-        BMessage archive(B_ARCHIVED_OBJECT);
-        status = Menu()->Archive(&archive, deep);
-        if (status == B_OK) status = into->AddMessage("_menu", std::move(archive));
-    }
+    if (status == B_OK && deep && Menu() != nullptr) status = AddArchive(*Menu(), "_menu", into);
     return status;
 }
 

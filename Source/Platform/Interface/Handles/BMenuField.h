@@ -2,7 +2,7 @@
 // read without a window or a window server.
 #pragma once
 
-#include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BView.h"
 
 class BMenuField : public BView {

@@ -1,18 +1,20 @@
 #include "Platform/Interface/Handles/BMenuItem.h"
 
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Canvas/PixelImage.h"
 #include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Handles/InterfaceDefs.h"
-#include "Platform/Interface/Server/ClassName.h"
+#include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/KeyCodes.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
 
 namespace {
 
 const ArchivableClass kClass("BMenuItem", BMenuItem::Instantiate);
+const ArchivableClass kSeparatorClass("BSeparatorItem", BSeparatorItem::Instantiate);
 
 }  // namespace
 
@@ -70,11 +72,8 @@ status_t BMenuItem::Archive(BMessage* into, bool deep) const {
         status = into->AddInt32("_mods", static_cast<int32>(modifiers_));
     if (status == B_OK && !tip_.empty()) status = into->AddString("_tip", tip_);
     if (status == B_OK && Message() != nullptr) status = into->AddMessage("_msg", Message());
-    if (status == B_OK && deep && submenu_ != nullptr) {
-        BMessage archive(B_ARCHIVED_OBJECT);
-        status = submenu_->Archive(&archive, deep);
-        if (status == B_OK) status = into->AddMessage("_submenu", std::move(archive));
-    }
+    if (status == B_OK && deep && submenu_ != nullptr)
+        status = AddArchive(*submenu_, "_submenu", into);
     return status;
 }
 
@@ -142,4 +141,13 @@ status_t BMenuItem::Invoke(const BMessage* message) {
 BMessenger BMenuItem::DefaultTarget() const {
     BWindow* const window = menu_ == nullptr ? nullptr : menu_->Window();
     return window == nullptr ? BMessenger{} : BMessenger(window);
+}
+
+BSeparatorItem::BSeparatorItem() : BMenuItem(Separator{}) {}
+
+BSeparatorItem::BSeparatorItem(BMessage* archive) : BMenuItem(Separator{}, archive) {}
+
+BArchivable* BSeparatorItem::Instantiate(BMessage* archive) {
+    return validate_instantiation(archive, "BSeparatorItem") ? new BSeparatorItem(archive)
+                                                             : nullptr;
 }

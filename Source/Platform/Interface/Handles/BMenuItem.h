@@ -79,3 +79,12 @@ private:
     std::unique_ptr<BMenu> submenu_;
     BMenu* menu_ = nullptr;
 };
+
+// A line between the items of a menu.
+class BSeparatorItem : public BMenuItem {
+public:
+    BSeparatorItem();
+    explicit BSeparatorItem(BMessage* archive);
+
+    [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
+};

@@ -157,13 +157,6 @@ void BView::SetStretch(int32 horizontal, int32 vertical) {
     });
 }
 
-BRect BView::Frame() const {
-    return WindowServer::Ask([part = part_] {
-        const QWidget* const widget = part->Widget();
-        return widget == nullptr ? BRect{} : ToRect(widget->geometry());
-    });
-}
-
 BRect BView::Bounds() const {
     return WindowServer::Ask([part = part_] {
         const QWidget* const widget = part->Widget();

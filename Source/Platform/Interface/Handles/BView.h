@@ -53,8 +53,7 @@ public:
     // Takes up what is left over in this direction, with `weight` parts of it.
     void SetStretch(int32 horizontal, int32 vertical);
 
-    // Place in the parent, and own area from (0, 0). Ask the server; at the queue's end.
-    [[nodiscard]] BRect Frame() const;
+    // Its area, from (0, 0). Asks the server; at the queue's end.
     [[nodiscard]] virtual BRect Bounds() const;
 
     // Called when the view has come into a window (parents first) and before it leaves it. Not

@@ -134,11 +134,6 @@ BRect BWindow::Frame() const {
     return part_->state.frame;
 }
 
-BRect BWindow::Bounds() const {
-    const BRect frame = Frame();
-    return {0.0f, 0.0f, frame.Width(), frame.Height()};
-}
-
 void BWindow::MoveTo(BPoint leftTop) {
     const std::lock_guard lock(part_->state.mutex);
     BRect& frame = part_->state.frame;
@@ -192,12 +187,6 @@ bool BWindow::IsActive() const {
 
 void BWindow::SetModified(bool isModified) {
     ChangeWindow(part_, [=](WindowPart& part) { part.Widget()->setWindowModified(isModified); });
-}
-
-void BWindow::SetIcon(const BBitmap* icon) {
-    ChangeWindow(part_, [image = ToImage(icon)](WindowPart& part) {
-        part.Widget()->setWindowIcon(QIcon(QPixmap::fromImage(image)));
-    });
 }
 
 void BWindow::SetAcceptsFiles(bool accepts) {

@@ -33,7 +33,6 @@ public:
     [[nodiscard]] std::string Title() const;
     // Where the window was last seen by the server, or was put since.
     [[nodiscard]] BRect Frame() const;
-    [[nodiscard]] BRect Bounds() const;
     void MoveTo(BPoint leftTop);
     void ResizeTo(float width, float height);  // right - left, bottom - top
     void ResizeToPreferred();
@@ -47,7 +46,6 @@ public:
     [[nodiscard]] bool IsActive() const;
     // Marks the title as that of a document with changes that are not saved.
     void SetModified(bool isModified);
-    void SetIcon(const BBitmap* icon);
     // Files dropped on the window come to it as B_REFS_RECEIVED.
     void SetAcceptsFiles(bool accepts);
     // B_PULSE comes every so many microseconds while the window is shown; 0: never. A pulse that

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Platform/Interface/Handles/BPopUpMenu.h"
+#include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Lists/ColumnListPart.h"
 
