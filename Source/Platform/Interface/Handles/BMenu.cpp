@@ -1,5 +1,6 @@
 #include "Platform/Interface/Handles/BMenu.h"
 
+#include <QCursor>
 #include <QMenu>
 #include <algorithm>
 
@@ -251,4 +252,8 @@ BPopUpMenu::BPopUpMenu(BMessage* archive) : BMenu(archive) {}
 
 BArchivable* BPopUpMenu::Instantiate(BMessage* archive) {
     return validate_instantiation(archive, "BPopUpMenu") ? new BPopUpMenu(archive) : nullptr;
+}
+
+void BPopUpMenu::Go() {
+    ChangeWidget<QMenu>(Part(), [](QMenu& menu) { menu.popup(QCursor::pos()); });
 }

@@ -83,11 +83,14 @@ private:
     bool isEnabled_ = true;
 };
 
-// A menu of which one item is marked, for a menu field.
+// A menu of which one item is marked, for a menu field; or one that opens at a place.
 class BPopUpMenu : public BMenu {
 public:
     explicit BPopUpMenu(const char* name, bool isRadioMode = true, bool isLabelFromMarked = true);
     explicit BPopUpMenu(BMessage* archive);
 
     [[nodiscard]] static BArchivable* Instantiate(BMessage* archive);
+
+    // Opens the menu where the mouse is and returns at once. It must be in a window (BView::Adopt).
+    void Go();
 };
