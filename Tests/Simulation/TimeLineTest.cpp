@@ -6,6 +6,7 @@
 #include "Model/Commands/UndoChain.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Handles/BView.h"
+#include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SystemState.h"
 #include "Tests/Platform/Interface/WaitUntil.h"
 #include "Tests/Simulation/EntryHand.h"
@@ -42,7 +43,11 @@ protected:
         return {now_.positions[3 * body], now_.positions[3 * body + 1],
                 now_.positions[3 * body + 2]};
     }
-    EntryHand Fields() { return EntryHand(simulation_->FindView("Body Settings")); }
+    BView* Box() {
+        const BAutolock lock(simulation_.window);
+        return simulation_->FindView("Body Settings");
+    }
+    EntryHand Fields() { return EntryHand(Box()); }
     const AbEpoch* Focus() {
         const ReadGuard guard(Portal());
         return Portal()->FocusEpoch();
@@ -97,7 +102,7 @@ TEST_F(TimeLineTest, AnEditOfThePastBeginsABranchAndNothingElseDoes) {
     EXPECT_EQ(Steps(), steps);
     EXPECT_EQ(TakeState(Portal()).positions, now_.positions);
 
-    EntryHand::WaitUntilActive(simulation_->FindView("Body Settings"));
+    EntryHand::WaitUntilActive(Box());
     Fields().Enter("Mass:", "7");
     ASSERT_TRUE(WaitUntil([&] { return Steps() == steps + 2; }));
     ASSERT_TRUE(WaitUntil([] { return IsNow(); }));

@@ -22,8 +22,6 @@ constexpr uint32 kPlayForward = FourCC("plfw");
 constexpr uint32 kPlayBackward = FourCC("plbw");
 constexpr uint32 kStopPlaying = FourCC("plst");
 
-constexpr float kWidest = 32000.0f;
-
 }  // namespace
 
 TimeLineBar::TimeLineBar(const Source& source, const DisplayContext& context)
@@ -32,7 +30,7 @@ TimeLineBar::TimeLineBar(const Source& source, const DisplayContext& context)
       context_(context),
       player_(this, source.shown) {
     SetExplicitMinSize(-1.0f, TimeLinePainter::kHeight);
-    SetExplicitMaxSize(kWidest, TimeLinePainter::kHeight);
+    SetExplicitMaxSize(-1.0f, TimeLinePainter::kHeight);
     SetAccessibleName(context_.texts->Text(kTextTimeLine));
     BuildMenu();
 }
