@@ -52,6 +52,7 @@ public:
     status_t Regenerate(const BMessage& archive) override;
     BPoint Map(double x, double y, double z) override;
     float DiscSize(double radius) override;
+    [[nodiscard]] PlaneMap Plane() const override { return fields_.projection.Plane(); }
     // A key that the sky does not take for itself.
     void TakeTimeKey(const KeyInput& input);
     virtual void Pulse() { dialogs_.Pulse(); }
