@@ -17,6 +17,7 @@
 #include "Platform/Interface/Canvas/OverlayItem.h"
 #include "Simulation/History/Moment.h"
 
+class PaceControl;
 class ProjectionView;
 struct KeyInput;
 class RunHistory;
@@ -54,7 +55,7 @@ public:
     float DiscSize(double radius) override;
     // A key that the sky does not take for itself.
     void TakeTimeKey(const KeyInput& input);
-    virtual void Pulse() { dialogs_.Pulse(); }
+    virtual void Pulse();
 
     void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
     void Redisplay(int32 changes) override;
@@ -107,6 +108,7 @@ private:
     ProjectionFields fields_;
     ProjectionDialogs dialogs_;
     std::unique_ptr<DisplayMenus> menus_;
+    PaceControl* pace_ = nullptr;
 
     BodyLabels labels_;
     double time_ = 0.0;  // s

@@ -36,6 +36,7 @@ QKeySequence ToSequence(uint32 key, uint32 modifiers) {
     if (key == 0) return {};
     if (key == B_HELP_KEY) return QKeySequence(Qt::Key_F1);
     Qt::KeyboardModifiers with = Qt::ControlModifier;
+    if ((modifiers & B_NO_COMMAND_KEY) != 0) with = Qt::NoModifier;
     if ((modifiers & B_SHIFT_KEY) != 0) with |= Qt::ShiftModifier;
     if ((modifiers & B_OPTION_KEY) != 0) with |= Qt::AltModifier;
     const auto code = static_cast<Qt::Key>(QChar::toUpper(static_cast<char32_t>(key)));
