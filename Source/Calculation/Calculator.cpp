@@ -149,7 +149,7 @@ void Calculator::SetUpdatesPerSecond(int32 updates) {
 
 void Calculator::SetPace(Pace pace) {
     pace_ = pace;
-    portal_->TellObservers(kPaceChanged);
+    portal_->TellObservers(kCalculatorSettingsChanged);
 }
 
 AbEpoch* Calculator::GetEpoch() const {

@@ -18,6 +18,7 @@
 #include "Platform/Interface/Handles/BSlider.h"
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Server/PlainKey.h"
 #include "Resources/Pace.h"
 #include "Resources/SettingsFeatures.h"
 
@@ -32,8 +33,8 @@ constexpr int kBriefDigits = 3;
 constexpr float kKnobWidth = 90.0f;
 constexpr double kKeyFactor = 2.0;
 
-constexpr int32 kShown =
-    kPaceChanged | kBodyDataChanged | kSystemAdded | kSystemRemoved | kFocusEpochChanged;
+constexpr int32 kShown = kCalculatorSettingsChanged | kBodyDataChanged | kSystemAdded |
+                         kSystemRemoved | kFocusEpochChanged;
 
 Pace PaceAt(int32 stop) {
     if (stop >= kFastestStop) return {};
@@ -180,7 +181,7 @@ std::string PaceControl::Full(double secondsPerSecond) const {
 void PaceControl::Set(Pace pace) {
     if (portal_->GetCalculator() == nullptr) return;
     portal_->GetCalculator()->SetPace(pace);
-    Redisplay(kPaceChanged);
+    Redisplay(kCalculatorSettingsChanged);
 }
 
 // From as fast as possible the way down begins at what Auto would be.

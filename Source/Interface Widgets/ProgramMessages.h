@@ -75,7 +75,6 @@ inline constexpr uint32 kUnPauseRun = FourCC("gook");
 inline constexpr uint32 kRestRun = FourCC("rest");
 inline constexpr uint32 kUnRestRun = FourCC("rnok");
 inline constexpr uint32 kPauseForUser = FourCC("psur");
-inline constexpr uint32 kRequestRun = FourCC("rqrn");  // ask how far it is to go
 inline constexpr uint32 kRedisplay = FourCC("rdsp");
 inline constexpr uint32 kNewDisplay = FourCC("nwds");  // int32 "Display Type"
 inline constexpr uint32 kShowTrailDisc = FourCC("s_td");

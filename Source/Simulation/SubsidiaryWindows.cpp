@@ -5,6 +5,7 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
+#include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
@@ -110,7 +111,7 @@ bool SubsidiaryWindows::Handle(const BMessage& message, const BWindow& window) {
         case GroupWindow::kClosed:
             EndGroupRequest();
             break;
-        case kRequestRun:
+        case MenuArchives::kRequestRun:
             RequestRun(window);
             break;
         case RunTargetWindow::kClosed:

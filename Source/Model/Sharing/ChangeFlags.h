@@ -37,9 +37,6 @@ inline constexpr int32 kEpochsTooDeep = 0x20000;
 // Another moment of the kept runs is shown (ShownMoment); the model is as it was.
 inline constexpr int32 kMomentChanged = 0x40000;
 
-// How fast runs are to be shown.
-inline constexpr int32 kPaceChanged = 0x80000;
-
 // The calculator has parked: it moved the bodies and the time.
 inline constexpr int32 kCalculatorParked = kPositionChanged | kVelocityChanged | kTimeChanged;
 // Another epoch is in focus: everything shown may differ, the tree is as it was.

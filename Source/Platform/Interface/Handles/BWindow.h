@@ -63,8 +63,8 @@ public:
     // The button pressed by the Escape key; null for none.
     void SetCancelButton(BButton* button);
 
-    // `key`: a character; a capital letter means with the shift key. The command key is part of
-    // it unless B_NO_COMMAND_KEY says otherwise. Takes the message over; it goes to `target`, or to this window. Replaces a shortcut of
+    // `key`: a character; a capital letter means with the shift key. The command key is always part
+    // of it. Takes the message over; it goes to `target`, or to this window. Replaces a shortcut of
     // the same key. Shortcuts of menus come before those of the window. At first there is 'W',
     // which sends B_QUIT_REQUESTED to the window, unless it is not closable, and 'Q', which sends
     // it to the application.

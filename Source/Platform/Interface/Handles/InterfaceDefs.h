@@ -27,8 +27,6 @@ inline constexpr uint32 B_ASYNCHRONOUS_CONTROLS = 0x80000;
 inline constexpr uint32 B_SHIFT_KEY = 0x01;
 inline constexpr uint32 B_COMMAND_KEY = 0x02;
 inline constexpr uint32 B_OPTION_KEY = 0x40;
-// Of a shortcut: a key alone. Fields and lists that take letters have it before the window.
-inline constexpr uint32 B_NO_COMMAND_KEY = 0x8000;
 
 inline constexpr uint32 B_PRIMARY_MOUSE_BUTTON = 0x01;
 inline constexpr uint32 B_SECONDARY_MOUSE_BUTTON = 0x02;

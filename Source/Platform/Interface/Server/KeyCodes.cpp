@@ -4,6 +4,7 @@
 #include <array>
 
 #include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Server/PlainKey.h"
 
 namespace {
 
