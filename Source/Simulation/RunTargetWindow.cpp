@@ -75,7 +75,8 @@ RunTargetWindow::RunTargetWindow(BPoint at, Bodies bodies, const UnitTable* unit
     AddButtons(column);
     AddChild(column);
     ChooseKind(Kind::kFor);
-    kind_->MakeFocus();
+    time_->SelectAll();
+    time_->MakeFocus();
 }
 
 BChoiceField* RunTargetWindow::AddChoice(BGroupView* column, const char* name, int32 label) {
