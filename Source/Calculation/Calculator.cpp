@@ -6,34 +6,19 @@
 #include <system_error>
 #include <utility>
 
+#include "Calculation/ConsumerLock.h"
 #include "Calculation/ReportConsumer.h"
+#include "Calculation/Truncation.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/ShortestOrbit.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 
 namespace {
-
-// A consumer's lock for the length of a block.
-class ConsumerLock {
-public:
-    explicit ConsumerLock(ReportConsumer* consumer)
-        : consumer_(consumer), isHeld_(consumer->LockConsumer()) {}
-    ~ConsumerLock() {
-        if (isHeld_) consumer_->UnlockConsumer();
-    }
-    ConsumerLock(const ConsumerLock&) = delete;
-    ConsumerLock& operator=(const ConsumerLock&) = delete;
-
-    [[nodiscard]] bool IsHeld() const { return isHeld_; }
-
-private:
-    ReportConsumer* const consumer_;
-    const bool isHeld_;
-};
 
 constexpr int32 kLeastReportsPerDraw = 10;
 // Of the wanted number of batches, without a change of their size.
@@ -44,17 +29,10 @@ constexpr float kSecondsPerMicrosecond = 1e-6f;
 constexpr float kSlowUpdates = 5.0f;
 constexpr float kSlowInterval = 5'000'000.0f;
 constexpr int64 kInterval = 1'000'000;
+// Batches per update, where a batch does not end with a picture.
+constexpr int32 kNoUpdate = std::numeric_limits<int32>::max();
 // Between two attempts to post to a full port.
 constexpr bigtime_t kPostRetryInterval = 100'000;
-
-// Truncates toward zero; what the integer cannot hold becomes its least value, as the processor's
-// own conversion has it.
-template <class Integer>
-Integer Truncate(float value) {
-    constexpr auto kBound = -static_cast<float>(std::numeric_limits<Integer>::min());
-    return value >= -kBound && value < kBound ? static_cast<Integer>(value)
-                                              : std::numeric_limits<Integer>::min();
-}
 
 // No calculator without its benaphores and its thread.
 std::system_error NoResources() {
@@ -116,6 +94,7 @@ void Calculator::Regenerate(BMessage*) {}
 
 void Calculator::Pause() {
     if (atomic_add(&stop_.pauseCount, 1) != 0) return;
+    pictures_.Times().Wake();
     acquire_ben(untilWaiting_.get());
     // Waits until every consumer has finished the last batch, and leaves the gate as it was.
     if (const int32 consumers = CountConsumers(); consumers > 0) {
@@ -168,6 +147,11 @@ void Calculator::SetUpdatesPerSecond(int32 updates) {
     portal_->TellObservers(kCalculatorSettingsChanged);
 }
 
+void Calculator::SetPace(Pace pace) {
+    pace_ = pace;
+    portal_->TellObservers(kCalculatorSettingsChanged);
+}
+
 AbEpoch* Calculator::GetEpoch() const {
     return portal_->FocusEpoch();
 }
@@ -187,11 +171,18 @@ int32 Calculator::CalcThread() {
             batches = 0.0f;
             cutBatches_ = 0;
         }
+        const bool isPaced = BeginPicture();
         const int32 reports = RunBatch();
+        if (isPaced) {
+            // Its mail is about what is not seen before the batch's last picture.
+            HandOverPictures(reports);
+            start = real_time_clock_usecs();
+            batches = 0.0f;
+            cutBatches_ = 0;
+            continue;
+        }
         DeliverMail();
-        const int32 consumers = CountConsumers();
-        if (consumers > 0) acquire_ben(writeOk_.get(), consumers);
-
+        AwaitConsumers();
         batches += 1.0f;
         const bigtime_t now = real_time_clock_usecs();
         if (now - start > measuringInterval_) {
@@ -203,22 +194,95 @@ int32 Calculator::CalcThread() {
     }
 }
 
-// One that has no memory for a batch and cannot do without ends the run; the others get theirs.
+void Calculator::AwaitConsumers() {
+    if (const int32 consumers = CountConsumers(); consumers > 0)
+        acquire_ben(writeOk_.get(), consumers);
+}
+
 void Calculator::HandOver(int32 reports) {
+    const PictureBatches::Piece batch{reports, batch_.Times(), batch_.Positions(),
+                                      batch_.Velocities(), true};
     for (ReportConsumer* consumer : *consumers_) {
-        try {
-            consumer->ReadData(reports, batch_.Times(), batch_.Positions(), batch_.Velocities());
-        } catch (const std::bad_alloc&) {
-            EndWithoutMemory();
-        }
+        Hand(consumer, batch);
         consumer->ReadOk();
     }
     DeliverMail();
 }
 
-void Calculator::EndWithoutMemory() {
+// One that has no memory for a batch and cannot do without ends the run; the others get theirs.
+void Calculator::Hand(ReportConsumer* consumer, const PictureBatches::Piece& piece) {
+    try {
+        consumer->ReadData(piece.reports, piece.times, piece.positions, piece.velocities);
+    } catch (const std::bad_alloc&) {
+        EndRun(RunEnding::Reason::kNoMemory);
+    }
+}
+
+double Calculator::SecondsPerSecond() const {
+    const Pace pace = pace_;
+    if (pace.IsUnlimited()) return std::numeric_limits<double>::infinity();
+    return pace.IsAuto() ? autoPace_.load() : pace.Number();
+}
+
+// While a run is held nothing has happened that would need another pace; when bodies have merged
+// it has.
+void Calculator::PreparePace() {
+    pictures_.Times().SetOff();
+    if (!pictures_.Times().HasClock()) return;
+    if (!isHeldRun_ || pacedBodies_ != CountBodies()) autoPace_ = AutoPace(bodies_);
+    pacedBodies_ = CountBodies();
+}
+
+// False: there is no pace to keep.
+bool Calculator::BeginPicture() {
+    PictureTimes& times = pictures_.Times();
+    const bool wasPaced = times.IsOn();
+    if (!times.SetPace(SecondsPerSecond(), UpdatesPerSecond())) {
+        if (wasPaced) batchesPerUpdate_ = 1;
+        return false;
+    }
+    if (wasPaced) return true;
+    const ReadGuard guard(portal_);
+    pictures_.Begin(portal_->FocusEpoch()->Time(), bodies_);
+    return true;
+}
+
+// Those who do not show what they are given get their batch as it is, before it is cut.
+void Calculator::HandOverPictures(int32 reports) {
+    const PictureBatches::Piece batch{reports, batch_.Times(), batch_.Positions(),
+                                      batch_.Velocities(), false};
+    pictures_.Take(&batch_, reports);
+    for (bool isFirst = true; pictures_.HasNext(); isFirst = false) {
+        AwaitConsumers();
+        pictures_.Times().Drawn();
+        pictures_.Await(stop_);
+        if (isFirst)
+            for (ReportConsumer* consumer : *consumers_)
+                if (!consumer->TakesPictures()) Hand(consumer, batch);
+        const PictureBatches::Piece piece = pictures_.Next(stop_);
+        batchesPerUpdate_ = piece.isShown ? 1 : kNoUpdate;
+        for (ReportConsumer* consumer : *consumers_) {
+            if (consumer->TakesPictures()) Hand(consumer, piece);
+            consumer->ReadOk();
+        }
+    }
+    DeliverMail();
+}
+
+// Without one of its bodies there is nothing to wait for any more.
+void Calculator::PrepareCondition() {
+    if (condition_ && !condition_->Begin(bodies_)) EndAtGoal();
+}
+
+void Calculator::EndAtGoal() {
+    condition_.reset();
+    SetInternalPause();
+    if (isGoalTold_) EndRun(RunEnding::Reason::kGoal);
+}
+
+void Calculator::EndRun(RunEnding::Reason reason) {
     RunEnding ending;
-    ending.reason = RunEnding::Reason::kNoMemory;
+    ending.reason = reason;
     ending.time = timeBase_;
     EndRun(ending);
 }
@@ -241,8 +305,10 @@ void Calculator::PrepareRun() {
         timeBase_ = portal_->FocusEpoch()->Time();
         try {
             Recache();
+            PrepareCondition();
+            PreparePace();
         } catch (const std::bad_alloc&) {
-            EndWithoutMemory();
+            EndRun(RunEnding::Reason::kNoMemory);
         }
     }
     limit_.Begin();
@@ -253,7 +319,7 @@ void Calculator::PrepareRun() {
         try {
             if (lock.IsHeld()) consumer->PrepareForGo(most);
         } catch (const std::bad_alloc&) {
-            EndWithoutMemory();
+            EndRun(RunEnding::Reason::kNoMemory);
         }
     }
 }
@@ -283,7 +349,7 @@ int32 Calculator::TryToCalculate() {
         stepsTaken_ = steps;
         timeBase_ = portal_->FocusEpoch()->Time();
         collisions_.Discard();
-        EndWithoutMemory();
+        EndRun(RunEnding::Reason::kNoMemory);
         return 0;
     }
 }
@@ -331,8 +397,4 @@ bool Calculator::PostEnding() {
         return false;
     ending_.reset();
     return true;
-}
-
-int32 Calculator::CountConsumers() const {
-    return static_cast<int32>(consumers_->size());
 }

@@ -5,9 +5,11 @@
 // Threads. "Master Calculation Thread" parks or runs batches: a batch of reports under the model's
 // write lock; then, without it, waiting until every consumer has finished the former batch, and
 // handing over. It never sleeps on a timer: consumers hold it back, and the pacing gives a batch
-// the size that makes `UpdatesPerSecond` batches a second. Pause, UnPause, the setters and
-// SetRunLimit may be called from any thread but this one; what else is called from other threads
-// only while the calculator is parked, or under the model lock where it says so.
+// the size that makes `UpdatesPerSecond` batches a second. Only at a pace (SetClock) batches end
+// with a picture and are handed over when it is due; a Pause is waiting for nothing then. Pause,
+// UnPause, the setters and SetRunLimit may be called from any thread but this one; what else is
+// called from other threads only while the calculator is parked, or under the model lock where it
+// says so.
 #pragma once
 
 #include <atomic>
@@ -16,7 +18,9 @@
 #include <vector>
 
 #include "Calculation/CollisionMailbox.h"
+#include "Calculation/PictureBatches.h"
 #include "Calculation/ReportBatch.h"
+#include "Calculation/RunCondition.h"
 #include "Calculation/RunEnding.h"
 #include "Calculation/RunLimit.h"
 #include "Calculation/StopFlags.h"
@@ -67,6 +71,11 @@ public:
     // +infinity: no limit. A run that is paused or that collides goes on counting when it is
     // resumed; a limit holds once.
     void SetRunLimit(int64 steps, double time) { limit_.Set({steps, time}); }
+    // Likewise at the first report at or past that; none: at nothing else. While parked.
+    void SetRunCondition(std::optional<RunCondition> condition) { condition_ = condition; }
+    // Whether the target is told that a run stops at its limit or condition (RunEnding::kGoal).
+    // While parked.
+    void SetGoalIsTold(bool isTold) { isGoalTold_ = isTold; }
 
     // The batch with the `reports`-th report from now on ends with it, so that a consumer sees the
     // calculator just there. For consumers, on the calculation thread, in PrepareForGo and
@@ -96,6 +105,14 @@ public:
     void SetUpdatesPerSecond(int32 updates) override;
     [[nodiscard]] int64 MeasuringInterval() const { return measuringInterval_; }
 
+    // Runs keep their pace by this clock (not owned); without one they run as fast as possible.
+    // While parked.
+    void SetClock(PaceClock* clock) { pictures_.Times().SetClock(clock); }
+    [[nodiscard]] Pace GetPace() const override { return pace_; }
+    void SetPace(Pace pace) override;
+    [[nodiscard]] double SecondsPerSecond() const override;
+    [[nodiscard]] bool IsBehindPace() const override { return pictures_.Times().IsBehind(); }
+
     [[nodiscard]] double Cutoff() const { return cutoff_; }
     // The time of the last report, s. Under the model lock, as all that a batch changes.
     [[nodiscard]] double TBase() const { return timeBase_; }
@@ -121,6 +138,8 @@ protected:
     [[nodiscard]] int32 MostReports() const;
     // The time at which the run is to stop, s; NaN if at none.
     [[nodiscard]] double TimeLimit() const { return limit_.Time(); }
+    // The batch reaches the next picture, and is to end.
+    [[nodiscard]] bool IsPictureReached() const { return pictures_.Times().IsReached(timeBase_); }
     // What is left until it stops.
     [[nodiscard]] RunLeft Left() const { return limit_.Left(); }
     // For Recache: the run that was held goes on.
@@ -131,7 +150,7 @@ protected:
     // before, and parks the run if it is the last one of the run's limit.
     void Report(double time, const BodyArrays& bodies, int32 steps) {
         ReportContact(time, bodies, steps);
-        if (limit_.Reached(steps, time)) SetInternalPause();
+        if (limit_.Reached(steps, time) || (condition_ && condition_->Reached(bodies))) EndAtGoal();
     }
     // The same where bodies touch: it counts for no limit.
     void ReportContact(double time, const BodyArrays& bodies, int32 steps) {
@@ -162,13 +181,20 @@ private:
     void PrepareRun();
     int32 RunBatch();
     int32 TryToCalculate();
+    void PrepareCondition();
+    void EndAtGoal();
+    void PreparePace();
+    bool BeginPicture();
+    void AwaitConsumers();
     void HandOver(int32 reports);
-    // The run ends where the last report was.
-    void EndWithoutMemory();
+    void HandOverPictures(int32 reports);
+    void Hand(ReportConsumer* consumer, const PictureBatches::Piece& piece);
+    // At the last report.
+    void EndRun(RunEnding::Reason reason);
     void DeliverMail();
     bool PostMail();
     bool PostEnding();
-    [[nodiscard]] int32 CountConsumers() const;
+    [[nodiscard]] int32 CountConsumers() const { return static_cast<int32>(consumers_->size()); }
 
     BLooper* const target_;
     const OwnedBen iterateOk_;     // the parked thread waits for it
@@ -178,6 +204,7 @@ private:
     std::vector<Body*> bodies_;  // of the focus epoch, in mass order
     const std::vector<ReportConsumer*>* const consumers_;
     ReportBatch batch_;
+    PictureBatches pictures_;
     double cutoff_ = 1e-11;
     double timeBase_ = 0.0;
     int64 stepsTaken_ = 0;
@@ -190,6 +217,9 @@ private:
     std::atomic<int32> segmentLength_{2};
     std::atomic<float> updatesPerSecond_{80.0f};
     std::atomic<int64> measuringInterval_{1'000'000};
+    std::atomic<Pace> pace_{Pace()};
+    std::atomic<double> autoPace_{0.0};  // of this run; 0: none was yet
+    int32 pacedBodies_ = 0;              // those that it was chosen for
     std::atomic<bool> quit_{false};
     std::atomic<bool> isHeldRun_{false};
     std::atomic<bool> hasStoppedItself_{false};
@@ -197,5 +227,7 @@ private:
     CollisionMailbox collisions_;
     std::optional<RunEnding> ending_;
     RunLimit limit_;
+    std::optional<RunCondition> condition_;
+    bool isGoalTold_ = false;
     const thread_id thread_;  // last: it waits to be resumed, but is there
 };

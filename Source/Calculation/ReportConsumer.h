@@ -26,6 +26,11 @@ public:
     // The batch may be worked on: wakes the consumer's own thread.
     virtual void ReadOk() = 0;
 
+    // It only shows what it is given. At a pace (PictureBatches.h) it is handed batches that end
+    // with a picture; all others are handed the reports, and of a batch that is cut for the
+    // pictures ReadOk once more for each of these.
+    [[nodiscard]] virtual bool TakesPictures() const { return false; }
+
 protected:
     ReportConsumer() = default;
     ReportConsumer(const ReportConsumer&) = default;

@@ -15,6 +15,7 @@ struct RunEnding {
         kNothingInteracts,  // every body moves straight on for ever
         kNotMerged,         // bodies touch that cannot become one
         kNoMemory,          // for the run, or for what takes its reports
+        kGoal,              // it was to stop there
     };
     static constexpr uint32 kMessage = FourCC("rend");
 

@@ -129,6 +129,7 @@ int32 TaylorCalculator::MakeReports() {
             break;
         if (!MakeReport()) break;
         reports++;
+        if (IsPictureReached()) break;
     }
     return reports;
 }

@@ -15,6 +15,7 @@
 #include "Resources/DisplayFeatures.h"
 #include "Resources/Help.h"
 #include "Resources/Menus.h"
+#include "Resources/Pace.h"
 #include "Resources/SimulationWindow.h"
 #include "Resources/TimeLine.h"
 
@@ -74,6 +75,8 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     BMenu menu(texts.Text(kLabelSimulation));
     menu.AddItem(
         new BMenuItem(texts.Text(kLabelGo), new BMessage(kTogglePause), texts.Key(kLabelGoKey)));
+    menu.AddItem(
+        new BMenuItem(texts.Text(kTextRunTo), new BMessage(kRequestRun), texts.Key(kTextRunToKey)));
     menu.AddItem(new BMenuItem(texts.Text(kTextBranchHere), new BMessage(kBranchHere),
                                texts.Key(kTextBranchKey)));
     menu.AddItem(new BMenuItem(texts.Text(kTextBackToNow), new BMessage(kBackToNow)));

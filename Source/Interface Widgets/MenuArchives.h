@@ -17,6 +17,9 @@ class UnitTable;
 
 class MenuArchives {
 public:
+    // To a simulation: ask how far a run is to go.
+    static constexpr uint32 kRequestRun = FourCC("rqrn");
+
     MenuArchives(const InterfaceTexts& texts, const UnitTable& mass, const UnitTable& distance,
                  const UnitTable& speed, const UnitTable& time,
                  const std::vector<Example>& examples = {});

@@ -136,6 +136,7 @@ bool SetDuration(Value value, const ProgramResources& resources, Options* option
 constexpr OptionInfo kOptions[] = {
     {"steps", 'n', true, SetSteps},
     {"for", 'f', true, SetDuration},
+    {"until", '\0', true, SetPath<&Options::until>},
     {"csv", '\0', true, SetPath<&Options::csv>},
     {"every", '\0', true, SetEvery},
     {"checkpoint", '\0', true, SetCheckpoint},
@@ -201,6 +202,7 @@ private:
         if (options_->document) return *options_->document;
         if (options_->steps) return "--steps";
         if (options_->duration) return "--for";
+        if (options_->until) return "--until";
         if (options_->cutoff) return "--cutoff";
         if (options_->order) return "--order";
         if (options_->onCollision) return "--on-collision";

@@ -19,6 +19,7 @@ struct Options {
     std::optional<std::string> document;  // none: the new-simulation template
     std::optional<int64> steps;           // 0: no run
     std::optional<double> duration;       // s
+    std::optional<std::string> until;     // UntilText.h
     std::optional<std::string> csv;
     std::optional<int64> every;  // none: all, or as the run began
     std::optional<std::string> save;
@@ -46,7 +47,7 @@ struct Options {
     // A listing alone, and 0 steps, run nothing.
     [[nodiscard]] bool WantsRun() const {
         if (resume) return true;
-        return steps ? *steps > 0 : duration.has_value() || !(epochs || elements);
+        return steps ? *steps > 0 : duration || until || !(epochs || elements);
     }
 };
 

@@ -26,7 +26,7 @@ void PutOnScreen(const std::string& text) {
 Progress::Progress(const ProgramResources& resources, bool wanted, const RunGoal& goal,
                    double startTime, double timeUval, double secondsBefore)
     : resources_(resources),
-      shown_(wanted && isatty(STDERR_FILENO) == 1),
+      shown_(wanted && (goal.steps || goal.time) && isatty(STDERR_FILENO) == 1),
       goal_(goal),
       startTime_(startTime),
       timeUval_(timeUval),

@@ -16,6 +16,7 @@ constexpr const char* kMergerTotals = "Merger totals";
 constexpr const char* kReports = "Reports";
 constexpr const char* kGoalSteps = "Goal steps";
 constexpr const char* kGoalTime = "Goal time";
+constexpr const char* kGoalUntil = "Goal until";
 constexpr const char* kReportsSize = "Reports size";
 constexpr const char* kReportsEnd = "Reports end";
 constexpr const char* kReportsEvery = "Reports every";
@@ -105,6 +106,7 @@ status_t RunRecord::AddTo(BMessage* document) const {
     if (run.AddMessage(kCalculator, &calculator) != B_OK || kFields.Write(*this, &run) != B_OK ||
         (goal.steps && run.AddInt64(kGoalSteps, *goal.steps) != B_OK) ||
         (goal.time && run.AddDouble(kGoalTime, *goal.time) != B_OK) ||
+        (goal.until && run.AddString(kGoalUntil, *goal.until) != B_OK) ||
         (reports != steps && run.AddInt64(kReports, reports) != B_OK) ||
         (reportFile && kMarkFields.Write(*reportFile, &run) != B_OK))
         return B_NO_MEMORY;
@@ -121,7 +123,9 @@ status_t RunRecord::FindIn(const BMessage& document) {
     double goalTime = 0.0;
     if (run.FindInt64(kGoalSteps, &goalSteps) == B_OK) read.goal.steps = goalSteps;
     if (run.FindDouble(kGoalTime, &goalTime) == B_OK) read.goal.time = goalTime;
-    if (!read.goal.steps && !read.goal.time) return B_BAD_DATA;
+    std::string goalUntil;
+    if (run.FindString(kGoalUntil, &goalUntil) == B_OK) read.goal.until = std::move(goalUntil);
+    if (!read.goal.steps && !read.goal.time && !read.goal.until) return B_BAD_DATA;
     if (run.FindInt64(kReports, &read.reports) != B_OK) read.reports = read.steps;
     if (read.reports < 0) return B_BAD_DATA;
     // Without a whole mark the run has no file that could be gone on with.
@@ -135,8 +139,9 @@ void RunRecord::DescribeFields(FieldDescriptions* into) {
                   "the integrator's state, and the fields below it");
     kFields.Describe(into);
     DescribeField(into, kGoalSteps, B_INT64_TYPE, "0, 1", "none",
-                  "what was asked for: this, the next or both");
+                  "what was asked for: this, one of the next two, or several of them");
     DescribeField(into, kGoalTime, B_DOUBLE_TYPE, "0, 1", "none", "s");
+    DescribeField(into, kGoalUntil, B_STRING_TYPE, "0, 1", "none", "as --until has it");
     DescribeField(into, kReports, B_INT64_TYPE, "0, 1", "as many as steps", "made until now");
     kMarkFields.Describe(into, true);
 }

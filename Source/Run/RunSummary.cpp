@@ -76,6 +76,8 @@ RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
             return Ending::kNotMerged;
         case RunEnding::Reason::kNoMemory:
             return Ending::kNoMemory;
+        case RunEnding::Reason::kGoal:
+            return Ending::kDone;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }

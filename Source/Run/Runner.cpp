@@ -119,6 +119,7 @@ int Runner::RunDocument() {
         return output_.Fail(*options_.csv, resources_.InterfaceLabel(*obstacle));
     if (options_.threads) document_.GetCalculator()->SetThreads(*options_.threads);
     if (!options_.WantsRun()) return WriteWithoutRun();
+    if (const int status = FindTarget(); status != kDone) return status;
     if (options_.resume)
         Resume();
     else
@@ -136,6 +137,21 @@ int Runner::WriteWithoutRun() {
         if (const int status = Save(); status != kDone) return status;
     if (const int status = picture_.Write(); status != kDone) return status;
     return PrintListings();
+}
+
+// What a run that is resumed was begun with counts, too.
+int Runner::FindTarget() {
+    const std::optional<std::string>& until = options_.resume ? run_.goal.until : options_.until;
+    if (!until) return kDone;
+    const auto target = ParseUntil(*until, &document_, resources_);
+    const bool isOver =
+        target && target->IsTime() && !options_.resume && !(target->time > OfFocus(&AbEpoch::Time));
+    if (!target || isOver)
+        return output_.Fail(DocumentName(),
+                            FillIn(resources_.InterfaceLabel(kTextBadValue), {"--until", *until}));
+    target_ = *target;
+    document_.GetCalculator()->SetRunCondition(target_.Condition());
+    return kDone;
 }
 
 // The new epoch is in place and its centre of mass where it belongs.
@@ -159,7 +175,9 @@ void Runner::RunStarting() {
     RunGoal& goal = run_.goal;
     goal.steps = options_.steps;
     if (options_.duration) goal.time = start_.time + *options_.duration;
-    if (!goal.steps && !goal.time) goal.steps = Options::kDefaultSteps;
+    goal.until = options_.until;
+    if (target_.IsTime()) goal.time = std::min(goal.time.value_or(kNoTimeLimit), target_.time);
+    if (!goal.steps && !goal.time && !goal.until) goal.steps = Options::kDefaultSteps;
     document_.GetCalculator()->SetRunLimit(goal.steps.value_or(0),
                                            goal.time.value_or(kNoTimeLimit));
     BeginReports(start_);
@@ -280,7 +298,7 @@ bool Runner::ResolveCollision(Progress* progress) {
                             {merger.survivorName, merger.absorbedName,
                              RoundedText(merger.time / uval, kTimeDigits), unit}));
     ending_ = result.unmerged;
-    return !ending_;
+    return !ending_ && target_.kind != RunTarget::Kind::kMerger;
 }
 
 int Runner::WriteResults() {

@@ -18,6 +18,7 @@
 #include "Run/RunRecorder.h"
 #include "Run/RunSummary.h"
 #include "Run/RunnerOutput.h"
+#include "Run/UntilText.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/RunControlView.h"
 #include "Simulation/Document/SimulationController.h"
@@ -45,6 +46,7 @@ private:
     int EditDocument();
     int RunDocument();
     int WriteWithoutRun();
+    int FindTarget();
     void RunStarting() override;
     void Resume();
     void BeginReports(const SystemState& state);
@@ -90,7 +92,8 @@ private:
     bool isStartMeasured_ = false;
     std::chrono::steady_clock::time_point begin_;
     double seconds_ = 0.0;  // of real time that the run has taken
-    BMessage touches_;      // the pairs that ended the run, if any did
+    RunTarget target_{.kind = RunTarget::Kind::kNone};
+    BMessage touches_;  // the pairs that ended the run, if any did
     std::optional<RunEnding> ending_;
     bool isInterrupted_ = false;  // by a signal, before it was done
 };

@@ -183,6 +183,7 @@ DocumentError Simulation::ReadArchive() {
     const std::unique_ptr<BMessage> archive = std::move(archive_);
     DocumentError error = Find(*archive);
     if (error.Failed()) return error;
+    if (isNewlyCreated_) document_.GetCalculator()->SetPace(Pace::Auto());
     saver_.TellOpened(document_.Notices());
     if (saver_.File().HasFile()) host_->NoteDocument(saver_.File().Path().c_str());
     return {};

@@ -3,6 +3,7 @@
 #include "Displays/Base/WindowPlacement.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/PaceControl.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
@@ -46,6 +47,7 @@ SimulationControls::SimulationControls(Simulation* simulation, SimulationHost* h
       displays_(displays),
       monitor_(document->Portal(), document->GetCalculator()) {
     document_->AddConsumer(monitor_.Consumer());
+    document_->KeepPace();
 }
 
 SimulationControls::~SimulationControls() = default;
@@ -74,6 +76,9 @@ void SimulationControls::BuildBodySettingsBox() {
 void SimulationControls::BuildGlobalControlsBox() {
     globalControls_ = new GlobalControlsBox(document_->Portal(), host_->Context());
     boxes_->AddChild(globalControls_);
+    pace_ = new PaceControl(document_->Portal(), host_->Context().timeUnits,
+                            *host_->Context().texts);
+    rootView_->AddChild(pace_);
     status_ = new StatusLine(&host_->Resources());
     rootView_->AddChild(status_);
     windows_ = std::make_unique<SubsidiaryWindows>(document_, window_, host_->Context());
@@ -92,6 +97,7 @@ void SimulationControls::Redisplay(int32 changes, Moment moment) {
     menus_->ShowMoment(moment_.IsPast());
     bodySettings_->Redisplay(changes, moment_);
     globalControls_->Redisplay(changes, moment_);
+    pace_->Redisplay(changes);
     ShowHistory();
     if ((changes & kFocusEpochChanged) != 0) ShowResult();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
@@ -185,6 +191,7 @@ void SimulationControls::ShowRun() {
     // A run tells nobody how it goes on.
     bodySettings_->Redisplay(kBodyDataChanged, moment_);
     globalControls_->Redisplay(kTimeChanged, moment_);
+    pace_->ShowWhetherBehind();
 }
 
 void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {
@@ -275,4 +282,5 @@ void SimulationControls::RunStopped() {
     const RunMonitor::Figures figures = monitor_.End();
     if (RunResult* const result = Result(); result != nullptr) result->figures = figures;
     ShowFigures(figures);
+    if (pace_ != nullptr) pace_->ShowWhetherBehind();
 }

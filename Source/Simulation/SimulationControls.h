@@ -18,6 +18,7 @@ class BWindow;
 class BodySettingsBox;
 class DisplayList;
 class GlobalControlsBox;
+class PaceControl;
 class Simulation;
 class SimulationDocument;
 class SimulationHost;
@@ -104,6 +105,7 @@ private:
     BGroupView* boxes_ = nullptr;
     BodySettingsBox* bodySettings_ = nullptr;
     GlobalControlsBox* globalControls_ = nullptr;
+    PaceControl* pace_ = nullptr;
     StatusLine* status_ = nullptr;
     Moment moment_;
     float width_ = 0.0f;  // what the window needs with one line of a message

@@ -3,9 +3,13 @@
 #include "Calculation/CollisionMailbox.h"
 #include "Calculation/RunEnding.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/Pace.h"
+#include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
+#include "Simulation/Document/RunTarget.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/SimulationControls.h"
 
@@ -18,12 +22,17 @@ SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* c
       control_(document->Portal(), document->GetCalculator(), controls),
       controller_(document, &control_, resources) {
     document_->AddConsumer(&history_);
+    document_->GetCalculator()->SetGoalIsTold(true);
 }
 
 bool SimulationRun::Handle(const BMessage& message) {
     switch (message.what) {
         case kTogglePause:
+            if (!IsRunning()) ForgetTarget();
             control_.TogglePause();
+            break;
+        case RunTarget::kMessage:
+            if (const auto target = RunTarget::From(message)) RunTo(*target);
             break;
         case kPauseRun:
             control_.Pause();
@@ -55,6 +64,27 @@ bool SimulationRun::Handle(const BMessage& message) {
     return true;
 }
 
+// While the calculator is parked: a run that goes on has another target.
+void SimulationRun::RunTo(const RunTarget& target) {
+    control_.PauseForUser();
+    ForgetTarget();
+    double now = 0.0;
+    {
+        const ReadGuard guard(document_->Portal());
+        now = document_->Portal()->FocusEpoch()->Time();
+    }
+    if (!target.SetOn(document_->GetCalculator(), now))
+        return controls_->ShowMessage(resources_->InterfaceLabel(kTextRunNotLater));
+    isForMerger_ = target.kind == RunTarget::Kind::kMerger;
+    control_.TogglePause();
+}
+
+// The user who presses Go wants it to go on.
+void SimulationRun::ForgetTarget() {
+    RunTarget::ClearOn(document_->GetCalculator());
+    isForMerger_ = false;
+}
+
 void SimulationRun::Collide(const BMessage& pairs) {
     const bool isRunning = IsRunning();
     const MergeResult result = controller_.Collide(pairs, [this](const MergeResult& merged) {
@@ -66,6 +96,7 @@ void SimulationRun::Collide(const BMessage& pairs) {
         document_->GetUndoChain()->MarkUnsaved();
         controls_->ShowHistory();
     }
+    if (isRunning && isForMerger_ && !result.mergers.empty()) control_.PauseForUser();
     if (result.unmerged) End(*result.unmerged);
 }
 

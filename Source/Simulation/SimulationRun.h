@@ -12,6 +12,7 @@ class ProgramResources;
 class SimulationControls;
 class SimulationDocument;
 struct RunEnding;
+struct RunTarget;
 
 class SimulationRun {
 public:
@@ -28,6 +29,8 @@ public:
     [[nodiscard]] RunHistory* History() { return &history_; }
 
 private:
+    void RunTo(const RunTarget& target);
+    void ForgetTarget();
     void Collide(const BMessage& pairs);
     // The run has ended by itself.
     void End(const RunEnding& ending);
@@ -38,4 +41,5 @@ private:
     RunHistory history_;
     RunControl control_;
     SimulationController controller_;
+    bool isForMerger_ = false;  // the run, which is over then
 };

@@ -5,8 +5,10 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
+#include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/Body.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SimulationDocument.h"
@@ -14,6 +16,7 @@
 #include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/OpenSimulations.h"
+#include "Simulation/RunTargetWindow.h"
 #include "Simulation/Settings/AnimationWindow.h"
 #include "Simulation/Settings/TrailDiscWindow.h"
 #include "Simulation/SimulationMenus.h"
@@ -55,6 +58,7 @@ SubsidiaryWindows::SubsidiaryWindows(SimulationDocument* document, BLooper* owne
 
 void SubsidiaryWindows::Quit() {
     EndGroupRequest();
+    EndRunRequest();
     for (BWindow* const window : std::initializer_list<BWindow*>{epochs_, animation_, trailDisc_}) {
         OpenSimulations::Shared().Leave(window);
         BLooper::QuitIfAlive(window);
@@ -107,6 +111,12 @@ bool SubsidiaryWindows::Handle(const BMessage& message, const BWindow& window) {
         case GroupWindow::kClosed:
             EndGroupRequest();
             break;
+        case MenuArchives::kRequestRun:
+            RequestRun(window);
+            break;
+        case RunTargetWindow::kClosed:
+            EndRunRequest();
+            break;
         default:
             return false;
     }
@@ -136,6 +146,31 @@ void SubsidiaryWindows::RequestGroup(const BWindow& window) {
 void SubsidiaryWindows::EndGroupRequest() {
     BLooper::QuitIfAlive(group_);
     group_ = nullptr;
+}
+
+void SubsidiaryWindows::RequestRun(const BWindow& window) {
+    if (target_ != nullptr) return target_->Activate();
+    RunTargetWindow::Bodies bodies;
+    double timeUval = 1.0;
+    {
+        const ReadGuard guard(document_->Portal());
+        for (const Body* const body : document_->Portal()->BodiesInMassOrder())
+            bodies.all.push_back({body->ID(), body->Name(), 0});
+        if (!bodies.all.empty()) bodies.focus = bodies.heaviest = bodies.all.front().id;
+        const MassSystem* const focus = document_->Portal()->FocusSystem();
+        if (dynamic_cast<const Body*>(focus) != nullptr) bodies.focus = focus->ID();
+        timeUval = document_->Portal()->FocusEpoch()->TimeUval();
+    }
+    const BRect frame = window.Frame();
+    target_ =
+        new RunTargetWindow({frame.left + kGroupShift, frame.top + kGroupShift}, std::move(bodies),
+                            context_.timeUnits, timeUval, owner_, context_.texts);
+    target_->Show();
+}
+
+void SubsidiaryWindows::EndRunRequest() {
+    BLooper::QuitIfAlive(target_);
+    target_ = nullptr;
 }
 
 bool SubsidiaryWindows::CommitAnimation() {

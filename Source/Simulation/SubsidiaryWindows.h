@@ -1,6 +1,7 @@
 // The windows beside the main one of a simulation: the epochs, the animation, the trail and
-// disc of the body in focus, and the question what to group. Made, shown and quit by the main
-// window, on its thread; each runs a thread of its own from the start, hidden or not.
+// disc of the body in focus, and the questions what to group and how far to run. Made, shown and
+// quit by the main window, on its thread; each runs a thread of its own from the start, hidden or
+// not.
 #pragma once
 
 class AnimationWindow;
@@ -9,6 +10,7 @@ class BMessage;
 class BWindow;
 class EpochWindow;
 class GroupWindow;
+class RunTargetWindow;
 class SimulationDocument;
 class TrailDiscWindow;
 struct DisplayContext;
@@ -37,11 +39,15 @@ private:
     // Asks which systems to group.
     void RequestGroup(const BWindow& window);
     void EndGroupRequest();
+    // Asks how far a run is to go.
+    void RequestRun(const BWindow& window);
+    void EndRunRequest();
 
     EpochWindow* epochs_;
     AnimationWindow* animation_;
     TrailDiscWindow* trailDisc_;
-    GroupWindow* group_ = nullptr;  // while it asks
+    GroupWindow* group_ = nullptr;       // while it asks
+    RunTargetWindow* target_ = nullptr;  // likewise
     SimulationDocument* const document_;
     BLooper* const owner_;
     const DisplayContext& context_;

@@ -151,6 +151,7 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
          [=] { return !WindowHand::CanChoose(window, "Simulation/Branch Here"); });
     WindowHand::Press(kDisplay, WindowHand::Key::kHome);
     Does(window, "Simulation/Branch Here", History("Edit/Undo Branch"));
+    Opens(window, "Simulation/Run To…", "Run To");
     Opens(window, "Simulation/Animation…", "Animation options for system");
     Opens(window, "Simulation/Epochs…", "Epochs for system");
 }

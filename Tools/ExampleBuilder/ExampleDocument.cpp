@@ -43,6 +43,7 @@ status_t MakeRecord(const ExampleText& text, const Epoch& epoch, int64 focusID, 
     if (status == B_OK) status = record->AddBool("Cur Ep Writ", true);
     if (status == B_OK) status = record->AddInt64("Cur Sys", focusID);
     if (status == B_OK) status = record->AddInt32("Body Name Index", 0);
+    if (status == B_OK) status = record->AddDouble("Pace", Pace::Auto().Number());
     if (status == B_OK) status = AddDisplay(text, record);
     return status;
 }

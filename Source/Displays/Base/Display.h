@@ -53,6 +53,7 @@ public:
 
     // Lets the drawing thread draw a batch.
     void ReadOk() override;
+    [[nodiscard]] bool TakesPictures() const override { return true; }
     // Ends the drawing thread, if there is one. The calculator must rest.
     void ExitDrawThread();
 

@@ -9,6 +9,7 @@
 #include "Displays/TimeLine/TimeLineBar.h"
 #include "Displays/Trajectories/LineClipping.h"
 #include "Interface Widgets/InterfaceTexts.h"
+#include "Interface Widgets/PaceControl.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -64,6 +65,8 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     menus_ = std::make_unique<DisplayMenus>(this, context_);
     AddChild(menus_->Bar());
     menus_->ShowOptions(fields_.options);
+    pace_ = new PaceControl(Epoch(), context_.timeUnits, Texts());
+    AddChild(pace_);
     View()->MakeFocus();
     if (shown_ != nullptr) {
         timeLine_ = new TimeLineBar({Epoch(), keptTrails_.History(), shown_, Owner()}, context_);
@@ -153,6 +156,11 @@ void ProjectionDisplay::FrameResized(float width, float height) {
     keptTrails_.PaintUncovered(time_, labels_);
 }
 
+void ProjectionDisplay::Pulse() {
+    dialogs_.Pulse();
+    pace_->ShowWhetherBehind();
+}
+
 void ProjectionDisplay::Quit() {
     CancelAxisRequest();
     CancelScaleRequest();
@@ -190,6 +198,7 @@ void ProjectionDisplay::Redisplay(int32 changes) {
         }
         Sky()->ShowTexts();
     }
+    pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
     if (moment_.epoch != drawn_) ShowOtherMoment();
     RefreshTimeLine(changes);

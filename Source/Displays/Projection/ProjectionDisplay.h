@@ -17,6 +17,7 @@
 #include "Platform/Interface/Canvas/OverlayItem.h"
 #include "Simulation/History/Moment.h"
 
+class PaceControl;
 class ProjectionView;
 struct KeyInput;
 class RunHistory;
@@ -55,7 +56,7 @@ public:
     [[nodiscard]] PlaneMap Plane() const override { return fields_.projection.Plane(); }
     // A key that the sky does not take for itself.
     void TakeTimeKey(const KeyInput& input);
-    virtual void Pulse() { dialogs_.Pulse(); }
+    virtual void Pulse();
 
     void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
     void Redisplay(int32 changes) override;
@@ -108,6 +109,7 @@ private:
     ProjectionFields fields_;
     ProjectionDialogs dialogs_;
     std::unique_ptr<DisplayMenus> menus_;
+    PaceControl* pace_ = nullptr;
 
     BodyLabels labels_;
     double time_ = 0.0;  // s

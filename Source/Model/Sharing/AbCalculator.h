@@ -2,6 +2,7 @@
 // state into a record (Archive, under the write lock), and its settings that commands change.
 #pragma once
 
+#include "Model/Sharing/Pace.h"
 #include "Platform/Support/BArchivable.h"
 
 class AbCalculator : public BArchivable {
@@ -21,4 +22,12 @@ public:
     // It changes the model whenever it can have the model's lock, and hands over later what it has
     // changed. With that lock.
     virtual bool IsRunning() const { return false; }
+
+    virtual Pace GetPace() const { return {}; }
+    virtual void SetPace(Pace /*pace*/) {}
+    // Of the run that goes on, or the last one: what the pace comes to. Infinity: as fast as
+    // possible; 0: that of Auto is not known yet.
+    virtual double SecondsPerSecond() const { return 0.0; }
+    // The machine cannot follow.
+    virtual bool IsBehindPace() const { return false; }
 };

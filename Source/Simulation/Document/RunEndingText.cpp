@@ -24,6 +24,8 @@ DocumentText TextFor(const RunEnding& ending) {
             return kTextEndsNotMerged;
         case RunEnding::Reason::kNoMemory:
             return kTextEndsNoMemory;
+        case RunEnding::Reason::kGoal:
+            return kTextEndsAtGoal;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }

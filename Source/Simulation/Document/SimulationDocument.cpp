@@ -43,6 +43,7 @@ struct SimulationDocument::SimInfo {
     int32 segmentLength;
     float updatesPerSecond;
     int32 nextBodyName;
+    double pace;
 
     struct Fields;
 };
@@ -60,6 +61,13 @@ struct SimulationDocument::SimInfo::Fields {
         Field<&SimInfo::nextBodyName>{.name = "Body Name Index",
                                       .meaning = "index of the next body name to hand out",
                                       .whenMissing = "unchanged"},
+        Field<&SimInfo::pace>{.name = "Pace",
+                              .meaning = "how fast a run is shown: seconds of the simulation per "
+                                         "second, 1 to 1e15; 0: as fast as possible; -1: the "
+                                         "shortest orbit takes about 4 s",
+                              .missing = 0.0,
+                              .accepts = Pace::IsNumber,
+                              .isWritten = [](const SimInfo& info) { return info.pace != 0.0; }},
     };
 };
 
@@ -105,6 +113,7 @@ void SimulationDocument::FindSimInfo(const BMessage& record) {
     SimInfo::Fields::kTable.Read(record, &info);
     calculator_->SetUpdatesPerSecond(static_cast<int32>(info.updatesPerSecond));
     calculator_->SetSegmentLength(info.segmentLength);
+    calculator_->SetPace(Pace::From(info.pace));
 }
 
 DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
@@ -188,7 +197,7 @@ int32 SimulationDocument::FocusPosition() const {
 
 SimulationDocument::SimInfo SimulationDocument::GetSimInfo() const {
     return {calculator_->SegmentLength(), static_cast<float>(calculator_->UpdatesPerSecond()),
-            nextBodyName_};
+            nextBodyName_, calculator_->GetPace().Number()};
 }
 
 status_t SimulationDocument::SetSimInfo(BMessage* record) const {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "Calculation/PaceClock.h"
 #include "Calculation/TaylorCalculator.h"
 #include "Model/Commands/UndoChain.h"
 #include "Model/Epochs/Epoch.h"
@@ -35,6 +36,9 @@ public:
 
     void AddConsumer(ReportConsumer* consumer);
     void RemoveConsumer(ReportConsumer* consumer);
+
+    // Runs keep the document's pace from now on. While parked.
+    void KeepPace() { calculator_->SetClock(&clock_); }
 
     // Replaces everything by the record, and forgets the undo history. A record that cannot be used
     // changes nothing. Observers are told, if at all, of single changes only: who has some keeps
@@ -77,5 +81,6 @@ private:
     DocumentNotices notices_;
     BMessage windowFields_;
     int32 nextBodyName_ = 0;
+    SystemPaceClock clock_;
     std::unique_ptr<TaylorCalculator> calculator_;  // last: it uses all of the above
 };

@@ -175,6 +175,29 @@ TEST(SimulationDocument, SimulationInfoTakesWhatItCanUse) {
     EXPECT_EQ(document.NextBodyNameIndex(), 12);
 }
 
+// A document that says nothing runs as fast as possible, and goes on saying nothing.
+TEST(SimulationDocument, ThePaceIsKeptAndOneThatIsNoneIsAsFastAsPossible) {
+    SimulationDocument document(nullptr);
+    for (const Pace pace : {Pace::Auto(), Pace::Of(86400.0), Pace()}) {
+        ASSERT_FALSE(document.Load(PlanetRecord()).Failed());
+        EXPECT_TRUE(document.GetCalculator()->GetPace().IsUnlimited());
+        document.GetCalculator()->SetPace(pace);
+        BMessage stored;
+        ASSERT_FALSE(document.Store(&stored, true).Failed());
+        EXPECT_EQ(stored.HasName("Pace"), !pace.IsUnlimited());
+        SimulationDocument again(nullptr);
+        ASSERT_FALSE(again.Load(stored).Failed());
+        EXPECT_TRUE(again.GetCalculator()->GetPace() == pace);
+    }
+    for (const double none : {0.5, -2.0, 1e16, double{NAN}}) {
+        document.GetCalculator()->SetPace(Pace::Auto());
+        BMessage record = PlanetRecord();
+        record.AddDouble("Pace", none);
+        ASSERT_FALSE(document.Load(record).Failed());
+        EXPECT_TRUE(document.GetCalculator()->GetPace().IsUnlimited()) << none;
+    }
+}
+
 TEST(SimulationDocument, ARecordThatCannotBeUsedChangesNothing) {
     SimulationDocument document(nullptr);
     LoadTree(&document);

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Server/PlainKey.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ QKeySequence ToSequence(uint32 key, uint32 modifiers) {
     if (key == 0) return {};
     if (key == B_HELP_KEY) return QKeySequence(Qt::Key_F1);
     Qt::KeyboardModifiers with = Qt::ControlModifier;
+    if ((modifiers & B_NO_COMMAND_KEY) != 0) with = Qt::NoModifier;
     if ((modifiers & B_SHIFT_KEY) != 0) with |= Qt::ShiftModifier;
     if ((modifiers & B_OPTION_KEY) != 0) with |= Qt::AltModifier;
     const auto code = static_cast<Qt::Key>(QChar::toUpper(static_cast<char32_t>(key)));

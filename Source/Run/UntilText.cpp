@@ -1,0 +1,63 @@
+#include "Run/UntilText.h"
+
+#include <utility>
+
+#include "Run/EditText.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+
+namespace {
+
+using Kind = RunTarget::Kind;
+
+constexpr std::string_view kMerger = "merger";
+constexpr std::pair<std::string_view, Kind> kConditions[] = {
+    {"closest", Kind::kClosest},
+    {"x", Kind::kPlaneX},
+    {"y", Kind::kPlaneY},
+    {"z", Kind::kPlaneZ},
+};
+
+std::optional<int64> FindBody(SimulationDocument* document, std::string_view name) {
+    for (const Body* const body : document->Portal()->BodiesInMassOrder())
+        if (body->Name() == name) return body->ID();
+    return std::nullopt;
+}
+
+// "BODY, BODY", the second of which may be missing where the origin will do.
+std::optional<RunTarget> ReadBodies(Kind kind, std::string_view names,
+                                    SimulationDocument* document) {
+    RunTarget target;
+    target.kind = kind;
+    const std::optional<int64> body = FindBody(document, TakeUpTo(',', &names));
+    const std::string_view second = Trimmed(names);
+    if (!body) return std::nullopt;
+    target.body = *body;
+    if (second.empty()) return kind == Kind::kClosest ? std::nullopt : std::optional(target);
+    const std::optional<int64> other = FindBody(document, second);
+    if (!other || other == body) return std::nullopt;
+    target.other = *other;
+    return target;
+}
+
+}  // namespace
+
+std::optional<RunTarget> ParseUntil(std::string_view text, SimulationDocument* document,
+                                    const ProgramResources& resources) {
+    RunTarget target;
+    if (text == kMerger) {
+        target.kind = Kind::kMerger;
+        return target;
+    }
+    if (text.find('=') != std::string_view::npos) {
+        const std::string_view name = TakeUpTo('=', &text);
+        for (const auto& [condition, kind] : kConditions)
+            if (name == condition) return ReadBodies(kind, text, document);
+        return std::nullopt;
+    }
+    const UnitTable::Parsed time = resources.TimeUnits().Parse(text);
+    if (!time) return std::nullopt;
+    target.kind = Kind::kUntil;
+    target.time = time.value;
+    return target;
+}

@@ -1,0 +1,17 @@
+// What --until asks for, as text: a time of the simulation ("12 yr"), "merger", "closest=BODY,
+// BODY", or "x=BODY" ("y=", "z=") for the plane across that axis through the origin, "x=BODY, BODY"
+// for the one through the second body. For the thread that has the document to itself.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "Simulation/Document/RunTarget.h"
+
+class ProgramResources;
+class SimulationDocument;
+
+// Nothing for any other text, and for bodies that the focus epoch does not have.
+[[nodiscard]] std::optional<RunTarget> ParseUntil(std::string_view text,
+                                                  SimulationDocument* document,
+                                                  const ProgramResources& resources);
