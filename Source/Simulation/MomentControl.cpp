@@ -4,6 +4,7 @@
 
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/CommandFactory.h"
+#include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Resources/TimeLine.h"
@@ -67,6 +68,8 @@ bool MomentControl::TakeMessage(const BMessage& message) {
 }
 
 bool MomentControl::Branch() {
+    // A run that has not come to rest yet is what is edited.
+    if (IsRunning()) return true;
     const auto moment = shown_.GetExact();
     if (moment && !moment->IsPast()) return true;
     std::unique_ptr<LCommand> command;
@@ -75,6 +78,11 @@ bool MomentControl::Branch() {
     isLost_ = true;
     shown_.BackToNow();
     return false;
+}
+
+bool MomentControl::IsRunning() const {
+    const ReadGuard guard(portal_);
+    return portal_->GetCalculator()->IsRunning();
 }
 
 // --- What is told ---

@@ -36,6 +36,7 @@ public:
 private:
     // False: the moment is lost, and nothing was done. Any thread, as above.
     bool Branch();
+    [[nodiscard]] bool IsRunning() const;
     [[nodiscard]] std::string Status() const;
 
     EpochPortal* const portal_;

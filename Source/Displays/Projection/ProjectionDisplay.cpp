@@ -188,6 +188,7 @@ void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions
 }
 
 void ProjectionDisplay::Redisplay(int32 changes) {
+    const int32 told = changes;
     if (shown_ != nullptr && shown_->Get().epoch != drawn_) changes |= kAllOfFocusChanged;
     if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
         {
@@ -201,7 +202,7 @@ void ProjectionDisplay::Redisplay(int32 changes) {
     pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
     if (moment_.epoch != drawn_) ShowOtherMoment();
-    RefreshTimeLine(changes);
+    RefreshTimeLine(told);
 }
 
 EpochPortal ProjectionDisplay::TakeShown() {
