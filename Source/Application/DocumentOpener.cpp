@@ -158,7 +158,7 @@ void DocumentOpener::OpenPath(const std::string& path, Simulation* reuse, const 
     if (get_ref_for_path(path.c_str(), &ref) == B_OK)
         OpenFile(ref, false, reuse, request);
     else
-        Complain(request, path, DocumentError::System(ENOENT));
+        Note(request, path, DocumentError::System(ENOENT));
 }
 
 // What is no document is not opened, and no box says so; the window that asked tells why.
@@ -169,16 +169,16 @@ void DocumentOpener::OpenFile(const entry_ref& ref, bool remembersDirectory, Sim
     BEntry parent;
     entry_ref directory;
     if (entry.InitCheck() != B_OK || entry.GetPath(&path) != B_OK)
-        return Complain(request, path.Path(), DocumentError::System(ENOENT));
+        return Note(request, path.Path(), DocumentError::System(ENOENT));
     BMessage archive;
     const DocumentError error =
         SimulationFile::Read(path.Path(), &archive, SimulationFile::Stamping::kInRecord);
-    if (!HasTag(error)) return Complain(request, path.Path(), error);
+    if (!HasTag(error)) return Note(request, path.Path(), error);
     if (entry.GetParent(&parent) != B_OK || parent.GetRef(&directory) != B_OK)
-        return Complain(request, path.Path(), DocumentError::System(ENOENT));
+        return Note(request, path.Path(), DocumentError::System(ENOENT));
     if (remembersDirectory) panel_->SetDirectory(directory);
     MarkAsDocument(path.Path());
-    if (error.Failed()) return Complain(request, path.Path(), error);
+    if (error.Failed()) return Note(request, path.Path(), error);
     OpenRead(std::move(archive), directory, entry.Name(), reuse, {request, path.Path()});
 }
 
@@ -190,7 +190,7 @@ void DocumentOpener::OpenRead(BMessage&& archive, const entry_ref& directory, co
     else if (Simulation* const reader = Create(archive, directory, name, false))
         requests_.Await(reader, reading);
     else
-        Complain(reading.request, reading.path, DocumentError::System(ENOMEM));
+        Note(reading.request, reading.path, DocumentError::System(ENOMEM));
 }
 
 // In a window of its own, which `init` gives its record, and which takes the place of the one that
@@ -207,14 +207,14 @@ void DocumentOpener::OpenInsteadOfFirst(const std::string& path, const Init& ini
     if (reader != nullptr)
         requests_.Await(reader, {request, path, first});
     else
-        Complain(request, path, error.Failed() ? error : DocumentError::System(ENOMEM));
+        Note(request, path, error.Failed() ? error : DocumentError::System(ENOMEM));
     End(request);
 }
 
 // --- Answers ---
 
-void DocumentOpener::Complain(const Request& request, const std::string& path,
-                              const DocumentError& error) const {
+void DocumentOpener::Note(const Request& request, const std::string& path,
+                          const DocumentError& error) const {
     request->complaints.push_back({path, error.Reason(*resources_)});
 }
 

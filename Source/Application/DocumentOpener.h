@@ -55,8 +55,7 @@ private:
     void OpenInsteadOfFirst(const std::string& path, const Init& init);
     Simulation* Create(const BMessage& archive, const entry_ref& directory, const char* name,
                        bool isNewlyCreated);
-    void Complain(const Request& request, const std::string& path,
-                  const DocumentError& error) const;
+    void Note(const Request& request, const std::string& path, const DocumentError& error) const;
     // The request, or one of its documents, is done.
     void End(const Request& request);
     // Null where the program is to end.

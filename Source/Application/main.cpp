@@ -28,7 +28,7 @@ int Print(FILE* to, const std::string& text, int status) {
     return status;
 }
 
-int Complain(const std::string& complaint, const ProgramResources& resources) {
+int Tell(const std::string& complaint, const ProgramResources& resources) {
     return Print(stderr, FillIn(resources.InterfaceLabel(kTextPrinted), {complaint}), 1);
 }
 
@@ -44,14 +44,13 @@ bool HandOver(SingleLaunch* launch, const std::vector<std::string>& documents,
             continue;
         }
         const std::string reason = DocumentError::System(errno).Reason(resources);
-        *status =
-            Complain(FillIn(resources.InterfaceLabel(kTextNotOpened), {path, reason}), resources);
+        *status = Tell(FillIn(resources.InterfaceLabel(kTextNotOpened), {path, reason}), resources);
     }
     if (readable.empty() && !documents.empty()) return true;
     const auto complaints = launch->HandOver(readable);
     if (!complaints) return false;
     for (const std::string& complaint : *complaints)
-        *status = Complain(complaint, resources);
+        *status = Tell(complaint, resources);
     return true;
 }
 

@@ -40,7 +40,7 @@ SimulationSaver::Outcome SimulationSaver::Save(uint32 answer) {
         return Outcome::kAsked;
     }
     if (file_.HasChangedUnseen()) {
-        Complain(FillIn(host_->Resources().InterfaceLabel(kTextChangedByAnother), {file_.Path()}));
+        Tell(FillIn(host_->Resources().InterfaceLabel(kTextChangedByAnother), {file_.Path()}));
         return Outcome::kRefused;
     }
     SaveRequested(file_.Directory(), file_.Name(), true);
@@ -91,11 +91,10 @@ void SimulationSaver::SaveRequested(const entry_ref& directory, const std::strin
     if (result.copyError.Failed() && !result.error.Failed())
         TellNotCopied(result.copyError);
     else if (result.copyError.Failed())
-        Complain(FillIn(resources.InterfaceLabel(kTextNotEvenCopied),
-                        {result.path, Reason(result.error), Reason(result.copyError)}));
+        Tell(FillIn(resources.InterfaceLabel(kTextNotEvenCopied),
+                    {result.path, Reason(result.error), Reason(result.copyError)}));
     else if (result.error.Failed())
-        Complain(
-            FillIn(resources.InterfaceLabel(kTextNotSaved), {result.path, Reason(result.error)}));
+        Tell(FillIn(resources.InterfaceLabel(kTextNotSaved), {result.path, Reason(result.error)}));
     controls_->ShowHistory();
     run_->UnPause();
 }
@@ -154,19 +153,18 @@ void SimulationSaver::TellOpened(const DocumentNotices& notices) {
 }
 
 void SimulationSaver::TellNotOpened(const std::string& name, const DocumentError& error) {
-    Complain(FillIn(host_->Resources().InterfaceLabel(kTextNotOpened), {name, Reason(error)}));
+    Tell(FillIn(host_->Resources().InterfaceLabel(kTextNotOpened), {name, Reason(error)}));
 }
 
 void SimulationSaver::TellNotCopied(const DocumentError& error) {
-    Complain(
-        FillIn(host_->Resources().InterfaceLabel(kTextNotCopied), {file_.Name(), Reason(error)}));
+    Tell(FillIn(host_->Resources().InterfaceLabel(kTextNotCopied), {file_.Name(), Reason(error)}));
 }
 
 std::string SimulationSaver::Reason(const DocumentError& error) const {
     return error.Reason(host_->Resources());
 }
 
-void SimulationSaver::Complain(const std::string& text) {
+void SimulationSaver::Tell(const std::string& text) {
     controls_->ShowInFull(text);
     Print(text);
 }

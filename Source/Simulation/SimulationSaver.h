@@ -60,7 +60,7 @@ private:
     void GatherWindows();
     void SetSimWindowInfo(BMessage* archive) const;
     void TellNotCopied(const DocumentError& error);
-    void Complain(const std::string& text);
+    void Tell(const std::string& text);
     void Print(const std::string& text) const;
     [[nodiscard]] std::string Reason(const DocumentError& error) const;
 

@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QTest>
 #include <atomic>
 #include <cmath>
 #include <set>
@@ -21,13 +17,11 @@
 #include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Handles/BScreen.h"
-#include "Platform/Interface/Server/ViewPart.h"
-#include "Platform/Interface/Server/WindowPart.h"
-#include "Platform/Interface/Server/WindowServer.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/SimulationMenus.h"
 #include "Tests/Displays/UserHand.h"
 #include "Tests/Simulation/Document/SampleDocument.h"
+#include "Tests/Simulation/ScrollHand.h"
 #include "Tests/Simulation/TestSimulation.h"
 
 namespace {
@@ -357,38 +351,17 @@ TEST_F(SimulationTest, FilesAndOpenGoToTheApplicationWithThisWindow) {
 
 // With a font for which the screen is too small it scrolls, and the keyboard gets everywhere.
 TEST_F(SimulationTest, IsNoHigherThanTheScreen) {
-    const QFont usual = WindowServer::Ask([] { return QApplication::font(); });
-    WindowServer::Perform([] {
-        QFont large = QApplication::font();
-        large.setPointSize(2 * large.pointSize() + 4);
-        QApplication::setFont(large);
-    });
-    {
-        TestSimulation simulation(&host);
-        const BRect screen = BScreen(simulation.window).Frame();
-        const BRect frame = simulation->Frame();
-        EXPECT_LT(frame.Height(), screen.Height());
-        EXPECT_LE(frame.bottom, screen.bottom);
-        WindowServer::Perform([&] {
-            QWidget* const window = simulation->Part()->Widget();
-            auto* const area = window->findChild<QScrollArea*>();
-            ASSERT_NE(area, nullptr);
-            EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
-            EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
-            QWidget* const last = simulation->FindView("order")->Part()->Widget()->focusProxy();
-            ASSERT_NE(last, nullptr);
-            const auto isSeen = [&] {
-                return area->viewport()->rect().contains(
-                    QRect(last->mapTo(area->viewport(), QPoint()), last->size()));
-            };
-            EXPECT_FALSE(isSeen());
-            QTest::keyClick(window, Qt::Key_Tab);
-            for (int i = 0; i < 60 && window->focusWidget() != last; i++)
-                QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
-            EXPECT_TRUE(isSeen());
-        });
-    }
-    WindowServer::Perform([&] { QApplication::setFont(usual); });
+    const LargeFont font;
+    TestSimulation simulation(&host);
+    const BRect screen = BScreen(simulation.window).Frame();
+    const BRect frame = simulation->Frame();
+    EXPECT_LT(frame.Height(), screen.Height());
+    EXPECT_LE(frame.bottom, screen.bottom);
+    const ScrollHand hand(simulation.window, simulation->FindView("order"));
+    ASSERT_TRUE(hand.CanScroll());
+    EXPECT_FALSE(hand.SeesLast());
+    hand.TabToLast();
+    EXPECT_TRUE(hand.SeesLast());
 }
 
 TEST_F(SimulationTest, WithoutATemplateThereIsAWindowWithNothingInIt) {
