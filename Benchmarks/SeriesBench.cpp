@@ -1,6 +1,8 @@
 // Runs of high order: their cost and what they lose of the energy; what reports, the search for
 // contacts and a second thread cost or gain.
 #include <cmath>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -35,10 +37,10 @@ long double Energy(const PointSystem& system) {
 
 class SeriesRun {
 public:
-    SeriesRun(const PointSystem& system, double tolerance, int32 threads)
+    SeriesRun(const PointSystem& system, double tolerance, int32 threads, int32 order = kOrder)
         : system_(system), stepper_(threads) {
         stop_.pauseCount = 0;
-        Load(system, &stepper_, kOrder);
+        Load(system, &stepper_, order);
         contacts_.Resize(stepper_.CountBodies(), stepper_.CountMassive());
         now_.Resize(stepper_.CountBodies(), stepper_.CountMassive());
         stepper_.Start(tolerance, 0.0);
@@ -46,6 +48,15 @@ public:
     void Step(int32 steps) {
         for (int32 i = 0; i < steps; i++)
             if (stepper_.MakeStep(stop_) != SeriesStepper::Result::kDone) return;
+    }
+    // Returns the number of steps.
+    int32 StepUntil(double time) {
+        int32 steps = 0;
+        do {
+            Step(1);
+            steps++;
+        } while (stepper_.HasStep() && stepper_.Step().End().high < time);
+        return steps;
     }
     void StepAndReport(int32 steps) {
         for (int32 i = 0; i < steps; i++) {
@@ -115,6 +126,28 @@ void BenchThreads(BenchTable* table, int32 bodies, int32 steps, double required)
                       times[0].median / times[1].median, "x");
 }
 
+// The table of the guide's page on orders.
+void BenchOrders(BenchTable* table) {
+    constexpr double kTime = 1000 * kYear;
+    for (const int32 order : {8, 12, 16, 20, 24})
+        for (const double tolerance : {1e-10, 1e-13, 1e-16}) {
+            std::unique_ptr<SeriesRun> run;
+            int32 steps = 0;
+            const auto whole = [&] {
+                run = std::make_unique<SeriesRun>(Planets(4), tolerance, 1, order);
+                steps = run->StepUntil(kTime);
+            };
+            const auto times = Measure({whole}, 1, 3);
+            char cutoff[16];
+            std::snprintf(cutoff, sizeof cutoff, "%.0e", tolerance);
+            const std::string what = "order " + std::to_string(order) + ", cutoff " + cutoff +
+                                     ", 1000 years of 5 bodies";
+            table->AddFigure(what, 1e3 * times[0].median, "ms");
+            table->AddFigure(what + ", steps", steps, "");
+            table->AddFigure(what + ", energy error", run->EnergyError(), "");
+        }
+}
+
 }  // namespace
 
 void BenchSeries(BenchTable* table) {
@@ -124,6 +157,7 @@ void BenchSeries(BenchTable* table) {
     BenchSteps(table, "10 bodies", Planets(9), 1e-16, 2000);
     BenchSteps(table, "100 bodies", Cluster(100, 100), 1e-13, 30);
     BenchSteps(table, "1000 bodies", Cluster(1000, 1000), 1e-13, 1);
+    BenchOrders(table);
     BenchReports(table);
     BenchContacts(table);
     BenchThreads(table, 100, 30, 0.97);

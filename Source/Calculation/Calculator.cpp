@@ -311,7 +311,7 @@ void Calculator::PrepareRun() {
             EndRun(RunEnding::Reason::kNoMemory);
         }
     }
-    limit_.Begin();
+    limit_.Begin(isBackwards_);
     untilBatchEnd_ = 0;
     const int32 most = MostReports();
     for (ReportConsumer* consumer : *consumers_) {

@@ -77,6 +77,11 @@ public:
     // While parked.
     void SetGoalIsTold(bool isTold) { isGoalTold_ = isTold; }
 
+    // The next run that starts, and those after it, go back in time; they do not where the method
+    // cannot.
+    void SetBackwards(bool isBackwards) { isBackwards_ = isBackwards; }
+    [[nodiscard]] bool IsBackwards() const { return isBackwards_; }
+
     // The batch with the `reports`-th report from now on ends with it, so that a consumer sees the
     // calculator just there. For consumers, on the calculation thread, in PrepareForGo and
     // ReadData; holds once.
@@ -222,6 +227,7 @@ private:
     int32 pacedBodies_ = 0;              // those that it was chosen for
     std::atomic<bool> quit_{false};
     std::atomic<bool> isHeldRun_{false};
+    std::atomic<bool> isBackwards_{false};
     std::atomic<bool> hasStoppedItself_{false};
     StopFlags stop_;
     CollisionMailbox collisions_;

@@ -21,6 +21,7 @@
 
 class BMessage;
 class Body;
+class SeriesStep;
 struct StopFlags;
 
 class Integrator {
@@ -31,6 +32,8 @@ public:
         double cutoff;                     // the relative size of a correction that may be ignored
         double time;                       // s
         const std::vector<Body*>& bodies;  // in mass order
+        bool isBackwards = false;          // time falls; only where IsContinuous
+        bool passesContacts = false;       // PassContacts follows every contact
     };
     enum class Outcome {
         kReport,      // it stands at the next report
@@ -38,6 +41,7 @@ public:
         kStopped,     // given up because of `stop`: it stands where it stood
         kTimeStands,  // the next step is too short to change the time: it stands where it stood
         kNothingInteracts,  // all go straight on for ever: it stands at `until`, or where it stood
+        kNotFinite,         // the next step's numbers would not be finite: it stands where it stood
     };
     struct Progress {
         Outcome outcome;
@@ -51,6 +55,12 @@ public:
 
     // The order that it uses where an epoch asks for this one; none: that is not for this method.
     [[nodiscard]] virtual std::optional<int32> OrderFor(int32 asked) const = 0;
+    // It knows the motion between two reports: it can end a step anywhere, go back in time, tell
+    // LastMotion and pass contacts.
+    [[nodiscard]] virtual bool IsContinuous() const = 0;
+    // Of the run that was begun: what is used, which need not be what was asked for.
+    [[nodiscard]] virtual int32 OrderInUse() const = 0;
+    [[nodiscard]] virtual double CutoffInUse() const = 0;
     // 0: as many as the machine has processors.
     virtual void SetThreads(int32 threads) = 0;
 
@@ -70,6 +80,17 @@ public:
     virtual void SetTime(double time) = 0;
     // After kContact: earlier body descending, then later body descending.
     [[nodiscard]] virtual const std::vector<CollidingPair>& Contacts() const = 0;
+    // These bodies go on through each other: they do not touch again until they have been apart.
+    virtual void PassContacts() {}
+
+    // A piece of a step, in its scales: from the report before to the last one.
+    struct Motion {
+        const SeriesStep* step;  // until the next Advance
+        double from;
+        double to;
+    };
+    // None: the motion is not known, or all go straight on.
+    [[nodiscard]] virtual std::optional<Motion> LastMotion() const { return std::nullopt; }
 
     // Adds the fields that are saved with an epoch, under names of the method's own.
     [[nodiscard]] virtual status_t Archive(BMessage* into) const = 0;

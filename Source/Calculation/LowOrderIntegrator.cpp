@@ -41,7 +41,8 @@ void LowOrderIntegrator::Begin(const Start& start) {
 // From the shortest step on.
 void LowOrderIntegrator::StartSteps(const Start& start) {
     order_ = start.order;
-    step_.Restart(start.cutoff, order_);
+    cutoff_ = start.cutoff;
+    step_.Restart(cutoff_, order_);
 }
 
 void LowOrderIntegrator::SetTime(double time) {

@@ -13,6 +13,9 @@ class LowOrderIntegrator final : public Integrator {
 public:
     // Takes what is too low as the lowest order.
     [[nodiscard]] std::optional<int32> OrderFor(int32 asked) const override;
+    [[nodiscard]] bool IsContinuous() const override { return false; }
+    [[nodiscard]] int32 OrderInUse() const override { return order_; }
+    [[nodiscard]] double CutoffInUse() const override { return cutoff_; }
     void SetThreads(int32 threads) override { evaluator_.SetThreads(threads); }
 
     [[nodiscard]] BodyRows MakeRoom(int32 bodies, int32 massive) override;
@@ -40,6 +43,7 @@ private:
     TaylorParts parts_;
     StepControl step_;
     int32 order_ = 4;
+    double cutoff_ = 0.0;
     int32 iteration_ = 0;  // steps since the last promotion; stays at the greatest number
     // Reports are at anchor + elapsed: the sum of the steps of the whole run, not a running sum of
     // times and not of the steps of a batch, whose size follows the clock.

@@ -41,6 +41,10 @@ void RunBodies::ComputeKissDist(const std::vector<Body*>& bodies) {
         rows_.radius[i] = bodies[i]->Radius();
 }
 
+void RunBodies::IgnoreKissDist() {
+    std::fill_n(rows_.radius, rows_.bodies, 0.0);
+}
+
 void RunBodies::Store(const std::vector<Body*>& bodies) const {
     for (std::size_t i = 0; i < bodies.size(); i++) {
         bodies[i]->SetPosition(At(coordinates_.position, i));

@@ -18,6 +18,8 @@ public:
     // A pair touches within the sum of its radii. Whoever needs it forms it as he goes: a square
     // for each pair would grow with the pairs.
     void ComputeKissDist(const std::vector<Body*>& bodies);
+    // All radii count as 0.
+    void IgnoreKissDist();
     void Store(const std::vector<Body*>& bodies) const;
 
     // These are the bodies that were loaded, and nobody has moved them or changed a mass.

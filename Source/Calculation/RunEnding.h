@@ -16,6 +16,8 @@ struct RunEnding {
         kNotMerged,         // bodies touch that cannot become one
         kNoMemory,          // for the run, or for what takes its reports
         kGoal,              // it was to stop there
+        kTouchedBackwards,  // bodies touch on the way back, where no merger can be undone
+        kTouched,           // bodies touch, and that ends the runs of this epoch
     };
     static constexpr uint32 kMessage = FourCC("rend");
 

@@ -27,19 +27,29 @@ constexpr FieldTable kFields{
                            .whenMissing = kRefused},
 };
 
+constexpr FieldTable kDirection{
+    Field<&RunLeft::isBackwards>{.name = "Backwards",
+                                 .meaning = "time falls",
+                                 .missing = false,
+                                 .isWritten = [](const RunLeft& left) { return left.isBackwards; }},
+};
+
 }  // namespace
 
 status_t RunLeft::Archive(BMessage* into) const {
-    return kFields.Write(*this, into);
+    const status_t status = kFields.Write(*this, into);
+    return status == B_OK ? kDirection.Write(*this, into) : status;
 }
 
 status_t RunLeft::Regenerate(const BMessage& archive) {
     RunLeft read;
     const status_t status = kFields.Read(archive, &read);
+    static_cast<void>(kDirection.Read(archive, &read));  // need not be there
     if (status == B_OK) *this = read;
     return status;
 }
 
 void RunLeft::DescribeFields(FieldDescriptions* into) {
     kFields.Describe(into);
+    kDirection.Describe(into);
 }

@@ -1,5 +1,6 @@
 // Where a run is to stop by itself: when so many steps are complete, or at a time: exactly then if
-// the integrator, which is told, can end a step anywhere, else at the first report past it. Set by
+// the integrator, which is told, can end a step anywhere, else at the first report past it. Past it
+// is before it where time falls. Set by
 // any thread, obeyed by the calculation thread from the start of its next run on; pauses and
 // collisions on the way do not restart the count.
 #pragma once
@@ -17,6 +18,7 @@ class BMessage;
 struct RunLeft {
     int64 steps = 0;                                         // 0: any number
     double until = std::numeric_limits<double>::infinity();  // s; +infinity: for ever
+    bool isBackwards = false;                                // time falls
 
     [[nodiscard]] status_t Archive(BMessage* into) const;
     // B_BAD_DATA: no run has such a limit. Changes nothing unless all is well.
@@ -34,17 +36,18 @@ public:
     }
 
     // A run starts. Calculation thread.
-    void Begin() {
+    void Begin(bool isBackwards) {
         const std::lock_guard lock(mutex_);
         if (changed_) current_ = next_;
         changed_ = false;
+        isBackwards_ = isBackwards;
     }
 
     // The time at which the run is to stop, s; NaN if at none. Calculation thread.
     [[nodiscard]] double Time() const { return current_.time; }
     // Calculation thread, or while it is parked.
     [[nodiscard]] RunLeft Left() const {
-        RunLeft left{.steps = current_.steps};
+        RunLeft left{.steps = current_.steps, .isBackwards = isBackwards_};
         if (current_.time == current_.time) left.until = current_.time;
         return left;
     }
@@ -53,7 +56,8 @@ public:
     // at, which also ends the limit.
     bool Reached(int32 steps, double time) {
         current_.steps -= steps;
-        if (current_.steps > 0 && !(time >= current_.time)) return false;
+        const bool isThere = isBackwards_ ? time <= current_.time : time >= current_.time;
+        if (current_.steps > 0 && !isThere) return false;
         current_ = Limit{};
         return true;
     }
@@ -71,5 +75,6 @@ private:
     std::mutex mutex_;  // guards next_ and changed_
     Limit next_;
     bool changed_ = false;
-    Limit current_;  // the calculation thread's own
+    Limit current_;  // the calculation thread's own, as is the next
+    bool isBackwards_ = false;
 };

@@ -38,12 +38,14 @@ void TaylorCalculator::Regenerate(BMessage* archive) {
 
 void TaylorCalculator::Recache() {
     Calculator::Recache();
+    onContact_ = GetEpoch()->OnContact();
     // A display that is opened or closed in the middle of a run must not be seen in its results.
     // What a method carries need not add up to the bodies' places at every moment; so it is left
     // alone.
-    if (IsHeldRun() && IsUntouched()) return bodies_.ComputeKissDist(Bodies());
+    if (IsHeldRun() && IsUntouched()) return TakeRadii();
     epoch_ = nullptr;  // where memory is lacking there is no run to hold
     ChooseIntegrator();
+    if (!integrator_->IsContinuous()) SetBackwards(false);
     LoadBodies();
     integrator_->Begin(StartAt(GetEpoch()->Time()));
     runsBegun_++;
@@ -62,13 +64,17 @@ Integrator::Start TaylorCalculator::StartAt(double time) const {
     return {.order = *integrator_->OrderFor(GetEpoch()->Order()),
             .cutoff = Cutoff(),
             .time = time,
-            .bodies = Bodies()};
+            .bodies = Bodies(),
+            .isBackwards = IsBackwards(),
+            .passesContacts = onContact_ != kContactMerges};
 }
 
 void TaylorCalculator::NoteRun() {
     epoch_ = GetEpoch();
     order_ = *integrator_->OrderFor(epoch_->Order());
     runCutoff_ = Cutoff();
+    for (MotionWatcher* const watcher : watchers_)
+        watcher->BodiesAre(epoch_->Time(), Bodies(), CountMassiveBodies());
 }
 
 void TaylorCalculator::SetThreads(int32 threads) {
@@ -88,8 +94,10 @@ status_t TaylorCalculator::ResumeRun(const BMessage& archive) {
     if (const status_t status = left.Regenerate(archive); status != B_OK) return status;
     epoch_ = nullptr;
     Calculator::Recache();
+    onContact_ = GetEpoch()->OnContact();
     ChooseIntegrator();
     LoadBodies();
+    SetBackwards(left.isBackwards);
     const Integrator::Start start = StartAt(GetEpoch()->Time());
     if (const status_t status = integrator_->ResumeRun(archive, start); status != B_OK)
         return status;
@@ -106,6 +114,14 @@ bool TaylorCalculator::IsUntouched() const {
 
 void TaylorCalculator::LoadBodies() {
     bodies_.Load(Bodies(), integrator_->MakeRoom(CountBodies(), CountMassiveBodies()));
+    TakeRadii();
+}
+
+// A method that cannot pass contacts must not see them.
+void TaylorCalculator::TakeRadii() {
+    if (onContact_ == kContactPasses && !integrator_->IsContinuous())
+        return bodies_.IgnoreKissDist();
+    bodies_.ComputeKissDist(Bodies());
 }
 
 int32 TaylorCalculator::Calculate() {
@@ -135,7 +151,9 @@ int32 TaylorCalculator::MakeReports() {
 }
 
 bool TaylorCalculator::MakeReport() {
+    const double from = integrator_->Time();
     const auto [outcome, steps] = integrator_->Advance(TimeLimit(), Stop());
+    if (!watchers_.empty()) TellMotion(from);
     switch (outcome) {
         case Integrator::Outcome::kReport:
             Report(integrator_->Time(), bodies_.Coordinates(), steps);
@@ -147,20 +165,55 @@ bool TaylorCalculator::MakeReport() {
         case Integrator::Outcome::kTimeStands:
             EndRun(RunEnding::Reason::kTimeStands);
             return false;
+        case Integrator::Outcome::kNotFinite:
+            EndRun(RunEnding::Reason::kNotFinite);
+            return false;
         case Integrator::Outcome::kStopped:
             break;
     }
     return false;
 }
 
+void TaylorCalculator::TellMotion(double from) const {
+    const auto motion = integrator_->LastMotion();
+    if (!motion || integrator_->Time() == from) return;
+    for (MotionWatcher* const watcher : watchers_)
+        watcher->Moved({*motion->step, motion->from, motion->to, from, integrator_->Time()});
+}
+
 // Distances that are no numbers count as touching; what is at no place collides with nothing.
 bool TaylorCalculator::ReportCollision(int32 steps) {
     if (!std::isfinite(TBase()) || !bodies_.AreFinite()) return false;
+    const double time = integrator_->Time();
+    for (MotionWatcher* const watcher : watchers_)
+        watcher->Touched(time, bodies_.Coordinates(), integrator_->Contacts());
+    if (onContact_ == kContactPasses && integrator_->IsContinuous()) {
+        integrator_->PassContacts();
+        Report(time, bodies_.Coordinates(), steps);
+        return true;
+    }
+    if (onContact_ == kContactPasses || (onContact_ == kContactMerges && IsBackwards())) {
+        EndAtContact(steps);
+        return true;
+    }
     for (const CollidingPair& pair : integrator_->Contacts())
         AddCollision(BodyAt(pair.later)->ID(), BodyAt(pair.earlier)->ID());
     PostCollision();
-    ReportContact(integrator_->Time(), bodies_.Coordinates(), steps);
+    ReportContact(time, bodies_.Coordinates(), steps);
+    if (onContact_ == kContactStops) integrator_->PassContacts();
     return true;
+}
+
+// Bodies that can neither merge nor go on.
+void TaylorCalculator::EndAtContact(int32 steps) {
+    ReportContact(integrator_->Time(), bodies_.Coordinates(), steps);
+    const CollidingPair& pair = integrator_->Contacts().front();
+    RunEnding ending;
+    ending.reason =
+        IsBackwards() ? RunEnding::Reason::kTouchedBackwards : RunEnding::Reason::kNotFinite;
+    ending.time = TBase();
+    ending.pair = {BodyAt(pair.later)->ID(), BodyAt(pair.earlier)->ID(), bodies_.Distance(pair)};
+    Calculator::EndRun(ending);
 }
 
 // The bodies have gone straight to the time that was asked for; if none was, they stay.

@@ -9,7 +9,9 @@
 
 #include "Calculation/Calculator.h"
 #include "Calculation/Integrator.h"
+#include "Calculation/MotionWatcher.h"
 #include "Calculation/RunBodies.h"
+#include "Model/Epochs/EpochLimits.h"
 
 class TaylorCalculator final : public Calculator {
 public:
@@ -35,6 +37,14 @@ public:
     // For consumers, in PrepareForGo.
     [[nodiscard]] int64 RunsBegun() const { return runsBegun_; }
 
+    // What the last run used of that which its epoch asks for, and whether that method knows the
+    // motion itself. Under the model lock.
+    [[nodiscard]] int32 OrderInUse() const { return integrator_->OrderInUse(); }
+    [[nodiscard]] double CutoffInUse() const { return integrator_->CutoffInUse(); }
+
+    // Not owned, and there as long as the calculator runs. While parked.
+    void AddWatcher(MotionWatcher* watcher) { watchers_.push_back(watcher); }
+
     // Threads that share the force evaluation; 0: as many as the machine has processors. While
     // parked.
     void SetThreads(int32 threads);
@@ -46,11 +56,14 @@ private:
     // The model is as this calculator left it.
     [[nodiscard]] bool IsUntouched() const;
     void LoadBodies();
+    void TakeRadii();
     // Makes the batch's reports, and returns how many.
     int32 MakeReports();
     // Makes the next report. False: there is none to make, and the batch ends.
     bool MakeReport();
     bool ReportCollision(int32 steps);
+    void EndAtContact(int32 steps);
+    void TellMotion(double from) const;
     bool ReportStraight(int32 steps);
     // Goes back to the last report whose numbers are finite, and ends the run there; returns how
     // many of the reports that were made are left.
@@ -59,7 +72,9 @@ private:
 
     std::unique_ptr<Integrator> integrator_;
     RunBodies bodies_;  // in the integrator's arrays
+    std::vector<MotionWatcher*> watchers_;
     int32 threads_ = 0;
+    int32 onContact_ = kContactMerges;
     int64 runsBegun_ = 0;
     // Of the last run; only compared.
     const AbEpoch* epoch_ = nullptr;  // null: there is none that could go on

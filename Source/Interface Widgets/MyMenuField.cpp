@@ -10,11 +10,13 @@
 #include "Platform/Interface/Handles/InterfaceDefs.h"
 
 MyMenuField::MyMenuField(const char* name, const char* label, EpochPortal* portal,
-                         std::vector<int32> numbers)
+                         std::vector<int32> numbers, const std::vector<std::string>& texts)
     : ValueEntry(name, B_HORIZONTAL, portal), numbers_(std::move(numbers)) {
     menu_ = new BPopUpMenu("numbers");
-    for (const int32 number : numbers_)
-        menu_->AddItem(new BMenuItem(std::to_string(number).c_str(), new BMessage(kChosen)));
+    for (std::size_t i = 0; i < numbers_.size(); i++) {
+        const std::string text = texts.empty() ? std::to_string(numbers_[i]) : texts[i];
+        menu_->AddItem(new BMenuItem(text.c_str(), new BMessage(kChosen)));
+    }
     field_ = new BMenuField("menu", nullptr, menu_);
     field_->SetAccessibleName(label);
     AddChild(field_);

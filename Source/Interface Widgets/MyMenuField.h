@@ -2,6 +2,7 @@
 // is ever pending.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "Interface Widgets/Entry.h"
@@ -12,9 +13,9 @@ class BMenuField;
 class MyMenuField : public ValueEntry<int32> {
 public:
     // `numbers` ascend. What is between two of them shows as the next one. `label` is what a screen
-    // reader says.
+    // reader says; `texts` stand for the numbers, which stand for themselves where there are none.
     MyMenuField(const char* name, const char* label, EpochPortal* portal,
-                std::vector<int32> numbers);
+                std::vector<int32> numbers, const std::vector<std::string>& texts = {});
 
     void AttachedToWindow() override;
     void MessageReceived(BMessage* message) override;

@@ -68,6 +68,7 @@ inline constexpr uint32 kBranchHere = FourCC("brch");
 inline constexpr uint32 kBackToNow = FourCC("bknw");
 inline constexpr uint32 kToCenterOfMass = FourCC("2com");
 inline constexpr uint32 kTogglePause = FourCC("tgps");
+inline constexpr uint32 kRunBackwards = FourCC("rbck");
 // Pause, and let go again; "rest" and "rnok" hold the calculator only. Answered with message
 // "Reply", if there is one, when done.
 inline constexpr uint32 kPauseRun = FourCC("psar");

@@ -87,7 +87,7 @@ const DocumentEdit::Field DocumentEdit::kSystemFields[] = {
 const DocumentEdit::Field DocumentEdit::kEpochFields[] = {
     {"name", &DocumentEdit::SetEpochName},    {"time", &DocumentEdit::SetTime},
     {"cutoff", &DocumentEdit::SetCutoff},     {"order", &DocumentEdit::SetOrder},
-    {"com-on-go", &DocumentEdit::SetCOMOnGo},
+    {"com-on-go", &DocumentEdit::SetCOMOnGo}, {"on-contact", &DocumentEdit::SetOnContact},
 };
 
 const DocumentEdit::Field DocumentEdit::kAnimationFields[] = {
@@ -288,6 +288,12 @@ DocumentEdit::Wrong DocumentEdit::SetOrder(Value value) {
     int32 order;
     if (!ReadPlain(value, &order)) return Problem(kTextEditNoNumber, value);
     return Commit(OrderFactory(), order);
+}
+
+DocumentEdit::Wrong DocumentEdit::SetOnContact(Value value) {
+    const std::optional<int32> what = ContactFromName(value);
+    if (!what) return Problem(kTextEditRefused);
+    return Commit(OnContactFactory(), *what);
 }
 
 DocumentEdit::Wrong DocumentEdit::SetCOMOnGo(Value value) {

@@ -58,6 +58,7 @@ private:
     Wrong SetCutoff(Value value);
     Wrong SetOrder(Value value);
     Wrong SetCOMOnGo(Value value);
+    Wrong SetOnContact(Value value);
     template <CalculatorIntFactory (*kFactory)()>
     Wrong SetCalculatorInt(Value value);
 

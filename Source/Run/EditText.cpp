@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "Model/Epochs/EpochCursor.h"
 #include "Simulation/Document/SimulationDocument.h"
@@ -17,6 +18,13 @@ std::string_view TakeUpTo(char separator, std::string_view* text) {
     const std::string_view piece = Trimmed(text->substr(0, end));
     text->remove_prefix(std::min(end + 1, text->size()));
     return piece;
+}
+
+std::optional<int32> ContactFromName(std::string_view name) {
+    constexpr std::string_view kNames[] = {"merge", "stop", "pass"};
+    const auto* const found = std::find(std::begin(kNames), std::end(kNames), name);
+    if (found == std::end(kNames)) return std::nullopt;
+    return static_cast<int32>(found - std::begin(kNames));
 }
 
 std::optional<int64> FindSystem(SimulationDocument* document, std::string_view name) {

@@ -13,6 +13,9 @@ class SimulationDocument;
 // The trimmed text up to the separator, or all of it; the given text keeps what follows.
 [[nodiscard]] std::string_view TakeUpTo(char separator, std::string_view* text);
 
+// "merge", "stop" or "pass", as EpochLimits.h has them.
+[[nodiscard]] std::optional<int32> ContactFromName(std::string_view name);
+
 // The first system of the focus epoch, by identifier, that has the name. Both for the thread that
 // has the document to itself.
 [[nodiscard]] std::optional<int64> FindSystem(SimulationDocument* document, std::string_view name);

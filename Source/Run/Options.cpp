@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <fstream>
 #include <span>
 #include <utility>
 
@@ -88,9 +89,8 @@ bool AddEdit(Value value, const ProgramResources&, Options* options) {
 }
 
 bool SetOnCollision(Value value, const ProgramResources&, Options* options) {
-    const bool merge = value == "merge";
-    options->onCollision = merge ? Options::OnCollision::kMerge : Options::OnCollision::kStop;
-    return merge || value == "stop";
+    options->onCollision = ContactFromName(value);
+    return options->onCollision.has_value();
 }
 
 // "10min": of real time, in seconds unless it says otherwise.
@@ -130,7 +130,31 @@ bool SetCutoff(Value value, const ProgramResources&, Options* options) {
 bool SetDuration(Value value, const ProgramResources& resources, Options* options) {
     const UnitTable::Parsed duration = resources.TimeUnits().Parse(value);
     options->duration = duration.value;
-    return duration && std::isfinite(duration.value) && duration.value > 0.0;
+    return duration && std::isfinite(duration.value) && duration.value != 0.0;
+}
+
+bool AddTime(Value value, const ProgramResources& resources, Options* options) {
+    const UnitTable::Parsed time = resources.TimeUnits().Parse(value);
+    options->at.push_back(time.value);
+    return time && std::isfinite(time.value);
+}
+
+// "10 yr", or "@FILE" with one such on each line; what follows a "#" is a remark.
+bool AddTimes(Value value, const ProgramResources& resources, Options* options) {
+    if (value.empty() || value[0] != '@') return AddTime(value, resources, options);
+    std::ifstream file{std::string(value.substr(1))};
+    if (!file) return false;
+    for (std::string line; std::getline(file, line);) {
+        const std::string_view time = Trimmed(std::string_view(line).substr(0, line.find('#')));
+        if (!time.empty() && !AddTime(time, resources, options)) return false;
+    }
+    return file.eof() && !options->at.empty();
+}
+
+bool SetEscapeDistance(Value value, const ProgramResources& resources, Options* options) {
+    const UnitTable::Parsed distance = resources.DistanceUnits().Parse(value);
+    options->escapeDistance = distance.value;
+    return distance && std::isfinite(distance.value) && distance.value > 0.0;
 }
 
 constexpr OptionInfo kOptions[] = {
@@ -139,6 +163,10 @@ constexpr OptionInfo kOptions[] = {
     {"until", '\0', true, SetPath<&Options::until>},
     {"csv", '\0', true, SetPath<&Options::csv>},
     {"every", '\0', true, SetEvery},
+    {"at", '\0', true, AddTimes},
+    {"step-times", '\0', false, SetFlag<&Options::stepTimes>},
+    {"events", '\0', true, SetPath<&Options::events>},
+    {"escape-distance", '\0', true, SetEscapeDistance},
     {"checkpoint", '\0', true, SetCheckpoint},
     {"resume", '\0', true, SetPath<&Options::resume>},
     {"save", 'o', true, SetPath<&Options::save>},
@@ -193,7 +221,7 @@ public:
         if (options_->checkpoint && !options_->save) return Problem(kTextCheckpointNeedsSave);
         if (const std::string_view other = ChangesRun(); options_->resume && !other.empty())
             return Problem(kTextNotWithResume, other);
-        return std::nullopt;
+        return FindMotionProblem();
     }
 
 private:
@@ -208,6 +236,26 @@ private:
         if (options_->onCollision) return "--on-collision";
         if (!options_->edits.empty()) return "--edit";
         return options_->dump ? "--dump" : "";
+    }
+
+    // States at chosen times and events are not gone on with.
+    [[nodiscard]] Wrong FindMotionProblem() const {
+        if ((!options_->at.empty() || options_->stepTimes) && !options_->csv)
+            return Problem(kTextNeedsCsv, options_->stepTimes ? "--step-times" : "--at");
+        if (!options_->at.empty() && options_->stepTimes)
+            return Problem(kTextNotTogether, "--at", "--step-times");
+        if (!options_->at.empty() && options_->every)
+            return Problem(kTextNotTogether, "--at", "--every");
+        if (options_->escapeDistance && !options_->events)
+            return Problem(kTextNotWithout, "--escape-distance", "--events");
+        const std::string_view motion = !options_->at.empty() ? "--at"
+                                        : options_->stepTimes ? "--step-times"
+                                        : options_->events    ? "--events"
+                                                              : "";
+        if (motion.empty()) return std::nullopt;
+        if (options_->checkpoint) return Problem(kTextNotTogether, motion, "--checkpoint");
+        if (options_->resume) return Problem(kTextNotTogether, motion, "--resume");
+        return std::nullopt;
     }
 
     [[nodiscard]] std::string Problem(RunnerText text, std::string_view what = {},

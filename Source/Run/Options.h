@@ -18,19 +18,22 @@ struct Options {
     std::optional<std::string> resume;    // a checkpoint, in place of a document
     std::optional<std::string> document;  // none: the new-simulation template
     std::optional<int64> steps;           // 0: no run
-    std::optional<double> duration;       // s
+    std::optional<double> duration;       // s; negative: back in time
     std::optional<std::string> until;     // UntilText.h
+    std::vector<double> at;               // s, the document's times of states to write
+    bool stepTimes = false;               // states are written where steps end
+    std::optional<std::string> events;
+    std::optional<double> escapeDistance;  // m
     std::optional<std::string> csv;
     std::optional<int64> every;  // none: all, or as the run began
     std::optional<std::string> save;
     std::optional<std::string> png;
     int32 width = 1200;  // pixels of the picture
     int32 height = 900;
-    int32 axis = 3;                  // looked along: 1, 2, 3 for x, y, z
-    double scale = 0.0;              // pixels per metre; 0: the picture shows all that happened
-    std::vector<std::string> edits;  // "SYSTEM.FIELD=VALUE UNIT", in order
-    enum class OnCollision { kMerge, kStop };
-    std::optional<OnCollision> onCollision;  // none: merge
+    int32 axis = 3;                    // looked along: 1, 2, 3 for x, y, z
+    double scale = 0.0;                // pixels per metre; 0: the picture shows all that happened
+    std::vector<std::string> edits;    // "SYSTEM.FIELD=VALUE UNIT", in order
+    std::optional<int32> onCollision;  // of EpochLimits.h; none: what the epoch says
     bool epochs = false;
     bool elements = false;
     std::optional<double> cutoff;
@@ -47,7 +50,7 @@ struct Options {
     // A listing alone, and 0 steps, run nothing.
     [[nodiscard]] bool WantsRun() const {
         if (resume) return true;
-        return steps ? *steps > 0 : duration || until || !(epochs || elements);
+        return steps ? *steps > 0 : duration || until || !at.empty() || !(epochs || elements);
     }
 };
 

@@ -32,5 +32,8 @@ std::optional<std::string> FindClashingOutput(const Options& options) {
     };
     if (clashes(csv, std::nullopt)) return csv;
     if (clashes(options.png, csv)) return options.png;
+    const bool isEventFile = options.events && options.events != OutputFile::kStandardOutput;
+    if (isEventFile && (clashes(options.events, csv) || clashes(options.events, options.png)))
+        return options.events;
     return std::nullopt;
 }

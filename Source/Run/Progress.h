@@ -7,15 +7,9 @@
 #include <string>
 
 #include "Platform/Support/SupportDefs.h"
+#include "Run/RunGoal.h"
 
 class ProgramResources;
-
-// Where a run ends; at least one of them is given.
-struct RunGoal {
-    std::optional<int64> steps;
-    std::optional<double> time;        // s, the epoch's time at which to stop
-    std::optional<std::string> until;  // UntilText.h
-};
 
 class Progress {
 public:

@@ -11,6 +11,7 @@
 #include "Run/CsvWriter.h"
 #include "Run/Options.h"
 #include "Run/RunRecorder.h"
+#include "Run/TimedStates.h"
 #include "Simulation/Document/SystemState.h"
 
 namespace {
@@ -50,10 +51,11 @@ int ReportFile::CheckMark(const std::string& path) {
     return 0;
 }
 
-void ReportFile::Begin(RunRecorder* recorder, const SystemState& state, int64 report, int64 steps) {
+void ReportFile::Begin(RunRecorder* recorder, TimedStates* states, const SystemState& state,
+                       bool isBackwards, int64 report, int64 steps) {
     if (file_.IsOpen()) {
         writer_ = std::make_unique<CsvWriter>(&file_, state);
-        recorder->SetWriter(writer_.get(), &file_, every_);
+        if (states == nullptr) recorder->SetWriter(writer_.get(), &file_, every_);
     }
     if (former_) {
         file_.Keep(former_->size);
@@ -61,6 +63,7 @@ void ReportFile::Begin(RunRecorder* recorder, const SystemState& state, int64 re
         recorder->GoOn(state, report, steps, former_->LastReport());
     } else {
         if (writer_ != nullptr) writer_->WriteHeader();
+        if (states != nullptr) states->Begin(writer_.get(), state, isBackwards);
         recorder->Begin(state, report, steps);
     }
 }

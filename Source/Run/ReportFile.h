@@ -13,6 +13,7 @@
 
 class CsvWriter;
 class RunRecorder;
+class TimedStates;
 struct Options;
 struct SystemState;
 
@@ -26,8 +27,9 @@ public:
     // Of a resumed run, after Open: why the file that is there cannot be gone on with, if so.
     [[nodiscard]] std::optional<RunnerText> Obstacle() const { return obstacle_; }
     // `report`: the number of the first one, which is of this state, after so many steps. Without a
-    // file the recorder only counts.
-    void Begin(RunRecorder* recorder, const SystemState& state, int64 report, int64 steps);
+    // file the recorder only counts, as it does where the file is for `states`, if not null.
+    void Begin(RunRecorder* recorder, TimedStates* states, const SystemState& state,
+               bool isBackwards, int64 report, int64 steps);
     // The file holds all reports until now that are due, safely; nothing where it is no file that
     // could be gone on with.
     [[nodiscard]] std::optional<ReportMark> Mark(RunRecorder* recorder);

@@ -37,6 +37,8 @@ std::string_view EndingName(RunSummary::Ending ending) {
             return "not merged";
         case RunSummary::Ending::kNoMemory:
             return "no memory";
+        case RunSummary::Ending::kTouched:
+            return "touched";
     }
     return "";
 }
@@ -78,6 +80,9 @@ RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
             return Ending::kNoMemory;
         case RunEnding::Reason::kGoal:
             return Ending::kDone;
+        case RunEnding::Reason::kTouchedBackwards:
+        case RunEnding::Reason::kTouched:
+            return Ending::kTouched;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }
@@ -104,6 +109,8 @@ std::string RunSummary::Text(const ProgramResources& resources) const {
     text += line(kTextSummaryTime, {time(startTime), time(endTime), timeUnit});
     text += line(kTextSummarySteps, {std::to_string(steps), RoundedText(seconds, kSecondsDigits),
                                      RateText(Rate(*this))});
+    text += line(kTextSummaryReports, {std::to_string(reports)});
+    text += line(kTextSummaryOrder, {std::to_string(order), RoundedText(cutoff, kErrorDigits)});
     text += line(kTextSummaryBodies, {std::to_string(bodies), std::to_string(massiveBodies)});
     if (mergers.count > 0)
         text += line(kTextSummaryMergers, {std::to_string(mergers.count),
@@ -127,6 +134,8 @@ std::string RunSummary::Json() const {
     object.Add("time_unit_s", timeUval);
     object.Add("steps", steps);
     object.Add("reports", reports);
+    object.Add("order", static_cast<int64>(order));
+    object.Add("cutoff", cutoff);
     object.Add("seconds", seconds);
     object.Add("steps_per_second", Rate(*this));
     object.Add("bodies", static_cast<int64>(bodies));

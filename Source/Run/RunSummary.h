@@ -21,7 +21,8 @@ struct RunSummary {
         kTimeStands,
         kNothingInteracts,
         kNotMerged,
-        kNoMemory
+        kNoMemory,
+        kTouched
     };
     struct Touch {
         int64 lighterID = 0;
@@ -38,6 +39,8 @@ struct RunSummary {
     double endTime = 0.0;    // s
     int64 steps = 0;
     int64 reports = 0;
+    int32 order = 0;       // as used
+    double cutoff = 0.0;   // likewise
     double seconds = 0.0;  // of real time
     std::size_t bodies = 0;
     std::size_t massiveBodies = 0;

@@ -43,6 +43,7 @@ Runner::Runner(const Options& options, const ProgramResources& resources)
       control_(document_.Portal(), document_.GetCalculator(), this),
       controller_(&document_, &control_, &resources_),
       recorder_(document_.GetCalculator()),
+      motion_(options, document_.GetCalculator()),
       checkpoints_(options, resources, output_, &document_),
       picture_(options, resources, output_, &document_) {
     document_.AddConsumer(&recorder_);
@@ -120,6 +121,10 @@ int Runner::RunDocument() {
     if (options_.threads) document_.GetCalculator()->SetThreads(*options_.threads);
     if (!options_.WantsRun()) return WriteWithoutRun();
     if (const int status = FindTarget(); status != kDone) return status;
+    if (const auto obstacle = FindObstacle())
+        return output_.Fail(DocumentName(), resources_.InterfaceLabel(*obstacle));
+    if (const int error = motion_.Open(); error != 0)
+        return output_.Fail(*options_.events, std::strerror(error));
     if (options_.resume)
         Resume();
     else
@@ -154,6 +159,13 @@ int Runner::FindTarget() {
     return kDone;
 }
 
+std::optional<int32> Runner::FindObstacle() {
+    const double time = OfFocus(&AbEpoch::Time);
+    return motion_.Obstacle(
+        options_.order.value_or(OfFocus(&AbEpoch::Order)),
+        !options_.resume && RunGoal::Of(options_, time, target_).IsBefore(time));
+}
+
 // The new epoch is in place and its centre of mass where it belongs.
 void Runner::RunStarting() {
     EpochPortal* const portal = document_.Portal();
@@ -163,6 +175,8 @@ void Runner::RunStarting() {
         AbEpoch* const focus = portal->FocusEpoch();
         if (options_.cutoff) focus->SetCutoff(*options_.cutoff);
         if (options_.order) focus->SetOrder(*options_.order);
+        if (options_.onCollision) focus->SetOnContact(*options_.onCollision);
+        run_.stopsAtCollision = focus->OnContact() == kContactStops;
         order = focus->Order();
     }
     if (order < kScienceOrder)
@@ -171,15 +185,10 @@ void Runner::RunStarting() {
 
     start_ = TakeState(document_.Portal());
     run_.startTime = start_.time;
-    run_.stopsAtCollision = options_.onCollision == Options::OnCollision::kStop;
-    RunGoal& goal = run_.goal;
-    goal.steps = options_.steps;
-    if (options_.duration) goal.time = start_.time + *options_.duration;
-    goal.until = options_.until;
-    if (target_.IsTime()) goal.time = std::min(goal.time.value_or(kNoTimeLimit), target_.time);
-    if (!goal.steps && !goal.time && !goal.until) goal.steps = Options::kDefaultSteps;
-    document_.GetCalculator()->SetRunLimit(goal.steps.value_or(0),
-                                           goal.time.value_or(kNoTimeLimit));
+    run_.goal = RunGoal::Of(options_, start_.time, target_);
+    document_.GetCalculator()->SetBackwards(run_.goal.IsBefore(start_.time));
+    document_.GetCalculator()->SetRunLimit(run_.goal.steps.value_or(0),
+                                           run_.goal.time.value_or(kNoTimeLimit));
     BeginReports(start_);
 }
 
@@ -190,7 +199,8 @@ void Runner::Resume() {
 }
 
 void Runner::BeginReports(const SystemState& state) {
-    reports_.Begin(&recorder_, state, run_.reports, run_.steps);
+    reports_.Begin(&recorder_, motion_.States(OfFocus(&AbEpoch::Order)), state,
+                   document_.GetCalculator()->IsBackwards(), run_.reports, run_.steps);
     begin_ = Clock::now();
 }
 
@@ -308,6 +318,10 @@ int Runner::WriteResults() {
     TellEnding();
     if (const int error = reports_.Close(); error != 0)
         return output_.Fail(*options_.csv, std::strerror(error));
+    if (const int error = motion_.Close(); error != 0)
+        return output_.Fail(*options_.events, std::strerror(error));
+    if (const std::size_t missed = motion_.MissedTimes(); missed > 0)
+        output_.Note(FillIn(resources_.InterfaceLabel(kTextMissedTimes), {std::to_string(missed)}));
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
     // Of a run that was stopped it stays.
@@ -375,6 +389,8 @@ RunSummary Runner::Summarize() {
     summary.endTime = end.time;
     summary.steps = recorder_.Steps();
     summary.reports = recorder_.Reports();
+    summary.order = document_.GetCalculator()->OrderInUse();
+    summary.cutoff = document_.GetCalculator()->CutoffInUse();
     summary.seconds = seconds_;
     summary.bodies = end.CountBodies();
     summary.massiveBodies = end.CountMassive();

@@ -9,6 +9,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Run/Checkpoints.h"
 #include "Run/CollisionWatch.h"
+#include "Run/MotionFiles.h"
 #include "Run/Options.h"
 #include "Run/PictureFile.h"
 #include "Run/Progress.h"
@@ -47,6 +48,8 @@ private:
     int RunDocument();
     int WriteWithoutRun();
     int FindTarget();
+    // The text that tells why the run cannot be what was asked for, if so.
+    [[nodiscard]] std::optional<int32> FindObstacle();
     void RunStarting() override;
     void Resume();
     void BeginReports(const SystemState& state);
@@ -83,6 +86,7 @@ private:
     SimulationController controller_;
     RunRecorder recorder_;
     ReportFile reports_;
+    MotionFiles motion_;
     Checkpoints checkpoints_;
     PictureFile picture_;
     // Of the run: what goes into its checkpoints; steps, reports and seconds are those of the part

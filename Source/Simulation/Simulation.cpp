@@ -222,8 +222,10 @@ void Simulation::MessageReceived(BMessage* message) {
          CarryOutEdit(*message, run_.Controller(), document_.Portal(),
                       *controls_.Windows()->Epochs(), [this](int32 text) {
                           controls_.ShowInFull(host_->Resources().InterfaceLabel(text));
-                      })))
+                      }))) {
+        if (message->what == kNewBody) controls_.SuggestOrder();
         return;
+    }
     BWindow::MessageReceived(message);
 }
 

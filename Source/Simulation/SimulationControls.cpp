@@ -7,6 +7,7 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
+#include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Handles/BScreen.h"
@@ -14,6 +15,7 @@
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
 #include "Simulation/DisplayList.h"
+#include "Simulation/Document/OrderAdvice.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
@@ -76,8 +78,8 @@ void SimulationControls::BuildBodySettingsBox() {
 void SimulationControls::BuildGlobalControlsBox() {
     globalControls_ = new GlobalControlsBox(document_->Portal(), host_->Context());
     boxes_->AddChild(globalControls_);
-    pace_ = new PaceControl(document_->Portal(), host_->Context().timeUnits,
-                            *host_->Context().texts);
+    pace_ =
+        new PaceControl(document_->Portal(), host_->Context().timeUnits, *host_->Context().texts);
     rootView_->AddChild(pace_);
     status_ = new StatusLine(&host_->Resources());
     rootView_->AddChild(status_);
@@ -99,6 +101,10 @@ void SimulationControls::Redisplay(int32 changes, Moment moment) {
     globalControls_->Redisplay(changes, moment_);
     pace_->Redisplay(changes);
     ShowHistory();
+    if ((changes & (kEpochSettingsChanged | kFocusEpochChanged)) != 0) {
+        ShowRunBackwards();
+        ShowOrderAdvice();
+    }
     if ((changes & kFocusEpochChanged) != 0) ShowResult();
     if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
     EpochPortal* const portal = document_->Portal();
@@ -198,11 +204,26 @@ void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {
     if (status_ == nullptr) return;
     EpochPortal* const portal = document_->Portal();
     double timeUval = 1.0;
+    int32 order = 0;
     {
         const ReadGuard guard(portal);
         timeUval = portal->FocusEpoch()->TimeUval();
+        order = document_->GetCalculator()->OrderInUse();
     }
-    status_->ShowRun(figures, timeUval);
+    status_->ShowRun(figures, timeUval, order);
+}
+
+void SimulationControls::SuggestOrder() {
+    suggestsOrder_ = true;
+    ShowOrderAdvice();
+}
+
+void SimulationControls::ShowOrderAdvice() {
+    if (!suggestsOrder_ || status_ == nullptr) return;
+    const auto steps = TooManySteps(document_->Portal());
+    status_->ShowAdvice(steps ? FillIn(host_->Resources().InterfaceLabel(kTextTryHigherOrder),
+                                       {Grouped(std::to_string(*steps))})
+                              : std::string());
 }
 
 void SimulationControls::NoteMergers(const MergeResult& merged) {
@@ -261,6 +282,15 @@ void SimulationControls::ShowGoPause(Offer offer) {
     const bool isEnabled = offer != Offer::kWait;
     globalControls_->ShowGoPause(text, isEnabled);
     menus_->ShowGo(text, isEnabled);
+    isGoOffered_ = offer == Offer::kGo;
+    ShowRunBackwards();
+}
+
+void SimulationControls::ShowRunBackwards() {
+    // While it runs nobody waits for a lock for this.
+    if (!isGoOffered_) return menus_->ShowRunBackwards(false);
+    const ReadGuard guard(document_->Portal());
+    menus_->ShowRunBackwards(document_->Portal()->FocusEpoch()->Order() > kMaxLowOrder);
 }
 
 void SimulationControls::EnableRunControls(bool enable) {
@@ -270,6 +300,7 @@ void SimulationControls::EnableRunControls(bool enable) {
 
 void SimulationControls::RunStarting() {
     monitor_.Begin();
+    SuggestOrder();
     if (windows_ != nullptr) windows_->Epochs()->SetRunning(true);
     displays_->Tell(ProjectionDisplay::kRunStarted);
     window_->SetPulseRate(kRunPulse);

@@ -65,6 +65,8 @@ public:
     void ShowOpened(const std::string& notice);
     // The figures of the run as they are now.
     void ShowRun();
+    // From now on says that another order would be better, where it is so.
+    void SuggestOrder();
     // In the run that goes on; the calculator rests.
     void NoteMergers(const MergeResult& merged);
 
@@ -90,6 +92,8 @@ private:
     void ShowResult();
     // Of the epoch in focus; null: there is none.
     [[nodiscard]] RunResult* Result();
+    void ShowRunBackwards();
+    void ShowOrderAdvice();
 
     const Simulation* const simulation_;
     BWindow* const window_;
@@ -98,6 +102,8 @@ private:
     DisplayList* const displays_;
     RunMonitor monitor_;
     RunResults results_;
+    bool isGoOffered_ = true;
+    bool suggestsOrder_ = false;
     std::unique_ptr<SimulationMenus> menus_;
     std::unique_ptr<SubsidiaryWindows> windows_;
     BGroupView* rootView_ = nullptr;

@@ -90,6 +90,9 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     BMenu* const menu = MakeMenu(host->Context().menus->SimMenuArchive()).release();
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
+    runBackwards_ = new BMenuItem(texts_.Text(kTextRunBackwards), new BMessage(kRunBackwards),
+                                  texts_.Key(kTextRunBackwardsKey), B_SHIFT_KEY);
+    menu->AddItem(runBackwards_, menu->IndexOf(go_) + 1);
     branch_ = menu->FindItem(kBranchHere);
     backToNow_ = menu->FindItem(kBackToNow);
     ShowMoment(false);
@@ -121,6 +124,10 @@ void SimulationMenus::ShowGo(const char* label, bool isEnabled) {
 void SimulationMenus::ShowMoment(bool isPast) {
     for (BMenuItem* const item : {branch_, backToNow_})
         if (item != nullptr) item->SetEnabled(isPast);
+}
+
+void SimulationMenus::ShowRunBackwards(bool isPossible) {
+    if (runBackwards_ != nullptr) runBackwards_->SetEnabled(isPossible);
 }
 
 void SimulationMenus::Show(BMenuItem* item, bool isPossible, int32 name, int32 plainLabel,

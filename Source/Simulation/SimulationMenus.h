@@ -30,6 +30,7 @@ public:
     void ShowGo(const char* label, bool isEnabled);
     // Whether there is a moment of the past to branch at and to come back from.
     void ShowMoment(bool isPast);
+    void ShowRunBackwards(bool isPossible);
     // What can be undone and redone, by name.
     void ShowHistory(UndoChain* history);
     // Whether the document has displays that are not open.
@@ -52,6 +53,7 @@ private:
     BMenuItem* go_ = nullptr;
     BMenuItem* branch_ = nullptr;
     BMenuItem* backToNow_ = nullptr;
+    BMenuItem* runBackwards_ = nullptr;
     BMenuItem* undo_ = nullptr;
     BMenuItem* redo_ = nullptr;
     BMenuItem* dissolve_ = nullptr;

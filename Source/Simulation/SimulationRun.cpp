@@ -3,10 +3,14 @@
 #include "Calculation/CollisionMailbox.h"
 #include "Calculation/RunEnding.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/DocumentTexts.h"
 #include "Resources/Pace.h"
+#include "Simulation/Document/ContactEnding.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/RunTarget.h"
@@ -33,6 +37,9 @@ bool SimulationRun::Handle(const BMessage& message) {
             break;
         case RunTarget::kMessage:
             if (const auto target = RunTarget::From(message)) RunTo(*target);
+            break;
+        case kRunBackwards:
+            RunBackwards();
             break;
         case kPauseRun:
             control_.Pause();
@@ -85,7 +92,22 @@ void SimulationRun::ForgetTarget() {
     isForMerger_ = false;
 }
 
+void SimulationRun::RunBackwards() {
+    if (IsRunning()) return;
+    int32 order = 0;
+    {
+        const ReadGuard guard(document_->Portal());
+        order = document_->Portal()->FocusEpoch()->Order();
+    }
+    if (order > kMaxLowOrder) {
+        ForgetTarget();
+        return control_.TogglePause(true);
+    }
+    controls_->ShowMessage(resources_->InterfaceLabel(kTextNoWayBack));
+}
+
 void SimulationRun::Collide(const BMessage& pairs) {
+    if (const auto ending = EndingAtContact(document_->Portal(), pairs)) return End(*ending);
     const bool isRunning = IsRunning();
     const MergeResult result = controller_.Collide(pairs, [this](const MergeResult& merged) {
         history_.NoteMergers(merged);

@@ -31,6 +31,7 @@ public:
 private:
     void RunTo(const RunTarget& target);
     void ForgetTarget();
+    void RunBackwards();
     void Collide(const BMessage& pairs);
     // The run has ended by itself.
     void End(const RunEnding& ending);

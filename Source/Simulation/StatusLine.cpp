@@ -79,9 +79,9 @@ void StatusLine::ShowBodies(std::size_t count) {
     ShowFigures();
 }
 
-void StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval) {
+void StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order) {
     const std::string& separator = resources_->InterfaceLabel(kTextBetweenFigures);
-    run_.clear();
+    run_ = separator + FillIn(resources_->InterfaceLabel(kTextOrderUsed), {std::to_string(order)});
     if (figures.stepsPerSecond > 0.0) {
         run_ += separator + FillIn(resources_->InterfaceLabel(kTextStepRate),
                                    {RateText(figures.stepsPerSecond)});
@@ -95,8 +95,13 @@ void StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval) {
     ShowFigures();
 }
 
+void StatusLine::ShowAdvice(const std::string& advice) {
+    advice_ = advice.empty() ? advice : resources_->InterfaceLabel(kTextBetweenFigures) + advice;
+    ShowFigures();
+}
+
 void StatusLine::ShowFigures() {
-    figuresView_->SetText((bodies_ + run_).c_str());
+    figuresView_->SetText((bodies_ + run_ + advice_).c_str());
 }
 
 bool StatusLine::ShowMessage(const std::string& text) {

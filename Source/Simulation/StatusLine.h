@@ -17,8 +17,10 @@ public:
     explicit StatusLine(const ProgramResources* resources);
 
     void ShowBodies(std::size_t count);
+    // What had better be done another way; empty: nothing.
+    void ShowAdvice(const std::string& advice);
     // Rates of zero and errors that are not known are left out. `timeUval`: the unit of time, s.
-    void ShowRun(const RunMonitor::Figures& figures, double timeUval);
+    void ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order);
     // Longer ones than there is room for are cut; the tool tip has all of it. True if the line
     // wants another height now.
     bool ShowMessage(const std::string& text);
@@ -41,6 +43,7 @@ private:
     BStringView* const figuresView_;
     BStringView* const message_;
     std::string bodies_;
+    std::string advice_;
     std::string run_;
     std::string inFull_;         // the message, if it is broken into lines
     std::ptrdiff_t breaks_ = 0;  // between the message's lines

@@ -56,6 +56,22 @@ TEST_F(GlobalControls, TheCutoffGoesThroughRoundNumbersOrAnyThatIsTyped) {
     EXPECT_EQ(hand.Knob(kCutoff), place);
 }
 
+TEST_F(GlobalControls, OrderAndContactsAreChosenByTheirWordsAndUndone) {
+    const auto order = [this] { return Ask([](const AbEpoch& epoch) { return epoch.Order(); }); };
+    const auto contact = [this] {
+        return Ask([](const AbEpoch& epoch) { return epoch.OnContact(); });
+    };
+    Choose("Order:", "16: quick and exact");
+    EXPECT_EQ(order(), 16);
+    Choose("When bodies touch:", "they pass");
+    EXPECT_EQ(contact(), kContactPasses);
+    Choose("When bodies touch:", "the run stops");
+    EXPECT_EQ(contact(), kContactStops);
+    EXPECT_EQ(CountEdits(), 3);
+    Undo();
+    EXPECT_EQ(contact(), kContactPasses);
+}
+
 TEST_F(GlobalControls, ARefreshLeavesTheKnobInTheHand) {
     hand.Grab(kCutoff, 20, 30);
     Settle();

@@ -33,8 +33,10 @@ BMessage With(uint32 what, int64 system) {
 }
 
 // Two bodies that fall onto each other within a second, and one far away.
-BMessage CollisionRecord() {
+BMessage CollisionRecord(int32 order = kDefaultOrder, int32 onContact = kContactMerges) {
     Epoch epoch;
+    epoch.SetOrder(order);
+    epoch.SetOnContact(onContact);
     const auto add = [&epoch](const char* name, int64 id, double gm, double x) {
         auto body = MakeBody(name, id, gm, {x, 0.0, 0.0}, {x > 0.0 ? -1.0 : 0.0, 0.0, 0.0});
         body->SetRadius(1.0);
@@ -292,6 +294,46 @@ TEST_F(SimulationTest, ARunThatCannotGoOnIsPausedWithWords) {
         falling.SystemFromID(id)->SetRadius(1e120);
     words = endOf(RecordOf({&falling}), "touching");
     EXPECT_NE(words.find("cannot be merged"), std::string::npos) << words;
+}
+
+TEST_F(SimulationTest, ARunStopsWhereBodiesTouchAndTheNextOneGoesThrough) {
+    TestSimulation simulation(&host, CollisionRecord(16, kContactStops));
+    simulation.Send(kTogglePause);
+    while (simulation.Message().empty())
+        snooze(2000);
+    EXPECT_EQ(simulation.Message().substr(0, 28), "\"Target\" and \"Arrow\" touch.");
+    EXPECT_EQ(simulation.GoLabel(), "Go");
+    EXPECT_EQ(simulation.CountBodies(), 3u);
+    const double contact = simulation.Portal()->FocusEpoch()->Time();
+    simulation.Send(kTogglePause);
+    while (simulation.Time() < contact + 10.0 && simulation.GoLabel() == "Pause")
+        snooze(2000);
+    simulation.Send(kPauseForUser);
+    EXPECT_EQ(simulation.CountBodies(), 3u);
+    EXPECT_GT(simulation.Time(), contact);
+}
+
+// By its key; where the order does not know the way back the item rests.
+TEST_F(SimulationTest, RunsBackwardsWhereTheOrderKnowsTheWay) {
+    TestSimulation low(&host, CollisionRecord(4, kContactPasses));
+    EXPECT_FALSE(low.IsEnabled(kRunBackwards));
+    low.Send(kRunBackwards);
+    EXPECT_NE(low.Message().find("order 5 or more"), std::string::npos);
+    EXPECT_EQ(low.Time(), 0.0);
+
+    TestSimulation simulation(&host, CollisionRecord(16, kContactPasses));
+    EXPECT_TRUE(simulation.IsEnabled(kRunBackwards));
+    simulation.Send(kRunBackwards);
+    EXPECT_EQ(simulation.GoLabel(), "Pause");
+    EXPECT_FALSE(simulation.IsEnabled(kRunBackwards));
+    while (simulation.Time() > -10.0)
+        snooze(2000);
+    simulation.Send(kTogglePause);
+    const double turned = simulation.Time();
+    simulation.Send(kTogglePause);
+    while (simulation.Time() < turned + 1.0)
+        snooze(2000);
+    simulation.Send(kTogglePause);
 }
 
 // A report of a collision that comes when the user has paused, and saved, still counts.

@@ -4,9 +4,13 @@
 #include <cstdlib>
 
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BApplication.h"
 #include "Platform/Interface/Handles/BMenu.h"
+#include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Server/WindowPart.h"
 #include "Platform/Interface/Server/WindowServer.h"
@@ -154,6 +158,24 @@ void TestSimulation::Settle() const {
 bool TestSimulation::IsMarkedModified() const {
     Settle();
     return WindowServer::Ask([this] { return window->Part()->Widget()->isWindowModified(); });
+}
+
+double TestSimulation::Time() const {
+    EpochPortal* const portal = Portal();
+    const ReadGuard guard(portal);
+    return portal->FocusEpoch()->Time();
+}
+
+bool TestSimulation::IsEnabled(uint32 command) const {
+    Settle();
+    if (!window->Lock()) return false;
+    bool isEnabled = false;
+    if (auto* const bar = dynamic_cast<BMenuBar*>(window->FindView("Main Menu Bar")))
+        for (int32 i = 0; i < bar->CountItems(); i++)
+            if (const BMenuItem* const item = bar->SubmenuAt(i)->FindItem(command))
+                isEnabled = item->IsEnabled();
+    window->Unlock();
+    return isEnabled;
 }
 
 std::string TestSimulation::GoLabel() const {

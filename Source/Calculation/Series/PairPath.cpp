@@ -81,6 +81,16 @@ double PairPath::FirstWithin(double reach) const {
     return FirstWithin(reach, 0);
 }
 
+bool PairPath::LeavesFrom(double reach) const {
+    double square = 0.0;
+    double growth = 0.0;
+    for (const auto& axis : at_) {
+        square += axis[0] * axis[0];
+        growth += axis[0] * axis[1];
+    }
+    return square > reach * reach && growth > 0.0;
+}
+
 double PairPath::FirstWithin(double reach, int32 halvings) const {
     double distance2 = 0.0;
     double moved2 = 0.0;

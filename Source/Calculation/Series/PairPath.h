@@ -11,6 +11,8 @@ public:
 
     // The first share at which the distance is `reach` or less; negative: at none.
     [[nodiscard]] double FirstWithin(double reach) const;
+    // At the begin the bodies are farther apart than that, and go away from each other.
+    [[nodiscard]] bool LeavesFrom(double reach) const;
 
 private:
     static constexpr int32 kMaxTerms = kMaxSeriesOrder + 2;

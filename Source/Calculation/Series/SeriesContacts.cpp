@@ -24,6 +24,24 @@ bool SeriesContacts::Find(const SeriesStore& store, const SeriesInstance& kernel
     return true;
 }
 
+void SeriesContacts::Pass(const std::vector<CollidingPair>& pairs) {
+    for (const CollidingPair& pair : pairs)
+        if (!IsPassed(pair)) passed_.push_back(pair);
+}
+
+bool SeriesContacts::IsPassed(const CollidingPair& pair) const {
+    return std::find(passed_.begin(), passed_.end(), pair) != passed_.end();
+}
+
+void SeriesContacts::DropApart(const SeriesStore& store, double theta) {
+    std::erase_if(passed_, [&](const CollidingPair& pair) {
+        const double reach = radius_[static_cast<std::size_t>(pair.later)] +
+                             radius_[static_cast<std::size_t>(pair.earlier)];
+        return PairPath(store, store.SlotOf(pair.earlier), store.SlotOf(pair.later), theta)
+            .LeavesFrom(reach);
+    });
+}
+
 void SeriesContacts::FindReaches(const SeriesStore& store, const SeriesInstance& kernels,
                                  double theta) {
     constexpr double kNothingThere = -1e300;
@@ -43,11 +61,12 @@ void SeriesContacts::CheckBody(const SeriesStore& store, int32 slot, double thet
     const SeriesArrays& arrays = store.Arrays();
     const auto check = [&](int32 otherSlot, int32 other) {
         const int32 body = store.BodyIn(slot);
+        const CollidingPair pair{std::max(body, other), std::min(body, other)};
+        if (IsPassed(pair)) return;
         const double reach =
             radius_[static_cast<std::size_t>(body)] + radius_[static_cast<std::size_t>(other)];
         const double share = PairPath(store, slot, otherSlot, theta).FirstWithin(reach);
-        if (share >= 0.0)
-            contacts_.push_back({share * theta, {std::max(body, other), std::min(body, other)}});
+        if (share >= 0.0) contacts_.push_back({share * theta, pair});
     };
     for (int32 later = slot + 1; later < arrays.massive; later++)
         check(later, store.BodyIn(later));

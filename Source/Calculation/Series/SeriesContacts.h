@@ -30,6 +30,14 @@ public:
     // the pair walk, earlier body descending, then later body descending.
     [[nodiscard]] const std::vector<CollidingPair>& Pairs() const { return pairs_; }
 
+    // These go on through each other: Find leaves them alone until they are apart where a step
+    // begins, and go away from each other.
+    void Pass(const std::vector<CollidingPair>& pairs);
+    [[nodiscard]] bool IsPassed(const CollidingPair& pair) const;
+    void ForgetPassed() { passed_.clear(); }
+    // A step begins: those that are apart and leave each other count again.
+    void DropApart(const SeriesStore& store, double theta);
+
 private:
     struct Contact {
         double theta;
@@ -46,5 +54,6 @@ private:
     std::vector<SlotRow> reach_;  // radius and what a body may move, in slots
     std::vector<Contact> contacts_;
     std::vector<CollidingPair> pairs_;
+    std::vector<CollidingPair> passed_;
     double theta_ = 0.0;
 };

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <thread>
 
+#include "Model/Epochs/EpochLimits.h"
+
 namespace {
 
 constexpr int32 kMaxThreads = 16;
@@ -114,6 +116,8 @@ bool SeriesForces::SetInstructionSet(InstructionSet set) {
     if (instance) instance_ = instance;
     return instance != nullptr;
 }
+
+static_assert(kMaxOrder == kMaxSeriesOrder);
 
 int32 SeriesForces::OrderFor(int32 wanted, int32 massive) {
     int32 order = kLeastSeriesOrder;

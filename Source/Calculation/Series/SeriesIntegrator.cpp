@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "Calculation/StopFlags.h"
 #include "Model/Epochs/EpochLimits.h"
+#include "Model/Systems/Body.h"
 
 namespace {
 
@@ -39,12 +39,24 @@ BodyRows SeriesIntegrator::MakeRoom(int32 bodies, int32 massive) {
 }
 
 void SeriesIntegrator::Begin(const Start& start) {
-    order_ = start.order;
-    cutoff_ = std::clamp(start.cutoff, kLeastTolerance, kMaxTolerance);
-    time_ = start.time;
+    Take(start);
     const SeriesRecord record = std::exchange(kept_, {});
     if (!GoOnFrom(record)) StartAfresh();
     runs_ = true;
+}
+
+void SeriesIntegrator::Take(const Start& start) {
+    order_ = start.order;
+    cutoff_ = std::clamp(start.cutoff, kLeastTolerance, kMaxTolerance);
+    time_ = start.time;
+    isBackwards_ = start.isBackwards;
+    passesContacts_ = start.passesContacts;
+    overlaps_.clear();
+    std::vector<int64> ids;
+    for (const Body* const body : start.bodies)
+        ids.push_back(body->ID());
+    if (ids != ids_) contacts_.ForgetPassed();
+    ids_ = std::move(ids);
 }
 
 void SeriesIntegrator::StartAfresh() {
@@ -54,14 +66,15 @@ void SeriesIntegrator::StartAfresh() {
                          {rows_.velocity[0][i], rows_.velocity[1][i], rows_.velocity[2][i]},
                          rows_.gm[i]);
     contacts_.Resize(rows_.bodies, rows_.massive);
-    stepper_.Start(cutoff_, time_);
+    stepper_.Start(cutoff_, time_, isBackwards_);
     theta_ = 0.0;
     hasContact_ = false;
 }
 
 bool SeriesIntegrator::GoOnFrom(const SeriesRecord& record) {
     if (record.IsEmpty() || record.CountBodies() != static_cast<std::size_t>(rows_.bodies) ||
-        record.order != order_ || record.cutoff != cutoff_)
+        record.order != order_ || record.cutoff != cutoff_ ||
+        std::signbit(record.place.scale) != isBackwards_)
         return false;
     stepper_.Resize(order_, rows_.bodies, rows_.massive);
     const double* at = record.states.data();
@@ -79,6 +92,8 @@ bool SeriesIntegrator::GoOnFrom(const SeriesRecord& record) {
     if (MakeStep(goOn) != SeriesStepper::Result::kDone) return false;
     theta_ = record.theta;
     if (theta_ > stepper_.Step().Theta()) return false;
+    while (passesContacts_ && hasContact_ && contacts_.Theta() < theta_)
+        PassContacts();
     stepper_.Evaluate(theta_, &now_);
     // A report at a time that was asked for is there by its last place.
     const double last = std::nextafter(time_, HUGE_VAL) - time_;
@@ -114,13 +129,15 @@ Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& st
         part++;
     double theta = step.ThetaOf(part);
     double time = step.TimeAt(theta);
-    if (until > time_ && until < time) {
+    if (IsAhead(time_, until) && IsAhead(until, time)) {
         theta = std::clamp(step.ThetaAt(until), theta_, theta);
         time = until;
     }
+    thetaBefore_ = theta_;
     if (hasContact_ && contacts_.Theta() <= theta) {
         overlaps_.clear();
-        MoveTo(contacts_.Theta(), step.TimeAt(contacts_.Theta()));
+        const double contact = std::max(contacts_.Theta(), theta_);
+        MoveTo(contact, step.TimeAt(contact));
         return {Outcome::kContact};
     }
     MoveTo(theta, time);
@@ -131,13 +148,30 @@ SeriesStepper::Result SeriesIntegrator::MakeStep(const StopFlags& stop) {
     const SeriesStepper::Result result = stepper_.MakeStep(stop);
     theta_ = 0.0;
     hasContact_ = false;
-    if (result == SeriesStepper::Result::kDone) FindContacts();
+    if (result != SeriesStepper::Result::kDone) return result;
+    SetRadii();
+    contacts_.DropApart(stepper_.Store(), stepper_.Step().Theta());
+    FindContacts();
     return result;
 }
 
-void SeriesIntegrator::FindContacts() {
+void SeriesIntegrator::PassContacts() {
+    contacts_.Pass(Contacts());
+    overlaps_.clear();
+    if (hasContact_) FindContacts();
+}
+
+std::optional<Integrator::Motion> SeriesIntegrator::LastMotion() const {
+    if (!stepper_.HasStep()) return std::nullopt;
+    return Motion{&stepper_.Step(), thetaBefore_, theta_};
+}
+
+void SeriesIntegrator::SetRadii() {
     for (int32 i = 0; i < rows_.bodies; i++)
         contacts_.SetRadius(i, rows_.radius[i]);
+}
+
+void SeriesIntegrator::FindContacts() {
     hasContact_ = contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step());
 }
 
@@ -152,9 +186,7 @@ Integrator::Progress SeriesIntegrator::Fail(SeriesStepper::Result result, double
         case SeriesStepper::Result::kNothingPulls:
             return GoStraight(until);
         default:
-            // The caller looks for numbers that are none.
-            std::fill_n(rows_.position[0], rows_.bodies, std::numeric_limits<double>::quiet_NaN());
-            return {Outcome::kReport, 1};
+            return {Outcome::kNotFinite};
     }
 }
 
@@ -166,14 +198,14 @@ void SeriesIntegrator::FindOverlaps() {
             for (const double* const axis : rows_.position)
                 square += (axis[i] - axis[j]) * (axis[i] - axis[j]);
             const double reach = rows_.radius[i] + rows_.radius[j];
-            if (square <= reach * reach) overlaps_.push_back({j, i});
+            if (square <= reach * reach && !contacts_.IsPassed({j, i})) overlaps_.push_back({j, i});
         }
 }
 
 // Steps would have no end.
 Integrator::Progress SeriesIntegrator::GoStraight(double until) {
+    if (!IsAhead(time_, until)) return {Outcome::kNothingInteracts};
     const double seconds = until - time_;
-    if (!(seconds > 0.0)) return {Outcome::kNothingInteracts};
     for (int axis = 0; axis < 3; axis++)
         for (int32 i = 0; i < rows_.bodies; i++)
             rows_.position[axis][i] += rows_.velocity[axis][i] * seconds;
@@ -228,9 +260,7 @@ status_t SeriesIntegrator::ArchiveRun(BMessage*) const {
 status_t SeriesIntegrator::ResumeRun(const BMessage& archive, const Start& start) {
     SeriesRecord record;
     if (const status_t status = record.Regenerate(archive); status != B_OK) return status;
-    order_ = start.order;
-    cutoff_ = std::clamp(start.cutoff, kLeastTolerance, kMaxTolerance);
-    time_ = start.time;
+    Take(start);
     if (!GoOnFrom(record)) return B_BAD_DATA;
     runs_ = true;
     return B_OK;

@@ -16,6 +16,9 @@
 class SeriesIntegrator final : public Integrator {
 public:
     [[nodiscard]] std::optional<int32> OrderFor(int32 asked) const override;
+    [[nodiscard]] bool IsContinuous() const override { return true; }
+    [[nodiscard]] int32 OrderInUse() const override { return stepper_.Order(); }
+    [[nodiscard]] double CutoffInUse() const override { return cutoff_; }
     void SetThreads(int32 threads) override { stepper_.SetThreads(threads); }
 
     [[nodiscard]] BodyRows MakeRoom(int32 bodies, int32 massive) override;
@@ -26,6 +29,8 @@ public:
     [[nodiscard]] const std::vector<CollidingPair>& Contacts() const override {
         return overlaps_.empty() ? contacts_.Pairs() : overlaps_;
     }
+    void PassContacts() override;
+    [[nodiscard]] std::optional<Motion> LastMotion() const override;
 
     // The fields of SeriesRecord.
     [[nodiscard]] status_t Archive(BMessage* into) const override;
@@ -34,17 +39,23 @@ public:
     [[nodiscard]] status_t ResumeRun(const BMessage& archive, const Start& start) override;
 
 private:
+    void Take(const Start& start);
     void StartAfresh();
     [[nodiscard]] bool GoOnFrom(const SeriesRecord& record);
     [[nodiscard]] SeriesRecord Record() const;
     [[nodiscard]] SeriesStepper::Result MakeStep(const StopFlags& stop);
     [[nodiscard]] Progress Fail(SeriesStepper::Result result, double until);
     [[nodiscard]] Progress GoStraight(double until);
+    void SetRadii();
     void FindContacts();
     void FindOverlaps();
     // Stands there.
     void MoveTo(double theta, double time);
     [[nodiscard]] bool RowsAre(const SplitStates& states) const;
+    // Of two times the second comes later on the way that the run goes.
+    [[nodiscard]] bool IsAhead(double time, double other) const {
+        return isBackwards_ ? other < time : other > time;
+    }
 
     SeriesStepper stepper_;
     SeriesContacts contacts_;
@@ -54,9 +65,13 @@ private:
     int32 order_ = 0;
     double cutoff_ = 0.0;
     double time_ = 0.0;
+    bool isBackwards_ = false;
+    bool passesContacts_ = false;
     double theta_ = 0.0;                   // the last report's place in the step
+    double thetaBefore_ = 0.0;             // that of the report before it, if in this step
     bool hasContact_ = false;              // in this step, at contacts_.Theta()
     std::vector<CollidingPair> overlaps_;  // where a step failed
+    std::vector<int64> ids_;
     bool runs_ = false;
     SeriesRecord kept_;  // for the next Begin
 };

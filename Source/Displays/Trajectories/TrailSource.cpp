@@ -53,7 +53,11 @@ std::vector<KeptTrails::Trail> TrailSource::Take(const std::vector<Part>& parts)
     std::size_t left = kMaxSamples;
     double to = now;
     for (const Part& part : parts) {
-        const Span span{part.epoch, std::max(part.from, since), std::exchange(to, kEver)};
+        Span span{part.epoch, std::max(part.from, since), std::exchange(to, kEver)};
+        // Where time falls a run comes to what is earlier.
+        if (const auto run = history->SpanOf(part.epoch); run && run->end < run->start)
+            span = {part.epoch, span.to == kEver ? -kEver : span.to,
+                    part.from == -kEver ? kEver : part.from};
         const std::size_t most = left / std::max<std::size_t>(part.colors.size(), 1);
         for (const auto& [body, color] : part.colors) {
             trails.push_back(

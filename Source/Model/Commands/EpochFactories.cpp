@@ -44,6 +44,10 @@ EpochPropertyFactory<int32> OrderFactory() {
     return {&AbEpoch::Order, &AbEpoch::SetOrder, IsOrder, kCommandSetOrder};
 }
 
+EpochPropertyFactory<int32> OnContactFactory() {
+    return {&AbEpoch::OnContact, &AbEpoch::SetOnContact, IsOnContact, kCommandSetOnContact};
+}
+
 EpochPropertyFactory<bool> COMOnGoFactory() {
     return {&AbEpoch::COMOnGo, &AbEpoch::SetCOMOnGo, [](bool) { return true; },
             kCommandSetCenterOnGo};

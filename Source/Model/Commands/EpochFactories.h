@@ -53,6 +53,7 @@ private:
 // These accept what EpochLimits.h tells.
 EpochPropertyFactory<double> CutoffFactory();
 EpochPropertyFactory<int32> OrderFactory();
+EpochPropertyFactory<int32> OnContactFactory();
 EpochPropertyFactory<bool> COMOnGoFactory();
 
 // An integer setting of the document's calculator, such as its updates per second.

@@ -56,6 +56,9 @@ public:
     virtual void SetCutoff(double cutoff) = 0;
     virtual int32 Order() const = 0;
     virtual void SetOrder(int32 order) = 0;
+    // One of those of EpochLimits.h; ignored unless IsOnContact.
+    virtual int32 OnContact() const = 0;
+    virtual void SetOnContact(int32 what) = 0;
     virtual bool COMOnGo() const = 0;
     virtual void SetCOMOnGo(bool comOnGo) = 0;
     virtual MassSystem* RootSystem() const = 0;

@@ -45,6 +45,13 @@ struct Epoch::Fields {
                               "8, 12, 16, 20, 24; "
                               "older programs run what is above 4 as 4",
                               kDefaultOrder},
+        Field<&Epoch::onContact_>{
+            .name = "On contact",
+            .meaning = "bodies that touch merge (0), end the run (1) or pass (2); older programs "
+                       "merge them",
+            .missing = kContactMerges,
+            .accepts = IsOnContact,
+            .isWritten = [](const Epoch& epoch) { return epoch.onContact_ != kContactMerges; }},
         Field<&Epoch::comOnGo_>{"COM on Go", "a run first puts the centre of mass at the origin",
                                 true},
         Field<&Epoch::writeable_>{"Writ", "writeable", false},
@@ -67,6 +74,7 @@ Epoch::Epoch(const Epoch& other)
       timeUval_(other.timeUval_),
       cutoff_(other.cutoff_),
       order_(other.order_),
+      onContact_(other.onContact_),
       comOnGo_(other.comOnGo_) {
     if (other.calculatorState_)
         calculatorState_ = std::make_unique<BMessage>(*other.calculatorState_);
@@ -292,6 +300,10 @@ void Epoch::SetTimeUval(double uval) {
 
 void Epoch::SetCutoff(double cutoff) {
     if (IsCutoff(cutoff)) cutoff_ = cutoff;
+}
+
+void Epoch::SetOnContact(int32 what) {
+    if (IsOnContact(what)) onContact_ = what;
 }
 
 MassSystem* Epoch::SystemFromID(int64 id) const {

@@ -58,6 +58,8 @@ public:
     void SetCutoff(double cutoff) override;
     int32 Order() const override { return order_; }
     void SetOrder(int32 order) override { order_ = order; }
+    int32 OnContact() const override { return onContact_; }
+    void SetOnContact(int32 what) override;
     bool COMOnGo() const override { return comOnGo_; }
     void SetCOMOnGo(bool comOnGo) override { comOnGo_ = comOnGo; }
     MassSystem* RootSystem() const override { return root_.get(); }
@@ -92,6 +94,7 @@ private:
     double timeUval_;
     double cutoff_ = kDefaultCutoff;
     int32 order_ = kDefaultOrder;
+    int32 onContact_ = kContactMerges;
     bool comOnGo_ = true;
     bool writeable_ = true;
     bool nameFromParent_ = true;

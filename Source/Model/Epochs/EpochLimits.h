@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 
 #include "Platform/Support/SupportDefs.h"
 
@@ -23,6 +24,19 @@ inline constexpr int32 kDefaultOrder = 4;
 
 constexpr bool IsOrder(int32 order) {
     return order >= kMinOrder && order <= kMaxOrder;
+}
+
+// Those that differ from each other: what is between two of them runs as the next one.
+inline constexpr int32 kOrders[] = {2, 3, 4, 8, 12, 16, 20, 24};
+static_assert(std::end(kOrders)[-1] == kMaxOrder);
+
+// What becomes of bodies that touch.
+inline constexpr int32 kContactMerges = 0;  // they become one
+inline constexpr int32 kContactStops = 1;   // the run ends
+inline constexpr int32 kContactPasses = 2;  // nothing
+
+constexpr bool IsOnContact(int32 what) {
+    return what >= kContactMerges && what <= kContactPasses;
 }
 
 // Groups within groups, the root system counted: more can neither be made nor read.

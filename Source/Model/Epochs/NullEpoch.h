@@ -39,6 +39,8 @@ public:
     // Deliberately not the order of a new epoch.
     int32 Order() const override { return 2; }
     void SetOrder(int32) override {}
+    int32 OnContact() const override { return kContactMerges; }
+    void SetOnContact(int32) override {}
     bool COMOnGo() const override { return true; }
     void SetCOMOnGo(bool) override {}
     MassSystem* RootSystem() const override { return nullptr; }

@@ -134,11 +134,12 @@ void RunControl::KeepCalculatorState() {
         portal_->FocusEpoch()->SetCalculatorState(state.release());
 }
 
-void RunControl::TogglePause() {
+void RunControl::TogglePause(bool isBackwards) {
     if (pauseCount_ < 1) {
         Pause();
         userPaused_ = true;
     } else if (userPaused_) {
+        calculator_->SetBackwards(isBackwards);
         UnPause();
     }
 }

@@ -23,8 +23,9 @@ public:
     void Pause();
     // Undoes one Pause; the last one logs a new epoch below the focus and runs it.
     void UnPause();
-    // The user's Go/Pause. Does nothing while the simulation is paused for another reason only.
-    void TogglePause();
+    // The user's Go/Pause; Go runs back in time where it is told to, and the method can. Does
+    // nothing while the simulation is paused for another reason only.
+    void TogglePause(bool isBackwards = false);
     // Pauses for the user unless that is done already: what an edit that needs a standing
     // simulation asks for.
     void PauseForUser();

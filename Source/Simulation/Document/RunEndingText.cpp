@@ -26,6 +26,10 @@ DocumentText TextFor(const RunEnding& ending) {
             return kTextEndsNoMemory;
         case RunEnding::Reason::kGoal:
             return kTextEndsAtGoal;
+        case RunEnding::Reason::kTouchedBackwards:
+            return kTextEndsTouchedBackwards;
+        case RunEnding::Reason::kTouched:
+            return kTextEndsTouched;
         case RunEnding::Reason::kNothingInteracts:
             break;
     }

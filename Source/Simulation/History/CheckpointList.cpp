@@ -14,10 +14,11 @@ constexpr std::size_t kMaxSpacing = 4096;
 
 }  // namespace
 
-CheckpointList::CheckpointList(std::size_t bodies, std::size_t massive)
+CheckpointList::CheckpointList(std::size_t bodies, std::size_t massive, bool isBackwards)
     : spacing_(static_cast<int64>(
           std::clamp(std::bit_floor(kInteractions / std::max<std::size_t>(bodies * massive, 1)),
-                     kLeastSpacing, kMaxSpacing))) {}
+                     kLeastSpacing, kMaxSpacing))),
+      isBackwards_(isBackwards) {}
 
 void CheckpointList::Add(RunCheckpoint checkpoint) {
     const std::size_t bytes = checkpoint.Bytes();
@@ -49,7 +50,8 @@ void CheckpointList::ThinTo(std::size_t most) {
 std::shared_ptr<const RunCheckpoint> CheckpointList::Before(double time) const {
     if (list_.empty()) return nullptr;
     const auto at = std::lower_bound(
-        list_.begin(), list_.end(), time,
-        [](const auto& checkpoint, double t) { return checkpoint->state.time < t; });
+        list_.begin(), list_.end(), time, [this](const auto& checkpoint, double t) {
+            return isBackwards_ ? checkpoint->state.time > t : checkpoint->state.time < t;
+        });
     return at == list_.begin() ? *at : *std::prev(at);
 }

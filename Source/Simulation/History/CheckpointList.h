@@ -11,7 +11,7 @@
 class CheckpointList {
 public:
     // Of these bodies: what a second calculator makes from one to the next takes a moment.
-    CheckpointList(std::size_t bodies, std::size_t massive);
+    CheckpointList(std::size_t bodies, std::size_t massive, bool isBackwards);
 
     // Reports from the one at that number to the next one that is to be kept.
     [[nodiscard]] int64 ReportsToNext(int64 report) const { return spacing_ - report % spacing_; }
@@ -21,13 +21,15 @@ public:
     bool Thin();
     void ThinTo(std::size_t most);
 
-    // The last one before that time, or the first one of all; null if there is none.
+    // The last one before the run came to that time, or the first one of all; null if there is
+    // none.
     [[nodiscard]] std::shared_ptr<const RunCheckpoint> Before(double time) const;
     [[nodiscard]] std::size_t Count() const { return list_.size(); }
     [[nodiscard]] std::size_t Bytes() const { return bytes_; }
 
 private:
     int64 spacing_;  // reports
+    bool isBackwards_;
     std::size_t bytes_ = 0;
     std::vector<std::shared_ptr<const RunCheckpoint>> list_;
 };

@@ -39,10 +39,11 @@ Sample SampleOf(const SystemState& state, std::size_t body) {
 }  // namespace
 
 KeptRun::KeptRun(RunCheckpoint start)
-    : reportsPerLook_(ReportsPerLook(start.order, start.cutoff)),
+    : isBackwards_(start.isBackwards),
+      reportsPerLook_(ReportsPerLook(start.order, start.cutoff)),
       startTime_(start.state.time),
       timeBeforeLast_(start.state.time),
-      checkpoints_(start.state.CountBodies(), start.state.CountMassive()) {
+      checkpoints_(start.state.CountBodies(), start.state.CountMassive(), start.isBackwards) {
     Watch(start);
     start.isPinned = true;
     checkpoints_.Add(std::move(start));
@@ -72,7 +73,7 @@ void KeptRun::Watch(const RunCheckpoint& from) {
     std::vector<bool> goesOn(tail_.CountBodies());
     const bool areWatched = !watched_.empty();
     for (std::size_t i = 0; i < now.CountBodies(); i++) {
-        SampleTrack& track = tracks_[now.ids[i]];
+        SampleTrack& track = tracks_.try_emplace(now.ids[i], isBackwards_).first->second;
         const auto former = PlaceOf(now.ids[i]);
         const Sample first = SampleOf(now, i);
         if (areWatched && former && IsWhereItWas(first, *former)) {
@@ -89,7 +90,7 @@ void KeptRun::Watch(const RunCheckpoint& from) {
         watched.back().chooser.Start(first);
     }
     for (std::size_t i = 0; i < goesOn.size(); i++)
-        if (!goesOn[i]) AddSample(&tracks_[tail_.ids[i]], TailOf(i));
+        if (!goesOn[i]) AddSample(&tracks_.at(tail_.ids[i]), TailOf(i));
     watched_ = std::move(watched);
     tail_ = now;
     radii_ = from.radii;
@@ -127,7 +128,7 @@ void KeptRun::Look(double time, const double* positions, const double* velocitie
 
 // Where memory is lacking the oldest samples go; where even that does not help, this one.
 void KeptRun::AddSample(SampleTrack* track, const Sample& sample) {
-    if (track->Count() > 0 && sample.isJoined && !(sample.time > track->Last().time)) return;
+    if (track->Count() > 0 && sample.isJoined && IsBefore(sample.time, track->Last().time)) return;
     for (bool isFirstTry = true;; isFirstTry = false) {
         try {
             track->Add(sample);

@@ -93,8 +93,14 @@ public:
         return checkpoints_.Before(time);
     }
     [[nodiscard]] std::size_t CountCheckpoints() const { return checkpoints_.Count(); }
+    // Time falls in it.
+    [[nodiscard]] bool IsBackwards() const { return isBackwards_; }
+    // The run comes to the one time before the other, or at the same moment.
+    [[nodiscard]] bool IsBefore(double time, double other) const {
+        return isBackwards_ ? time >= other : time <= other;
+    }
     // There is no report between that time and the last one.
-    [[nodiscard]] bool IsLastAfter(double time) const { return time > timeBeforeLast_; }
+    [[nodiscard]] bool IsLastAfter(double time) const { return !IsBefore(time, timeBeforeLast_); }
 
 private:
     struct Watched {
@@ -115,6 +121,7 @@ private:
     [[nodiscard]] Sample TailOf(std::size_t body) const;
     [[nodiscard]] RunEvent::Before BodyAtEnd(std::size_t body) const;
 
+    bool isBackwards_;
     int64 reportsPerLook_;
     int64 reports_ = 0;
     double startTime_;                               // s

@@ -23,6 +23,8 @@ std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal,
     const AbEpoch& epoch = *calculator.GetEpoch();
     checkpoint.order = epoch.Order();
     checkpoint.cutoff = epoch.Cutoff();
+    checkpoint.onContact = epoch.OnContact();
+    checkpoint.isBackwards = calculator.IsBackwards();
     checkpoint.state = StateOf(*portal);
     for (int32 i = 0; i < calculator.CountBodies(); i++)
         checkpoint.radii.push_back(calculator.BodyAt(i)->Radius());

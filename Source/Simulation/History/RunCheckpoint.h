@@ -18,6 +18,8 @@ struct RunCheckpoint {
     std::vector<double> radii;  // m, in the order of the state
     int32 order = 0;
     double cutoff = 0.0;
+    int32 onContact = 0;
+    bool isBackwards = false;
     BMessage calculator;
     // The calculator begins anew here, with a first step. Else it goes on.
     bool isStart = false;

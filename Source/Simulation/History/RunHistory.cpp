@@ -56,7 +56,8 @@ void RunHistory::BeginOrGoOn() {
     currentEpoch_ = epoch;
     if (!checkpoint) return;
     Entry& entry = runs_[epoch];
-    if (entry.run != nullptr && checkpoint->state.time >= entry.run->EndTime()) {
+    if (entry.run != nullptr && entry.run->IsBackwards() == checkpoint->isBackwards &&
+        entry.run->IsBefore(entry.run->EndTime(), checkpoint->state.time)) {
         entry.run->GoOn(std::move(*checkpoint));
     } else {
         entry = {std::move(life), std::make_unique<KeptRun>(std::move(*checkpoint))};
@@ -209,10 +210,12 @@ RunHistory::Finding RunHistory::MomentAt(const AbEpoch* epoch, double time,
     {
         const std::lock_guard lock(mutex_);
         const KeptRun* const run = Find(epoch);
-        if (run == nullptr || !(time <= run->EndTime())) return Finding::kNotKept;
+        if (run == nullptr || !run->IsBefore(time, run->EndTime()) ||
+            !run->IsBefore(run->StartTime(), time))
+            return Finding::kNotKept;
         from = run->CheckpointBefore(time);
-        if (from == nullptr || (time < run->StartTime())) return Finding::kNotKept;
-        if (time > from->state.time && run->IsLastAfter(time)) time = run->EndTime();
+        if (from == nullptr) return Finding::kNotKept;
+        if (!run->IsBefore(time, from->state.time) && run->IsLastAfter(time)) time = run->EndTime();
         events = run->Events();
     }
     return RunReplay(*from).RunTo(time, events, progress, moment);

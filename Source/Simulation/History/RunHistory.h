@@ -47,7 +47,7 @@ public:
 
     struct Span {
         double start = 0.0;  // s
-        double end = 0.0;    // s, of the last report until now
+        double end = 0.0;    // s, of the last report until now; before the start where time falls
     };
     // None: of this epoch no run is kept.
     [[nodiscard]] std::optional<Span> SpanOf(const AbEpoch* epoch) const;

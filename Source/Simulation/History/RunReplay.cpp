@@ -36,6 +36,7 @@ void RunReplay::CopyBodies() {
     const SystemState& state = from_.state;
     epoch_.SetOrder(from_.order);
     epoch_.SetCutoff(from_.cutoff);
+    epoch_.SetOnContact(from_.onContact);
     epoch_.SetTime(state.time);
     for (std::size_t i = 0; i < state.CountBodies(); i++) {
         auto body = std::make_unique<Body>(state.names[i].c_str(), state.ids[i], rgb_color{},
@@ -57,9 +58,9 @@ Finding RunReplay::RunTo(double time, const std::vector<RunEvent>& events,
         if (calculator_->ResumeRun(from_.calculator) != B_OK) return Finding::kLost;
     }
     calculator_->SetRunLimit(0, time);
-    while (Time() < time) {
+    while (!IsThere(time)) {
         if (!Run(time, progress)) return Finding::kCancelled;
-        if (Time() < time && !Merge(events)) return Finding::kLost;
+        if (!IsThere(time) && !Merge(events)) return Finding::kLost;
     }
     return Take(moment);
 }
@@ -72,6 +73,8 @@ Finding RunReplay::Take(RunCheckpoint* moment) {
         moment->radii.push_back(body->Radius());
     moment->order = from_.order;
     moment->cutoff = from_.cutoff;
+    moment->onContact = from_.onContact;
+    moment->isBackwards = from_.isBackwards;
     return Finding::kFound;
 }
 
@@ -107,6 +110,10 @@ bool RunReplay::Merge(const std::vector<RunEvent>& events) {
             if (MassSystem* const survivor = epoch_.SystemFromID(event.before[0].id))
                 survivor->SetName(event.name.c_str());
     return true;
+}
+
+bool RunReplay::IsThere(double time) {
+    return from_.isBackwards ? Time() <= time : Time() >= time;
 }
 
 double RunReplay::Time() {

@@ -38,6 +38,8 @@ private:
     bool Run(double until, const RunHistory::Progress& progress);
     bool Merge(const std::vector<RunEvent>& events);
     [[nodiscard]] RunHistory::Finding Take(RunCheckpoint* moment);
+    // At that time or past it, on the way that the run goes.
+    [[nodiscard]] bool IsThere(double time);
     [[nodiscard]] double Time();
 
     const RunCheckpoint& from_;

@@ -1,10 +1,12 @@
 #include "Simulation/History/Sample.h"
 
+#include <cmath>
+
 Sample Between(const Sample& a, const Sample& b, double time) {
     const double length = b.time - a.time;
-    if (!(length > 0.0)) return b;
+    if (length == 0.0) return b;
     // From 0 to 1, as a part of the way; from the nearer end, so that the ends come out exactly.
-    const bool isNearB = time - a.time > b.time - time;
+    const bool isNearB = std::fabs(time - a.time) > std::fabs(b.time - time);
     const Sample& near = isNearB ? b : a;
     const Sample& far = isNearB ? a : b;
     const double span = isNearB ? -length : length;

@@ -34,7 +34,7 @@ bool SampleChooser::Look(const Sample& now, Sample* kept) {
     // Sooner than planned: something happens.
     if (untilNote_ > 0) spacing_ = std::max((spacing_ - untilNote_) / 2, 1);
     untilNote_ = spacing_;
-    if (!(now.time > last_.time)) return false;
+    if (now.time == last_.time) return false;
     Take(now);
     if (Fits(now)) {
         if (count_ == kMaxNotes) HalveNotes();

@@ -16,8 +16,17 @@ bool IsTooWide(const Sample& a, const Sample& b) {
 }  // namespace
 
 void SampleTrack::Add(const Sample& sample) {
+    if (isBackwards_) return AddInFront(sample);
     samples_.push_back(sample);
     if (isBroken_) samples_.back().isJoined = false;
+    isBroken_ = false;
+}
+
+// Whether they are joined stands in the later one of two.
+void SampleTrack::AddInFront(const Sample& sample) {
+    if (!samples_.empty()) samples_.front().isJoined = sample.isJoined && !isBroken_;
+    samples_.push_front(sample);
+    samples_.front().isJoined = false;
     isBroken_ = false;
 }
 
@@ -39,9 +48,23 @@ std::vector<Sample> SampleTrack::From(double from, double to, const std::optiona
         while (last != samples_.end() && last->time <= end)
             ++last;
     }
-    if (static_cast<std::size_t>(last - first) > most)
-        first = last - static_cast<std::ptrdiff_t>(most);
+    const bool reachesBegin = first == samples_.begin();
+    if (static_cast<std::size_t>(last - first) > most) {
+        const auto kept = static_cast<std::ptrdiff_t>(most);
+        if (isBackwards_)
+            last = first + kept;
+        else
+            first = last - kept;
+    }
     std::vector<Sample> found(first, last);
+    if (isBackwards_) {
+        if (!tail || !reachesBegin || (!samples_.empty() && tail->time >= samples_.front().time))
+            return found;
+        if (!found.empty()) found.front().isJoined = tail->isJoined && !isBroken_;
+        found.insert(found.begin(), *tail);
+        found.front().isJoined = false;
+        return found;
+    }
     const bool isLater = tail && (samples_.empty() || tail->time > samples_.back().time);
     if (reachesEnd && isLater) {
         found.push_back(*tail);

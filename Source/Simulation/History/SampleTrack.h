@@ -1,5 +1,5 @@
-// The kept samples of one body in one run, in the order of time. A plain value, guarded by its
-// owner.
+// The kept samples of one body in one run, in the order of time even where the run goes back. A
+// plain value, guarded by its owner.
 #pragma once
 
 #include <cstddef>
@@ -11,14 +11,19 @@
 
 class SampleTrack {
 public:
+    explicit SampleTrack(bool isBackwards = false) : isBackwards_(isBackwards) {}
+
     void Add(const Sample& sample);
     // What is to be added next is not joined to what is there.
     void Break() { isBroken_ = true; }
     [[nodiscard]] std::size_t Count() const { return samples_.size(); }
-    [[nodiscard]] const Sample& Last() const { return samples_.back(); }
+    // The one that was added last.
+    [[nodiscard]] const Sample& Last() const {
+        return isBackwards_ ? samples_.front() : samples_.back();
+    }
 
     // Those that tell where the body was between the two times: with the one before and the one
-    // after, where there are such. `tail`, if given, is the end of the track. Of
+    // after, where there are such. `tail`, if given, is where the track has come to. Of
     // more than `most` the newest.
     [[nodiscard]] std::vector<Sample> From(double from, double to,
                                            const std::optional<Sample>& tail,
@@ -30,9 +35,11 @@ public:
     void Clear();
 
 private:
+    void AddInFront(const Sample& sample);
     std::size_t HalveUpTo(double until);
     std::size_t DropLonely();
 
+    bool isBackwards_;
     bool isBroken_ = true;
     std::deque<Sample> samples_;  // small blocks, so that no growth copies what is there
 };

@@ -1,7 +1,9 @@
 #include "Simulation/Settings/GlobalControlsBox.h"
 
 #include <charconv>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -12,6 +14,7 @@
 #include "Interface Widgets/SliderControl.h"
 #include "Interface Widgets/SwitchControl.h"
 #include "Model/Commands/EpochFactories.h"
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -22,6 +25,7 @@
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Resources/SettingsFeatures.h"
 #include "Resources/SimulationWindow.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 
@@ -45,6 +49,12 @@ std::vector<double> CutoffStops() {
     return stops;
 }
 
+constexpr std::pair<int32, int32> kOrderWords[] = {
+    {2, kTextOrderHistorical}, {3, kTextOrderHistorical}, {4, kTextOrderStandard},
+    {8, kTextOrderRough},      {12, kTextOrderMedium},    {16, kTextOrderExact},
+    {20, kTextOrderFiner},     {24, kTextOrderFinest}};
+static_assert(std::size(kOrderWords) == std::size(kOrders));
+
 }  // namespace
 
 GlobalControlsBox::GlobalControlsBox(EpochPortal* portal, const DisplayContext& context)
@@ -52,7 +62,9 @@ GlobalControlsBox::GlobalControlsBox(EpochPortal* portal, const DisplayContext& 
     AddRun(context);
     AddCenter(*context.texts);
     AddCalculation(*context.texts);
-    entries_.Add({time_, uponGo_, cutoff_, order_});
+    AddOrder(*context.texts);
+    AddOnContact(*context.texts);
+    entries_.Add({time_, uponGo_, cutoff_, order_, onContact_});
 }
 
 // --- Layout ---
@@ -99,18 +111,39 @@ void GlobalControlsBox::AddCalculation(const InterfaceTexts& texts) {
     cutoff_->SetFactory(std::make_shared<const EpochPropertyFactory<double>>(CutoffFactory()));
     cutoff_->SetToolTip(texts.Text(kTextCutoffTip));
     AddChild(cutoff_);
+}
 
-    auto* const row = new BGroupView("order", B_HORIZONTAL);
-    auto* const label = new BStringView("label", texts.Text(kLabelOrder));
-    row->AddChild(label);
-    order_ =
-        new MyMenuField("order", texts.Text(kLabelOrder), portal_, {2, 3, 4, 8, 12, 16, 20, 24});
+void GlobalControlsBox::AddOrder(const InterfaceTexts& texts) {
+    std::vector<std::string> words;
+    for (const auto& [order, word] : kOrderWords)
+        words.push_back(
+            FillIn(texts.Label(kTextOrderWord), {std::to_string(order), texts.Label(word)}));
+    order_ = AddMenu("order", texts.Text(kLabelOrder), texts.Text(kTextOrderTip),
+                     {std::begin(kOrders), std::end(kOrders)}, words);
     order_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OrderFactory()));
-    order_->SetToolTip(texts.Text(kTextOrderTip));
-    label->SetField(*order_);
-    row->AddChild(order_);
+}
+
+void GlobalControlsBox::AddOnContact(const InterfaceTexts& texts) {
+    onContact_ = AddMenu("on contact", texts.Text(kLabelOnContact), texts.Text(kTextOnContactTip),
+                         {kContactMerges, kContactStops, kContactPasses},
+                         {texts.Label(kLabelContactMerges), texts.Label(kLabelContactStops),
+                          texts.Label(kLabelContactPasses)});
+    onContact_->SetFactory(std::make_shared<const EpochPropertyFactory<int32>>(OnContactFactory()));
+}
+
+MyMenuField* GlobalControlsBox::AddMenu(const char* name, const char* title, const char* tip,
+                                        std::vector<int32> numbers,
+                                        const std::vector<std::string>& words) {
+    auto* const row = new BGroupView(name, B_HORIZONTAL);
+    auto* const label = new BStringView("label", title);
+    row->AddChild(label);
+    auto* const menu = new MyMenuField(name, title, portal_, std::move(numbers), words);
+    menu->SetToolTip(tip);
+    label->SetField(*menu);
+    row->AddChild(menu);
     row->AddStretch();
     AddChild(row);
+    return menu;
 }
 
 // --- What is shown ---

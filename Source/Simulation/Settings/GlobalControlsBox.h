@@ -3,6 +3,9 @@
 // ("tgps", "2com"). Rules as for BView; but what the user has typed may be committed by any thread.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "Interface Widgets/EntryGroup.h"
 #include "Platform/Interface/Handles/BBox.h"
 #include "Simulation/History/Moment.h"
@@ -35,6 +38,10 @@ private:
     void AddRun(const DisplayContext& context);
     void AddCenter(const InterfaceTexts& texts);
     void AddCalculation(const InterfaceTexts& texts);
+    void AddOrder(const InterfaceTexts& texts);
+    void AddOnContact(const InterfaceTexts& texts);
+    MyMenuField* AddMenu(const char* name, const char* title, const char* tip,
+                         std::vector<int32> numbers, const std::vector<std::string>& words);
 
     EpochPortal* const portal_;
     BButton* go_ = nullptr;
@@ -43,5 +50,6 @@ private:
     QuantityControl* time_ = nullptr;
     SliderControl* cutoff_ = nullptr;
     MyMenuField* order_ = nullptr;
+    MyMenuField* onContact_ = nullptr;
     EntryGroup entries_;
 };

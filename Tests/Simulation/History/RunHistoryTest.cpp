@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 
 #include "Model/Commands/CommandFactory.h"
@@ -127,6 +128,50 @@ TEST(RunHistory, AHeldRunIsKeptLikeOneThatWasNot) {
             EXPECT_EQ(found[i].isJoined, expected[i].isJoined);
         }
     }
+}
+
+// Back in time: all reports come back, and samples stand in the order of time as ever.
+TEST(RunHistory, ARunThatGoesBackIsKept) {
+    HistoryRun::Settings settings;
+    settings.order = 16;
+    settings.cutoff = 1e-14;
+    HistoryRun run({{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                    {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0},
+                    {1e-5, -3.0, 0.0, 0.0, -0.4, 0.0}},
+                   settings);
+    run.document.GetCalculator()->SetBackwards(true);
+    run.Run(2000, 77);
+    const std::vector<Report>& reports = run.recorder.reports;
+    ASSERT_LT(reports.back().time, -100.0);
+    EXPECT_EQ(CountWrong(&run, 19), 0);
+    SystemState state;
+    const double between = 0.5 * (reports[500].time + reports[501].time);
+    EXPECT_EQ(run.StateAt(between, &state), Finding::kFound);
+    EXPECT_TRUE(IsAt(state, reports[501]));
+    EXPECT_EQ(run.StateAt(1.0, &state), Finding::kNotKept);
+    EXPECT_EQ(run.StateAt(reports.back().time - 1.0, &state), Finding::kNotKept);
+
+    const auto samples = run.history.Samples(run.Focus(), 1, -1e9, 1e9);
+    ASSERT_GT(samples.size(), 100U);
+    EXPECT_EQ(samples.front().time, reports.back().time);
+    EXPECT_EQ(samples.back().time, 0.0);
+    double worst = 0.0;
+    std::size_t next = samples.size() - 1;
+    for (const Report& report : reports) {
+        while (next > 1 && samples[next - 1].time > report.time)
+            next--;
+        EXPECT_TRUE(samples[next].isJoined);
+        EXPECT_GT(samples[next].time, samples[next - 1].time);
+        const ThreeVector kept = Between(samples[next - 1], samples[next], report.time).position;
+        worst = std::max({worst, std::fabs(kept.x - report.positions[3]),
+                          std::fabs(kept.y - report.positions[4])});
+    }
+    // On a circle of radius 1.
+    EXPECT_LT(worst, 1e-4);
+    // The newest ones are the earliest.
+    const auto few = run.history.Samples(run.Focus(), 1, -1e9, 1e9, 10);
+    EXPECT_LE(few.size(), 11U);
+    EXPECT_EQ(few.front().time, reports.back().time);
 }
 
 // An edit between two steps: no calculation leads over it.

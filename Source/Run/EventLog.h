@@ -1,0 +1,70 @@
+// Writes what happens to the bodies of a run as comma-separated values: contacts, closest
+// approaches, crossings of the plane z = 0 and escapes, each at the very time that the motion
+// itself tells. Owned by the runner; works on the calculation thread, which waits meanwhile.
+//
+// Massless bodies do not see each other. A body escapes where it is unbound and beyond a distance,
+// both seen from the centre of mass of the others.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Calculation/MotionWatcher.h"
+#include "Model/Systems/ThreeVector.h"
+#include "Run/OutputFile.h"
+
+class EventLog final : public MotionWatcher {
+public:
+    static constexpr std::string_view kHeader = "time,event,id1,name1,id2,name2,distance,speed\n";
+
+    // 0, or the errno of what failed; so does Close.
+    [[nodiscard]] int Open(const std::string& path);
+    [[nodiscard]] bool IsOpen() const { return file_.IsOpen(); }
+    [[nodiscard]] int Close();
+    // m; none: ten times the distance of the farthest body where the run begins.
+    void SetEscapeDistance(std::optional<double> distance) { escapeDistance_ = distance; }
+
+    void BodiesAre(double time, const std::vector<Body*>& bodies, int32 massive) override;
+    void Moved(const Piece& piece) override;
+    void Touched(double time, const BodyArrays& bodies,
+                 const std::vector<CollidingPair>& pairs) override;
+
+private:
+    struct State {
+        ThreeVector position;
+        ThreeVector velocity;
+    };
+    struct Event {
+        double time;
+        std::string_view name;
+        int32 body;
+        int32 other;  // -1: none
+        State apart;  // of the body, seen from the other or from where it is measured
+    };
+
+    [[nodiscard]] State StateOf(const Piece& piece, int32 body, double theta) const;
+    [[nodiscard]] State ApartOf(const Piece& piece, int32 body, int32 other, double theta) const;
+    // Seen from the centre of mass of the other massive bodies.
+    template <class StateOfBody>
+    [[nodiscard]] State FromOthers(int32 body, const StateOfBody& stateOf) const;
+    [[nodiscard]] bool IsEscaped(const State& apart) const;
+    void FindApproaches(const Piece& piece);
+    void FindCrossings(const Piece& piece);
+    void FindEscapes(const Piece& piece);
+    void Write(const Event& event);
+    [[nodiscard]] int32 Count() const { return static_cast<int32>(ids_.size()); }
+
+    OutputFile file_;
+    std::optional<double> escapeDistance_;
+    int32 massive_ = 0;
+    double pull_ = 0.0;  // m3/s2, of all
+    std::vector<int64> ids_;
+    std::vector<std::string> names_;
+    std::vector<double> gm_;
+    std::vector<State> before_;  // at the last report
+    std::vector<State> now_;
+    std::vector<Event> events_;
+    std::string row_;
+};

@@ -1,0 +1,203 @@
+// Runs back in time, and what bodies that touch do where they need not merge.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "Calculation/CollisionMailbox.h"
+#include "Calculation/MotionWatcher.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/AppDefs.h"
+#include "Platform/Application/BLooper.h"
+#include "Platform/Application/BMessenger.h"
+#include "Tests/Calculation/TaylorFixtures.h"
+
+namespace {
+
+constexpr int32 kOrder = 16;
+constexpr double kCutoff = 1e-16;
+
+void RunUntil(TestSystem* system, Calculator* calculator, double time, bool isHeld = false) {
+    calculator->SetBackwards(time < system->GetEpoch()->Time());
+    calculator->SetRunLimit(0, time);
+    system->RunUntilParked(calculator, isHeld);
+    EXPECT_EQ(system->GetEpoch()->Time(), time);
+}
+
+// Two bodies of equal mass on an ellipse, one length unit apart at the most, and a light third one
+// far out. The period is 2 pi.
+void AddOrbits(TestSystem* system) {
+    system->Add(0, 0.5, {0.4, 0, 0}, {0, 0.612372435695794, 0});
+    system->Add(1, 0.5, {-0.4, 0, 0}, {0, -0.612372435695794, 0});
+    system->Add(2, 1e-6, {0, 30, 5}, {-0.18, 0, 0});
+}
+
+double Moved(const TestSystem& system, const TestSystem& start) {
+    double most = 0.0;
+    for (int64 id = 0; id < 3; id++)
+        most = std::max(most, Length(system.Find(id)->Position() - start.Find(id)->Position()));
+    return most;
+}
+
+// Stands for the owner of a calculator, who is told what touches and why a run ends.
+class Owner final : public BLooper {
+public:
+    static constexpr uint32 kAsk = FourCC("ask?");
+
+    void MessageReceived(BMessage* message) override {
+        if (message->what == CollisionMailbox::kCollisionMessage) collisions++;
+        if (const auto told = RunEnding::From(*message)) ending = *told;
+        if (message->what == kAsk) SendReply(BMessage(B_REPLY));
+    }
+    int collisions = 0;
+    RunEnding ending;
+};
+
+class Watcher final : public MotionWatcher {
+public:
+    void BodiesAre(double, const std::vector<Body*>&, int32) override {}
+    void Moved(const Piece& piece) override {
+        EXPECT_EQ(piece.fromTime, lastTime);
+        lastTime = piece.toTime;
+    }
+    void Touched(double time, const BodyArrays& bodies,
+                 const std::vector<CollidingPair>& pairs) override {
+        times.push_back(time);
+        for (const CollidingPair& pair : pairs)
+            distances.push_back(
+                std::fabs(bodies.position[0][pair.later] - bodies.position[0][pair.earlier]));
+    }
+    double lastTime = 0.0;
+    std::vector<double> times, distances;
+};
+
+// A heavy ball at rest and a light one that flies through it, off the centre by an eighth.
+struct PassingTest : testing::Test {
+    PassingTest() {
+        owner->Run();
+        system.Add(0, 1e-9, {}, {}, 1.0);
+        system.Add(1, 1e-12, {10, 0.125, 0}, {-1, 0, 0}, 0.25);
+        calculator.AddWatcher(&watcher);
+    }
+    ~PassingTest() override { BLooper::QuitIfAlive(owner); }
+    // What was posted is handled.
+    void Settle() const {
+        const BMessage request(Owner::kAsk);
+        BMessage answer;
+        EXPECT_EQ(BMessenger(owner).SendMessage(&request, &answer), B_OK);
+    }
+
+    Owner* const owner = new Owner;
+    TestSystem system{kOrder, 1e-14};
+    TaylorCalculator calculator{system.Portal(), system.Consumers(), owner};
+    Watcher watcher;
+};
+
+}  // namespace
+
+TEST(BackwardsRun, ReturnsToItsStart) {
+    const double kPeriod = 2 * std::acos(-1.0);
+    TestSystem start(kOrder, kCutoff);
+    AddOrbits(&start);
+    for (const auto& [orbits, error] : {std::pair{100, 5e-12}, {1000, 5e-10}}) {
+        TestSystem system(kOrder, kCutoff);
+        AddOrbits(&system);
+        const auto calculator = MakeCalculator(&system);
+        RecordingConsumer consumer(&system, *calculator);
+        RunUntil(&system, calculator.get(), orbits * kPeriod);
+        EXPECT_GT(Moved(system, start), 1.0);
+        const auto turned = static_cast<std::ptrdiff_t>(consumer.Times().size());
+        RunUntil(&system, calculator.get(), 0.0);
+        EXPECT_LT(Moved(system, start), error);
+        EXPECT_TRUE(std::is_sorted(consumer.Times().begin() + turned, consumer.Times().end(),
+                                   std::greater<>()));
+    }
+}
+
+// Held, paused, or saved and read by somebody else on the way back: the same bits.
+TEST(BackwardsRun, GoesOnToTheSameBits) {
+    constexpr double kEnd = -40.0;
+    TestSystem whole(kOrder, kCutoff);
+    AddOrbits(&whole);
+    const auto reference = MakeCalculator(&whole);
+    RunUntil(&whole, reference.get(), kEnd);
+    for (const int way : {0, 1, 2}) {
+        TestSystem system(kOrder, kCutoff);
+        AddOrbits(&system);
+        auto calculator = MakeCalculator(&system);
+        for (const double time : {-0.01, -11.3, -11.4, -30.0, kEnd}) {
+            RunUntil(&system, calculator.get(), time, way == 0 && time < -1);
+            if (way != 2) continue;
+            BMessage saved;
+            ASSERT_EQ(calculator->ArchiveRun(&saved), B_OK);
+            calculator = MakeCalculator(&system);
+            ASSERT_EQ(calculator->ResumeRun(saved), B_OK);
+            EXPECT_TRUE(calculator->IsBackwards());
+        }
+        EXPECT_EQ(Moved(system, whole), 0.0);
+    }
+}
+
+TEST(BackwardsRun, LowOrdersKnowNoWayBack) {
+    TestSystem system(4, 1e-6);
+    AddOrbits(&system);
+    const auto calculator = MakeCalculator(&system);
+    calculator->SetBackwards(true);
+    system.Run(calculator.get(), 10);
+    EXPECT_GT(system.GetEpoch()->Time(), 0.0);
+    EXPECT_FALSE(calculator->IsBackwards());
+}
+
+TEST_F(PassingTest, AContactOnTheWayBackEndsTheRun) {
+    system.Find(1)->SetVelocity({1, 0, 0});
+    calculator.SetBackwards(true);
+    calculator.SetRunLimit(0, -100.0);
+    system.RunUntilParked(&calculator);
+    Settle();
+    EXPECT_EQ(owner->collisions, 0);
+    EXPECT_EQ(owner->ending.reason, RunEnding::Reason::kTouchedBackwards);
+    EXPECT_EQ(owner->ending.time, system.GetEpoch()->Time());
+    ASSERT_TRUE(owner->ending.pair);
+    EXPECT_EQ(owner->ending.pair->later, 1);
+    EXPECT_NEAR(owner->ending.pair->distance, 1.25, 1e-14);
+    EXPECT_NEAR(owner->ending.time, -10.0 + std::sqrt(1.25 * 1.25 - 0.125 * 0.125), 1e-7);
+}
+
+// Each time they meet it is told once, however often the run is stopped while they overlap.
+TEST_F(PassingTest, BodiesThatPassAreToldOnceAndMoveAsIfTheyWerePoints) {
+    TestSystem points(kOrder, 1e-14);
+    points.Add(0, 1e-9, {}, {});
+    points.Add(1, 1e-12, {10, 0.125, 0}, {-1, 0, 0});
+    const auto reference = MakeCalculator(&points);
+    RunUntil(&points, reference.get(), 20.0);
+
+    system.GetEpoch()->SetOnContact(kContactPasses);
+    for (const double time : {9.0, 9.5, 10.5, 20.0})
+        RunUntil(&system, &calculator, time);
+    Settle();
+    EXPECT_EQ(owner->collisions, 0);
+    ASSERT_EQ(watcher.times.size(), 1u);
+    EXPECT_NEAR(watcher.times[0], 10.0 - std::sqrt(1.25 * 1.25 - 0.125 * 0.125), 1e-7);
+    EXPECT_EQ(system.Find(1)->Position(), points.Find(1)->Position());
+    // And again on the way back.
+    RunUntil(&system, &calculator, 0.0);
+    EXPECT_EQ(watcher.times.size(), 2u);
+}
+
+TEST_F(PassingTest, AStopTellsAPairOnce) {
+    system.GetEpoch()->SetOnContact(kContactStops);
+    calculator.SetRunLimit(0, 20.0);
+    system.RunUntilParked(&calculator);
+    Settle();
+    EXPECT_EQ(owner->collisions, 1);
+    const double contact = system.GetEpoch()->Time();
+    EXPECT_NEAR(contact, 8.756, 1e-3);
+    EXPECT_TRUE(calculator.HasStoppedItself());
+    // Whoever goes on goes through, whether the run is held or another one begins.
+    RunUntil(&system, &calculator, 9.0);
+    RunUntil(&system, &calculator, 20.0, true);
+    Settle();
+    EXPECT_EQ(owner->collisions, 1);
+    EXPECT_EQ(watcher.times.size(), 1u);
+}
