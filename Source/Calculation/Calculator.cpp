@@ -301,7 +301,6 @@ bool Calculator::Park() {
 void Calculator::PrepareRun() {
     {
         const WriteGuard guard(portal_);
-        isRunning_ = true;
         timeBase_ = portal_->FocusEpoch()->Time();
         try {
             Recache();
@@ -322,6 +321,7 @@ void Calculator::PrepareRun() {
             EndRun(RunEnding::Reason::kNoMemory);
         }
     }
+    isRunning_ = true;
 }
 
 int32 Calculator::RunBatch() {

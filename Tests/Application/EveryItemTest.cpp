@@ -221,12 +221,29 @@ TEST_F(EveryItemTest, OfADisplay) {
     painted = WindowHand::CountPainted(kDisplay);
     Does(kDisplay, "Display/Erase Window",
          [&] { return WindowHand::CountPainted(kDisplay) < painted - kShortTrail / 2; });
-    for (const char* const item : {"View/Names", "View/Scale Bar", "View/Time"}) {
+    for (const char* const item :
+         {"View/Names", "View/Scale Bar", "View/Time", "View/Mark Small Bodies"}) {
         const bool was = WindowHand::IsMarked(kDisplay, item);
         Does(kDisplay, item, [&] { return WindowHand::IsMarked(kDisplay, item) != was; });
     }
     for (const char* const item : {"View/Follow/Arrakis", "View/Follow/Nothing"})
         Does(kDisplay, item, [=] { return WindowHand::IsMarked(kDisplay, item); });
+    for (const char* const item :
+         {"View/Frame/Rotating With/BoskVeld", "View/Frame/Rotating With/Arrakis",
+          "View/Frame/Center of Mass", "View/Frame/Fixed", "View/Trail Length/Half an Orbit",
+          "View/Trail Length/1 Orbit", "View/Trail Length/2 Orbits", "View/Trail Length/5 Orbits",
+          "View/Trail Length/10 Orbits", "View/Trail Length/1 Day", "View/Trail Length/1 Month",
+          "View/Trail Length/1 Year", "View/Trail Length/10 Years", "View/Trail Length/100 Years"})
+        Does(kDisplay, item, [=] { return WindowHand::IsMarked(kDisplay, item); });
+    const char* const fading = "View/Trail Length/Fading";
+    Does(kDisplay, fading, [=] { return !WindowHand::IsMarked(kDisplay, fading); });
+    const char* const all = "View/Trail Length/All";
+    Does(kDisplay, all, [=] { return WindowHand::IsMarked(kDisplay, all); });
+    // What is followed stands still, and the frame no longer turns.
+    WindowHand::Choose(kDisplay, "View/Follow/Arrakis");
+    WindowHand::Choose(kDisplay, "View/Frame/Rotating With/BoskVeld");
+    const char* const followed = "View/Frame/Followed Body";
+    Does(kDisplay, followed, [=] { return WindowHand::IsMarked(kDisplay, followed); });
     OpensPanel(kDisplay, "View/Save Picture…");
     std::string picture;
     EXPECT_TRUE(AppDriver::WaitUntil([&] {

@@ -5,8 +5,12 @@
 #include <numbers>
 
 #include "Displays/Base/ViewLock.h"
+#include "Displays/Projection/FrameMenu.h"
+#include "Displays/Trajectories/LineClipping.h"
 #include "Displays/Trajectories/TrajectoryView.h"
+#include "Model/Sharing/ChangeFlags.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Platform/Kernel/OS.h"
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/TestDocument.h"
 
@@ -14,6 +18,7 @@ namespace {
 
 constexpr double kAU = 1.4959787066e11;
 constexpr int64 kStepsOfAYear = 32'000;
+const double kYear = 2.0 * std::numbers::pi * std::sqrt(kAU * kAU * kAU / kSunGM);
 
 class KeptTrailsTest : public testing::Test {
 protected:
@@ -57,6 +62,20 @@ protected:
         }
         return static_cast<double>(drawn) / kPlaces;
     }
+    // Of the brightest pixel of the trail there.
+    int32 Brightness(double angle) {
+        return Locked([&] {
+            const BPoint at = display_->Map(kAU * std::cos(angle), kAU * std::sin(angle), 0.0);
+            int32 most = 0;
+            for (float dx = -1.0f; dx <= 1.0f; dx++)
+                for (float dy = -1.0f; dy <= 1.0f; dy++) {
+                    const rgb_color pixel =
+                        display_->View()->LowerLayer().PixelAt({at.x + dx, at.y + dy});
+                    most = std::max(most, pixel.red + pixel.green + pixel.blue);
+                }
+            return most;
+        });
+    }
     // A line is a pixel wide: it may be in the one beside.
     bool IsDrawn(double x, double y) {
         return Locked([&] {
@@ -76,6 +95,172 @@ protected:
 };
 
 }  // namespace
+
+TEST_F(KeptTrailsTest, ZoomedAndPannedPicturesAreThoseDrawnAtOnceInThatView) {
+    Zoom(0.6);
+    Run(2 * kStepsOfAYear);
+    Zoom(1.9);
+    for (const BPoint by : {BPoint{150, 0}, BPoint{170, 90}, BPoint{-500, 40}, BPoint{60, -250}})
+        Locked([&] { display_->PanBy(by.x, by.y); });
+    const auto look = [this] {
+        return Locked([&] {
+            const Canvas& canvas = display_->View()->LowerLayer();
+            const BRect bounds = display_->View()->Bounds();
+            std::vector<rgb_color> pixels;
+            for (float y = bounds.top; y <= bounds.bottom; y++)
+                for (float x = bounds.left; x <= bounds.right; x++)
+                    pixels.push_back(canvas.PixelAt({x, y}));
+            return pixels;
+        });
+    };
+    const std::vector<rgb_color> panned = look();
+    Locked([&] { display_->SetTrailLength({}); });
+    ::Settle(display_);
+    const std::vector<rgb_color> atOnce = look();
+    int32 drawn = 0;
+    int32 differing = 0;
+    ASSERT_EQ(panned.size(), atOnce.size());
+    for (std::size_t i = 0; i < panned.size(); i++) {
+        if (atOnce[i] != TrajectoryView::kSky) drawn++;
+        if (std::abs(panned[i].green - atOnce[i].green) > 24) differing++;
+    }
+    EXPECT_GT(drawn, 300);
+    EXPECT_LE(differing, drawn / 100);
+}
+
+TEST_F(KeptTrailsTest, TrailsOfALimitedLengthEndThereAndFade) {
+    Zoom(0.6);
+    Locked([&] { display_->SetTrailLength({0.0, 0.5, true}); });
+    Run(kStepsOfAYear + kStepsOfAYear / 4);
+    const double now = 2.0 * std::numbers::pi * display_->Epoch()->FocusEpoch()->Time() / kYear;
+    constexpr double kPi = std::numbers::pi;
+    EXPECT_EQ(Drawn(now - 0.95 * kPi, now - 0.05), 1.0);
+    EXPECT_LT(Drawn(now - 1.95 * kPi, now - 1.05 * kPi), 0.02);
+    EXPECT_LT(3 * Brightness(now - 0.9 * kPi), Brightness(now - 0.1));
+    // By time: the same here.
+    Locked([&] { display_->SetTrailLength({0.25 * kYear, 0.0, false}); });
+    EXPECT_EQ(Drawn(now - 0.45 * kPi, now - 0.05), 1.0);
+    EXPECT_LT(Drawn(now - 1.95 * kPi, now - 0.55 * kPi), 0.02);
+    EXPECT_NEAR(Brightness(now - 0.4 * kPi), Brightness(now - 0.1), 120);
+    Locked([&] { display_->SetTrailLength({}); });
+    EXPECT_EQ(Drawn(), 1.0);
+}
+
+TEST_F(KeptTrailsTest, AChangeOfColourDuringARunDrawsNoFalseLines) {
+    Zoom(0.6);
+    document_.Go();
+    for (int32 i = 0; i < 60; i++) {
+        document_.portal->TellObservers(kTrailChanged);
+        snooze(10'000);
+    }
+    document_.Pause();
+    ::Settle(display_);
+    ASSERT_EQ(Drawn(), 1.0) << "too short a run";
+    int32 chords = 0;
+    for (int32 i = 0; i < 400; i++) {
+        const double angle = 2.0 * std::numbers::pi * i / 400;
+        for (const double part : {0.3, 0.6, 0.9})
+            if (IsDrawn(part * kAU * std::cos(angle), part * kAU * std::sin(angle))) chords++;
+    }
+    EXPECT_EQ(chords, 0);
+}
+
+TEST_F(KeptTrailsTest, FitShowsWholeOrbitsBeforeAndAfterARun) {
+    // An ellipse to the left, of which the instant is the right end.
+    const double a = 10 * kAU, e = 0.8;
+    Epoch epoch;
+    epoch.RootSystem()->AddChild(MakeBody("Sun", 0, kSunGM, {}, {}).release());
+    const double speed = std::sqrt(kSunGM / a * (1 + e) / (1 - e));
+    epoch.RootSystem()->AddChild(
+        MakeBody("Comet", 1, 0.0, {a * (1 - e), 0.0, 0.0}, {0.0, speed, 0.0}).release());
+    ASSERT_FALSE(document_.document.Load(RecordOf({&epoch})).Failed());
+    document_.portal->TellObservers(kEverything);
+    ::Settle(display_);
+    const auto expectAllSeen = [&] {
+        Locked([&] { display_->FitAll(); });
+        ::Settle(display_);
+        Locked([&] {
+            const BRect bounds = display_->View()->Bounds();
+            float left = bounds.right, right = bounds.left;
+            for (int32 i = 0; i < 360; i++) {
+                const double angle = i * std::numbers::pi / 180;
+                const BPoint at = display_->Map(a * (std::cos(angle) - e),
+                                                a * std::sqrt(1 - e * e) * std::sin(angle), 0.0);
+                EXPECT_TRUE(IsInside(at, bounds)) << i;
+                left = std::min(left, at.x);
+                right = std::max(right, at.x);
+            }
+            EXPECT_GT(right - left, 0.6f * bounds.Width());
+        });
+    };
+    expectAllSeen();
+    Run(1000);
+    expectAllSeen();
+    // A trail that covers more than a revolution is all that there is to see.
+    Run(60'000);
+    expectAllSeen();
+}
+
+TEST_F(KeptTrailsTest, InTheFrameOfItsPlanetATrojanStaysWhereItIs) {
+    const double a = 5.2 * kAU;
+    const double mass = 1e-3 * kSunGM;
+    const double rate = std::sqrt((kSunGM + mass) / (a * a * a));
+    const auto turning = [rate](ThreeVector r) { return ThreeVector{-rate * r.y, rate * r.x, 0}; };
+    const double share = mass / (kSunGM + mass);
+    const ThreeVector sun{-share * a, 0, 0}, planet{(1 - share) * a, 0, 0};
+    const ThreeVector trojan{sun.x + 0.5 * a, std::sqrt(0.75) * a, 0};
+    Epoch epoch;
+    epoch.RootSystem()->AddChild(MakeBody("Sun", 0, kSunGM, sun, turning(sun)).release());
+    epoch.RootSystem()->AddChild(MakeBody("Jupiter", 1, mass, planet, turning(planet)).release());
+    epoch.RootSystem()->AddChild(MakeBody("Trojan", 2, 0.0, trojan, turning(trojan)).release());
+    ASSERT_FALSE(document_.document.Load(RecordOf({&epoch})).Failed());
+    document_.portal->TellObservers(kEverything);
+    Zoom(0.15);
+    BMessage turn(FrameMenu::kTurn);
+    turn.AddInt64(FrameMenu::kSystem, 1);
+    ASSERT_EQ(display_->PostMessage(&turn), B_OK);
+    ::Settle(display_);
+    Run(3 * kStepsOfAYear);
+    const auto expectStill = [&] {
+        int32 drawn = 0;
+        Locked([&] {
+            const BPoint at = display_->Map(trojan.x, trojan.y, 0.0);
+            const BPoint planetAt = display_->Map(planet.x, planet.y, 0.0);
+            const BPoint sunAt = display_->Map(sun.x, sun.y, 0.0);
+            const BRect bounds = display_->View()->Bounds();
+            for (float y = bounds.top; y <= bounds.bottom; y++)
+                for (float x = bounds.left; x <= bounds.right; x++) {
+                    const auto isAt = [&](BPoint p) {
+                        return std::abs(p.x - x) <= 2 && std::abs(p.y - y) <= 2;
+                    };
+                    if (display_->View()->LowerLayer().PixelAt({x, y}) == TrajectoryView::kSky)
+                        continue;
+                    EXPECT_TRUE(isAt(at) || isAt(planetAt) || isAt(sunAt)) << x << ", " << y;
+                    drawn++;
+                }
+        });
+        EXPECT_GT(drawn, 0);
+        const ThreeVector seen = Locked([&] {
+            const TrajectoryCache& cache = display_->View()->Cache();
+            return cache.LastFrame().See(cache.LastPosition(2));
+        });
+        EXPECT_NEAR(seen.x, trojan.x, 1e-3 * a);
+        EXPECT_NEAR(seen.y, trojan.y, 1e-3 * a);
+    };
+    ASSERT_GT(rate * display_->Epoch()->FocusEpoch()->Time(), 2 * std::numbers::pi);
+    expectStill();
+    // And from what is kept.
+    Zoom(1.2);
+    expectStill();
+    // In a fixed frame it goes round.
+    ASSERT_EQ(display_->PostMessage(FrameMenu::kFixed), B_OK);
+    ::Settle(display_);
+    const double around = std::hypot(trojan.x, trojan.y);
+    for (int32 i = 0; i < 100; i++) {
+        const double angle = 2 * std::numbers::pi * i / 100;
+        EXPECT_TRUE(IsDrawn(around * std::cos(angle), around * std::sin(angle))) << i;
+    }
+}
 
 TEST_F(KeptTrailsTest, ZoomingPanningAndFollowingShowThemAndAnErasureStays) {
     Zoom(0.6);

@@ -91,6 +91,14 @@ TEST_F(ProjectionDisplayTest, ArchivesWhatReadersKnowAndItsOwnFields) {
     archive.AddBool("View names", true);
     archive.AddBool("View scale bar", false);
     archive.AddBool("View time", false);
+    archive.AddBool("View marks", false);
+    archive.AddInt64("View turns about", 0);
+    archive.AddInt64("View turns with", 1);
+    const double axis[] = {0.0, 0.6, 0.8};
+    archive.AddDoubles("View turning axis", axis, 3);
+    archive.AddDouble("View trail time", 3e7);
+    archive.AddDouble("View trail turns", 2.5);
+    archive.AddBool("View trail fades", false);
     EXPECT_EQ(Locked([&] { return display_->Regenerate(archive); }), B_OK);
     EXPECT_EQ(Archive(), archive) << Archive().ToText();
 

@@ -28,6 +28,53 @@ TEST(TrajectoryView, DiscsMoveOverTheTrailAndLeaveIt) {
     EXPECT_FALSE(HasTrail(sky, {50, 4}));
 }
 
+TEST(TrajectoryView, DuringARunTrailsGoOnFromTheLastBatchAndNotFromTheModel) {
+    TestSky sky;
+    Body& body = sky.Add(0, {-50, 0, 0});
+    sky.Start();
+    sky.Draw({0, 0, 0});
+    // The model is where the batch after the next one begins.
+    body.SetPosition({40, 80, 0});
+    body.SetTrailColor({0, 200, 0, 255});
+    sky.view.Redisplay(kTrailChanged, sky.Bodies(), true);
+    sky.Draw({50, 0, 0});
+    EXPECT_TRUE(HasTrail(sky, {25, 0}));
+    EXPECT_EQ(sky.TrailAt({25, 0}).green, 200);
+    EXPECT_TRUE(sky.IsSky(sky.TrailAt({45, 40})));
+    // At rest the model tells.
+    sky.view.Redisplay(kTrailChanged, sky.Bodies(), false);
+    EXPECT_EQ(sky.view.Cache().DiscAt(0).center, (BPoint{40, -80}));
+}
+
+TEST(TrajectoryView, APointWithARingOfSkyMarksASmallDisc) {
+    TestSky sky;
+    Body& small = sky.Add(0.4, {-50, 0, 0});
+    small.SetDiscColor(TestSky::kTrail);
+    sky.Add(2, {0, 50, 0});
+    sky.Start();
+    sky.view.SetMarked(true);
+    sky.Draw({20, 0, 0, 0, 50, 0, 20, 0, 0, 0, 50, 0});
+    const auto isMark = [&](BPoint at) {
+        const rgb_color seen = sky.SeenAt(at);
+        return seen.red > 100 && seen.green == 255 && seen.blue > 100;
+    };
+    for (const BPoint at : {BPoint{19, 0}, BPoint{20, 0}, BPoint{21, 0}, BPoint{20, 1}})
+        EXPECT_TRUE(isMark(at));
+    // Its trail ends before it, in the same colour.
+    EXPECT_TRUE(sky.IsSky(sky.SeenAt({18, 0}))) << int{sky.SeenAt({18, 0}).green};
+    EXPECT_EQ(sky.SeenAt({16, 0}), sky.TrailAt({16, 0}));
+    EXPECT_TRUE(HasTrail(sky, {16, 0}));
+    // A larger disc is as it was.
+    EXPECT_EQ(sky.SeenAt({0, -50}), TestSky::kDisc);
+    // The mark leaves nothing behind.
+    sky.Draw({60, 0, 0, 0, 50, 0});
+    for (float x = 10; x < 30; x++)
+        for (float y = -5; y <= 5; y++)
+            EXPECT_EQ(sky.SeenAt({x, y}), sky.TrailAt({x, y}));
+    sky.view.SetMarked(false);
+    EXPECT_FALSE(isMark({60, 0}));
+}
+
 TEST(TrajectoryView, ADiscThatMovesLessThanAPixelIsOnlyDrawnAgain) {
     TestSky sky;
     sky.Add(5).SetTrailOn(false);

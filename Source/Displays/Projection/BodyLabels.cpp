@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "Model/Epochs/AbEpoch.h"
+#include "Model/Epochs/EpochLimits.h"
 
 namespace {
 
@@ -36,7 +37,9 @@ BodyLabels ReadBodyLabels(const AbEpoch& epoch, const std::vector<Body*>& bodies
 std::vector<TrajectoryCache::Member> ReadMembers(const AbEpoch& epoch,
                                                  const std::vector<Body*>& bodies, int64 system) {
     std::vector<TrajectoryCache::Member> members;
-    const MassSystem* const found = system < 0 ? nullptr : epoch.SystemFromID(system);
+    const MassSystem* const found = system == kRootSystemID ? epoch.RootSystem()
+                                    : system < 0            ? nullptr
+                                                            : epoch.SystemFromID(system);
     if (found == nullptr) return members;
     std::unordered_set<const MassSystem*> wanted;
     AddBodies(found, &wanted);

@@ -4,6 +4,8 @@
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Projection/FrameMenu.h"
+#include "Displays/Projection/TrailMenu.h"
 #include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
@@ -92,10 +94,15 @@ void DisplayMenus::AddViewMenu() {
     follow_ = new BMenu(context_.texts->Text(kLabelFollow));
     follow_->SetRadioMode(true);
     menu->AddItem(follow_);
+    frame_ = new FrameMenu(display_, *context_.texts);
+    menu->AddItem(frame_);
+    trail_ = new TrailMenu(display_, *context_.texts);
+    menu->AddItem(trail_);
     menu->AddSeparatorItem();
     names_ = AddItem(menu, kLabelNames, kToggleNames, kLabelNamesKey);
     scaleBar_ = AddItem(menu, kLabelScaleBar, kToggleScaleBar);
     time_ = AddItem(menu, kLabelShowTime, kToggleTime);
+    marks_ = AddItem(menu, kLabelMarks, kToggleMarks);
     menu->AddSeparatorItem();
     AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
     menu->SetTargetForItems(display_);
@@ -115,6 +122,7 @@ void DisplayMenus::ShowOptions(const DisplayOptions& options) {
     names_->SetMarked(options.names);
     scaleBar_->SetMarked(options.scaleBar);
     time_->SetMarked(options.time);
+    marks_->SetMarked(options.marks);
 }
 
 void DisplayMenus::AddSystem(const char* name, int64 id, int64 followed) {

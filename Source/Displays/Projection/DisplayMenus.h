@@ -9,6 +9,8 @@
 class BMenu;
 class BMenuBar;
 class BMenuItem;
+class FrameMenu;
+class TrailMenu;
 class Display;
 struct DisplayContext;
 
@@ -21,6 +23,7 @@ inline constexpr uint32 kFollow = FourCC("folw");  // with int64 "System"
 inline constexpr uint32 kToggleNames = FourCC("tnam");
 inline constexpr uint32 kToggleScaleBar = FourCC("tbar");
 inline constexpr uint32 kToggleTime = FourCC("ttim");
+inline constexpr uint32 kToggleMarks = FourCC("tmrk");
 inline constexpr uint32 kSavePicture = FourCC("svpi");
 inline constexpr const char* kFollowedSystem = "System";
 
@@ -29,6 +32,7 @@ struct DisplayOptions {
     bool names = false;
     bool scaleBar = true;
     bool time = true;
+    bool marks = true;  // of small bodies
 };
 
 class DisplayMenus {
@@ -42,6 +46,8 @@ public:
     // Whether there is a moment of the past to branch at and to come back from.
     void ShowMoment(bool isPast);
     void ShowOptions(const DisplayOptions& options);
+    [[nodiscard]] FrameMenu& Frame() const { return *frame_; }
+    [[nodiscard]] TrailMenu& Trail() const { return *trail_; }
     // What can be followed, and what is: kNoSystemID for nothing.
     void ShowSystems(const BodyLabels& labels, int64 followed);
     // Of the same systems another one is followed. The items stay: one may just have been chosen.
@@ -66,4 +72,7 @@ private:
     BMenuItem* names_ = nullptr;
     BMenuItem* scaleBar_ = nullptr;
     BMenuItem* time_ = nullptr;
+    BMenuItem* marks_ = nullptr;
+    FrameMenu* frame_ = nullptr;
+    TrailMenu* trail_ = nullptr;
 };

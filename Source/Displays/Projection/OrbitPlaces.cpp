@@ -47,9 +47,12 @@ std::vector<ThreeVector> OrbitPlaces(const TrajectoryCache& cache, const BodyLab
     }
     const FrameMoment now = cache.LastFrame();
     double longest = 0.0;
-    for (const TrajectoryCache::Member& member : cache.Reference())
-        if (const double period = forecast.PeriodOf(member.body); std::isfinite(period))
+    const auto consider = [&](int32 body) {
+        if (const double period = forecast.PeriodOf(body); std::isfinite(period))
             longest = std::max(longest, period);
+    };
+    if (!cache.Reference().empty()) consider(cache.Reference().front().body);
+    if (cache.GetTurning()) consider(cache.GetTurning()->second);
     const auto count = std::min(cache.CountBodies(), static_cast<int32>(labels.bodies.size()));
     for (int32 body = 0; body < count; body++) {
         places.push_back(now.See(cache.LastPosition(body)));

@@ -1,11 +1,15 @@
 #include "Displays/Projection/ProjectionDisplay.h"
 
 #include <cmath>
+#include <optional>
 
 #include "Displays/Projection/AxisRequester.h"
+#include "Displays/Projection/FrameMenu.h"
+#include "Displays/Projection/OrbitPlaces.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionView.h"
 #include "Displays/Projection/ScaleRequester.h"
+#include "Displays/Projection/TrailMenu.h"
 #include "Displays/TimeLine/TimeLineBar.h"
 #include "Displays/Trajectories/LineClipping.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -65,6 +69,8 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     menus_ = std::make_unique<DisplayMenus>(this, context_);
     AddChild(menus_->Bar());
     menus_->ShowOptions(fields_.options);
+    ShowFrame();
+    ApplyFields();
     pace_ = new PaceControl(Epoch(), context_.timeUnits, Texts());
     AddChild(pace_);
     View()->MakeFocus();
@@ -127,12 +133,33 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
             if (message->FindInt64(kFollowedSystem, &system) == B_OK) Follow(system);
             break;
         }
+        case FrameMenu::kFixed:
+            return SetFrame(kNoSystemID, {});
+        case FrameMenu::kBarycenter:
+            return SetFrame(kRootSystemID, {});
+        case FrameMenu::kFollowedBody:
+            return SetFrame(fields_.followed, {});
+        case FrameMenu::kTurn: {
+            int64 body = kNoSystemID;
+            if (message->FindInt64(FrameMenu::kSystem, &body) == B_OK) TurnWith(body);
+            break;
+        }
+        case TrailMenu::kSetLength:
+            return SetTrailLength(TrailMenu::Chosen(*message, fields_.trail));
+        case TrailMenu::kToggleFading: {
+            TrailLength length = fields_.trail;
+            length.isFading = !length.isFading;
+            return SetTrailLength(length);
+        }
         case kToggleNames:
             return ToggleOption(&DisplayOptions::names);
         case kToggleScaleBar:
             return ToggleOption(&DisplayOptions::scaleBar);
         case kToggleTime:
             return ToggleOption(&DisplayOptions::time);
+        case kToggleMarks:
+            ToggleOption(&DisplayOptions::marks);
+            return ApplyFields();
         case kSavePicture:
             return pictureSaver_.Request();
         case PictureSaver::kNamed:
@@ -177,6 +204,16 @@ float ProjectionDisplay::DiscSize(double radius) {
     return fields_.projection.DiscSize(radius);
 }
 
+void ProjectionDisplay::DisplayData() {
+    TrajectoryDisplay::DisplayData();
+    const BAutolock lock(this);
+    if (lock.IsLocked() && keptTrails_.IsDue()) ShowMap(false);
+}
+
+bool ProjectionDisplay::IsRunning() const {
+    return !moment_.IsPast() && TrajectoryDisplay::IsRunning();
+}
+
 void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
                                  double* velocities) {
     const BAutolock lock(this);
@@ -201,7 +238,10 @@ void ProjectionDisplay::Redisplay(int32 changes) {
     }
     pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
-    if (moment_.epoch != drawn_) ShowOtherMoment();
+    if (moment_.epoch != drawn_)
+        ShowOtherMoment();
+    else if ((changes & kTimesChanged) != 0 && fields_.trail.IsLimited())
+        ShowMap(false);
     RefreshTimeLine(told);
 }
 
@@ -234,31 +274,43 @@ void ProjectionDisplay::TakeTimeKey(const KeyInput& input) {
     if (timeLine_ != nullptr) static_cast<void>(timeLine_->TakeKey(input));
 }
 
+// During a run the time is that of what was handed over.
 void ProjectionDisplay::TakeTime() {
-    time_ = ShownEpoch().Time();
     timeUval_ = ShownEpoch().TimeUval();
+    if (IsRunning()) return;
+    time_ = ShownEpoch().Time();
 }
 
 void ProjectionDisplay::TakeBodies(const std::vector<Body*>& bodies) {
+    keptTrails_.ModelChanged();
     TakeTime();
     TakeReference(bodies);
     BodyLabels labels = ReadBodyLabels(ShownEpoch(), bodies);
     if (labels == labels_) return;
     labels_ = std::move(labels);
     menus_->ShowSystems(labels_, fields_.followed);
+    menus_->Frame().ShowBodies(labels_, fields_.pair);
+    ShowFrame();
 }
 
 // What is followed consists of other bodies, or of the same in another order.
 void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
-    std::vector<TrajectoryCache::Member> members =
-        ReadMembers(ShownEpoch(), bodies, fields_.followed);
-    if (members.empty() && fields_.followed != kNoSystemID) {
-        // It is gone: the view stays where it was.
-        fields_.projection.center += View()->Cache().LastReference();
-        fields_.followed = kNoSystemID;
+    ViewFrame frame = ReadFrame(ShownEpoch(), bodies, fields_.followed, fields_.pair);
+    const bool isPairGone = fields_.pair.IsOn() && !frame.turning;
+    const bool isGone = frame.reference.empty() && fields_.followed != kNoSystemID;
+    if (isPairGone || isGone) {
+        // The view stays where it was, unless it turned.
+        const ThreeVector origin = View()->Cache().LastReference();
+        if (isPairGone) fields_.projection.center = {};
+        if (frame.reference.empty()) fields_.projection.center += origin;
+        if (isGone) fields_.followed = kNoSystemID;
+        if (isPairGone) fields_.pair = {};
         menus_->ShowFollowed(labels_, fields_.followed);
+        ShowFrame();
     }
-    if (members != View()->Cache().Reference()) View()->SetReference(std::move(members));
+    if (frame.turning != View()->Cache().GetTurning()) View()->SetTurning(frame.turning);
+    if (frame.reference != View()->Cache().Reference())
+        View()->SetReference(std::move(frame.reference));
 }
 
 // --- Axis and scale ---
@@ -328,31 +380,63 @@ void ProjectionDisplay::PanBy(float right, float down) {
     DrawDiscs();
 }
 
+// Where the bodies were and will be, and not only where they are.
 void ProjectionDisplay::FitAll() {
-    const TrajectoryCache& cache = View()->Cache();
-    std::vector<ThreeVector> places;
-    places.reserve(static_cast<std::size_t>(cache.CountBodies()));
-    for (int32 body = 0; body < cache.CountBodies(); body++)
-        places.push_back(cache.LastPosition(body) - cache.LastReference());
+    std::optional<OrbitForecast> forecast;
+    {
+        const ReadGuard guard(Epoch());
+        forecast.emplace(moment_.PortalFrom(*Epoch()).BodiesInMassOrder());
+    }
+    const std::vector<ThreeVector> places =
+        OrbitPlaces(View()->Cache(), labels_, *forecast, keptTrails_.Take(time_, labels_));
     const BRect bounds = View()->Bounds();
     Center();
     fields_.projection.Fit(places, bounds.Width(), bounds.Height());
     ShowMap(true);
 }
 
-void ProjectionDisplay::Follow(int64 system) {
-    if (system == fields_.followed) return;
+// --- The frame ---
+
+void ProjectionDisplay::SetFrame(int64 followed, const TurningPair& pair) {
+    if (followed == fields_.followed && pair == fields_.pair) return ShowFrame();
     Center();
-    fields_.projection.center = system == kNoSystemID
-                                    ? fields_.projection.center + View()->Cache().LastReference()
-                                    : ThreeVector{};
-    fields_.followed = system;
+    // What stands still comes to the middle; where nothing does any more, the view stays where it
+    // was.
+    const ThreeVector before = fields_.pair.IsOn() ? ThreeVector{} : fields_.projection.center;
+    const bool isFixed = followed == kNoSystemID && !pair.IsOn();
+    fields_.projection.center = isFixed ? before + View()->Cache().LastReference() : ThreeVector{};
+    fields_.followed = followed;
+    fields_.pair = pair;
     {
         const ReadGuard guard(Epoch());
         TakeReference(moment_.PortalFrom(*Epoch()).BodiesInMassOrder());
     }
     menus_->ShowFollowed(labels_, fields_.followed);
+    ShowFrame();
     ShowMap(false);
+}
+
+void ProjectionDisplay::ShowFrame() {
+    menus_->Frame().ShowFrame(fields_.followed, fields_.pair);
+}
+
+void ProjectionDisplay::TurnWith(int64 body) {
+    const TurningPair pair = FindPair(Epoch(), fields_.followed, body);
+    if (pair.IsOn()) SetFrame(fields_.followed, pair);
+}
+
+// --- Trails ---
+
+void ProjectionDisplay::SetTrailLength(const TrailLength& length) {
+    fields_.trail = length;
+    ApplyFields();
+    ShowMap(false);
+}
+
+void ProjectionDisplay::ApplyFields() {
+    keptTrails_.SetLength(fields_.trail);
+    menus_->Trail().ShowLength(fields_.trail);
+    View()->SetMarked(fields_.options.marks);
 }
 
 void ProjectionDisplay::FollowBody(int32 body) {
@@ -376,6 +460,7 @@ status_t ProjectionDisplay::Regenerate(const BMessage& archive) {
     TrajectoryDisplay::Regenerate(archive);
     const status_t status = fields_.Read(archive);
     menus_->ShowOptions(fields_.options);
+    ApplyFields();
     return status;
 }
 

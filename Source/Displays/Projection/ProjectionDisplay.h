@@ -58,6 +58,8 @@ public:
     void TakeTimeKey(const KeyInput& input);
     virtual void Pulse();
 
+    // Trails of a limited length are painted anew now and then.
+    void DisplayData() override;
     void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
     void Redisplay(int32 changes) override;
 
@@ -80,9 +82,14 @@ public:
     void FitAll();
     // What is followed stands still in the middle; trails are relative to it, where they are kept
     // also those of before.
-    void Follow(int64 system);
+    void Follow(int64 system) { SetFrame(system, fields_.pair); }
     void FollowBody(int32 body);
     [[nodiscard]] int64 Followed() const { return fields_.followed; }
+    // The same, and the direction of a pair of bodies stays. kRootSystemID: the centre of mass.
+    void SetFrame(int64 followed, const TurningPair& pair);
+    // With this body and what is followed, or else what the body goes about.
+    void TurnWith(int64 body);
+    void SetTrailLength(const TrailLength& length);
 
     // The texts over the picture. `pointedAt`: the body under the mouse, or -1.
     [[nodiscard]] std::vector<OverlayItem> MakeTexts(int32 pointedAt) const;
@@ -92,6 +99,7 @@ protected:
     [[nodiscard]] TrajectoryView* MakeView() override;
     [[nodiscard]] EpochPortal TakeShown() override;
     void TakeBodies(const std::vector<Body*>& bodies) override;
+    [[nodiscard]] bool IsRunning() const override;
 
 private:
     void RemoveMenuShortcuts();
@@ -103,6 +111,9 @@ private:
     void ShowOtherMoment();
     void RefreshTimeLine(int32 changes);
     void ToggleOption(bool DisplayOptions::*option);
+    void ShowFrame();
+    // What the fields say of trails and marks.
+    void ApplyFields();
     ProjectionView* Sky() const;
 
     const DisplayContext context_;

@@ -63,10 +63,23 @@ constexpr FieldTable kFields{
     Field<&F::units>{kUnits, "length unit of the scale dialog, m"},
     NewerField<&F::projection, &Projection::center>(
         "View center", "the place seen in the middle, m; relative to what is followed", "0, 0, 0"),
-    NewerField<&F::followed>("View follows", "the body or group that is followed", "none"),
+    NewerField<&F::followed>(
+        "View follows", "the body or group that is followed; -3 for the centre of mass", "none"),
     NewerField<&F::options, &DisplayOptions::names>("View names", "names are shown"),
     NewerField<&F::options, &DisplayOptions::scaleBar>("View scale bar", "the scale bar is shown"),
     NewerField<&F::options, &DisplayOptions::time>("View time", "the time is shown"),
+    NewerField<&F::options, &DisplayOptions::marks>("View marks", "small bodies are marked"),
+    NewerField<&F::pair, &TurningPair::first>(
+        "View turns about", "the body from which another one stays in one direction", "none"),
+    NewerField<&F::pair, &TurningPair::second>("View turns with", "that other one", "none"),
+    NewerField<&F::pair, &TurningPair::axis>("View turning axis", "about which the display turns",
+                                             "0, 0, 0: taken for z"),
+    NewerField<&F::trail, &TrailLength::time>(
+        "View trail time", "s, from before which no trails are shown; 0: from any time"),
+    NewerField<&F::trail, &TrailLength::turns>(
+        "View trail turns", "turns of each body that trails show; 0: any number"),
+    NewerField<&F::trail, &TrailLength::isFading>("View trail fades",
+                                                  "trails fade towards their older ends"),
 };
 
 }  // namespace

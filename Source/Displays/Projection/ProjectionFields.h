@@ -4,6 +4,8 @@
 
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/Projection.h"
+#include "Displays/Projection/ViewFrame.h"
+#include "Displays/Trajectories/TrailLength.h"
 #include "Model/Systems/MassSystem.h"
 #include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/GraphicsDefs.h"
@@ -20,7 +22,9 @@ struct ProjectionFields {
     BPoint axisAt = kNeverPlaced;
     BPoint scaleAt = kNeverPlaced;
     DisplayOptions options;
-    int64 followed = kNoSystemID;
+    int64 followed = kNoSystemID;  // kRootSystemID: the centre of mass
+    TurningPair pair;
+    TrailLength trail;
 
     // A field of the newer ones is written only where it is not as usual.
     [[nodiscard]] status_t Write(BMessage* archive) const;

@@ -46,7 +46,7 @@ protected:
     // model's read lock, before the view takes them over.
     virtual void TakeBodies(const std::vector<Body*>& /*bodies*/) {}
     // The model is ahead of what was handed over. With the model's read lock.
-    [[nodiscard]] bool IsRunning() const;
+    [[nodiscard]] virtual bool IsRunning() const;
 
 private:
     TrajectoryView* view_ = nullptr;

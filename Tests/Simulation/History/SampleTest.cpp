@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "Simulation/History/KeptRun.h"
+#include "Simulation/History/RelativeSamples.h"
 #include "Tests/Platform/Allocations.h"
 #include "Tests/Simulation/History/HistoryRun.h"
 
@@ -190,4 +191,40 @@ TEST(Samples, WithoutMemoryTheOldestGoFirstAndTheRunGoesOn) {
     EXPECT_LT(after.size(), before.size());
     EXPECT_EQ(after.back().time, run.EndTime());
     EXPECT_LT(Uncovered(run.Samples(1, 80.0, run.EndTime()), run.EndTime() - 80.0), 4.0);
+}
+
+TEST(Samples, InAFrameThatTurnsWithAPairWhatTurnsWithItStands) {
+    const auto circle = [](double radius, double rate, double phase, double step) {
+        std::vector<Sample> samples;
+        for (double time = 0.0; time < 20.0; time += step) {
+            const double angle = phase + rate * time;
+            const ThreeVector out{std::cos(angle), std::sin(angle), 0.0};
+            samples.push_back({time,
+                               {radius * out.x, radius * out.y, 0.5},
+                               {-radius * rate * out.y, radius * rate * out.x, 0.0},
+                               time > 0.0});
+        }
+        return samples;
+    };
+    const std::vector<Sample> pair = circle(2.0, 1.0, 0.4, 0.3);
+    for (const Sample& sample : Turned(circle(3.0, 1.0, 1.4, 0.37), pair, {0.0, 0.0, 7.0})) {
+        EXPECT_NEAR(sample.position.x, 3.0 * std::cos(1.0), 3e-4);
+        EXPECT_NEAR(sample.position.y, 3.0 * std::sin(1.0), 3e-4);
+        EXPECT_EQ(sample.position.z, 0.5);
+        EXPECT_LT(Length(sample.velocity), 3e-3);
+    }
+    // What stands goes round the other way, and the cubics follow.
+    const std::vector<Sample> back = Turned(circle(3.0, 0.0, 0.0, 5.0), pair, {0.0, 0.0, 7.0});
+    for (std::size_t i = 1; i < back.size(); i++) {
+        const double time = 0.5 * (back[i - 1].time + back[i].time);
+        const ThreeVector at = Between(back[i - 1], back[i], time).position;
+        EXPECT_TRUE(back[i].isJoined);
+        EXPECT_NEAR(at.x, 3.0 * std::cos(time + 0.4), 1e-3);
+        EXPECT_NEAR(at.y, -3.0 * std::sin(time + 0.4), 1e-3);
+    }
+    // Seen along another axis: across stays across.
+    for (const Sample& sample : Turned(pair, pair, {0.0, 1.0, 0.0})) {
+        EXPECT_NEAR(sample.position.y, 0.0, 1e-9);
+        EXPECT_GE(sample.position.x, 0.0);
+    }
 }
