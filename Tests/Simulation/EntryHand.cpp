@@ -75,6 +75,12 @@ void EntryHand::Escape(const std::string& line) const {
     WindowServer::Perform([&] { QTest::keyClick(Find<QLineEdit>(view_, line), Qt::Key_Escape); });
 }
 
+void EntryHand::PressKey(char key) const {
+    QWidget* const window = view_->Part()->Widget()->window();
+    QWidget* const field = window->focusWidget();
+    QTest::keyClick(field == nullptr ? window : field, key);
+}
+
 std::string EntryHand::Text(const std::string& line) const {
     return WindowServer::Ask([&] { return Find<QLineEdit>(view_, line)->text().toStdString(); });
 }

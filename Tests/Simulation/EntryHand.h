@@ -23,6 +23,8 @@ public:
     // Does not wait until the key is pressed.
     void PressEnterSoon(const std::string& line) const;
     void Escape(const std::string& line) const;
+    // Where the keyboard is: in a field of the window or in none.
+    void PressKey(char key) const;
     [[nodiscard]] std::string Text(const std::string& line) const;
     [[nodiscard]] bool IsEnabled(const std::string& widget) const;
     // The line is marked as holding what could not be taken, and says why.

@@ -1,11 +1,9 @@
 // The dial of the pace, by hand.
 #include "Interface Widgets/PaceControl.h"
 
-#include <QTest>
-#include <QWidget>
+#include <gtest/gtest.h>
 
 #include "Model/Sharing/AbCalculator.h"
-#include "Platform/Interface/Server/ViewPart.h"
 #include "Tests/Simulation/SettingsFixture.h"
 
 class PaceDial : public SettingsFixture {
@@ -14,8 +12,7 @@ protected:
     double Seconds() const { return InForce().Number(); }
     // With a field in front of it or none.
     void Press(char key) {
-        QWidget* const focus = root->Part()->Widget()->window()->focusWidget();
-        QTest::keyClick(focus == nullptr ? root->Part()->Widget()->window() : focus, key);
+        hand.PressKey(key);
         Settle();
     }
 
