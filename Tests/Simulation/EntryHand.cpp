@@ -76,9 +76,11 @@ void EntryHand::Escape(const std::string& line) const {
 }
 
 void EntryHand::PressKey(char key) const {
-    QWidget* const window = view_->Part()->Widget()->window();
-    QWidget* const field = window->focusWidget();
-    QTest::keyClick(field == nullptr ? window : field, key);
+    WindowServer::Perform([&] {
+        QWidget* const window = view_->Part()->Widget()->window();
+        QWidget* const field = window->focusWidget();
+        QTest::keyClick(field == nullptr ? window : field, key);
+    });
 }
 
 std::string EntryHand::Text(const std::string& line) const {
