@@ -55,7 +55,7 @@ std::vector<KeptTrails::Trail> TrailSource::Take(const std::vector<Part>& parts)
     for (const Part& part : parts) {
         Span span{part.epoch, std::max(part.from, since), std::exchange(to, kEver)};
         // Where time falls a run comes to what is earlier.
-        if (const auto run = history->SpanOf(part.epoch); run && run->end < run->start)
+        if (const auto kept = history->SpanOf(part.epoch); kept && kept->end < kept->start)
             span = {part.epoch, span.to == kEver ? -kEver : span.to,
                     part.from == -kEver ? kEver : part.from};
         const std::size_t most = left / std::max<std::size_t>(part.colors.size(), 1);
