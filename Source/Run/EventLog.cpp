@@ -16,10 +16,6 @@ constexpr std::string_view kEscape = "escape";
 // Of the farthest body.
 constexpr double kFarAway = 10.0;
 
-double Dot(const ThreeVector& a, const ThreeVector& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 double Size(const ThreeVector& v) {
     return std::hypot(v.x, v.y, v.z);
 }
