@@ -20,6 +20,8 @@ constexpr double kAU = 1.4959787066e11;
 constexpr int64 kStepsOfAYear = 32'000;
 const double kYear = 2.0 * std::numbers::pi * std::sqrt(kAU * kAU * kAU / kSunGM);
 
+constexpr int32 kEverything = -1;
+
 class KeptTrailsTest : public testing::Test {
 protected:
     void SetUp() override {
