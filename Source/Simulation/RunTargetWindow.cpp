@@ -130,7 +130,7 @@ void RunTargetWindow::EnableFields() {
 }
 
 // What cannot be read keeps the window open.
-void RunTargetWindow::Run() {
+void RunTargetWindow::Answer() {
     if (target_.IsTime()) {
         const DimValue former(target_.time, timeUval_);
         if (const auto typed = time_->TakeText()) {
@@ -147,7 +147,7 @@ void RunTargetWindow::Run() {
 void RunTargetWindow::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kPressed:
-            return Run();
+            return Answer();
         case kKindChosen:
             return ChooseKind(static_cast<Kind>(IdIn(*message)));
         case kBodyChosen:

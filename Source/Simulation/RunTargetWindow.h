@@ -35,7 +35,7 @@ private:
     void AddButtons(BGroupView* column);
     void ChooseKind(RunTarget::Kind kind);
     void EnableFields();
-    void Run();
+    void Answer();
 
     const UnitTable* const units_;
     const double timeUval_;

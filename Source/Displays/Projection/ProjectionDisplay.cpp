@@ -34,7 +34,6 @@ constexpr float kMaxPan = 16384.0f;
 
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
-constexpr int32 kTimeLineChanged = kTimesChanged | kEpochRenamed | kEpochAdded | kEpochRemoved;
 
 }  // namespace
 
@@ -202,7 +201,7 @@ void ProjectionDisplay::Redisplay(int32 changes) {
     pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
     if (moment_.epoch != drawn_) ShowOtherMoment();
-    RefreshTimeLine(told);
+    if (timeLine_ != nullptr) timeLine_->Redisplay(told);
 }
 
 EpochPortal ProjectionDisplay::TakeShown() {
@@ -220,14 +219,6 @@ void ProjectionDisplay::ShowOtherMoment() {
     drawn_ = moment_.epoch;
     menus_->ShowMoment(moment_.IsPast());
     ShowMap(false);
-}
-
-void ProjectionDisplay::RefreshTimeLine(int32 changes) {
-    if (timeLine_ == nullptr) return;
-    if ((changes & kTimeLineChanged) != 0)
-        timeLine_->Refresh();
-    else if ((changes & kMomentChanged) != 0)
-        timeLine_->ShowMoment();
 }
 
 void ProjectionDisplay::TakeTimeKey(const KeyInput& input) {

@@ -101,7 +101,6 @@ private:
     void TakeTime();
     [[nodiscard]] const AbEpoch& ShownEpoch() const;
     void ShowOtherMoment();
-    void RefreshTimeLine(int32 changes);
     void ToggleOption(bool DisplayOptions::*option);
     ProjectionView* Sky() const;
 
