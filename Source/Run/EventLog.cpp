@@ -1,7 +1,6 @@
 #include "Run/EventLog.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "Calculation/Series/SeriesStep.h"
 #include "Model/Systems/Body.h"
@@ -15,10 +14,6 @@ constexpr std::string_view kCrossing = "plane crossing";
 constexpr std::string_view kEscape = "escape";
 // Of the farthest body.
 constexpr double kFarAway = 10.0;
-
-double Size(const ThreeVector& v) {
-    return std::hypot(v.x, v.y, v.z);
-}
 
 // Where something becomes true on the way, to the last place.
 template <class Holds>
@@ -59,9 +54,9 @@ void EventLog::BodiesAre(double /*time*/, const std::vector<Body*>& bodies, int3
     if (escapeDistance_) return;
     double farthest = 0.0;
     for (int32 i = 0; i < Count(); i++)
-        farthest = std::max(farthest, Size(FromOthers(i, [&](int32 body) {
-                                               return before_[static_cast<std::size_t>(body)];
-                                           }).position));
+        farthest = std::max(farthest, Length(FromOthers(i, [&](int32 body) {
+                                                 return before_[static_cast<std::size_t>(body)];
+                                             }).position));
     escapeDistance_ = kFarAway * farthest;
 }
 
@@ -92,7 +87,7 @@ EventLog::State EventLog::FromOthers(int32 body, const StateOfBody& stateOf) con
 }
 
 bool EventLog::IsEscaped(const State& apart) const {
-    const double distance = Size(apart.position);
+    const double distance = Length(apart.position);
     return distance > *escapeDistance_ &&
            Dot(apart.velocity, apart.velocity) / 2 > pull_ / distance;
 }
@@ -196,7 +191,7 @@ void EventLog::Write(const Event& event) {
     }
     for (const ThreeVector& triple : {event.apart.position, event.apart.velocity}) {
         row_ += ',';
-        AppendCsv(&row_, Size(triple));
+        AppendCsv(&row_, Length(triple));
     }
     row_ += '\n';
     file_.Write(row_);
