@@ -19,7 +19,8 @@ QScrollArea* AreaOf(const BWindow& window) {
 
 // What has the keyboard for it.
 QWidget* FieldOf(const BView& view) {
-    return view.Part()->Widget()->focusProxy();
+    QWidget* const widget = view.Part()->Widget();
+    return widget->focusProxy() != nullptr ? widget->focusProxy() : widget;
 }
 
 }  // namespace
