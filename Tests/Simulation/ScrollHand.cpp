@@ -60,7 +60,11 @@ void ScrollHand::TabToLast() const {
         const QWidget* const field = FieldOf(*last_);
         QWidget* const window = window_->Part()->Widget();
         QTest::keyClick(window, Qt::Key_Tab);
-        for (int i = 0; i < 60 && window->focusWidget() != field; i++)
+        const auto hasKeyboard = [&] {
+            const QWidget* const focus = window->focusWidget();
+            return focus == field || field->isAncestorOf(focus);
+        };
+        for (int i = 0; i < 60 && !hasKeyboard(); i++)
             QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     });
 }
