@@ -47,6 +47,7 @@ void KeptTrailsPainter::PaintUncovered(double now, const BodyLabels& labels) {
     const BRect is = display_->View()->BitmapBounds();
     const BRect was = painted_;
     if (history_ == nullptr || is == was) return;
+    ModelChanged();
     if (!trails_.IsDone() || was.left < is.left || was.top < is.top || was.right > is.right ||
         was.bottom > is.bottom)
         return PaintAll(now, labels);

@@ -29,7 +29,8 @@ public:
         run_ = run;
     }
     void SetLength(const TrailLength& length) { length_ = length; }
-    // The epoch in focus, its bodies or what they look like may be others.
+    // The epoch in focus, its bodies or what they look like may be others, as far as the caller
+    // knows: the next painting looks.
     void ModelChanged() { parts_.reset(); }
 
     // `now`, in seconds, is where the trails end; the labels tell the bodies that are followed.

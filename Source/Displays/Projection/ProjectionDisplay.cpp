@@ -206,7 +206,10 @@ float ProjectionDisplay::DiscSize(double radius) {
 void ProjectionDisplay::DisplayData() {
     TrajectoryDisplay::DisplayData();
     const BAutolock lock(this);
-    if (lock.IsLocked() && keptTrails_.IsDue()) ShowMap(false);
+    if (!lock.IsLocked() || !keptTrails_.IsDue()) return;
+    ClearLow();
+    keptTrails_.PaintAll(time_, labels_);
+    DrawDiscs();
 }
 
 bool ProjectionDisplay::IsRunning() const {
@@ -340,6 +343,7 @@ void ProjectionDisplay::ShowMap(bool isScaleChanged) {
         dialogs_.TellScale();
     }
     SetLastDisp();
+    keptTrails_.ModelChanged();
     keptTrails_.PaintAll(time_, labels_);
     DrawDiscs();
 }
@@ -378,6 +382,7 @@ void ProjectionDisplay::FitAll() {
         const ReadGuard guard(Epoch());
         forecast.emplace(moment_.PortalFrom(*Epoch()).BodiesInMassOrder());
     }
+    keptTrails_.ModelChanged();
     const std::vector<ThreeVector> places =
         OrbitPlaces(View()->Cache(), labels_, *forecast, keptTrails_.Take(time_, labels_));
     const BRect bounds = View()->Bounds();

@@ -105,17 +105,23 @@ KeptTrails::Mapped KeptTrails::Map(const Sample& sample) const {
     return {map_.Map(sample.position), map_.MapWay(sample.velocity)};
 }
 
+void KeptTrails::SetShade(const Unpainted& rest, double time, const TrajectoryView& view,
+                          PaintedTest* isPainted) {
+    const double shade = ShadeAt(rest.trail, time);
+    color_ = Mixed(rest.trail.color, view.LowColor(), shade);
+    isPainted->SetColor(rest.trail.color, shade);
+}
+
 // From its newest end back; what is painted is dropped.
 void KeptTrails::PaintPiece(Unpainted* rest, TrajectoryView* view, PaintedTest* isPainted) {
     std::vector<Sample>& samples = rest->trail.samples;
-    const double shade = ShadeAt(rest->trail, samples.back().time);
-    color_ = Mixed(rest->trail.color, view->LowColor(), shade);
-    isPainted->SetColor(rest->trail.color, shade);
+    SetShade(*rest, samples.back().time, *view, isPainted);
     Mapped newer = Map(samples.back());
     pen_ = newer.place;
     view->SVBeginLineArray(kLinesPerArray);
     for (std::size_t i = 0; i < kPiece && samples.size() > 1; i++) {
         const double time = samples.back().time;
+        if (rest->trail.fullAt > rest->trail.faintAt) SetShade(*rest, time, *view, isPainted);
         const bool isJoined = samples.back().isJoined;
         samples.pop_back();
         const Mapped older = Map(samples.back());

@@ -49,6 +49,9 @@ private:
     };
 
     void PaintPiece(Unpainted* rest, TrajectoryView* view, PaintedTest* isPainted);
+    // The colour that is painted with from now on: that of a moment of the trail.
+    void SetShade(const Unpainted& rest, double time, const TrajectoryView& view,
+                  PaintedTest* isPainted);
     void Flatten(const Curve& curve, int32 depth, TrajectoryView* view,
                  const PaintedTest& isPainted);
     void Follow(const Curve& curve, int32 lines, TrajectoryView* view,
