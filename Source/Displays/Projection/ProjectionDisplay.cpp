@@ -38,7 +38,6 @@ constexpr float kMaxPan = 16384.0f;
 
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
-constexpr int32 kTimeLineChanged = kTimesChanged | kEpochRenamed | kEpochAdded | kEpochRemoved;
 
 }  // namespace
 
@@ -242,7 +241,7 @@ void ProjectionDisplay::Redisplay(int32 changes) {
         ShowOtherMoment();
     else if ((changes & kTimesChanged) != 0 && fields_.trail.IsLimited())
         ShowMap(false);
-    RefreshTimeLine(told);
+    if (timeLine_ != nullptr) timeLine_->Redisplay(told);
 }
 
 EpochPortal ProjectionDisplay::TakeShown() {
@@ -260,14 +259,6 @@ void ProjectionDisplay::ShowOtherMoment() {
     drawn_ = moment_.epoch;
     menus_->ShowMoment(moment_.IsPast());
     ShowMap(false);
-}
-
-void ProjectionDisplay::RefreshTimeLine(int32 changes) {
-    if (timeLine_ == nullptr) return;
-    if ((changes & kTimeLineChanged) != 0)
-        timeLine_->Refresh();
-    else if ((changes & kMomentChanged) != 0)
-        timeLine_->ShowMoment();
 }
 
 void ProjectionDisplay::TakeTimeKey(const KeyInput& input) {

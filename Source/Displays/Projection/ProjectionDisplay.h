@@ -109,7 +109,6 @@ private:
     void TakeTime();
     [[nodiscard]] const AbEpoch& ShownEpoch() const;
     void ShowOtherMoment();
-    void RefreshTimeLine(int32 changes);
     void ToggleOption(bool DisplayOptions::*option);
     void ShowFrame();
     // What the fields say of trails and marks.

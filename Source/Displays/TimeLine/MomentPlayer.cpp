@@ -1,5 +1,7 @@
 #include "Displays/TimeLine/MomentPlayer.h"
 
+#include <cmath>
+
 #include "Platform/Application/BMessageRunner.h"
 #include "Platform/Kernel/OS.h"
 #include "Simulation/History/ShownMoment.h"
@@ -16,8 +18,9 @@ MomentPlayer::MomentPlayer(BHandler* view, ShownMoment* shown) : view_(view), sh
 
 MomentPlayer::~MomentPlayer() = default;
 
-double MomentPlayer::StepIn(const TimeLine& line) {
-    return (line.End() - line.Start()) / (kSeconds * kRate);
+double MomentPlayer::StepIn(const TimeLine& line, double pace) {
+    const bool isPaced = pace > 0.0 && std::isfinite(pace);
+    return (isPaced ? pace : (line.End() - line.Start()) / kSeconds) / kRate;
 }
 
 void MomentPlayer::Start(int32 direction, const TimeLine& line) {
@@ -38,12 +41,12 @@ void MomentPlayer::Stop() {
     ticks_.reset();
 }
 
-void MomentPlayer::Tick(const TimeLine& line) {
+void MomentPlayer::Tick(const TimeLine& line, double pace) {
     if (!IsPlaying()) return;
     const bigtime_t now = system_time();
     const double passed = static_cast<double>(now - lastTick_) / kMicroseconds;
     lastTick_ = now;
-    time_ += direction_ * passed * kRate * StepIn(line);
+    time_ += direction_ * passed * kRate * StepIn(line, pace);
     if (time_ <= line.Start() || time_ >= line.End()) Stop();
     shown_->SeekTo(time_);
 }

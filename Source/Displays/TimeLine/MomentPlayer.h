@@ -15,7 +15,7 @@ class MomentPlayer {
 public:
     static constexpr uint32 kTick = FourCC("tltk");
 
-    // Pictures a second, and how long a whole line takes.
+    // Pictures a second, and how long a whole line takes where there is no pace.
     static constexpr double kRate = 30.0;
     static constexpr double kSeconds = 10.0;
 
@@ -30,9 +30,10 @@ public:
     void Start(int32 direction, const TimeLine& line);
     void Stop();
     [[nodiscard]] bool IsPlaying() const { return ticks_ != nullptr; }
-    void Tick(const TimeLine& line);
+    // `pace`: seconds of the simulation per second; 0 or infinite: there is none.
+    void Tick(const TimeLine& line, double pace);
     // From one picture to the next, s of the simulation.
-    [[nodiscard]] static double StepIn(const TimeLine& line);
+    [[nodiscard]] static double StepIn(const TimeLine& line, double pace);
 
 private:
     BHandler* const view_;

@@ -5,6 +5,8 @@
 #include "Displays/TimeLine/TimeLinePainter.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BLooper.h"
@@ -21,6 +23,9 @@ namespace {
 constexpr uint32 kPlayForward = FourCC("plfw");
 constexpr uint32 kPlayBackward = FourCC("plbw");
 constexpr uint32 kStopPlaying = FourCC("plst");
+
+constexpr int32 kRunsChanged =
+    kTimeChanged | kFocusEpochChanged | kEpochRenamed | kEpochAdded | kEpochRemoved;
 
 }  // namespace
 
@@ -57,6 +62,13 @@ void TimeLineBar::AttachedToWindow() {
 }
 
 // --- What is shown ---
+
+void TimeLineBar::Redisplay(int32 changes) {
+    if ((changes & kRunsChanged) != 0)
+        Refresh();
+    else if ((changes & kMomentChanged) != 0)
+        ShowMoment();
+}
 
 void TimeLineBar::Refresh() {
     {
@@ -132,6 +144,10 @@ void TimeLineBar::PauseRun() {
     if (isRunning_) WindowServer::Deliver(source_.owner, BMessage(kPauseForUser));
 }
 
+double TimeLineBar::SecondsPerSecond() const {
+    return source_.portal->GetCalculator()->SecondsPerSecond();
+}
+
 void TimeLineBar::SeekTo(double time) {
     if (!line_.IsEmpty()) source_.shown->SeekTo(time);
 }
@@ -157,7 +173,7 @@ void TimeLineBar::MouseMoved(const MouseInput& input, Transit /*transit*/) {
 
 void TimeLineBar::StepPictures(int32 direction) {
     PauseRun();
-    SeekTo(moment_ + direction * MomentPlayer::StepIn(line_));
+    SeekTo(moment_ + direction * MomentPlayer::StepIn(line_, SecondsPerSecond()));
 }
 
 bool TimeLineBar::TakeKey(const KeyInput& input) {
@@ -214,7 +230,7 @@ void TimeLineBar::MessageReceived(BMessage* message) {
         case kStopPlaying:
             return player_.Stop();
         case MomentPlayer::kTick:
-            return player_.Tick(line_);
+            return player_.Tick(line_, SecondsPerSecond());
         default:
             CanvasView::MessageReceived(message);
     }

@@ -27,10 +27,9 @@ public:
     };
     TimeLineBar(const Source& source, const DisplayContext& context);
 
-    // The runs, or the moment only, may be others than are shown. Takes the read lock, which the
-    // caller must not hold.
-    void Refresh();
-    void ShowMoment();
+    // Brings it up to date after these changes of the model. As for the next one, no lock of the
+    // document may be held.
+    void Redisplay(int32 changes);
     void SetRunning(bool isRunning);
     // Now and then: a run tells nobody how it goes on.
     void Pulse() {
@@ -49,6 +48,8 @@ public:
 
 private:
     void BuildMenu();
+    void Refresh();
+    void ShowMoment();
     void Draw();
     void TellValue(const std::string& value);
     void TellMark(float x);
@@ -57,6 +58,7 @@ private:
     void Play(int32 direction);
     // What the past is about stands still.
     void PauseRun();
+    [[nodiscard]] double SecondsPerSecond() const;
     [[nodiscard]] std::string TextOf(double time) const;
     [[nodiscard]] std::string TipOf(const TimeLine::Mark& mark) const;
 
