@@ -1,6 +1,7 @@
 #include "Tests/Simulation/ScrollHand.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
@@ -17,9 +18,9 @@ QScrollArea* AreaOf(const BWindow& window) {
     return window.Part()->Widget()->findChild<QScrollArea*>();
 }
 
-// What has the keyboard for it.
+// The list that is in it.
 QWidget* FieldOf(const BView& view) {
-    return view.Part()->Widget()->focusProxy();
+    return view.Part()->Widget()->findChild<QComboBox*>();
 }
 
 }  // namespace
