@@ -33,8 +33,8 @@ void ShowOrActivate(BWindow* window, const BLooper* simulation) {
     const BAutolock lock(window);
     if (!lock.IsLocked()) return;
     if (window->IsHidden()) {
-        OpenSimulations::Shared().Place(window, simulation);
         keep_on_screen(window);
+        OpenSimulations::Shared().Place(window, simulation);
         window->Show();
     } else {
         window->Activate();

@@ -48,7 +48,7 @@ TEST(OpenSimulations, NumbersAndPlacesAreThoseOfTheOrderOfOpening) {
     // Where there is no other window of the document, another one may be in the way.
     BWindow* const other = make();
     windows.MoveTo(other, other, kCorner);
-    EXPECT_EQ(CornerOf(*other), (BPoint{148.0f, 148.0f}));
+    EXPECT_EQ(CornerOf(*other), (BPoint{124.0f, 124.0f}));
     for (BWindow* const window : {first, second, beside, other}) {
         windows.Leave(window);
         if (window->Lock()) window->Quit();

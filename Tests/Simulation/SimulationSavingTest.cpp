@@ -211,7 +211,8 @@ TEST_F(SimulationSavingTest, AFailedSaveLosesNothing) {
     EXPECT_EQ(copies[0].originalPath, place + "/Comets");
     TestSimulation recovered(&host, copies[0]);
     EXPECT_EQ(recovered.CountBodies(), 5u);
-    EXPECT_EQ(recovered->Title(), "Comets");
+    // The first window is still open.
+    EXPECT_EQ(recovered->Title(), "Comets (window 2 of this document)");
     EXPECT_TRUE(recovered.IsMarkedModified());
     EXPECT_FALSE(recovered->IsNewlyCreated());
     simulation.Send(B_QUIT_REQUESTED);
