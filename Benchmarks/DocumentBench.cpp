@@ -56,7 +56,8 @@ void Put(const Epoch& epoch, bool falls, const std::string& path) {
         for (int32 i = 0; i < count && isDone; i++)
             isDone = fallen.FindMessage("Bodies", i, &child) == B_OK &&
                      root.AddMessage("Bodies", std::move(child)) == B_OK;
-        isDone = isDone && archive.ReplaceMessage("Root", &root) == B_OK;
+        archive.RemoveName("Root");
+        isDone = isDone && archive.AddMessage("Root", &root) == B_OK;
     }
     if (isDone && record.AddMessage("Epochs", &archive) == B_OK &&
         !SimulationFile::Write(path, record).Failed())
