@@ -24,7 +24,7 @@ protected:
 TEST_F(PaceDial, TakesTextsWithUnitsAndRefusesWhatIsNoPace) {
     EntryHand::WaitUntilActive(root);
     Enter(kLine, "1 month");
-    EXPECT_NEAR(Seconds(), 30.4369 * kDay, 1.0);
+    EXPECT_NEAR(Seconds(), 30.43685 * kDay, 1.0);
     Enter(kLine, "12 hr");
     EXPECT_EQ(Seconds(), kDay / 2);
     EXPECT_EQ(hand.Text(kLine), "12 hr");
