@@ -149,7 +149,9 @@ double TimeLineBar::SecondsPerSecond() const {
 }
 
 void TimeLineBar::SeekTo(double time) {
-    if (!line_.IsEmpty()) source_.shown->SeekTo(time);
+    if (line_.IsEmpty()) return;
+    source_.shown->SeekTo(time);
+    ShowMoment();  // the next key goes on from there
 }
 
 void TimeLineBar::MouseDown(const MouseInput& input) {
