@@ -64,18 +64,31 @@ protected:
         }
         return static_cast<double>(drawn) / kPlaces;
     }
-    // Of the brightest pixel of the trail there.
-    int32 Brightness(double angle) {
+    // By how much the trail about there is brighter than the sky, for a pixel of its length. The
+    // brightest pixel would not tell: it has the more of a line the less of it is in its
+    // neighbours.
+    double Light(double angle) {
+        constexpr double kReach = 0.1;
+        constexpr double kBeside = 3.0;
         return Locked([&] {
+            const BPoint middle = display_->Map(0.0, 0.0, 0.0);
             const BPoint at = display_->Map(kAU * std::cos(angle), kAU * std::sin(angle), 0.0);
-            int32 most = 0;
-            for (float dx = -1.0f; dx <= 1.0f; dx++)
-                for (float dy = -1.0f; dy <= 1.0f; dy++) {
-                    const rgb_color pixel =
-                        display_->View()->LowerLayer().PixelAt({at.x + dx, at.y + dy});
-                    most = std::max(most, pixel.red + pixel.green + pixel.blue);
+            const double x = at.x - middle.x, y = at.y - middle.y;
+            const double radius = std::hypot(x, y);
+            const float most = static_cast<float>(std::ceil(kReach * radius + kBeside));
+            const rgb_color sky = TrajectoryView::kSky;
+            int32 light = 0;
+            for (float dx = -most; dx <= most; dx++)
+                for (float dy = -most; dy <= most; dy++) {
+                    const BPoint place{std::round(at.x) + dx, std::round(at.y) + dy};
+                    const double px = place.x - middle.x, py = place.y - middle.y;
+                    if (std::abs(std::atan2(x * py - y * px, x * px + y * py)) > kReach ||
+                        std::abs(std::hypot(px, py) - radius) > kBeside)
+                        continue;
+                    const rgb_color pixel = display_->View()->LowerLayer().PixelAt(place);
+                    light += pixel.red + pixel.green + pixel.blue - sky.red - sky.green - sky.blue;
                 }
-            return most;
+            return light / (2.0 * kReach * radius);
         });
     }
     // A line is a pixel wide: it may be in the one beside.
@@ -138,14 +151,20 @@ TEST_F(KeptTrailsTest, TrailsOfALimitedLengthEndThereAndFade) {
     constexpr double kPi = std::numbers::pi;
     EXPECT_EQ(Drawn(now - 0.95 * kPi, now - 0.05), 1.0);
     EXPECT_LT(Drawn(now - 1.95 * kPi, now - 1.05 * kPi), 0.02);
-    const rgb_color sky = TrajectoryView::kSky;
-    const int32 dark = sky.red + sky.green + sky.blue;
-    EXPECT_LT(2 * (Brightness(now - 0.9 * kPi) - dark), Brightness(now - 0.1) - dark);
+    const double full = Light(now - 0.2);
+    EXPECT_GT(full, 20.0);
+    double newer = full;
+    for (const double back : {0.3, 0.5, 0.7, 0.9}) {
+        const double older = Light(now - back * kPi);
+        EXPECT_LT(older, newer - 0.1 * full) << back;
+        newer = older;
+    }
+    EXPECT_LT(3.0 * newer, full);
     // By time: the same here.
     Locked([&] { display_->SetTrailLength({0.25 * kYear, 0.0, false}); });
     EXPECT_EQ(Drawn(now - 0.45 * kPi, now - 0.05), 1.0);
     EXPECT_LT(Drawn(now - 1.95 * kPi, now - 0.55 * kPi), 0.02);
-    EXPECT_NEAR(Brightness(now - 0.4 * kPi), Brightness(now - 0.1), 8);
+    EXPECT_NEAR(Light(now - 0.4 * kPi), Light(now - 0.2), 4.0);
     Locked([&] { display_->SetTrailLength({}); });
     EXPECT_EQ(Drawn(), 1.0);
 }
