@@ -47,6 +47,7 @@ protected:
         kSlider,
         kCutoff,
         kOrder,
+        kOnContact,
         kFields,
     };
     enum class Answer { kSave, kDontSave, kCancel, kEscape };

@@ -225,7 +225,7 @@ TEST_F(EditingDesktopTest, TheTabKeyGoesThroughAllFieldsInTheirOrder) {
     EXPECT_EQ(epoch->Time(), 2.5 * kYear);
     EXPECT_FALSE(epoch->COMOnGo());
     EXPECT_EQ(epoch->Cutoff(), 1e-9);
-    EXPECT_EQ(epoch->Order(), 3);
+    EXPECT_EQ(epoch->Order(), 12);
     const Body* const body = BodyNamed(document.get(), "Wanderer");
     ASSERT_NE(body, nullptr);
     EXPECT_DOUBLE_EQ(body->M(), 5e24 * kKilogram);
