@@ -48,6 +48,9 @@ protected:
         kCutoff,
         kOrder,
         kOnContact,
+        kPace,
+        kPaceKnob,
+        kAutoPace,
         kFields,
     };
     enum class Answer { kSave, kDontSave, kCancel, kEscape };

@@ -51,6 +51,16 @@ protected:
             desktop_->Activate(display_);
             return PlaceOfSun(desktop_->Picture(display_)).x() > 0;
         })) << desktop_->Output();
+        // What is below the picture takes its room after the first one.
+        constexpr int kRest = 10;
+        QImage last;
+        int same = 0;
+        ASSERT_TRUE(DesktopSession::WaitFor([&] {
+            QImage now = desktop_->Picture(display_);
+            same = now == last ? same + 1 : 0;
+            last = std::move(now);
+            return same == kRest;
+        }));
     }
 
     // Saves; the document's first display.
