@@ -47,7 +47,7 @@ std::string ListOrbits(SimulationDocument* document, const ProgramResources& res
     using Line = std::vector<std::string>;
     std::vector<Line> lines;
     {
-        const std::string names = resources.InterfaceLabel(kTextOrbitHeads);
+        const std::string& names = resources.InterfaceLabel(kTextOrbitHeads);
         std::string_view heads = names;
         Line line;
         while (!heads.empty())
