@@ -177,6 +177,9 @@ void RobotChecks::CheckTyping() {
     if (documents.empty()) return;
     const Document document = dice_->Any(documents);
     Pause(document);
+    // What is typed into the past goes to another epoch, which may show it relative to something.
+    Send(document, BMessage(kBackToNow));
+    Settle();
     const Quantity& quantity = dice_->Any(kQuantities);
     EpochPortal* const portal = document.portal;
     portal->ReadLock();

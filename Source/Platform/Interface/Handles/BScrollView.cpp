@@ -1,5 +1,6 @@
 #include "Platform/Interface/Handles/BScrollView.h"
 
+#include <QEvent>
 #include <QScrollArea>
 #include <QStyle>
 
