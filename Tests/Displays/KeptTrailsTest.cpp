@@ -11,6 +11,7 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"
+#include "Simulation/Document/SystemState.h"
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/TestDocument.h"
 
@@ -172,7 +173,9 @@ TEST_F(KeptTrailsTest, TrailsOfALimitedLengthEndThereAndFade) {
 TEST_F(KeptTrailsTest, AChangeOfColourDuringARunDrawsNoFalseLines) {
     Zoom(0.6);
     document_.Go();
-    for (int32 i = 0; i < 60; i++) {
+    constexpr int32 kLeastChanges = 60;
+    constexpr double kRevolution = 3.3e7;  // s, amply
+    for (int32 i = 0; i < kLeastChanges || TakeState(document_.portal).time < kRevolution; i++) {
         document_.portal->TellObservers(kTrailChanged);
         snooze(10'000);
     }
