@@ -6,7 +6,7 @@ PREFIX ?= /usr/local
 SECONDS ?= 60
 
 .DEFAULT_GOAL := help
-.PHONY: help run test bench examples check fuzz tidy screenshots install uninstall package clean packages
+.PHONY: help run test bench examples check fuzz sanitize tidy screenshots install uninstall package clean packages
 
 help:
 	@echo "make run        build, then open an example; without a display server integrate and draw it"
@@ -15,6 +15,7 @@ help:
 	@echo "make bench      build, then print the table of measurements"
 	@echo "make examples   build the documents of Examples/ into build/examples/"
 	@echo "make check      all of .ci/run: tests, style checks, sanitizers"
+	@echo "make sanitize   all tests under the sanitizers of addresses, undefined behaviour and threads"
 	@echo "make fuzz       look for inputs that the program cannot take (SECONDS=$(SECONDS) for each kind)"
 	@echo "make tidy       build, then clang-tidy over every source, tests and analyzer included"
 	@echo "make screenshots  build, then make the pictures of the guide anew (two minutes)"
@@ -47,6 +48,11 @@ examples: build/build.ninja
 
 check:
 	.ci/run
+
+sanitize:
+	@Tools/install-packages.sh build sanitize
+	Tools/run-sanitized.sh asan
+	Tools/run-sanitized.sh tsan
 
 fuzz:
 	@Tools/install-packages.sh build sanitize
