@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Check(options.steps.value_or(0) >= 0 && options.every.value_or(1) >= 1,
                 "numbers of steps count");
     const double duration = options.duration.value_or(1.0);
-    fuzz::Check(duration > 0.0 && std::isfinite(duration), "a duration can be run");
+    fuzz::Check(duration != 0.0 && std::isfinite(duration), "a duration can be run");
     fuzz::Check(options.scale >= 0.0 && std::isfinite(options.scale), "a scale can be drawn");
     fuzz::Check(options.axis >= 1 && options.axis <= 3, "there are three axes");
     fuzz::Check(IsOrder(options.order.value_or(kDefaultOrder)), "there is such an order");
