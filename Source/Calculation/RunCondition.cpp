@@ -37,9 +37,7 @@ bool RunCondition::Begin(const std::vector<Body*>& bodies) {
         position -= other.Position();
         velocity -= other.Velocity();
     }
-    former_ = axis_ == kApproach
-                  ? position.x * velocity.x + position.y * velocity.y + position.z * velocity.z
-                  : Along(position, axis_);
+    former_ = axis_ == kApproach ? Dot(position, velocity) : Along(position, axis_);
     return true;
 }
 

@@ -14,11 +14,7 @@ namespace {
 using std::numbers::pi;
 
 double Distance(const ThreeVector& a, const ThreeVector& b) {
-    return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
-}
-
-double Size(const ThreeVector& v) {
-    return Distance(v, {});
+    return Length(a - b);
 }
 
 OrbitalElements Orbit(double eccentricity, double inclination, double anomaly) {
@@ -43,15 +39,15 @@ TEST(OrbitalElements, StatesComeBackFromTheirElements) {
                 // The equation of the conic, and the vis-viva equation.
                 const double radius =
                     orbit.periapsisDistance * (1.0 + e) / (1.0 + e * std::cos(anomaly));
-                EXPECT_NEAR(Size(state.position) / radius, 1.0, 1e-12) << e << ' ' << anomaly;
+                EXPECT_NEAR(Length(state.position) / radius, 1.0, 1e-12) << e << ' ' << anomaly;
                 const double energy = orbit.gravitationalParameter *
                                       (2.0 / radius - (1.0 - e) / orbit.periapsisDistance);
-                EXPECT_NEAR(Size(state.velocity), std::sqrt(energy), 1e-12 * std::sqrt(energy));
+                EXPECT_NEAR(Length(state.velocity), std::sqrt(energy), 1e-12 * std::sqrt(energy));
 
                 const OrbitalElements again = ElementsOf(state, orbit.gravitationalParameter);
                 const RelativeState back = StateOf(again);
                 EXPECT_LE(Distance(back.position, state.position), 1e-12 * radius) << e << ' ' << k;
-                EXPECT_LE(Distance(back.velocity, state.velocity), 1e-12 * Size(state.velocity));
+                EXPECT_LE(Distance(back.velocity, state.velocity), 1e-12 * Length(state.velocity));
                 // What an element is worth depends on how well it is determined.
                 EXPECT_NEAR(again.eccentricity, e, 2e-15 * (1.0 + e));
                 EXPECT_NEAR(again.inclination, inclination, 2e-15);

@@ -13,15 +13,16 @@ OrbitForecast::OrbitForecast(const std::vector<Body*>& bodies) {
         Orbit& orbit = orbits_.emplace_back();
         orbit.position = body.Position();
         if (i >= static_cast<std::size_t>(kMaxBodies)) continue;
-        double narrowest = std::numeric_limits<double>::infinity();
+        double narrowest = 0.0;  // its inverse, 1/m
         for (std::size_t j = 0; j < i && bodies[j]->M() > 0.0; j++) {
-            const OrbitalElements elements = ElementsOf(
-                {body.Position() - bodies[j]->Position(), body.Velocity() - bodies[j]->Velocity()},
-                body.M() + bodies[j]->M());
-            const double size = elements.SemiMajorAxis();
-            if (!(size > 0.0 && size < narrowest) || !std::isfinite(elements.timeSincePeriapsis))
-                continue;
-            narrowest = size;
+            const RelativeState apart{body.Position() - bodies[j]->Position(),
+                                      body.Velocity() - bodies[j]->Velocity()};
+            const double gm = body.M() + bodies[j]->M();
+            const double narrow = InverseSemiMajorAxis(apart, gm);
+            if (!(narrow > narrowest)) continue;
+            const OrbitalElements elements = ElementsOf(apart, gm);
+            if (!std::isfinite(elements.timeSincePeriapsis)) continue;
+            narrowest = narrow;
             orbit.primary = static_cast<int32>(j);
             orbit.elements = elements;
         }

@@ -55,6 +55,12 @@ struct RelativeState {
     ThreeVector velocity;  // m/s
 };
 
+// 1/m: positive where the two are bound; by the equation of living forces, for a quick look.
+[[nodiscard]] inline double InverseSemiMajorAxis(const RelativeState& state,
+                                                 double gravitationalParameter) {
+    return 2.0 / Length(state.position) -
+           Dot(state.velocity, state.velocity) / gravitationalParameter;
+}
 // For a positive gravitational parameter, a position that is not the centre, and a velocity that
 // does not lie along it: on such a line the elements are those of a very narrow orbit or not
 // finite.

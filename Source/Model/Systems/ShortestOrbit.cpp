@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "Model/Systems/Body.h"
+#include "Model/Systems/OrbitalElements.h"
 
 namespace {
 
@@ -15,16 +16,11 @@ constexpr std::size_t kMaxPairs = 1'000'000;
 constexpr double kDigits = 2.0;  // of a rounded pace
 constexpr double kNever = std::numeric_limits<double>::infinity();
 
-double Squared(const ThreeVector& v) {
-    return v.x * v.x + v.y * v.y + v.z * v.z;
-}
-
-// 1 / a of the pair's ellipse in units of GM: 2 / r - v^2 / GM is negative of what flies apart.
 double Period(const Body& one, const Body& other) {
     const double gm = one.M() + other.M();
-    const double distance = std::sqrt(Squared(one.Position() - other.Position()));
-    const double perAxis = 2.0 / distance - Squared(one.Velocity() - other.Velocity()) / gm;
-    if (!(perAxis > 0.0) || !(distance > 0.0)) return kNever;
+    const RelativeState apart{one.Position() - other.Position(), one.Velocity() - other.Velocity()};
+    const double perAxis = InverseSemiMajorAxis(apart, gm);
+    if (!(perAxis > 0.0) || !(Length(apart.position) > 0.0)) return kNever;
     return 2.0 * std::numbers::pi / (perAxis * std::sqrt(perAxis * gm));
 }
 
