@@ -39,10 +39,7 @@ protected:
         const ViewLock lock(view);
         return view->Cache().LastPosition(body);
     }
-    ThreeVector PlaceNow(std::size_t body) {
-        return {now_.positions[3 * body], now_.positions[3 * body + 1],
-                now_.positions[3 * body + 2]};
-    }
+    ThreeVector PlaceNow(std::size_t body) { return now_.Position(body); }
     BView* Box() {
         const BAutolock lock(simulation_.window);
         return simulation_->FindView("Body Settings");

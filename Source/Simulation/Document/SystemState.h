@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/SupportDefs.h"
 
 class EpochPortal;
@@ -19,10 +20,19 @@ struct SystemState {
     std::vector<double> velocities;  // m/s, likewise
 
     [[nodiscard]] std::size_t CountBodies() const { return ids.size(); }
+    [[nodiscard]] ThreeVector Position(std::size_t body) const { return VectorAt(positions, body); }
+    [[nodiscard]] ThreeVector Velocity(std::size_t body) const {
+        return VectorAt(velocities, body);
+    }
     // Those that pull on others; they come first.
     [[nodiscard]] std::size_t CountMassive() const;
     // The name of the body with this identifier, empty if there is none.
     [[nodiscard]] std::string NameOf(int64 id) const;
+
+private:
+    static ThreeVector VectorAt(const std::vector<double>& triples, std::size_t body) {
+        return {triples[3 * body], triples[3 * body + 1], triples[3 * body + 2]};
+    }
 };
 
 // The caller holds the portal's lock.

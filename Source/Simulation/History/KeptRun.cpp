@@ -32,8 +32,7 @@ ThreeVector VectorAt(const double* coordinates) {
 }
 
 Sample SampleOf(const SystemState& state, std::size_t body) {
-    return {state.time, VectorAt(&state.positions[3 * body]), VectorAt(&state.velocities[3 * body]),
-            false};
+    return {state.time, state.Position(body), state.Velocity(body), false};
 }
 
 }  // namespace

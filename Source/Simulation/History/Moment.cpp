@@ -10,10 +10,6 @@
 
 namespace {
 
-ThreeVector VectorAt(const std::vector<double>& coordinates, std::size_t body) {
-    return {coordinates[3 * body], coordinates[3 * body + 1], coordinates[3 * body + 2]};
-}
-
 // What the run began from; a run whose start was deleted is all that there is.
 const AbEpoch& StartOf(const AbEpoch& run) {
     const AbEpoch* const parent = run.Parent();
@@ -60,10 +56,8 @@ std::shared_ptr<Epoch> EpochOf(const AbEpoch& run, const RunCheckpoint& at) {
     if (copy == nullptr) return nullptr;
     std::shared_ptr<Epoch> epoch(copy);
     const SystemState& state = at.state;
-    epoch->SetTime(state.time);
+    at.PutSettings(copy);
     epoch->SetTimeUval(run.TimeUval());
-    epoch->SetOrder(at.order);
-    epoch->SetCutoff(at.cutoff);
     epoch->SetCOMOnGo(run.COMOnGo());
     epoch->SetCalculatorState(nullptr);
     RemoveOthers(epoch->RootSystem(), {state.ids.begin(), state.ids.end()});
@@ -72,11 +66,7 @@ std::shared_ptr<Epoch> EpochOf(const AbEpoch& run, const RunCheckpoint& at) {
         if (body == nullptr) continue;
         if (const Body* const now = FindBody(run, state.ids[i]); now != nullptr)
             TakeLooks(*now, body);
-        body->SetName(state.names[i]);
-        body->SetM(state.gm[i]);
-        body->SetRadius(at.radii[i]);
-        body->SetPosition(VectorAt(state.positions, i));
-        body->SetVelocity(VectorAt(state.velocities, i));
+        at.PutBody(i, body);
     }
     return epoch;
 }
@@ -124,6 +114,7 @@ Moment NearMoment(const AbEpoch& run, double time, const RunHistory& history) {
     near.state.time = time;
     near.order = run.Order();
     near.cutoff = run.Cutoff();
+    near.onContact = run.OnContact();
     for (const int64 id : history.BodiesOf(&run)) {
         const Body* const first = FindBody(StartOf(run), id);
         const Body* const last = FindBody(run, id);

@@ -6,6 +6,21 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 
+void RunCheckpoint::PutSettings(AbEpoch* epoch) const {
+    epoch->SetOrder(order);
+    epoch->SetCutoff(cutoff);
+    epoch->SetOnContact(onContact);
+    epoch->SetTime(state.time);
+}
+
+void RunCheckpoint::PutBody(std::size_t index, Body* body) const {
+    body->SetName(state.names[index]);
+    body->SetM(state.gm[index]);
+    body->SetRadius(radii[index]);
+    body->SetPosition(state.Position(index));
+    body->SetVelocity(state.Velocity(index));
+}
+
 std::size_t RunCheckpoint::Bytes() const {
     // The parts of a body's position and velocity, and its identifier, in the record.
     constexpr std::size_t kPartsOfBody =

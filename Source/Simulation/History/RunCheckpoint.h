@@ -9,6 +9,8 @@
 #include "Platform/Application/BMessage.h"
 #include "Simulation/Document/SystemState.h"
 
+class AbEpoch;
+class Body;
 class EpochPortal;
 class TaylorCalculator;
 
@@ -26,6 +28,11 @@ struct RunCheckpoint {
     // No calculation leads here from the checkpoint before: the run begins here, or somebody has
     // edited it.
     bool isPinned = false;
+
+    // Time and settings, for a run that goes on from here.
+    void PutSettings(AbEpoch* epoch) const;
+    // Name, mass, radius, place and velocity of a body of the state, by index.
+    void PutBody(std::size_t index, Body* body) const;
 
     // About so many bytes of memory.
     [[nodiscard]] std::size_t Bytes() const;

@@ -34,19 +34,10 @@ RunReplay::~RunReplay() {
 
 void RunReplay::CopyBodies() {
     const SystemState& state = from_.state;
-    epoch_.SetOrder(from_.order);
-    epoch_.SetCutoff(from_.cutoff);
-    epoch_.SetOnContact(from_.onContact);
-    epoch_.SetTime(state.time);
+    from_.PutSettings(&epoch_);
     for (std::size_t i = 0; i < state.CountBodies(); i++) {
-        auto body = std::make_unique<Body>(state.names[i].c_str(), state.ids[i], rgb_color{},
-                                           rgb_color{}, kOriginID);
-        const double* const r = &state.positions[3 * i];
-        const double* const v = &state.velocities[3 * i];
-        body->SetM(state.gm[i]);
-        body->SetRadius(from_.radii[i]);
-        body->SetPosition({r[0], r[1], r[2]});
-        body->SetVelocity({v[0], v[1], v[2]});
+        auto body = std::make_unique<Body>("", state.ids[i], rgb_color{}, rgb_color{}, kOriginID);
+        from_.PutBody(i, body.get());
         if (epoch_.RootSystem()->AddChild(body.get()) == B_OK) static_cast<void>(body.release());
     }
 }
