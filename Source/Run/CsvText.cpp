@@ -24,7 +24,7 @@ void AppendCsv(std::string* to, int64 number) {
 }
 
 std::string CsvName(const std::string& name) {
-    const std::string printable = Printable(name);
+    std::string printable = Printable(name);
     if (printable.find_first_of(",\"") == std::string::npos) return printable;
     std::string quoted = "\"";
     for (const char c : printable) {
