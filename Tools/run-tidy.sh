@@ -65,21 +65,15 @@ awk -v build="$PWD/build/" -v except="${1:-^$}" -v work="$work" -v most=12 '
     END { print "]" > (work "/batches/compile_commands.json") }
 ' "$work/compile_commands.json"
 
-# read_batch BATCH OPTION...: what is found in the batch, or in its sources when they do not agree.
+# read_batch BATCH OPTION...: what is found in the batch; its sources are asked when there is something, or when they
+# do not agree.
 read_batch() {
-    local batch="$1" said status=0
+    local batch="$1"
     shift
     local common=(--quiet --config-file="$PWD/.clang-tidy" "$@"
         --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-unknown-pragmas)
-    said="$(clang-tidy -p "$work/batches" "${common[@]}" "$batch" 2>/dev/null)" || status=$?
-    if [[ "$status" -ne 0 ]]; then
-        status=0
-        sed 's/^#include "\(.*\)"$/\1/' "$batch" | xargs -d '\n' -n 1 clang-tidy -p "$work" "${common[@]}" 2>/dev/null ||
-            status=1
-    else
-        printf '%s' "$said"
-    fi
-    return "$status"
+    clang-tidy -p "$work/batches" "${common[@]}" "$batch" >/dev/null 2>&1 ||
+        sed 's/^#include "\(.*\)"$/\1/' "$batch" | xargs -d '\n' -n 1 clang-tidy -p "$work" "${common[@]}" 2>/dev/null
 }
 export work
 export -f read_batch

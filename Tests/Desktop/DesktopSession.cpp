@@ -69,11 +69,12 @@ DesktopSession::~DesktopSession() {
     fs::remove_all(folder_, error);
 }
 
-// It says its number when it is ready.
+// It says its number when it is ready. Without repeated keys: on a slow machine one that is pressed
+// for long is one.
 bool DesktopSession::StartScreen(int width, int height) {
     const fs::path file = folder_ / "display";
     const std::string size = Text(width) + 'x' + Text(height) + "x24";
-    const std::string command = "exec Xvfb -displayfd 3 -screen 0 " + size + " -fbdir " +
+    const std::string command = "exec Xvfb -r -displayfd 3 -screen 0 " + size + " -fbdir " +
                                 (folder_ / "screen").string() + " -nolisten tcp -noreset 3> " +
                                 file.string();
     screen_ = std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", command},

@@ -159,6 +159,7 @@ void TimeLineBar::MouseDown(const MouseInput& input) {
     if ((input.buttons & B_PRIMARY_MOUSE_BUTTON) == 0) return;
     PauseRun();
     isDragged_ = true;
+    Refresh();  // a run that has just begun may not be on the line yet
     SeekTo(TimeLinePainter(line_, Bounds()).TimeAt(input.where.x));
 }
 
