@@ -12,7 +12,6 @@
 #include "Benchmarks/Benchmarks.h"
 #include "Benchmarks/Stopwatch.h"
 #include "Displays/Base/DisplayContext.h"
-#include "Displays/Base/ResourceTexts.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Interface Widgets/MenuArchives.h"

@@ -15,7 +15,6 @@
 #include "Application/RecoveryOffers.h"
 #include "Application/SimulationList.h"
 #include "Displays/Base/DisplayContext.h"
-#include "Displays/Base/ResourceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Platform/Application/BMessageRunner.h"
 #include "Platform/Interface/Canvas/BBitmap.h"

@@ -6,7 +6,6 @@
 #include <system_error>
 #include <utility>
 
-#include "Calculation/ConsumerLock.h"
 #include "Calculation/ReportConsumer.h"
 #include "Calculation/Truncation.h"
 #include "Model/Epochs/AbEpoch.h"

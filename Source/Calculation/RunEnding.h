@@ -7,6 +7,7 @@
 #include "Platform/Support/SupportDefs.h"
 
 class BMessage;
+class EpochPortal;
 
 struct RunEnding {
     enum class Reason : int32 {
@@ -35,3 +36,8 @@ struct RunEnding {
     // None if the message is no such one.
     [[nodiscard]] static std::optional<RunEnding> From(const BMessage& message);
 };
+
+// What contacts are where an epoch's runs end with them. `collisions`: as the calculator mails
+// them. None: in the focus epoch bodies that touch merge. Takes the portal's read lock.
+[[nodiscard]] std::optional<RunEnding> EndingAtContact(EpochPortal* portal,
+                                                       const BMessage& collisions);

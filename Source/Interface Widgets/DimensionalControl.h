@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "Interface Widgets/Entry.h"
-#include "Interface Widgets/UnitField.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"

@@ -3,7 +3,7 @@
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BApplication.h"
-#include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Resources/Help.h"
 
 HelpMenu::HelpMenu(const InterfaceTexts& texts) : BMenu(texts.Text(kTextHelp)) {

@@ -5,7 +5,6 @@
 
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/NumberTextControl.h"
-#include "Interface Widgets/UnitField.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuField.h"

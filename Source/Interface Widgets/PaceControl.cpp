@@ -18,7 +18,7 @@
 #include "Platform/Interface/Handles/BSlider.h"
 #include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Handles/BWindow.h"
-#include "Platform/Interface/Server/PlainKey.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Resources/Pace.h"
 #include "Resources/SettingsFeatures.h"
 

@@ -7,7 +7,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BApplication.h"
-#include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"

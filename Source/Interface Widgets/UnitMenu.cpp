@@ -1,7 +1,9 @@
 #include "Interface Widgets/UnitMenu.h"
 
 #include <algorithm>
+#include <memory>
 
+#include "Interface Widgets/AbbrevMenuField.h"
 #include "Model/Units/DimValue.h"
 #include "Platform/Application/BMessage.h"
 
@@ -11,6 +13,8 @@ constexpr const char* kUval = "uval";
 
 const ArchivableClass kItemClass("UnitMenuItem", UnitMenuItem::Instantiate);
 const ArchivableClass kClass("UnitMenu", UnitMenu::Instantiate);
+
+constexpr int32 kColumns = 5;  // "AU/dy"
 
 }  // namespace
 
@@ -82,4 +86,21 @@ void UnitMenu::SetUval(double uval) {
         }
     }
     if (nearest != nullptr) nearest->SetMarked(true);
+}
+
+BMenuField* MakeUnitField(const BMessage& archive, const char* label) {
+    BMessage copy(archive);
+    auto* const field = InstantiateAs<BMenuField>(&copy).release();
+    if (field == nullptr) return nullptr;
+    field->SetColumns(kColumns);
+    field->SetAccessibleName(label);
+    // The first unit is marked until another one is asked for.
+    const UnitMenu* const menu = UnitMenuOf(field);
+    if (menu != nullptr && menu->FindMarked() == nullptr && menu->CountItems() > 0)
+        menu->ItemAt(0)->SetMarked(true);
+    return field;
+}
+
+UnitMenu* UnitMenuOf(const BMenuField* field) {
+    return field == nullptr ? nullptr : dynamic_cast<UnitMenu*>(field->Menu());
 }

@@ -48,3 +48,10 @@ public:
 private:
     [[nodiscard]] UnitMenuItem* UnitAt(int32 index) const;
 };
+
+// The field of a unit menu in an entry, from its archive; one unit is marked. `label` is what a
+// screen reader says. All fields have the same width, whatever their units. Null if the archive is
+// none.
+[[nodiscard]] BMenuField* MakeUnitField(const BMessage& archive, const char* label);
+// Its menu, or null.
+[[nodiscard]] UnitMenu* UnitMenuOf(const BMenuField* field);

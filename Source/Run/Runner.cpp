@@ -1,11 +1,7 @@
 #include "Run/Runner.h"
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <utility>
 
 #include "Model/Sharing/ModelGuards.h"
@@ -15,7 +11,6 @@
 #include "Resources/Runner.h"
 #include "Run/DocumentEdit.h"
 #include "Run/EpochListing.h"
-#include "Run/NumberText.h"
 #include "Run/OrbitListing.h"
 #include "Run/OutputClash.h"
 #include "Run/StateDigest.h"
@@ -26,11 +21,7 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-constexpr int kProgressInterval = 200;  // ms
 constexpr int32 kScienceOrder = 4;
-constexpr int kTimeDigits = 10;
 constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
 
 }  // namespace
@@ -45,7 +36,10 @@ Runner::Runner(const Options& options, const ProgramResources& resources)
       recorder_(document_.GetCalculator()),
       motion_(options, document_.GetCalculator()),
       checkpoints_(options, resources, output_, &document_),
-      picture_(options, resources, output_, &document_) {
+      picture_(options, resources, output_, &document_),
+      live_({options, resources, output_, events_, collisions_, document_, control_, controller_,
+             recorder_, reports_, checkpoints_}),
+      run_(live_.Record()) {
     document_.AddConsumer(&recorder_);
     document_.Portal()->AddObserver(&events_);
 }
@@ -131,7 +125,7 @@ int Runner::RunDocument() {
         control_.UnPause();
     if (events_.WasTooDeep())
         return output_.Fail(DocumentName(), resources_.InterfaceLabel(kTextEpochsTooDeep));
-    WaitForEnd();
+    live_.WaitForEnd();
     return WriteResults();
 }
 
@@ -154,8 +148,8 @@ int Runner::FindTarget() {
     if (!target || isOver)
         return output_.Fail(DocumentName(),
                             FillIn(resources_.InterfaceLabel(kTextBadValue), {"--until", *until}));
-    target_ = *target;
-    document_.GetCalculator()->SetRunCondition(target_.Condition());
+    live_.SetTarget(*target);
+    document_.GetCalculator()->SetRunCondition(target->Condition());
     return kDone;
 }
 
@@ -163,7 +157,7 @@ std::optional<int32> Runner::FindObstacle() {
     const double time = OfFocus(&AbEpoch::Time);
     return motion_.Obstacle(
         options_.order.value_or(OfFocus(&AbEpoch::Order)),
-        !options_.resume && RunGoal::Of(options_, time, target_).IsBefore(time));
+        !options_.resume && RunGoal::Of(options_, time, live_.Target()).IsBefore(time));
 }
 
 // The new epoch is in place and its centre of mass where it belongs.
@@ -183,17 +177,17 @@ void Runner::RunStarting() {
         output_.Note(
             FillIn(resources_.InterfaceLabel(kTextHistoricalOrder), {std::to_string(order)}));
 
-    start_ = TakeState(document_.Portal());
-    run_.startTime = start_.time;
-    run_.goal = RunGoal::Of(options_, start_.time, target_);
-    document_.GetCalculator()->SetBackwards(run_.goal.IsBefore(start_.time));
+    const SystemState& start = live_.Begin(TakeState(document_.Portal()));
+    run_.startTime = start.time;
+    run_.goal = RunGoal::Of(options_, start.time, live_.Target());
+    document_.GetCalculator()->SetBackwards(run_.goal.IsBefore(start.time));
     document_.GetCalculator()->SetRunLimit(run_.goal.steps.value_or(0),
                                            run_.goal.time.value_or(kNoTimeLimit));
-    BeginReports(start_);
+    BeginReports(start);
 }
 
 void Runner::Resume() {
-    isStartMeasured_ = true;
+    live_.GoOn();
     BeginReports(TakeState(document_.Portal()));
     control_.ResumeRun();
 }
@@ -201,120 +195,13 @@ void Runner::Resume() {
 void Runner::BeginReports(const SystemState& state) {
     reports_.Begin(&recorder_, motion_.States(OfFocus(&AbEpoch::Order)), state,
                    document_.GetCalculator()->IsBackwards(), run_.reports, run_.steps);
-    begin_ = Clock::now();
-}
-
-void Runner::WaitForEnd() {
-    Progress progress(resources_, !options_.quiet, run_.goal, run_.startTime,
-                      OfFocus(&AbEpoch::TimeUval), run_.seconds);
-    checkpoints_.Start();
-    while (HandleEvent(events_.Wait(Patience(progress)), &progress)) {
-    }
-    control_.Pause();
-    touches_ = collisions_.Take();
-    if (const auto ending = collisions_.TakeEnding()) ending_ = ending;
-    seconds_ = Seconds();
-}
-
-// Milliseconds until something is to be done whatever happens.
-std::optional<int> Runner::Patience(const Progress& progress) const {
-    std::optional<int> patience;
-    if (progress.IsShown()) patience = kProgressInterval;
-    if (checkpoints_.AreWanted()) {
-        const int untilDue = checkpoints_.UntilDue();
-        patience = std::min(patience.value_or(untilDue), untilDue);
-    }
-    return patience;
-}
-
-// False: the run is over.
-bool Runner::HandleEvent(RunEvents::Event event, Progress* progress) {
-    switch (event) {
-        case RunEvents::Event::kTimeout:
-            progress->Show(recorder_.Steps(), recorder_.Time());
-            return !checkpoints_.IsDue() || KeepCheckpoint(progress);
-        case RunEvents::Event::kParked:
-            return ResolveCollision(progress);
-        case RunEvents::Event::kSignal:
-            break;
-    }
-    Interrupt(progress);
-    return false;
-}
-
-// False: the run has ended by itself at this very moment. Then it stays at rest.
-bool Runner::KeepCheckpoint(Progress* progress) {
-    if (!Hold(progress)) return false;
-    WriteCheckpoint();
-    control_.UnRest();
-    return true;
-}
-
-// A run that has ended by itself at this very moment is as complete as any.
-void Runner::Interrupt(Progress* progress) {
-    isInterrupted_ = Hold(progress);
-    if (isInterrupted_ && checkpoints_.AreWanted()) WriteCheckpoint();
-}
-
-// The run rests where it can go on, with bodies that touched merged. False if it has ended by
-// itself.
-bool Runner::Hold(Progress* progress) {
-    control_.Rest();
-    while (document_.GetCalculator()->HasStoppedItself()) {
-        events_.ForgetParking();
-        if (!ResolveCollision(progress)) return false;
-        // The calculator takes up the merged bodies when it goes on, not before.
-        control_.UnRest();
-        control_.Rest();
-    }
-    events_.ForgetParking();
-    return true;
-}
-
-void Runner::WriteCheckpoint() {
-    static_cast<void>(StartConserved());
-    RunRecord now = run_;
-    now.steps = recorder_.Steps();
-    now.reports = recorder_.Reports();
-    now.seconds = Seconds();
-    now.reportFile = reports_.Mark(&recorder_);
-    checkpoints_.Write(std::move(now));
-}
-
-double Runner::Seconds() const {
-    return run_.seconds + std::chrono::duration<double>(Clock::now() - begin_).count();
-}
-
-// Only when it is needed: it goes over all pairs.
-const Conserved& Runner::StartConserved() {
-    if (!isStartMeasured_) run_.start = MeasureConserved(start_);
-    isStartMeasured_ = true;
-    return run_.start;
-}
-
-// True when the run, which has stopped, goes on from bodies that have merged.
-bool Runner::ResolveCollision(Progress* progress) {
-    if (run_.stopsAtCollision) return false;
-    const BMessage pairs = collisions_.Take();
-    if (pairs.IsEmpty()) return false;
-    const MergeResult result = controller_.Collide(
-        pairs, [this](const MergeResult&) { recorder_.Resume(TakeState(document_.Portal())); });
-    run_.mergers.Add(result);
-    progress->Clear();
-    const double uval = OfFocus(&AbEpoch::TimeUval);
-    const std::string unit = resources_.TimeUnits().Abbreviation(uval);
-    for (const Merger& merger : result.mergers)
-        output_.Note(FillIn(resources_.InterfaceLabel(kTextRunnerMerger),
-                            {merger.survivorName, merger.absorbedName,
-                             RoundedText(merger.time / uval, kTimeDigits), unit}));
-    ending_ = result.unmerged;
-    return !ending_ && target_.kind != RunTarget::Kind::kMerger;
+    live_.StartClock();
 }
 
 int Runner::WriteResults() {
     const RunEvents::LastChance lastChance(
         events_, options_.quiet ? std::string() : resources_.InterfaceLabel(kTextStillWriting));
-    recorder_.End(!touches_.IsEmpty());
+    recorder_.End(!live_.Touches().IsEmpty());
     TellEnding();
     if (const int error = reports_.Close(); error != 0)
         return output_.Fail(*options_.csv, std::strerror(error));
@@ -325,7 +212,7 @@ int Runner::WriteResults() {
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
     // Of a run that was stopped it stays.
-    if (!isInterrupted_) checkpoints_.Remove();
+    if (!live_.IsInterrupted()) checkpoints_.Remove();
     if (const int status = picture_.Write(); status != kDone) return status;
     if (const int status = Tell(); status != kDone) return status;
     if (const int status = PrintListings(); status != kDone) return status;
@@ -334,10 +221,11 @@ int Runner::WriteResults() {
 
 // A run that could not go on is a failure, and told even to those who want no notes.
 void Runner::TellEnding() {
-    if (!ending_) return;
+    const std::optional<RunEnding>& ending = live_.Ending();
+    if (!ending) return;
     const std::string text = FillIn(resources_.InterfaceLabel(kTextRunEnded),
-                                    {RunEndingText(*ending_, document_.Portal(), resources_)});
-    if (ending_->reason == RunEnding::Reason::kNothingInteracts)
+                                    {RunEndingText(*ending, document_.Portal(), resources_)});
+    if (ending->reason == RunEnding::Reason::kNothingInteracts)
         output_.Note(text);
     else
         RunnerOutput::Print(text);
@@ -345,7 +233,8 @@ void Runner::TellEnding() {
 
 int Runner::EndStatus() const {
     if (events_.Signal() != 0) return kStoppedBySignal + events_.Signal();
-    const bool couldGoOn = !ending_ || ending_->reason == RunEnding::Reason::kNothingInteracts;
+    const std::optional<RunEnding>& ending = live_.Ending();
+    const bool couldGoOn = !ending || ending->reason == RunEnding::Reason::kNothingInteracts;
     return couldGoOn ? kDone : kCouldNotGoOn;
 }
 
@@ -391,18 +280,18 @@ RunSummary Runner::Summarize() {
     summary.reports = recorder_.Reports();
     summary.order = document_.GetCalculator()->OrderInUse();
     summary.cutoff = document_.GetCalculator()->CutoffInUse();
-    summary.seconds = seconds_;
+    summary.seconds = live_.Seconds();
     summary.bodies = end.CountBodies();
     summary.massiveBodies = end.CountMassive();
     summary.mergers = run_.mergers;
-    summary.drift = MeasureDrift(StartConserved(), MeasureConserved(end), run_.mergers);
+    summary.drift = MeasureDrift(live_.StartConserved(), MeasureConserved(end), run_.mergers);
     summary.digest = DigestOf(end);
-    summary.AddTouches(touches_, end);
+    summary.AddTouches(live_.Touches(), end);
     if (!summary.touches.empty())
         summary.ending = RunSummary::Ending::kCollision;
-    else if (isInterrupted_)
+    else if (live_.IsInterrupted())
         summary.ending = RunSummary::Ending::kInterrupted;
-    else if (ending_)
-        summary.ending = RunSummary::EndingFor(ending_->reason);
+    else if (live_.Ending())
+        summary.ending = RunSummary::EndingFor(live_.Ending()->reason);
     return summary;
 }

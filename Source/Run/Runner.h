@@ -9,10 +9,10 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Run/Checkpoints.h"
 #include "Run/CollisionWatch.h"
+#include "Run/LiveRun.h"
 #include "Run/MotionFiles.h"
 #include "Run/Options.h"
 #include "Run/PictureFile.h"
-#include "Run/Progress.h"
 #include "Run/ReportFile.h"
 #include "Run/RunEvents.h"
 #include "Run/RunRecord.h"
@@ -53,16 +53,6 @@ private:
     void RunStarting() override;
     void Resume();
     void BeginReports(const SystemState& state);
-    void WaitForEnd();
-    [[nodiscard]] std::optional<int> Patience(const Progress& progress) const;
-    [[nodiscard]] bool HandleEvent(RunEvents::Event event, Progress* progress);
-    [[nodiscard]] bool KeepCheckpoint(Progress* progress);
-    void Interrupt(Progress* progress);
-    [[nodiscard]] bool Hold(Progress* progress);
-    void WriteCheckpoint();
-    [[nodiscard]] double Seconds() const;
-    const Conserved& StartConserved();
-    [[nodiscard]] bool ResolveCollision(Progress* progress);
     void TellEnding();
     [[nodiscard]] int EndStatus() const;
     int PrintListings();
@@ -89,15 +79,6 @@ private:
     MotionFiles motion_;
     Checkpoints checkpoints_;
     PictureFile picture_;
-    // Of the run: what goes into its checkpoints; steps, reports and seconds are those of the part
-    // before this program.
-    RunRecord run_;
-    SystemState start_;  // of a run that began here
-    bool isStartMeasured_ = false;
-    std::chrono::steady_clock::time_point begin_;
-    double seconds_ = 0.0;  // of real time that the run has taken
-    RunTarget target_{.kind = RunTarget::Kind::kNone};
-    BMessage touches_;  // the pairs that ended the run, if any did
-    std::optional<RunEnding> ending_;
-    bool isInterrupted_ = false;  // by a signal, before it was done
+    LiveRun live_;
+    RunRecord& run_;  // its record
 };

@@ -7,7 +7,7 @@
 #include <atomic>
 #include <string>
 
-#include "Model/Sharing/EditGate.h"
+#include "Model/Sharing/EpochPortal.h"
 #include "Simulation/History/ShownMoment.h"
 
 class BMessage;

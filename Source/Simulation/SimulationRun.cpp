@@ -10,7 +10,6 @@
 #include "Platform/Application/BMessage.h"
 #include "Resources/DocumentTexts.h"
 #include "Resources/Pace.h"
-#include "Simulation/Document/ContactEnding.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/RunTarget.h"

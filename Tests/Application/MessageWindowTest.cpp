@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Displays/Base/ResourceTexts.h"
+#include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Tests/Application/AppDriver.h"
 #include "Tests/Application/WindowHand.h"

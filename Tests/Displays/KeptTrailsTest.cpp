@@ -4,11 +4,10 @@
 #include <cmath>
 #include <numbers>
 
-#include "Displays/Base/ViewLock.h"
 #include "Displays/Projection/FrameMenu.h"
-#include "Displays/Trajectories/LineClipping.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"
 #include "Simulation/Document/SystemState.h"

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <thread>
 
-#include "Displays/Base/ViewLock.h"
 #include "Displays/Projection/ProjectionView.h"
+#include "Displays/Trajectories/TrajectoryView.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Tests/Displays/TestDocument.h"

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "Displays/Base/WindowPlacement.h"
-#include "Displays/Trajectories/LineClipping.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 
 TEST(Projection, DropsOneAxis) {
     Projection projection;

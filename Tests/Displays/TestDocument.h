@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "Displays/Base/DisplayContext.h"
-#include "Displays/Base/ResourceTexts.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Platform/Application/BLooper.h"

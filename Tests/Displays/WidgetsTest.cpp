@@ -1,9 +1,8 @@
 // The widgets that displays use.
 #include <gtest/gtest.h>
-
 #include <QLineEdit>
 
-#include "Displays/Base/ResourceTexts.h"
+#include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/AbbrevMenuField.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/NumberBox.h"

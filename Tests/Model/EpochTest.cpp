@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "Model/Epochs/EpochCursor.h"
-#include "Model/Units/DefaultUnits.h"
+#include "Model/Units/UnitTable.h"
 #include "Tests/Model/TestDocument.h"
 
 namespace {

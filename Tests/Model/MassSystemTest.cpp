@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "Model/Systems/MassSystem.h"
-#include "Model/Units/DefaultUnits.h"
+#include "Model/Units/UnitTable.h"
 #include "Tests/Model/TestDocument.h"
 
 namespace {

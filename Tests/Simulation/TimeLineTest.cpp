@@ -1,7 +1,7 @@
 // Winding a run back, looking at it and branching from it, with mouse and keys.
 #include <gtest/gtest.h>
 
-#include "Displays/Base/ViewLock.h"
+#include "Displays/Trajectories/TrajectoryView.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/UndoChain.h"
 #include "Model/Sharing/ModelGuards.h"

@@ -8,7 +8,7 @@
 #include "Platform/Interface/Handles/BCheckBox.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BStringView.h"
-#include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Resources/CommonTexts.h"
 

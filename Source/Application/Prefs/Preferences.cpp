@@ -9,8 +9,8 @@
 #include <new>
 
 #include "Application/Prefs/PreferenceSet.h"
-#include "Application/Prefs/PrefsLocks.h"
 #include "Application/Prefs/PrefsPaths.h"
+#include "Application/Prefs/PrefsTransaction.h"
 #include "Platform/Storage/BDirectory.h"
 #include "Platform/Storage/BPath.h"
 #include "Platform/Storage/ErrnoStatus.h"

@@ -7,8 +7,8 @@
 
 #include "Application/Prefs/PreferenceSet.h"
 #include "Application/Prefs/Preferences.h"
-#include "Application/Prefs/PrefsLocks.h"
 #include "Application/Prefs/PrefsPaths.h"
+#include "Application/Prefs/PrefsTransaction.h"
 #include "Platform/Storage/BDirectory.h"
 #include "Platform/Storage/BEntry.h"
 #include "Platform/Storage/ErrnoStatus.h"

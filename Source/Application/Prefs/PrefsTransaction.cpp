@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <random>
 
-#include "Application/Prefs/PrefsLocks.h"
 #include "Platform/Kernel/OS.h"
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/BFile.h"
@@ -101,4 +100,14 @@ status_t PrefsTransaction::Write(const std::vector<std::byte>& record) {
     std::swap(locked_, replacement);
     if (!IsStillTheFile()) std::swap(locked_, replacement);
     return status;
+}
+
+BLocker& PrefsLocks::Store() {
+    static auto* const lock = new BLocker("prefs sem");
+    return *lock;
+}
+
+BLocker& PrefsLocks::Transactions() {
+    static auto* const lock = new BLocker("prefs trans sem");
+    return *lock;
 }

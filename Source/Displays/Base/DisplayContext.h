@@ -3,6 +3,9 @@
 // value.
 #pragma once
 
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Simulation/Document/ProgramResources.h"
+
 class BBitmap;
 class InterfaceTexts;
 class MenuArchives;
@@ -17,4 +20,17 @@ struct DisplayContext {
     const MenuArchives* menus;
     const BBitmap* icon = nullptr;      // of the application's menu; null: the menu has its name
     const BBitmap* fineIcon = nullptr;  // the same with more pixels
+};
+
+// The texts of the program's resources, as widgets ask for them. The resources must outlive it.
+class ResourceTexts final : public InterfaceTexts {
+public:
+    explicit ResourceTexts(const ProgramResources* resources) : resources_(resources) {}
+
+    [[nodiscard]] const std::string& Label(int32 id) const override {
+        return resources_->InterfaceLabel(id);
+    }
+
+private:
+    const ProgramResources* const resources_;
 };

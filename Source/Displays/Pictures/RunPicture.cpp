@@ -6,7 +6,7 @@
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Displays/Trajectories/TrajectoryView.h"
-#include "Model/Units/DefaultUnits.h"
+#include "Model/Units/UnitTable.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <charconv>
 #include <cmath>
 
-#include "Displays/Trajectories/LineClipping.h"
 #include "Model/Units/QuantityText.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 
 namespace {
 

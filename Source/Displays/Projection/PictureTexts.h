@@ -7,7 +7,7 @@
 #include "Displays/Projection/BodyLabels.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Model/Units/UnitTable.h"
-#include "Platform/Interface/Canvas/OverlayItem.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 
 // A bar of a round length in the unit nearest to `uval`, or in kilometres or metres where that is
 // far too large; at the left-bottom corner. `scale`: pixels per metre.

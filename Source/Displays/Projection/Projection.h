@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "Displays/Trajectories/PlaneMap.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"

@@ -8,7 +8,7 @@
 #include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Interface Widgets/ScaleBox.h"
-#include "Model/Units/DefaultUnits.h"
+#include "Model/Units/UnitTable.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
 

@@ -1,17 +1,12 @@
 #include "Displays/Projection/ProjectionDisplay.h"
 
-#include <cmath>
-#include <optional>
-
 #include "Displays/Projection/AxisRequester.h"
 #include "Displays/Projection/FrameMenu.h"
-#include "Displays/Projection/OrbitPlaces.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionView.h"
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Projection/TrailMenu.h"
 #include "Displays/TimeLine/TimeLineBar.h"
-#include "Displays/Trajectories/LineClipping.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/PaceControl.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -27,14 +22,10 @@
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
-#include "Simulation/History/ShownMoment.h"
 
 namespace {
 
 constexpr bigtime_t kPulse = 500'000;
-
-// The picture keeps its coordinates while it is scrolled; beyond this they begin anew.
-constexpr float kMaxPan = 16384.0f;
 
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
@@ -46,7 +37,9 @@ ProjectionDisplay::ProjectionDisplay(BRect frame, const char* title, EpochPortal
     : TrajectoryDisplay(frame, title, portal, done, owner, context.texts),
       context_(context),
       dialogs_(this, &fields_, context_),
+      shown_(Epoch()),
       keptTrails_(this),
+      mover_(this, &fields_, &shown_, &dialogs_, &keptTrails_),
       pictureSaver_(this, context.texts) {
     SetKind(kType, Texts().Text(kLabelProjection));
     RemoveMenuShortcuts();
@@ -73,8 +66,9 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     pace_ = new PaceControl(Epoch(), context_.timeUnits, Texts());
     AddChild(pace_);
     View()->MakeFocus();
-    if (shown_ != nullptr) {
-        timeLine_ = new TimeLineBar({Epoch(), keptTrails_.History(), shown_, Owner()}, context_);
+    if (shown_.Source() != nullptr) {
+        timeLine_ =
+            new TimeLineBar({Epoch(), keptTrails_.History(), shown_.Source(), Owner()}, context_);
         AddChild(timeLine_);
     }
     SetPulseRate(kPulse);
@@ -83,7 +77,7 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
 
 void ProjectionDisplay::SetHistory(const RunHistory* history, ShownMoment* shown) {
     keptTrails_.SetHistory(history);
-    shown_ = shown;
+    shown_.SetSource(shown);
 }
 
 TrajectoryView* ProjectionDisplay::MakeView() {
@@ -103,7 +97,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case kRequestAxis:
             return RequestAxis();
         case kErase:
-            keptTrails_.Erase(time_);
+            keptTrails_.Erase(shown_.Time());
             ClearLow();
             return DrawDiscs();
         case KeptTrailsPainter::kGoOn:
@@ -126,7 +120,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
             break;
         }
         case kFit:
-            return FitAll();
+            return mover_.FitAll();
         case kFollow: {
             int64 system = kNoSystemID;
             if (message->FindInt64(kFollowedSystem, &system) == B_OK) Follow(system);
@@ -179,7 +173,7 @@ void ProjectionDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
 void ProjectionDisplay::FrameResized(float width, float height) {
     dialogs_.Resized();
     TrajectoryDisplay::FrameResized(width, height);
-    keptTrails_.PaintUncovered(time_, labels_);
+    keptTrails_.PaintUncovered(shown_.Time(), shown_.Labels());
 }
 
 void ProjectionDisplay::Pulse() {
@@ -208,12 +202,12 @@ void ProjectionDisplay::DisplayData() {
     const BAutolock lock(this);
     if (!lock.IsLocked() || !keptTrails_.IsDue()) return;
     ClearLow();
-    keptTrails_.PaintAll(time_, labels_);
+    keptTrails_.PaintAll(shown_.Time(), shown_.Labels());
     DrawDiscs();
 }
 
 bool ProjectionDisplay::IsRunning() const {
-    return !moment_.IsPast() && TrajectoryDisplay::IsRunning();
+    return !shown_.IsPast() && TrajectoryDisplay::IsRunning();
 }
 
 void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
@@ -221,90 +215,56 @@ void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions
     const BAutolock lock(this);
     if (!lock.IsLocked()) return;
     // A run that comes to rest while the past is looked at.
-    if (moment_.IsPast()) return;
-    if (reports > 0) time_ = times[reports - 1];
+    if (shown_.IsPast()) return;
+    if (reports > 0) shown_.SetTime(times[reports - 1]);
     TrajectoryDisplay::ReadData(reports, times, positions, velocities);
 }
 
 void ProjectionDisplay::Redisplay(int32 changes) {
     const int32 told = changes;
-    if (shown_ != nullptr && shown_->Get().epoch != drawn_) changes |= kAllOfFocusChanged;
+    if (shown_.IsStale()) changes |= kAllOfFocusChanged;
     if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
         {
             const ReadGuard guard(Epoch());
             const EpochPortal shown = TakeShown();
             if ((changes & kNamesChanged) != 0) TakeBodies(shown.BodiesInMassOrder());
-            TakeTime();
+            shown_.TakeTime(IsRunning());
         }
         Sky()->ShowTexts();
     }
     pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
-    if (moment_.epoch != drawn_)
+    if (shown_.TakeWhetherMoved())
         ShowOtherMoment();
     else if ((changes & kTimesChanged) != 0 && fields_.trail.IsLimited())
-        ShowMap(false);
+        mover_.Redraw(false);
     if (timeLine_ != nullptr) timeLine_->Redisplay(told);
 }
 
 EpochPortal ProjectionDisplay::TakeShown() {
-    if (shown_ != nullptr) moment_ = shown_->Get();
-    keptTrails_.SetRun(moment_.run);
-    return moment_.PortalFrom(*Epoch());
-}
-
-const AbEpoch& ProjectionDisplay::ShownEpoch() const {
-    return moment_.IsPast() ? *moment_.epoch : *Epoch()->FocusEpoch();
+    shown_.TakeMoment();
+    keptTrails_.SetRun(shown_.GetMoment().run);
+    return shown_.Portal();
 }
 
 // The trails end where the bodies are.
 void ProjectionDisplay::ShowOtherMoment() {
-    drawn_ = moment_.epoch;
-    menus_->ShowMoment(moment_.IsPast());
-    ShowMap(false);
+    menus_->ShowMoment(shown_.IsPast());
+    mover_.Redraw(false);
 }
 
 void ProjectionDisplay::TakeTimeKey(const KeyInput& input) {
     if (timeLine_ != nullptr) static_cast<void>(timeLine_->TakeKey(input));
 }
 
-// During a run the time is that of what was handed over.
-void ProjectionDisplay::TakeTime() {
-    timeUval_ = ShownEpoch().TimeUval();
-    if (IsRunning()) return;
-    time_ = ShownEpoch().Time();
-}
-
 void ProjectionDisplay::TakeBodies(const std::vector<Body*>& bodies) {
     keptTrails_.ModelChanged();
-    TakeTime();
-    TakeReference(bodies);
-    BodyLabels labels = ReadBodyLabels(ShownEpoch(), bodies);
-    if (labels == labels_) return;
-    labels_ = std::move(labels);
-    menus_->ShowSystems(labels_, fields_.followed);
-    menus_->Frame().ShowBodies(labels_, fields_.pair);
+    shown_.TakeTime(IsRunning());
+    if (mover_.TakeReference(bodies)) ShowFollowed();
+    if (!shown_.TakeLabels(bodies)) return;
+    menus_->ShowSystems(shown_.Labels(), fields_.followed);
+    menus_->Frame().ShowBodies(shown_.Labels(), fields_.pair);
     ShowFrame();
-}
-
-// What is followed consists of other bodies, or of the same in another order.
-void ProjectionDisplay::TakeReference(const std::vector<Body*>& bodies) {
-    ViewFrame frame = ReadFrame(ShownEpoch(), bodies, fields_.followed, fields_.pair);
-    const bool isPairGone = fields_.pair.IsOn() && !frame.turning;
-    const bool isGone = frame.reference.empty() && fields_.followed != kNoSystemID;
-    if (isPairGone || isGone) {
-        // The view stays where it was, unless it turned.
-        const ThreeVector origin = View()->Cache().LastReference();
-        if (isPairGone) fields_.projection.center = {};
-        if (frame.reference.empty()) fields_.projection.center += origin;
-        if (isGone) fields_.followed = kNoSystemID;
-        if (isPairGone) fields_.pair = {};
-        menus_->ShowFollowed(labels_, fields_.followed);
-        ShowFrame();
-    }
-    if (frame.turning != View()->Cache().GetTurning()) View()->SetTurning(frame.turning);
-    if (frame.reference != View()->Cache().Reference())
-        View()->SetReference(std::move(frame.reference));
 }
 
 // --- Axis and scale ---
@@ -313,103 +273,31 @@ void ProjectionDisplay::SetAxis(BMessage* message) {
     if (!CancelAxisRequest()) return;
     int32 axis = 0;
     if (message->FindInt32(AxisRequester::kAxisField, &axis) == B_OK && axis >= Projection::kX &&
-        axis <= Projection::kZ && axis != fields_.projection.axis) {
-        Center();
-        fields_.projection.axis = axis;
-        ShowMap(false);
-    }
+        axis <= Projection::kZ && axis != fields_.projection.axis)
+        mover_.SetAxis(axis);
     SendReply(BMessage(kAxisDone));
 }
 
 void ProjectionDisplay::SetScale(BMessage* message) {
-    const auto scale = dialogs_.TakeScale(*message);
-    if (!scale) return;
-    Center();
-    fields_.projection.scale = *scale;
-    ShowMap(true);
-}
-
-// The picture is drawn anew: the middle of the view becomes the middle of the projection.
-void ProjectionDisplay::Center() {
-    const BPoint anchor = View()->AnchorPoint();
-    fields_.projection.Shift(anchor.x, anchor.y);
-    View()->ScrollTo(DisplayCenter());
-}
-
-void ProjectionDisplay::ShowMap(bool isScaleChanged) {
-    ClearLow();
-    if (isScaleChanged) {
-        MakeDiscDomains();
-        dialogs_.TellScale();
-    }
-    SetLastDisp();
-    keptTrails_.ModelChanged();
-    keptTrails_.PaintAll(time_, labels_);
-    DrawDiscs();
-}
-
-// --- What moves the view ---
-
-void ProjectionDisplay::ZoomAbout(BPoint point, double factor) {
-    const BPoint middle = View()->AnchorPoint();
-    // What is followed stands still, wherever the pointer is; where it is not seen, nothing is
-    // lost.
-    if (fields_.followed != kNoSystemID)
-        if (const BPoint place = Map(0.0, 0.0, 0.0); IsInside(place, View()->Bounds()))
-            point = place;
-    Center();
-    fields_.projection.ZoomAbout({point.x - middle.x, point.y - middle.y}, factor);
-    ShowMap(true);
-}
-
-void ProjectionDisplay::PanBy(float right, float down) {
-    const BPoint anchor = View()->AnchorPoint();
-    const BPoint to{anchor.x + right, anchor.y + down};
-    View()->ScrollTo(to);
-    if (std::abs(to.x) > kMaxPan || std::abs(to.y) > kMaxPan) {
-        Center();
-        return ShowMap(false);
-    }
-    keptTrails_.PaintUncovered(time_, labels_);
-    // What was uncovered may hold bodies.
-    DrawDiscs();
-}
-
-// Where the bodies were and will be, and not only where they are.
-void ProjectionDisplay::FitAll() {
-    std::optional<OrbitForecast> forecast;
-    {
-        const ReadGuard guard(Epoch());
-        forecast.emplace(moment_.PortalFrom(*Epoch()).BodiesInMassOrder());
-    }
-    keptTrails_.ModelChanged();
-    const std::vector<ThreeVector> places =
-        OrbitPlaces(View()->Cache(), labels_, *forecast, keptTrails_.Take(time_, labels_));
-    const BRect bounds = View()->Bounds();
-    Center();
-    fields_.projection.Fit(places, bounds.Width(), bounds.Height());
-    ShowMap(true);
+    if (const auto scale = dialogs_.TakeScale(*message)) mover_.SetScale(*scale);
 }
 
 // --- The frame ---
 
 void ProjectionDisplay::SetFrame(int64 followed, const TurningPair& pair) {
     if (followed == fields_.followed && pair == fields_.pair) return ShowFrame();
-    Center();
-    // What stands still comes to the middle; where nothing does any more, the view stays where it
-    // was.
-    const ThreeVector before = fields_.pair.IsOn() ? ThreeVector{} : fields_.projection.center;
-    const bool isFixed = followed == kNoSystemID && !pair.IsOn();
-    fields_.projection.center = isFixed ? before + View()->Cache().LastReference() : ThreeVector{};
-    fields_.followed = followed;
-    fields_.pair = pair;
+    mover_.SetFrame(followed, pair);
     {
         const ReadGuard guard(Epoch());
-        TakeReference(moment_.PortalFrom(*Epoch()).BodiesInMassOrder());
+        static_cast<void>(mover_.TakeReference(shown_.Portal().BodiesInMassOrder()));
     }
-    menus_->ShowFollowed(labels_, fields_.followed);
+    ShowFollowed();
+    mover_.Redraw(false);
+}
+
+void ProjectionDisplay::ShowFollowed() {
+    menus_->ShowFollowed(shown_.Labels(), fields_.followed);
     ShowFrame();
-    ShowMap(false);
 }
 
 void ProjectionDisplay::ShowFrame() {
@@ -426,7 +314,7 @@ void ProjectionDisplay::TurnWith(int64 body) {
 void ProjectionDisplay::SetTrailLength(const TrailLength& length) {
     fields_.trail = length;
     ApplyFields();
-    ShowMap(false);
+    mover_.Redraw(false);
 }
 
 void ProjectionDisplay::ApplyFields() {
@@ -436,8 +324,9 @@ void ProjectionDisplay::ApplyFields() {
 }
 
 void ProjectionDisplay::FollowBody(int32 body) {
-    if (body >= 0 && body < static_cast<int32>(labels_.bodies.size()))
-        Follow(labels_.bodies[static_cast<std::size_t>(body)].id);
+    const std::vector<BodyLabels::Label>& bodies = shown_.Labels().bodies;
+    if (body >= 0 && body < static_cast<int32>(bodies.size()))
+        Follow(bodies[static_cast<std::size_t>(body)].id);
 }
 
 // --- Archive ---
@@ -469,12 +358,13 @@ std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
             MakeScaleBar(fields_.projection.scale, dialogs_.LengthUnit(), *context_.distanceUnits));
     }
     if (fields_.options.time)
-        items.push_back(
-            MakeTimeText(Texts().Label(kLabelTimeIs), time_, timeUval_, *context_.timeUnits));
+        items.push_back(MakeTimeText(Texts().Label(kLabelTimeIs), shown_.Time(), shown_.TimeUval(),
+                                     *context_.timeUnits));
     // Names take the room that is left.
-    if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels_.bodies.size()))
-        AddChosenName(*View(), labels_, pointedAt, &items);
-    if (fields_.options.names) AddNames(*View(), labels_, pointedAt, &items);
+    const BodyLabels& labels = shown_.Labels();
+    if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels.bodies.size()))
+        AddChosenName(*View(), labels, pointedAt, &items);
+    if (fields_.options.names) AddNames(*View(), labels, pointedAt, &items);
     return items;
 }
 

@@ -6,16 +6,16 @@
 #include <memory>
 
 #include "Displays/Base/DisplayContext.h"
-#include "Displays/Projection/BodyLabels.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/KeptTrailsPainter.h"
+#include "Displays/Projection/PictureMover.h"
 #include "Displays/Projection/PictureSaver.h"
 #include "Displays/Projection/ProjectionDialogs.h"
 #include "Displays/Projection/ProjectionFields.h"
+#include "Displays/Projection/ShownModel.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
-#include "Platform/Interface/Canvas/OverlayItem.h"
-#include "Simulation/History/Moment.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 
 class PaceControl;
 class ProjectionView;
@@ -75,11 +75,9 @@ public:
     [[nodiscard]] const Projection& GetProjection() const { return fields_.projection; }
 
     // --- What moves the view ---
-    // The point of the picture stays where it is; what is followed and seen does so instead of it.
-    void ZoomAbout(BPoint point, double factor);
-    // Shows what is so many pixels further right and down.
-    void PanBy(float right, float down);
-    void FitAll();
+    void ZoomAbout(BPoint point, double factor) { mover_.ZoomAbout(point, factor); }
+    void PanBy(float right, float down) { mover_.PanBy(right, down); }
+    void FitAll() { mover_.FitAll(); }
     // What is followed stands still in the middle; trails are relative to it, where they are kept
     // also those of before.
     void Follow(int64 system) { SetFrame(system, fields_.pair); }
@@ -103,13 +101,9 @@ protected:
 
 private:
     void RemoveMenuShortcuts();
-    void Center();
-    void ShowMap(bool isScaleChanged);
-    void TakeReference(const std::vector<Body*>& bodies);
-    void TakeTime();
-    [[nodiscard]] const AbEpoch& ShownEpoch() const;
     void ShowOtherMoment();
     void ToggleOption(bool DisplayOptions::*option);
+    void ShowFollowed();
     void ShowFrame();
     // What the fields say of trails and marks.
     void ApplyFields();
@@ -121,13 +115,9 @@ private:
     std::unique_ptr<DisplayMenus> menus_;
     PaceControl* pace_ = nullptr;
 
-    BodyLabels labels_;
-    double time_ = 0.0;  // s
-    double timeUval_ = 1.0;
-    ShownMoment* shown_ = nullptr;
-    TimeLineBar* timeLine_ = nullptr;    // null: there is none
-    Moment moment_;                      // that is shown
-    std::shared_ptr<const void> drawn_;  // its epoch, up to which the trails are drawn; null: now
+    TimeLineBar* timeLine_ = nullptr;  // null: there is none
+    ShownModel shown_;
     KeptTrailsPainter keptTrails_;
+    PictureMover mover_;
     PictureSaver pictureSaver_;
 };

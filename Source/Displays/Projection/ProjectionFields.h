@@ -5,7 +5,7 @@
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/Projection.h"
 #include "Displays/Projection/ViewFrame.h"
-#include "Displays/Trajectories/TrailLength.h"
+#include "Displays/Trajectories/TrailSource.h"
 #include "Model/Systems/MassSystem.h"
 #include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/GraphicsDefs.h"

@@ -12,7 +12,7 @@
 #include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BWindow.h"
-#include "Platform/Interface/Server/HelpKey.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"

@@ -1,7 +1,7 @@
 // The menu of how long a display's trails are. Rules as for BMenu.
 #pragma once
 
-#include "Displays/Trajectories/TrailLength.h"
+#include "Displays/Trajectories/TrailSource.h"
 #include "Platform/Interface/Handles/BMenu.h"
 
 class BMenuItem;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Interface/Canvas/OverlayItem.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 #include "Simulation/History/TimeLine.h"
 
 class Canvas;

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <utility>
 
-#include "Displays/Trajectories/LineClipping.h"
 #include "Displays/Trajectories/PaintedTest.h"
 #include "Displays/Trajectories/TrajectoryView.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 #include "Platform/Kernel/OS.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "Displays/Trajectories/PlaneMap.h"
 #include "Displays/Trajectories/RepeatedCurves.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
 #include "Simulation/History/Sample.h"

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "Displays/Trajectories/PlaneMap.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
 #include "Platform/Support/SupportDefs.h"
 
 class RepeatedCurves {

@@ -8,16 +8,25 @@
 #include <utility>
 #include <vector>
 
-#include "Displays/Trajectories/FrameMoment.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
+#include "Simulation/History/TurningAxes.h"
 
 class Body;
 class TrajectoryMap;
 
-// Half goes up, of negative numbers too.
-[[nodiscard]] float round_to_unit(float value);
+// A frame of reference at one moment: what stands still in it, and how it is turned. A plain value.
+struct FrameMoment {
+    ThreeVector origin;               // m
+    std::optional<TurningAxes> axes;  // none: it does not turn
+
+    // A place as the frame has it, m.
+    [[nodiscard]] ThreeVector See(const ThreeVector& place) const {
+        const ThreeVector way = place - origin;
+        return axes ? axes->See(way) : way;
+    }
+};
 
 class TrajectoryCache {
 public:

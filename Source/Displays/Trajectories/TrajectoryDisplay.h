@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "Displays/Base/Display.h"
-#include "Displays/Trajectories/PlaneMap.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Displays/Base/ViewLock.h"
-#include "Displays/Trajectories/LineClipping.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 
 namespace {
 

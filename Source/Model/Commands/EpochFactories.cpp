@@ -1,8 +1,8 @@
 #include "Model/Commands/EpochFactories.h"
 
 #include "Model/Commands/MacroCommand.h"
-#include "Model/Commands/SetCalcIntCommand.h"
 #include "Model/Commands/SetEpochNameCommand.h"
+#include "Model/Commands/SetValueCommand.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "Model/Systems/CompositeSystem.h"
-#include "Model/Units/DefaultUnits.h"
 #include "Model/Units/DimValue.h"
+#include "Model/Units/UnitTable.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/FieldTable.h"
 

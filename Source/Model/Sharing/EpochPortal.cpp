@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "Model/Epochs/EpochCursor.h"
-#include "Model/Sharing/EditGate.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Model/Commands/SetVectorCommand.h"
+#include "Model/Commands/SetValueCommand.h"
 #include "Platform/Application/FieldTable.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "Model/Systems/DisplayedSystem.h"
 
-#include "Model/Units/DefaultUnits.h"
 #include "Model/Units/DimValue.h"
+#include "Model/Units/UnitTable.h"
 #include "Platform/Application/FieldTable.h"
 
 namespace {

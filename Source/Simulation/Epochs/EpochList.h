@@ -18,7 +18,6 @@
 #include <vector>
 
 #include "Platform/Interface/Lists/BColumnListView.h"
-#include "Platform/Interface/Lists/ColumnListRow.h"
 
 class AbEpoch;
 class InterfaceTexts;

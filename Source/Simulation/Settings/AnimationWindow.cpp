@@ -1,9 +1,14 @@
 #include "Simulation/Settings/AnimationWindow.h"
 
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <utility>
+
 #include "Displays/Base/DisplayContext.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/SliderControl.h"
-#include "Interface Widgets/WholeNumberFactory.h"
+#include "Model/Commands/CommandFactory.h"
 #include "Model/Commands/EpochFactories.h"
 #include "Platform/Interface/Handles/BBox.h"
 #include "Resources/CommonTexts.h"
@@ -13,6 +18,25 @@ namespace {
 
 // As in a new simulation.
 constexpr BPoint kFirstPlace{609.0f, 559.0f};
+
+// Lets a slider enter whole numbers. Rules as for CommandFactory.
+class WholeNumberFactory final : public NumberCommandFactory {
+public:
+    explicit WholeNumberFactory(std::unique_ptr<const IntCommandFactory> factory)
+        : factory_(std::move(factory)) {}
+
+    double Current(const EpochPortal& portal) const override { return factory_->Current(portal); }
+    // Numbers with a fraction are refused.
+    std::unique_ptr<LCommand> MakeCommand(EpochPortal* portal, const double& value) const override {
+        const bool isWhole =
+            value == std::floor(value) && std::fabs(value) <= std::numeric_limits<int32>::max();
+        return isWhole ? factory_->MakeCommand(portal, static_cast<int32>(value)) : nullptr;
+    }
+    [[nodiscard]] bool EditsEpoch() const override { return factory_->EditsEpoch(); }
+
+private:
+    const std::unique_ptr<const IntCommandFactory> factory_;
+};
 
 std::shared_ptr<const NumberCommandFactory> WholeNumbers(const CalculatorIntFactory& factory) {
     return std::make_shared<const WholeNumberFactory>(

@@ -1,7 +1,9 @@
-// Cuts a line at a frame (Liang and Barsky's method). No state, any thread.
+// Cuts lines at a frame (Liang and Barsky's method). No state, any thread.
 #pragma once
 
 #include <algorithm>
+
+#include "Platform/Support/GraphicsDefs.h"
 
 // Moves the ends that lie outside the frame, whose sides may be whole numbers, onto its border.
 // False, and nothing is moved, for a line that does not meet it. The ends must be finite.
@@ -36,4 +38,12 @@ template <typename Frame>
         *y0 = startY + begin * dy;
     }
     return true;
+}
+
+// The same for points of the screen, whose ends need not be finite: such a line meets nothing.
+[[nodiscard]] bool FixStartEnd(BPoint* start, BPoint* end, BRect frame);
+
+[[nodiscard]] inline bool IsInside(BPoint point, BRect frame) {
+    return point.x >= frame.left && point.x <= frame.right && point.y >= frame.top &&
+           point.y <= frame.bottom;
 }

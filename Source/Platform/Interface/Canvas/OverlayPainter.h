@@ -5,7 +5,7 @@
 #include <QRectF>
 #include <vector>
 
-#include "Platform/Interface/Canvas/OverlayItem.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 #include "Platform/Support/GraphicsDefs.h"
 
 class QPainter;

@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QScreen>
 
-#include "Platform/Interface/Server/ValueChange.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {

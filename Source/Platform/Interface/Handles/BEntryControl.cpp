@@ -10,7 +10,6 @@
 
 #include "Platform/Interface/Server/FieldLine.h"
 #include "Platform/Interface/Server/LineText.h"
-#include "Platform/Interface/Server/PassingTip.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {

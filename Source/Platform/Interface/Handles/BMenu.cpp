@@ -12,7 +12,6 @@
 #include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/MenuItemPart.h"
 #include "Platform/Interface/Server/Mnemonics.h"
-#include "Platform/Interface/Server/PassingTip.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "Platform/Interface/Server/ValueChange.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {

@@ -28,6 +28,12 @@ inline constexpr uint32 B_SHIFT_KEY = 0x01;
 inline constexpr uint32 B_COMMAND_KEY = 0x02;
 inline constexpr uint32 B_OPTION_KEY = 0x40;
 
+// As a modifier of BWindow::AddShortcut: the key alone, without the command key. Fields and lists
+// that take letters have it before the window.
+inline constexpr uint32 B_NO_COMMAND_KEY = 0x8000;
+// F1, which opens a program's guide: as a shortcut it stands alone, without the command key.
+inline constexpr char B_HELP_KEY = 0x10;
+
 inline constexpr uint32 B_PRIMARY_MOUSE_BUTTON = 0x01;
 inline constexpr uint32 B_SECONDARY_MOUSE_BUTTON = 0x02;
 inline constexpr uint32 B_TERTIARY_MOUSE_BUTTON = 0x04;

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Platform/Interface/Lists/ColumnListRow.h"
+#include "Platform/Interface/Lists/BColumnListView.h"
 
 struct ColumnListTitle {
     QString text;

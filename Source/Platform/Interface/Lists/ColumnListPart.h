@@ -11,7 +11,6 @@
 
 #include "Platform/Interface/Lists/BColumnListView.h"
 #include "Platform/Interface/Lists/ColumnListModel.h"
-#include "Platform/Interface/Lists/ColumnListRow.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 // What the part tells its view: int64 by one of these names, the key of the row concerned.

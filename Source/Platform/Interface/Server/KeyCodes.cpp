@@ -3,8 +3,7 @@
 #include <QChar>
 #include <array>
 
-#include "Platform/Interface/Server/HelpKey.h"
-#include "Platform/Interface/Server/PlainKey.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <atomic>
 
 #include "Platform/Interface/Server/Mnemonics.h"
-#include "Platform/Interface/Server/PassingTip.h"
+#include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
 

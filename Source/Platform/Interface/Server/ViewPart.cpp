@@ -1,6 +1,17 @@
 #include "Platform/Interface/Server/ViewPart.h"
 
+#include <QApplication>
+#include <QToolTip>
 #include <QVBoxLayout>
+#include <QWidget>
+#include <QWindow>
+
+namespace {
+
+// The toolkit's own window of tips, of which it has one.
+constexpr const char* kTipClass = "QTipLabel";
+
+}  // namespace
 
 void ViewPart::Create() {
     widget_ = Make();
@@ -59,4 +70,11 @@ QString ToText(const std::string& text) {
 
 QString ToLabel(const std::string& label) {
     return ToText(label).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+void ShowPassingTip(QPoint place, const QString& text, QWidget* owner, int milliseconds) {
+    QToolTip::showText(place, text, owner, {}, milliseconds);
+    for (const QWidget* const window : QApplication::topLevelWidgets())
+        if (window->inherits(kTipClass) && window->windowHandle() != nullptr)
+            window->windowHandle()->setFlag(Qt::WindowTransparentForInput);
 }

@@ -10,6 +10,7 @@
 
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/InterfaceDefs.h"
 #include "Platform/Interface/Server/WindowServer.h"
 
 // What parts send to their views: the user changed something.
@@ -70,3 +71,31 @@ void ChangePart(const std::shared_ptr<ViewPart>& part, Change change) {
 [[nodiscard]] QString ToText(const std::string& text);
 // A label that is shown as it stands: "&" would mark a letter.
 [[nodiscard]] QString ToLabel(const std::string& label);
+
+// Server's thread: a tip that is in nobody's way, for what is clicked is what lies below it. At
+// that place on the screen, for `owner`; until the toolkit thinks that it was read, or for so many
+// milliseconds. An empty text hides it.
+void ShowPassingTip(QPoint place, const QString& text, QWidget* owner, int milliseconds = -1);
+
+// What a part tells its control: int32 "value", as the user has moved it, and bool "final" when
+// that is where it stays. A plain value.
+struct ValueChange {
+    int32 value = 0;
+    bool isFinal = false;
+
+    [[nodiscard]] BMessage ToMessage() const {
+        BMessage message(kViewChanged);
+        message.AddInt32(kValueField, value);
+        message.AddBool(kFinalField, isFinal);
+        return message;
+    }
+    [[nodiscard]] static ValueChange From(const BMessage& message) {
+        ValueChange change;
+        message.FindInt32(kValueField, &change.value);
+        message.FindBool(kFinalField, &change.isFinal);
+        return change;
+    }
+
+private:
+    static constexpr const char* kFinalField = "final";
+};

@@ -1,8 +1,6 @@
-#include "Displays/Trajectories/LineClipping.h"
+#include "Platform/Interface/Canvas/LineClip.h"
 
 #include <cmath>
-
-#include "Platform/Interface/Canvas/LineClip.h"
 
 bool FixStartEnd(BPoint* start, BPoint* end, BRect frame) {
     if (IsInside(*start, frame) && IsInside(*end, frame)) return true;

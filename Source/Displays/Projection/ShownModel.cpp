@@ -1,0 +1,35 @@
+#include "Displays/Projection/ShownModel.h"
+
+#include <utility>
+
+#include "Simulation/History/ShownMoment.h"
+
+bool ShownModel::IsStale() const {
+    return source_ != nullptr && source_->Get().epoch != drawn_;
+}
+
+void ShownModel::TakeMoment() {
+    if (source_ != nullptr) moment_ = source_->Get();
+}
+
+const AbEpoch& ShownModel::Epoch() const {
+    return moment_.IsPast() ? *moment_.epoch : *portal_->FocusEpoch();
+}
+
+bool ShownModel::TakeWhetherMoved() {
+    if (moment_.epoch == drawn_) return false;
+    drawn_ = moment_.epoch;
+    return true;
+}
+
+bool ShownModel::TakeLabels(const std::vector<Body*>& bodies) {
+    BodyLabels labels = ReadBodyLabels(Epoch(), bodies);
+    if (labels == labels_) return false;
+    labels_ = std::move(labels);
+    return true;
+}
+
+void ShownModel::TakeTime(bool isRunning) {
+    timeUval_ = Epoch().TimeUval();
+    if (!isRunning) time_ = Epoch().Time();
+}
