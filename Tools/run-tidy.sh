@@ -3,8 +3,8 @@
 # path matches the expression EXCEPT, with these further options. Needs a build in build/. Options and pragmas that
 # are the compiler's own it need not know.
 #
-# Most of its time goes into headers, so sources are read by the dozen, as one that includes them all. Sources that
-# do not agree (two of them have a helper of one name, say) are read one by one.
+# Most of its time goes into headers, so sources are read in batches. Those of a batch in which something is found,
+# or whose sources do not agree, are read one by one.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -13,67 +13,44 @@ trap 'rm -rf "$work"' EXIT
 # A header that g++ has precompiled is of no use to clang-tidy.
 sed 's/ -Winvalid-pch -include [^ ]*//; s/ -fpch-preprocess//' build/compile_commands.json >"$work/compile_commands.json"
 
-# Writes the batches, and the database that tells how each is compiled: as its first source is, which has the same
-# options as the others. A batch takes a source when none of the names that are the source's own is taken.
+# The options of each source and the source, with a tab between them, sorted; then a batch and its entry in a
+# database of their own for each dozen of one kind of options.
 mkdir "$work/batches"
-awk -v build="$PWD/build/" -v except="${1:-^$}" -v work="$work" -v most=12 '
-    function Own(file, names,    line, inside, count, found) {
-        count = 0
-        while ((getline line < file) > 0) {
-            if (line ~ /^namespace \{/) inside = 1
-            else if (line ~ /^}  \/\/ namespace/) inside = 0
-            else if (line ~ /^#define /) { split(line, found, /[ (]/); names[count++] = found[2] }
-            else if (line ~ /^int main\(/) names[count++] = "main"
-            else if (inside && match(line, /^(constexpr|const|static|inline) .*[ *&][A-Za-z_0-9]+(\[[^]]*\])?( =|\{|;)/)) {
-                sub(/(\[[^]]*\])*( =|\{|;).*/, "", line); sub(/.*[ *&]/, "", line); names[count++] = line
-            }
-            else if (inside && match(line, /^(class|struct|enum|union|using) +(class )?[A-Za-z_0-9]+/)) {
-                line = substr(line, 1, RLENGTH); sub(/.* /, "", line); names[count++] = line
-            }
-            else if (inside && match(line, /^[A-Za-z_][^=(]*[ *&][A-Za-z_0-9]+\(/)) {
-                line = substr(line, 1, RLENGTH - 1); sub(/.*[ *&]/, "", line); names[count++] = line
-            }
-        }
-        close(file)
-        return count
-    }
-    function Fits(batch, names, count,    i) {
-        if (size[batch] >= most) return 0
-        for (i = 0; i < count; i++) if ((batch, names[i]) in taken) return 0
-        return 1
-    }
+awk -v build="$PWD/build/" -v except="${1:-^$}" '
     /^ *"directory":/ { directory = $0 }
-    /^ *"command":/ { command = $0 }
+    /^ *"command":/ { command = $0; sub(/ -o .*/, "", command) }
     /^ *"file":.*\.cpp"/ {
         file = $0; sub(/^ *"file": "/, "", file); sub(/",?$/, "", file)
-        if (index(file, build) == 1 || file ~ except || file in seen) next
+        if (index(file, build) != 1 && file !~ except && !(file in seen)) print directory command "\t" file
         seen[file] = 1
-        options = command; sub(/ -o .*/, "", options)
-        count = Own(file, names)
-        for (b = 0; b < batches[options] && !Fits(options SUBSEP b, names, count); b++) {}
-        batch = options SUBSEP b
-        if (b == batches[options] + 0) {
-            batches[options]++
-            path[batch] = sprintf("%s/batches/%03d.cpp", work, total++)
-            printf("%s{\n%s\n%s -o batch.o -c %s\",\n  \"file\": \"%s\"\n}", (total == 1) ? "[\n" : ",\n",
-                directory, options, path[batch], path[batch]) > (work "/batches/compile_commands.json")
-        }
-        size[batch]++
-        for (i = 0; i < count; i++) taken[batch, names[i]] = 1
-        printf "#include \"%s\"\n", file > path[batch]
     }
-    END { print "]" > (work "/batches/compile_commands.json") }
-' "$work/compile_commands.json"
+' "$work/compile_commands.json" | sort >"$work/sources"
 
-# read_batch BATCH OPTION...: what is found in the batch; its sources are asked when there is something, or when they
-# do not agree.
+database="$work/batches/compile_commands.json"
+number=0
+separator="["
+while IFS= read -r options; do
+    number=$((number + 1))
+    options="$options" awk -F '\t' '$1 == ENVIRON["options"] { print $2 }' "$work/sources" |
+        awk -f Tools/batch-sources.awk | while IFS=$'\t' read -r batch file; do
+            printf '#include "%s"\n' "$file" >>"$work/batches/$number-$batch.cpp"
+        done
+    for batch in "$work/batches/$number-"*.cpp; do
+        printf '%s{%s -o batch.o -c %s", "file": "%s"}\n' "$separator" "$options" "$batch" "$batch" >>"$database"
+        separator=","
+    done
+done < <(cut -f1 "$work/sources" | uniq)
+echo "]" >>"$database"
+
+# read_batch BATCH OPTION...: what is found in the batch.
 read_batch() {
     local batch="$1"
     shift
     local common=(--quiet --config-file="$PWD/.clang-tidy" "$@"
         --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-unknown-pragmas)
     clang-tidy -p "$work/batches" "${common[@]}" "$batch" >/dev/null 2>&1 ||
-        sed 's/^#include "\(.*\)"$/\1/' "$batch" | xargs -d '\n' -n 1 clang-tidy -p "$work" "${common[@]}" 2>/dev/null
+        sed 's/^#include "\(.*\)"$/\1/' "$batch" |
+        xargs -d '\n' -n 1 clang-tidy -p "$work" "${common[@]}" 2>/dev/null
 }
 export work
 export -f read_batch
