@@ -14,9 +14,12 @@ struct Topic {
 };
 
 constexpr Topic kTopics[] = {
-    {"forces", BenchForces},     {"calculator", BenchCalculator},
-    {"series", BenchSeries},     {"history", BenchHistory},
-    {"runs", BenchRuns},         {"documents", BenchDocuments},
+    {"forces", BenchForces},       {"calculator", BenchCalculator},
+    {"series", BenchSeries},       {"history", BenchHistory},
+    {"runs", BenchRuns},           {"documents", BenchDocuments},
+#ifdef ORVEK_PROTOTYPE
+    {"prototype", BenchPrototype},
+#endif
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},
 #endif

@@ -14,6 +14,10 @@ constexpr int32 kMaxThreads = 16;
 constexpr int64 kMaxPairBytes = int64{256} << 20;
 // Fewer pairs are not worth a second thread.
 constexpr int64 kPairsWorthSharing = 1200;
+// Some tens of microseconds, after which it is asked whether to go on.
+constexpr int32 kTilesBetweenLooks = 16;
+// As many of them are added by one thread in a row.
+constexpr int32 kVectorsTogether = 8;
 // Fewer vectors are not sorted, and their bodies all go to the highest order.
 constexpr int32 kLeastSortedVectors = 5;
 
@@ -58,12 +62,30 @@ struct SeriesForces::Pass {
         const TileArrays& tiles = forces.tileArrays_;
         const auto& kernels = *forces.instance_;
         const auto add = tiles.powers ? kernels.tiles[k / 2] : kernels.freshTiles[k / 2];
-        for (int32 group; (group = next.fetch_add(1)) < tiles.groups && !stopped;) {
-            if (stop.ShouldStop())
-                stopped = true;
-            else
-                add(forces.arrays_, tiles, group);
-        }
+        for (int32 group; (group = next.fetch_add(1)) < tiles.groups && !stopped;)
+            for (int32 tile = 0; tile * tiles.groups < tiles.countTiles;
+                 tile += kTilesBetweenLooks) {
+                if (stop.ShouldStop()) stopped = true;
+                if (stopped) return;
+                add(forces.arrays_, tiles, group, tile, kTilesBetweenLooks);
+            }
+    }
+};
+
+// The sums of all groups, once these are complete: threads take vectors from a counter.
+struct SeriesForces::Sums {
+    const SeriesForces& forces;
+    const int32 k;
+    std::atomic<int32> next{0};
+
+    static void DoTasks(void* sums) { static_cast<Sums*>(sums)->DoTasks(); }
+
+    void DoTasks() {
+        const SeriesArrays& arrays = forces.arrays_;
+        for (int32 first; (first = next.fetch_add(kVectorsTogether)) < arrays.massiveVectors;)
+            for (int32 vector = first;
+                 vector < std::min(first + kVectorsTogether, arrays.massiveVectors); vector++)
+                forces.instance_->sumGroups(arrays, forces.tileArrays_, k, vector);
     }
 };
 
@@ -230,8 +252,8 @@ bool SeriesForces::MakePass(int32 k, const StopFlags& stop) {
     Pass pass{*this, k, stop};
     Run(&pass, int64{arrays_.massive} * arrays_.massive / 2);
     if (pass.stopped) return false;
-    for (int32 vector = 0; vector < arrays_.massiveVectors; vector++)
-        instance_->sumGroups(arrays_, tileArrays_, k, vector);
+    Sums sums{*this, k};
+    Run(&sums, int64{arrays_.massive} * tileArrays_.groups / 4);
     return true;
 }
 

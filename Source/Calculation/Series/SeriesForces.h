@@ -45,6 +45,7 @@ public:
 
 private:
     struct Pass;
+    struct Sums;
     struct TargetTasks;
 
     void ResizeRing();
