@@ -12,8 +12,11 @@ namespace {
 constexpr int32 kMaxThreads = 16;
 // What pairs of massive bodies may keep from one pass to the next.
 constexpr int64 kMaxPairBytes = int64{256} << 20;
-// Fewer pairs are not worth a second thread.
-constexpr int64 kPairsWorthSharing = 1200;
+// Fewer pairs of massive bodies are not worth a second thread in each pass, nor are fewer sums of
+// vectors; or fewer pairs of massless bodies, which go through all orders at once.
+constexpr int64 kPairsWorthSharing = 10'000;
+constexpr int64 kSumsWorthSharing = 1000;
+constexpr int64 kTargetPairsWorthSharing = 1200;
 // Some tens of microseconds, after which it is asked whether to go on.
 constexpr int32 kTilesBetweenLooks = 16;
 // As many of them are added by one thread in a row.
@@ -250,10 +253,10 @@ bool SeriesForces::MakeTiles(SeriesStore* store, const SplitStates& states, doub
 
 bool SeriesForces::MakePass(int32 k, const StopFlags& stop) {
     Pass pass{*this, k, stop};
-    Run(&pass, int64{arrays_.massive} * arrays_.massive / 2);
+    Run(&pass, int64{arrays_.massive} * arrays_.massive / 2 >= kPairsWorthSharing);
     if (pass.stopped) return false;
     Sums sums{*this, k};
-    Run(&sums, int64{arrays_.massive} * tileArrays_.groups / 4);
+    Run(&sums, int64{arrays_.massiveVectors} * tileArrays_.groups >= kSumsWorthSharing);
     return true;
 }
 
@@ -291,13 +294,14 @@ void SeriesForces::LeaveOut(int32 k, double theta, double cutoff) {
 
 bool SeriesForces::MakeTargets(const StopFlags& stop) {
     TargetTasks tasks{*this, stop, arrays_.massiveVectors};
-    Run(&tasks, int64{arrays_.bodies - arrays_.massive} * arrays_.massive);
+    Run(&tasks,
+        int64{arrays_.bodies - arrays_.massive} * arrays_.massive >= kTargetPairsWorthSharing);
     return !tasks.stopped;
 }
 
 template <class Work>
-void SeriesForces::Run(Work* work, int64 pairs) {
-    if (threads_ == 1 || pairs < kPairsWorthSharing) {
+void SeriesForces::Run(Work* work, bool isWorthSharing) {
+    if (threads_ == 1 || !isWorthSharing) {
         work->DoTasks();
         return;
     }
