@@ -7,6 +7,8 @@ void BenchForces(BenchTable* table);
 void BenchCalculator(BenchTable* table);
 void BenchHistory(BenchTable* table);
 void BenchSeries(BenchTable* table);
+// Takes minutes.
+void BenchDrift(BenchTable* table);
 void BenchRuns(BenchTable* table);
 void BenchDocuments(BenchTable* table);
 // Only where the build knows the prototype (ORVEK_PROTOTYPE).
