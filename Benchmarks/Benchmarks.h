@@ -7,7 +7,11 @@ void BenchForces(BenchTable* table);
 void BenchCalculator(BenchTable* table);
 void BenchHistory(BenchTable* table);
 void BenchSeries(BenchTable* table);
+// Takes minutes.
+void BenchDrift(BenchTable* table);
 void BenchRuns(BenchTable* table);
 void BenchDocuments(BenchTable* table);
+// Only where the build knows the prototype (ORVEK_PROTOTYPE).
+void BenchPrototype(BenchTable* table);
 // Only where there are windows (ORVEK_GUI).
 void BenchDisplays(BenchTable* table);

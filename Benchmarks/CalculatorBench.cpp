@@ -140,17 +140,18 @@ void BenchReport(BenchTable* table) {
                          mostPercent, 100 * ReportShare(count), "%");
 }
 
-void BenchPause(BenchTable* table) {
-    TestSystem system(Cloud(5000), 4, kCutoff);
+void BenchPause(BenchTable* table, int32 order) {
+    TestSystem system(Cloud(5000), order, kCutoff);
     TaylorCalculator calculator(system.Portal(), system.Consumers(), nullptr);
     std::vector<double> delays;
     for (int i = 0; i < 41; i++) {
-        calculator.UnPause();
+        calculator.UnPause(i % 2 == 1);
         std::this_thread::sleep_for(std::chrono::milliseconds(3 + 17 * i % 101));
         delays.push_back(Seconds([&] { calculator.Pause(); }));
     }
-    table->AddAtMost("pause, 5000 massive bodies", 10, 1e3 * Median(&delays), "ms");
-    table->AddFigure("pause, 5000 massive bodies, the longest of 41", 1e3 * delays.back(), "ms");
+    const std::string what = "pause, 5000 massive bodies, order " + std::to_string(order);
+    table->AddAtMost(what, 10, 1e3 * Median(&delays), "ms");
+    table->AddFigure(what + ", the longest of 41", 1e3 * delays.back(), "ms");
 }
 
 }  // namespace
@@ -164,5 +165,6 @@ void BenchCalculator(BenchTable* table) {
     for (const auto& [count, order, least] : cases)
         BenchAgainstScalar(table, count, order, least);
     BenchReport(table);
-    BenchPause(table);
+    for (const int32 order : {4, 16})
+        BenchPause(table, order);
 }

@@ -11,21 +11,26 @@ namespace {
 struct Topic {
     const char* name;
     void (*run)(BenchTable* table);
+    bool isLong = false;  // minutes: only who names it wants it
 };
 
 constexpr Topic kTopics[] = {
-    {"forces", BenchForces},     {"calculator", BenchCalculator},
-    {"series", BenchSeries},     {"history", BenchHistory},
-    {"runs", BenchRuns},         {"documents", BenchDocuments},
+    {"forces", BenchForces},       {"calculator", BenchCalculator},
+    {"series", BenchSeries},       {"history", BenchHistory},
+    {"runs", BenchRuns},           {"documents", BenchDocuments},
+    {"drift", BenchDrift, true},
+#ifdef ORVEK_PROTOTYPE
+    {"prototype", BenchPrototype},
+#endif
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},
 #endif
 };
 
-bool Wanted(const char* name, int argc, char** argv) {
+bool Wanted(const Topic& topic, int argc, char** argv) {
     for (int i = 1; i < argc; i++)
-        if (std::strcmp(argv[i], name) == 0) return true;
-    return argc == 1;
+        if (std::strcmp(argv[i], topic.name) == 0) return true;
+    return argc == 1 && !topic.isLong;
 }
 
 }  // namespace
@@ -33,7 +38,7 @@ bool Wanted(const char* name, int argc, char** argv) {
 int main(int argc, char** argv) {
     BenchTable table;
     for (const Topic& topic : kTopics)
-        if (Wanted(topic.name, argc, argv)) topic.run(&table);
+        if (Wanted(topic, argc, argv)) topic.run(&table);
     if (table.CountRows() == 0) {
         std::fprintf(stderr, "usage: orvek-bench [topic...]\ntopics:");
         for (const Topic& topic : kTopics)

@@ -21,6 +21,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SimulationFile.h"
+#include "Tests/Calculation/Series/SeriesFixtures.h"
 #include "Tests/Run/ProgramRun.h"
 
 namespace {
@@ -58,45 +59,13 @@ void PutCloud(int32 count, int32 massive, const std::string& path) {
     PutDocument(epoch, path);
 }
 
-// Sun and outer planets on 5 September 1994, from Hairer, Lubich and Wanner, Geometric Numerical
-// Integration, I.2.4: masses of the Sun with the inner planets, AU, AU per day.
 void PutOuterPlanets(const std::string& path) {
-    constexpr double kAU = 1.495978707e11;
-    constexpr double kSpeed = kAU / 86400.0;
-    constexpr double kSunGM = 2.95912208286e-4 * kAU * kSpeed * kSpeed;
-    const struct {
-        const char* name;
-        double mass;
-        ThreeVector position;
-        ThreeVector velocity;
-    } bodies[] = {
-        {"Sun", 1.00000597682, {0, 0, 0}, {0, 0, 0}},
-        {"Jupiter",
-         0.000954786104043,
-         {-3.5023653, -3.8169847, -1.5507963},
-         {0.00565429, -0.00412490, -0.00190589}},
-        {"Saturn",
-         0.000285583733151,
-         {9.0755314, -3.0458353, -1.6483708},
-         {0.00168318, 0.00483525, 0.00192462}},
-        {"Uranus",
-         0.0000437273164546,
-         {8.3101420, -16.2901086, -7.2521278},
-         {0.00354178, 0.00137102, 0.00055029}},
-        {"Neptune",
-         0.0000517759138449,
-         {11.4707666, -25.7294829, -10.8169456},
-         {0.00288930, 0.00114527, 0.00039677}},
-        {"Pluto",
-         1.0 / 1.3e8,
-         {-15.5387357, -25.2225594, -3.1902382},
-         {0.00276725, -0.00170702, -0.00136504}},
-    };
     Epoch epoch;
     int64 id = 0;
-    for (const auto& body : bodies)
-        AddBody(&epoch, body.name, id++, body.mass * kSunGM, kAU * body.position,
-                kSpeed * body.velocity);
+    for (const auto& [position, velocity, gm] : OuterPlanets()) {
+        AddBody(&epoch, ("Body " + std::to_string(id)).c_str(), id, gm, position, velocity);
+        id++;
+    }
     PutDocument(epoch, path);
 }
 
@@ -130,10 +99,12 @@ double PeakMegabytesOf(const std::function<void()>& work) {
 void BenchLargeDocuments(BenchTable* table, const TemporaryFolder& folder) {
     const std::string massive = folder.File("massive");
     const std::string large = folder.File("large");
+    const std::string massless = folder.File("massless");
     // In a process of its own, whose memory does not stay here.
     PeakMegabytesOf([&] {
         PutCloud(5000, 5000, massive);
         PutCloud(100000, 1, large);
+        PutCloud(100010, 10, massless);
     });
     const auto read = [&large] {
         BMessage record;
@@ -147,6 +118,8 @@ void BenchLargeDocuments(BenchTable* table, const TemporaryFolder& folder) {
                      "s");
     table->AddAtMost("orvek-run, 5000 massive bodies, 30 steps saved, peak memory", 150,
                      PeakMegabytes({"-q", "-n", "30", "-o", folder.File("saved"), massive}), "MB");
+    table->AddAtMost("orvek-run, order 16, 10 massive bodies and 100000 others, peak memory", 400,
+                     PeakMegabytes({"-q", "-n", "3", "--order", "16", massless}), "MB");
 }
 
 void BenchCutoffs(BenchTable* table, const TemporaryFolder& folder) {

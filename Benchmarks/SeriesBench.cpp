@@ -72,7 +72,8 @@ public:
         bool found = false;
         for (int32 i = 0; i < steps; i++) {
             Step(1);
-            found |= contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step());
+            found |= contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step(), stop_)
+                         .value_or(true);
         }
         return found;
     }

@@ -270,7 +270,7 @@ void Calculator::HandOverPictures(int32 reports) {
 
 // Without one of its bodies there is nothing to wait for any more.
 void Calculator::PrepareCondition() {
-    if (condition_ && !condition_->Begin(bodies_)) EndAtGoal();
+    if (condition_ && !condition_->Begin(bodies_, isBackwards_)) EndAtGoal();
 }
 
 void Calculator::EndAtGoal() {

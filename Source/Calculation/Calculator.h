@@ -71,7 +71,7 @@ public:
     // +infinity: no limit. A run that is paused or that collides goes on counting when it is
     // resumed; a limit holds once.
     void SetRunLimit(int64 steps, double time) { limit_.Set({steps, time}); }
-    // Likewise at the first report at or past that; none: at nothing else. While parked.
+    // Likewise where that is met (RunCondition.h); none: at nothing else. While parked.
     void SetRunCondition(std::optional<RunCondition> condition) { condition_ = condition; }
     // Whether the target is told that a run stops at its limit or condition (RunEnding::kGoal).
     // While parked.
@@ -143,6 +143,8 @@ protected:
     [[nodiscard]] int32 MostReports() const;
     // The time at which the run is to stop, s; NaN if at none.
     [[nodiscard]] double TimeLimit() const { return limit_.Time(); }
+    // What it is to stop at beside that.
+    [[nodiscard]] const std::optional<RunCondition>& Condition() const { return condition_; }
     // The batch reaches the next picture, and is to end.
     [[nodiscard]] bool IsPictureReached() const { return pictures_.Times().IsReached(timeBase_); }
     // What is left until it stops.

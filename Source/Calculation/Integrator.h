@@ -91,6 +91,8 @@ public:
     };
     // None: the motion is not known, or all go straight on.
     [[nodiscard]] virtual std::optional<Motion> LastMotion() const { return std::nullopt; }
+    // The last report is there, within that motion, in place of where it was.
+    virtual void GoBackTo(double /*theta*/) {}
 
     // Adds the fields that are saved with an epoch, under names of the method's own.
     [[nodiscard]] virtual status_t Archive(BMessage* into) const = 0;

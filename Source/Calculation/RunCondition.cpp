@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Calculation/Series/SeriesStep.h"
 #include "Model/Systems/Body.h"
 
 namespace {
@@ -15,6 +16,13 @@ double Along(const ThreeVector& v, int32 axis) {
     return axis == 0 ? v.x : axis == 1 ? v.y : v.z;
 }
 
+auto PointsAt(const SeriesStep& step, double theta) {
+    return [&step, theta](int32 body) {
+        const SeriesStep::BodyMotion motion = step.BodyAt(body, theta);
+        return PathPoint{motion.position, motion.velocity};
+    };
+}
+
 }  // namespace
 
 RunCondition RunCondition::ClosestApproach(int64 body, int64 other) {
@@ -22,39 +30,73 @@ RunCondition RunCondition::ClosestApproach(int64 body, int64 other) {
 }
 
 RunCondition RunCondition::Crossing(int32 axis, int64 body, int64 other) {
-    return {axis, body, other};
+    return {static_cast<Kind>(axis), body, other};
 }
 
-bool RunCondition::Begin(const std::vector<Body*>& bodies) {
+RunCondition RunCondition::Escape(int64 body, double distance) {
+    RunCondition condition(kEscape, body, kOrigin);
+    condition.escape_.SetDistance(distance);
+    return condition;
+}
+
+bool RunCondition::Begin(const std::vector<Body*>& bodies, bool isBackwards) {
+    way_ = isBackwards ? -1.0 : 1.0;
     bodyAt_ = PlaceOf(body_, bodies);
     otherAt_ = other_ == kOrigin ? -1 : PlaceOf(other_, bodies);
     if (bodyAt_ < 0 || (other_ != kOrigin && otherAt_ < 0)) return false;
-    const Body& body = *bodies[static_cast<std::size_t>(bodyAt_)];
-    ThreeVector position = body.Position();
-    ThreeVector velocity = body.Velocity();
-    if (otherAt_ >= 0) {
-        const Body& other = *bodies[static_cast<std::size_t>(otherAt_)];
-        position -= other.Position();
-        velocity -= other.Velocity();
-    }
-    former_ = axis_ == kApproach ? Dot(position, velocity) : Along(position, axis_);
+    escape_.SetBodies(bodies);
+    former_ = Value([&](int32 at) {
+        const Body& body = *bodies[static_cast<std::size_t>(at)];
+        return PathPoint{body.Position(), body.Velocity()};
+    });
     return true;
 }
 
-double RunCondition::Difference(const double* const axes[3], int32 axis) const {
-    const double* const values = axes[axis];
-    return otherAt_ < 0 ? values[bodyAt_] : values[bodyAt_] - values[otherAt_];
+template <class PointOfBody>
+PathPoint RunCondition::Apart(const PointOfBody& pointOf) const {
+    const PathPoint point = pointOf(bodyAt_);
+    return otherAt_ < 0 ? point : point - pointOf(otherAt_);
 }
 
 // Bodies come closer while the way between them and its change are opposed.
+template <class PointOfBody>
+double RunCondition::Value(const PointOfBody& pointOf) const {
+    if (kind_ == kEscape)
+        return escape_.IsEscaped(escape_.FromOthers(bodyAt_, pointOf)) ? 1.0 : -1.0;
+    const PathPoint apart = Apart(pointOf);
+    if (kind_ == kApproach) return way_ * Dot(apart.position, apart.velocity);
+    return Along(apart.position, kind_);
+}
+
+bool RunCondition::IsMet(double value) const {
+    const bool isCrossing = kind_ <= kPlaneZ;
+    return (former_ < 0.0 && value >= 0.0) || (isCrossing && former_ > 0.0 && value <= 0.0);
+}
+
 bool RunCondition::Reached(const BodyArrays& bodies) {
-    const double former = former_;
-    if (axis_ == kApproach) {
-        former_ = 0.0;
-        for (int32 axis = 0; axis < 3; axis++)
-            former_ += Difference(bodies.position, axis) * Difference(bodies.velocity, axis);
-        return former < 0.0 && former_ >= 0.0;
+    const double value = Value([&](int32 body) { return PointOf(bodies, body); });
+    const bool isMet = IsMet(value);
+    former_ = value;
+    return isMet;
+}
+
+std::optional<double> RunCondition::MomentIn(const SeriesStep& step, double from, double to) const {
+    const auto isMetAt = [&](double theta) { return IsMet(Value(PointsAt(step, theta))); };
+    if (!isMetAt(to)) {
+        if (kind_ > kPlaneZ) return std::nullopt;
+        // Through the plane and back: it would be where the body turns.
+        to = Turn(step, from, to);
+        if (!isMetAt(to)) return std::nullopt;
     }
-    former_ = Difference(bodies.position, axis_);
-    return (former < 0.0 && former_ >= 0.0) || (former > 0.0 && former_ <= 0.0);
+    return FirstTheta(from, to, isMetAt);
+}
+
+// Where a body that comes nearer to the plane and goes away from it is nearest; else the end.
+double RunCondition::Turn(const SeriesStep& step, double from, double to) const {
+    const auto leaves = [&](double theta) {
+        const PathPoint apart = Apart(PointsAt(step, theta));
+        return way_ * former_ * Along(apart.velocity, kind_) > 0.0;
+    };
+    if (leaves(from) || !leaves(to)) return to;
+    return FirstTheta(from, to, leaves);
 }

@@ -152,7 +152,13 @@ int32 TaylorCalculator::MakeReports() {
 
 bool TaylorCalculator::MakeReport() {
     const double from = integrator_->Time();
-    const auto [outcome, steps] = integrator_->Advance(TimeLimit(), Stop());
+    auto [outcome, steps] = integrator_->Advance(TimeLimit(), Stop());
+    const bool hasMoved =
+        outcome == Integrator::Outcome::kReport || outcome == Integrator::Outcome::kContact;
+    if (hasMoved && Condition() && GoBackToCondition()) {
+        outcome = Integrator::Outcome::kReport;
+        steps = 0;
+    }
     if (!watchers_.empty()) TellMotion(from);
     switch (outcome) {
         case Integrator::Outcome::kReport:
@@ -172,6 +178,15 @@ bool TaylorCalculator::MakeReport() {
             break;
     }
     return false;
+}
+
+bool TaylorCalculator::GoBackToCondition() {
+    const auto motion = integrator_->LastMotion();
+    if (!motion) return false;
+    const auto moment = Condition()->MomentIn(*motion->step, motion->from, motion->to);
+    if (!moment || *moment >= motion->to) return false;
+    integrator_->GoBackTo(*moment);
+    return true;
 }
 
 void TaylorCalculator::TellMotion(double from) const {

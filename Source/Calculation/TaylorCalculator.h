@@ -61,6 +61,8 @@ private:
     int32 MakeReports();
     // Makes the next report. False: there is none to make, and the batch ends.
     bool MakeReport();
+    // Where the motion that is known meets the run's condition the report is there.
+    bool GoBackToCondition();
     bool ReportCollision(int32 steps);
     void EndAtContact(int32 steps);
     void TellMotion(double from) const;

@@ -4,8 +4,10 @@
 
 namespace {
 
-// Looks before sleeping: some tens of microseconds, which is longer than the rest of a step.
-constexpr int32 kLooks = 1000;
+// Looks before sleeping: some tenths of a millisecond, which is longer than others need for the
+// last portion of a large piece, or the caller for what it does alone. Who sleeps comes too late
+// for the next piece where the machine is busy.
+constexpr int32 kLooks = 10000;
 
 void Pause() {
 #if defined(__x86_64__)

@@ -1,7 +1,7 @@
 // A few helper threads that share one piece of work with the thread that calls Run. Owned by a
 // ForceEvaluator and used by one thread at a time. Between two calls the helpers look for new work
-// for some microseconds, because a run evaluates forces thousands of times in a second, and then
-// sleep.
+// for some tenths of a millisecond, because a run evaluates forces thousands of times in a second,
+// and then sleep.
 //
 // A helper that has not joined when the caller is done is shut out and not waited for: on a busy
 // machine, or when helpers sleep, the caller simply does more of the work itself.

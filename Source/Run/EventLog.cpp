@@ -15,14 +15,13 @@ constexpr std::string_view kEscape = "escape";
 // Of the farthest body.
 constexpr double kFarAway = 10.0;
 
-// Where something becomes true on the way, to the last place.
-template <class Holds>
-double FirstTheta(double before, double after, const Holds& holds) {
-    for (;;) {
-        const double middle = before + (after - before) / 2;
-        if (!(middle > before && middle < after)) return after;
-        (holds(middle) ? after : before) = middle;
-    }
+PathPoint PointAt(const MotionWatcher::Piece& piece, int32 body, double theta) {
+    const SeriesStep::BodyMotion motion = piece.step.BodyAt(body, theta);
+    return {motion.position, motion.velocity};
+}
+
+auto Among(const std::vector<PathPoint>& points) {
+    return [&points](int32 body) { return points[static_cast<std::size_t>(body)]; };
 }
 
 }  // namespace
@@ -39,63 +38,28 @@ int EventLog::Close() {
 
 void EventLog::BodiesAre(double /*time*/, const std::vector<Body*>& bodies, int32 massive) {
     massive_ = massive;
-    pull_ = 0.0;
     ids_.clear();
     names_.clear();
-    gm_.clear();
     before_.clear();
     for (const Body* const body : bodies) {
         ids_.push_back(body->ID());
         names_.push_back(CsvName(body->Name()));
-        gm_.push_back(body->M());
-        pull_ += body->M();
         before_.push_back({body->Position(), body->Velocity()});
     }
-    if (escapeDistance_) return;
-    double farthest = 0.0;
-    for (int32 i = 0; i < Count(); i++)
-        farthest = std::max(farthest, Length(FromOthers(i, [&](int32 body) {
-                                                 return before_[static_cast<std::size_t>(body)];
-                                             }).position));
-    escapeDistance_ = kFarAway * farthest;
-}
-
-EventLog::State EventLog::StateOf(const Piece& piece, int32 body, double theta) const {
-    const SeriesStep::BodyMotion motion = piece.step.BodyAt(body, theta);
-    return {motion.position, motion.velocity};
-}
-
-EventLog::State EventLog::ApartOf(const Piece& piece, int32 body, int32 other, double theta) const {
-    const State a = StateOf(piece, body, theta);
-    const State b = StateOf(piece, other, theta);
-    return {a.position - b.position, a.velocity - b.velocity};
-}
-
-template <class StateOfBody>
-EventLog::State EventLog::FromOthers(int32 body, const StateOfBody& stateOf) const {
-    State sum;
-    for (int32 i = 0; i < massive_; i++) {
-        if (i == body) continue;
-        const State state = stateOf(i);
-        sum.position += state.position * gm_[static_cast<std::size_t>(i)];
-        sum.velocity += state.velocity * gm_[static_cast<std::size_t>(i)];
+    escape_.SetBodies(bodies);
+    if (!escapeDistance_) {
+        double farthest = 0.0;
+        for (int32 i = 0; i < Count(); i++)
+            farthest = std::max(farthest, Length(escape_.FromOthers(i, Among(before_)).position));
+        escapeDistance_ = kFarAway * farthest;
     }
-    const State own = stateOf(body);
-    const double pull = pull_ - gm_[static_cast<std::size_t>(body)];
-    if (!(pull > 0.0)) return own;
-    return {own.position - sum.position * (1.0 / pull), own.velocity - sum.velocity * (1.0 / pull)};
-}
-
-bool EventLog::IsEscaped(const State& apart) const {
-    const double distance = Length(apart.position);
-    return distance > *escapeDistance_ &&
-           Dot(apart.velocity, apart.velocity) / 2 > pull_ / distance;
+    escape_.SetDistance(*escapeDistance_);
 }
 
 void EventLog::Moved(const Piece& piece) {
     now_.clear();
     for (int32 i = 0; i < Count(); i++)
-        now_.push_back(StateOf(piece, i, piece.to));
+        now_.push_back(PointAt(piece, i, piece.to));
     events_.clear();
     FindApproaches(piece);
     FindCrossings(piece);
@@ -111,8 +75,9 @@ void EventLog::Moved(const Piece& piece) {
 // A pair comes nearest where it stops to approach; between two reports it does so once at the most.
 void EventLog::FindApproaches(const Piece& piece) {
     const double way = piece.IsBackwards() ? -1.0 : 1.0;
-    const auto growth = [way](const State& a, const State& b) {
-        return way * Dot(a.position - b.position, a.velocity - b.velocity);
+    const auto growth = [way](const PathPoint& a, const PathPoint& b) {
+        const PathPoint apart = a - b;
+        return way * Dot(apart.position, apart.velocity);
     };
     for (std::size_t i = 0; i < static_cast<std::size_t>(massive_); i++)
         for (std::size_t j = i + 1; j < now_.size(); j++) {
@@ -120,62 +85,65 @@ void EventLog::FindApproaches(const Piece& piece) {
                 continue;
             const auto body = static_cast<int32>(i);
             const auto other = static_cast<int32>(j);
+            const auto apart = [&](double theta) {
+                return PointAt(piece, body, theta) - PointAt(piece, other, theta);
+            };
             const double theta = FirstTheta(piece.from, piece.to, [&](double at) {
-                const State apart = ApartOf(piece, body, other, at);
-                return way * Dot(apart.position, apart.velocity) >= 0.0;
+                const PathPoint point = apart(at);
+                return way * Dot(point.position, point.velocity) >= 0.0;
             });
-            events_.push_back({piece.step.TimeAt(theta), kApproach, body, other,
-                               ApartOf(piece, body, other, theta)});
+            events_.push_back({piece.step.TimeAt(theta), kApproach, body, other, apart(theta)});
         }
 }
 
+// Once between two reports, or there and back.
 void EventLog::FindCrossings(const Piece& piece) {
+    const double way = piece.IsBackwards() ? -1.0 : 1.0;
     for (std::size_t i = 0; i < now_.size(); i++) {
-        const bool wasBelow = before_[i].position.z < 0.0;
-        if (wasBelow == (now_[i].position.z < 0.0)) continue;
         const auto body = static_cast<int32>(i);
-        const double theta = FirstTheta(piece.from, piece.to, [&](double at) {
-            return (StateOf(piece, body, at).position.z < 0.0) != wasBelow;
-        });
-        events_.push_back(
-            {piece.step.TimeAt(theta), kCrossing, body, -1, StateOf(piece, body, theta)});
+        const double side = before_[i].position.z < 0.0 ? -way : way;
+        if ((before_[i].position.z < 0.0) != (now_[i].position.z < 0.0)) {
+            FindCrossing(piece, body, piece.from, piece.to);
+        } else if (side * before_[i].velocity.z < 0.0 && side * now_[i].velocity.z > 0.0) {
+            const double turn = FirstTheta(piece.from, piece.to, [&](double theta) {
+                return side * PointAt(piece, body, theta).velocity.z >= 0.0;
+            });
+            if ((PointAt(piece, body, turn).position.z < 0.0) == (now_[i].position.z < 0.0))
+                continue;
+            FindCrossing(piece, body, piece.from, turn);
+            FindCrossing(piece, body, turn, piece.to);
+        }
     }
 }
 
+void EventLog::FindCrossing(const Piece& piece, int32 body, double from, double to) {
+    const bool isBelow = PointAt(piece, body, to).position.z < 0.0;
+    const double theta = FirstTheta(from, to, [&](double at) {
+        return (PointAt(piece, body, at).position.z < 0.0) == isBelow;
+    });
+    events_.push_back({piece.step.TimeAt(theta), kCrossing, body, -1, PointAt(piece, body, theta)});
+}
+
 void EventLog::FindEscapes(const Piece& piece) {
-    const auto among = [](const std::vector<State>& states) {
-        return [&states](int32 body) { return states[static_cast<std::size_t>(body)]; };
-    };
     for (int32 body = 0; body < Count(); body++) {
         // Most are nowhere near.
-        if (!IsEscaped(FromOthers(body, among(now_))) ||
-            IsEscaped(FromOthers(body, among(before_))))
+        if (!escape_.IsEscaped(escape_.FromOthers(body, Among(now_))) ||
+            escape_.IsEscaped(escape_.FromOthers(body, Among(before_))))
             continue;
         const auto at = [&](double theta) {
-            return FromOthers(body, [&](int32 i) { return StateOf(piece, i, theta); });
+            return escape_.FromOthers(body, [&](int32 i) { return PointAt(piece, i, theta); });
         };
-        const double theta =
-            FirstTheta(piece.from, piece.to, [&](double share) { return IsEscaped(at(share)); });
+        const double theta = FirstTheta(piece.from, piece.to,
+                                        [&](double share) { return escape_.IsEscaped(at(share)); });
         events_.push_back({piece.step.TimeAt(theta), kEscape, body, -1, at(theta)});
     }
 }
 
 void EventLog::Touched(double time, const BodyArrays& bodies,
                        const std::vector<CollidingPair>& pairs) {
-    const auto state = [&bodies](int32 body) {
-        const auto& r = bodies.position;
-        const auto& v = bodies.velocity;
-        return State{{r[0][body], r[1][body], r[2][body]}, {v[0][body], v[1][body], v[2][body]}};
-    };
-    for (const CollidingPair& pair : pairs) {
-        const State a = state(pair.earlier);
-        const State b = state(pair.later);
-        Write({time,
-               kContact,
-               pair.earlier,
-               pair.later,
-               {a.position - b.position, a.velocity - b.velocity}});
-    }
+    for (const CollidingPair& pair : pairs)
+        Write({time, kContact, pair.earlier, pair.later,
+               PointOf(bodies, pair.earlier) - PointOf(bodies, pair.later)});
 }
 
 void EventLog::Write(const Event& event) {

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Calculation/EscapeRule.h"
 #include "Calculation/MotionWatcher.h"
-#include "Model/Systems/ThreeVector.h"
 #include "Run/OutputFile.h"
 
 class EventLog final : public MotionWatcher {
@@ -32,26 +32,17 @@ public:
                  const std::vector<CollidingPair>& pairs) override;
 
 private:
-    struct State {
-        ThreeVector position;
-        ThreeVector velocity;
-    };
     struct Event {
         double time;
         std::string_view name;
         int32 body;
-        int32 other;  // -1: none
-        State apart;  // of the body, seen from the other or from where it is measured
+        int32 other;      // -1: none
+        PathPoint apart;  // of the body, seen from the other or from where it is measured
     };
 
-    [[nodiscard]] State StateOf(const Piece& piece, int32 body, double theta) const;
-    [[nodiscard]] State ApartOf(const Piece& piece, int32 body, int32 other, double theta) const;
-    // Seen from the centre of mass of the other massive bodies.
-    template <class StateOfBody>
-    [[nodiscard]] State FromOthers(int32 body, const StateOfBody& stateOf) const;
-    [[nodiscard]] bool IsEscaped(const State& apart) const;
     void FindApproaches(const Piece& piece);
     void FindCrossings(const Piece& piece);
+    void FindCrossing(const Piece& piece, int32 body, double from, double to);
     void FindEscapes(const Piece& piece);
     void Write(const Event& event);
     [[nodiscard]] int32 Count() const { return static_cast<int32>(ids_.size()); }
@@ -59,12 +50,11 @@ private:
     OutputFile file_;
     std::optional<double> escapeDistance_;
     int32 massive_ = 0;
-    double pull_ = 0.0;  // m3/s2, of all
     std::vector<int64> ids_;
     std::vector<std::string> names_;
-    std::vector<double> gm_;
-    std::vector<State> before_;  // at the last report
-    std::vector<State> now_;
+    EscapeRule escape_;
+    std::vector<PathPoint> before_;  // at the last report
+    std::vector<PathPoint> now_;
     std::vector<Event> events_;
     std::string row_;
 };

@@ -12,10 +12,8 @@ using Kind = RunTarget::Kind;
 
 constexpr std::string_view kMerger = "merger";
 constexpr std::pair<std::string_view, Kind> kConditions[] = {
-    {"closest", Kind::kClosest},
-    {"x", Kind::kPlaneX},
-    {"y", Kind::kPlaneY},
-    {"z", Kind::kPlaneZ},
+    {"closest", Kind::kClosest}, {"escape", Kind::kEscape}, {"x", Kind::kPlaneX},
+    {"y", Kind::kPlaneY},        {"z", Kind::kPlaneZ},
 };
 
 std::optional<int64> FindBody(SimulationDocument* document, std::string_view name) {
@@ -40,6 +38,19 @@ std::optional<RunTarget> ReadBodies(Kind kind, std::string_view names,
     return target;
 }
 
+// "BODY, DISTANCE".
+std::optional<RunTarget> ReadEscape(std::string_view text, SimulationDocument* document,
+                                    const ProgramResources& resources) {
+    const std::optional<int64> body = FindBody(document, TakeUpTo(',', &text));
+    const UnitTable::Parsed distance = resources.DistanceUnits().Parse(Trimmed(text));
+    if (!body || !distance || !(distance.value > 0.0)) return std::nullopt;
+    RunTarget target;
+    target.kind = Kind::kEscape;
+    target.body = *body;
+    target.distance = distance.value;
+    return target;
+}
+
 }  // namespace
 
 std::optional<RunTarget> ParseUntil(std::string_view text, SimulationDocument* document,
@@ -52,7 +63,9 @@ std::optional<RunTarget> ParseUntil(std::string_view text, SimulationDocument* d
     if (text.find('=') != std::string_view::npos) {
         const std::string_view name = TakeUpTo('=', &text);
         for (const auto& [condition, kind] : kConditions)
-            if (name == condition) return ReadBodies(kind, text, document);
+            if (name == condition)
+                return kind == Kind::kEscape ? ReadEscape(text, document, resources)
+                                             : ReadBodies(kind, text, document);
         return std::nullopt;
     }
     const UnitTable::Parsed time = resources.TimeUnits().Parse(text);

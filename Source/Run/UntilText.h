@@ -1,6 +1,7 @@
 // What --until asks for, as text: a time of the simulation ("12 yr"), "merger", "closest=BODY,
-// BODY", or "x=BODY" ("y=", "z=") for the plane across that axis through the origin, "x=BODY, BODY"
-// for the one through the second body. For the thread that has the document to itself.
+// BODY", "escape=BODY, DISTANCE", or "x=BODY" ("y=", "z=") for the plane across that axis through
+// the origin, "x=BODY, BODY" for the one through the second body. For the thread that has the
+// document to itself.
 #pragma once
 
 #include <optional>

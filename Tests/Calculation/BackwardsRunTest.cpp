@@ -194,8 +194,16 @@ TEST_F(PassingTest, AStopTellsAPairOnce) {
     const double contact = system.GetEpoch()->Time();
     EXPECT_NEAR(contact, 8.756, 1e-3);
     EXPECT_TRUE(calculator.HasStoppedItself());
-    // Whoever goes on goes through, whether the run is held or another one begins.
-    RunUntil(&system, &calculator, 9.0);
+    // Whoever goes on goes through, whether the run is held, another one begins, or one that knows
+    // what was saved.
+    BMessage saved = ArchiveOf(calculator);
+    {
+        const auto reader = MakeCalculator(&system);
+        reader->Regenerate(&saved);
+        RunUntil(&system, reader.get(), 9.0);
+    }
+    watcher.lastTime = 9.0;
+    RunUntil(&system, &calculator, 9.5);
     RunUntil(&system, &calculator, 20.0, true);
     Settle();
     EXPECT_EQ(owner->collisions, 1);

@@ -35,29 +35,78 @@ public:
     const double kPeriod = 2.0 * M_PI * std::sqrt(kRadius * kRadius * kRadius / kGm);
 };
 
-// The last report, and none before it, is past that moment.
-void ExpectStopAt(double moment, const std::vector<double>& times) {
+// The last report is at that moment; of order 4 it is the first one past it.
+void ExpectStopAt(double moment, const std::vector<double>& times, bool isExact) {
     ASSERT_GT(times.size(), 2u);
     EXPECT_GE(times.back(), moment - 1.0);
     EXPECT_LT(times[times.size() - 2], moment + 1.0);
+    if (isExact) {
+        EXPECT_NEAR(times.back(), moment, 1e-6);
+    }
 }
 
 }  // namespace
 
-TEST(RunCondition, IsMetAtTheFirstReportPastTheMoment) {
+TEST(RunCondition, IsMetAtTheMomentOrAtTheFirstReportPastIt) {
     for (const int32 order : {4, 16}) {
         SCOPED_TRACE(order);
+        const bool isExact = order > 4;
         Ellipse near(order);
-        ExpectStopAt(near.kPeriod / 2.0, near.TimesUntil(RunCondition::ClosestApproach(1, 0)));
+        ExpectStopAt(near.kPeriod / 2.0, near.TimesUntil(RunCondition::ClosestApproach(1, 0)),
+                     isExact);
         // Kepler's equation where x = 0: E = 60 degrees before the near end.
         const double mean = M_PI / 3.0 - 0.5 * std::sin(M_PI / 3.0);
         Ellipse plane(order);
         ExpectStopAt(plane.kPeriod * (0.5 - mean / (2.0 * M_PI)),
-                     plane.TimesUntil(RunCondition::Crossing(0, 1)));
+                     plane.TimesUntil(RunCondition::Crossing(0, 1)), isExact);
         // It begins in that plane: the next time counts.
         Ellipse start(order);
-        ExpectStopAt(start.kPeriod / 2.0, start.TimesUntil(RunCondition::Crossing(1, 1, 0)));
+        ExpectStopAt(start.kPeriod / 2.0, start.TimesUntil(RunCondition::Crossing(1, 1, 0)),
+                     isExact);
+        // A body that is unbound: of its path only the distance is to be waited for.
+        Ellipse escaping(order);
+        escaping.Add(3, 0.0, {0, 2.0 * kRadius, 0}, {0, 1e6, 0});
+        const std::vector<double> times =
+            escaping.TimesUntil(RunCondition::Escape(3, 20.0 * kRadius));
+        EXPECT_GT(times.size(), 2u);
+        const double distance = Length(escaping.Find(3)->Position());
+        EXPECT_GE(distance, 20.0 * kRadius);
+        EXPECT_LT(distance, (isExact ? 1.0 + 1e-14 : 1.01) * 20.0 * kRadius);
     }
+}
+
+// Between two reports a body may go through a plane and back.
+TEST(RunCondition, SeesABodyThatOnlyDipsIntoThePlane) {
+    Ellipse system(16);
+    system.Add(3, 0.0, {-0.5 * kRadius + 1.0, 0, 1e15}, {});
+    const std::vector<double> times = system.TimesUntil(RunCondition::Crossing(0, 1, 3));
+    ASSERT_GT(times.size(), 2u);
+    // A metre before the near end, where the path's radius is 0.75.
+    const double speed = std::sqrt(3.0 * kGm / kRadius);
+    EXPECT_NEAR(times.back(), system.kPeriod / 2.0 - std::sqrt(1.5 * kRadius) / speed, 0.1);
+    EXPECT_NEAR(system.Find(1)->Position().x, -0.5 * kRadius + 1.0, 1e-3);
+}
+
+// Time falls: they come nearer where they would go apart. And who goes on finds the bits of a run
+// that did not stop.
+TEST(RunCondition, HoldsOnTheWayBackAndLeavesTheRunAsItIs) {
+    Ellipse there(16), through(16);
+    for (Ellipse* const system : {&there, &through}) {
+        const auto calculator = MakeCalculator(system);
+        calculator->SetBackwards(true);
+        const double end = -0.8 * system->kPeriod;
+        if (system == &there) {
+            calculator->SetRunCondition(RunCondition::ClosestApproach(1, 0));
+            calculator->SetRunLimit(0, end);
+            system->RunUntilParked(calculator.get());
+            EXPECT_NEAR(calculator->TBase(), -0.5 * system->kPeriod, 1e-6);
+        }
+        calculator->SetRunLimit(0, end);
+        system->RunUntilParked(calculator.get());
+        EXPECT_EQ(calculator->TBase(), end);
+    }
+    EXPECT_EQ(there.Find(1)->Position(), through.Find(1)->Position());
+    EXPECT_EQ(there.Find(1)->Velocity(), through.Find(1)->Velocity());
 }
 
 TEST(RunCondition, HoldsOnceAndNotWithoutItsBodies) {

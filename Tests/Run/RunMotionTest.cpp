@@ -92,6 +92,22 @@ TEST_F(RunMotion, StepsAreWrittenWhereTheyEnd) {
     EXPECT_EQ(rows.back().time, std::stod(Member(outcome.out, "end_time_s")));
 }
 
+// The pairs of so many bodies have no room at order 16.
+TEST_F(RunMotion, TheSummaryTellsTheOrderThatWasUsed) {
+    Epoch start;
+    for (int64 i = 0; i < 1460; i++) {
+        const int64 row = i / 10 % 10;
+        const int64 layer = i / 100;
+        AddSmallBody(&start, i,
+                     ThreeVector{static_cast<double>(i % 10), static_cast<double>(row),
+                                 static_cast<double>(layer)} *
+                         10.0);
+    }
+    const Outcome outcome = Run({"--steps", "1"}, PutDocument("document", start));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(Member(outcome.out, "order"), "12");
+}
+
 TEST_F(RunMotion, TimeFallsToTheVeryTimeAskedForAndBack) {
     const std::string document = PutDocument("document", *TestSystem());
     const Outcome back =
@@ -130,6 +146,7 @@ TEST_F(RunMotion, WhatALowOrderCannotDoIsRefused) {
                                                {"--step-times"},
                                                {"--at", "1 yr", "--csv", "a", "--every", "2"},
                                                {"--events", "a", "--checkpoint", "1h", "-o", "b"},
+                                               {"--at", "1 yr", "--csv", "a", "--resume", "b"},
                                                {"--escape-distance", "1 AU"},
                                                {"--at", "@" + Path("nothing"), "--csv", "a"}})
         EXPECT_EQ(RunProgram(what).status, 2) << what[0];

@@ -1,6 +1,10 @@
 // Runs that stop where something happens.
+#include <cmath>
+#include <map>
+
 #include "Tests/Run/ProgramRun.h"
 #include "Tests/Run/RunFixture.h"
+#include "Tests/Simulation/Document/SampleDocument.h"
 
 namespace {
 
@@ -30,9 +34,31 @@ TEST_F(RunUntil, StopsAtATimeAMergerAndWhatBodiesDo) {
     EXPECT_LT(std::stoll(Member(plane.out, "steps")), 200'000);
 }
 
+// At order 16 the run ends there, to the last places of coordinates.
+TEST_F(RunUntil, HighOrdersStopAtTheVeryMoment) {
+    const std::string document = PutDocument("document", *TestSystem());
+    for (const char* const plane : {"x=Heavy, Dust", "z=Dust"}) {
+        const Outcome outcome =
+            RunProgram({"--json", "--order", "16", "--cutoff", "1e-16", "--for", "100 yr",
+                        "--until", plane, "--csv", Path("csv"), document});
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
+        std::map<std::string, CsvRow> end;
+        for (std::size_t i = rows.size() - 4; i < rows.size(); i++)
+            end[rows[i].name] = rows[i];
+        const double distance =
+            *plane == 'x' ? end["Heavy"].values[0] - end["Dust"].values[0] : end["Dust"].values[2];
+        EXPECT_LT(std::fabs(distance), 1e-3) << plane;
+    }
+    const Outcome escape =
+        RunProgram({"--json", "--until", "escape=Dust, 1e30 km", "--for", "1 yr", document});
+    EXPECT_EQ(escape.status, 0) << escape.err;
+}
+
 TEST_F(RunUntil, WhatItCannotWaitForIsRefusedBeforeTheRun) {
-    for (const char* what : {"tomorrow", "-1 s", "closest=b0", "closest=b0, nobody", "w=b0",
-                             "closest=b0, b0", "x=", "0 s"}) {
+    for (const char* what :
+         {"tomorrow", "-1 s", "closest=b0", "closest=b0, nobody", "w=b0", "closest=b0, b0",
+          "x=", "0 s", "escape=b0", "escape=b0, b1", "escape=b0, -1 km"}) {
         const Outcome outcome = RunTo(what, merging_);
         EXPECT_EQ(outcome.status, 1) << what;
         EXPECT_EQ(outcome.out, "") << what;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Calculation/Series/PairPath.h"
+#include "Calculation/StopFlags.h"
 
 void SeriesContacts::Resize(int32 bodies, int32 massive) {
     radius_.assign(static_cast<std::size_t>(bodies), 0.0);
@@ -12,13 +13,15 @@ void SeriesContacts::Resize(int32 bodies, int32 massive) {
     reach_.assign(static_cast<std::size_t>(vectors), {});
 }
 
-bool SeriesContacts::Find(const SeriesStore& store, const SeriesInstance& kernels,
-                          const SeriesStep& step) {
+std::optional<bool> SeriesContacts::Find(const SeriesStore& store, const SeriesInstance& kernels,
+                                         const SeriesStep& step, const StopFlags& stop) {
     contacts_.clear();
     FindReaches(store, kernels, step.Theta());
-    for (int32 slot = 0; slot < store.Arrays().massive; slot++)
+    for (int32 slot = 0; slot < store.Arrays().massive; slot++) {
+        if (stop.ShouldStop()) return std::nullopt;
         if (kernels.isNear(store.Arrays(), reach_.data()->numbers, slot))
             CheckBody(store, slot, step.Theta());
+    }
     if (contacts_.empty()) return false;
     TakeFirst(step);
     return true;

@@ -8,6 +8,7 @@
 // that its distance squared, as a polynomial, tells its roots without loss of digits (PairPath).
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "Calculation/BodyArrays.h"
@@ -15,15 +16,17 @@
 #include "Calculation/Series/SeriesStore.h"
 #include "Platform/Support/SupportDefs.h"
 
+struct StopFlags;
+
 class SeriesContacts {
 public:
     void Resize(int32 bodies, int32 massive);
     // m.
     void SetRadius(int32 body, double radius) { radius_[static_cast<std::size_t>(body)] = radius; }
 
-    // True if some pair touches within the step, or at its begin.
-    [[nodiscard]] bool Find(const SeriesStore& store, const SeriesInstance& kernels,
-                            const SeriesStep& step);
+    // True if some pair touches within the step, or at its begin; none: given up halfway.
+    [[nodiscard]] std::optional<bool> Find(const SeriesStore& store, const SeriesInstance& kernels,
+                                           const SeriesStep& step, const StopFlags& stop);
     // In scales: when all of Pairs() touch.
     [[nodiscard]] double Theta() const { return theta_; }
     // Those that touch first, or before the last place of that time has changed: in the order of
@@ -35,6 +38,7 @@ public:
     void Pass(const std::vector<CollidingPair>& pairs);
     [[nodiscard]] bool IsPassed(const CollidingPair& pair) const;
     void ForgetPassed() { passed_.clear(); }
+    [[nodiscard]] const std::vector<CollidingPair>& Passed() const { return passed_; }
     // A step begins: those that are apart and leave each other count again.
     void DropApart(const SeriesStore& store, double theta);
 

@@ -12,8 +12,15 @@ namespace {
 constexpr int32 kMaxThreads = 16;
 // What pairs of massive bodies may keep from one pass to the next.
 constexpr int64 kMaxPairBytes = int64{256} << 20;
-// Fewer pairs are not worth a second thread.
-constexpr int64 kPairsWorthSharing = 1200;
+// Fewer pairs of massive bodies are not worth a second thread in each pass, nor are fewer sums of
+// vectors; or fewer pairs of massless bodies, which go through all orders at once.
+constexpr int64 kPairsWorthSharing = 10'000;
+constexpr int64 kSumsWorthSharing = 1000;
+constexpr int64 kTargetPairsWorthSharing = 1200;
+// Some tens of microseconds, after which it is asked whether to go on.
+constexpr int32 kTilesBetweenLooks = 16;
+// As many of them are added by one thread in a row.
+constexpr int32 kVectorsTogether = 8;
 // Fewer vectors are not sorted, and their bodies all go to the highest order.
 constexpr int32 kLeastSortedVectors = 5;
 
@@ -58,12 +65,30 @@ struct SeriesForces::Pass {
         const TileArrays& tiles = forces.tileArrays_;
         const auto& kernels = *forces.instance_;
         const auto add = tiles.powers ? kernels.tiles[k / 2] : kernels.freshTiles[k / 2];
-        for (int32 group; (group = next.fetch_add(1)) < tiles.groups && !stopped;) {
-            if (stop.ShouldStop())
-                stopped = true;
-            else
-                add(forces.arrays_, tiles, group);
-        }
+        for (int32 group; (group = next.fetch_add(1)) < tiles.groups && !stopped;)
+            for (int32 tile = 0; tile * tiles.groups < tiles.countTiles;
+                 tile += kTilesBetweenLooks) {
+                if (stop.ShouldStop()) stopped = true;
+                if (stopped) return;
+                add(forces.arrays_, tiles, group, tile, kTilesBetweenLooks);
+            }
+    }
+};
+
+// The sums of all groups, once these are complete: threads take vectors from a counter.
+struct SeriesForces::Sums {
+    const SeriesForces& forces;
+    const int32 k;
+    std::atomic<int32> next{0};
+
+    static void DoTasks(void* sums) { static_cast<Sums*>(sums)->DoTasks(); }
+
+    void DoTasks() {
+        const SeriesArrays& arrays = forces.arrays_;
+        for (int32 first; (first = next.fetch_add(kVectorsTogether)) < arrays.massiveVectors;)
+            for (int32 vector = first;
+                 vector < std::min(first + kVectorsTogether, arrays.massiveVectors); vector++)
+                forces.instance_->sumGroups(arrays, forces.tileArrays_, k, vector);
     }
 };
 
@@ -228,10 +253,10 @@ bool SeriesForces::MakeTiles(SeriesStore* store, const SplitStates& states, doub
 
 bool SeriesForces::MakePass(int32 k, const StopFlags& stop) {
     Pass pass{*this, k, stop};
-    Run(&pass, int64{arrays_.massive} * arrays_.massive / 2);
+    Run(&pass, int64{arrays_.massive} * arrays_.massive / 2 >= kPairsWorthSharing);
     if (pass.stopped) return false;
-    for (int32 vector = 0; vector < arrays_.massiveVectors; vector++)
-        instance_->sumGroups(arrays_, tileArrays_, k, vector);
+    Sums sums{*this, k};
+    Run(&sums, int64{arrays_.massiveVectors} * tileArrays_.groups >= kSumsWorthSharing);
     return true;
 }
 
@@ -269,13 +294,14 @@ void SeriesForces::LeaveOut(int32 k, double theta, double cutoff) {
 
 bool SeriesForces::MakeTargets(const StopFlags& stop) {
     TargetTasks tasks{*this, stop, arrays_.massiveVectors};
-    Run(&tasks, int64{arrays_.bodies - arrays_.massive} * arrays_.massive);
+    Run(&tasks,
+        int64{arrays_.bodies - arrays_.massive} * arrays_.massive >= kTargetPairsWorthSharing);
     return !tasks.stopped;
 }
 
 template <class Work>
-void SeriesForces::Run(Work* work, int64 pairs) {
-    if (threads_ == 1 || pairs < kPairsWorthSharing) {
+void SeriesForces::Run(Work* work, bool isWorthSharing) {
+    if (threads_ == 1 || !isWorthSharing) {
         work->DoTasks();
         return;
     }

@@ -45,6 +45,7 @@ public:
 
 private:
     struct Pass;
+    struct Sums;
     struct TargetTasks;
 
     void ResizeRing();
@@ -57,7 +58,7 @@ private:
     void LeaveOut(int32 k, double theta, double cutoff);
     bool MakeTargets(const StopFlags& stop);
     template <class Work>
-    void Run(Work* work, int64 pairs);
+    void Run(Work* work, bool isWorthSharing);
 
     int32 threads_ = 1;
     const SeriesInstance* instance_;

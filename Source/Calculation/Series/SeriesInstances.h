@@ -82,11 +82,12 @@ struct SeriesEnd {
 struct SeriesInstance {
     // All orders of up to 16 massive bodies.
     void (*ring)(const SeriesArrays& arrays, const RingArrays& ring);
-    // [k / 2]: the accelerations of orders k and k + 1 that one group of tiles makes, into its
-    // sums.
-    void (*tiles[kMaxPasses])(const SeriesArrays& arrays, const TileArrays& tiles, int32 group);
-    void (*freshTiles[kFreshPasses])(const SeriesArrays& arrays, const TileArrays& tiles,
-                                     int32 group);
+    // [k / 2]: the accelerations of orders k and k + 1 that tiles of one group make, into its sums:
+    // `count` tiles from its `first` on, in turn from 0, which clears the sums.
+    using AddTiles = void (*)(const SeriesArrays& arrays, const TileArrays& tiles, int32 group,
+                              int32 first, int32 count);
+    AddTiles tiles[kMaxPasses];
+    AddTiles freshTiles[kFreshPasses];
     // Orders k + 2 and k + 3 of a massive vector from the sums of all groups.
     void (*sumGroups)(const SeriesArrays& arrays, const TileArrays& tiles, int32 k, int32 vector);
     // The vector's greatest square of orders k, k + 1 against the second and third, where the step

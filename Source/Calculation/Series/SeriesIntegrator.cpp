@@ -41,7 +41,9 @@ BodyRows SeriesIntegrator::MakeRoom(int32 bodies, int32 massive) {
 void SeriesIntegrator::Begin(const Start& start) {
     Take(start);
     const SeriesRecord record = std::exchange(kept_, {});
-    if (!GoOnFrom(record)) StartAfresh();
+    const std::optional<bool> isThere = TakeUp(record);
+    if (isThere == false) StartAfresh();
+    if (!isThere) awaited_ = record;
     runs_ = true;
 }
 
@@ -52,6 +54,7 @@ void SeriesIntegrator::Take(const Start& start) {
     isBackwards_ = start.isBackwards;
     passesContacts_ = start.passesContacts;
     overlaps_.clear();
+    awaited_ = {};
     std::vector<int64> ids;
     for (const Body* const body : start.bodies)
         ids.push_back(body->ID());
@@ -67,15 +70,17 @@ void SeriesIntegrator::StartAfresh() {
                          rows_.gm[i]);
     contacts_.Resize(rows_.bodies, rows_.massive);
     stepper_.Start(cutoff_, time_, isBackwards_);
+    awaited_ = {};
     theta_ = 0.0;
-    hasContact_ = false;
 }
 
-bool SeriesIntegrator::GoOnFrom(const SeriesRecord& record) {
+std::optional<bool> SeriesIntegrator::TakeUp(const SeriesRecord& record) {
     if (record.IsEmpty() || record.CountBodies() != static_cast<std::size_t>(rows_.bodies) ||
         record.order != order_ || record.cutoff != cutoff_ ||
         std::signbit(record.place.scale) != isBackwards_)
         return false;
+    for (std::size_t i = 0; i < record.passed.size(); i += 2)
+        contacts_.Pass({{record.passed[i], record.passed[i + 1]}});
     stepper_.Resize(order_, rows_.bodies, rows_.massive);
     const double* at = record.states.data();
     for (int32 i = 0; i < rows_.bodies; i++, at += SeriesRecord::kNumbers) {
@@ -84,16 +89,25 @@ bool SeriesIntegrator::GoOnFrom(const SeriesRecord& record) {
     }
     contacts_.Resize(rows_.bodies, rows_.massive);
     stepper_.Resume(cutoff_, record.place);
-    theta_ = record.theta;
-    hasContact_ = false;
-    if (theta_ == 0.0) return record.place.time.high == time_ && RowsAre(stepper_.Begin());
-    StopFlags goOn;
-    goOn.pauseCount = 0;
-    if (MakeStep(goOn) != SeriesStepper::Result::kDone) return false;
-    theta_ = record.theta;
-    if (theta_ > stepper_.Step().Theta()) return false;
-    while (passesContacts_ && hasContact_ && contacts_.Theta() < theta_)
+    theta_ = 0.0;
+    if (record.theta > 0.0) return std::nullopt;
+    return record.place.time.high == time_ && RowsAre(stepper_.Begin());
+}
+
+std::optional<bool> SeriesIntegrator::MakeStepAgain(const SeriesRecord& record,
+                                                    const StopFlags& stop) {
+    if (!stepper_.HasStep()) {
+        const SeriesStepper::Result result = MakeStep(stop);
+        if (result == SeriesStepper::Result::kStopped) return std::nullopt;
+        if (result != SeriesStepper::Result::kDone) return false;
+    }
+    if (record.theta > stepper_.Step().Theta()) return false;
+    do {
+        if (!isSearched_ && !FindContacts(stop)) return std::nullopt;
+        if (!passesContacts_ || !hasContact_ || contacts_.Theta() >= record.theta) break;
         PassContacts();
+    } while (true);
+    theta_ = record.theta;
     stepper_.Evaluate(theta_, &now_);
     // A report at a time that was asked for is there by its last place.
     const double last = std::nextafter(time_, HUGE_VAL) - time_;
@@ -111,6 +125,16 @@ bool SeriesIntegrator::RowsAre(const SplitStates& states) const {
     return true;
 }
 
+// Not when the run begins: a step of many bodies takes longer than a pause may wait.
+bool SeriesIntegrator::TakeUpAwaited(const StopFlags& stop) {
+    if (awaited_.IsEmpty()) return true;
+    const std::optional<bool> isThere = MakeStepAgain(awaited_, stop);
+    if (!isThere) return false;
+    awaited_ = {};
+    if (!*isThere) StartAfresh();
+    return true;
+}
+
 // Somebody else has set it: the step begins anew, with what is to be seen of the bodies.
 void SeriesIntegrator::SetTime(double time) {
     if (time == time_) return;
@@ -119,10 +143,12 @@ void SeriesIntegrator::SetTime(double time) {
 }
 
 Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& stop) {
+    if (!TakeUpAwaited(stop)) return {Outcome::kStopped};
     if (!stepper_.HasStep() || theta_ >= stepper_.Step().Theta()) {
         const SeriesStepper::Result result = MakeStep(stop);
         if (result != SeriesStepper::Result::kDone) return Fail(result, until);
     }
+    if (!isSearched_ && !FindContacts(stop)) return {Outcome::kStopped};
     const SeriesStep& step = stepper_.Step();
     int32 part = 1;
     while (part < step.Parts() && step.ThetaOf(part) <= theta_)
@@ -147,18 +173,17 @@ Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& st
 SeriesStepper::Result SeriesIntegrator::MakeStep(const StopFlags& stop) {
     const SeriesStepper::Result result = stepper_.MakeStep(stop);
     theta_ = 0.0;
-    hasContact_ = false;
+    isSearched_ = false;
     if (result != SeriesStepper::Result::kDone) return result;
     SetRadii();
     contacts_.DropApart(stepper_.Store(), stepper_.Step().Theta());
-    FindContacts();
     return result;
 }
 
 void SeriesIntegrator::PassContacts() {
     contacts_.Pass(Contacts());
     overlaps_.clear();
-    if (hasContact_) FindContacts();
+    if (hasContact_) isSearched_ = false;
 }
 
 std::optional<Integrator::Motion> SeriesIntegrator::LastMotion() const {
@@ -171,8 +196,12 @@ void SeriesIntegrator::SetRadii() {
         contacts_.SetRadius(i, rows_.radius[i]);
 }
 
-void SeriesIntegrator::FindContacts() {
-    hasContact_ = contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step());
+bool SeriesIntegrator::FindContacts(const StopFlags& stop) {
+    const std::optional<bool> found =
+        contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step(), stop);
+    hasContact_ = found.value_or(false);
+    isSearched_ = found.has_value();
+    return isSearched_;
 }
 
 Integrator::Progress SeriesIntegrator::Fail(SeriesStepper::Result result, double until) {
@@ -228,16 +257,25 @@ void SeriesIntegrator::MoveTo(double theta, double time) {
 }
 
 SeriesRecord SeriesIntegrator::Record() const {
-    SeriesRecord record{.order = order_,
-                        .cutoff = cutoff_,
-                        .place = stepper_.Place(),
-                        .theta = stepper_.HasStep() ? theta_ : 0.0,
-                        .states = {}};
+    if (!awaited_.IsEmpty()) {
+        SeriesRecord record = awaited_;
+        record.isUnchecked = true;
+        return record;
+    }
+    // Before its first step a run starts afresh wherever it is taken up.
+    if (stepper_.Place().scale == 0.0) return {};
+    SeriesRecord record;
+    record.order = order_;
+    record.cutoff = cutoff_;
+    record.place = stepper_.Place();
+    record.theta = stepper_.HasStep() ? theta_ : 0.0;
     const SplitStates& begin = stepper_.Begin();
     for (int32 i = 0; i < rows_.bodies; i++)
         for (const double* const numbers : {begin.High(), begin.Low()})
             for (int32 row = 0; row < SplitStates::kRows; row++)
                 record.states.push_back(numbers[SplitStates::Index(begin.SlotOf(i), row)]);
+    for (const CollidingPair& pair : contacts_.Passed())
+        record.passed.insert(record.passed.end(), {pair.later, pair.earlier});
     return record;
 }
 
@@ -252,6 +290,10 @@ void SeriesIntegrator::Regenerate(const BMessage* archive) {
     runs_ = false;
 }
 
+void SeriesIntegrator::GoBackTo(double theta) {
+    MoveTo(theta, stepper_.Step().TimeAt(theta));
+}
+
 // All is in the other record.
 status_t SeriesIntegrator::ArchiveRun(BMessage*) const {
     return B_OK;
@@ -259,9 +301,23 @@ status_t SeriesIntegrator::ArchiveRun(BMessage*) const {
 
 status_t SeriesIntegrator::ResumeRun(const BMessage& archive, const Start& start) {
     SeriesRecord record;
-    if (const status_t status = record.Regenerate(archive); status != B_OK) return status;
+    const status_t status = record.Regenerate(archive);
     Take(start);
-    if (!GoOnFrom(record)) return B_BAD_DATA;
     runs_ = true;
-    return B_OK;
+    // Of a run that was stopped before its first step there is none.
+    if (status == B_OK && record.IsEmpty()) {
+        StartAfresh();
+        return B_OK;
+    }
+    std::optional<bool> isThere = false;
+    if (status == B_OK) isThere = TakeUp(record);
+    if (!isThere && record.isUnchecked) {
+        awaited_ = std::move(record);
+        return B_OK;
+    }
+    StopFlags goOn;
+    goOn.pauseCount = 0;
+    if (!isThere) isThere = MakeStepAgain(record, goOn);
+    runs_ = isThere == true;
+    return runs_ ? B_OK : B_BAD_DATA;
 }

@@ -31,6 +31,7 @@ public:
     }
     void PassContacts() override;
     [[nodiscard]] std::optional<Motion> LastMotion() const override;
+    void GoBackTo(double theta) override;
 
     // The fields of SeriesRecord.
     [[nodiscard]] status_t Archive(BMessage* into) const override;
@@ -41,13 +42,20 @@ public:
 private:
     void Take(const Start& start);
     void StartAfresh();
-    [[nodiscard]] bool GoOnFrom(const SeriesRecord& record);
+    // Whether it stands there, if that is known without making the step again: none if it is not.
+    [[nodiscard]] std::optional<bool> TakeUp(const SeriesRecord& record);
+    // Makes that step; none: given up halfway.
+    [[nodiscard]] std::optional<bool> MakeStepAgain(const SeriesRecord& record,
+                                                    const StopFlags& stop);
+    // False: given up halfway.
+    [[nodiscard]] bool TakeUpAwaited(const StopFlags& stop);
     [[nodiscard]] SeriesRecord Record() const;
     [[nodiscard]] SeriesStepper::Result MakeStep(const StopFlags& stop);
     [[nodiscard]] Progress Fail(SeriesStepper::Result result, double until);
     [[nodiscard]] Progress GoStraight(double until);
     void SetRadii();
-    void FindContacts();
+    // False: given up halfway.
+    [[nodiscard]] bool FindContacts(const StopFlags& stop);
     void FindOverlaps();
     // Stands there.
     void MoveTo(double theta, double time);
@@ -69,9 +77,11 @@ private:
     bool passesContacts_ = false;
     double theta_ = 0.0;                   // the last report's place in the step
     double thetaBefore_ = 0.0;             // that of the report before it, if in this step
-    bool hasContact_ = false;              // in this step, at contacts_.Theta()
+    bool isSearched_ = false;              // this step, for contacts
+    bool hasContact_ = false;              // in it, at contacts_.Theta()
     std::vector<CollidingPair> overlaps_;  // where a step failed
     std::vector<int64> ids_;
     bool runs_ = false;
-    SeriesRecord kept_;  // for the next Begin
+    SeriesRecord kept_;     // for the next Begin
+    SeriesRecord awaited_;  // goes on from there if that is where it stands: the next step tells
 };

@@ -19,13 +19,19 @@ struct SeriesRecord {
     SeriesPlace place;
     double theta = 0.0;  // the last report's place in the step, in scales
     std::vector<double> states;
+    // Pairs that overlap and go on through each other: the later and the earlier body of each, in
+    // mass order.
+    std::vector<int32> passed;
+    // The run was stopped before it could be told whether it stands there at all.
+    bool isUnchecked = false;
 
     [[nodiscard]] bool IsEmpty() const { return states.empty(); }
     [[nodiscard]] std::size_t CountBodies() const { return states.size() / kNumbers; }
 
-    // The fields "SeriesOrder", "SeriesCutoff", "SeriesStep" and "SeriesBegin"; none when it is
-    // empty.
+    // The fields "SeriesOrder", "SeriesCutoff", "SeriesStep" and "SeriesBegin", where there are
+    // such pairs "SeriesPassed", and "SeriesUnchecked" where that is so; none when it is empty.
     [[nodiscard]] status_t Archive(BMessage* into) const;
-    // B_BAD_DATA: no run can stand there. Changes nothing unless all is well.
+    // Empty if there are none. B_BAD_DATA: no run can stand there. Changes nothing unless all is
+    // well.
     [[nodiscard]] status_t Regenerate(const BMessage& archive);
 };

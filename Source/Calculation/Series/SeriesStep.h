@@ -52,6 +52,17 @@ private:
     int32 parts_ = 1;
 };
 
+// Where something becomes true on the way from one place in a step, where it is not, to a later one
+// where it is: to the last place.
+template <class Holds>
+double FirstTheta(double before, double after, const Holds& holds) {
+    for (;;) {
+        const double middle = before + (after - before) / 2;
+        if (!(middle > before && middle < after)) return after;
+        (holds(middle) ? after : before) = middle;
+    }
+}
+
 // The number of parts for the greatest squared tangent by which a path bends in a quarter of a
 // step.
 int32 PartsForBend(double squaredTangent);

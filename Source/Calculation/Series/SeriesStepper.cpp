@@ -49,13 +49,18 @@ void SeriesStepper::SetLow(int32 body, const ThreeVector& position, const ThreeV
 }
 
 void SeriesStepper::Start(double tolerance, double time, bool backwards) {
-    const double rate = FastestRate(nullptr, nullptr);
+    Resume(tolerance, {{time, 0.0}, backwards ? -0.0 : 0.0, 0.0});
+}
+
+bool SeriesStepper::ChooseScale(const StopFlags& stop) {
+    const std::optional<double> rate = FastestRate(stop, nullptr);
+    if (!rate) return false;
     // Without a rate the first series tells what is the matter.
     int32 exponent = 0;
-    if (rate > 0.0 && std::isfinite(rate))
-        exponent = std::clamp(ExponentAbove(1.0 / std::sqrt(rate)), -kMaxExponent, kMaxExponent);
-    const double scale = PowerOfTwo(exponent);
-    Resume(tolerance, {{time, 0.0}, backwards ? -scale : scale, 0.0});
+    if (*rate > 0.0 && std::isfinite(*rate))
+        exponent = std::clamp(ExponentAbove(1.0 / std::sqrt(*rate)), -kMaxExponent, kMaxExponent);
+    place_.scale = std::copysign(PowerOfTwo(exponent), place_.scale);
+    return true;
 }
 
 void SeriesStepper::Resume(double tolerance, const SeriesPlace& place) {
@@ -106,6 +111,7 @@ void SeriesStepper::BeginNext() {
 
 SeriesStepper::Result SeriesStepper::MakeStep(const StopFlags& stop) {
     BeginNext();
+    if (place_.scale == 0.0 && !ChooseScale(stop)) return Result::kStopped;
     store_.SetScale(place_.scale);
     const double last = std::fabs(place_.length / place_.scale);
     const double expected = std::min(1.0, kExpectedGrowth * last);
@@ -137,15 +143,15 @@ double SeriesStepper::StepLength(const SeriesEnd& end) const {
 
 std::optional<CollidingPair> SeriesStepper::FastestPair(const StopFlags& stop) const {
     CollidingPair pair{};
-    if (!(FastestRate(&stop, &pair) > 0.0)) return std::nullopt;
+    if (!(FastestRate(stop, &pair) > 0.0)) return std::nullopt;
     return pair;
 }
 
-// In 1/s2. What is no number counts as the greatest.
-double SeriesStepper::FastestRate(const StopFlags* stop, CollidingPair* pair) const {
+// What is no number counts as the greatest.
+std::optional<double> SeriesStepper::FastestRate(const StopFlags& stop, CollidingPair* pair) const {
     double greatest = 0.0;
     for (int32 earlier = 0; earlier < CountMassive(); earlier++) {
-        if (stop && stop->ShouldStop()) return 0.0;
+        if (stop.ShouldStop()) return std::nullopt;
         for (int32 later = earlier + 1; later < CountBodies(); later++) {
             const double rate = RateOf(later, earlier);
             if (rate <= greatest) continue;

@@ -20,7 +20,9 @@
 // Where the next step begins, but for the bodies' states.
 struct SeriesPlace {
     SplitTime time;
-    double scale = 0.0;   // s, that of the step's series; a power of two
+    // s, that of the step's series; a power of two. 0, with the sign of its direction: a run
+    // starts, and its first step has yet to choose one.
+    double scale = 0.0;
     double length = 0.0;  // s, of the last step; 0: there was none
 };
 
@@ -87,7 +89,11 @@ public:
 private:
     void FillEmptySlots();
     void BeginNext();
-    [[nodiscard]] double FastestRate(const StopFlags* stop, CollidingPair* pair) const;
+    // False: given up halfway.
+    [[nodiscard]] bool ChooseScale(const StopFlags& stop);
+    // In 1/s2; none: given up halfway.
+    [[nodiscard]] std::optional<double> FastestRate(const StopFlags& stop,
+                                                    CollidingPair* pair) const;
     [[nodiscard]] double RateOf(int32 later, int32 earlier) const;
     [[nodiscard]] double StepLength(const SeriesEnd& end) const;
 

@@ -170,12 +170,15 @@ private:
 };
 
 template <int32 kLanes, int32 kOrder, bool kKeepsPowers>
-void TileGroup(const SeriesArrays& arrays, const TileArrays& tiles, int32 group) {
+void TileGroup(const SeriesArrays& arrays, const TileArrays& tiles, int32 group, int32 first,
+               int32 count) {
     const int64 rows = int64{6 * kSlots} * arrays.massiveVectors;
     double* const sums = tiles.sums + group * rows;
-    for (int64 i = 0; i < rows; i++)
+    for (int64 i = 0; first == 0 && i < rows; i++)
         sums[i] = 0.0;
-    for (int32 t = group; t < tiles.countTiles; t += tiles.groups) {
+    const int32 end = tiles.groups * (first + count);
+    for (int32 t = tiles.groups * first + group; t < end && t < tiles.countTiles;
+         t += tiles.groups) {
         const SeriesTile& tile = tiles.tiles[t];
         if (!tiles.active[tile.a] && !tiles.active[tile.b]) continue;
         Tile<kLanes, kOrder, kKeepsPowers>(arrays, tiles, tile)

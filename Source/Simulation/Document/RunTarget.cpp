@@ -11,6 +11,7 @@ constexpr const char* kKindField = "kind";
 constexpr const char* kTimeField = "time";
 constexpr const char* kBodyField = "body";
 constexpr const char* kOtherField = "other";
+constexpr const char* kDistanceField = "distance";
 
 constexpr double kForEver = std::numeric_limits<double>::infinity();
 
@@ -26,6 +27,8 @@ std::optional<RunCondition> RunTarget::Condition() const {
             return RunCondition::Crossing(1, body, other);
         case Kind::kPlaneZ:
             return RunCondition::Crossing(2, body, other);
+        case Kind::kEscape:
+            return RunCondition::Escape(body, distance);
         default:
             return std::nullopt;
     }
@@ -50,6 +53,7 @@ BMessage RunTarget::ToMessage() const {
     message.AddDouble(kTimeField, time);
     message.AddInt64(kBodyField, body);
     message.AddInt64(kOtherField, other);
+    message.AddDouble(kDistanceField, distance);
     return message;
 }
 
@@ -59,9 +63,10 @@ std::optional<RunTarget> RunTarget::From(const BMessage& message) {
     if (message.what != kMessage || message.FindInt32(kKindField, &kind) != B_OK ||
         message.FindDouble(kTimeField, &target.time) != B_OK ||
         message.FindInt64(kBodyField, &target.body) != B_OK ||
-        message.FindInt64(kOtherField, &target.other) != B_OK)
+        message.FindInt64(kOtherField, &target.other) != B_OK ||
+        message.FindDouble(kDistanceField, &target.distance) != B_OK)
         return std::nullopt;
-    if (kind < static_cast<int32>(Kind::kFor) || kind > static_cast<int32>(Kind::kPlaneZ))
+    if (kind < static_cast<int32>(Kind::kFor) || kind > static_cast<int32>(Kind::kEscape))
         return std::nullopt;
     target.kind = static_cast<Kind>(kind);
     return target;

@@ -20,6 +20,7 @@ struct RunTarget {
         kPlaneX,   // a body goes through the plane across x that holds the other one, or the origin
         kPlaneY,
         kPlaneZ,
+        kEscape,  // a body is unbound and beyond a distance
     };
     static constexpr uint32 kMessage = FourCC("rnto");
 
@@ -27,6 +28,7 @@ struct RunTarget {
     double time = 0.0;  // s, of the first two
     int64 body = 0;     // identifiers
     int64 other = RunCondition::kOrigin;
+    double distance = 0.0;  // m, of the last one
 
     [[nodiscard]] bool IsTime() const { return kind == Kind::kFor || kind == Kind::kUntil; }
     // What the calculator is to look for; nothing for a time or a merger.

@@ -32,7 +32,8 @@ protected:
     std::optional<Found> FirstContact(int32 steps) {
         for (int32 i = 0; i < steps; i++) {
             if (stepper_.MakeStep(stop_) != SeriesStepper::Result::kDone) break;
-            if (contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step()))
+            if (contacts_.Find(stepper_.Store(), stepper_.Kernels(), stepper_.Step(), stop_) ==
+                true)
                 return Found{stepper_.Step().TimeAt(contacts_.Theta()), contacts_.Theta(),
                              contacts_.Pairs()};
         }

@@ -158,6 +158,36 @@ PointSystem KeplerPair(double eccentricity) {
             {{(1.0 - share) * near, 0, 0}, {0, (1.0 - share) * speed, 0}, kSolarGM * share}};
 }
 
+// Masses of the Sun with the inner planets, AU, AU per day.
+PointSystem OuterPlanets() {
+    constexpr double kSpeed = kAstronomicalUnit / 86400.0;
+    constexpr double kSunGM = 2.95912208286e-4 * kAstronomicalUnit * kSpeed * kSpeed;
+    PointSystem system{
+        {{0, 0, 0}, {0, 0, 0}, 1.00000597682},
+        {{-3.5023653, -3.8169847, -1.5507963},
+         {0.00565429, -0.00412490, -0.00190589},
+         0.000954786104043},
+        {{9.0755314, -3.0458353, -1.6483708},
+         {0.00168318, 0.00483525, 0.00192462},
+         0.000285583733151},
+        {{8.3101420, -16.2901086, -7.2521278},
+         {0.00354178, 0.00137102, 0.00055029},
+         0.0000437273164546},
+        {{11.4707666, -25.7294829, -10.8169456},
+         {0.00288930, 0.00114527, 0.00039677},
+         0.0000517759138449},
+        {{-15.5387357, -25.2225594, -3.1902382},
+         {0.00276725, -0.00170702, -0.00136504},
+         1.0 / 1.3e8},
+    };
+    for (auto& [position, velocity, gm] : system) {
+        position *= kAstronomicalUnit;
+        velocity *= kSpeed;
+        gm *= kSunGM;
+    }
+    return system;
+}
+
 PointSystem Planets(int32 count) {
     PointSystem system{{{}, {}, kSolarGM}};
     for (int32 i = 0; i < count; i++) {

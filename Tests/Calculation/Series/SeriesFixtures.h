@@ -23,6 +23,9 @@ constexpr double kYear = 3.15576e7;
 PointSystem FigureEight();
 // A pair that starts nearest to each other, one astronomical unit apart on average.
 PointSystem KeplerPair(double eccentricity);
+// Sun and outer planets on 5 September 1994, from Hairer, Lubich and Wanner, Geometric Numerical
+// Integration, I.2.4: the Sun with the inner planets, Jupiter, Saturn, Uranus, Neptune, Pluto.
+PointSystem OuterPlanets();
 // A sun with planets on orbits of different sizes and planes.
 PointSystem Planets(int32 count);
 // Bodies of different masses that move about in a ball; the first ones massive, the others not.
