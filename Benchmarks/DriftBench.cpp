@@ -85,7 +85,7 @@ void BenchDrift(BenchTable* table) {
     table->AddAtMost("order 16, energy error, 10^6 years of outer planets", 1e-13, greatest, "");
     table->AddFigure("the same, root mean square of 16 starts", std::sqrt(squares.back()), "");
     for (int32 k = 0; k + 1 < kTimes; k++)
-        table->AddFigure("after a " + std::to_string(1 << (kTimes - 1 - k)) + "th of the time",
+        table->AddFigure("after 1/" + std::to_string(1 << (kTimes - 1 - k)) + " of that time",
                          std::sqrt(squares[static_cast<std::size_t>(k)]), "");
     const double slope = Slope(squares);
     table->AddFigure("exponent of time in its growth", slope, "");

@@ -15,6 +15,7 @@
 #include <atomic>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "Calculation/CollisionMailbox.h"
@@ -72,7 +73,9 @@ public:
     // resumed; a limit holds once.
     void SetRunLimit(int64 steps, double time) { limit_.Set({steps, time}); }
     // Likewise where that is met (RunCondition.h); none: at nothing else. While parked.
-    void SetRunCondition(std::optional<RunCondition> condition) { condition_ = condition; }
+    void SetRunCondition(std::optional<RunCondition> condition) {
+        condition_ = std::move(condition);
+    }
     // Whether the target is told that a run stops at its limit or condition (RunEnding::kGoal).
     // While parked.
     void SetGoalIsTold(bool isTold) { isGoalTold_ = isTold; }

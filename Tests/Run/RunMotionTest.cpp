@@ -188,6 +188,25 @@ TEST_F(RunMotion, EventsAreTheRootsOfTheMotion) {
     EXPECT_TRUE(events["contact"].empty());
 }
 
+// At its near end the orbit of a body is below the plane for less time than passes between reports.
+TEST_F(RunMotion, ADipIntoThePlaneIsTwoCrossings) {
+    constexpr double kDepth = 1e-6;
+    Epoch start;
+    start.SetCOMOnGo(false);
+    AddSmallBody(&start, 0, {0, 0, 0.4 - kDepth});
+    start.SystemFromID(0)->SetM(1.0);
+    AddSmallBody(&start, 1, {0, 0, 2.0 - kDepth}, {0.5, 0, 0});
+    start.SystemFromID(1)->SetM(0.0);
+    const Outcome outcome =
+        Run({"--for", "5", "--events", Path("events")}, PutDocument("document", start));
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const auto crossings = ParseEvents(Get(Path("events")))["plane crossing"];
+    ASSERT_EQ(crossings.size(), 2u);
+    const double half = std::sqrt(2 * kDepth * 0.4 * 0.4);
+    EXPECT_NEAR(crossings[0].time, kPi - half, 1e-6);
+    EXPECT_NEAR(crossings[1].time, kPi + half, 1e-6);
+}
+
 // In the file of events, and in the epoch that is saved.
 TEST_F(RunMotion, BodiesThatTouchDoAsTheyAreTold) {
     const std::string document = PutDocument("document", *MergingSystem());

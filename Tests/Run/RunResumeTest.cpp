@@ -120,6 +120,21 @@ TEST_F(RunResume, AKilledRunGoesOnToTheSameBitsAtEveryOrder) {
     }
 }
 
+// It ends where it was to end when it began, at the very moment.
+TEST_F(RunResume, ARunUntilSomethingHappensKeepsItsEnd) {
+    const auto epoch = TestSystem();
+    epoch->RootSystem()->AddChild(
+        MakeBody("Stranger", 9, 0.0, {1e14, 0, 0}, {1e5, 0, 0}).release());
+    const Arguments run = {"--until", "escape=Stranger, 4.1e15 m",      "--order", "16", "--cutoff",
+                           "1e-16",   PutDocument("document", *epoch)};
+    Arguments whole = run;
+    whole.emplace_back("--json");
+    const Outcome uninterrupted = RunProgram(whole);
+    EXPECT_NEAR(std::stod(Member(uninterrupted.out, "end_time_s")), 4e10, 4e8);
+    RunAndKill(run, [](const Kept& kept) { return kept.steps > 0; });
+    ExpectSame(Resume(), uninterrupted);
+}
+
 TEST_F(RunResume, MergersBeforeAndAfterACheckpointAreThoseOfTheWholeRun) {
     const std::string document = PutDocument("document", *MergingSystem());
     // About as many steps before the merger as after it.
