@@ -145,7 +145,9 @@ TEST(RankHelper, WhatIsGivenUpHalfwayIsMadeAgain) {
         evaluator.SetRanks(ranks);
         evaluator.Resize(61, 50);
         Fill(&evaluator, 0.0);
-        if (ranks) EXPECT_EQ(evaluator.Evaluate(4, stopped), ForceEvaluator::Result::kStopped);
+        if (ranks) {
+            EXPECT_EQ(evaluator.Evaluate(4, stopped), ForceEvaluator::Result::kStopped);
+        }
         Append(&evaluator, 4, 0.0, &all);
         SeriesStepper stepper(1);
         stepper.SetRanks(ranks);
@@ -156,7 +158,9 @@ TEST(RankHelper, WhatIsGivenUpHalfwayIsMadeAgain) {
             stepper.SetBody(i, {own[0], own[1], own[2]}, {}, 1.0);
         }
         stepper.Start(1e-10, 0.0);
-        if (ranks) EXPECT_EQ(stepper.MakeStep(stopped), SeriesStepper::Result::kStopped);
+        if (ranks) {
+            EXPECT_EQ(stepper.MakeStep(stopped), SeriesStepper::Result::kStopped);
+        }
         EXPECT_EQ(stepper.MakeStep(*Going()), SeriesStepper::Result::kDone);
         all.push_back(stepper.Step().Length());
         return all;

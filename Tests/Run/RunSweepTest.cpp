@@ -93,7 +93,7 @@ TEST_F(RunSweep, AKilledSweepGoesOnAfterItsWholeLines) {
         const Outcome again = Run(grid_, {"--csv", path, "--threads", "2"});
         EXPECT_EQ(again.status, 0) << again.err;
         EXPECT_EQ(Get(path), whole) << size;
-        if (size == whole.size()) EXPECT_NE(again.err.find("6 of 6"), std::string::npos);
+        EXPECT_EQ(again.err.find("6 of 6") != std::string::npos, size == whole.size());
     }
     // Killed, or told to stop, at work.
     for (const int signal : {SIGKILL, SIGTERM}) {
@@ -109,7 +109,7 @@ TEST_F(RunSweep, AKilledSweepGoesOnAfterItsWholeLines) {
                                                kill(program, signal);
                                            }});
         EXPECT_EQ(stopped.signal, signal == SIGKILL ? SIGKILL : 0);
-        if (signal == SIGTERM) EXPECT_EQ(stopped.status, 143);
+        EXPECT_EQ(stopped.status, signal == SIGTERM ? 143 : -1);
         const std::string kept = Get(path);
         EXPECT_LT(Parse(kept).size(), 201u);
         ASSERT_EQ(RunProgram(arguments).status, 0);
@@ -159,10 +159,14 @@ TEST_F(RunSweep, ValuesFromAFileMergersAndRunsThatCannotBe) {
     EXPECT_TRUE(table.at(1).size() < table.at(3).size() ||
                 outcome.out.find(",,,,,,,,,,,,,") != std::string::npos);
 
-    // Each value is possible alone, but not both.
-    const Outcome refused = RunProgram({"--sweep", "Light.orbit.e=0..2 x 2", "--sweep",
-                                        "Light.orbit.a=-2e11..2e11 m x 2", "-n", "3", document_});
-    (void)refused;
+    // Each value is possible alone, but a hyperbola has no positive semi-major axis.
+    const Outcome refused = RunProgram({"--sweep", "Light.orbit.e=0.1..2 x 2", "--sweep",
+                                        "Light.orbit.a=2e11..3e11 m x 2", "-n", "3", document_});
+    ASSERT_EQ(refused.status, 0) << refused.err;
+    const Table some = Parse(refused.out);
+    EXPECT_EQ(Cell(some, 2, "ending"), "done");
+    EXPECT_EQ(Cell(some, 4, "ending"), "refused") << refused.out;
+    EXPECT_EQ(some.at(4).size(), some.at(0).size());
 }
 
 TEST_F(RunSweep, WhatIsWrongIsToldBeforeAnythingRuns) {

@@ -7,11 +7,10 @@
 #include "Simulation/Document/ProgramResources.h"
 
 int main(int argc, char** argv) {
-    // MPI has threads of its own, which must not take the signals either.
+    // MPI has threads of its own, which must not take the signals either. Number 0 waits for them,
+    // and cannot end a run in order unless the others stay as long.
     const EndSignals signals({SIGINT, SIGTERM});
     MpiRanks ranks(&argc, &argv);
-    // Number 0 waits for them; the others end at once.
-    if (!ranks.IsFirst()) signals.LetThrough();
     const ProgramResources resources;
     return RunProgram({argv + 1, argv + argc}, resources, ORVEK_VERSION, &ranks);
 }
