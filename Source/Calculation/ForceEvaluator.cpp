@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <thread>
 
+#include "Calculation/RankRows.h"
+
 namespace {
 
 // The rate when no pair is faster.
@@ -33,7 +35,7 @@ void RaiseTo(std::atomic<double>* greatest, double value) {
 
 }  // namespace
 
-// One pass over all targets, in tasks that the threads take from a counter.
+// One pass over targets, in tasks that the threads take from a counter.
 struct ForceEvaluator::Pass {
     enum class Kind { kFirst, kSecond };
 
@@ -42,6 +44,7 @@ struct ForceEvaluator::Pass {
     const int32 order;
     const StopFlags& stop;
     const int32 targetsPerTask;
+    const int32 countTargets;
     std::atomic<int32> next{0};
     std::atomic<double> rate{kLeastRate};
     std::atomic<bool> touching{false};
@@ -55,12 +58,12 @@ struct ForceEvaluator::Pass {
         FirstPassResult found;
         while (!stopped) {
             const int32 begin = next.fetch_add(targetsPerTask);
-            if (begin >= arrays.bodies) break;
+            if (begin >= countTargets) break;
             if (stop.ShouldStop()) {
                 stopped = true;
                 break;
             }
-            const int32 end = std::min(begin + targetsPerTask, arrays.bodies);
+            const int32 end = std::min(begin + targetsPerTask, countTargets);
             if (kind == Kind::kFirst) {
                 const FirstPassResult task = instance.firstPass(arrays, order, begin, end);
                 found.rate = std::max(found.rate, task.rate);
@@ -124,20 +127,66 @@ bool ForceEvaluator::IsQuick() const {
 
 ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& stop) {
     collisions_.clear();
+    if (IsForRanks()) {
+        const RankTask task{RankTask::Kind::kForces, order, arrays_.bodies, arrays_.massive};
+        ranks_->Call(&task, sizeof task);
+        return EvaluateWithRanks(order, stop);
+    }
     if (IsQuick()) return EvaluateQuickly(order, stop);
-    const int32 targetsPerTask =
-        RoundUp(kPairsPerTask / std::max(arrays_.massive, 1) + 1, kMaxLanes);
-    Pass first{*this, Pass::Kind::kFirst, order, stop, targetsPerTask};
+    Pass first{*this, Pass::Kind::kFirst, order, stop, TargetsPerTask(), arrays_.bodies};
     Run(&first);
     if (first.stopped) return Result::kStopped;
     if (first.touching) return ListCollisions(stop);
     rate_ = first.rate;
     if (order >= 4) {
-        Pass second{*this, Pass::Kind::kSecond, order, stop, targetsPerTask};
+        Pass second{*this, Pass::Kind::kSecond, order, stop, TargetsPerTask(), arrays_.bodies};
         Run(&second);
         if (second.stopped) return Result::kStopped;
     }
     return Result::kDone;
+}
+
+int32 ForceEvaluator::TargetsPerTask() const {
+    return RoundUp(kPairsPerTask / std::max(arrays_.massive, 1) + 1, kMaxLanes);
+}
+
+bool ForceEvaluator::IsForRanks() const {
+    return ranks_ != nullptr && ranks_->Count() > 1 &&
+           int64{arrays_.bodies} * arrays_.massive >= ranks_->LeastPairs();
+}
+
+void ForceEvaluator::Help(const RankTask& task) {
+    if (task.bodies != arrays_.bodies || task.massive != arrays_.massive)
+        Resize(task.bodies, task.massive);
+    StopFlags never;
+    never.pauseCount = 0;
+    static_cast<void>(EvaluateWithRanks(task.order, never));
+}
+
+// Each has the targets of its part, as Evaluate has all; what touches number 0 finds alone.
+ForceEvaluator::Result ForceEvaluator::EvaluateWithRanks(int32 order, const StopFlags& stop) {
+    if (!rankRows_ || rankRows_->CountBodies() != arrays_.bodies)
+        rankRows_ = std::make_unique<RankRows>(ranks_, arrays_.bodies);
+    RankRows& rows = *rankRows_;
+    rows.Tell({Position(0), Position(1), Position(2), Velocity(0), Velocity(1), Velocity(2), GM(),
+               Radius()});
+    Pass first{*this, Pass::Kind::kFirst, order, stop, TargetsPerTask(), rows.End(), rows.Begin()};
+    Run(&first);
+    rate_ = first.rate;
+    double touching = first.touching ? 1.0 : 0.0;
+    double stopped = first.stopped ? 1.0 : 0.0;
+    rows.Share({Array(kAcceleration), Array(kAcceleration + 1), Array(kAcceleration + 2)},
+               {&rate_, &touching, &stopped});
+    if (stopped > 0.0) return Result::kStopped;
+    if (touching > 0.0) return ranks_->IsFirst() ? ListCollisions(stop) : Result::kCollision;
+    if (order == 3) rows.Gather({Array(kJerk), Array(kJerk + 1), Array(kJerk + 2)});
+    if (order < 4) return Result::kDone;
+    Pass second{*this,      Pass::Kind::kSecond, order, stop, TargetsPerTask(),
+                rows.End(), rows.Begin()};
+    Run(&second);
+    rows.Gather({Array(kJerk), Array(kJerk + 1), Array(kJerk + 2), Array(kSnap), Array(kSnap + 1),
+                 Array(kSnap + 2)});
+    return second.stopped ? Result::kStopped : Result::kDone;
 }
 
 // On this thread alone and in one go.

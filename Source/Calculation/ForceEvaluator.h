@@ -11,9 +11,12 @@
 
 #include "Calculation/BodyArrays.h"
 #include "Calculation/ForceInstances.h"
+#include "Calculation/Ranks.h"
 #include "Calculation/StopFlags.h"
 #include "Calculation/WorkerTeam.h"
 #include "Platform/Support/SupportDefs.h"
+
+class RankRows;
 
 class ForceEvaluator {
 public:
@@ -27,6 +30,9 @@ public:
 
     void SetThreads(int32 threads);
     int32 Threads() const { return threads_; }
+    // Number 0 of these shares Evaluate with the others, which Help. Null (not owned): it is alone.
+    void SetRanks(Ranks* ranks) { ranks_ = ranks; }
+    void Help(const RankTask& task);
     // For tests and benchmarks; by default the best one of the processor. False when it has none
     // such: then nothing changes.
     bool SetInstructionSet(InstructionSet set);
@@ -87,6 +93,9 @@ private:
     double* Array(int index) { return storage_[index * stride_].numbers; }
     const double* Array(int index) const { return storage_[index * stride_].numbers; }
     [[nodiscard]] bool IsQuick() const;
+    [[nodiscard]] int32 TargetsPerTask() const;
+    [[nodiscard]] bool IsForRanks() const;
+    Result EvaluateWithRanks(int32 order, const StopFlags& stop);
     Result EvaluateQuickly(int32 order, const StopFlags& stop);
     void Run(Pass* pass);
     Result ListCollisions(const StopFlags& stop);
@@ -100,4 +109,6 @@ private:
     double rate_ = 0;
     std::vector<CollidingPair> collisions_;
     std::unique_ptr<WorkerTeam> team_;  // made when first needed
+    Ranks* ranks_ = nullptr;
+    std::unique_ptr<RankRows> rankRows_;  // likewise
 };

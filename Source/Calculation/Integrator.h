@@ -21,6 +21,7 @@
 
 class BMessage;
 class Body;
+class Ranks;
 class SeriesStep;
 struct StopFlags;
 
@@ -63,6 +64,8 @@ public:
     [[nodiscard]] virtual double CutoffInUse() const = 0;
     // 0: as many as the machine has processors.
     virtual void SetThreads(int32 threads) = 0;
+    // Those that share the work; null (not owned): nobody.
+    virtual void SetRanks(Ranks* ranks) = 0;
 
     // Room for bodies in mass order, the first `massive` of which have mass. The caller fills it
     // and calls Begin or ResumeRun; from then on positions and velocities are those of the last

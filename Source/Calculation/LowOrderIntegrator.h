@@ -17,6 +17,7 @@ public:
     [[nodiscard]] int32 OrderInUse() const override { return order_; }
     [[nodiscard]] double CutoffInUse() const override { return cutoff_; }
     void SetThreads(int32 threads) override { evaluator_.SetThreads(threads); }
+    void SetRanks(Ranks* ranks) override { evaluator_.SetRanks(ranks); }
 
     [[nodiscard]] BodyRows MakeRoom(int32 bodies, int32 massive) override;
     void Begin(const Start& start) override;

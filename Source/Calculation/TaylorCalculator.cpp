@@ -58,6 +58,7 @@ void TaylorCalculator::ChooseIntegrator() {
     if (integrator_->OrderFor(order)) return;
     integrator_ = MakeIntegrator(order);
     integrator_->SetThreads(threads_);
+    integrator_->SetRanks(ranks_);
 }
 
 Integrator::Start TaylorCalculator::StartAt(double time) const {
@@ -80,6 +81,11 @@ void TaylorCalculator::NoteRun() {
 void TaylorCalculator::SetThreads(int32 threads) {
     threads_ = threads;
     integrator_->SetThreads(threads);
+}
+
+void TaylorCalculator::SetRanks(Ranks* ranks) {
+    ranks_ = ranks;
+    integrator_->SetRanks(ranks);
 }
 
 status_t TaylorCalculator::ArchiveRun(BMessage* into) const {

@@ -48,6 +48,8 @@ public:
     // Threads that share the force evaluation; 0: as many as the machine has processors. While
     // parked.
     void SetThreads(int32 threads);
+    // Processes that share it; null (not owned): none. While parked.
+    void SetRanks(Ranks* ranks);
 
 private:
     void ChooseIntegrator();
@@ -76,6 +78,7 @@ private:
     RunBodies bodies_;  // in the integrator's arrays
     std::vector<MotionWatcher*> watchers_;
     int32 threads_ = 0;
+    Ranks* ranks_ = nullptr;
     int32 onContact_ = kContactMerges;
     int64 runsBegun_ = 0;
     // Of the last run; only compared.

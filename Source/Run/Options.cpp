@@ -83,8 +83,9 @@ bool SetSteps(Value value, const ProgramResources&, Options* options) {
     return ParseInteger<int64>(value, 0, INT64_MAX, &options->steps.emplace());
 }
 
-bool AddEdit(Value value, const ProgramResources&, Options* options) {
-    options->edits.emplace_back(value);
+template <std::vector<std::string> Options::*list>
+bool AddTo(Value value, const ProgramResources&, Options* options) {
+    (options->*list).emplace_back(value);
     return !value.empty();
 }
 
@@ -174,7 +175,10 @@ constexpr OptionInfo kOptions[] = {
     {"size", '\0', true, SetSize},
     {"axis", '\0', true, SetAxis},
     {"scale", '\0', true, SetScale},
-    {"edit", '\0', true, AddEdit},
+    {"edit", '\0', true, AddTo<&Options::edits>},
+    {"sweep", '\0', true, AddTo<&Options::sweeps>},
+    {"sweep-file", '\0', true, SetPath<&Options::sweepFile>},
+    {"body", '\0', true, AddTo<&Options::bodies>},
     {"on-collision", '\0', true, SetOnCollision},
     {"epochs", '\0', false, SetFlag<&Options::epochs>},
     {"elements", '\0', false, SetFlag<&Options::elements>},
@@ -221,6 +225,7 @@ public:
         if (options_->checkpoint && !options_->save) return Problem(kTextCheckpointNeedsSave);
         if (const std::string_view other = ChangesRun(); options_->resume && !other.empty())
             return Problem(kTextNotWithResume, other);
+        if (Wrong wrong = FindSweepProblem()) return wrong;
         return FindMotionProblem();
     }
 
@@ -236,6 +241,30 @@ private:
         if (options_->onCollision) return "--on-collision";
         if (!options_->edits.empty()) return "--edit";
         return options_->dump ? "--dump" : "";
+    }
+
+    // Of a sweep there are lines alone.
+    [[nodiscard]] Wrong FindSweepProblem() const {
+        if (!options_->IsSweep()) {
+            if (options_->bodies.empty()) return std::nullopt;
+            return Problem(kTextNotWithout, "--body", "--sweep");
+        }
+        const std::pair<bool, std::string_view> others[] = {
+            {options_->save.has_value(), "--save"},
+            {options_->png.has_value(), "--png"},
+            {options_->resume.has_value(), "--resume"},
+            {!options_->at.empty(), "--at"},
+            {options_->every.has_value(), "--every"},
+            {options_->stepTimes, "--step-times"},
+            {options_->events.has_value(), "--events"},
+            {options_->epochs, "--epochs"},
+            {options_->elements, "--elements"},
+            {options_->json, "--json"},
+            {options_->dump, "--dump"}};
+        for (const auto& [isGiven, name] : others)
+            if (isGiven) return Problem(kTextNotTogether, name, "--sweep");
+        if (options_->steps && *options_->steps == 0) return Problem(kTextBadValue, "--steps", "0");
+        return std::nullopt;
     }
 
     // States at chosen times and events are not gone on with.

@@ -34,6 +34,9 @@ struct Options {
     double scale = 0.0;                // pixels per metre; 0: the picture shows all that happened
     std::vector<std::string> edits;    // "SYSTEM.FIELD=VALUE UNIT", in order
     std::optional<int32> onCollision;  // of EpochLimits.h; none: what the epoch says
+    std::vector<std::string> sweeps;   // SweepAxis.h
+    std::optional<std::string> sweepFile;
+    std::vector<std::string> bodies;  // whose columns a sweep has
     bool epochs = false;
     bool elements = false;
     std::optional<double> cutoff;
@@ -45,6 +48,7 @@ struct Options {
     bool help = false;
     bool version = false;
 
+    [[nodiscard]] bool IsSweep() const { return !sweeps.empty() || sweepFile; }
     // Beside the document that is saved.
     [[nodiscard]] std::string CheckpointPath() const { return *save + ".checkpoint"; }
     // A listing alone, and 0 steps, run nothing.

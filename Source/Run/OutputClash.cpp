@@ -25,8 +25,8 @@ std::optional<std::string> FindClashingOutput(const Options& options) {
         options.checkpoint ? std::optional(options.CheckpointPath()) : std::nullopt;
     const auto clashes = [&](const std::optional<std::string>& output,
                              const std::optional<std::string>& alsoWritten) {
-        for (const auto& other :
-             {options.document, options.resume, options.save, checkpoint, alsoWritten})
+        for (const auto& other : {options.document, options.resume, options.save, checkpoint,
+                                  options.sweepFile, alsoWritten})
             if (output && other && IsSameFile(*output, *other)) return true;
         return false;
     };

@@ -94,7 +94,11 @@ void RunEvents::ForgetParking() {
     static_cast<void>(eventfd_read(parked_.Get(), &count));
 }
 
+void RunEvents::Wake() const {
+    static_cast<void>(eventfd_write(parked_.Get(), 1));
+}
+
 void RunEvents::Changed(int32 what) {
     if (what == kEpochsTooDeep) wasTooDeep_ = true;
-    if (what == kCalculatorParked) static_cast<void>(eventfd_write(parked_.Get(), 1));
+    if (what == kCalculatorParked) Wake();
 }

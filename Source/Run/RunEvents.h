@@ -54,6 +54,8 @@ public:
     enum class Event { kParked, kSignal, kTimeout };
     // Waits for the next event; for kTimeout at most so many milliseconds, for ever without.
     [[nodiscard]] Event Wait(std::optional<int> milliseconds);
+    // From any thread: as if the calculator had parked.
+    void Wake() const;
     // Of the calculator's parking until now, which the caller has asked for.
     void ForgetParking();
     // Of the event kSignal, or noted by a LastChance: SIGINT or SIGTERM; 0 if there was none. From

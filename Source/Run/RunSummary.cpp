@@ -19,30 +19,6 @@ double Rate(const RunSummary& summary) {
     return summary.seconds > 0.0 ? static_cast<double>(summary.steps) / summary.seconds : 0.0;
 }
 
-std::string_view EndingName(RunSummary::Ending ending) {
-    switch (ending) {
-        case RunSummary::Ending::kDone:
-            return "done";
-        case RunSummary::Ending::kCollision:
-            return "collision";
-        case RunSummary::Ending::kInterrupted:
-            return "interrupted";
-        case RunSummary::Ending::kNotFinite:
-            return "not finite";
-        case RunSummary::Ending::kTimeStands:
-            return "time stands";
-        case RunSummary::Ending::kNothingInteracts:
-            return "nothing interacts";
-        case RunSummary::Ending::kNotMerged:
-            return "not merged";
-        case RunSummary::Ending::kNoMemory:
-            return "no memory";
-        case RunSummary::Ending::kTouched:
-            return "touched";
-    }
-    return "";
-}
-
 std::string TouchesJson(const std::vector<RunSummary::Touch>& touches) {
     std::string list = "[";
     for (const RunSummary::Touch& touch : touches) {
@@ -66,6 +42,30 @@ void RunSummary::AddTouches(const BMessage& pairs, const SystemState& end) {
                       pairs.FindInt64(CollisionMailbox::kEarlierField, i, &heavier) == B_OK;
          i++)
         touches.push_back({lighter, heavier, end.NameOf(lighter), end.NameOf(heavier)});
+}
+
+std::string_view RunSummary::NameOf(Ending ending) {
+    switch (ending) {
+        case Ending::kDone:
+            return "done";
+        case Ending::kCollision:
+            return "collision";
+        case Ending::kInterrupted:
+            return "interrupted";
+        case Ending::kNotFinite:
+            return "not finite";
+        case Ending::kTimeStands:
+            return "time stands";
+        case Ending::kNothingInteracts:
+            return "nothing interacts";
+        case Ending::kNotMerged:
+            return "not merged";
+        case Ending::kNoMemory:
+            return "no memory";
+        case Ending::kTouched:
+            return "touched";
+    }
+    return "";
 }
 
 RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
@@ -126,7 +126,7 @@ std::string RunSummary::Json() const {
     JsonObject object;
     object.Add("document", document);
     object.Add("epoch", epoch);
-    object.Add("ending", EndingName(ending));
+    object.Add("ending", NameOf(ending));
     object.AddJson("collisions", TouchesJson(touches));
     object.Add("start_time_s", startTime);
     object.Add("end_time_s", endTime);

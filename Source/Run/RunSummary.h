@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Calculation/RunEnding.h"
@@ -52,6 +53,8 @@ struct RunSummary {
 
     // The pairs as the calculator mails them, named as in the final state.
     void AddTouches(const BMessage& pairs, const SystemState& end);
+    // As programs read it.
+    [[nodiscard]] static std::string_view NameOf(Ending ending);
     [[nodiscard]] static Ending EndingFor(RunEnding::Reason reason);
     [[nodiscard]] std::string Text(const ProgramResources& resources) const;
     // One JSON object on one line.

@@ -26,7 +26,7 @@ constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
 
 }  // namespace
 
-Runner::Runner(const Options& options, const ProgramResources& resources)
+Runner::Runner(const Options& options, const ProgramResources& resources, Ranks* ranks)
     : options_(options),
       resources_(resources),
       output_(options, resources),
@@ -40,6 +40,7 @@ Runner::Runner(const Options& options, const ProgramResources& resources)
       live_({options, resources, output_, events_, collisions_, document_, control_, controller_,
              recorder_, reports_, checkpoints_}),
       run_(live_.Record()) {
+    document_.GetCalculator()->SetRanks(ranks);
     document_.AddConsumer(&recorder_);
     document_.Portal()->AddObserver(&events_);
 }

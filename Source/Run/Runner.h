@@ -26,6 +26,8 @@
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SystemState.h"
 
+class Ranks;
+
 class Runner : private RunControlView {
 public:
     static constexpr int kDone = RunnerOutput::kDone;
@@ -34,7 +36,8 @@ public:
     static constexpr int kCouldNotGoOn = 3;
     static constexpr int kStoppedBySignal = 128;  // plus the signal's number
 
-    Runner(const Options& options, const ProgramResources& resources);
+    // None is owned. `ranks`: those that share the calculation; null: none.
+    Runner(const Options& options, const ProgramResources& resources, Ranks* ranks);
     ~Runner() override;
 
     // The exit status.

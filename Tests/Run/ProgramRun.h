@@ -23,3 +23,6 @@ struct RunSetup {
 };
 
 Outcome RunProgram(const std::vector<std::string>& arguments, const RunSetup& setup = {});
+// Another program, looked for where the shell would.
+Outcome RunOther(const std::string& program, const std::vector<std::string>& arguments,
+                 const RunSetup& setup = {});

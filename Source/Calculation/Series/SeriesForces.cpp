@@ -51,11 +51,12 @@ bool KeepsPairs(int32 order, int32 massive) {
 
 }  // namespace
 
-// One pass over all tiles: threads take groups from a counter.
+// One pass over the tiles of some groups: threads take groups from a counter.
 struct SeriesForces::Pass {
     const SeriesForces& forces;
     const int32 k;
     const StopFlags& stop;
+    const int32 endGroup;
     std::atomic<int32> next{0};
     std::atomic<bool> stopped{false};
 
@@ -65,7 +66,7 @@ struct SeriesForces::Pass {
         const TileArrays& tiles = forces.tileArrays_;
         const auto& kernels = *forces.instance_;
         const auto add = tiles.powers ? kernels.tiles[k / 2] : kernels.freshTiles[k / 2];
-        for (int32 group; (group = next.fetch_add(1)) < tiles.groups && !stopped;)
+        for (int32 group; (group = next.fetch_add(1)) < endGroup && !stopped;)
             for (int32 tile = 0; tile * tiles.groups < tiles.countTiles;
                  tile += kTilesBetweenLooks) {
                 if (stop.ShouldStop()) stopped = true;
@@ -92,10 +93,11 @@ struct SeriesForces::Sums {
     }
 };
 
-// All massless bodies, a vector at a time.
+// Massless bodies, a vector at a time.
 struct SeriesForces::TargetTasks {
     SeriesForces& forces;
     const StopFlags& stop;
+    const int32 endVector;
     std::atomic<int32> next;
     std::atomic<uint32> busy{0};  // bits of the scratches that somebody uses
     std::atomic<bool> stopped{false};
@@ -107,7 +109,7 @@ struct SeriesForces::TargetTasks {
         std::vector<SlotRow>& rows = forces.scratch_;  // none without bodies
         double* const scratch =
             rows.empty() ? nullptr : rows[Size(mine * forces.scratchRows_)].numbers;
-        for (int32 vector; (vector = next.fetch_add(1)) < forces.arrays_.vectors && !stopped;) {
+        for (int32 vector; (vector = next.fetch_add(1)) < endVector && !stopped;) {
             if (stop.ShouldStop())
                 stopped = true;
             else
@@ -160,6 +162,7 @@ void SeriesForces::Resize(const SeriesStore& store) {
         ResizeRing();
     else
         ResizeTiles();
+    rankSums_.reset();
     const bool hasTargets = arrays_.bodies > arrays_.massive;
     scratchRows_ = hasTargets ? int64{2} * arrays_.order * arrays_.massive : 0;
     scratch_.assign(Size(scratchRows_ * threads_), {});
@@ -207,6 +210,51 @@ void SeriesForces::ResizeTiles() {
 
 bool SeriesForces::Make(SeriesStore* store, const SplitStates& states, double theta, double cutoff,
                         const StopFlags& stop) {
+    isWithRanks_ = IsForRanks();
+    if (isWithRanks_) Tell(*store, states, theta, cutoff);
+    return MakeAll(store, states, theta, cutoff, stop);
+}
+
+bool SeriesForces::IsForRanks() const {
+    return ranks_ != nullptr && ranks_->Count() > 1 &&
+           int64{arrays_.bodies} * arrays_.massive >= ranks_->LeastPairs();
+}
+
+void SeriesForces::Tell(const SeriesStore& store, const SplitStates& states, double theta,
+                        double cutoff) {
+    const SeriesArrays& arrays = store.Arrays();
+    const RankTask task{RankTask::Kind::kSeries,
+                        arrays.order,
+                        arrays.bodies,
+                        arrays.massive,
+                        arrays.scale,
+                        theta,
+                        cutoff};
+    ranks_->Call(&task, sizeof task);
+    gm_.resize(Size(arrays.massive));
+    for (int32 body = 0; body < arrays.massive; body++)
+        gm_[Size(body)] = store.GM(body);
+    ranks_->Tell(gm_.data(), gm_.size() * sizeof(double));
+    ranks_->Tell(states.High(), states.Bytes());
+    ranks_->Tell(states.Low(), states.Bytes());
+}
+
+void SeriesForces::Help(SeriesStore* store, SplitStates* states, double theta, double cutoff) {
+    isWithRanks_ = true;
+    gm_.resize(Size(arrays_.massive));
+    ranks_->Hear(gm_.data(), gm_.size() * sizeof(double));
+    ranks_->Hear(states->High(), states->Bytes());
+    ranks_->Hear(states->Low(), states->Bytes());
+    pulledScale_ = 0.0;
+    for (int32 body = 0; body < arrays_.massive; body++)
+        store->SetGM(body, gm_[Size(body)]);
+    StopFlags never;
+    never.pauseCount = 0;
+    static_cast<void>(MakeAll(store, *states, theta, cutoff, never));
+}
+
+bool SeriesForces::MakeAll(SeriesStore* store, const SplitStates& states, double theta,
+                           double cutoff, const StopFlags& stop) {
     hasLeftOut_ = false;
     if (arrays_.massive <= kMaxInRing) {
         store->Begin(states);
@@ -252,11 +300,26 @@ bool SeriesForces::MakeTiles(SeriesStore* store, const SplitStates& states, doub
 }
 
 bool SeriesForces::MakePass(int32 k, const StopFlags& stop) {
-    Pass pass{*this, k, stop};
+    if (isWithRanks_) return MakePassWithRanks(k, stop);
+    Pass pass{*this, k, stop, tileArrays_.groups};
     Run(&pass, int64{arrays_.massive} * arrays_.massive / 2 >= kPairsWorthSharing);
     if (pass.stopped) return false;
     Sums sums{*this, k};
     Run(&sums, int64{arrays_.massiveVectors} * tileArrays_.groups >= kSumsWorthSharing);
+    return true;
+}
+
+bool SeriesForces::MakePassWithRanks(int32 k, const StopFlags& stop) {
+    if (!rankSums_)
+        rankSums_ = std::make_unique<RankSums>(ranks_, tileArrays_.groups, arrays_.massiveVectors);
+    Pass pass{*this, k, stop, rankSums_->EndGroup(), rankSums_->BeginGroup()};
+    Run(&pass, true);
+    if (!rankSums_->Add(tileArrays_.sums, pass.stopped)) return false;
+    TileArrays all = tileArrays_;
+    all.groups = 1;
+    for (int32 vector = rankSums_->BeginVector(); vector < rankSums_->EndVector(); vector++)
+        instance_->sumGroups(arrays_, all, k, vector);
+    rankSums_->ShareOrders(arrays_, k);
     return true;
 }
 
@@ -293,9 +356,24 @@ void SeriesForces::LeaveOut(int32 k, double theta, double cutoff) {
 }
 
 bool SeriesForces::MakeTargets(const StopFlags& stop) {
-    TargetTasks tasks{*this, stop, arrays_.massiveVectors};
+    if (isWithRanks_) return MakeTargetsWithRanks(stop);
+    TargetTasks tasks{*this, stop, arrays_.vectors, arrays_.massiveVectors};
     Run(&tasks,
         int64{arrays_.bodies - arrays_.massive} * arrays_.massive >= kTargetPairsWorthSharing);
+    return !tasks.stopped;
+}
+
+// Number 0 alone needs them.
+bool SeriesForces::MakeTargetsWithRanks(const StopFlags& stop) {
+    RankParts parts = ranks_->Split(arrays_.vectors - arrays_.massiveVectors);
+    const auto own = [&](std::size_t end) {
+        return arrays_.massiveVectors + static_cast<int32>(parts[ranks_->Index() + end]);
+    };
+    TargetTasks tasks{*this, stop, own(1), own(0)};
+    Run(&tasks, true);
+    for (int64& part : parts)
+        part *= arrays_.Stride();
+    ranks_->Gather(arrays_.Vector(arrays_.massiveVectors), parts);
     return !tasks.stopped;
 }
 

@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "Calculation/Ranks.h"
+#include "Calculation/Series/RankSums.h"
 #include "Calculation/Series/SeriesInstances.h"
 #include "Calculation/Series/SeriesStore.h"
 #include "Calculation/StopFlags.h"
@@ -27,6 +29,10 @@ public:
     SeriesForces& operator=(const SeriesForces&) = delete;
 
     void SetThreads(int32 threads);
+    // Number 0 of these shares Make with the others, which Help, with a store and states as large.
+    // Null (not owned): it is alone.
+    void SetRanks(Ranks* ranks) { ranks_ = ranks; }
+    void Help(SeriesStore* store, SplitStates* states, double theta, double cutoff);
     bool SetInstructionSet(InstructionSet set);
     [[nodiscard]] const SeriesInstance& Instance() const { return *instance_; }
 
@@ -51,6 +57,12 @@ private:
     void ResizeRing();
     void ResizeTiles();
     void SetPulls();
+    [[nodiscard]] bool IsForRanks() const;
+    bool MakeAll(SeriesStore* store, const SplitStates& states, double theta, double cutoff,
+                 const StopFlags& stop);
+    void Tell(const SeriesStore& store, const SplitStates& states, double theta, double cutoff);
+    bool MakePassWithRanks(int32 k, const StopFlags& stop);
+    bool MakeTargetsWithRanks(const StopFlags& stop);
     bool MakeTiles(SeriesStore* store, const SplitStates& states, double theta, double cutoff,
                    const StopFlags& stop);
     bool MakePass(int32 k, const StopFlags& stop);
@@ -76,4 +88,8 @@ private:
     std::vector<SlotRow> scratch_;  // of the massless bodies' pairs, for each thread
     int64 scratchRows_ = 0;
     bool hasLeftOut_ = false;
+    Ranks* ranks_ = nullptr;
+    bool isWithRanks_ = false;            // this Make
+    std::unique_ptr<RankSums> rankSums_;  // of the tiles, when needed
+    std::vector<double> gm_;              // as told
 };

@@ -20,6 +20,7 @@ public:
     [[nodiscard]] int32 OrderInUse() const override { return stepper_.Order(); }
     [[nodiscard]] double CutoffInUse() const override { return cutoff_; }
     void SetThreads(int32 threads) override { stepper_.SetThreads(threads); }
+    void SetRanks(Ranks* ranks) override { stepper_.SetRanks(ranks); }
 
     [[nodiscard]] BodyRows MakeRoom(int32 bodies, int32 massive) override;
     void Begin(const Start& start) override;

@@ -42,6 +42,7 @@ public:
     SeriesStepper& operator=(const SeriesStepper&) = delete;
 
     void SetThreads(int32 threads) { forces_.SetThreads(threads); }
+    void SetRanks(Ranks* ranks) { forces_.SetRanks(ranks); }
     // For tests and benchmarks; false when the processor has none such.
     bool SetInstructionSet(InstructionSet set) { return forces_.SetInstructionSet(set); }
 

@@ -38,6 +38,8 @@ public:
     [[nodiscard]] const double* Low() const {
         return low_.empty() ? nullptr : low_.data()->numbers;
     }
+    // Of the high numbers, and of the low ones.
+    [[nodiscard]] std::size_t Bytes() const { return high_.size() * sizeof(SlotRow); }
     // Where a slot's number of a row is.
     [[nodiscard]] static std::size_t Index(int32 slot, int32 row) {
         return static_cast<std::size_t>(int64{kRows * kSlots} * (slot / kSlots) + row * kSlots +
