@@ -278,9 +278,15 @@ void MessageFields::AppendVariable(Field& field, Place place) {
 
 void MessageFields::MoveToArena(Field& field) {
     if (!field.inSource) return;
-    const auto move = [this](uint32 from, std::size_t size) {
+    MoveFrom(sourceBase_, field);
+    field.inSource = false;
+}
+
+// `base`: what the field's positions count from until now; not the arena, which may grow.
+void MessageFields::MoveFrom(const std::byte* base, Field& field) {
+    const auto move = [this, base](uint32 from, std::size_t size) {
         const uint32 at = Take(size);
-        std::copy_n(sourceBase_ + from, size, arena_.begin() + at);
+        std::copy_n(base + from, size, arena_.begin() + at);
         return at;
     };
     field.nameAt = move(field.nameAt, field.nameLength);
@@ -291,7 +297,6 @@ void MessageFields::MoveToArena(Field& field) {
         field.dataAt = move(field.dataAt, field.dataSize);
         field.capacity = field.isFixed ? field.dataSize : 0;
     }
-    field.inSource = false;
 }
 
 void MessageFields::CompactIfWasteful() {
@@ -299,20 +304,6 @@ void MessageFields::CompactIfWasteful() {
     if (wasted_ < kTolerated || wasted_ < arena_.size() / 2) return;
     const std::vector<std::byte> old = std::exchange(arena_, {});
     wasted_ = 0;
-    const auto move = [&](uint32 from, std::size_t size) {
-        const uint32 at = Take(size);
-        std::copy_n(old.begin() + from, size, arena_.begin() + at);
-        return at;
-    };
-    for (Field& field : fields_) {
-        if (field.inSource) continue;
-        field.nameAt = move(field.nameAt, field.nameLength);
-        if (field.list) {
-            for (Place& place : field.list->places)
-                place.at = move(place.at, place.size);
-        } else {
-            field.dataAt = move(field.dataAt, field.dataSize);
-            field.capacity = field.isFixed ? field.dataSize : 0;
-        }
-    }
+    for (Field& field : fields_)
+        if (!field.inSource) MoveFrom(old.data(), field);
 }
