@@ -29,6 +29,19 @@ void DestroyInTurn(std::vector<MessageFields::Record> records) {
     pending = nullptr;
 }
 
+// `move` takes bytes to the arena, and says where they are there.
+template <typename Move>
+void MoveParts(MessageFields::Field* field, Move move) {
+    field->nameAt = move(field->nameAt, field->nameLength);
+    if (field->list) {
+        for (MessageFields::Place& place : field->list->places)
+            place.at = move(place.at, place.size);
+    } else {
+        field->dataAt = move(field->dataAt, field->dataSize);
+        field->capacity = field->isFixed ? field->dataSize : 0;
+    }
+}
+
 }  // namespace
 
 MessageFields::~MessageFields() {
@@ -278,25 +291,12 @@ void MessageFields::AppendVariable(Field& field, Place place) {
 
 void MessageFields::MoveToArena(Field& field) {
     if (!field.inSource) return;
-    MoveFrom(sourceBase_, field);
-    field.inSource = false;
-}
-
-// `base`: what the field's positions count from until now; not the arena, which may grow.
-void MessageFields::MoveFrom(const std::byte* base, Field& field) {
-    const auto move = [this, base](uint32 from, std::size_t size) {
+    MoveParts(&field, [this](uint32 from, std::size_t size) {
         const uint32 at = Take(size);
-        std::copy_n(base + from, size, arena_.begin() + at);
+        std::copy_n(sourceBase_ + from, size, arena_.begin() + at);
         return at;
-    };
-    field.nameAt = move(field.nameAt, field.nameLength);
-    if (field.list) {
-        for (Place& place : field.list->places)
-            place.at = move(place.at, place.size);
-    } else {
-        field.dataAt = move(field.dataAt, field.dataSize);
-        field.capacity = field.isFixed ? field.dataSize : 0;
-    }
+    });
+    field.inSource = false;
 }
 
 void MessageFields::CompactIfWasteful() {
@@ -305,5 +305,10 @@ void MessageFields::CompactIfWasteful() {
     const std::vector<std::byte> old = std::exchange(arena_, {});
     wasted_ = 0;
     for (Field& field : fields_)
-        if (!field.inSource) MoveFrom(old.data(), field);
+        if (!field.inSource)
+            MoveParts(&field, [&](uint32 from, std::size_t size) {
+                const uint32 at = Take(size);
+                std::copy_n(old.begin() + from, size, arena_.begin() + at);
+                return at;
+            });
 }

@@ -135,7 +135,6 @@ private:
     void GrowFixed(Field& field, std::size_t size);
     void AppendVariable(Field& field, Place place);
     void MoveToArena(Field& field);
-    void MoveFrom(const std::byte* base, Field& field);
     void Waste(std::size_t size) { wasted_ += size; }
     void CompactIfWasteful();
 
