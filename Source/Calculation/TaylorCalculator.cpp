@@ -266,3 +266,9 @@ void TaylorCalculator::EndRun(RunEnding::Reason reason) {
                        bodies_.Distance(*pair)};
     Calculator::EndRun(ending);
 }
+
+std::unique_ptr<Calculator> MakeCalculator(EpochPortal* portal,
+                                           const std::vector<ReportConsumer*>* consumers,
+                                           BLooper* target) {
+    return std::make_unique<TaylorCalculator>(portal, consumers, target);
+}

@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "Calculation/TaylorCalculator.h"
+#include "Calculation/Calculator.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
