@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int32 kLeastReportsPerDraw = 10;
+constexpr int32 kMinReportsPerDraw = 10;
 // Of the wanted number of batches, without a change of their size.
 constexpr float kDeadBandBelow = 0.9f;
 constexpr float kDeadBandAbove = 1.1f;
@@ -121,7 +121,7 @@ void Calculator::AdjustAnimationSpeed(float batches, int64 elapsed) {
     auto reports = Truncate<int32>(batches * static_cast<float>(former) / target);
     // Upwards only; there is deliberately no such nudge downwards.
     if (reports == former && batches > target) reports++;
-    reports = std::max(reports, kLeastReportsPerDraw);
+    reports = std::max(reports, kMinReportsPerDraw);
     // Only the arrays grow. Re-reading the model here would restart the step, and the results would
     // depend on the clock. The consumers have yet to get the batch that the arrays hold.
     if (reports > former && areCut) return;  // larger ones would be cut likewise

@@ -32,6 +32,8 @@ class AbEpoch;
 class BLooper;
 class Body;
 class EpochPortal;
+class MotionWatcher;
+class Ranks;
 class ReportConsumer;
 
 class Calculator : public AbCalculator {
@@ -55,6 +57,29 @@ public:
     virtual int32 Calculate() = 0;
     // Takes over the state that Archive wrote; nothing for null or for what is no such record.
     virtual void Regenerate(BMessage* archive);
+
+    // The run that is held, as one record from which ResumeRun takes it up: the fields of Archive,
+    // more of the integrator and those of RunLeft. B_NOT_ALLOWED: there is none. Under the model
+    // lock, while parked.
+    [[nodiscard]] virtual status_t ArchiveRun(BMessage* into) const = 0;
+    // The next UnPause(true) goes on with that run, to the same bits as if it had been held. The
+    // focus epoch must be as it was then: B_BAD_DATA otherwise, and nothing of the record is taken.
+    // Under the write lock, while parked.
+    [[nodiscard]] virtual status_t ResumeRun(const BMessage& archive) = 0;
+    // Runs that were begun since the calculator was made; one that was held and goes on is none.
+    // For consumers, in PrepareForGo.
+    [[nodiscard]] virtual int64 RunsBegun() const = 0;
+
+    // What the last run used of that which its epoch asks for. Under the model lock.
+    [[nodiscard]] virtual int32 OrderInUse() const = 0;
+    [[nodiscard]] virtual double CutoffInUse() const = 0;
+    // Not owned, and there as long as the calculator runs. While parked.
+    virtual void AddWatcher(MotionWatcher* watcher) = 0;
+    // Threads that share the force evaluation; 0: as many as the machine has processors. While
+    // parked.
+    virtual void SetThreads(int32 threads) = 0;
+    // Processes that share it; null (not owned): none. While parked.
+    virtual void SetRanks(Ranks* ranks) = 0;
 
     // Pauses nest: a new calculator is paused once, and runs while every Pause has its UnPause.
     // Returns when the thread has parked and every consumer has finished its last batch; at once if
@@ -242,3 +267,7 @@ private:
     bool isGoalTold_ = false;
     const thread_id thread_;  // last: it waits to be resumed, but is there
 };
+
+// The calculator that documents have, or another one of its kind (TaylorCalculator.h).
+[[nodiscard]] std::unique_ptr<Calculator> MakeCalculator(
+    EpochPortal* portal, const std::vector<ReportConsumer*>* consumers, BLooper* target);

@@ -9,7 +9,7 @@
 namespace {
 
 // The rate when no pair is faster.
-constexpr double kLeastRate = 1e-100;
+constexpr double kMinRate = 1e-100;
 constexpr int32 kMaxThreads = 16;
 
 // Pairs of a target and a source in one task: a microsecond or so, so that sharing costs little, a
@@ -46,7 +46,7 @@ struct ForceEvaluator::Pass {
     const int32 targetsPerTask;
     const int32 countTargets;
     std::atomic<int32> next{0};
-    std::atomic<double> rate{kLeastRate};
+    std::atomic<double> rate{kMinRate};
     std::atomic<bool> touching{false};
     std::atomic<bool> stopped{false};
 
@@ -193,7 +193,7 @@ ForceEvaluator::Result ForceEvaluator::EvaluateWithRanks(int32 order, const Stop
 ForceEvaluator::Result ForceEvaluator::EvaluateQuickly(int32 order, const StopFlags& stop) {
     const FirstPassResult found = instance_->firstPass(arrays_, order, 0, arrays_.bodies);
     if (found.touching) return ListCollisions(stop);
-    rate_ = std::max(kLeastRate, found.rate);
+    rate_ = std::max(kMinRate, found.rate);
     if (order >= 4) instance_->secondPass(arrays_, 0, arrays_.bodies);
     return Result::kDone;
 }
@@ -224,5 +224,5 @@ ForceEvaluator::Result ForceEvaluator::ListCollisions(const StopFlags& stop) {
 }
 
 bool ForceEvaluator::Interacts() const {
-    return rate_ > kLeastRate;
+    return rate_ > kMinRate;
 }

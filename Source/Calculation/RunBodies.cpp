@@ -9,7 +9,7 @@
 namespace {
 
 // What is slower does not interact; nor does it for the integrators.
-constexpr double kLeastRate = 1e-100;  // 1/s2
+constexpr double kMinRate = 1e-100;  // 1/s2
 
 ThreeVector At(const double* const (&axes)[3], std::size_t body) {
     return {axes[0][body], axes[1][body], axes[2][body]};
@@ -76,7 +76,7 @@ bool RunBodies::AreFinite() const {
 
 std::optional<CollidingPair> RunBodies::FastestPair(const StopFlags& stop) const {
     std::optional<CollidingPair> fastest;
-    double greatest = kLeastRate;
+    double greatest = kMinRate;
     for (int32 i = rows_.massive - 1; i >= 0; i--) {
         if (stop.ShouldStop()) return std::nullopt;
         for (int32 j = rows_.bodies - 1; j > i; j--) {

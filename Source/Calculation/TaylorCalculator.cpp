@@ -13,7 +13,7 @@ constexpr int32 kUsualOrder = 4;
 // A batch is handed over after this time, however few reports it holds, so that consumers stay up
 // to date and the model is not locked for long. Results do not depend on how a run is cut into
 // batches.
-constexpr bigtime_t kLongestBatch = 100'000;  // us
+constexpr bigtime_t kMaxBatch = 100'000;  // us
 // Steps of so many interactions take longer than it takes to look at the clock. Quicker ones look
 // only once in so many, a power of two.
 constexpr int64 kSlowInteractions = 10'000;
@@ -147,8 +147,7 @@ int32 TaylorCalculator::MakeReports() {
     const bigtime_t start = system_time();
     int32 reports = 0;
     while (reports < most && !ShouldStop()) {
-        if (reports > 0 && (reports & (looks - 1)) == 0 && system_time() - start > kLongestBatch)
-            break;
+        if (reports > 0 && (reports & (looks - 1)) == 0 && system_time() - start > kMaxBatch) break;
         if (!MakeReport()) break;
         reports++;
         if (IsPictureReached()) break;
@@ -272,4 +271,10 @@ void TaylorCalculator::EndRun(RunEnding::Reason reason) {
         ending.pair = {BodyAt(pair->later)->ID(), BodyAt(pair->earlier)->ID(),
                        bodies_.Distance(*pair)};
     Calculator::EndRun(ending);
+}
+
+std::unique_ptr<Calculator> MakeCalculator(EpochPortal* portal,
+                                           const std::vector<ReportConsumer*>* consumers,
+                                           BLooper* target) {
+    return std::make_unique<TaylorCalculator>(portal, consumers, target);
 }

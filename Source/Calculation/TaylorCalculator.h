@@ -24,32 +24,14 @@ public:
     int32 Calculate() override;
     void Regenerate(BMessage* archive) override;
 
-    // The run that is held, as one record from which ResumeRun takes it up: the fields of Archive,
-    // more of the integrator and those of RunLeft. B_NOT_ALLOWED: there is none. Under the model
-    // lock, while parked.
-    [[nodiscard]] status_t ArchiveRun(BMessage* into) const;
-    // The next UnPause(true) goes on with that run, to the same bits as if it had been held. The
-    // focus epoch must be as it was then: B_BAD_DATA otherwise, and nothing of the record is taken.
-    // Under the write lock, while parked.
-    [[nodiscard]] status_t ResumeRun(const BMessage& archive);
-
-    // Runs that were begun since the calculator was made; one that was held and goes on is none.
-    // For consumers, in PrepareForGo.
-    [[nodiscard]] int64 RunsBegun() const { return runsBegun_; }
-
-    // What the last run used of that which its epoch asks for, and whether that method knows the
-    // motion itself. Under the model lock.
-    [[nodiscard]] int32 OrderInUse() const { return integrator_->OrderInUse(); }
-    [[nodiscard]] double CutoffInUse() const { return integrator_->CutoffInUse(); }
-
-    // Not owned, and there as long as the calculator runs. While parked.
-    void AddWatcher(MotionWatcher* watcher) { watchers_.push_back(watcher); }
-
-    // Threads that share the force evaluation; 0: as many as the machine has processors. While
-    // parked.
-    void SetThreads(int32 threads);
-    // Processes that share it; null (not owned): none. While parked.
-    void SetRanks(Ranks* ranks);
+    [[nodiscard]] status_t ArchiveRun(BMessage* into) const override;
+    [[nodiscard]] status_t ResumeRun(const BMessage& archive) override;
+    [[nodiscard]] int64 RunsBegun() const override { return runsBegun_; }
+    [[nodiscard]] int32 OrderInUse() const override { return integrator_->OrderInUse(); }
+    [[nodiscard]] double CutoffInUse() const override { return integrator_->CutoffInUse(); }
+    void AddWatcher(MotionWatcher* watcher) override { watchers_.push_back(watcher); }
+    void SetThreads(int32 threads) override;
+    void SetRanks(Ranks* ranks) override;
 
 private:
     void ChooseIntegrator();

@@ -172,9 +172,6 @@ void ColorControl::MessageReceived(BMessage* message) {
         case kChosen:
             Take(swatch_->ValueAsColor());
             break;
-        case kEntered:
-            Commit();
-            break;
         default:
             Entry::MessageReceived(message);
     }

@@ -39,7 +39,6 @@ private:
     static constexpr uint32 kMoved = FourCC("clmd");
     static constexpr uint32 kChoosing = FourCC("clcg");
     static constexpr uint32 kChosen = FourCC("clok");
-    static constexpr uint32 kEntered = FourCC("clen");
 
     struct Channel {
         BSlider* slider = nullptr;

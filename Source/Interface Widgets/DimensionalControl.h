@@ -18,19 +18,14 @@ public:
     }
     void MessageReceived(BMessage* message) override {
         double uval = 0.0;
-        if (message->what == kEntered)
-            this->Commit();
-        else if (message->what == UnitMenu::kUnitChosen &&
-                 message->FindDouble(UnitMenu::kUnitField, &uval) == B_OK)
+        if (message->what == UnitMenu::kUnitChosen &&
+            message->FindDouble(UnitMenu::kUnitField, &uval) == B_OK)
             ChooseUnit(uval);
         else
             Entry::MessageReceived(message);
     }
 
 protected:
-    // Something was typed into one of the entry's lines.
-    static constexpr uint32 kEntered = FourCC("dmen");
-
     // `unitMenuField`: the archive of the unit menu's field. `unitLabel` is what a screen reader
     // says of it.
     DimensionalControl(const char* name, orientation direction, EpochPortal* portal,

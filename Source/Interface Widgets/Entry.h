@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "Model/Commands/CommandFactory.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BGroupView.h"
 
 class Entry : public BGroupView {
@@ -48,8 +49,18 @@ public:
             commits_.wait(count);
     }
 
+    void MessageReceived(BMessage* message) override {
+        if (message->what == kEntered)
+            Commit();
+        else
+            BGroupView::MessageReceived(message);
+    }
+
 protected:
     using BGroupView::BGroupView;
+
+    // From the entry's own lines: something was typed.
+    static constexpr uint32 kEntered = FourCC("entd");
 
     virtual bool CommitPending() = 0;
     virtual void ShowEnabled(bool isEnabled) = 0;

@@ -41,10 +41,3 @@ bool MyTextControl::CommitPending() {
     line_->AcceptText(*typed);
     return CommitEntry(Portal(), *source.factory, *typed);
 }
-
-void MyTextControl::MessageReceived(BMessage* message) {
-    if (message->what == kEntered)
-        Commit();
-    else
-        Entry::MessageReceived(message);
-}

@@ -14,7 +14,6 @@ public:
 
     void SetFaded(bool isFaded) override { line_->SetFaded(isFaded); }
     void AttachedToWindow() override;
-    void MessageReceived(BMessage* message) override;
 
 protected:
     bool CommitPending() override;
@@ -22,8 +21,6 @@ protected:
     void ShowEnabled(bool isEnabled) override;
 
 private:
-    static constexpr uint32 kEntered = FourCC("teen");
-
     const InterfaceTexts& texts_;
     BEntryControl* const line_;
 };

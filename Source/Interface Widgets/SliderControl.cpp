@@ -101,9 +101,6 @@ void SliderControl::MessageReceived(BMessage* message) {
                 Present(source.value, true);
             break;
         }
-        case kEntered:
-            Commit();
-            break;
         default:
             Entry::MessageReceived(message);
     }

@@ -37,7 +37,6 @@ protected:
 private:
     static constexpr uint32 kMoving = FourCC("slmv");
     static constexpr uint32 kMoved = FourCC("slen");
-    static constexpr uint32 kEntered = FourCC("slnm");
 
     [[nodiscard]] int32 NearestStop(double value) const;
     [[nodiscard]] double StopAt(const BMessage& message) const;

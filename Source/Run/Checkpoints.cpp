@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "Calculation/TaylorCalculator.h"
+#include "Calculation/Calculator.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -22,7 +22,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr double kLongestWait = 1e9;  // ms
+constexpr double kMaxWait = 1e9;  // ms
 
 }  // namespace
 
@@ -61,7 +61,7 @@ bool Checkpoints::IsDue() const {
 
 int Checkpoints::UntilDue() const {
     const double wait = 1e3 * std::max(*options_.checkpoint - SinceLast(), 0.0) + 1.0;
-    return static_cast<int>(std::min(wait, kLongestWait));
+    return static_cast<int>(std::min(wait, kMaxWait));
 }
 
 void Checkpoints::Write(RunRecord now) {

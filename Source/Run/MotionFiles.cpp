@@ -1,12 +1,12 @@
 #include "Run/MotionFiles.h"
 
-#include "Calculation/TaylorCalculator.h"
+#include "Calculation/Calculator.h"
 #include "Model/Epochs/EpochLimits.h"
 #include "Resources/DocumentTexts.h"
 #include "Resources/Runner.h"
 #include "Run/Options.h"
 
-MotionFiles::MotionFiles(const Options& options, TaylorCalculator* calculator)
+MotionFiles::MotionFiles(const Options& options, Calculator* calculator)
     : options_(options), calculator_(calculator) {}
 
 std::optional<int32> MotionFiles::Obstacle(int32 order, bool isBackwards) const {

@@ -8,13 +8,13 @@
 #include "Run/EventLog.h"
 #include "Run/TimedStates.h"
 
-class TaylorCalculator;
+class Calculator;
 struct Options;
 
 class MotionFiles {
 public:
     // None is owned.
-    MotionFiles(const Options& options, TaylorCalculator* calculator);
+    MotionFiles(const Options& options, Calculator* calculator);
 
     // The text that tells why a run of that order cannot have what is asked for, if so.
     [[nodiscard]] std::optional<int32> Obstacle(int32 order, bool isBackwards) const;
@@ -27,7 +27,7 @@ public:
 
 private:
     const Options& options_;
-    TaylorCalculator* const calculator_;
+    Calculator* const calculator_;
     TimedStates states_;
     EventLog events_;
 };

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double kLongestWait = 1e9;  // s; beyond it the number says nothing
+constexpr double kMaxWait = 1e9;  // s; beyond it the number says nothing
 
 template <typename... Format>
 std::string ToText(double value, Format... format) {
@@ -28,7 +28,7 @@ std::string ExactText(double value) {
 
 std::string ClockText(double seconds) {
     if (!(seconds > 0.0)) seconds = 0.0;
-    const auto whole = std::int64_t{std::llround(std::min(seconds, kLongestWait))};
+    const auto whole = std::int64_t{std::llround(std::min(seconds, kMaxWait))};
     const auto twoDigits = [](std::int64_t n) { return (n < 10 ? ":0" : ":") + std::to_string(n); };
     const std::int64_t hours = whole / 3600;
     const std::int64_t minutes = whole / 60 % 60;

@@ -19,7 +19,7 @@ namespace {
 constexpr int32 kMaxThreads = 1024;
 constexpr int32 kMinPixels = 16;
 constexpr int32 kMaxPixels = 16384;
-constexpr double kLongestInterval = 1e9;  // s
+constexpr double kMaxInterval = 1e9;  // s
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number* number) {
@@ -106,7 +106,7 @@ bool SetCheckpoint(Value value, const ProgramResources&, Options* options) {
     for (const auto& [name, seconds] : kUnits) {
         if (unit != name) continue;
         interval *= seconds;
-        return interval > 0.0 && interval <= kLongestInterval;
+        return interval > 0.0 && interval <= kMaxInterval;
     }
     return false;
 }

@@ -22,7 +22,7 @@ struct ReportMark {
 };
 
 struct RunRecord {
-    BMessage calculator;   // TaylorCalculator::ArchiveRun
+    BMessage calculator;   // Calculator::ArchiveRun
     int64 steps = 0;       // taken until now
     int64 reports = 0;     // made until now
     double seconds = 0.0;  // of real time that they took

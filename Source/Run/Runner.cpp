@@ -203,7 +203,7 @@ int Runner::WriteResults() {
     const RunEvents::LastChance lastChance(
         events_, options_.quiet ? std::string() : resources_.InterfaceLabel(kTextStillWriting));
     recorder_.End(!live_.Touches().IsEmpty());
-    TellEnding();
+    PrintEnding();
     if (const int error = reports_.Close(); error != 0)
         return output_.Fail(*options_.csv, std::strerror(error));
     if (const int error = motion_.Close(); error != 0)
@@ -215,13 +215,13 @@ int Runner::WriteResults() {
     // Of a run that was stopped it stays.
     if (!live_.IsInterrupted()) checkpoints_.Remove();
     if (const int status = picture_.Write(); status != kDone) return status;
-    if (const int status = Tell(); status != kDone) return status;
+    if (const int status = PrintSummary(); status != kDone) return status;
     if (const int status = PrintListings(); status != kDone) return status;
     return EndStatus();
 }
 
 // A run that could not go on is a failure, and told even to those who want no notes.
-void Runner::TellEnding() {
+void Runner::PrintEnding() {
     const std::optional<RunEnding>& ending = live_.Ending();
     if (!ending) return;
     const std::string text = FillIn(resources_.InterfaceLabel(kTextRunEnded),
@@ -255,7 +255,7 @@ int Runner::PrintListings() {
     return output_.PrintText(std::string(OutputFile::kStandardOutput), text);
 }
 
-int Runner::Tell() {
+int Runner::PrintSummary() {
     if (options_.quiet && !options_.json) return kDone;
     const RunSummary summary = Summarize();
     const std::string standardOutput(OutputFile::kStandardOutput);

@@ -56,12 +56,12 @@ private:
     void RunStarting() override;
     void Resume();
     void BeginReports(const SystemState& state);
-    void TellEnding();
+    void PrintEnding();
     [[nodiscard]] int EndStatus() const;
     int PrintListings();
     int WriteResults();
     int Save();
-    int Tell();
+    int PrintSummary();
     template <typename Value>
     [[nodiscard]] Value OfFocus(Value (AbEpoch::*value)() const) {
         const ReadGuard guard(document_.Portal());

@@ -25,8 +25,8 @@ constexpr float kCascade = 28.0f;
 constexpr int32 kCascadeLength = 8;
 // Of two windows that stand side by side.
 constexpr float kBorders = 12.0f;
-constexpr float kLeastWidth = 200.0f;
-constexpr float kLeastHeight = 100.0f;
+constexpr float kMinWidth = 200.0f;
+constexpr float kMinHeight = 100.0f;
 
 void Deliver(Display* display, uint32 what) {
     WindowServer::Deliver(display, BMessage(what));
@@ -62,7 +62,7 @@ bool DisplayList::Create(int32 type, const BMessage* archive, const char* simula
         const float shift = kCascade * static_cast<float>(Count() % kCascadeLength);
         BRect frame = kUsualFrame;
         frame = {frame.left + shift, frame.top + shift, frame.right + shift, frame.bottom + shift};
-        confine_to_frame_and_screen(display, frame, kLeastWidth, kLeastHeight);
+        confine_to_frame_and_screen(display, frame, kMinWidth, kMinHeight);
         // Fields that are missing or wrong leave what is usual.
         if (archive != nullptr) static_cast<void>(display->Regenerate(*archive));
         // Over one of another window of the same document nobody would see that there are two.

@@ -10,7 +10,7 @@
 namespace {
 
 // A panel's width, in sizes of the plain font, that somebody has set.
-constexpr float kLeastWidth = 1.0f;
+constexpr float kMinWidth = 1.0f;
 
 }  // namespace
 
@@ -53,7 +53,7 @@ void SavePanel::SetArea(BMessage* archive) const {
     float width = width_;
     float height = height_;
     if (panel_ != nullptr) panel_->GetArea(&at, &width, &height);
-    if (!(width > kLeastWidth)) return;
+    if (!(width > kMinWidth)) return;
     archive->AddPoint(kSaveAtField, at);
     archive->AddFloat(kSaveWidthField, width);
     archive->AddFloat(kSaveHeightField, height);

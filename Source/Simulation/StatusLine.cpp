@@ -16,12 +16,12 @@ namespace {
 
 constexpr int kRateDigits = 3;
 constexpr double kLongRate = 1e3;
-constexpr double kLongestRate = 1e12;
+constexpr double kMaxRate = 1e12;
 constexpr float kLineSpacing = 2.0f;
 
 // Rounded to three digits, and without an exponent as long as that can be read.
 std::string RateText(double rate) {
-    if (!(rate >= kLongRate && rate < kLongestRate)) return print_double(rate, kRateDigits);
+    if (!(rate >= kLongRate && rate < kMaxRate)) return print_double(rate, kRateDigits);
     const double unit = std::pow(10.0, std::floor(std::log10(rate)) - (kRateDigits - 1));
     return Grouped(std::to_string(std::llround(std::round(rate / unit) * unit)));
 }

@@ -32,6 +32,13 @@ public:
         coordinates_.assign(static_cast<size_t>(CountBodies()), 0.0);
         std::iota(coordinates_.begin(), coordinates_.end(), 1.0);
     }
+    status_t ArchiveRun(BMessage* /*into*/) const override { return B_NOT_ALLOWED; }
+    status_t ResumeRun(const BMessage& /*archive*/) override { return B_BAD_DATA; }
+    int64 RunsBegun() const override { return 0; }
+    int32 OrderInUse() const override { return 0; }
+    double CutoffInUse() const override { return 0.0; }
+    void AddWatcher(MotionWatcher* /*watcher*/) override {}
+    void SetThreads(int32 /*threads*/) override {}
     int32 Calculate() override {
         const double* const c = coordinates_.data();
         const BodyArrays arrays = {{c, c, c}, {c, c, c}};

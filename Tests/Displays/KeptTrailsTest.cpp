@@ -172,9 +172,9 @@ TEST_F(KeptTrailsTest, TrailsOfALimitedLengthEndThereAndFade) {
 TEST_F(KeptTrailsTest, AChangeOfColourDuringARunDrawsNoFalseLines) {
     Zoom(0.6);
     document_.Go();
-    constexpr int32 kLeastChanges = 60;
+    constexpr int32 kMinChanges = 60;
     constexpr double kRevolution = 3.3e7;  // s, amply
-    for (int32 i = 0; i < kLeastChanges || TakeState(document_.portal).time < kRevolution; i++) {
+    for (int32 i = 0; i < kMinChanges || TakeState(document_.portal).time < kRevolution; i++) {
         document_.portal->TellObservers(kTrailChanged);
         snooze(10'000);
     }

@@ -263,6 +263,6 @@ TEST_P(RandomEdit, HistoryStaysSoundWhenEpochsBecomeRecords) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdit, testing::Values(4u, 28u, 101u, 127u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdit, testing::Values(4u, 28u, 101u, 127u, 150u, 200u));
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "Calculation/LowOrderIntegrator.h"
 #include "Calculation/RunLimit.h"
 #include "Calculation/RunState.h"
+#include "Calculation/Series/SeriesRecord.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Projection/ProjectionFields.h"
 #include "Model/Epochs/Epoch.h"
@@ -35,6 +36,7 @@ constexpr Table kTables[] = {
     {"body", Body::DescribeFields},
     {"composite system", CompositeSystem::DescribeFields},
     {"integrator state", LowOrderIntegrator::DescribeFields},
+    {"series state", SeriesRecord::DescribeFields},
     {"run", RunRecord::DescribeFields},
     {"run state",
      [](FieldDescriptions* into) {

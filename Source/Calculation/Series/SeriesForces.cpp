@@ -22,7 +22,7 @@ constexpr int32 kTilesBetweenLooks = 16;
 // As many of them are added by one thread in a row.
 constexpr int32 kVectorsTogether = 8;
 // Fewer vectors are not sorted, and their bodies all go to the highest order.
-constexpr int32 kLeastSortedVectors = 5;
+constexpr int32 kMinSortedVectors = 5;
 
 std::size_t Size(int64 number) {
     return static_cast<std::size_t>(number);
@@ -286,7 +286,7 @@ bool SeriesForces::MakeTiles(SeriesStore* store, const SplitStates& states, doub
     store->Begin(states);
     arrays_ = store->Arrays();
     if (!MakePass(0, stop)) return false;
-    const bool leavesOut = cutoff > 0.0 && arrays_.massiveVectors >= kLeastSortedVectors;
+    const bool leavesOut = cutoff > 0.0 && arrays_.massiveVectors >= kMinSortedVectors;
     if (leavesOut) {
         SortBodies(store);
         store->Begin(states);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr double kLeastTolerance = 1e-16;
+constexpr double kMinTolerance = 1e-16;
 constexpr double kMaxTolerance = 1e-6;
 
 }  // namespace
@@ -49,7 +49,7 @@ void SeriesIntegrator::Begin(const Start& start) {
 
 void SeriesIntegrator::Take(const Start& start) {
     order_ = start.order;
-    cutoff_ = std::clamp(start.cutoff, kLeastTolerance, kMaxTolerance);
+    cutoff_ = std::clamp(start.cutoff, kMinTolerance, kMaxTolerance);
     time_ = start.time;
     isBackwards_ = start.isBackwards;
     passesContacts_ = start.passesContacts;

@@ -3,35 +3,64 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 
 namespace {
 
 constexpr const char* kOrderField = "SeriesOrder";
-constexpr const char* kCutoffField = "SeriesCutoff";
-// Time as a sum of two numbers, scale, length of the step before, place in this step.
 constexpr const char* kStepField = "SeriesStep";
 constexpr const char* kBeginField = "SeriesBegin";
 constexpr const char* kPassedField = "SeriesPassed";
 constexpr const char* kUncheckedField = "SeriesUnchecked";
-constexpr int32 kStepNumbers = 5;
+constexpr const char* kNotUsed = "not used";
+
+bool IsFinite(double number) {
+    return std::isfinite(number);
+}
+
+bool IsUnit(double scale) {
+    int exponent = 0;
+    return std::frexp(std::fabs(scale), &exponent) == 0.5;
+}
+
+bool IsPlace(double theta) {
+    return std::isfinite(theta) && theta >= 0.0;
+}
+
+constexpr FieldTable kFields{
+    Field<&SeriesRecord::order>{.name = kOrderField,
+                                .meaning = "the order that was used: 8, 12, 16, 20 or 24",
+                                .whenMissing = kNotUsed},
+    Field<&SeriesRecord::cutoff>{.name = "SeriesCutoff",
+                                 .meaning = "the cutoff that was used, 1e-16 to 1e-6",
+                                 .whenMissing = kNotUsed},
+    Field<&SeriesRecord::place, &SeriesPlace::time, &SplitTime::high>{
+        .name = kStepField,
+        .meaning = "s: the time at which the step begins, as the sum of two numbers; the unit of "
+                   "its series, a power of two, negative where time falls; the length of the step "
+                   "before, 0 if there was none; and, in that unit, where in the step the epoch is",
+        .accepts = IsFinite,
+        .whenMissing = kNotUsed},
+    Field<&SeriesRecord::place, &SeriesPlace::time, &SplitTime::low>{
+        .name = kStepField, .accepts = IsFinite, .item = 1},
+    Field<&SeriesRecord::place, &SeriesPlace::scale>{
+        .name = kStepField, .accepts = IsUnit, .item = 2},
+    Field<&SeriesRecord::place, &SeriesPlace::length>{
+        .name = kStepField, .accepts = IsFinite, .item = 3},
+    Field<&SeriesRecord::theta>{.name = kStepField, .accepts = IsPlace, .item = 4},
+};
 
 bool AreFinite(const std::vector<double>& numbers) {
     return std::all_of(numbers.begin(), numbers.end(),
                        [](double number) { return std::isfinite(number); });
 }
 
-bool IsPowerOfTwo(double number) {
-    int exponent = 0;
-    return std::frexp(number, &exponent) == 0.5;
-}
-
-status_t FindNumbers(const BMessage& archive, const char* field, std::vector<double>* numbers) {
+status_t FindStates(const BMessage& archive, std::vector<double>* states) {
     int32 count = 0;
-    if (const status_t status = archive.GetInfo(field, nullptr, &count); status != B_OK)
+    if (const status_t status = archive.GetInfo(kBeginField, nullptr, &count); status != B_OK)
         return status;
-    numbers->resize(static_cast<std::size_t>(count));
-    return archive.FindDoubles(field, 0, count, numbers->data());
+    states->resize(static_cast<std::size_t>(count));
+    return archive.FindDoubles(kBeginField, 0, count, states->data());
 }
 
 // Whole pairs of such bodies, up to the first that is none.
@@ -53,45 +82,39 @@ std::vector<int32> FindPassed(const BMessage& archive, int32 bodies) {
 
 status_t SeriesRecord::Archive(BMessage* into) const {
     if (IsEmpty()) return B_OK;
-    if (const status_t status = into->AddInt32(kOrderField, order); status != B_OK) return status;
-    if (const status_t status = into->AddDouble(kCutoffField, cutoff); status != B_OK)
-        return status;
-    const double step[kStepNumbers] = {place.time.high, place.time.low, place.scale, place.length,
-                                       theta};
-    if (const status_t status = into->AddDoubles(kStepField, step, kStepNumbers); status != B_OK)
-        return status;
+    FieldWriter fields(into, kFields.Write(*this, into));
     for (const int32 body : passed)
-        if (const status_t status = into->AddInt32(kPassedField, body); status != B_OK)
-            return status;
-    if (isUnchecked)
-        if (const status_t status = into->AddBool(kUncheckedField, true); status != B_OK)
-            return status;
-    return into->AddDoubles(kBeginField, states.data(), static_cast<int32>(states.size()));
+        fields.Add(kPassedField, body);
+    return fields.Add(kUncheckedField, true, isUnchecked)
+        .Then([&] {
+            return into->AddDoubles(kBeginField, states.data(), static_cast<int32>(states.size()));
+        })
+        .Status();
 }
 
 status_t SeriesRecord::Regenerate(const BMessage& archive) {
     SeriesRecord read;
-    std::vector<double> step;
     if (!archive.HasName(kOrderField)) {
         *this = read;
         return B_OK;
     }
-    if (const status_t status = archive.FindInt32(kOrderField, &read.order); status != B_OK)
-        return status;
-    if (const status_t status = archive.FindDouble(kCutoffField, &read.cutoff); status != B_OK)
-        return status;
-    if (const status_t status = FindNumbers(archive, kStepField, &step); status != B_OK)
-        return status;
-    if (const status_t status = FindNumbers(archive, kBeginField, &read.states); status != B_OK)
-        return status;
-    if (step.size() != kStepNumbers || !AreFinite(step) || !AreFinite(read.states) ||
-        read.states.size() % kNumbers != 0)
-        return B_BAD_DATA;
-    read.place = {{step[0], step[1]}, step[2], step[3]};
-    read.theta = step[4];
+    if (const status_t status = kFields.Read(archive, &read); status != B_OK) return status;
+    if (const status_t status = FindStates(archive, &read.states); status != B_OK) return status;
+    if (!AreFinite(read.states) || read.states.size() % kNumbers != 0) return B_BAD_DATA;
     read.passed = FindPassed(archive, static_cast<int32>(read.CountBodies()));
     static_cast<void>(archive.FindBool(kUncheckedField, &read.isUnchecked));  // need not be there
-    if (!IsPowerOfTwo(std::fabs(read.place.scale)) || read.theta < 0.0) return B_BAD_DATA;
     *this = std::move(read);
     return B_OK;
+}
+
+void SeriesRecord::DescribeFields(FieldDescriptions* into) {
+    kFields.Describe(into);
+    DescribeField(into, kBeginField, B_DOUBLE_TYPE, "12 N", kNotUsed,
+                  "per body: position and velocity where the step begins (x, y, z, vx, vy, vz), "
+                  "then the six numbers that are to be added to these");
+    DescribeField(into, kPassedField, B_INT32_TYPE, "0, 2, ...", "none",
+                  "pairs that touch, were told of, and go on through each other: the later and the "
+                  "earlier body in mass order");
+    DescribeField(into, kUncheckedField, B_BOOL_TYPE, "0, 1", "false",
+                  "true: whether the state counts was still to be found out");
 }

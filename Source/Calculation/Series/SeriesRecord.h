@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Calculation/Series/SeriesStepper.h"
+#include "Platform/Application/FieldDescription.h"
 #include "Platform/Support/Errors.h"
 #include "Platform/Support/SupportDefs.h"
 
@@ -34,4 +35,5 @@ struct SeriesRecord {
     // Empty if there are none. B_BAD_DATA: no run can stand there. Changes nothing unless all is
     // well.
     [[nodiscard]] status_t Regenerate(const BMessage& archive);
+    static void DescribeFields(FieldDescriptions* into);
 };

@@ -13,7 +13,7 @@ namespace {
 constexpr double kExpectedGrowth = 1.125;
 constexpr double kMaxGrowth = 1.25;
 // In scales: what only tiny numbers would exceed.
-constexpr double kLongestStep = 1024.0;
+constexpr double kMaxStep = 1024.0;
 // Bodies are given up at the order whose terms are this much below the tolerance.
 constexpr double kCutoff = 0.125;
 constexpr int32 kMaxExponent = 400;
@@ -133,7 +133,7 @@ SeriesStepper::Result SeriesStepper::MakeStep(const StopFlags& stop) {
 }
 
 double SeriesStepper::StepLength(const SeriesEnd& end) const {
-    double exponent = Log2(kLongestStep);
+    double exponent = Log2(kMaxStep);
     if (end.lastButOne > 0.0)
         exponent = std::min(exponent, (logTolerance_ - 0.5 * Log2(end.lastButOne)) / (Order() - 2));
     if (end.last > 0.0)

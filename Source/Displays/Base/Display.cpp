@@ -17,8 +17,8 @@ constexpr const char* kFrame = "Disp frame";
 constexpr int32 kEverything = -1;
 
 // What of a window must stay on the screen.
-constexpr float kLeastWidth = 200.0f;
-constexpr float kLeastHeight = 100.0f;
+constexpr float kMinWidth = 200.0f;
+constexpr float kMinHeight = 100.0f;
 
 }  // namespace
 
@@ -144,6 +144,6 @@ void Display::DescribeFields(FieldDescriptions* into) {
 status_t Display::Regenerate(const BMessage& archive) {
     BRect frame;
     const status_t status = archive.FindRect(kFrame, &frame);
-    if (status == B_OK) confine_to_frame_and_screen(this, frame, kLeastWidth, kLeastHeight);
+    if (status == B_OK) confine_to_frame_and_screen(this, frame, kMinWidth, kMinHeight);
     return status;
 }

@@ -16,7 +16,7 @@ constexpr rgb_color kChosenColor{255, 255, 255, 255};
 // The scale bar is at most so long, and at least two fifths of that.
 constexpr double kMaxBar = 180.0;
 // A bar of less than so many of a unit is shown in a smaller one.
-constexpr double kLeastUnits = 0.01;
+constexpr double kMinUnits = 0.01;
 constexpr double kKilometre = 1000.0;
 constexpr double kMetre = 1.0;
 
@@ -92,7 +92,7 @@ const std::string& NameOf(const BodyLabels& labels, int32 body) {
 }
 
 bool IsTooSmall(double scale, double unit) {
-    return RoundLength(kMaxBar / (scale * unit)) < kLeastUnits;
+    return RoundLength(kMaxBar / (scale * unit)) < kMinUnits;
 }
 
 }  // namespace

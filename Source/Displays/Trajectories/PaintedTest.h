@@ -22,7 +22,7 @@ public:
     // brighter, and counts as well.
     void SetColor(rgb_color color, double shade) {
         color_ = ToPixel(color);
-        const double least = kLeastCovered * shade;
+        const double least = kMinCovered * shade;
         most_ = static_cast<int32>((1.0 - least) * Difference(background_, color_));
     }
     // Outside the canvas nothing is painted.
@@ -37,7 +37,7 @@ public:
 
 private:
     // A line as wide as a pixel covers a quarter of one whose corner it touches.
-    static constexpr double kLeastCovered = 0.15;
+    static constexpr double kMinCovered = 0.15;
 
     static int32 Difference(Pixel a, Pixel b) {
         const auto channel = [=](int32 shift) {

@@ -16,7 +16,7 @@ namespace {
 constexpr double kEver = std::numeric_limits<double>::infinity();
 // To copy and to paint more would take too long; more are hardly seen one by one.
 constexpr std::size_t kMaxSamples = 400'000;
-constexpr std::size_t kLeastOfBody = 64;
+constexpr std::size_t kMinOfBody = 64;
 
 // Between two times, where the samples reach farther.
 void Cut(double from, double to, std::vector<Sample>* samples) {
@@ -60,8 +60,7 @@ std::vector<KeptTrails::Trail> TrailSource::Take(const std::vector<Part>& parts)
                     part.from == -kEver ? kEver : part.from};
         const std::size_t most = left / std::max<std::size_t>(part.colors.size(), 1);
         for (const auto& [body, color] : part.colors) {
-            trails.push_back(
-                {body, color, SeenSamplesOf(span, body, std::max(most, kLeastOfBody))});
+            trails.push_back({body, color, SeenSamplesOf(span, body, std::max(most, kMinOfBody))});
             std::vector<Sample>& samples = trails.back().samples;
             if (length.turns > 0.0) turns.emplace(body, length.turns).first->second.Cut(&samples);
             left -= std::min(left, samples.size());

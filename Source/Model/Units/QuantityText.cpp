@@ -9,7 +9,7 @@
 namespace {
 
 // The number's decimal exponents that need no exponent in the text.
-constexpr int kLeastPlain = -5;
+constexpr int kMinPlain = -5;
 constexpr int kMaxPlain = 14;
 
 constexpr std::size_t kGroup = 3;
@@ -54,7 +54,7 @@ std::string PositiveText(double value, int digits) {
     std::from_chars(text.data() + mark + 2, end, exponent);
     if (isBelowOne) exponent = -exponent;
 
-    if (exponent < kLeastPlain || exponent > kMaxPlain) return Scientific(mantissa, exponent);
+    if (exponent < kMinPlain || exponent > kMaxPlain) return Scientific(mantissa, exponent);
     std::string plain = Plain(mantissa, exponent);
     // Zeros at the end of a large number say that its digits are known.
     if (exponent >= digits && Read(plain) != value) return Scientific(mantissa, exponent);

@@ -202,3 +202,27 @@ struct FieldType<rgb_color>
 template <>
 struct FieldType<std::string>
     : SingleItemType<std::string, B_STRING_TYPE, &BMessage::AddString, &BMessage::FindString> {};
+
+// Adds fields that make no table, one after the other until one fails.
+class FieldWriter {
+public:
+    // Adds nothing unless that is B_OK.
+    explicit FieldWriter(BMessage* into, status_t status = B_OK) : into_(into), status_(status) {}
+
+    template <typename Value>
+    FieldWriter& Add(const char* name, const Value& value, bool isWritten = true) {
+        return Then([&] { return FieldType<Value>::Add(into_, name, value); }, isWritten);
+    }
+    // Whatever else may fail.
+    template <typename Step>
+    FieldWriter& Then(Step step, bool isTaken = true) {
+        if (isTaken && status_ == B_OK) status_ = step();
+        return *this;
+    }
+    // Of what failed.
+    [[nodiscard]] status_t Status() const { return status_; }
+
+private:
+    BMessage* const into_;
+    status_t status_;
+};

@@ -29,6 +29,19 @@ void DestroyInTurn(std::vector<MessageFields::Record> records) {
     pending = nullptr;
 }
 
+// `move` takes bytes to the arena, and says where they are there.
+template <typename Move>
+void MoveParts(MessageFields::Field* field, Move move) {
+    field->nameAt = move(field->nameAt, field->nameLength);
+    if (field->list) {
+        for (MessageFields::Place& place : field->list->places)
+            place.at = move(place.at, place.size);
+    } else {
+        field->dataAt = move(field->dataAt, field->dataSize);
+        field->capacity = field->isFixed ? field->dataSize : 0;
+    }
+}
+
 }  // namespace
 
 MessageFields::~MessageFields() {
@@ -278,19 +291,11 @@ void MessageFields::AppendVariable(Field& field, Place place) {
 
 void MessageFields::MoveToArena(Field& field) {
     if (!field.inSource) return;
-    const auto move = [this](uint32 from, std::size_t size) {
+    MoveParts(&field, [this](uint32 from, std::size_t size) {
         const uint32 at = Take(size);
         std::copy_n(sourceBase_ + from, size, arena_.begin() + at);
         return at;
-    };
-    field.nameAt = move(field.nameAt, field.nameLength);
-    if (field.list) {
-        for (Place& place : field.list->places)
-            place.at = move(place.at, place.size);
-    } else {
-        field.dataAt = move(field.dataAt, field.dataSize);
-        field.capacity = field.isFixed ? field.dataSize : 0;
-    }
+    });
     field.inSource = false;
 }
 
@@ -299,20 +304,11 @@ void MessageFields::CompactIfWasteful() {
     if (wasted_ < kTolerated || wasted_ < arena_.size() / 2) return;
     const std::vector<std::byte> old = std::exchange(arena_, {});
     wasted_ = 0;
-    const auto move = [&](uint32 from, std::size_t size) {
-        const uint32 at = Take(size);
-        std::copy_n(old.begin() + from, size, arena_.begin() + at);
-        return at;
-    };
-    for (Field& field : fields_) {
-        if (field.inSource) continue;
-        field.nameAt = move(field.nameAt, field.nameLength);
-        if (field.list) {
-            for (Place& place : field.list->places)
-                place.at = move(place.at, place.size);
-        } else {
-            field.dataAt = move(field.dataAt, field.dataSize);
-            field.capacity = field.isFixed ? field.dataSize : 0;
-        }
-    }
+    for (Field& field : fields_)
+        if (!field.inSource)
+            MoveParts(&field, [&](uint32 from, std::size_t size) {
+                const uint32 at = Take(size);
+                std::copy_n(old.begin() + from, size, arena_.begin() + at);
+                return at;
+            });
 }

@@ -54,8 +54,8 @@ thread_local thread_id tSelf = 0;
 thread_local ThreadRecord* tRecord = nullptr;
 
 void IntroduceToSystem(const ThreadRecord& record) {
-    constexpr std::size_t kLongestSystemName = 15;
-    pthread_setname_np(pthread_self(), record.name.substr(0, kLongestSystemName).c_str());
+    constexpr std::size_t kMaxSystemName = 15;
+    pthread_setname_np(pthread_self(), record.name.substr(0, kMaxSystemName).c_str());
     // On this system a nice value belongs to the thread, which begins with that of its maker. It is
     // only ever made nicer: whoever started the whole program at a low priority keeps what he has.
     if (record.priority >= B_NORMAL_PRIORITY) return;

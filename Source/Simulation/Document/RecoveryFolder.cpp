@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 #include "Platform/Storage/FileDescriptor.h"
 #include "Platform/Storage/TemporaryFiles.h"
 #include "Simulation/Document/SimulationFile.h"
@@ -104,11 +105,11 @@ DocumentError RecoveryFolder::Keep(const BMessage& record, const std::string& do
     marked.RemoveName(kNameField);
     marked.RemoveName(kPathField);
     marked.RemoveName(kProcessField);
-    status_t status = marked.AddString(kNameField, documentName);
-    if (status == B_OK && !originalPath.empty())
-        status = marked.AddString(kPathField, originalPath);
-    if (status == B_OK) status = marked.AddInt32(kProcessField, getpid());
-    DocumentError result = DocumentError::Record(status);
+    FieldWriter fields(&marked);
+    fields.Add(kNameField, documentName)
+        .Add(kPathField, originalPath, !originalPath.empty())
+        .Add(kProcessField, int32{getpid()});
+    DocumentError result = DocumentError::Record(fields.Status());
     if (!result.Failed()) result = SimulationFile::Write(path, std::move(marked));
     if (!result.Failed())
         *copy = path;

@@ -73,7 +73,7 @@ struct SimulationDocument::SimInfo::Fields {
 
 SimulationDocument::SimulationDocument(BLooper* reportTarget)
     : portal_(&undoChain_, &root_),
-      calculator_(std::make_unique<TaylorCalculator>(&portal_, &consumers_, reportTarget)) {
+      calculator_(MakeCalculator(&portal_, &consumers_, reportTarget)) {
     portal_.SetCalculator(calculator_.get());
 }
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "Calculation/Calculator.h"
 #include "Calculation/PaceClock.h"
-#include "Calculation/TaylorCalculator.h"
 #include "Model/Commands/UndoChain.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/EpochPortal.h"
@@ -29,7 +29,7 @@ public:
     SimulationDocument& operator=(const SimulationDocument&) = delete;
 
     [[nodiscard]] EpochPortal* Portal() { return &portal_; }
-    [[nodiscard]] TaylorCalculator* GetCalculator() { return calculator_.get(); }
+    [[nodiscard]] Calculator* GetCalculator() { return calculator_.get(); }
     [[nodiscard]] UndoChain* GetUndoChain() { return &undoChain_; }
     // The parent of the top-level epochs. It is never shown, focused or stored.
     [[nodiscard]] AbEpoch* Root() { return &root_; }
@@ -82,5 +82,5 @@ private:
     BMessage windowFields_;
     int32 nextBodyName_ = 0;
     SystemPaceClock clock_;
-    std::unique_ptr<TaylorCalculator> calculator_;  // last: it uses all of the above
+    std::unique_ptr<Calculator> calculator_;  // last: it uses all of the above
 };

@@ -26,8 +26,8 @@ namespace {
 
 // Until the owner gives it another place and size.
 constexpr BRect kFirstFrame{363.0f, 588.0f, 882.0f, 787.0f};
-constexpr float kLeastWidth = 51.0f;  // in sizes of the plain font: all columns are seen
-constexpr float kLeastHeight = 10.0f;
+constexpr float kMinWidth = 51.0f;  // in sizes of the plain font: all columns are seen
+constexpr float kMinHeight = 10.0f;
 constexpr float kMax = 32000.0f;
 
 // How often the time of a run that goes on is shown anew.
@@ -48,7 +48,7 @@ EpochWindow::EpochWindow(EpochPortal* portal, AbEpoch* root, BLooper* owner,
       epochs_(context.texts, context.timeUnits),
       list_(new BColumnListView("Epochs", epochs_.Columns(), new BMessage(kRestoreSelected))) {
     const float unit = BFont().Size();
-    SetSizeLimits(kLeastWidth * unit, kMax, kLeastHeight * unit, kMax);
+    SetSizeLimits(kMinWidth * unit, kMax, kMinHeight * unit, kMax);
     BuildMenus();
     list_->SetAccessibleName(Texts().Text(kTextEpochList));
     list_->SetSelectionMessage(new BMessage(kSelected));

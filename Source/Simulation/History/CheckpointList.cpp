@@ -9,7 +9,7 @@ namespace {
 // Interactions that are calculated within a few milliseconds.
 constexpr std::size_t kInteractions = 400'000;
 // A checkpoint costs as much as a few steps, and ends a batch.
-constexpr std::size_t kLeastSpacing = 64;
+constexpr std::size_t kMinSpacing = 64;
 constexpr std::size_t kMaxSpacing = 4096;
 
 }  // namespace
@@ -17,7 +17,7 @@ constexpr std::size_t kMaxSpacing = 4096;
 CheckpointList::CheckpointList(std::size_t bodies, std::size_t massive, bool isBackwards)
     : spacing_(static_cast<int64>(
           std::clamp(std::bit_floor(kInteractions / std::max<std::size_t>(bodies * massive, 1)),
-                     kLeastSpacing, kMaxSpacing))),
+                     kMinSpacing, kMaxSpacing))),
       isBackwards_(isBackwards) {}
 
 void CheckpointList::Add(RunCheckpoint checkpoint) {

@@ -1,7 +1,6 @@
 #include "Simulation/History/RunCheckpoint.h"
 
-#include "Calculation/TaylorCalculator.h"
-#include "Calculation/TaylorParts.h"
+#include "Calculation/Calculator.h"
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
@@ -22,16 +21,13 @@ void RunCheckpoint::PutBody(std::size_t index, Body* body) const {
 }
 
 std::size_t RunCheckpoint::Bytes() const {
-    // The parts of a body's position and velocity, and its identifier, in the record.
-    constexpr std::size_t kPartsOfBody =
-        3 * (TaylorParts::kPositionParts + TaylorParts::kVelocityParts) + 1;
-    constexpr std::size_t kNumbersOfBody = kPartsOfBody + 3 + 3 + 3;
-    return sizeof(RunCheckpoint) +
+    // Identifier, mass, radius, place and velocity.
+    constexpr std::size_t kNumbersOfBody = 3 + 3 + 3;
+    return sizeof(RunCheckpoint) + calculator.FlattenedSize() +
            state.CountBodies() * (kNumbersOfBody * sizeof(double) + sizeof(std::string));
 }
 
-std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal,
-                                            const TaylorCalculator& calculator) {
+std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal, const Calculator& calculator) {
     RunCheckpoint checkpoint;
     const ReadGuard guard(portal);
     if (calculator.ArchiveRun(&checkpoint.calculator) != B_OK) return std::nullopt;

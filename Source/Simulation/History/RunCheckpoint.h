@@ -12,7 +12,7 @@
 class AbEpoch;
 class Body;
 class EpochPortal;
-class TaylorCalculator;
+class Calculator;
 
 struct RunCheckpoint {
     int64 report = 0;  // the last one before, counted from the start of the run
@@ -41,4 +41,4 @@ struct RunCheckpoint {
 // On the calculation thread, between two batches; takes the model lock. None: somebody has changed
 // the model, so that this run cannot be taken up here.
 [[nodiscard]] std::optional<RunCheckpoint> TakeCheckpoint(EpochPortal* portal,
-                                                          const TaylorCalculator& calculator);
+                                                          const Calculator& calculator);

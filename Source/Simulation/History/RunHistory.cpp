@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "Calculation/TaylorCalculator.h"
+#include "Calculation/Calculator.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Simulation/History/KeptRun.h"
@@ -18,7 +18,7 @@ std::weak_ptr<const void> LifeOf(const AbEpoch* epoch) {
 
 }  // namespace
 
-RunHistory::RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits)
+RunHistory::RunHistory(EpochPortal* portal, Calculator* calculator, HistoryLimits limits)
     : portal_(portal), calculator_(calculator), limits_(limits) {
     // Ready for the first batch.
     release_ben(calculator_->WriteOk());

@@ -25,7 +25,7 @@
 class AbEpoch;
 class EpochPortal;
 class KeptRun;
-class TaylorCalculator;
+class Calculator;
 struct MergeResult;
 struct RunCheckpoint;
 
@@ -39,7 +39,7 @@ struct HistoryLimits {
 class RunHistory final : public ReportConsumer {
 public:
     // Neither is owned. The owner enters it into the calculator's list of consumers.
-    RunHistory(EpochPortal* portal, TaylorCalculator* calculator, HistoryLimits limits = {});
+    RunHistory(EpochPortal* portal, Calculator* calculator, HistoryLimits limits = {});
     ~RunHistory() override;
 
     // The bodies of a run have merged. While the calculator is at rest, before it goes on.
@@ -102,7 +102,7 @@ private:
     [[nodiscard]] const KeptRun* Find(const AbEpoch* epoch) const;
 
     EpochPortal* const portal_;
-    TaylorCalculator* const calculator_;
+    Calculator* const calculator_;
     const HistoryLimits limits_;
     mutable std::mutex mutex_;  // guards what follows; taken after the model lock or without it
     Runs runs_;

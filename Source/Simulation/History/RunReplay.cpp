@@ -3,8 +3,8 @@
 #include <chrono>
 #include <limits>
 
+#include "Calculation/Calculator.h"
 #include "Calculation/CollisionMailbox.h"
-#include "Calculation/TaylorCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds kProgressInterval(100);
 RunReplay::RunReplay(const RunCheckpoint& from)
     : from_(from),
       portal_(&undoChain_, &epoch_),
-      calculator_(std::make_unique<TaylorCalculator>(&portal_, &noConsumers_, nullptr)) {
+      calculator_(MakeCalculator(&portal_, &noConsumers_, nullptr)) {
     CopyBodies();
     portal_.SetEpochTo(&epoch_);
     portal_.AddObserver(this);

@@ -14,7 +14,7 @@
 #include "Simulation/History/RunCheckpoint.h"
 #include "Simulation/History/RunHistory.h"
 
-class TaylorCalculator;
+class Calculator;
 
 class RunReplay final : private Observer {
 public:
@@ -50,5 +50,5 @@ private:
     std::mutex mutex_;
     std::condition_variable parking_;
     bool hasParked_ = false;
-    std::unique_ptr<TaylorCalculator> calculator_;  // last: it uses the above
+    std::unique_ptr<Calculator> calculator_;  // last: it uses the above
 };

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QImage>
@@ -146,6 +147,41 @@ TEST_F(MenuWindowTest, ChoosingAnItemMarksItAndSendsItsMessage) {
         EXPECT_FALSE(popUp->isVisible());
     });
     EXPECT_EQ(menu->FindMarked(), menu->ItemAt(3));
+}
+
+TEST_F(MenuWindowTest, AScreenReaderIsToldWhatIsChosenAndOpensTheMenu) {
+    auto* const menu = new BPopUpMenu("units", true, true);
+    menu->AddItem(new UnitItem("Meters", "m"));
+    menu->AddItem(new UnitItem("Kilometers", "km"));
+    menu->ItemAt(1)->SetMarked(true);
+    auto* const field = new BMenuField("field", "", menu);
+    field->SetAccessibleName("Unit");
+    Show(field);
+    // Whether the menu is open after it has been asked for.
+    const auto opens = [&] {
+        return WindowServer::Ask([&] {
+            auto* const told = QAccessible::queryAccessibleInterface(FindWidget<QComboBox>(field));
+            told->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+            return menu->Part()->Widget()->isVisible();
+        });
+    };
+    window_->ByHand([&] {
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(window_->Widget())->role(),
+                  QAccessible::Window);
+        auto* const told = QAccessible::queryAccessibleInterface(FindWidget<QComboBox>(field));
+        EXPECT_EQ(told->role(), QAccessible::ComboBox);
+        EXPECT_EQ(told->text(QAccessible::Name), QStringLiteral("Unit km"));
+        EXPECT_EQ(told->text(QAccessible::Value), QStringLiteral("km"));
+        EXPECT_TRUE(told->state().hasPopup);
+        ASSERT_EQ(told->childCount(), 1);
+        EXPECT_EQ(told->child(0)->object(), menu->Part()->Widget());
+        EXPECT_EQ(told->indexOfChild(told->child(0)), 0);
+        EXPECT_EQ(told->indexOfChild(told), -1);
+    });
+    EXPECT_TRUE(opens());
+    window_->ByHand([&] { menu->Part()->Widget()->close(); });
+    window_->Do([&] { field->SetEnabled(false); });
+    EXPECT_FALSE(opens());
 }
 
 // "16" is not 12, which begins with the same digit, in a menu that is open or not.

@@ -125,7 +125,7 @@ BMessage HistoryRun::RecordOfBodies(const std::vector<Planet>& bodies, const Set
 
 void HistoryRun::Run(int64 count, int64 hold) {
     Parking parking(document.Portal());
-    TaylorCalculator* const calculator = document.GetCalculator();
+    Calculator* const calculator = document.GetCalculator();
     int64 left = count;
     bool isFirst = true;
     while (left > 0) {

@@ -6,6 +6,7 @@
 
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 #include "Platform/Interface/Handles/BMenuField.h"
 #include "Platform/Interface/Handles/BMenuItem.h"
 #include "Platform/Interface/Handles/BWindow.h"
@@ -65,14 +66,14 @@ void BMenu::ReadArchive(BMessage* archive) {
 }
 
 status_t BMenu::Archive(BMessage* into, bool deep) const {
-    status_t status = into == nullptr ? B_BAD_VALUE : AddClassName(*this, into);
-    if (status == B_OK) status = BView::Archive(into, deep);
-    if (status == B_OK && isRadioMode_) status = into->AddBool("_radio", true);
-    if (status == B_OK && isLabelFromMarked_) status = into->AddBool("_dyn_label", true);
-    if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
-    for (auto item = items_.begin(); deep && status == B_OK && item != items_.end(); ++item)
-        status = AddArchive(**item, "_items", into);
-    return status;
+    FieldWriter fields(into, AddClassName(*this, into));
+    fields.Then([&] { return BView::Archive(into, deep); })
+        .Add("_radio", true, isRadioMode_)
+        .Add("_dyn_label", true, isLabelFromMarked_)
+        .Add("_disable", true, !isEnabled_);
+    for (const auto& item : items_)
+        fields.Then([&] { return AddArchive(*item, "_items", into); }, deep);
+    return fields.Status();
 }
 
 // --- Items ---

@@ -6,6 +6,7 @@
 
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 #include "Platform/Interface/Server/ArchiveFields.h"
 #include "Platform/Interface/Server/PopUpButton.h"
 #include "Platform/Interface/Server/ViewPart.h"
@@ -92,12 +93,12 @@ BArchivable* BMenuField::Instantiate(BMessage* archive) {
 }
 
 status_t BMenuField::Archive(BMessage* into, bool deep) const {
-    status_t status = into == nullptr ? B_BAD_VALUE : AddClassName(*this, into);
-    if (status == B_OK) status = BView::Archive(into, deep);
-    if (status == B_OK && !label_.empty()) status = into->AddString("_label", label_);
-    if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
-    if (status == B_OK && deep && Menu() != nullptr) status = AddArchive(*Menu(), "_menu", into);
-    return status;
+    return FieldWriter(into, AddClassName(*this, into))
+        .Then([&] { return BView::Archive(into, deep); })
+        .Add("_label", label_, !label_.empty())
+        .Add("_disable", true, !isEnabled_)
+        .Then([&] { return AddArchive(*Menu(), "_menu", into); }, deep && Menu() != nullptr)
+        .Status();
 }
 
 BMenu* BMenuField::Menu() const {

@@ -2,6 +2,7 @@
 
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Application/FieldTable.h"
 #include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Canvas/PixelImage.h"
 #include "Platform/Interface/Handles/BMenu.h"
@@ -62,19 +63,17 @@ BArchivable* BMenuItem::Instantiate(BMessage* archive) {
 }
 
 status_t BMenuItem::Archive(BMessage* into, bool deep) const {
-    status_t status = BArchivable::Archive(into, deep);
-    if (status == B_OK) status = AddClassName(*this, into);
-    if (status == B_OK && !label_.empty()) status = into->AddString("_label", label_);
-    if (status == B_OK && !isEnabled_) status = into->AddBool("_disable", true);
-    if (status == B_OK && isMarked_) status = into->AddBool("_marked", true);
-    if (status == B_OK && shortcut_ != 0) status = into->AddInt32("_shortcut", shortcut_);
-    if (status == B_OK && modifiers_ != 0)
-        status = into->AddInt32("_mods", static_cast<int32>(modifiers_));
-    if (status == B_OK && !tip_.empty()) status = into->AddString("_tip", tip_);
-    if (status == B_OK && Message() != nullptr) status = into->AddMessage("_msg", Message());
-    if (status == B_OK && deep && submenu_ != nullptr)
-        status = AddArchive(*submenu_, "_submenu", into);
-    return status;
+    return FieldWriter(into, BArchivable::Archive(into, deep))
+        .Then([&] { return AddClassName(*this, into); })
+        .Add("_label", label_, !label_.empty())
+        .Add("_disable", true, !isEnabled_)
+        .Add("_marked", true, isMarked_)
+        .Add("_shortcut", int32{shortcut_}, shortcut_ != 0)
+        .Add("_mods", static_cast<int32>(modifiers_), modifiers_ != 0)
+        .Add("_tip", tip_, !tip_.empty())
+        .Then([&] { return into->AddMessage("_msg", Message()); }, Message() != nullptr)
+        .Then([&] { return AddArchive(*submenu_, "_submenu", into); }, deep && submenu_ != nullptr)
+        .Status();
 }
 
 void BMenuItem::SetLabel(const char* label) {

@@ -26,7 +26,7 @@ namespace {
 using Change = std::function<void()>;
 
 // Input is looked at between two slices of queued work.
-constexpr bigtime_t kLongestSlice = 4000;
+constexpr bigtime_t kMaxSlice = 4000;
 constexpr int kRetryMilliseconds = 5;
 
 const QEvent::Type kWorkEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
@@ -91,7 +91,7 @@ protected:
 private:
     // A timer and not an event resumes the work: events would go before the user's input.
     void Work() {
-        const bigtime_t end = system_time() + kLongestSlice;
+        const bigtime_t end = system_time() + kMaxSlice;
         while (Change change = NextChange()) {
             change();
             if (system_time() < end) continue;
