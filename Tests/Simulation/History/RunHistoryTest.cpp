@@ -71,14 +71,15 @@ TEST(RunHistory, EveryTenthReportComesBackToTheBitThroughTwoMergers) {
     EXPECT_TRUE(IsAt(state, reports[50'001]));
     EXPECT_EQ(run.StateAt(reports.back().time + 1.0, &state), Finding::kNotKept);
     EXPECT_EQ(run.StateAt(-1.0, &state), Finding::kNotKept);
-    EXPECT_EQ(run.history.StateAt(run.Focus()->Parent(), 0.0, {}, &state), Finding::kNotKept);
+    RunCheckpoint moment;
+    EXPECT_EQ(run.history.MomentAt(run.Focus()->Parent(), 0.0, {}, &moment), Finding::kNotKept);
     EXPECT_EQ(run.StateAt(reports[100].time, &state), Finding::kFound);
     EXPECT_EQ(state.NameOf(2), "Body 2");
     EXPECT_EQ(run.StateAt(run.Focus()->Time(), &state), Finding::kFound);
     EXPECT_EQ(state.NameOf(2), "Body 2 & Body 3");
     const double half = 0.5 * run.Focus()->Time();
-    EXPECT_EQ(run.history.StateAt(
-                  run.Focus(), half, [](double) { return false; }, &state),
+    EXPECT_EQ(run.history.MomentAt(
+                  run.Focus(), half, [](double) { return false; }, &moment),
               Finding::kFound);  // too quick for a question
 
     const std::vector<RunEvent> events = run.history.Events(run.Focus());
