@@ -146,6 +146,7 @@ bool RunHistory::Adopt(const AbEpoch* epoch, const std::weak_ptr<const void>& li
         const std::lock_guard lock(mutex_);
         if (life.expired() || (current_ != nullptr && currentEpoch_ == epoch)) return false;
         run->Leave();
+        ForgetDead();
         runs_[epoch] = {life, std::move(run)};
         MakeRoom();
     }
@@ -186,15 +187,15 @@ HistoryLimits RunHistory::Limits() const {
 }
 
 void RunHistory::ForgetDead() {
-    std::erase_if(runs_, [](const auto& run) { return run.second.life.expired(); });
+    std::erase_if(runs_, [this](const auto& run) {
+        return run.second.run.get() != current_ && run.second.life.expired();
+    });
     std::erase_if(origins_, [](const auto& branch) { return branch.second.life.expired(); });
 }
 
 void RunHistory::MakeRoom() {
     if (SampleBytes() + CheckpointBytes() <= limits_.bytes) return;
-    std::erase_if(runs_, [this](const auto& run) {
-        return run.second.run.get() != current_ && run.second.life.expired();
-    });
+    ForgetDead();
     while (CheckpointBytes() > limits_.bytes / 2)
         if (!RunWithMost(&KeptRun::CheckpointBytes)->ThinCheckpoints()) break;
     while (SampleBytes() + CheckpointBytes() > limits_.bytes && SampleBytes() > 0)

@@ -10,13 +10,14 @@
 namespace {
 
 // More lie too close together to be told apart.
-constexpr std::size_t kMaxMergers = 1000;
+constexpr std::size_t kMaxMarks = 1000;
 
 void AddMarks(const TimeLine::Run& run, const RunHistory& history, TimeLine* line) {
     using Kind = TimeLine::Mark::Kind;
+    if (line->marks.size() >= kMaxMarks) return;
     line->marks.push_back({Kind::kEpoch, run.start, run.epoch->Name(), {}});
     for (const RunEvent& event : history.Events(run.epoch)) {
-        if (line->marks.size() >= kMaxMergers || line->IsBefore(run.end, event.time)) return;
+        if (line->marks.size() >= kMaxMarks || line->IsBefore(run.end, event.time)) return;
         if (event.kind == RunEvent::Kind::kMerger && event.before.size() == 2)
             line->marks.push_back(
                 {Kind::kMerger, event.time, event.before[0].name, event.before[1].name});
