@@ -85,8 +85,8 @@ void BenchSeek(BenchTable* table) {
     std::uniform_real_distribution<double> moment(span.start, span.end);
     const auto times = Measure(
         {[&] {
-            SystemState state;
-            static_cast<void>(history.StateAt(system.GetEpoch(), moment(random), {}, &state));
+            RunCheckpoint found;
+            static_cast<void>(history.MomentAt(system.GetEpoch(), moment(random), {}, &found));
         }},
         1, 41);
     table->AddAtMost("any moment of 1,000,000 steps, 10 bodies", 200, 1e3 * times[0].median, "ms");

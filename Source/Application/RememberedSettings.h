@@ -7,6 +7,7 @@
 
 #include "Platform/Support/Errors.h"
 #include "Platform/Support/GraphicsDefs.h"
+#include "Platform/Support/SupportDefs.h"
 
 class DefaultResponses;
 
@@ -17,6 +18,7 @@ struct RememberedSettings {
     BPoint openAt;
     float openWidth = 0.0f;
     float openHeight = 0.0f;
+    int32 historyMegabytes = 0;                // that kept runs may take; 0: not remembered
     std::vector<std::string> recentDocuments;  // the latest first
 
     // What is missing or of another type keeps its value.

@@ -24,6 +24,7 @@
 #include "Simulation/CopyOffer.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/History/HistoryBudget.h"
 #include "Simulation/Simulation.h"
 
 namespace {
@@ -77,6 +78,7 @@ void SimApp::ReadSettings() {
     RememberedSettings settings;
     if (settings.Load(&defaultResponses_) != B_OK) settings = {};
     openPanel_.TakeSettings(settings);
+    if (settings.historyMegabytes > 0) HistoryBudget::Shared().Set(settings.historyMegabytes);
     std::erase_if(settings.recentDocuments,
                   [](const std::string& path) { return !BEntry(path.c_str()).Exists(); });
     RecentDocuments::Shared().Set(std::move(settings.recentDocuments));
@@ -85,6 +87,7 @@ void SimApp::ReadSettings() {
 void SimApp::WriteSettings() {
     RememberedSettings settings;
     openPanel_.AddToSettings(&settings);
+    settings.historyMegabytes = HistoryBudget::Shared().Megabytes();
     settings.recentDocuments = RecentDocuments::Shared().Paths();
     // Settings that cannot be kept cost nothing but themselves.
     static_cast<void>(settings.Save(defaultResponses_));

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/CommandFactory.h"
 #include "Model/Sharing/AbCalculator.h"
@@ -10,19 +11,20 @@
 #include "Resources/TimeLine.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/History/BranchCommand.h"
 #include "Simulation/History/RunHistory.h"
 #include "Simulation/SimulationMenus.h"
 
-MomentControl::MomentControl(EpochPortal* portal, const RunHistory* history, RunControl* run,
+MomentControl::MomentControl(EpochPortal* portal, RunHistory* history, RunControl* run,
                              const ProgramResources* resources)
     : portal_(portal),
       history_(history),
       run_(run),
       resources_(resources),
-      shown_(portal, history) {
+      shown_(portal, history, resources->InterfaceLabel(SimulationController::kLabelNameJoiner)) {
     portal_->SetEditGate(this);
 }
 
@@ -31,6 +33,10 @@ MomentControl::~MomentControl() {
 }
 
 bool MomentControl::TakeMessage(const BMessage& message) {
+    if (message.what == kMakeRunAgain || message.what == kStopMaking) {
+        message.what == kMakeRunAgain ? shown_.MakeRunAgain() : shown_.StopMaking();
+        return true;
+    }
     if (!shown_.IsPast()) return message.what == kBranchHere || message.what == kBackToNow;
     switch (message.what) {
         case kBackToNow:
@@ -73,7 +79,8 @@ bool MomentControl::Branch() {
     const auto moment = shown_.GetExact();
     if (moment && !moment->IsPast()) return true;
     std::unique_ptr<LCommand> command;
-    if (const ReadGuard guard(portal_); moment) command = MakeBranchCommand(portal_, *moment);
+    if (const ReadGuard guard(portal_); moment)
+        command = MakeBranchCommand(portal_, history_, *moment);
     if (ExecuteFiled(portal_, std::move(command))) return true;
     isLost_ = true;
     shown_.BackToNow();
@@ -94,12 +101,20 @@ std::optional<std::string> MomentControl::TakeStatus() {
         return resources_->InterfaceLabel(kTextShortOfMemory);
     }
     std::string status = Status();
+    if (const auto refusal = shown_.TakeRefusal(); refusal) {
+        told_ = status;
+        return resources_->InterfaceLabel(
+            *refusal == RunHistory::Finding::kLost ? kTextRunNotReached : kTextRunStartGone);
+    }
     if (status == told_) return std::nullopt;
     told_ = status;
     return status;
 }
 
 std::string MomentControl::Status() const {
+    if (const auto part = shown_.MakingProgress())
+        return FillIn(resources_->InterfaceLabel(kTextMakesRun),
+                      {std::to_string(std::lround(*part * 100.0))});
     if (!shown_.IsPast()) return {};
     if (const auto part = shown_.Progress())
         return FillIn(resources_->InterfaceLabel(kTextMomentWaits),

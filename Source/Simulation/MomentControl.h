@@ -19,7 +19,7 @@ class RunHistory;
 class MomentControl final : public EditGate {
 public:
     // None is owned.
-    MomentControl(EpochPortal* portal, const RunHistory* history, RunControl* run,
+    MomentControl(EpochPortal* portal, RunHistory* history, RunControl* run,
                   const ProgramResources* resources);
     ~MomentControl() override;
     MomentControl(const MomentControl&) = delete;
@@ -40,7 +40,7 @@ private:
     [[nodiscard]] std::string Status() const;
 
     EpochPortal* const portal_;
-    const RunHistory* const history_;
+    RunHistory* const history_;
     RunControl* const run_;
     const ProgramResources* const resources_;
     ShownMoment shown_;

@@ -5,6 +5,7 @@
 
 #include "Application/MessageBoxes/MessageWindow.h"
 #include "Displays/Projection/ProjectionDisplay.h"
+#include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -22,6 +23,7 @@
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/Document/WindowFields.h"
 #include "Simulation/EditMessages.h"
+#include "Simulation/History/SavedHistory.h"
 #include "Simulation/OpenSimulations.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SimulationMenus.h"
@@ -53,7 +55,7 @@ Simulation::Simulation(BRect frame, SimulationHost* host)
       moments_(document_.Portal(), run_.History(), run_.Control(), &host->Resources()),
       displays_(&document_, run_.History(), moments_.Shown(), run_.Control(), this,
                 host->Context()),
-      saver_(this, host, &document_, run_.Control(), &controls_, &displays_),
+      saver_(this, host, &document_, run_.History(), run_.Control(), &controls_, &displays_),
       boxes_(this, host),
       closer_(this, host, &document_, run_.Control(), &saver_, &boxes_) {
     document_.Portal()->Broadcast(false);
@@ -250,6 +252,11 @@ bool Simulation::FileMessage(BMessage* message) {
             if (const auto choice = SaveChoice::From(*message); choice)
                 saver_.SaveRequested(*choice, false);
             break;
+        case kSaveHistory:
+            document_.SetSavesHistory(!document_.SavesHistory());
+            history_->MarkUnsaved();
+            controls_.ShowHistory();
+            break;
         case kCloseThenOpen:
             PassToApplication(BMessage(kOpen), false);
             WindowServer::Deliver(this, BMessage(B_QUIT_REQUESTED));
@@ -332,7 +339,7 @@ void Simulation::Changed(int32 changes) {
     // Not as one bit among all of them, which are told when another document is there.
     if (changes == kEpochsTooDeep)
         wasTooDeep_ = true;
-    else if (changes != kMomentChanged)
+    else if (changes != kMomentChanged && changes != kRunsKeptChanged)
         hasNewChanges_ = true;
     changes_.Put(changes);
 }
@@ -356,6 +363,8 @@ void Simulation::SetName(const std::string& name) {
 
 DocumentError Simulation::Find(const BMessage& archive) {
     if (DocumentError error = document_.Load(archive); error.Failed()) return error;
+    SavedHistory::Read(document_.History(), document_.Portal(), run_.History());
+    document_.SetHistory({});
     FindSimWindowInfo(archive);
     displays_.Find(title_.c_str());
     // It was never saved by a window, and cannot know where this one stands.

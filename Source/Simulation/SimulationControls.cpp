@@ -125,6 +125,7 @@ void SimulationControls::Redisplay(int32 changes, Moment moment) {
 
 void SimulationControls::ShowHistory() {
     menus_->ShowHistory(document_->GetUndoChain());
+    menus_->ShowSavesHistory(document_->SavesHistory());
     window_->SetModified(!document_->GetUndoChain()->IsSaved());
 }
 

@@ -3,6 +3,7 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/HelpMenu.h"
+#include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -15,6 +16,7 @@
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
+#include "Resources/TimeLine.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/SimulationHost.h"
 
@@ -62,6 +64,7 @@ void SimulationMenus::AddFileMenu() {
     AddItem(menu, kLabelSave, kSave, kLabelSaveKey);
     AddItem(menu, kLabelSaveAs, kSaveAs, kLabelSaveKey, B_SHIFT_KEY);
     AddItem(menu, kLabelSaveCurrentEpoch, kSaveCurrentEpoch);
+    saveHistory_ = AddItem(menu, kTextSaveHistory, kSaveHistory);
     menu->AddSeparatorItem();
     AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey);
     AddItem(menu, kLabelCloseThenOpen, kCloseThenOpen, kLabelCloseKey, B_SHIFT_KEY);
@@ -94,6 +97,9 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
                                   texts_.Key(kTextRunBackwardsKey), B_SHIFT_KEY);
     menu->AddItem(runBackwards_, menu->IndexOf(go_) + 1);
     branch_ = menu->FindItem(kBranchHere);
+    if (BMenuItem* const back = menu->FindItem(kBackToNow); back != nullptr)
+        menu->AddItem(new BMenuItem(texts_.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain)),
+                      menu->IndexOf(back) + 1);
     backToNow_ = menu->FindItem(kBackToNow);
     ShowMoment(false);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)
@@ -137,6 +143,10 @@ void SimulationMenus::Show(BMenuItem* item, bool isPossible, int32 name, int32 p
         hasName ? FillIn(texts_.Label(namedLabel), {texts_.Label(name)}) : texts_.Label(plainLabel);
     item->SetLabel(label.c_str());
     item->SetEnabled(isPossible);
+}
+
+void SimulationMenus::ShowSavesHistory(bool isSaved) {
+    saveHistory_->SetMarked(isSaved);
 }
 
 void SimulationMenus::ShowFocus(bool isGroup) {

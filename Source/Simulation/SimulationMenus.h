@@ -33,6 +33,8 @@ public:
     void ShowRunBackwards(bool isPossible);
     // What can be undone and redone, by name.
     void ShowHistory(UndoChain* history);
+    // Whether what is kept of runs is saved with the document.
+    void ShowSavesHistory(bool isSaved);
     // Whether the document has displays that are not open.
     void ShowWaitingDisplays(bool areThere);
     // Whether what is in focus is a group, which can be dissolved.
@@ -58,4 +60,5 @@ private:
     BMenuItem* redo_ = nullptr;
     BMenuItem* dissolve_ = nullptr;
     BMenuItem* openDisplays_ = nullptr;
+    BMenuItem* saveHistory_ = nullptr;
 };

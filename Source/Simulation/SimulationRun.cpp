@@ -14,6 +14,7 @@
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/RunTarget.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/History/HistoryBudget.h"
 #include "Simulation/SimulationControls.h"
 
 SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* controls,
@@ -26,6 +27,11 @@ SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* c
       controller_(document, &control_, resources) {
     document_->AddConsumer(&history_);
     document_->GetCalculator()->SetGoalIsTold(true);
+    HistoryBudget::Shared().Enter(&history_);
+}
+
+SimulationRun::~SimulationRun() {
+    HistoryBudget::Shared().Leave(&history_);
 }
 
 bool SimulationRun::Handle(const BMessage& message) {

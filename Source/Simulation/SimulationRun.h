@@ -19,6 +19,9 @@ public:
     // None is owned.
     SimulationRun(SimulationDocument* document, SimulationControls* controls,
                   const ProgramResources* resources);
+    ~SimulationRun();
+    SimulationRun(const SimulationRun&) = delete;
+    SimulationRun& operator=(const SimulationRun&) = delete;
 
     // False for a message about something else.
     bool Handle(const BMessage& message);

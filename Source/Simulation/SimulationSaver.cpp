@@ -16,17 +16,20 @@
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/Document/WindowFields.h"
+#include "Simulation/History/SavedHistory.h"
 #include "Simulation/SimulationControls.h"
 #include "Simulation/SimulationHost.h"
 #include "Simulation/SubsidiaryWindows.h"
 #include "Simulation/WindowPlaces.h"
 
 SimulationSaver::SimulationSaver(BWindow* window, SimulationHost* host,
-                                 SimulationDocument* document, RunControl* run,
-                                 SimulationControls* controls, DisplayList* displays)
+                                 SimulationDocument* document, const RunHistory* history,
+                                 RunControl* run, SimulationControls* controls,
+                                 DisplayList* displays)
     : window_(window),
       host_(host),
       document_(document),
+      history_(history),
       run_(run),
       controls_(controls),
       displays_(displays),
@@ -76,7 +79,10 @@ void SimulationSaver::SaveRequested(const entry_ref& directory, const std::strin
     const ProgramResources& resources = host_->Resources();
     run_->Pause();
     Gather();
+    if (allEpochs && document_->SavesHistory())
+        document_->SetHistory(SavedHistory::Of(document_->Portal(), *history_));
     const SaveResult result = SaveDocument(document_, &file_, directory, name, allEpochs);
+    document_->SetHistory({});
     whyNotSaved_.clear();
     whereNotSaved_ = result.path;
     if (result.error.Failed() && allEpochs && !result.copyError.Failed())

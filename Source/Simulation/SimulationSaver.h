@@ -15,6 +15,7 @@ class BMessage;
 class BWindow;
 class DisplayList;
 class RunControl;
+class RunHistory;
 class SimulationControls;
 class SimulationDocument;
 class SimulationHost;
@@ -28,7 +29,8 @@ public:
 
     // None is owned.
     SimulationSaver(BWindow* window, SimulationHost* host, SimulationDocument* document,
-                    RunControl* run, SimulationControls* controls, DisplayList* displays);
+                    const RunHistory* history, RunControl* run, SimulationControls* controls,
+                    DisplayList* displays);
 
     [[nodiscard]] DocumentFile& File() { return file_; }
     [[nodiscard]] SavePanel& Panel() { return panel_; }
@@ -67,6 +69,7 @@ private:
     BWindow* const window_;
     SimulationHost* const host_;
     SimulationDocument* const document_;
+    const RunHistory* const history_;
     RunControl* const run_;
     SimulationControls* const controls_;
     DisplayList* const displays_;

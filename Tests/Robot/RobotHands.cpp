@@ -274,10 +274,11 @@ bool RobotHands::UseTimeLine(const Windows& windows) {
             QTest::mouseClick(line, Qt::LeftButton, {}, PlaceIn(*line));
             break;
         case 2:
-            QTest::keyClick(line,
-                            dice_->Any<Qt::Key>({Qt::Key_Home, Qt::Key_End, Qt::Key_Left,
-                                                 Qt::Key_Right, Qt::Key_Period, Qt::Key_Comma}),
-                            dice_->Chance(30) ? Qt::ShiftModifier : Qt::NoModifier);
+            QTest::keyClick(
+                line,
+                dice_->Any<Qt::Key>({Qt::Key_Home, Qt::Key_End, Qt::Key_Left, Qt::Key_Right,
+                                     Qt::Key_Period, Qt::Key_Comma, Qt::Key_Escape}),
+                dice_->Chance(30) ? Qt::ShiftModifier : Qt::NoModifier);
             break;
         default:
             QTest::keyClick(line, Qt::Key_K, Qt::ControlModifier);

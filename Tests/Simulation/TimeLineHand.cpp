@@ -35,7 +35,10 @@ const Stroke kStrokes[] = {{Qt::Key_Home, {}},
 namespace TimeLineHand {
 
 std::string Value() {
-    return WindowServer::Ask([] { return FindBar()->accessibleDescription().toStdString(); });
+    return WindowServer::Ask([] {
+        const QWidget* const bar = FindBar();
+        return bar == nullptr ? std::string() : bar->accessibleDescription().toStdString();
+    });
 }
 
 void Click(double part) {

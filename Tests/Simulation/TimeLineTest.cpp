@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Displays/Trajectories/TrajectoryView.h"
+#include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/UndoChain.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -134,10 +135,35 @@ TEST_F(TimeLineTest, GoInThePastBranchesAndRuns) {
     simulation_.Send(kBranchHere);
     EXPECT_EQ(Steps(), steps + 3);
     EXPECT_NE(Focus(), run);
+    EXPECT_TRUE(WaitUntil([] { return IsNow(); })) << "the way to the branch is on the line";
     // Undo looks at what it undoes.
     simulation_.Send(kUndo);
     TimeLineHand::Click(0.5);
     ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
     simulation_.Send(kUndo);
     EXPECT_TRUE(WaitUntil([] { return !IsPast(); }));
+}
+
+// Its runs are made again when they are wanted, or are there at once where they were saved.
+TEST_F(TimeLineTest, ADocumentThatIsOpenedAgainCanBeWoundBack) {
+    const BMessage plain = simulation_.SavedAs("Plain");
+    EXPECT_FALSE(plain.HasName(SimulationDocument::kHistoryField));
+    EXPECT_FALSE(simulation_.IsMarkedModified());
+    simulation_.Send(kSaveHistory);
+    EXPECT_TRUE(simulation_.IsMarkedModified());
+    const BMessage withRuns = simulation_.SavedAs("With Runs");
+    EXPECT_TRUE(withRuns.HasName(SimulationDocument::kHistoryField));
+    simulation_.Quit();
+    for (const BMessage& record : {plain, withRuns}) {
+        TestSimulation again(&host_, record, "Again");
+        ASSERT_TRUE(WaitUntil([] { return IsNow(); }));
+        TimeLineHand::Click(0.5);
+        EXPECT_TRUE(WaitUntil([] { return IsPast(); }));
+        TimeLineHand::Press(Key::kEnd);
+        EXPECT_TRUE(WaitUntil([] { return IsNow(); }));
+        // Again, as it may have gaps; what there is to be seen stays.
+        again.Send(kMakeRunAgain);
+        TimeLineHand::Click(0.5);
+        EXPECT_TRUE(WaitUntil([] { return IsPast(); }));
+    }
 }

@@ -17,6 +17,9 @@
 #include "Platform/Support/TypeConstants.h"
 #include "Run/RunRecord.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/History/KeptRunRecord.h"
+#include "Simulation/History/SavedHistory.h"
+#include "Simulation/History/StateRecord.h"
 
 namespace {
 
@@ -43,6 +46,12 @@ constexpr Table kTables[] = {
          RunState::DescribeFields(into);
          RunLeft::DescribeFields(into);
      }},
+    {"history", SavedHistory::DescribeFields},
+    {"kept run", KeptRunRecord::DescribeRun},
+    {"kept path", KeptRunRecord::DescribeTrack},
+    {"kept event", KeptRunRecord::DescribeEvent},
+    {"kept checkpoint", KeptRunRecord::DescribeCheckpoint},
+    {"kept bodies", StateRecord::DescribeFields},
     {"display",
      [](FieldDescriptions* into) {
          Display::DescribeFields(into);

@@ -22,6 +22,7 @@
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
+#include "Simulation/History/RunHistory.h"
 
 namespace {
 
@@ -234,9 +235,11 @@ void ProjectionDisplay::Redisplay(int32 changes) {
     }
     pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
+    const bool areOthersKept = (told & kRunsKeptChanged) == kRunsKeptChanged;
+    if (areOthersKept) keptTrails_.ModelChanged();
     if (shown_.TakeWhetherMoved())
         ShowOtherMoment();
-    else if ((changes & kTimesChanged) != 0 && fields_.trail.IsLimited())
+    else if (areOthersKept || ((changes & kTimesChanged) != 0 && fields_.trail.IsLimited()))
         mover_.Redraw(false);
     if (timeLine_ != nullptr) timeLine_->Redisplay(told);
 }

@@ -20,18 +20,19 @@ MomentPlayer::~MomentPlayer() = default;
 
 double MomentPlayer::StepIn(const TimeLine& line, double pace) {
     const bool isPaced = pace > 0.0 && std::isfinite(pace);
-    return (isPaced ? pace : (line.End() - line.Start()) / kSeconds) / kRate;
+    const double way = line.End() - line.Start();
+    return (isPaced ? std::copysign(pace, way) : way / kSeconds) / kRate;
 }
 
 void MomentPlayer::Start(int32 direction, const TimeLine& line) {
     Stop();
-    if (line.IsEmpty() || !(line.End() > line.Start())) return;
+    if (line.IsEmpty() || line.End() == line.Start()) return;
     const Moment moment = shown_->Get();
     const double from = moment.IsPast() ? moment.epoch->Time() : line.End();
     direction_ = direction;
     time_ = from;
-    if (direction > 0 && from >= line.End()) time_ = line.Start();
-    if (direction < 0 && from <= line.Start()) time_ = line.End();
+    if (direction > 0 && !line.IsBefore(from, line.End())) time_ = line.Start();
+    if (direction < 0 && !line.IsBefore(line.Start(), from)) time_ = line.End();
     lastTick_ = system_time();
     shown_->SeekTo(time_);
     ticks_ = std::make_unique<BMessageRunner>(BMessenger(view_), BMessage(kTick), kInterval);
@@ -47,6 +48,8 @@ void MomentPlayer::Tick(const TimeLine& line, double pace) {
     const double passed = static_cast<double>(now - lastTick_) / kMicroseconds;
     lastTick_ = now;
     time_ += direction_ * passed * kRate * StepIn(line, pace);
-    if (time_ <= line.Start() || time_ >= line.End()) Stop();
+    const TimeLine::Run* const run = line.RunAt(time_);
+    if (run != nullptr && !run->isKept) return Stop();
+    if (!line.IsBefore(line.Start(), time_) || !line.IsBefore(time_, line.End())) Stop();
     shown_->SeekTo(time_);
 }

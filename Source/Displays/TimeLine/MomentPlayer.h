@@ -32,7 +32,7 @@ public:
     [[nodiscard]] bool IsPlaying() const { return ticks_ != nullptr; }
     // `pace`: seconds of the simulation per second; 0 or infinite: there is none.
     void Tick(const TimeLine& line, double pace);
-    // From one picture to the next, s of the simulation.
+    // From one picture to the next, s of the simulation; negative where time falls.
     [[nodiscard]] static double StepIn(const TimeLine& line, double pace);
 
 private:

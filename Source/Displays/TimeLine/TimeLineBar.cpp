@@ -3,6 +3,7 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/TimeLine/TimeLinePainter.h"
+#include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/AbCalculator.h"
@@ -49,6 +50,8 @@ void TimeLineBar::BuildMenu() {
     };
     add(kTextBranchHere, kBranchHere)->SetTarget(source_.owner);
     add(kTextBackToNow, kBackToNow)->SetTarget(source_.owner);
+    add(kTextMakeRunAgain, kMakeRunAgain)->SetTarget(source_.owner);
+    add(kTextStopMaking, kStopMaking)->SetTarget(source_.owner);
     menu_->AddSeparatorItem();
     for (const auto& [label, what] :
          {std::pair(kTextPlayForward, kPlayForward), std::pair(kTextPlayBackward, kPlayBackward),
@@ -125,9 +128,11 @@ std::string TimeLineBar::TipOf(const TimeLine::Mark& mark) const {
 }
 
 void TimeLineBar::TellMark(float x) {
-    const TimeLine::Mark* const mark = TimeLinePainter(line_, Bounds()).MarkAt(x);
-    const std::string tip =
-        mark == nullptr ? context_.texts->Label(kTextTimeLineTip) : TipOf(*mark);
+    const TimeLinePainter painter(line_, Bounds());
+    const TimeLine::Mark* const mark = painter.MarkAt(x);
+    const TimeLine::Run* const run = line_.RunAt(painter.TimeAt(x));
+    const int32 text = run != nullptr && !run->isKept ? kTextNotMade : kTextTimeLineTip;
+    const std::string tip = mark == nullptr ? context_.texts->Label(text) : TipOf(*mark);
     if (tip == tip_) return;
     tip_ = tip;
     SetToolTip(tip_.c_str());
@@ -213,6 +218,7 @@ bool TimeLineBar::TakeKey(const KeyInput& input) {
             return true;
         case B_ESCAPE:
             player_.Stop();
+            WindowServer::Deliver(source_.owner, BMessage(kStopMaking));
             return true;
         default:
             return false;

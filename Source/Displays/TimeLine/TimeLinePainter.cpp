@@ -41,7 +41,7 @@ TimeLinePainter::TimeLinePainter(const TimeLine& line, BRect bounds)
 
 float TimeLinePainter::PlaceOf(double time) const {
     const double length = line_.End() - line_.Start();
-    if (!(length > 0.0)) return right_;
+    if (length == 0.0) return right_;
     const double part = std::clamp((time - line_.Start()) / length, 0.0, 1.0);
     return left_ + static_cast<float>(part) * (right_ - left_);
 }
@@ -74,6 +74,10 @@ void TimeLinePainter::Draw(Canvas* canvas, double moment, bool isPast) const {
     if (line_.IsEmpty()) return;
     const float knob = PlaceOf(moment);
     for (const TimeLine::Run& run : line_.runs) {
+        if (!run.isKept) {
+            canvas->FillRect({PlaceOf(run.start), y, PlaceOf(run.end), y + 1.0f}, kKept);
+            continue;
+        }
         bar(PlaceOf(run.start), PlaceOf(run.end), kKept);
         bar(PlaceOf(run.start), std::min(PlaceOf(run.end), knob), kPassed);
     }

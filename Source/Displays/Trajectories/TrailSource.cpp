@@ -53,7 +53,8 @@ std::vector<KeptTrails::Trail> TrailSource::Take(const std::vector<Part>& parts)
     std::size_t left = kMaxSamples;
     double to = now;
     for (const Part& part : parts) {
-        Span span{part.epoch, std::max(part.from, since), std::exchange(to, kEver)};
+        Span span{part.epoch, std::max(part.from, since),
+                  std::min(std::exchange(to, kEver), part.to)};
         // Where time falls a run comes to what is earlier.
         if (const auto kept = history->SpanOf(part.epoch); kept && kept->end < kept->start)
             span = {part.epoch, span.to == kEver ? -kEver : span.to,
@@ -78,11 +79,14 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
     for (const Body* const body : portal->BodiesInMassOrder())
         looks.emplace(body->ID(), body);
     const AbEpoch* epoch = run != nullptr && portal->HasEpoch(run) ? run : portal->FocusEpoch();
-    while (epoch != nullptr && history->SpanOf(epoch)) {
+    while (epoch != nullptr) {
+        const auto way = history->WayTo(*epoch);
+        if (!way) break;
         const bool isErased = epoch == erasedIn;
-        Part part{epoch, isErased ? erasedUntil : -kEver, {}};
+        Part part{
+            way->run, isErased ? erasedUntil : -kEver, way->run == epoch ? kEver : way->end, {}};
         const AbEpoch* const parent = epoch->Parent();
-        for (const int64 body : history->BodiesOf(epoch)) {
+        for (const int64 body : history->BodiesOf(way->run)) {
             const MassSystem*& look = looks[body];
             // It has become part of another one, and looks as it did when the run began.
             if (look == nullptr && parent != nullptr) look = parent->SystemFromID(body);

@@ -39,7 +39,8 @@ struct TrailSource {
     // One run, and what its bodies look like.
     struct Part {
         const AbEpoch* epoch;
-        double from;                                  // s
+        double from;                                  // s, and likewise:
+        double to;                                    // where a branch begins
         std::unordered_map<int64, rgb_color> colors;  // of the bodies with trails
     };
 

@@ -148,7 +148,7 @@ void SweepRun::RunStarting() {
     }
     start_ = TakeState(document_.Portal());
     const RunGoal goal = RunGoal::Of(options_, start_.time, target_);
-    TaylorCalculator* const calculator = document_.GetCalculator();
+    Calculator* const calculator = document_.GetCalculator();
     calculator->SetBackwards(goal.IsBefore(start_.time));
     calculator->SetRunLimit(goal.steps.value_or(0), goal.time.value_or(kNoTimeLimit));
     recorder_.Begin(start_);

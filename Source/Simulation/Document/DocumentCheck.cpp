@@ -105,7 +105,7 @@ DocumentError CheckIdentifiers(const MassSystem& root) {
 }  // namespace
 
 DocumentError CheckRecord(const BMessage& record) {
-    return CheckNested(record, {"Epochs"});
+    return CheckNested(record, {"Epochs", "History"});
 }
 
 DocumentError CheckEpochRecord(const BMessage& archive) {

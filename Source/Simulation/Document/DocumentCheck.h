@@ -8,7 +8,8 @@ class AbEpoch;
 class BMessage;
 
 // Look at every nested record: those who make objects of records leave out what is damaged. Of a
-// document without its epochs, and of an epoch without its children and the calculator's state.
+// document without its epochs and what is kept of its runs, and of an epoch without its children
+// and the calculator's state.
 DocumentError CheckRecord(const BMessage& record);
 DocumentError CheckEpochRecord(const BMessage& archive);
 

@@ -8,6 +8,7 @@
 
 #include "Platform/Application/BMessage.h"
 #include "Platform/Storage/BPath.h"
+#include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SimulationFile.h"
 
 namespace {
@@ -109,6 +110,7 @@ DocumentError DocumentFile::KeepCopy(const BMessage& record, const std::string& 
                                      const std::string& path, Copy kind) {
     const bool isFirst = copy_.empty();
     BMessage stamped(record);
+    stamped.RemoveName(SimulationDocument::kHistoryField);  // it can be made again
     if (stamp_ && path == ownPath_)
         if (const status_t status = stamp_->AddContentsTo(&stamped); status != B_OK)
             return DocumentError::Record(status);

@@ -29,8 +29,6 @@
 
 namespace {
 
-constexpr int32 kLabelNameJoiner = 1513;  // stands between the names of merged bodies
-
 // A new body is an Earth.
 constexpr double kNewBodyGM = 3.98600448e14;        // m3/s2
 constexpr double kNewBodyRadius = 6378137.0;        // m

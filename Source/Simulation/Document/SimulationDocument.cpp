@@ -44,6 +44,7 @@ struct SimulationDocument::SimInfo {
     float updatesPerSecond;
     int32 nextBodyName;
     double pace;
+    bool savesHistory;
 
     struct Fields;
 };
@@ -68,6 +69,11 @@ struct SimulationDocument::SimInfo::Fields {
                               .missing = 0.0,
                               .accepts = Pace::IsNumber,
                               .isWritten = [](const SimInfo& info) { return info.pace != 0.0; }},
+        Field<&SimInfo::savesHistory>{
+            .name = "Save history",
+            .meaning = "what is kept of runs is saved",
+            .missing = false,
+            .isWritten = [](const SimInfo& info) { return info.savesHistory; }},
     };
 };
 
@@ -95,6 +101,7 @@ DocumentError SimulationDocument::Load(const BMessage& record) {
     if (DocumentError error = FindEpochs(record); error.Failed()) return error;
     FindSimInfo(record);
     windowFields_ = ExtractWindowFields(record);
+    if (record.FindMessage(kHistoryField, &history_) != B_OK) history_.MakeEmpty();
     return {};
 }
 
@@ -105,6 +112,8 @@ DocumentError SimulationDocument::Store(BMessage* record, bool allEpochs) {
         status = SetEpochs(record, allEpochs);
         if (status == B_OK) status = SetSimInfo(record);
     }
+    if (status == B_OK && allEpochs && savesHistory_ && !history_.IsEmpty())
+        status = record->AddMessage(kHistoryField, &history_);
     return DocumentError::Record(status == B_OK ? AppendFields(windowFields_, record) : status);
 }
 
@@ -114,6 +123,7 @@ void SimulationDocument::FindSimInfo(const BMessage& record) {
     calculator_->SetUpdatesPerSecond(static_cast<int32>(info.updatesPerSecond));
     calculator_->SetSegmentLength(info.segmentLength);
     calculator_->SetPace(Pace::From(info.pace));
+    savesHistory_ = info.savesHistory;
 }
 
 DocumentError SimulationDocument::FindEpochs(const BMessage& record) {
@@ -197,7 +207,7 @@ int32 SimulationDocument::FocusPosition() const {
 
 SimulationDocument::SimInfo SimulationDocument::GetSimInfo() const {
     return {calculator_->SegmentLength(), static_cast<float>(calculator_->UpdatesPerSecond()),
-            nextBodyName_, calculator_->GetPace().Number()};
+            nextBodyName_, calculator_->GetPace().Number(), savesHistory_};
 }
 
 status_t SimulationDocument::SetSimInfo(BMessage* record) const {
@@ -216,5 +226,7 @@ void SimulationDocument::DescribeFields(FieldDescriptions* into) {
     DescribeField(into, kFocusSystem, B_INT64_TYPE, "0, 1", "the root system's first child",
                   "identifier of the system in focus, when not negative");
     SimInfo::Fields::kTable.Describe(into);
+    DescribeField(into, kHistoryField, B_MESSAGE_TYPE, "0, 1", "no run is kept",
+                  "what is kept of runs; at most 64 MB, and not in recovery copies");
     DescribeWindowFields(into);
 }

@@ -64,6 +64,13 @@ public:
     [[nodiscard]] const BMessage& WindowFields() const { return windowFields_; }
     void SetWindowFields(BMessage fields) { windowFields_ = std::move(fields); }
 
+    // Likewise what is kept of the runs, which is saved with the whole document if it is wanted.
+    static constexpr const char* kHistoryField = "History";
+    [[nodiscard]] const BMessage& History() const { return history_; }
+    void SetHistory(BMessage record) { history_ = std::move(record); }
+    [[nodiscard]] bool SavesHistory() const { return savesHistory_; }
+    void SetSavesHistory(bool isSaved) { savesHistory_ = isSaved; }
+
     [[nodiscard]] int32 NextBodyNameIndex() const { return nextBodyName_; }
     void SetNextBodyNameIndex(int32 index) { nextBodyName_ = index; }
 
@@ -80,6 +87,8 @@ private:
     std::vector<ReportConsumer*> consumers_;
     DocumentNotices notices_;
     BMessage windowFields_;
+    BMessage history_;
+    bool savesHistory_ = false;
     int32 nextBodyName_ = 0;
     SystemPaceClock clock_;
     std::unique_ptr<Calculator> calculator_;  // last: it uses all of the above

@@ -7,10 +7,13 @@
 #include "Model/Sharing/EpochPortal.h"
 #include "Resources/CommandNames.h"
 #include "Simulation/History/Moment.h"
+#include "Simulation/History/RunHistory.h"
 
-std::unique_ptr<LCommand> MakeBranchCommand(EpochPortal* portal, const Moment& moment) {
+std::unique_ptr<LCommand> MakeBranchCommand(EpochPortal* portal, RunHistory* history,
+                                            const Moment& moment) {
     if (!moment.IsPast() || !portal->HasEpoch(moment.run)) return nullptr;
     AbEpoch* const branch = moment.epoch->Copy();
+    history->NoteBranch(branch, moment.run, branch->Time());
     auto command = std::make_unique<MacroCommand>(3);
     command->AddCommand(std::make_unique<SetEpochToCommand>(portal, moment.run->Parent()));
     command->AddCommand(std::make_unique<AddEpochCommand>(portal, branch));

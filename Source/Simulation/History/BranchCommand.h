@@ -6,9 +6,11 @@
 #include "Model/Commands/LCommand.h"
 
 class EpochPortal;
+class RunHistory;
 struct Moment;
 
-// Logs an epoch with that state below the start of its run, and puts it into focus. The caller
-// holds the portal's read lock; null: the run is not in the tree any more.
-[[nodiscard]] std::unique_ptr<LCommand> MakeBranchCommand(EpochPortal* portal,
+// Logs an epoch with that state below the start of its run, and puts it into focus; the history
+// knows where it begins. The caller holds the portal's read lock; null: the run is not in the tree
+// any more.
+[[nodiscard]] std::unique_ptr<LCommand> MakeBranchCommand(EpochPortal* portal, RunHistory* history,
                                                           const Moment& moment);

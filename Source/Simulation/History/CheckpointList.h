@@ -25,6 +25,10 @@ public:
     // none.
     [[nodiscard]] std::shared_ptr<const RunCheckpoint> Before(double time) const;
     [[nodiscard]] std::size_t Count() const { return list_.size(); }
+    // In the order in which the run came to them.
+    [[nodiscard]] const std::vector<std::shared_ptr<const RunCheckpoint>>& All() const {
+        return list_;
+    }
     [[nodiscard]] std::size_t Bytes() const { return bytes_; }
 
 private:

@@ -48,6 +48,41 @@ KeptRun::KeptRun(RunCheckpoint start)
     checkpoints_.Add(std::move(start));
 }
 
+KeptRun::KeptRun(const KeptRun& other)
+    : isBackwards_(other.isBackwards_),
+      reportsPerLook_(other.reportsPerLook_),
+      reports_(other.reports_),
+      startTime_(other.startTime_),
+      timeBeforeLast_(other.timeBeforeLast_),
+      tail_(other.tail_),
+      radii_(other.radii_),
+      places_(other.places_),
+      tracks_(other.tracks_),
+      samples_(other.samples_),
+      wasShort_(other.wasShort_),
+      checkpoints_(other.checkpoints_),
+      events_(other.events_) {}
+
+std::unique_ptr<KeptRun> KeptRun::Copy() const {
+    return std::unique_ptr<KeptRun>(new KeptRun(*this));
+}
+
+void KeptRun::Restore(const SystemState& end, std::vector<double> radii, double timeBeforeLast,
+                      int64 reports) {
+    Leave();
+    tracks_.clear();
+    samples_ = 0;
+    TakeEnd(end, std::move(radii));
+    timeBeforeLast_ = timeBeforeLast;
+    reports_ = reports;
+}
+
+void KeptRun::SetTrack(int64 body, SampleTrack track) {
+    SampleTrack& place = tracks_[body];
+    samples_ += track.Count() - place.Count();
+    place = std::move(track);
+}
+
 void KeptRun::GoOn(RunCheckpoint from) {
     from.report = reports_;
     const bool areSameRadii = from.radii == radii_;
@@ -91,8 +126,12 @@ void KeptRun::Watch(const RunCheckpoint& from) {
     for (std::size_t i = 0; i < goesOn.size(); i++)
         if (!goesOn[i]) AddSample(&tracks_.at(tail_.ids[i]), TailOf(i));
     watched_ = std::move(watched);
-    tail_ = now;
-    radii_ = from.radii;
+    TakeEnd(now, from.radii);
+}
+
+void KeptRun::TakeEnd(const SystemState& end, std::vector<double> radii) {
+    tail_ = end;
+    radii_ = std::move(radii);
     places_.clear();
     for (std::size_t i = 0; i < tail_.CountBodies(); i++)
         places_.emplace(tail_.ids[i], i);

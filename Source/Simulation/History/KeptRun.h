@@ -44,7 +44,8 @@ class KeptRun {
 public:
     // A run begins there.
     explicit KeptRun(RunCheckpoint start);
-    KeptRun(const KeptRun&) = delete;
+    // All that is kept, and nothing that only serves the keeping.
+    [[nodiscard]] std::unique_ptr<KeptRun> Copy() const;
     KeptRun& operator=(const KeptRun&) = delete;
 
     // --- Keeping: calculation thread ---
@@ -103,10 +104,19 @@ public:
     [[nodiscard]] bool IsLastAfter(double time) const { return !IsBefore(time, timeBeforeLast_); }
 
 private:
+    friend class KeptRunRecord;
+
     struct Watched {
         SampleTrack* track;
         SampleChooser chooser;
     };
+
+    KeptRun(const KeptRun& other);
+    // As it ended; without samples and events.
+    void Restore(const SystemState& end, std::vector<double> radii, double timeBeforeLast,
+                 int64 reports);
+    void SetTrack(int64 body, SampleTrack track);
+    void TakeEnd(const SystemState& end, std::vector<double> radii);
 
     void Watch(const RunCheckpoint& from);
     void Look(double time, const double* positions, const double* velocities);

@@ -1,8 +1,6 @@
 #include "Simulation/History/MomentFinder.h"
 
 #include <chrono>
-#include <cmath>
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -13,7 +11,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kRest(120);
 constexpr double kNoProgress = -1.0;
-constexpr double kForever = std::numeric_limits<double>::infinity();
 // The report before: how often the way back is doubled in its search.
 constexpr int kMaxDoublings = 60;
 
@@ -103,31 +100,42 @@ std::optional<Moment> MomentFinder::Find(const Wish& wish,
 
 std::optional<RunCheckpoint> MomentFinder::FindReport(const Wish& wish,
                                                       const RunHistory::Progress& progress) const {
-    if (wish.step < 0) return FindReportBefore(wish, progress);
-    const double time = wish.step > 0 ? std::nextafter(wish.time, kForever) : wish.time;
-    RunCheckpoint report;
-    const bool isFound =
-        history_->MomentAt(wish.run, time, progress, &report) == RunHistory::Finding::kFound;
-    return isFound ? std::optional(std::move(report)) : std::nullopt;
+    return wish.step < 0 ? FindReportBefore(wish, progress) : MomentAt(wish, progress);
+}
+
+std::optional<RunCheckpoint> MomentFinder::MomentAt(const Wish& wish,
+                                                    const RunHistory::Progress& progress) const {
+    const auto which = wish.step > 0 ? RunHistory::Which::kNext : RunHistory::Which::kAtOrPast;
+    RunCheckpoint moment;
+    const bool isFound = history_->MomentAt(wish.run, wish.time, progress, &moment, which) ==
+                         RunHistory::Finding::kFound;
+    return isFound ? std::optional(std::move(moment)) : std::nullopt;
 }
 
 // Goes back far enough to lie before it, and from there report by report.
 std::optional<RunCheckpoint> MomentFinder::FindReportBefore(
     const Wish& wish, const RunHistory::Progress& progress) const {
     const auto span = history_->SpanOf(wish.run);
-    if (!span || !(wish.time > span->start)) return std::nullopt;
-    const auto next = FindReport({wish.run, wish.time, 1}, progress);
+    if (!span || wish.time == span->start) return std::nullopt;
+    const bool isBackwards = span->end < span->start;
+    const auto isBefore = [&](double time) {
+        return isBackwards ? time > wish.time : time < wish.time;
+    };
+    if (!isBefore(span->start)) return std::nullopt;
+    const auto next = MomentAt({wish.run, wish.time, 1}, progress);
     double way = next ? next->state.time - wish.time : (span->end - span->start) * 1e-6;
     std::optional<RunCheckpoint> before;
     for (int i = 0; i < kMaxDoublings && !before; i++, way *= 2.0) {
-        const double from = std::max(span->start, wish.time - way);
-        before = FindReport({wish.run, from}, progress);
+        const double from = wish.time - way;
+        // The start counts as a report; elsewhere there may be none at that time.
+        const bool isStart = isBackwards ? from >= span->start : from <= span->start;
+        before = MomentAt({wish.run, isStart ? span->start : from, isStart ? 0 : 1}, progress);
         if (!before) return std::nullopt;
-        if (before->state.time >= wish.time) before.reset();
+        if (!isBefore(before->state.time)) before.reset();
     }
     while (before) {
-        auto after = FindReport({wish.run, before->state.time, 1}, progress);
-        if (!after || after->state.time >= wish.time) break;
+        auto after = MomentAt({wish.run, before->state.time, 1}, progress);
+        if (!after || !isBefore(after->state.time)) break;
         before = std::move(after);
     }
     return before;

@@ -49,6 +49,8 @@ private:
                                              const RunHistory::Progress& progress) const;
     [[nodiscard]] std::optional<RunCheckpoint> FindReport(
         const Wish& wish, const RunHistory::Progress& progress) const;
+    [[nodiscard]] std::optional<RunCheckpoint> MomentAt(const Wish& wish,
+                                                        const RunHistory::Progress& progress) const;
     [[nodiscard]] std::optional<RunCheckpoint> FindReportBefore(
         const Wish& wish, const RunHistory::Progress& progress) const;
     [[nodiscard]] bool IsWanted(int64 count) const;

@@ -16,6 +16,12 @@ std::weak_ptr<const void> LifeOf(const AbEpoch* epoch) {
     return real != nullptr ? real->Life() : std::weak_ptr<const void>();
 }
 
+bool HasChild(const AbEpoch* parent, const AbEpoch* epoch) {
+    for (int32 i = 0; parent != nullptr && i < parent->CountChildren(); i++)
+        if (parent->ChildAt(i) == epoch) return true;
+    return false;
+}
+
 }  // namespace
 
 RunHistory::RunHistory(EpochPortal* portal, Calculator* calculator, HistoryLimits limits)
@@ -34,6 +40,7 @@ void RunHistory::PrepareForGo(int32 /*reportsPerDraw*/) {
     } catch (const std::bad_alloc&) {
         ForgetCurrent();
     }
+    const std::lock_guard lock(mutex_);
     if (current_ != nullptr) calculator_->EndBatchAfter(current_->ReportsToCheckpoint());
 }
 
@@ -82,9 +89,19 @@ void RunHistory::ReadData(int32 count, double* times, double* positions, double*
         isDue = current_->IsCheckpointDue();
     }
     if (isDue) KeepCheckpoint();
-    calculator_->EndBatchAfter(current_->ReportsToCheckpoint());
-    const std::lock_guard lock(mutex_);
-    MakeRoom();
+    {
+        const std::lock_guard lock(mutex_);
+        MakeRoom();
+        calculator_->EndBatchAfter(current_->ReportsToCheckpoint());
+    }
+    TellShortage();
+}
+
+// Once: the run goes on.
+void RunHistory::TellShortage() {
+    if (isShortTold_ || !WasShortOfMemory()) return;
+    isShortTold_ = true;
+    portal_->TellObservers(kRunsKeptChanged);
 }
 
 // Not with the history's lock held: who has the model's may wait for that.
@@ -123,17 +140,62 @@ void RunHistory::NoteMergers(const MergeResult& result) {
         found->second.run->NoteMergers(result.mergers, names);
 }
 
+bool RunHistory::Adopt(const AbEpoch* epoch, const std::weak_ptr<const void>& life,
+                       std::unique_ptr<KeptRun> run) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (life.expired() || (current_ != nullptr && currentEpoch_ == epoch)) return false;
+        run->Leave();
+        ForgetDead();
+        runs_[epoch] = {life, std::move(run)};
+        MakeRoom();
+    }
+    portal_->TellObservers(kRunsKeptChanged);
+    return true;
+}
+
+std::unique_ptr<KeptRun> RunHistory::Take(const AbEpoch* epoch) {
+    const std::lock_guard lock(mutex_);
+    const auto found = runs_.find(epoch);
+    if (found == runs_.end()) return nullptr;
+    std::unique_ptr<KeptRun> run = std::move(found->second.run);
+    runs_.erase(found);
+    current_ = nullptr;
+    return run;
+}
+
+std::unique_ptr<KeptRun> RunHistory::CopyOf(const AbEpoch* epoch) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    return run == nullptr ? nullptr : run->Copy();
+}
+
 // --- Making room ---
 
+void RunHistory::SetBudget(std::size_t bytes) {
+    {
+        const std::lock_guard lock(mutex_);
+        limits_.bytes = bytes;
+        MakeRoom();
+    }
+    portal_->TellObservers(kRunsKeptChanged);
+}
+
+HistoryLimits RunHistory::Limits() const {
+    const std::lock_guard lock(mutex_);
+    return limits_;
+}
+
 void RunHistory::ForgetDead() {
-    std::erase_if(runs_, [](const auto& run) { return run.second.life.expired(); });
+    std::erase_if(runs_, [this](const auto& run) {
+        return run.second.run.get() != current_ && run.second.life.expired();
+    });
+    std::erase_if(origins_, [](const auto& branch) { return branch.second.life.expired(); });
 }
 
 void RunHistory::MakeRoom() {
     if (SampleBytes() + CheckpointBytes() <= limits_.bytes) return;
-    std::erase_if(runs_, [this](const auto& run) {
-        return run.second.run.get() != current_ && run.second.life.expired();
-    });
+    ForgetDead();
     while (CheckpointBytes() > limits_.bytes / 2)
         if (!RunWithMost(&KeptRun::CheckpointBytes)->ThinCheckpoints()) break;
     while (SampleBytes() + CheckpointBytes() > limits_.bytes && SampleBytes() > 0)
@@ -176,6 +238,23 @@ std::optional<RunHistory::Span> RunHistory::SpanOf(const AbEpoch* epoch) const {
     return Span{run->StartTime(), run->EndTime()};
 }
 
+void RunHistory::NoteBranch(const AbEpoch* branch, const AbEpoch* run, double time) {
+    const std::lock_guard lock(mutex_);
+    origins_[branch] = {LifeOf(branch), run, time};
+}
+
+std::optional<RunHistory::Way> RunHistory::WayTo(const AbEpoch& epoch) const {
+    const std::lock_guard lock(mutex_);
+    if (const KeptRun* const own = Find(&epoch); own != nullptr)
+        return Way{&epoch, own->StartTime(), own->EndTime()};
+    const auto origin = origins_.find(&epoch);
+    if (origin == origins_.end() || origin->second.life.expired()) return std::nullopt;
+    const auto& [life, run, time] = origin->second;
+    const KeptRun* const kept = Find(run);
+    if (kept == nullptr || !HasChild(epoch.Parent(), run)) return std::nullopt;
+    return Way{run, kept->StartTime(), time};
+}
+
 std::vector<int64> RunHistory::BodiesOf(const AbEpoch* epoch) const {
     const std::lock_guard lock(mutex_);
     const KeptRun* const run = Find(epoch);
@@ -195,30 +274,24 @@ std::vector<RunEvent> RunHistory::Events(const AbEpoch* epoch) const {
     return run == nullptr ? std::vector<RunEvent>() : run->Events();
 }
 
-RunHistory::Finding RunHistory::StateAt(const AbEpoch* epoch, double time, const Progress& progress,
-                                        SystemState* state) const {
-    RunCheckpoint moment;
-    const Finding finding = MomentAt(epoch, time, progress, &moment);
-    if (finding == Finding::kFound) *state = std::move(moment.state);
-    return finding;
-}
-
 RunHistory::Finding RunHistory::MomentAt(const AbEpoch* epoch, double time,
-                                         const Progress& progress, RunCheckpoint* moment) const {
+                                         const Progress& progress, RunCheckpoint* moment,
+                                         Which which) const {
     std::shared_ptr<const RunCheckpoint> from;
     std::vector<RunEvent> events;
     {
         const std::lock_guard lock(mutex_);
         const KeptRun* const run = Find(epoch);
         if (run == nullptr || !run->IsBefore(time, run->EndTime()) ||
-            !run->IsBefore(run->StartTime(), time))
+            !run->IsBefore(run->StartTime(), time) ||
+            (which == Which::kNext && time == run->EndTime()))
             return Finding::kNotKept;
         from = run->CheckpointBefore(time);
         if (from == nullptr) return Finding::kNotKept;
         if (!run->IsBefore(time, from->state.time) && run->IsLastAfter(time)) time = run->EndTime();
         events = run->Events();
     }
-    return RunReplay(*from).RunTo(time, events, progress, moment);
+    return RunReplay(*from).RunTo(time, which, events, progress, moment);
 }
 
 std::size_t RunHistory::Bytes() const {

@@ -1,11 +1,7 @@
 #include "Simulation/History/RunReplay.h"
 
-#include <chrono>
-#include <limits>
-
 #include "Calculation/Calculator.h"
 #include "Calculation/CollisionMailbox.h"
-#include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Simulation/Document/CollisionMerger.h"
@@ -14,53 +10,49 @@ using Finding = RunHistory::Finding;
 
 namespace {
 
-constexpr std::chrono::milliseconds kProgressInterval(100);
+std::unique_ptr<Epoch> EpochOf(const RunCheckpoint& at) {
+    auto epoch = std::make_unique<Epoch>();
+    at.PutSettings(epoch.get());
+    for (std::size_t i = 0; i < at.state.CountBodies(); i++) {
+        auto body =
+            std::make_unique<Body>("", at.state.ids[i], rgb_color{}, rgb_color{}, kOriginID);
+        at.PutBody(i, body.get());
+        if (epoch->RootSystem()->AddChild(body.get()) == B_OK) static_cast<void>(body.release());
+    }
+    return epoch;
+}
 
 }  // namespace
 
-RunReplay::RunReplay(const RunCheckpoint& from)
-    : from_(from),
-      portal_(&undoChain_, &epoch_),
-      calculator_(MakeCalculator(&portal_, &noConsumers_, nullptr)) {
-    CopyBodies();
-    portal_.SetEpochTo(&epoch_);
-    portal_.AddObserver(this);
+RunReplay::RunReplay(const RunCheckpoint& from) : from_(from), side_(EpochOf(from)) {
+    stepper_.Enter(side_.GetCalculator());
+    side_.AddConsumer(&stepper_);
 }
 
-RunReplay::~RunReplay() {
-    portal_.RemoveObserver(this);
-    portal_.SetEpochTo(nullptr);
-}
-
-void RunReplay::CopyBodies() {
-    const SystemState& state = from_.state;
-    from_.PutSettings(&epoch_);
-    for (std::size_t i = 0; i < state.CountBodies(); i++) {
-        auto body = std::make_unique<Body>("", state.ids[i], rgb_color{}, rgb_color{}, kOriginID);
-        from_.PutBody(i, body.get());
-        if (epoch_.RootSystem()->AddChild(body.get()) == B_OK) static_cast<void>(body.release());
-    }
-}
-
-Finding RunReplay::RunTo(double time, const std::vector<RunEvent>& events,
+Finding RunReplay::RunTo(double time, RunHistory::Which which, const std::vector<RunEvent>& events,
                          const RunHistory::Progress& progress, RunCheckpoint* moment) {
     {
-        const WriteGuard guard(&portal_);
-        if (calculator_->ResumeRun(from_.calculator) != B_OK) return Finding::kLost;
+        const WriteGuard guard(side_.Portal());
+        if (side_.GetCalculator()->ResumeRun(from_.calculator) != B_OK) return Finding::kLost;
     }
-    calculator_->SetRunLimit(0, time);
+    side_.GetCalculator()->SetRunLimit(0, time);
     while (!IsThere(time)) {
         if (!Run(time, progress)) return Finding::kCancelled;
         if (!IsThere(time) && !Merge(events)) return Finding::kLost;
+    }
+    while (which == RunHistory::Which::kNext && side_.Time() == time) {
+        stepper_.StopAtNext();
+        if (!Run(time, progress)) return Finding::kCancelled;
+        if (side_.Time() == time && !Merge(events)) return Finding::kLost;
     }
     return Take(moment);
 }
 
 Finding RunReplay::Take(RunCheckpoint* moment) {
-    const ReadGuard guard(&portal_);
-    if (calculator_->Archive(&moment->calculator, true) != B_OK) return Finding::kLost;
-    moment->state = StateOf(portal_);
-    for (const Body* const body : portal_.BodiesInMassOrder())
+    const ReadGuard guard(side_.Portal());
+    if (side_.GetCalculator()->Archive(&moment->calculator, true) != B_OK) return Finding::kLost;
+    moment->state = StateOf(*side_.Portal());
+    for (const Body* const body : side_.Portal()->BodiesInMassOrder())
         moment->radii.push_back(body->Radius());
     moment->order = from_.order;
     moment->cutoff = from_.cutoff;
@@ -70,51 +62,49 @@ Finding RunReplay::Take(RunCheckpoint* moment) {
 }
 
 bool RunReplay::Run(double until, const RunHistory::Progress& progress) {
-    hasParked_ = false;  // nobody else looks at it now
-    calculator_->UnPause(true);
-    bool goesOn = true;
-    std::unique_lock lock(mutex_);
-    while (goesOn && !parking_.wait_for(lock, kProgressInterval, [this] { return hasParked_; })) {
-        lock.unlock();
-        const double way = until - from_.state.time;
-        goesOn = !progress || progress((Time() - from_.state.time) / way);
-        lock.lock();
-    }
-    lock.unlock();
-    calculator_->Pause();
-    return goesOn;
+    const double start = from_.state.time;
+    return side_.Run(
+        true, [&] { return !progress || progress((side_.Time() - start) / (until - start)); });
 }
 
 // As they were merged in the run, pair by pair.
 bool RunReplay::Merge(const std::vector<RunEvent>& events) {
     BMessage pairs(CollisionMailbox::kCollisionMessage);
-    const double now = Time();
+    const double now = side_.Time();
     for (const RunEvent& event : events) {
         if (event.kind != RunEvent::Kind::kMerger || event.time != now || event.before.size() != 2)
             continue;
         pairs.AddInt64(CollisionMailbox::kLaterField, event.before[1].id);
         pairs.AddInt64(CollisionMailbox::kEarlierField, event.before[0].id);
     }
-    if (MergeCollidingBodies(&portal_, pairs, {}).mergers.empty()) return false;
+    if (MergeCollidingBodies(side_.Portal(), pairs, {}).mergers.empty()) return false;
     for (const RunEvent& event : events)
         if (event.kind == RunEvent::Kind::kMerger && event.time == now && !event.before.empty())
-            if (MassSystem* const survivor = epoch_.SystemFromID(event.before[0].id))
+            if (MassSystem* const survivor = side_.GetEpoch()->SystemFromID(event.before[0].id))
                 survivor->SetName(event.name.c_str());
     return true;
 }
 
 bool RunReplay::IsThere(double time) {
-    return from_.isBackwards ? Time() <= time : Time() >= time;
+    return from_.isBackwards ? side_.Time() <= time : side_.Time() >= time;
 }
 
-double RunReplay::Time() {
-    const ReadGuard guard(&portal_);
-    return epoch_.Time();
+// --- One report more ---
+
+void RunReplay::Stepper::Enter(Calculator* calculator) {
+    calculator_ = calculator;
+    release_ben(calculator_->WriteOk());
 }
 
-void RunReplay::Changed(int32 what) {
-    if (what != kCalculatorParked) return;
-    const std::lock_guard lock(mutex_);
-    hasParked_ = true;
-    parking_.notify_all();
+void RunReplay::Stepper::PrepareForGo(int32 /*reportsPerDraw*/) {
+    if (isAsked_) calculator_->EndBatchAfter(1);
+}
+
+void RunReplay::Stepper::ReadData(int32 count, double* /*times*/, double* /*positions*/,
+                                  double* /*velocities*/) {
+    if (isAsked_ && count > 0) calculator_->SetInternalPause();
+}
+
+void RunReplay::Stepper::ReadOk() {
+    release_ben(calculator_->WriteOk());
 }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <deque>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "Simulation/History/Sample.h"
@@ -13,10 +14,16 @@ class SampleTrack {
 public:
     explicit SampleTrack(bool isBackwards = false) : isBackwards_(isBackwards) {}
 
+    // With these, in the order of time; `isBroken`: what is to be added next is not joined to them.
+    SampleTrack(bool isBackwards, std::deque<Sample> samples, bool isBroken)
+        : isBackwards_(isBackwards), isBroken_(isBroken), samples_(std::move(samples)) {}
+
     void Add(const Sample& sample);
     // What is to be added next is not joined to what is there.
     void Break() { isBroken_ = true; }
+    [[nodiscard]] bool IsBroken() const { return isBroken_; }
     [[nodiscard]] std::size_t Count() const { return samples_.size(); }
+    [[nodiscard]] const std::deque<Sample>& All() const { return samples_; }
     // The one that was added last.
     [[nodiscard]] const Sample& Last() const {
         return isBackwards_ ? samples_.front() : samples_.back();

@@ -18,7 +18,8 @@ constexpr int32 kModelChanged = kBodyDataChanged | kTimeChanged | kSystemRemoved
 double Confined(double time, const TimeLine& line) {
     double nearest = line.Start();
     for (const TimeLine::Run& run : line.runs) {
-        const double inside = std::clamp(time, run.start, run.end);
+        const auto [from, to] = std::minmax(run.start, run.end);
+        const double inside = std::clamp(time, from, to);
         if (std::abs(inside - time) <= std::abs(nearest - time)) nearest = inside;
     }
     return nearest;
@@ -26,9 +27,13 @@ double Confined(double time, const TimeLine& line) {
 
 }  // namespace
 
-ShownMoment::ShownMoment(EpochPortal* portal, const RunHistory* history)
+ShownMoment::ShownMoment(EpochPortal* portal, RunHistory* history, std::string joiner)
     : portal_(portal),
       history_(history),
+      remaker_(
+          portal, history, std::move(joiner),
+          [this](const AbEpoch*, RunHistory::Finding finding) { NoteMade(finding); },
+          [this] { portal_->TellObservers(kMomentChanged); }),
       finder_(
           portal, history,
           [this](const MomentFinder::Wish& wish, const std::optional<Moment>& moment) {
@@ -50,15 +55,20 @@ Moment ShownMoment::Get() const {
 void ShownMoment::SeekTo(double time) {
     portal_->CommitChanges();
     Moment near;
+    const AbEpoch* unmade = nullptr;
     {
         const ReadGuard guard(portal_);
         const TimeLine line = ReadRuns(*portal_, *history_);
-        if (!line.IsEmpty() && time < std::max(line.End(), line.now)) {
+        if (line.IsPast(time)) {
             const double inside = Confined(time, line);
-            if (const TimeLine::Run* const run = line.RunAt(inside); run != nullptr)
-                near = NearMoment(*run->epoch, inside, *history_);
+            const TimeLine::Run* const run = line.RunAt(inside);
+            if (run != nullptr && run->isKept) near = NearMoment(*run->epoch, inside, *history_);
+            if (run != nullptr && !run->isKept) unmade = run->epoch;
         }
+        const std::lock_guard lock(mutex_);
+        awaited_ = unmade == nullptr ? std::nullopt : std::optional(time);
     }
+    if (unmade != nullptr) return remaker_.Want(unmade);
     Show(std::move(near));
 }
 
@@ -88,17 +98,58 @@ void ShownMoment::StepReport(bool isForward) {
         if (line.IsEmpty() || (isForward && !moment_.IsPast())) return;
         wish.time = moment_.IsPast() ? moment_.epoch->Time() : line.End();
         wish.run = moment_.IsPast() ? moment_.run : line.runs.back().epoch;
-        // At the first report of a run the one before is in the run before.
-        if (const TimeLine::Run* const run = line.RunAt(wish.time);
-            !isForward && run != nullptr && run->start == wish.time && run != line.runs.data())
-            wish.run = (run - 1)->epoch;
+        // Where two runs meet the report before is in the one, and that after in the other.
+        if (const TimeLine::Run* const run = line.RunAt(wish.time); run != nullptr) {
+            const bool isFirst = run == line.runs.data();
+            wish.run =
+                isForward || isFirst || run->start != wish.time ? run->epoch : (run - 1)->epoch;
+        }
         wish.number = ++changes_;
     }
     finder_.Want(wish);
 }
 
+void ShownMoment::MakeRunAgain() {
+    portal_->CommitChanges();
+    const AbEpoch* run = nullptr;
+    {
+        const ReadGuard guard(portal_);
+        const TimeLine line = ReadRuns(*portal_, *history_);
+        const std::lock_guard lock(mutex_);
+        run = moment_.IsPast() || line.IsEmpty() ? moment_.run : line.runs.back().epoch;
+        awaited_.reset();
+    }
+    if (run == nullptr) return NoteMade(RunHistory::Finding::kNotKept);
+    remaker_.Want(run);
+}
+
+void ShownMoment::StopMaking() {
+    remaker_.WantNothing();
+}
+
+std::optional<RunHistory::Finding> ShownMoment::TakeRefusal() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(refusal_, std::nullopt);
+}
+
+void ShownMoment::NoteMade(RunHistory::Finding finding) {
+    std::optional<double> awaited;
+    {
+        const std::lock_guard lock(mutex_);
+        awaited = std::exchange(awaited_, std::nullopt);
+        if (finding == RunHistory::Finding::kNotKept || finding == RunHistory::Finding::kLost)
+            refusal_ = finding;
+    }
+    if (finding == RunHistory::Finding::kFound && awaited) SeekTo(*awaited);
+    portal_->TellObservers(kMomentChanged);
+}
+
 void ShownMoment::BackToNow() {
     portal_->CommitChanges();
+    {
+        const std::lock_guard lock(mutex_);
+        awaited_.reset();
+    }
     Show({});
 }
 
@@ -111,10 +162,15 @@ std::optional<Moment> ShownMoment::GetExact() const {
 // Beyond the last report is now, and so is what cannot be found.
 void ShownMoment::NoteFound(const MomentFinder::Wish& wish, const std::optional<Moment>& moment) {
     if (!moment && wish.step < 0) return;
+    bool isPast = moment.has_value();
+    if (isPast) {
+        const ReadGuard guard(portal_);
+        isPast = ReadRuns(*portal_, *history_).IsPast(moment->epoch->Time());
+    }
     {
         const std::lock_guard lock(mutex_);
         if (wish.number != changes_) return;
-        moment_ = moment.value_or(Moment{});
+        moment_ = isPast ? *moment : Moment{};
     }
     portal_->TellObservers(kMomentChanged);
 }
@@ -125,6 +181,7 @@ void ShownMoment::Changed(int32 what) {
     {
         const std::lock_guard lock(mutex_);
         changes_++;
+        awaited_.reset();
         if (!moment_.IsPast()) return;
         moment_ = {};
     }

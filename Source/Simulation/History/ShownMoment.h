@@ -7,15 +7,18 @@
 
 #include <mutex>
 #include <optional>
+#include <string>
 
 #include "Model/Sharing/Observer.h"
 #include "Simulation/History/Moment.h"
 #include "Simulation/History/MomentFinder.h"
+#include "Simulation/History/RunRemaker.h"
 
 class ShownMoment final : private Observer {
 public:
-    // Neither is owned. To be made before all who show it: it is told of changes first.
-    ShownMoment(EpochPortal* portal, const RunHistory* history);
+    // Neither portal nor history is owned. To be made before all who show it: it is told of changes
+    // first. `joiner` stands between the names of bodies that merge.
+    ShownMoment(EpochPortal* portal, RunHistory* history, std::string joiner);
     ~ShownMoment() override;
     ShownMoment(const ShownMoment&) = delete;
     ShownMoment& operator=(const ShownMoment&) = delete;
@@ -25,7 +28,8 @@ public:
 
     // The moment at that time, from the samples at once, and to the bit when it rests there: of the
     // first report at or past it. Where no run is kept, the nearest one that is; at the line's end:
-    // now. What is half typed becomes an edit first.
+    // now. What is half typed becomes an edit first. A run that lies there and is not kept is made
+    // again first.
     void SeekTo(double time);
     // To the report before the moment, or after it.
     void StepReport(bool isForward);
@@ -37,17 +41,29 @@ public:
     // Of a moment that takes long to compute: the part that is done.
     [[nodiscard]] std::optional<double> Progress() const { return finder_.Progress(); }
 
+    // The run of the moment, or the newest one on the line, is made again in the background;
+    // whatever is shown meanwhile stays.
+    void MakeRunAgain();
+    void StopMaking();
+    [[nodiscard]] std::optional<double> MakingProgress() const { return remaker_.Progress(); }
+    // Takes why a run could not be made again, if that was not told yet.
+    [[nodiscard]] std::optional<RunHistory::Finding> TakeRefusal();
+
 private:
     void Changed(int32 what) override;
     bool CommitChanges() override { return false; }
 
     void Show(Moment moment);
     void NoteFound(const MomentFinder::Wish& wish, const std::optional<Moment>& moment);
+    void NoteMade(RunHistory::Finding finding);
 
     EpochPortal* const portal_;
-    const RunHistory* const history_;
+    RunHistory* const history_;
     mutable std::mutex mutex_;  // guards what follows; no other lock is taken meanwhile
     Moment moment_;
-    int64 changes_ = 0;    // of the moment
-    MomentFinder finder_;  // last: it calls the above
+    int64 changes_ = 0;              // of the moment
+    std::optional<double> awaited_;  // s: to be shown when its run is made
+    std::optional<RunHistory::Finding> refusal_;
+    RunRemaker remaker_;  // last, as the next one: they call the above
+    MomentFinder finder_;
 };

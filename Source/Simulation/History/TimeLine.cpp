@@ -5,48 +5,63 @@
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Simulation/History/RunHistory.h"
+#include "Simulation/History/RunRemake.h"
 
 namespace {
 
 // More lie too close together to be told apart.
-constexpr std::size_t kMaxMergers = 1000;
+constexpr std::size_t kMaxMarks = 1000;
 
-void AddMarks(const TimeLine::Run& run, const RunHistory& history,
-              std::vector<TimeLine::Mark>* marks) {
+void AddMarks(const TimeLine::Run& run, const RunHistory& history, TimeLine* line) {
     using Kind = TimeLine::Mark::Kind;
-    marks->push_back({Kind::kEpoch, run.start, run.epoch->Name(), {}});
+    if (line->marks.size() >= kMaxMarks) return;
+    line->marks.push_back({Kind::kEpoch, run.start, run.epoch->Name(), {}});
     for (const RunEvent& event : history.Events(run.epoch)) {
-        if (marks->size() >= kMaxMergers) return;
+        if (line->marks.size() >= kMaxMarks || line->IsBefore(run.end, event.time)) return;
         if (event.kind == RunEvent::Kind::kMerger && event.before.size() == 2)
-            marks->push_back(
+            line->marks.push_back(
                 {Kind::kMerger, event.time, event.before[0].name, event.before[1].name});
     }
+}
+
+std::optional<TimeLine::Run> RunTo(const AbEpoch& epoch, const RunHistory& history) {
+    if (const auto way = history.WayTo(epoch); way)
+        return TimeLine::Run{way->run, way->start, way->end, true};
+    if (!RunRemake::IsPossible(epoch)) return std::nullopt;
+    return TimeLine::Run{&epoch, epoch.Parent()->Time(), epoch.Time(), false};
 }
 
 }  // namespace
 
 const TimeLine::Run* TimeLine::RunAt(double time) const {
-    const auto later = std::upper_bound(runs.begin(), runs.end(), time,
-                                        [](double t, const Run& run) { return t < run.start; });
+    const auto later =
+        std::upper_bound(runs.begin(), runs.end(), time,
+                         [this](double t, const Run& run) { return IsBefore(t, run.start); });
     if (later == runs.begin()) return nullptr;
     const Run& run = *(later - 1);
-    return time <= run.end ? &run : nullptr;
+    return IsBefore(run.end, time) ? nullptr : &run;
 }
 
 // An epoch of which no run is kept, as one that was edited, has the run before it on the line. Time
-// that was set back ends the line: it would go over the same moments twice.
+// that turns, or was set back, ends the line: it would go over the same moments twice.
 TimeLine ReadRuns(const EpochPortal& portal, const RunHistory& history) {
     TimeLine line;
-    line.now = portal.FocusEpoch()->Time();
-    double before = line.now;
-    for (const AbEpoch* epoch = portal.FocusEpoch(); epoch != nullptr; epoch = epoch->Parent()) {
-        const auto span = history.SpanOf(epoch);
-        if (!span) continue;
+    const AbEpoch* const focus = portal.FocusEpoch();
+    line.now = focus->Time();
+    double next = line.now;
+    for (const AbEpoch* epoch = focus; epoch != nullptr; epoch = epoch->Parent()) {
+        const auto run = RunTo(*epoch, history);
+        if (!run) continue;
+        const bool isBackwards = run->end < run->start;
+        if (line.IsEmpty())
+            line.isBackwards = isBackwards;
+        else if (isBackwards != line.isBackwards && run->end != run->start)
+            break;
         // A run that goes on is known up to its last batch.
-        const bool isFirst = line.runs.empty() && epoch == portal.FocusEpoch();
-        if ((!isFirst && span->end > before) || span->start > span->end) break;
-        line.runs.push_back({epoch, span->start, span->end});
-        before = span->start;
+        const bool isFocus = line.IsEmpty() && epoch == focus;
+        if (!isFocus && line.IsBefore(next, run->end)) break;
+        line.runs.push_back(*run);
+        next = run->start;
     }
     std::reverse(line.runs.begin(), line.runs.end());
     return line;
@@ -55,6 +70,6 @@ TimeLine ReadRuns(const EpochPortal& portal, const RunHistory& history) {
 TimeLine ReadTimeLine(const EpochPortal& portal, const RunHistory& history) {
     TimeLine line = ReadRuns(portal, history);
     for (const TimeLine::Run& run : line.runs)
-        AddMarks(run, history, &line.marks);
+        AddMarks(run, history, &line);
     return line;
 }

@@ -1,6 +1,9 @@
 #include "Simulation/Settings/AnimationWindow.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -10,11 +13,29 @@
 #include "Interface Widgets/SliderControl.h"
 #include "Model/Commands/CommandFactory.h"
 #include "Model/Commands/EpochFactories.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BBox.h"
+#include "Platform/Interface/Handles/BMenu.h"
+#include "Platform/Interface/Handles/BMenuField.h"
+#include "Platform/Interface/Handles/BStringView.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/SimulationWindow.h"
+#include "Resources/TimeLine.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/History/HistoryBudget.h"
 
 namespace {
+
+constexpr uint32 kBudgetChosen = FourCC("hbud");
+constexpr const char* kMegabytes = "MB";
+constexpr int32 kBudgets[] = {64, 128, 256, 512, 1000, 2000, 4000, 8000};
+constexpr int32 kGigabyte = 1000;  // megabytes
+
+std::string TextOf(int32 megabytes, const InterfaceTexts& texts) {
+    const bool isMore = megabytes >= kGigabyte;
+    return FillIn(texts.Label(isMore ? kTextGigabytes : kTextMegabytes),
+                  {std::to_string(isMore ? megabytes / kGigabyte : megabytes)});
+}
 
 // As in a new simulation.
 constexpr BPoint kFirstPlace{609.0f, 559.0f};
@@ -70,8 +91,44 @@ AnimationWindow::AnimationWindow(EpochPortal* portal, BLooper* owner, const Disp
     box->AddChild(smoothness);
     box->AddChild(frequency);
     column->AddChild(box);
+    column->AddChild(MakeBudgets(texts));
     column->AddStretch();
     AddChild(column);
     AddEntries({smoothness, frequency});
     StartObserving();
+}
+
+BView* AnimationWindow::MakeBudgets(const InterfaceTexts& texts) {
+    budgets_ = new BPopUpMenu("budgets");
+    for (const int32 megabytes : kBudgets) {
+        auto* const message = new BMessage(kBudgetChosen);
+        message->AddInt32(kMegabytes, megabytes);
+        budgets_->AddItem(new BMenuItem(TextOf(megabytes, texts).c_str(), message));
+    }
+    budgets_->SetTargetForItems(this);
+    auto* const field = new BMenuField("budget", nullptr, budgets_);
+    field->SetAccessibleName(texts.Text(kLabelHistoryBudget));
+    field->SetToolTip(texts.Text(kTextHistoryBudgetTip));
+    auto* const row = new BGroupView("history", B_HORIZONTAL);
+    auto* const label = new BStringView("label", texts.Text(kLabelHistoryBudget));
+    row->AddChild(label);
+    row->AddChild(field);
+    row->AddStretch();
+    auto* const box = new BBox("kept runs", texts.Text(kLabelHistoryBox));
+    box->AddChild(row);
+    return box;
+}
+
+// The program's, which another window may have changed: the nearest that there is.
+void AnimationWindow::AboutToRefresh() {
+    const int32 inForce = HistoryBudget::Shared().Megabytes();
+    const auto* const nearest =
+        std::ranges::min_element(kBudgets, {}, [&](int32 it) { return std::abs(it - inForce); });
+    budgets_->ItemAt(static_cast<int32>(nearest - std::begin(kBudgets)))->SetMarked(true);
+}
+
+void AnimationWindow::MessageReceived(BMessage* message) {
+    int32 megabytes = 0;
+    if (message->what != kBudgetChosen) return SettingsWindow::MessageReceived(message);
+    if (message->FindInt32(kMegabytes, &megabytes) == B_OK) HistoryBudget::Shared().Set(megabytes);
 }

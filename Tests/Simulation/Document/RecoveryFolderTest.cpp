@@ -174,6 +174,23 @@ TEST_F(DocumentSaverTest, TheTreeBehindASavedEpochIsKept) {
     EXPECT_TRUE(folder.List().empty()) << "nothing is unsaved";
 }
 
+TEST_F(DocumentSaverTest, ACopyHasNoHistoryOfRuns) {
+    BMessage runs;
+    runs.AddInt32("Runs", 1);
+    document.SetSavesHistory(true);
+    document.SetHistory(runs);
+    BMessage record;
+    ASSERT_FALSE(document.Store(&record, true).Failed());
+    ASSERT_TRUE(record.HasName(SimulationDocument::kHistoryField));
+    Edit();
+    EXPECT_FALSE(KeepCopyIfUnsaved(&document, &file).Failed());
+    ASSERT_FALSE(SimulationFile::Read(folder.List()[0].path, &record).Failed());
+    EXPECT_FALSE(record.HasName(SimulationDocument::kHistoryField));
+    SimulationDocument copy(nullptr);
+    ASSERT_FALSE(copy.Load(record).Failed());
+    EXPECT_TRUE(copy.SavesHistory());
+}
+
 TEST_F(DocumentSaverTest, ASavedDocumentNeedsNoCopyForAnEpoch) {
     EXPECT_FALSE(SaveDocument(&document, &file, place, "whole", true).isCopyNeeded);
     const SaveResult result = SaveDocument(&document, &file, place, "no/such/folder", false);

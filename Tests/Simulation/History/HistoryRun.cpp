@@ -94,13 +94,25 @@ private:
 HistoryRun::HistoryRun(const std::vector<Planet>& bodies) : HistoryRun(bodies, Settings()) {}
 
 HistoryRun::HistoryRun(const std::vector<Planet>& bodies, const Settings& settings)
+    : HistoryRun(RecordOfBodies(bodies, settings), settings) {
+    Focus()->SetCOMOnGo(false);
+}
+
+HistoryRun::HistoryRun(const BMessage& record) : HistoryRun(record, Settings()) {}
+
+HistoryRun::HistoryRun(const BMessage& record, const Settings& settings)
     : mail_(new Mail),
       document(mail_),
       history(document.Portal(), document.GetCalculator(), settings.limits) {
     document.AddConsumer(&history);
     mail_->Run();
-    EXPECT_FALSE(document.Load(RecordOfBodies(bodies, settings)).Failed());
-    Focus()->SetCOMOnGo(false);
+    EXPECT_FALSE(document.Load(record).Failed());
+}
+
+BMessage HistoryRun::Record() {
+    BMessage record;
+    EXPECT_FALSE(document.Store(&record, true).Failed());
+    return record;
 }
 
 HistoryRun::~HistoryRun() {
@@ -112,6 +124,7 @@ BMessage HistoryRun::RecordOfBodies(const std::vector<Planet>& bodies, const Set
     epoch.SetName("Start");
     epoch.SetOrder(settings.order);
     epoch.SetCutoff(settings.cutoff);
+    epoch.SetOnContact(settings.onContact);
     int64 id = 0;
     for (const Planet& planet : bodies) {
         auto body = MakeBody(("Body " + std::to_string(id)).c_str(), id, planet.gm,

@@ -38,6 +38,7 @@ class HistoryRun {
 public:
     struct Settings {
         int32 order = 4;
+        int32 onContact = kContactMerges;
         double cutoff = 1e-11;
         HistoryLimits limits;
     };
@@ -48,14 +49,23 @@ public:
     };
     explicit HistoryRun(const std::vector<Planet>& bodies);
     HistoryRun(const std::vector<Planet>& bodies, const Settings& settings);
+    // The document is opened again.
+    explicit HistoryRun(const BMessage& record);
+    HistoryRun(const BMessage& record, const Settings& settings);
     ~HistoryRun();
 
     // Go, so many reports, through mergers, and Pause; held after each `hold` reports, if given.
     void Run(int64 reports, int64 hold = 0);
     AbEpoch* Focus() { return document.Portal()->FocusEpoch(); }
     RunHistory::Finding StateAt(double time, SystemState* state) {
-        return history.StateAt(Focus(), time, {}, state);
+        RunCheckpoint moment;
+        const RunHistory::Finding finding = history.MomentAt(Focus(), time, {}, &moment);
+        if (finding == RunHistory::Finding::kFound) *state = moment.state;
+        return finding;
     }
+
+    // What a save would write.
+    BMessage Record();
 
 private:
     class Mail;

@@ -8,6 +8,7 @@
 
 #include "Model/Commands/CommandFactory.h"
 #include "Simulation/Document/SystemState.h"
+#include "Simulation/History/HistoryBudget.h"
 #include "Tests/Simulation/History/HistoryRun.h"
 
 namespace {
@@ -71,14 +72,15 @@ TEST(RunHistory, EveryTenthReportComesBackToTheBitThroughTwoMergers) {
     EXPECT_TRUE(IsAt(state, reports[50'001]));
     EXPECT_EQ(run.StateAt(reports.back().time + 1.0, &state), Finding::kNotKept);
     EXPECT_EQ(run.StateAt(-1.0, &state), Finding::kNotKept);
-    EXPECT_EQ(run.history.StateAt(run.Focus()->Parent(), 0.0, {}, &state), Finding::kNotKept);
+    RunCheckpoint moment;
+    EXPECT_EQ(run.history.MomentAt(run.Focus()->Parent(), 0.0, {}, &moment), Finding::kNotKept);
     EXPECT_EQ(run.StateAt(reports[100].time, &state), Finding::kFound);
     EXPECT_EQ(state.NameOf(2), "Body 2");
     EXPECT_EQ(run.StateAt(run.Focus()->Time(), &state), Finding::kFound);
     EXPECT_EQ(state.NameOf(2), "Body 2 & Body 3");
     const double half = 0.5 * run.Focus()->Time();
-    EXPECT_EQ(run.history.StateAt(
-                  run.Focus(), half, [](double) { return false; }, &state),
+    EXPECT_EQ(run.history.MomentAt(
+                  run.Focus(), half, [](double) { return false; }, &moment),
               Finding::kFound);  // too quick for a question
 
     const std::vector<RunEvent> events = run.history.Events(run.Focus());
@@ -236,6 +238,29 @@ TEST(RunHistory, ABodyThatGoesStraightWasNowhereButAtTheEnd) {
     ASSERT_EQ(run.StateAt(30.0, &state), Finding::kFound);
     EXPECT_EQ(state.time, 100.0);
     EXPECT_EQ(state.positions, (std::vector<double>{50.0, 0.0, 0.0}));
+}
+
+// What the user allows holds at once for all documents that are open, and as long as they are.
+TEST(RunHistory, AnotherBudgetHoldsAtOnce) {
+    HistoryRun one(TwoCollisions()), other(TwoCollisions());
+    HistoryBudget budget;
+    budget.Enter(&one.history);
+    EXPECT_EQ(one.history.Limits().bytes, std::size_t{HistoryBudget::kDefault} * 1'000'000);
+    budget.Enter(&other.history);
+    budget.Set(64);
+    EXPECT_EQ(one.history.Limits().bytes, 64'000'000U);
+    EXPECT_EQ(other.history.Limits().bytes, 64'000'000U);
+    budget.Leave(&one.history);
+    budget.Set(0);
+    EXPECT_EQ(budget.Megabytes(), HistoryBudget::kMin);
+    EXPECT_EQ(one.history.Limits().bytes, 64'000'000U);
+
+    one.Run(40'000);
+    const std::size_t bytes = one.history.Bytes();
+    one.history.SetBudget(bytes / 2);
+    EXPECT_LE(one.history.Bytes(), bytes / 2);
+    EXPECT_GT(one.history.Bytes(), 0U);
+    EXPECT_EQ(CountWrong(&one, 4999), 0);
 }
 
 TEST(RunHistory, TheBudgetIsHeldAndTheNewestIsKeptBest) {

@@ -24,6 +24,11 @@ std::vector<HistoryRun::Planet> OneCollision() {
             {1e-6, 20.0, 1.9, 0.0, 0.1, 0.5}};
 }
 
+TimeLine LineOf(HistoryRun* run) {
+    const ReadGuard guard(run->document.Portal());
+    return ReadTimeLine(*run->document.Portal(), run->history);
+}
+
 class ShownMomentTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -56,14 +61,16 @@ protected:
     bool Branch() {
         const auto moment = shown_.GetExact();
         std::unique_ptr<LCommand> command;
-        if (const ReadGuard guard(Portal()); moment) command = MakeBranchCommand(Portal(), *moment);
+        if (const ReadGuard guard(Portal()); moment)
+            command = MakeBranchCommand(Portal(), &run_.history, *moment);
         return ExecuteFiled(Portal(), std::move(command));
     }
+    TimeLine Line() { return LineOf(&run_); }
     EpochPortal* Portal() { return run_.document.Portal(); }
     UndoChain* Chain() { return run_.document.GetUndoChain(); }
 
     HistoryRun run_{OneCollision()};
-    ShownMoment shown_{Portal(), &run_.history};
+    ShownMoment shown_{Portal(), &run_.history, " & "};
 };
 
 }  // namespace
@@ -164,11 +171,7 @@ TEST_F(ShownMomentTest, TheLineHasTheRunsOfTheBranchAndItsMarks) {
     const double firstEnd = Reports().back().time;
     run_.Focus()->SetName("Second");
     run_.Run(1000);
-    TimeLine line;
-    {
-        const ReadGuard guard(Portal());
-        line = ReadTimeLine(*Portal(), run_.history);
-    }
+    const TimeLine line = Line();
     ASSERT_EQ(line.runs.size(), 2U);
     EXPECT_EQ(line.Start(), 0.0);
     EXPECT_EQ(line.runs[1].start, firstEnd);
@@ -180,8 +183,97 @@ TEST_F(ShownMomentTest, TheLineHasTheRunsOfTheBranchAndItsMarks) {
     EXPECT_EQ(line.marks[1].other, "Body 3");
     EXPECT_EQ(line.marks[2].name, "Second");
 
-    // The step before the second run's start is one of the first run.
+    // The step before the second run's start is one of the first run, and back again.
     shown_.SeekTo(firstEnd);
     shown_.StepReport(false);
     EXPECT_TRUE(AwaitTime(Reports()[first - 2].time));
+    for (const std::size_t i : {first - 1, first}) {
+        shown_.StepReport(true);
+        EXPECT_TRUE(AwaitTime(Reports()[i].time));
+    }
+}
+
+// A branch has the run on its line that it begins in, up to there; and so has what runs from it.
+TEST_F(ShownMomentTest, ABranchHasTheWayToItOnItsLine) {
+    const Report& end = Reports()[40'000];
+    const Report& seen = Reports()[1234];
+    shown_.SeekTo(end.time);
+    ASSERT_TRUE(Branch());
+    ASSERT_EQ(Line().runs.size(), 1U);
+    EXPECT_EQ(Line().End(), end.time);
+    EXPECT_EQ(Line().now, end.time);
+    shown_.SeekTo(Reports()[45'000].time);
+    EXPECT_FALSE(shown_.IsPast());
+    shown_.SeekTo(Reports()[39'999].time);
+    shown_.StepReport(true);
+    ASSERT_TRUE(AwaitTime(end.time));
+    EXPECT_FALSE(shown_.IsPast());
+
+    run_.Run(1000);
+    EXPECT_EQ(Line().runs.size(), 2U);
+    EXPECT_EQ(Line().runs[1].start, end.time);
+    shown_.SeekTo(seen.time);
+    ASSERT_TRUE(AwaitExact());
+    EXPECT_TRUE(IsAt(ShownState(), seen));
+    shown_.BackToNow();
+    Chain()->Undo();
+    Chain()->Undo();
+    EXPECT_EQ(Line().End(), Reports()[50'000].time);
+}
+
+// Time falls along the line, and a step goes from report to report although the motion is known
+// everywhere between them. What the run did where bodies touch is the branch's, too, whatever its
+// start has become.
+TEST(ShownMoment, ARunThatGoesBackIsOnTheLine) {
+    HistoryRun::Settings settings;
+    settings.order = 16;
+    settings.cutoff = 1e-14;
+    settings.onContact = kContactPasses;
+    HistoryRun run({{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                    {0.0, 1.0, 0.0, 0.0, 1.0, 0.1},
+                    {0.0, -1.0, 0.0, 0.0, 1.0, 0.1}},
+                   settings);
+    run.Run(100);
+    const double turn = run.Focus()->Time();
+    const std::size_t first = run.recorder.reports.size();
+    run.document.GetCalculator()->SetBackwards(true);
+    run.Run(300);
+    const std::vector<Report> reports(run.recorder.reports.begin() + static_cast<long>(first),
+                                      run.recorder.reports.end());
+    const TimeLine line = LineOf(&run);
+    ASSERT_EQ(line.runs.size(), 1U);
+    EXPECT_EQ(line.Start(), turn);
+    EXPECT_EQ(line.End(), reports.back().time);
+    EXPECT_LT(line.End(), line.Start());
+
+    EpochPortal* const portal = run.document.Portal();
+    ShownMoment shown(portal, &run.history, {});
+    const auto time = [&] { return shown.IsPast() ? shown.Get().epoch->Time() : NAN; };
+    const auto await = [&](double expected) {
+        for (int i = 0; i < 500 && time() != expected; i++)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return time() == expected;
+    };
+    shown.SeekTo(reports[100].time);
+    for (const std::size_t i : {101U, 102U}) {
+        shown.StepReport(true);
+        EXPECT_TRUE(await(reports[i].time)) << i;
+    }
+    for (const std::size_t i : {101U, 100U, 99U}) {
+        shown.StepReport(false);
+        EXPECT_TRUE(await(reports[i].time)) << i;
+    }
+    {
+        const WriteGuard guard(portal);
+        run.Focus()->Parent()->SetOnContact(kContactMerges);
+    }
+    shown.SeekTo(reports[99].time);
+    const auto moment = shown.GetExact();
+    ASSERT_TRUE(moment);
+    EXPECT_EQ(moment->epoch->OnContact(), kContactPasses);
+    EXPECT_EQ(moment->epoch->SystemFromID(1)->Position().x, reports[99].positions[3]);
+    shown.SeekTo(line.End() - 1.0);
+    EXPECT_FALSE(shown.IsPast());
+    shown.SeekTo(turn + 1.0);
+    EXPECT_EQ(time(), turn);
 }

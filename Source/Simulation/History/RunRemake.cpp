@@ -1,0 +1,124 @@
+#include "Simulation/History/RunRemake.h"
+
+#include <utility>
+
+#include "Calculation/Calculator.h"
+#include "Calculation/CollisionMailbox.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/Body.h"
+#include "Platform/Application/BMessage.h"
+#include "Simulation/Document/CenterOfMass.h"
+#include "Simulation/Document/CollisionMerger.h"
+#include "Simulation/History/KeptRun.h"
+
+using Finding = RunHistory::Finding;
+
+namespace {
+
+std::unique_ptr<Epoch> CopyOf(const AbEpoch& epoch) {
+    std::unique_ptr<AbEpoch> copy(epoch.Copy());
+    if (dynamic_cast<Epoch*>(copy.get()) == nullptr) return std::make_unique<Epoch>();
+    return std::unique_ptr<Epoch>(static_cast<Epoch*>(copy.release()));
+}
+
+bool IsSame(const Body& body, const Body* other) {
+    return other != nullptr && body.M() == other->M() && body.Radius() == other->Radius() &&
+           body.Position() == other->Position() && body.Velocity() == other->Velocity();
+}
+
+std::size_t CountBodies(const MassSystem& system) {
+    if (dynamic_cast<const Body*>(&system) != nullptr) return 1;
+    std::size_t count = 0;
+    for (int32 i = 0; i < system.CountChildren(); i++)
+        count += CountBodies(*system.ChildAt(i));
+    return count;
+}
+
+}  // namespace
+
+bool RunRemake::IsPossible(const AbEpoch& epoch) {
+    const AbEpoch* const start = epoch.Parent();
+    if (start == nullptr || start->RootSystem() == nullptr || epoch.RootSystem() == nullptr ||
+        start->RootSystem()->CountChildren() == 0)
+        return false;
+    return !epoch.Writeable() && epoch.CalculatorState() != nullptr &&
+           epoch.Time() != start->Time();
+}
+
+RunRemake::RunRemake(const AbEpoch& epoch, HistoryLimits limits, std::string joiner)
+    : joiner_(std::move(joiner)),
+      end_(CopyOf(epoch)),
+      isBackwards_(epoch.Time() < epoch.Parent()->Time()),
+      side_(CopyOf(*epoch.Parent())),
+      kept_(side_.Portal(), side_.GetCalculator(), limits) {
+    side_.AddConsumer(&kept_);
+    side_.GetCalculator()->AddWatcher(this);
+}
+
+RunRemake::~RunRemake() = default;
+
+Finding RunRemake::Make(const RunHistory::Progress& progress) {
+    Begin();
+    const double start = side_.Time();
+    const double way = end_->Time() - start;
+    for (bool isHeld = false;; isHeld = true) {
+        touching_.clear();
+        if (!side_.Run(isHeld, [&] { return progress((side_.Time() - start) / way); }))
+            return Finding::kCancelled;
+        if (HasArrived()) return Finding::kFound;
+        if (!Merge()) return Finding::kLost;
+        // It may have ended with the merger.
+        if (IsThere()) return HasArrived() ? Finding::kFound : Finding::kLost;
+    }
+}
+
+// As Go does.
+void RunRemake::Begin() {
+    Calculator* const calculator = side_.GetCalculator();
+    {
+        const WriteGuard guard(side_.Portal());
+        if (BMessage* const state = side_.GetEpoch()->CalculatorState(); state != nullptr)
+            calculator->Regenerate(state);
+    }
+    calculator->SetBackwards(isBackwards_);
+    if (side_.GetEpoch()->COMOnGo()) PutCenterOfMassAtOrigin(side_.Portal());
+    calculator->SetRunLimit(0, end_->Time());
+}
+
+void RunRemake::BodiesAre(double /*time*/, const std::vector<Body*>& bodies, int32 /*massive*/) {
+    ids_.clear();
+    for (const Body* const body : bodies)
+        ids_.push_back(body->ID());
+}
+
+void RunRemake::Touched(double /*time*/, const BodyArrays& /*bodies*/,
+                        const std::vector<CollidingPair>& pairs) {
+    for (const CollidingPair& pair : pairs)
+        touching_.emplace_back(ids_[static_cast<std::size_t>(pair.later)],
+                               ids_[static_cast<std::size_t>(pair.earlier)]);
+}
+
+bool RunRemake::Merge() {
+    if (touching_.empty() || end_->OnContact() != kContactMerges) return false;
+    BMessage message(CollisionMailbox::kCollisionMessage);
+    for (const auto& [later, earlier] : touching_) {
+        message.AddInt64(CollisionMailbox::kLaterField, later);
+        message.AddInt64(CollisionMailbox::kEarlierField, earlier);
+    }
+    const MergeResult result = MergeCollidingBodies(side_.Portal(), message, joiner_);
+    kept_.NoteMergers(result);
+    return !result.mergers.empty() && !result.unmerged;
+}
+
+bool RunRemake::IsThere() {
+    return isBackwards_ ? side_.Time() <= end_->Time() : side_.Time() >= end_->Time();
+}
+
+bool RunRemake::HasArrived() {
+    const ReadGuard guard(side_.Portal());
+    if (side_.GetEpoch()->Time() != end_->Time()) return false;
+    const std::vector<Body*> bodies = side_.Portal()->BodiesInMassOrder();
+    for (const Body* const body : bodies)
+        if (!IsSame(*body, dynamic_cast<const Body*>(end_->SystemFromID(body->ID())))) return false;
+    return bodies.size() == CountBodies(*end_->RootSystem());
+}

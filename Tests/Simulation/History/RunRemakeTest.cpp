@@ -1,0 +1,155 @@
+// Runs of a document that was opened again: they are on its time line, and are made again when they
+// are wanted.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <thread>
+
+#include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/Body.h"
+#include "Simulation/History/ShownMoment.h"
+#include "Simulation/History/TimeLine.h"
+#include "Tests/Simulation/History/HistoryRun.h"
+
+namespace {
+
+using Finding = RunHistory::Finding;
+using Report = ReportRecorder::Report;
+
+std::vector<HistoryRun::Planet> TwoCollisions() {
+    return {{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},   {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0},
+            {2e-6, 20.0, 0.0, 0.0, 0.2, 0.5}, {1e-6, 20.0, 1.9, 0.0, 0.1, 0.5},
+            {2e-6, 0.0, 30.0, 0.2, 0.0, 0.5}, {1e-6, 2.5, 30.0, 0.1, 0.0, 0.5}};
+}
+
+// A document that was opened again, and what its bar shows.
+class Reopened {
+public:
+    explicit Reopened(const BMessage& record) : run(record) {}
+
+    TimeLine Line() {
+        const ReadGuard guard(run.document.Portal());
+        return ReadTimeLine(*run.document.Portal(), run.history);
+    }
+    // Until it is made, or refused.
+    std::optional<Finding> Make() {
+        shown.MakeRunAgain();
+        return Await();
+    }
+    std::optional<Finding> Await() {
+        for (int i = 0; i < 3000; i++) {
+            if (run.history.SpanOf(run.Focus())) return Finding::kFound;
+            if (const auto refusal = shown.TakeRefusal(); refusal) return refusal;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return std::nullopt;
+    }
+    int32 CountWrong(const std::vector<Report>& reports, std::size_t each) {
+        int32 wrong = 0;
+        for (std::size_t i = reports.size() - 1; i > each; i -= each) {
+            SystemState state;
+            if (reports[i].time == reports[i - 1].time) continue;
+            if (run.StateAt(reports[i].time, &state) != Finding::kFound ||
+                state.time != reports[i].time || state.ids != reports[i].ids ||
+                state.positions != reports[i].positions ||
+                state.velocities != reports[i].velocities)
+                wrong++;
+        }
+        return wrong;
+    }
+
+    HistoryRun run;
+    ShownMoment shown{run.document.Portal(), &run.history, " & "};
+};
+
+}  // namespace
+
+TEST(RunRemake, ARunOfAReopenedDocumentComesBackToTheBitThroughItsMergers) {
+    HistoryRun first(TwoCollisions());
+    first.Focus()->SetCOMOnGo(true);
+    first.Run(20'000);
+    first.recorder.reports.clear();
+    first.Run(60'000);
+    ASSERT_EQ(first.mergers, 2);
+    const std::vector<Report>& reports = first.recorder.reports;
+    Reopened again(first.Record());
+    ASSERT_EQ(again.Line().runs.size(), 2U);
+    EXPECT_FALSE(again.Line().runs[0].isKept);
+    EXPECT_FALSE(again.Line().runs[1].isKept);
+    EXPECT_EQ(again.Line().runs[1].start, first.history.SpanOf(first.Focus())->start);
+    EXPECT_EQ(again.Line().End(), reports.back().time);
+
+    ASSERT_EQ(again.Make(), Finding::kFound);
+    EXPECT_TRUE(again.Line().runs[1].isKept);
+    EXPECT_FALSE(again.Line().runs[0].isKept);
+    EXPECT_EQ(again.CountWrong(reports, 1999), 0);
+    EXPECT_EQ(again.run.history.Events(again.run.Focus()).size(), 2U);
+    for (const int64 body : first.history.BodiesOf(first.Focus()))
+        EXPECT_EQ(again.run.history.Samples(again.run.Focus(), body, -1e9, 1e9).size(),
+                  first.history.Samples(first.Focus(), body, -1e9, 1e9).size());
+
+    // Who drags the bar of the other one sees it as soon as it is made.
+    const AbEpoch* const other = again.Line().runs[0].epoch;
+    again.shown.SeekTo(0.5 * again.Line().runs[0].end);
+    EXPECT_FALSE(again.shown.IsPast());
+    for (int i = 0; i < 3000 && !again.shown.IsPast(); i++)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(again.shown.Get().run, other);
+    EXPECT_TRUE(again.run.history.SpanOf(other));
+}
+
+// Time that falls, and contacts that are passed.
+TEST(RunRemake, ARunThatGoesBackIsMadeAgain) {
+    HistoryRun::Settings settings;
+    settings.order = 16;
+    settings.cutoff = 1e-14;
+    settings.onContact = kContactPasses;
+    HistoryRun first({{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                      {0.0, 1.0, 0.0, 0.0, 1.0, 0.1},
+                      {0.0, -1.0, 0.0, 0.0, 1.0, 0.1}},
+                     settings);
+    first.document.GetCalculator()->SetBackwards(true);
+    first.Run(500);
+    Reopened again(first.Record());
+    EXPECT_TRUE(again.Line().isBackwards);
+    ASSERT_EQ(again.Make(), Finding::kFound);
+    EXPECT_EQ(again.CountWrong(first.recorder.reports, 31), 0);
+}
+
+TEST(RunRemake, ARunThatDoesNotArriveIsNotKeptAndItsEndStays) {
+    HistoryRun first(TwoCollisions());
+    first.Run(50'000);
+    const BMessage record = first.Record();
+    {
+        Reopened again(record);
+        AbEpoch* const start = again.run.Focus()->Parent();
+        auto* const planet = dynamic_cast<Body*>(start->SystemFromID(1));
+        planet->SetPosition(planet->Position() + ThreeVector{0.0, 0.0, 1e-15});
+        const SystemState end = TakeState(again.run.document.Portal());
+        EXPECT_EQ(again.Make(), Finding::kLost);
+        EXPECT_FALSE(again.run.history.SpanOf(again.run.Focus()));
+        EXPECT_EQ(TakeState(again.run.document.Portal()).positions, end.positions);
+    }
+    {
+        Reopened again(record);
+        dynamic_cast<Epoch*>(again.run.Focus()->Parent())->RemoveSystems();
+        EXPECT_TRUE(again.Line().IsEmpty());
+        EXPECT_EQ(again.Make(), Finding::kNotKept);
+    }
+}
+
+TEST(RunRemake, MakingIsEndedWhenItIsNotWantedAnyMore) {
+    HistoryRun first(TwoCollisions());
+    first.Run(400'000);
+    Reopened again(first.Record());
+    again.shown.MakeRunAgain();
+    for (int i = 0; i < 3000 && !(again.shown.MakingProgress().value_or(0.0) > 0.0); i++)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_GT(again.shown.MakingProgress().value_or(0.0), 0.0);
+    again.shown.StopMaking();
+    for (int i = 0; i < 3000 && again.shown.MakingProgress(); i++)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_FALSE(again.run.history.SpanOf(again.run.Focus()));
+    EXPECT_FALSE(again.shown.TakeRefusal());
+}
