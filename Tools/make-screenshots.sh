@@ -128,9 +128,9 @@ fill_in() {  # TITLE ENTRY TEXT
     press Return
 }
 
-# The line of the pace, above the figures at the window's foot.
+# The line of the pace, above the time line of a display.
 set_pace() {  # TITLE TEXT
-    click "$1" 80 "$(($(height "$1") - 54))" 3
+    click "$1" 90 "$(($(height "$1") - 68))" 3
     type_text "$2"
     press Return
 }
@@ -210,12 +210,12 @@ lesson_run() {
     use "Projection of $N"
     press ctrl+l minus minus minus ctrl+g
     pause 5
-    set_pace "$N" max
+    set_pace "Projection of $N" max
     pause 2
     side_by_side running "$N" "Projection of $N"
     press ctrl+g
     pause 1
-    set_pace "$N" Auto
+    set_pace "Projection of $N" Auto
 }
 
 # Steps 5 and 6: the epochs; an earlier one is taken up again, and its edit makes a branch.
@@ -342,14 +342,14 @@ lesson_collision() {
     fill_in "$N" vx 0
     fill_in "$N" vy 0
     fill_in "$N" vz 0
-    set_pace "$N" "30 d"
+    set_pace "Projection of $N" "30 d"
     use "$N"
     press ctrl+g
     pause 8
     press ctrl+g
     pause 1
     picture merged "$N"
-    drag_knob "Projection of $N" 0.7 0.55
+    drag_knob "Projection of $N" 0.977 0.7
     pause 1
     picture wound-back "Projection of $N"
     stop_program

@@ -56,6 +56,26 @@ std::string Broken(const std::string& text, float width) {
     return done + line;
 }
 
+// Breaks it between figures, and within one that is longer than a line.
+std::string BrokenBetween(const std::string& text, const std::string& separator, float width) {
+    const BFont font;
+    std::string done;
+    std::string line;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, at), text.size());
+        const std::string figure = text.substr(at, end - at);
+        at = end + separator.size();
+        const std::string longer = line.empty() ? figure : line + separator + figure;
+        if (!line.empty() && font.StringWidth(longer) > width) {
+            done += Broken(line, width) + '\n';
+            line = figure;
+        } else {
+            line = longer;
+        }
+    }
+    return done + Broken(line, width);
+}
+
 }  // namespace
 
 StatusLine::StatusLine(const ProgramResources* resources)
@@ -105,7 +125,10 @@ bool StatusLine::ShowAdvice(const std::string& advice) {
 bool StatusLine::ShowFigures() {
     const std::string text = bodies_ + run_ + advice_;
     const float width = figuresView_->Bounds().Width();
-    std::string lines = width < kLeastWidth ? text : Broken(text, width);
+    std::string lines =
+        width < kLeastWidth
+            ? text
+            : BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width);
     const auto breaks = std::ranges::count(lines, '\n');
     const bool isHigher = breaks > figureBreaks_;
     figureBreaks_ = std::max(figureBreaks_, breaks);

@@ -10,6 +10,7 @@
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/AppDefs.h"
 #include "Platform/Interface/Canvas/LineClip.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"

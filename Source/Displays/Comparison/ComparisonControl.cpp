@@ -34,7 +34,6 @@ bool ComparisonControl::Handle(const BMessage& message) {
             return true;
         case RunComparison::kChanged:
             display_->DrawDiscs();
-            Measure();
             return true;
         default:
             return false;

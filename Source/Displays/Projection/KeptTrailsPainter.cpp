@@ -126,11 +126,15 @@ void KeptTrailsPainter::AddFaint(TrailSource source, std::vector<KeptTrails::Tra
     source.run = comparison_->RunAt(source.now);
     if (source.run == nullptr) return;
     source.erasedIn = nullptr;
-    std::vector<TrailSource::Part> parts = source.FindParts(display_->Epoch());
-    std::erase_if(parts, [this](const TrailSource::Part& part) {
-        return std::ranges::find(*parts_, part.epoch, &TrailSource::Part::epoch) != parts_->end();
-    });
-    for (KeptTrails::Trail& trail : source.Take(parts)) {
+    if (source.run != faintRun_) {
+        faintRun_ = source.run;
+        faintParts_ = source.FindParts(display_->Epoch());
+        std::erase_if(faintParts_, [this](const TrailSource::Part& part) {
+            return std::ranges::find(*parts_, part.epoch, &TrailSource::Part::epoch) !=
+                   parts_->end();
+        });
+    }
+    for (KeptTrails::Trail& trail : source.Take(faintParts_)) {
         trail.isFaint = true;
         trails->push_back(std::move(trail));
     }

@@ -35,7 +35,10 @@ public:
     void SetComparison(const RunComparison* comparison) { comparison_ = comparison; }
     // The epoch in focus, its bodies or what they look like may be others, as far as the caller
     // knows: the next painting looks.
-    void ModelChanged() { parts_.reset(); }
+    void ModelChanged() {
+        parts_.reset();
+        faintRun_ = nullptr;
+    }
 
     // `now`, in seconds, is where the trails end; the labels tell the bodies that are followed.
     void PaintAll(double now, const BodyLabels& labels);
@@ -64,6 +67,8 @@ private:
     const RunComparison* comparison_ = nullptr;
     KeptTrails trails_;
     std::optional<std::vector<TrailSource::Part>> parts_;
+    const AbEpoch* faintRun_ = nullptr;  // whose parts are the next; only compared
+    std::vector<TrailSource::Part> faintParts_;
     bigtime_t due_ = 0;  // us
     Extent extent_;
     BRect painted_;  // what the picture covered when trails were painted last

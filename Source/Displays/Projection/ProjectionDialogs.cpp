@@ -30,6 +30,12 @@ bool ProjectionDialogs::CancelAxis() {
     return axis_.Close(&fields_->axisAt);
 }
 
+void ProjectionDialogs::CancelAll() {
+    CancelAxis();
+    CancelScale();
+    CancelTrail();
+}
+
 void ProjectionDialogs::RequestTrail() {
     trail_.Open(display_, trailAt_,
                 [this] { return new TrailLengthRequester(fields_->trail, display_, context_); });

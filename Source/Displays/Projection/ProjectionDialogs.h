@@ -20,6 +20,7 @@ public:
     void RequestAxis();
     // False if there is none.
     bool CancelAxis();
+    void CancelAll();
     void RequestTrail();
     bool CancelTrail() { return trail_.Close(&trailAt_); }
     void RequestScale();

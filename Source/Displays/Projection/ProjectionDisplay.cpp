@@ -205,9 +205,7 @@ void ProjectionDisplay::Pulse() {
 }
 
 void ProjectionDisplay::Quit() {
-    CancelAxisRequest();
-    CancelScaleRequest();
-    dialogs_.CancelTrail();
+    dialogs_.CancelAll();
     TrajectoryDisplay::Quit();
 }
 
@@ -379,10 +377,9 @@ status_t ProjectionDisplay::Regenerate(const BMessage& archive) {
 
 std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
     std::vector<OverlayItem> items;
-    if (fields_.options.scaleBar) {
+    if (fields_.options.scaleBar)
         items.push_back(
             MakeScaleBar(fields_.projection.scale, dialogs_.LengthUnit(), *context_.distanceUnits));
-    }
     if (fields_.options.time)
         items.push_back(MakeTimeText(Texts().Label(kLabelTimeIs), shown_.Time(), shown_.TimeUval(),
                                      *context_.timeUnits));
