@@ -128,6 +128,30 @@ fill_in() {  # TITLE ENTRY TEXT
     press Return
 }
 
+# The line of the pace, above the time line of a display.
+set_pace() {  # TITLE TEXT
+    click "$1" 90 "$(($(height "$1") - 68))" 3
+    type_text "$2"
+    press Return
+}
+
+height() {  # TITLE
+    xdotool getwindowgeometry --shell "$(window "$1")" | sed -n 's/^HEIGHT=//p'
+}
+
+# On the time line at the display's foot; parts of the window's width.
+drag_knob() {  # TITLE FROM TO
+    local id width y
+    id="$(window "$1")"
+    width="$(xdotool getwindowgeometry --shell "$id" | sed -n 's/^WIDTH=//p')"
+    y="$(($(height "$1") - 30))"
+    xdotool mousemove --window "$id" "$(awk "BEGIN {print int($width * $2)}")" "$y" mousedown 1
+    pause 0.3
+    xdotool mousemove --window "$id" "$(awk "BEGIN {print int($width * $3)}")" "$y"
+    pause 0.3
+    xdotool mouseup 1
+}
+
 # --- Pictures ---
 
 # The window with its frame. Few colours are used: a palette makes files of a third.
@@ -179,16 +203,19 @@ lesson_bodies() {
     picture body-settings "$N"
 }
 
-# Steps 3 and 4: a third body; Go and Pause.
+# Steps 3 and 4: a third body; a run that is watched, and centuries.
 lesson_run() {
     use "$N"
     press ctrl+b
     use "Projection of $N"
     press ctrl+l minus minus minus ctrl+g
+    pause 5
+    set_pace "Projection of $N" max
     pause 2
     side_by_side running "$N" "Projection of $N"
     press ctrl+g
     pause 1
+    set_pace "Projection of $N" Auto
 }
 
 # Steps 5 and 6: the epochs; an earlier one is taken up again, and its edit makes a branch.
@@ -264,13 +291,31 @@ lesson_display() {
     convert "$desk/scale.png" "$desk/axis.png" -background white -gravity north +smush 12 "$desk/dialogs.png"
     keep scale-axis "$desk/dialogs.png"
     press ctrl+g
-    pause 3
+    pause 5
     press ctrl+g
     pause 1
     picture moon "Projection of $N"
 }
 
-# Step 11: saving, closing, opening again.
+# Step 11: wound back, typed, gone and compared.
+lesson_what_if() {
+    use "Projection of $N"
+    press Home
+    pause 1
+    choose "$N" 71 Moon
+    fill_in "$N" vy "13 km/s"
+    use "Projection of $N"
+    press ctrl+g
+    pause 7
+    press ctrl+g
+    pause 1
+    press alt+v Down Down Down Down Right Up Up Return
+    pause 1
+    picture two-stories "Projection of $N"
+    press alt+v Down Down Down Down Right Return
+}
+
+# Step 12: saving, closing, opening again.
 lesson_file() {
     use "$N"
     press ctrl+s
@@ -289,22 +334,24 @@ lesson_file() {
     stop_program
 }
 
-# The second lesson: a collision.
+# The second lesson: a fall, and the way back.
 lesson_collision() {
     start_program
     window "$N" >/dev/null
-    use "$N"
-    press ctrl+b
     choose "$N" 71 BoskVeld
     fill_in "$N" vx 0
     fill_in "$N" vy 0
     fill_in "$N" vz 0
+    set_pace "Projection of $N" "30 d"
     use "$N"
     press ctrl+g
-    pause 1
+    pause 8
     press ctrl+g
     pause 1
     picture merged "$N"
+    drag_knob "Projection of $N" 0.977 0.7
+    pause 1
+    picture wound-back "Projection of $N"
     stop_program
 }
 
@@ -382,6 +429,7 @@ lesson_epochs
 lesson_group
 lesson_color
 lesson_display
+lesson_what_if
 lesson_file
 lesson_collision
 planets

@@ -16,6 +16,7 @@
 #include "Resources/Help.h"
 #include "Resources/Menus.h"
 #include "Resources/Pace.h"
+#include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
 #include "Resources/TimeLine.h"
 
@@ -75,6 +76,8 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     BMenu menu(texts.Text(kLabelSimulation));
     menu.AddItem(
         new BMenuItem(texts.Text(kLabelGo), new BMessage(kTogglePause), texts.Key(kLabelGoKey)));
+    menu.AddItem(new BMenuItem(texts.Text(kTextRunBackwards), new BMessage(kRunBackwards),
+                               texts.Key(kTextRunBackwardsKey), B_SHIFT_KEY));
     menu.AddItem(
         new BMenuItem(texts.Text(kTextRunTo), new BMessage(kRequestRun), texts.Key(kTextRunToKey)));
     menu.AddItem(new BMenuItem(texts.Text(kTextBranchHere), new BMessage(kBranchHere),

@@ -27,8 +27,10 @@ double NumberTextControl::FactorFor(double uval) const {
 
 BEntryControl::Writing NumberTextControl::WritingOf(const DimValue& value) const {
     const double factor = FactorFor(value.Uval());
-    return {QuantityText(value.Value(), factor),
-            print_double(value.Value() / factor, kBriefDigits)};
+    const std::string unit =
+        showsUnit_ && units_ != nullptr ? ' ' + units_->Abbreviation(factor) : std::string();
+    return {QuantityText(value.Value(), factor) + unit,
+            print_double(value.Value() / factor, kBriefDigits) + unit};
 }
 
 void NumberTextControl::ShowValue(const std::optional<DimValue>& value, bool replacesAll) {

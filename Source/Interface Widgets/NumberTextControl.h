@@ -19,6 +19,10 @@ public:
     NumberTextControl(const char* name, const char* label, const UnitTable* units,
                       const InterfaceTexts& texts, BMessage* message);
 
+    // The unit stands behind the number, where no menu beside the line says it. Before a value is
+    // shown.
+    void SetShowsUnit(bool showsUnit) { showsUnit_ = showsUnit; }
+
     // `replacesAll`: also what the user is just typing. Nothing for no value.
     void ShowValue(const std::optional<DimValue>& value, bool replacesAll);
     // With seven digits even where the keyboard is: one that follows from others, and that nobody
@@ -40,4 +44,5 @@ private:
 
     const UnitTable* const units_;
     const InterfaceTexts& texts_;
+    bool showsUnit_ = false;
 };

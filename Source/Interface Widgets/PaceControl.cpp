@@ -10,6 +10,7 @@
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/ShortestOrbit.h"
+#include "Model/Units/FittingUnit.h"
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Application/BMessage.h"
@@ -45,18 +46,6 @@ int32 StopOf(double secondsPerSecond) {
     if (secondsPerSecond > Pace::kMax) return kFastestStop;
     const double decades = std::log10(std::max(secondsPerSecond, Pace::kMin));
     return static_cast<int32>(std::lround(kStopsPerDecade * decades));
-}
-
-// The largest unit of which there is one at least, else the smallest.
-const UnitInfo* FittingUnit(const UnitTable& units, double value) {
-    const UnitInfo* fitting = nullptr;
-    for (const UnitInfo& unit : units.Rows()) {
-        const bool fits = unit.factor <= value;
-        if (fitting == nullptr || (fits ? unit.factor > fitting->factor || fitting->factor > value
-                                        : unit.factor < fitting->factor))
-            fitting = &unit;
-    }
-    return fitting;
 }
 
 }  // namespace

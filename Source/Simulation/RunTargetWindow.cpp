@@ -63,6 +63,7 @@ RunTargetWindow::RunTargetWindow(BPoint at, Bodies bodies, const UnitTable* unit
     time_ = new NumberTextControl("time", texts->Text(kLabelRunTime), units_, *texts,
                                   new BMessage(kTyped));
     time_->SetToolTip(texts->Text(kTextRunTimeTip));
+    time_->SetShowsUnit(true);
     label->SetField(*time_);
     row->AddChild(label);
     row->AddChild(time_);

@@ -23,6 +23,7 @@
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/Document/WindowFields.h"
 #include "Simulation/EditMessages.h"
+#include "Simulation/Epochs/EpochWindow.h"
 #include "Simulation/History/SavedHistory.h"
 #include "Simulation/OpenSimulations.h"
 #include "Simulation/SimulationHost.h"
@@ -172,6 +173,7 @@ bool Simulation::BuildStep(uint32 what) {
 }
 
 void Simulation::ArrangeWindow() {
+    controls_.Windows()->Epochs()->SetHistory(run_.History());
     controls_.FitWindow();
     SetName(saver_.File().Name());
     // Without any epoch, as where the program's template is missing, the simulation has none.

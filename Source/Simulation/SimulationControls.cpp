@@ -119,7 +119,7 @@ void SimulationControls::Redisplay(int32 changes, Moment moment) {
         lengthUnit = focus->PositionUval();
     }
     displays_->SetPreferredUnits(lengthUnit);
-    status_->ShowBodies(bodies);
+    if (status_->ShowBodies(bodies)) FitWindow();
     menus_->ShowFocus(isGroup);
 }
 
@@ -211,7 +211,7 @@ void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {
         timeUval = portal->FocusEpoch()->TimeUval();
         order = document_->GetCalculator()->OrderInUse();
     }
-    status_->ShowRun(figures, timeUval, order);
+    if (status_->ShowRun(figures, timeUval, order)) FitWindow();
 }
 
 void SimulationControls::SuggestOrder() {
@@ -222,9 +222,10 @@ void SimulationControls::SuggestOrder() {
 void SimulationControls::ShowOrderAdvice() {
     if (!suggestsOrder_ || status_ == nullptr) return;
     const auto steps = TooManySteps(document_->Portal());
-    status_->ShowAdvice(steps ? FillIn(host_->Resources().InterfaceLabel(kTextTryHigherOrder),
-                                       {Grouped(std::to_string(*steps))})
-                              : std::string());
+    if (status_->ShowAdvice(steps ? FillIn(host_->Resources().InterfaceLabel(kTextTryHigherOrder),
+                                           {Grouped(std::to_string(*steps))})
+                                  : std::string()))
+        FitWindow();
 }
 
 void SimulationControls::NoteMergers(const MergeResult& merged) {

@@ -93,9 +93,7 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     BMenu* const menu = MakeMenu(host->Context().menus->SimMenuArchive()).release();
     if (menu == nullptr) return;
     go_ = menu->FindItem(kTogglePause);
-    runBackwards_ = new BMenuItem(texts_.Text(kTextRunBackwards), new BMessage(kRunBackwards),
-                                  texts_.Key(kTextRunBackwardsKey), B_SHIFT_KEY);
-    menu->AddItem(runBackwards_, menu->IndexOf(go_) + 1);
+    runBackwards_ = menu->FindItem(kRunBackwards);
     branch_ = menu->FindItem(kBranchHere);
     if (BMenuItem* const back = menu->FindItem(kBackToNow); back != nullptr)
         menu->AddItem(new BMenuItem(texts_.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain)),

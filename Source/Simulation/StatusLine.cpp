@@ -18,6 +18,8 @@ constexpr int kRateDigits = 3;
 constexpr double kLongRate = 1e3;
 constexpr double kMaxRate = 1e12;
 constexpr float kLineSpacing = 2.0f;
+// A narrower line has no width yet.
+constexpr float kLeastWidth = 50.0f;
 
 // Rounded to three digits, and without an exponent as long as that can be read.
 std::string RateText(double rate) {
@@ -54,6 +56,26 @@ std::string Broken(const std::string& text, float width) {
     return done + line;
 }
 
+// Breaks it between figures, and within one that is longer than a line.
+std::string BrokenBetween(const std::string& text, const std::string& separator, float width) {
+    const BFont font;
+    std::string done;
+    std::string line;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, at), text.size());
+        const std::string figure = text.substr(at, end - at);
+        at = end + separator.size();
+        const std::string longer = line.empty() ? figure : line + separator + figure;
+        if (!line.empty() && font.StringWidth(longer) > width) {
+            done += Broken(line, width) + '\n';
+            line = figure;
+        } else {
+            line = longer;
+        }
+    }
+    return done + Broken(line, width);
+}
+
 }  // namespace
 
 StatusLine::StatusLine(const ProgramResources* resources)
@@ -71,15 +93,15 @@ StatusLine::StatusLine(const ProgramResources* resources)
     ShowBodies(0);
 }
 
-void StatusLine::ShowBodies(std::size_t count) {
+bool StatusLine::ShowBodies(std::size_t count) {
     bodies_ = count == 0   ? resources_->InterfaceLabel(kTextNoBodies)
               : count == 1 ? resources_->InterfaceLabel(kTextOneBody)
                            : FillIn(resources_->InterfaceLabel(kTextBodies),
                                     {Grouped(std::to_string(count))});
-    ShowFigures();
+    return ShowFigures();
 }
 
-void StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order) {
+bool StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order) {
     const std::string& separator = resources_->InterfaceLabel(kTextBetweenFigures);
     run_ = separator + FillIn(resources_->InterfaceLabel(kTextOrderUsed), {std::to_string(order)});
     if (figures.stepsPerSecond > 0.0) {
@@ -92,16 +114,28 @@ void StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval, in
     if (figures.energyError)
         run_ += separator + FillIn(resources_->InterfaceLabel(kTextEnergyError),
                                    {ErrorText(*figures.energyError)});
-    ShowFigures();
+    return ShowFigures();
 }
 
-void StatusLine::ShowAdvice(const std::string& advice) {
+bool StatusLine::ShowAdvice(const std::string& advice) {
     advice_ = advice.empty() ? advice : resources_->InterfaceLabel(kTextBetweenFigures) + advice;
-    ShowFigures();
+    return ShowFigures();
 }
 
-void StatusLine::ShowFigures() {
-    figuresView_->SetText((bodies_ + run_ + advice_).c_str());
+bool StatusLine::ShowFigures() {
+    const std::string text = bodies_ + run_ + advice_;
+    const float width = figuresView_->Bounds().Width();
+    std::string lines =
+        width < kLeastWidth
+            ? text
+            : BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width);
+    const auto breaks = std::ranges::count(lines, '\n');
+    const bool isHigher = breaks > figureBreaks_;
+    figureBreaks_ = std::max(figureBreaks_, breaks);
+    lines.append(static_cast<std::size_t>(figureBreaks_ - breaks), '\n');
+    figuresView_->SetText(lines.c_str());
+    figuresView_->SetToolTip(text.c_str());
+    return isHigher;
 }
 
 bool StatusLine::ShowMessage(const std::string& text) {
@@ -115,9 +149,10 @@ bool StatusLine::ShowInFull(const std::string& text) {
 }
 
 bool StatusLine::BreakAnew() {
-    if (inFull_.empty()) return false;
+    const bool isHigher = ShowFigures();
+    if (inFull_.empty()) return isHigher;
     const std::string text = inFull_;
-    return isRunEvent_ ? ShowRunEvent(text) : ShowInFull(text);
+    return (isRunEvent_ ? ShowRunEvent(text) : ShowInFull(text)) || isHigher;
 }
 
 bool StatusLine::ShowRunEvent(const std::string& text) {
@@ -128,13 +163,16 @@ bool StatusLine::ShowRunEvent(const std::string& text) {
 
 bool StatusLine::ForgetRun() {
     run_.clear();
+    const auto breaks = std::exchange(figureBreaks_, 0);
     ShowFigures();
-    return isRunEvent_ && ShowMessage("");
+    const bool isOtherHeight = figureBreaks_ != breaks;
+    return (isRunEvent_ && ShowMessage("")) || isOtherHeight;
 }
 
 float StatusLine::ExtraHeight() const {
     const font_height line = BFont().Height();
-    return static_cast<float>(breaks_) * std::ceil(line.ascent + line.descent + line.leading);
+    return static_cast<float>(breaks_ + figureBreaks_) *
+           std::ceil(line.ascent + line.descent + line.leading);
 }
 
 bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {

@@ -16,13 +16,14 @@ public:
     // The resources are not owned.
     explicit StatusLine(const ProgramResources* resources);
 
-    void ShowBodies(std::size_t count);
+    // The figures are broken into as many lines as they take. True if the line wants another
+    // height now, as for all that follow.
+    bool ShowBodies(std::size_t count);
     // What had better be done another way; empty: nothing.
-    void ShowAdvice(const std::string& advice);
+    bool ShowAdvice(const std::string& advice);
     // Rates of zero and errors that are not known are left out. `timeUval`: the unit of time, s.
-    void ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order);
-    // Longer ones than there is room for are cut; the tool tip has all of it. True if the line
-    // wants another height now.
+    bool ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order);
+    // Longer ones than there is room for are cut; the tool tip has all of it.
     bool ShowMessage(const std::string& text);
     // Likewise, but broken into as many lines as it takes.
     bool ShowInFull(const std::string& text);
@@ -32,11 +33,11 @@ public:
     bool ShowRunEvent(const std::string& text);
     // Another epoch is shown than the one that the run made: its figures and its last event go.
     bool ForgetRun();
-    // What the message's lines need beyond one.
+    // What their lines need beyond one of each.
     [[nodiscard]] float ExtraHeight() const;
 
 private:
-    void ShowFigures();
+    bool ShowFigures();
     bool ShowLines(const std::string& text, const std::string& lines);
 
     const ProgramResources* const resources_;
@@ -45,6 +46,8 @@ private:
     std::string bodies_;
     std::string advice_;
     std::string run_;
+    // Between the lines of the figures; while a run goes on they do not become fewer.
+    std::ptrdiff_t figureBreaks_ = 0;
     std::string inFull_;         // the message, if it is broken into lines
     std::ptrdiff_t breaks_ = 0;  // between the message's lines
     bool isRunEvent_ = false;    // the message

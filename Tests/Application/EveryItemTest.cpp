@@ -27,6 +27,8 @@ std::string Kind(std::string item) {
     if (item.starts_with("Orvek/Open Example/")) item = "Orvek/Open Example/";
     // Each body has one.
     if (item.starts_with("View/Follow/")) item = "View/Follow/";
+    // And each epoch.
+    if (item.find(", run ") != std::string::npos) item = "View/Compare With/";
     return item;
 }
 
@@ -164,6 +166,8 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
          [=] { return !WindowHand::CanChoose(window, "Simulation/Branch Here"); });
     WindowHand::Press(kDisplay, WindowHand::Key::kHome);
     Does(window, "Simulation/Branch Here", History("Edit/Undo Branch"));
+    Does(window, "Simulation/Run Backwards", shows("Simulation/Pause"));
+    Does(window, "Simulation/Pause", shows("Simulation/Go"));
     Opens(window, "Simulation/Run To…", "Run To");
     Opens(window, "Simulation/Animation…", "Animation options for system");
     Opens(window, "Simulation/Epochs…", "Epochs for system");
@@ -202,10 +206,6 @@ TEST_F(EveryItemTest, OfASimulation) {
     Does(kSystem, "Bodies/Dissolve Group", History("Edit/Undo Dissolve Group"));
     Opens(kSystem, "Bodies/Trail & Disc…", "Display options for system");
     SimulationMenu(kSystem);
-    Does(kSystem, "Simulation/Run Backwards",
-         [] { return WindowHand::CanChoose(kSystem, "Simulation/Pause"); });
-    Does(kSystem, "Simulation/Pause",
-         [] { return WindowHand::CanChoose(kSystem, "Simulation/Go"); });
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     WaitingDisplays();
     OpensPanel(kSystem, "File/Save As…");
@@ -252,6 +252,7 @@ TEST_F(EveryItemTest, OfADisplay) {
           "View/Trail Length/10 Orbits", "View/Trail Length/1 Day", "View/Trail Length/1 Month",
           "View/Trail Length/1 Year", "View/Trail Length/10 Years", "View/Trail Length/100 Years"})
         Does(kDisplay, item, [=] { return WindowHand::IsMarked(kDisplay, item); });
+    Opens(kDisplay, "View/Trail Length/Other…", "Trail Length");
     const char* const fading = "View/Trail Length/Fading";
     Does(kDisplay, fading, [=] { return !WindowHand::IsMarked(kDisplay, fading); });
     const char* const all = "View/Trail Length/All";
@@ -263,6 +264,13 @@ TEST_F(EveryItemTest, OfADisplay) {
     EXPECT_TRUE(AppDriver::WaitUntil([=] { return WindowHand::IsMarked(kDisplay, turning); }));
     const char* const followed = "View/Frame/Followed Body";
     Does(kDisplay, followed, [=] { return WindowHand::IsMarked(kDisplay, followed); });
+    std::vector<std::string> items = WindowHand::Items(kDisplay);
+    const auto epoch = std::ranges::find(items, "View/Compare With/", Kind);
+    ASSERT_NE(epoch, items.end());
+    Does(kDisplay, *epoch, [=] { return WindowHand::IsMarked(kDisplay, *epoch); });
+    Opens(kDisplay, "View/Compare With/Why Do They Differ", "Why They Differ");
+    const char* const alone = "View/Compare With/Nothing";
+    Does(kDisplay, alone, [=] { return WindowHand::IsMarked(kDisplay, alone); });
     OpensPanel(kDisplay, "View/Save Picture…");
     std::string picture;
     EXPECT_TRUE(AppDriver::WaitUntil([&] {

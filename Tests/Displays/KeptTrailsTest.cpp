@@ -1,18 +1,24 @@
 // Trails that a picture has lost come back from the kept run.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 
 #include "Displays/Projection/FrameMenu.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/AppDefs.h"
 #include "Platform/Interface/Canvas/LineClip.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"
 #include "Simulation/Document/SystemState.h"
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/TestDocument.h"
+#include "Tests/Displays/UserHand.h"
+#include "Tests/Platform/Interface/WaitUntil.h"
 
 namespace {
 
@@ -141,6 +147,105 @@ TEST_F(KeptTrailsTest, ZoomedAndPannedPicturesAreThoseDrawnAtOnceInThatView) {
     }
     EXPECT_GT(drawn, 300);
     EXPECT_LE(differing, drawn / 100);
+}
+
+TEST_F(KeptTrailsTest, ScrollBarsTellWhichPartOfTheTrailsIsInView) {
+    const std::string title = "Projection";
+    const auto bar = [&](bool isVertical) {
+        ::Settle(display_);
+        return UserHand::FindBar(title, isVertical);
+    };
+    Zoom(0.6);
+    Run(3 * kStepsOfAYear / 4);  // three quarters of a circle: the bodies alone would be near
+    EXPECT_FALSE(bar(false).isSeen || bar(true).isSeen);
+    Zoom(6.0);
+    const double radius = kAU * Locked([&] { return display_->GetProjection().scale; });
+    const BRect bounds = Locked([&] { return display_->View()->Bounds(); });
+    for (const bool isVertical : {false, true}) {
+        const UserHand::Bar seen = bar(isVertical);
+        const double shown = isVertical ? bounds.Height() : bounds.Width();
+        EXPECT_TRUE(seen.isSeen);
+        EXPECT_NEAR(seen.all, 2.0 * radius, 0.01 * radius);
+        EXPECT_NEAR(seen.shown, shown, 2);
+        EXPECT_NEAR(seen.value, radius - 0.5 * shown, 0.01 * radius);
+    }
+    const BPoint before = Locked([&] { return display_->View()->AnchorPoint(); });
+    const UserHand::Bar across = bar(false);
+    UserHand::DragBar(title, false, 30);
+    ::Settle(display_);
+    UserHand::DragBar(title, true, -40);
+    EXPECT_EQ(bar(false).value, across.value + 30);
+    EXPECT_EQ(Locked([&] { return display_->View()->AnchorPoint(); }),
+              (BPoint{before.x + 30, before.y - 40}));
+    // Erased trails are not there any more.
+    ASSERT_EQ(display_->PostMessage(FourCC("eras")), B_OK);
+    ::Settle(display_);
+    ASSERT_EQ(display_->PostMessage(B_PULSE), B_OK);
+    EXPECT_LT(bar(true).all, 1.5 * radius + bounds.Height());
+    Zoom(1.0 / 6.0);
+    EXPECT_FALSE(bar(false).isSeen || bar(true).isSeen);
+}
+
+// In a revolution a millimetre further out becomes six pi of them.
+TEST_F(KeptTrailsTest, ComparedWithAnotherRunAMillimetreShowsItsGrowth) {
+    Zoom(0.6);
+    Run(kStepsOfAYear / 2);
+    AbEpoch* const first = document_.portal->FocusEpoch();
+    Run(kStepsOfAYear);
+    {
+        const WriteGuard guard(document_.portal);
+        AbEpoch* const start = first->Parent();
+        AbEpoch* const copy = start->Copy();
+        start->AddChild(copy);
+        copy->SystemFromID(1)->SetPosition({kAU + 0.001, 0.0, 0.0});
+        document_.portal->SetEpochTo(copy);
+    }
+    document_.portal->TellObservers(kEverything);
+    Run(kStepsOfAYear / 3);
+    const AbEpoch* const ghost = document_.portal->FocusEpoch();
+    {
+        const WriteGuard guard(document_.portal);
+        document_.portal->SetEpochTo(first->ChildAt(0));
+    }
+    document_.portal->TellObservers(kEverything);
+    ::Settle(display_);
+    Locked([&] { display_->CompareWith(first); });
+    const auto texts = [&] { return Locked([&] { return display_->MakeTexts(-1); }); };
+    const auto line = [&] {
+        for (const OverlayItem& item : texts())
+            if (item.text.starts_with("Compared")) return item.text;
+        return std::string();
+    };
+    // The other run is over by then.
+    EXPECT_NE(line().find("which is over"), std::string::npos) << line();
+    Locked([&] { display_->CompareWith(ghost); });
+    EXPECT_NE(line().find("which is over"), std::string::npos) << line();
+
+    {
+        const WriteGuard guard(document_.portal);
+        document_.portal->SetEpochTo(const_cast<AbEpoch*>(ghost));
+    }
+    document_.portal->TellObservers(kEverything);
+    Run(2 * kStepsOfAYear / 3);
+    const AbEpoch* const longer = first->ChildAt(0);
+    Locked([&] { display_->CompareWith(longer); });
+    EXPECT_TRUE(WaitUntil([&] { return line().find("at most") != std::string::npos; })) << line();
+    const std::string text = line();
+    const double apart = std::strtod(text.c_str() + text.find("at most") + 7, nullptr);
+    EXPECT_NEAR(apart, 0.019, 0.004) << text;
+    EXPECT_NE(text.find(" m apart (Earth)"), std::string::npos) << text;
+    EXPECT_EQ(std::ranges::count(texts(), OverlayItem::Kind::kRing, &OverlayItem::kind), 2);
+    Locked([&] { display_->CompareWith(nullptr); });
+    EXPECT_EQ(line(), "");
+    // Nothing is left of what the tree has no more.
+    Locked([&] { display_->CompareWith(longer); });
+    {
+        const WriteGuard guard(document_.portal);
+        first->Prune();
+    }
+    document_.portal->TellObservers(kEverything);
+    ::Settle(display_);
+    EXPECT_EQ(line(), "");
 }
 
 TEST_F(KeptTrailsTest, TrailsOfALimitedLengthEndThereAndFade) {

@@ -7,6 +7,9 @@
 
 #include "Displays/Projection/ProjectionView.h"
 #include "Displays/Trajectories/TrajectoryView.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Tests/Displays/TestDocument.h"
@@ -108,6 +111,59 @@ TEST_F(ProjectionDisplayTest, ArchivesWhatReadersKnowAndItsOwnFields) {
     EXPECT_EQ(Locked([&] { return display_->Regenerate(sparse); }), B_NAME_NOT_FOUND);
     EXPECT_EQ(GetProjection().axis, 1);
     EXPECT_EQ(GetProjection().scale, 3e-10);
+}
+
+TEST_F(ProjectionDisplayTest, TrailsGetAnyLengthThatIsTyped) {
+    const std::string title = "Trail Length";
+    const auto choose = [&](const std::string& length) {
+        UserHand::Choose("Projection", "Other…");
+        WaitForWindow(title);
+        UserHand::Type(title, length);
+        Press(title, UserHand::Key::kEnter);
+    };
+    const auto expectLength = [&](double time, double turns) {
+        WaitForWindow(title, false);
+        ::Settle(display_);
+        double found = 0.0;
+        EXPECT_EQ(Archive().FindDouble("View trail time", &found) == B_OK ? found : 0.0, time);
+        found = 0.0;
+        EXPECT_EQ(Archive().FindDouble("View trail turns", &found) == B_OK ? found : 0.0, turns);
+    };
+    UserHand::Choose("Projection", "Other…");
+    WaitForWindow(title);
+    EXPECT_EQ(UserHand::EntryText(title), "3 orbits");
+    Press(title, UserHand::Key::kEscape);
+    expectLength(0.0, 0.0);
+    choose("30 d");
+    expectLength(30.0 * 86400.0, 0.0);
+    choose("2,5 orbits");
+    expectLength(0.0, 2.5);
+    // What makes no sense keeps the dialog open.
+    for (const char* const nonsense : {"-1", "0 yr", "three", "3 apples"}) {
+        UserHand::Choose("Projection", "Other…");
+        WaitForWindow(title);
+        UserHand::Type(title, nonsense);
+        Press(title, UserHand::Key::kEnter);
+        ::Settle(display_);
+        WaitForWindow(title);
+        Press(title, UserHand::Key::kEscape);
+        expectLength(0.0, 2.5);
+    }
+    choose("7");
+    expectLength(0.0, 7.0);
+}
+
+TEST_F(ProjectionDisplayTest, OffersToRunBackwardsWhereTheOrderKnowsTheWay) {
+    EXPECT_FALSE(UserHand::IsEnabled("Projection", "Run Backwards"));
+    {
+        const WriteGuard guard(document_.portal);
+        document_.portal->FocusEpoch()->SetOrder(16);
+    }
+    document_.portal->TellObservers(kEpochSettingsChanged);
+    ::Settle(display_);
+    EXPECT_TRUE(UserHand::IsEnabled("Projection", "Run Backwards"));
+    UserHand::Choose("Projection", "Run Backwards");
+    EXPECT_EQ(document_.owner->WaitFor(kRunBackwards).what, kRunBackwards);
 }
 
 TEST_F(ProjectionDisplayTest, TheAxisDialogWorksWithKeys) {

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollBar>
 #include <QTest>
 
 #include "Platform/Interface/Server/Mnemonics.h"
@@ -20,6 +21,14 @@ QWidget* WindowTitled(const std::string& title) {
     for (QWidget* const widget : QApplication::topLevelWidgets())
         if (widget->isVisible() && widget->windowTitle().startsWith(QString::fromStdString(title)))
             return widget;
+    return nullptr;
+}
+
+// The scroll area has hidden ones of its own.
+QScrollBar* BarOf(const std::string& title, bool isVertical) {
+    const Qt::Orientation orientation = isVertical ? Qt::Vertical : Qt::Horizontal;
+    for (QScrollBar* const bar : WindowTitled(title)->findChildren<QScrollBar*>())
+        if (bar->orientation() == orientation && !bar->accessibleName().isEmpty()) return bar;
     return nullptr;
 }
 
@@ -78,9 +87,32 @@ void MoveWindow(const std::string& title, BPoint place) {
     });
 }
 
+Bar FindBar(const std::string& title, bool isVertical) {
+    return WindowServer::Ask([&] {
+        const QScrollBar* const bar = BarOf(title, isVertical);
+        return Bar{bar->isVisible(), bar->value(), bar->pageStep(),
+                   bar->maximum() + bar->pageStep()};
+    });
+}
+
+void DragBar(const std::string& title, bool isVertical, int by) {
+    WindowServer::Perform([&] {
+        QScrollBar* const bar = BarOf(title, isVertical);
+        bar->setSliderDown(true);
+        bar->setSliderPosition(bar->value() + by);
+        bar->setSliderDown(false);
+    });
+}
+
 void Choose(const std::string& title, const std::string& item) {
     WindowServer::Perform(
         [&] { FindItem(WindowTitled(title)->findChild<QMenuBar*>()->actions(), item)->trigger(); });
+}
+
+bool IsEnabled(const std::string& title, const std::string& item) {
+    return WindowServer::Ask([&] {
+        return FindItem(WindowTitled(title)->findChild<QMenuBar*>()->actions(), item)->isEnabled();
+    });
 }
 
 std::string ItemText(const std::string& shortcut) {

@@ -17,8 +17,19 @@ void Press(const std::string& title, Key key);
 void Type(const std::string& title, const std::string& text);
 [[nodiscard]] std::string EntryText(const std::string& title);
 void MoveWindow(const std::string& title, BPoint place);
+// A scroll bar over an edge of the picture, in pixels; what is shown of all, from `value` on.
+struct Bar {
+    bool isSeen;
+    int value;
+    int shown;
+    int all;
+};
+[[nodiscard]] Bar FindBar(const std::string& title, bool isVertical);
+// Holds its handle and moves it by so many pixels of what it shows.
+void DragBar(const std::string& title, bool isVertical, int by);
 // An item of any menu of the window.
 void Choose(const std::string& title, const std::string& item);
+[[nodiscard]] bool IsEnabled(const std::string& title, const std::string& item);
 // The text of the menu item with this shortcut, "Ctrl+G", in any window that is seen.
 [[nodiscard]] std::string ItemText(const std::string& shortcut);
 

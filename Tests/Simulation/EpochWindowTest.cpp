@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "Displays/Trajectories/TrajectoryView.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
+#include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Lists/BColumnListView.h"
 #include "Simulation/Document/SimulationController.h"
+#include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Simulation/ListHand.h"
 
@@ -64,6 +68,41 @@ TEST(EpochList, ChainsAreLinesAndBranchesFollowThem) {
     EXPECT_EQ(list.FocusKey(), EpochList::KeyOf(branch));
     EXPECT_EQ(list.IndexOf(EpochList::KeyOf(other)), 6);
     EXPECT_EQ(list.IndexOf(EpochList::KeyOf(&root)), -1);
+}
+
+TEST(EpochList, KeptRunsHavePicturesOfTheirTrails) {
+    TestDocument document;
+    RunHistory history(document.portal, document.document.GetCalculator());
+    document.document.AddConsumer(&history);
+    document.Run(40'000);
+    const AbEpoch* const run = document.portal->FocusEpoch();
+    RunPictures pictures;
+    pictures.SetHistory(&history);
+    EpochList list = MakeList();
+    list.SetPictures(&pictures);
+    const auto pictureOf = [&](const AbEpoch* epoch) {
+        const ReadGuard guard(document.portal);
+        list.Read(document.document.Root(), document.portal->FocusEpoch());
+        return list.Rows()[static_cast<std::size_t>(list.IndexOf(EpochList::KeyOf(epoch)))]
+            .cells[kLength]
+            .picture;
+    };
+    const auto picture = pictureOf(run);
+    ASSERT_NE(picture, nullptr);
+    // Of a planet's path something is to be seen, and most is sky.
+    int32 drawn = 0;
+    for (int32 y = 0; y < picture->RowCount(); y++)
+        for (int32 x = 0; x < picture->Width(); x++)
+            if (picture->ColorAt(x, y) != TrajectoryView::kSky) drawn++;
+    EXPECT_GT(drawn, picture->Width() / 2);
+    EXPECT_LT(drawn, picture->Width() * picture->RowCount() / 2);
+    // It is made once, until the run is longer, and rows without one keep its room.
+    EXPECT_EQ(pictureOf(run), picture);
+    EXPECT_EQ(pictureOf(run->Parent()), RunPictures::Blank());
+    document.Run(1000);
+    EXPECT_EQ(pictureOf(run), picture);
+    EXPECT_NE(pictureOf(document.portal->FocusEpoch()), picture);
+    document.document.RemoveConsumer(&history);
 }
 
 TEST(EpochList, LongHistoriesKeepOneDepthAndTheirName) {

@@ -40,6 +40,7 @@ TEST_F(RunTargetTest, TheDialogRunsForATimeAndGoForgetsIt) {
     simulation.Portal()->GetCalculator()->SetPace(Pace());
     simulation.Send(MenuArchives::kRequestRun);
     UserHand::WaitForWindow("Run To");
+    EXPECT_EQ(UserHand::EntryText("Run To"), "1 yr");
     UserHand::Press("Run To", UserHand::Key::kEnter);
     UserHand::WaitForWindow("Run To", false);
     WaitForEnd();

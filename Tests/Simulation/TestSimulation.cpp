@@ -194,6 +194,13 @@ std::string TestSimulation::Text(const char* view) const {
     return text;
 }
 
+float TestSimulation::WidthOf(const char* view) const {
+    if (!window->Lock()) return 0.0f;
+    const float width = window->FindView(view)->Bounds().Width();
+    window->Unlock();
+    return width;
+}
+
 std::string TestSimulation::Message() const {
     std::string text = Text("Message");
     std::erase(text, '\n');  // between lines

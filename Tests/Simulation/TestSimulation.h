@@ -90,6 +90,7 @@ public:
     [[nodiscard]] std::string GoLabel() const;
     // Of the view with that name, as it is shown.
     [[nodiscard]] std::string Text(const char* view) const;
+    [[nodiscard]] float WidthOf(const char* view) const;
     [[nodiscard]] double Time() const;  // s, of the epoch in focus
     // Of the menu bar, the item with that command.
     [[nodiscard]] bool IsEnabled(uint32 command) const;

@@ -4,12 +4,18 @@
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Comparison/CompareMenu.h"
 #include "Displays/Projection/FrameMenu.h"
 #include "Displays/Projection/TrailMenu.h"
 #include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/MenuArchives.h"
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Epochs/EpochLimits.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/MassSystem.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
@@ -24,6 +30,8 @@ namespace {
 
 // Of the bodies only the heaviest are offered by name; any can be double-clicked.
 constexpr std::size_t kMaxBodies = 40;
+
+constexpr int32 kOrderChanged = kEpochSettingsChanged | kFocusEpochChanged;
 
 }  // namespace
 
@@ -68,6 +76,7 @@ void DisplayMenus::AddSimulationMenu() {
     if (menu == nullptr) return;
     menu->SetTargetForItems(display_->Owner());
     go_ = menu->FindItem(kTogglePause);
+    runBackwards_ = menu->FindItem(kRunBackwards);
     branch_ = menu->FindItem(kBranchHere);
     backToNow_ = menu->FindItem(kBackToNow);
     ShowMoment(false);
@@ -98,6 +107,8 @@ void DisplayMenus::AddViewMenu() {
     menu->AddItem(frame_);
     trail_ = new TrailMenu(display_, *context_.texts);
     menu->AddItem(trail_);
+    compare_ = new CompareMenu(display_, context_);
+    menu->AddItem(compare_);
     menu->AddSeparatorItem();
     names_ = AddItem(menu, kLabelNames, kToggleNames, kLabelNamesKey);
     scaleBar_ = AddItem(menu, kLabelScaleBar, kToggleScaleBar);
@@ -116,6 +127,12 @@ void DisplayMenus::SetGoLabel(const char* label) {
 void DisplayMenus::ShowMoment(bool isPast) {
     for (BMenuItem* const item : {branch_, backToNow_})
         if (item != nullptr) item->SetEnabled(isPast);
+}
+
+void DisplayMenus::Redisplay(int32 changes, EpochPortal* portal) {
+    if ((changes & kOrderChanged) == 0 || runBackwards_ == nullptr) return;
+    const ReadGuard guard(portal);
+    runBackwards_->SetEnabled(portal->FocusEpoch()->Order() > kMaxLowOrder);
 }
 
 void DisplayMenus::ShowOptions(const DisplayOptions& options) {

@@ -9,6 +9,8 @@
 class BMenu;
 class BMenuBar;
 class BMenuItem;
+class CompareMenu;
+class EpochPortal;
 class FrameMenu;
 class TrailMenu;
 class Display;
@@ -45,9 +47,12 @@ public:
     void SetGoLabel(const char* label);
     // Whether there is a moment of the past to branch at and to come back from.
     void ShowMoment(bool isPast);
+    // After these changes of the model. Takes its read lock.
+    void Redisplay(int32 changes, EpochPortal* portal);
     void ShowOptions(const DisplayOptions& options);
     [[nodiscard]] FrameMenu& Frame() const { return *frame_; }
     [[nodiscard]] TrailMenu& Trail() const { return *trail_; }
+    [[nodiscard]] CompareMenu& Compare() const { return *compare_; }
     // What can be followed, and what is: kNoSystemID for nothing.
     void ShowSystems(const BodyLabels& labels, int64 followed);
     // Of the same systems another one is followed. The items stay: one may just have been chosen.
@@ -66,6 +71,7 @@ private:
     const DisplayContext& context_;
     BMenuBar* const bar_;
     BMenuItem* go_ = nullptr;
+    BMenuItem* runBackwards_ = nullptr;
     BMenuItem* branch_ = nullptr;
     BMenuItem* backToNow_ = nullptr;
     BMenu* follow_ = nullptr;
@@ -75,4 +81,5 @@ private:
     BMenuItem* marks_ = nullptr;
     FrameMenu* frame_ = nullptr;
     TrailMenu* trail_ = nullptr;
+    CompareMenu* compare_ = nullptr;
 };

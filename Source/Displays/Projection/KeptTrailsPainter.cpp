@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Displays/Comparison/RunComparison.h"
 #include "Displays/Projection/BodyLabels.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Model/Epochs/EpochLimits.h"
@@ -31,6 +32,7 @@ void KeptTrailsPainter::Erase(double now) {
         erasedIn_ = display_->Epoch()->FocusEpoch();
     }
     erasedUntil_ = now;
+    extent_ = {};
     ModelChanged();
 }
 
@@ -64,14 +66,23 @@ void KeptTrailsPainter::PaintWithin(std::vector<BRect> frames, double now,
                                     const BodyLabels& labels) {
     if (history_ == nullptr) return;
     const bigtime_t start = system_time();
-    trails_.Begin(Take(now, labels), std::move(frames), display_->Plane());
+    std::vector<KeptTrails::Trail> trails = Take(now, labels);
+    extent_ = {};
+    for (const KeptTrails::Trail& trail : trails)
+        for (const Sample& sample : trail.samples)
+            extent_.Add(sample.position);
+    trails_.Begin(std::move(trails), std::move(frames), display_->Plane());
     Paint();
     const bigtime_t end = system_time();
     due_ = end + std::max(kAnew, kShare * (end - start));
 }
 
+bool KeptTrailsPainter::ChangeAtEnds() const {
+    return length_.IsLimited() || (comparison_ != nullptr && comparison_->IsOn());
+}
+
 bool KeptTrailsPainter::IsDue() const {
-    return history_ != nullptr && length_.IsLimited() && trails_.IsDone() && system_time() >= due_;
+    return history_ != nullptr && ChangeAtEnds() && trails_.IsDone() && system_time() >= due_;
 }
 
 void KeptTrailsPainter::GoOn() {
@@ -105,5 +116,26 @@ std::vector<KeptTrails::Trail> KeptTrailsPainter::Take(double now, const BodyLab
     if (const auto& turning = cache.GetTurning(); turning)
         source.turning = {id(turning->first), id(turning->second), turning->axis};
     if (!parts_) parts_ = source.FindParts(display_->Epoch());
-    return source.Take(*parts_);
+    std::vector<KeptTrails::Trail> trails = source.Take(*parts_);
+    if (comparison_ != nullptr && comparison_->IsOn()) AddFaint(std::move(source), &trails);
+    return trails;
+}
+
+// Of the other story, from where the two part.
+void KeptTrailsPainter::AddFaint(TrailSource source, std::vector<KeptTrails::Trail>* trails) {
+    source.run = comparison_->RunAt(source.now);
+    if (source.run == nullptr) return;
+    source.erasedIn = nullptr;
+    if (source.run != faintRun_) {
+        faintRun_ = source.run;
+        faintParts_ = source.FindParts(display_->Epoch());
+        std::erase_if(faintParts_, [this](const TrailSource::Part& part) {
+            return std::ranges::find(*parts_, part.epoch, &TrailSource::Part::epoch) !=
+                   parts_->end();
+        });
+    }
+    for (KeptTrails::Trail& trail : source.Take(faintParts_)) {
+        trail.isFaint = true;
+        trails->push_back(std::move(trail));
+    }
 }

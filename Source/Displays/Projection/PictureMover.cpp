@@ -35,6 +35,7 @@ void PictureMover::Redraw(bool isScaleChanged) {
     trails_->ModelChanged();
     trails_->PaintAll(shown_->Time(), shown_->Labels());
     display_->DrawDiscs();
+    display_->ShowBars(trails_->TrailExtent());
 }
 
 void PictureMover::SetScale(double scale) {
@@ -73,6 +74,7 @@ void PictureMover::PanBy(float right, float down) {
     trails_->PaintUncovered(shown_->Time(), shown_->Labels());
     // What was uncovered may hold bodies.
     display_->DrawDiscs();
+    display_->ShowBars(trails_->TrailExtent());
 }
 
 void PictureMover::FitAll() {

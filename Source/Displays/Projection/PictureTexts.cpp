@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Canvas/LineClip.h"
@@ -124,6 +125,19 @@ OverlayItem MakeTimeText(const std::string& prefix, double time, double uval,
     text.where = {kInset, kInset};
     text.text = prefix + number + ' ' + units.Abbreviation(uval);
     text.color = kTextColor;
+    return text;
+}
+
+OverlayItem MakeTextBelow(const std::vector<OverlayItem>& texts, std::string line,
+                          const TrajectoryView& view) {
+    OverlayItem text;
+    text.anchor = OverlayItem::Anchor::kLeftTop;
+    text.where = {kInset, kInset};
+    text.text = std::move(line);
+    text.color = kTextColor;
+    for (const OverlayItem& other : texts)
+        if (other.anchor == OverlayItem::Anchor::kLeftTop)
+            text.where.y = other.where.y + std::ceil(view.FrameOf(text).Height());
     return text;
 }
 

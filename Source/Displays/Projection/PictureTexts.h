@@ -15,6 +15,9 @@
 // `prefix` and the time (s) in the unit nearest to `uval`; at the left-top corner.
 [[nodiscard]] OverlayItem MakeTimeText(const std::string& prefix, double time, double uval,
                                        const UnitTable& units);
+// A line below the one at the left-top corner, if there is one.
+[[nodiscard]] OverlayItem MakeTextBelow(const std::vector<OverlayItem>& texts, std::string line,
+                                        const TrajectoryView& view);
 // Adds the name of one body, which stands out: beside its disc, on the side where it lies within
 // the view and off the texts that are there, if there is such a side.
 void AddChosenName(const TrajectoryView& view, const BodyLabels& labels, int32 body,

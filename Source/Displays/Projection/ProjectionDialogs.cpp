@@ -7,6 +7,7 @@
 #include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Projection/ScaleChoice.h"
 #include "Displays/Projection/ScaleRequester.h"
+#include "Displays/Projection/TrailLengthRequester.h"
 #include "Interface Widgets/ScaleBox.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Application/BMessage.h"
@@ -27,6 +28,17 @@ void ProjectionDialogs::RequestAxis() {
 
 bool ProjectionDialogs::CancelAxis() {
     return axis_.Close(&fields_->axisAt);
+}
+
+void ProjectionDialogs::CancelAll() {
+    CancelAxis();
+    CancelScale();
+    CancelTrail();
+}
+
+void ProjectionDialogs::RequestTrail() {
+    trail_.Open(display_, trailAt_,
+                [this] { return new TrailLengthRequester(fields_->trail, display_, context_); });
 }
 
 void ProjectionDialogs::RequestScale() {

@@ -1,25 +1,28 @@
-// The dialogs of a projection display: for its axis and for its scale. Owned and used by the
-// display, on its thread; AddPlaces by whoever holds its lock.
+// The dialogs of a projection display: for its axis, its scale and the length of its trails. Owned
+// and used by the display, on its thread; AddPlaces by whoever holds its lock.
 #pragma once
 
 #include <optional>
 
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Projection/RequesterSlot.h"
 
 class BMessage;
 class Display;
-struct ProjectionFields;
 
 class ProjectionDialogs {
 public:
-    // Both dialogs show what the fields hold, and leave there where they stood. Nothing is owned.
+    // They show what the fields hold, and leave there where they stood. Nothing is owned.
     ProjectionDialogs(Display* display, ProjectionFields* fields, const DisplayContext& context)
         : display_(display), fields_(fields), context_(context) {}
 
     void RequestAxis();
     // False if there is none.
     bool CancelAxis();
+    void CancelAll();
+    void RequestTrail();
+    bool CancelTrail() { return trail_.Close(&trailAt_); }
     void RequestScale();
     bool CancelScale();
     // What the dialog for the scale has come to: it is closed, the fields have what was chosen
@@ -46,6 +49,8 @@ private:
     const DisplayContext& context_;
     RequesterSlot axis_;
     RequesterSlot scale_;
+    RequesterSlot trail_;
+    BPoint trailAt_ = kNeverPlaced;  // it is in no document
     bool areUnitsChosen_ = false;
     bool isResized_ = false;
 };

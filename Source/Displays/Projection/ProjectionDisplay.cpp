@@ -5,6 +5,7 @@
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionView.h"
 #include "Displays/Projection/ScaleRequester.h"
+#include "Displays/Projection/TrailLengthRequester.h"
 #include "Displays/Projection/TrailMenu.h"
 #include "Displays/TimeLine/TimeLineBar.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -14,7 +15,9 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Platform/Interface/Handles/BScrollView.h"
 #include "Platform/Support/BAutolock.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/DisplayFeatures.h"
@@ -22,11 +25,13 @@
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
+#include "Resources/Views.h"
 #include "Simulation/History/RunHistory.h"
 
 namespace {
 
 constexpr bigtime_t kPulse = 500'000;
+constexpr float kFootInset = 8.0f;  // of what stands below the picture, from the window's borders
 
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
@@ -41,7 +46,9 @@ ProjectionDisplay::ProjectionDisplay(BRect frame, const char* title, EpochPortal
       shown_(Epoch()),
       keptTrails_(this),
       mover_(this, &fields_, &shown_, &dialogs_, &keptTrails_),
+      compared_(this, &shown_, &mover_, context_),
       pictureSaver_(this, context.texts) {
+    keptTrails_.SetComparison(&compared_.Comparison());
     SetKind(kType, Texts().Text(kLabelProjection));
     RemoveMenuShortcuts();
 }
@@ -61,11 +68,18 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     if (const int32 result = TrajectoryDisplay::Init(simulationName); result != 0) return result;
     menus_ = std::make_unique<DisplayMenus>(this, context_);
     AddChild(menus_->Bar());
+    compared_.SetMenu(&menus_->Compare());
     menus_->ShowOptions(fields_.options);
     ShowFrame();
     ApplyFields();
     pace_ = new PaceControl(Epoch(), context_.timeUnits, Texts());
-    AddChild(pace_);
+    auto* const foot = new BGroupView("foot", B_HORIZONTAL, 0.0f);
+    foot->AddSpace(kFootInset);
+    foot->AddChild(pace_);
+    foot->AddSpace(kFootInset);
+    AddChild(foot);
+    ScrollView()->SetBarNames(Texts().Text(kLabelAcross), Texts().Text(kLabelUp));
+    ScrollView()->SetScroller([this](float right, float down) { PanBy(right, down); });
     View()->MakeFocus();
     if (shown_.Source() != nullptr) {
         timeLine_ =
@@ -78,6 +92,7 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
 
 void ProjectionDisplay::SetHistory(const RunHistory* history, ShownMoment* shown) {
     keptTrails_.SetHistory(history);
+    compared_.SetHistory(history);
     shown_.SetSource(shown);
 }
 
@@ -138,7 +153,13 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
             if (message->FindInt64(FrameMenu::kSystem, &body) == B_OK) TurnWith(body);
             break;
         }
+        case TrailMenu::kRequestLength:
+            return dialogs_.RequestTrail();
+        case TrailLengthRequester::kCancel:
+            dialogs_.CancelTrail();
+            break;
         case TrailMenu::kSetLength:
+            dialogs_.CancelTrail();
             return SetTrailLength(TrailMenu::Chosen(*message, fields_.trail));
         case TrailMenu::kToggleFading: {
             TrailLength length = fields_.trail;
@@ -159,7 +180,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case PictureSaver::kNamed:
             return pictureSaver_.Save(*message, *View());
         default:
-            TrajectoryDisplay::MessageReceived(message);
+            if (!compared_.Handle(*message)) TrajectoryDisplay::MessageReceived(message);
     }
 }
 
@@ -180,11 +201,12 @@ void ProjectionDisplay::FrameResized(float width, float height) {
 void ProjectionDisplay::Pulse() {
     dialogs_.Pulse();
     pace_->ShowWhetherBehind();
+    ShowBars(keptTrails_.TrailExtent());
+    compared_.Measure();
 }
 
 void ProjectionDisplay::Quit() {
-    CancelAxisRequest();
-    CancelScaleRequest();
+    dialogs_.CancelAll();
     TrajectoryDisplay::Quit();
 }
 
@@ -233,13 +255,15 @@ void ProjectionDisplay::Redisplay(int32 changes) {
         }
         Sky()->ShowTexts();
     }
+    menus_->Redisplay(told, Epoch());
     pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
     const bool areOthersKept = (told & kRunsKeptChanged) == kRunsKeptChanged;
     if (areOthersKept) keptTrails_.ModelChanged();
+    compared_.Redisplay(told);
     if (shown_.TakeWhetherMoved())
         ShowOtherMoment();
-    else if (areOthersKept || ((changes & kTimesChanged) != 0 && fields_.trail.IsLimited()))
+    else if (areOthersKept || ((changes & kTimesChanged) != 0 && keptTrails_.ChangeAtEnds()))
         mover_.Redraw(false);
     if (timeLine_ != nullptr) timeLine_->Redisplay(told);
 }
@@ -356,13 +380,13 @@ status_t ProjectionDisplay::Regenerate(const BMessage& archive) {
 
 std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
     std::vector<OverlayItem> items;
-    if (fields_.options.scaleBar) {
+    if (fields_.options.scaleBar)
         items.push_back(
             MakeScaleBar(fields_.projection.scale, dialogs_.LengthUnit(), *context_.distanceUnits));
-    }
     if (fields_.options.time)
         items.push_back(MakeTimeText(Texts().Label(kLabelTimeIs), shown_.Time(), shown_.TimeUval(),
                                      *context_.timeUnits));
+    compared_.AddTexts(dialogs_.LengthUnit(), &items);
     // Names take the room that is left.
     const BodyLabels& labels = shown_.Labels();
     if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels.bodies.size()))

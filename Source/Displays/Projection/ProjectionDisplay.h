@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Comparison/ComparisonControl.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/KeptTrailsPainter.h"
 #include "Displays/Projection/PictureMover.h"
@@ -88,6 +89,8 @@ public:
     // With this body and what is followed, or else what the body goes about.
     void TurnWith(int64 body);
     void SetTrailLength(const TrailLength& length);
+    // Another epoch's run is shown beside this one's; null: none is.
+    void CompareWith(const AbEpoch* other) { compared_.CompareWith(other); }
 
     // The texts over the picture. `pointedAt`: the body under the mouse, or -1.
     [[nodiscard]] std::vector<OverlayItem> MakeTexts(int32 pointedAt) const;
@@ -119,5 +122,6 @@ private:
     ShownModel shown_;
     KeptTrailsPainter keptTrails_;
     PictureMover mover_;
+    ComparisonControl compared_;
     PictureSaver pictureSaver_;
 };

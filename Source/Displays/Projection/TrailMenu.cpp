@@ -5,6 +5,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuItem.h"
 #include "Resources/DisplayFeatures.h"
+#include "Resources/Views.h"
 
 namespace {
 
@@ -39,26 +40,38 @@ TrailMenu::TrailMenu(Display* display, const InterfaceTexts& texts)
         Add(texts.Text(choice.label), choice.length);
     }
     AddSeparatorItem();
+    other_ = new BMenuItem(texts.Text(kLabelTrailOther), new BMessage(kRequestLength));
+    other_->SetTarget(display_);
+    AddItem(other_);
+    AddSeparatorItem();
     fading_ = new BMenuItem(texts.Text(kLabelTrailFades), new BMessage(kToggleFading));
     fading_->SetTarget(display_);
     AddItem(fading_);
 }
 
 void TrailMenu::Add(const char* label, const TrailLength& length) {
-    auto* const message = new BMessage(kSetLength);
-    message->AddDouble(kTime, length.time);
-    message->AddDouble(kTurns, length.turns);
-    auto* const item = new BMenuItem(label, message);
+    auto* const item = new BMenuItem(label, new BMessage(MessageFor(length)));
     item->SetTarget(display_);
     AddItem(item);
 }
 
+BMessage TrailMenu::MessageFor(const TrailLength& length) {
+    BMessage message(kSetLength);
+    message.AddDouble(kTime, length.time);
+    message.AddDouble(kTurns, length.turns);
+    return message;
+}
+
 void TrailMenu::ShowLength(const TrailLength& length) {
+    bool isOther = true;
     for (int32 i = 0; i < CountItems(); i++) {
         BMenuItem* const item = ItemAt(i);
-        if (item->Message() != nullptr && item->Message()->what == kSetLength)
-            item->SetMarked(Chosen(*item->Message(), length) == length);
+        if (item->Message() == nullptr || item->Message()->what != kSetLength) continue;
+        const bool isIt = Chosen(*item->Message(), length) == length;
+        item->SetMarked(isIt);
+        if (isIt) isOther = false;
     }
+    other_->SetMarked(isOther);
     fading_->SetMarked(length.isFading);
     fading_->SetEnabled(length.IsLimited());
 }

@@ -14,11 +14,14 @@ public:
     // To the display: a length with its limits, and that trails are to fade or are not.
     static constexpr uint32 kSetLength = FourCC("trln");
     static constexpr uint32 kToggleFading = FourCC("trfd");
+    // And that it is to ask for another length.
+    static constexpr uint32 kRequestLength = FourCC("rqtl");
 
     // Neither is owned.
     TrailMenu(Display* display, const InterfaceTexts& texts);
 
     void ShowLength(const TrailLength& length);
+    [[nodiscard]] static BMessage MessageFor(const TrailLength& length);
     // What the message of an item makes of a length.
     [[nodiscard]] static TrailLength Chosen(const BMessage& message, TrailLength before);
 
@@ -26,5 +29,6 @@ private:
     void Add(const char* label, const TrailLength& length);
 
     Display* const display_;
+    BMenuItem* other_ = nullptr;
     BMenuItem* fading_ = nullptr;
 };

@@ -25,6 +25,7 @@ constexpr double kLong = 24.0;
 // Of the colour, where a trail is faintest, and how many shades there are from there on.
 constexpr double kFaintest = 0.1;
 constexpr double kShades = 32.0;
+constexpr double kFaint = 0.4;  // of the colour, in the background
 
 using Point = PlaneMap::Point;
 
@@ -107,9 +108,9 @@ KeptTrails::Mapped KeptTrails::Map(const Sample& sample) const {
 
 void KeptTrails::SetShade(const Unpainted& rest, double time, const TrajectoryView& view,
                           PaintedTest* isPainted) {
-    const double shade = ShadeAt(rest.trail, time);
+    const double shade = ShadeAt(rest.trail, time) * (rest.trail.isFaint ? kFaint : 1.0);
     color_ = Mixed(rest.trail.color, view.LowColor(), shade);
-    isPainted->SetColor(rest.trail.color, shade);
+    isPainted->SetColor(rest.trail.color, shade, rest.trail.isFaint);
 }
 
 // From its newest end back; what is painted is dropped.

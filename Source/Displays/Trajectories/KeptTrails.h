@@ -24,6 +24,8 @@ public:
         // Between these times, in seconds, it fades towards the older one; equal: it does not.
         double faintAt = 0.0;
         double fullAt = 0.0;
+        // It is in the background, and leaves what is painted as it is.
+        bool isFaint = false;
     };
 
     // These are to be painted within the frames, and nothing else any more.

@@ -20,8 +20,13 @@ public:
 
     // The trail's colour, and how much of it is left where the trail has faded: what is newer is
     // brighter, and counts as well.
-    void SetColor(rgb_color color, double shade) {
+    // `orAny`: a pixel that anything covers.
+    void SetColor(rgb_color color, double shade, bool orAny = false) {
         color_ = ToPixel(color);
+        if (orAny) {
+            most_ = kAnyDifference;
+            return;
+        }
         const double least = kMinCovered * shade;
         most_ = static_cast<int32>((1.0 - least) * Difference(background_, color_));
     }
@@ -38,6 +43,7 @@ public:
 private:
     // A line as wide as a pixel covers a quarter of one whose corner it touches.
     static constexpr double kMinCovered = 0.15;
+    static constexpr int32 kAnyDifference = 3 * 255 + 1;
 
     static int32 Difference(Pixel a, Pixel b) {
         const auto channel = [=](int32 shift) {

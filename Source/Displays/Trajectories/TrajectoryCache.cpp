@@ -179,6 +179,7 @@ void TrajectoryCache::MakeTrails() {
                 trailPoints_[i * TrailStride() + static_cast<std::size_t>(pen.count)] = to;
                 pen.count++;
                 pen.travelled = 0.0f;
+                if (pen.isOn) trailExtent_.Add(seen);
             }
         }
     }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Displays/Trajectories/Extent.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
@@ -121,6 +122,9 @@ public:
         rgb_color color;
     };
     [[nodiscard]] Trail TrailAt(int32 body) const;
+    // Where trails were made since it was last forgotten, in the frame.
+    [[nodiscard]] const Extent& TrailExtent() const { return trailExtent_; }
+    void ForgetTrailExtent() { trailExtent_ = {}; }
     // The last report of the batch becomes the last positions.
     void SetLastR();
 
@@ -154,4 +158,5 @@ private:
     std::vector<Member> reference_;
     std::optional<Turning> turning_;
     bool areMarked_ = false;
+    Extent trailExtent_;
 };

@@ -1,5 +1,7 @@
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 
+#include <algorithm>
+
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -82,6 +84,29 @@ void TrajectoryDisplay::PrepareForGo(int32 reportsPerSegment) {
     const std::vector<Body*> bodies = shown.BodiesInMassOrder();
     TakeBodies(bodies);
     view_->PrepareForGo(reportsPerSegment, bodies);
+}
+
+// Of a box in space its corners say what the plane has of it, wherever that looks.
+void TrajectoryDisplay::ShowBars(Extent all) {
+    const TrajectoryCache& cache = view_->Cache();
+    all.Add(cache.TrailExtent());
+    const FrameMoment moment = cache.LastFrame();
+    for (int32 body = 0; body < cache.CountBodies(); body++)
+        all.Add(moment.See(cache.LastPosition(body)));
+    const BRect bounds = view_->Bounds();
+    ScrollRange across{all.kNone, -all.kNone, bounds.left, bounds.right};
+    ScrollRange up{all.kNone, -all.kNone, bounds.top, bounds.bottom};
+    const PlaneMap plane = Plane();
+    for (int32 corner = 0; corner < 8 && !all.IsEmpty(); corner++) {
+        const PlaneMap::Point seen = plane.Map({(corner & 1) != 0 ? all.high.x : all.low.x,
+                                                (corner & 2) != 0 ? all.high.y : all.low.y,
+                                                (corner & 4) != 0 ? all.high.z : all.low.z});
+        across.low = std::min(across.low, seen.x);
+        across.high = std::max(across.high, seen.x);
+        up.low = std::min(up.low, seen.y);
+        up.high = std::max(up.high, seen.y);
+    }
+    scrollView_->SetRanges(across, up);
 }
 
 void TrajectoryDisplay::ScreenChanged(BRect /*frame*/) {

@@ -35,6 +35,9 @@ public:
     void EraseDiscs(bool all) { view_->EraseDiscs(all); }
     void MakeDiscDomains() { view_->MakeDiscDomains(); }
     void SetLastDisp() { view_->SetLastDisp(); }
+    // The scroll bars tell which part is in view of the bodies, of their trails, and of what else
+    // there is, in the display's frame.
+    void ShowBars(Extent all);
 
 protected:
     [[nodiscard]] virtual TrajectoryView* MakeView();

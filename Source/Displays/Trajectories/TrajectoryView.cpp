@@ -176,6 +176,7 @@ void TrajectoryView::ClearLow() {
     if (!lock) return;
     SVFillRect(BitmapBounds(), B_SOLID_LOW);
     SVSync();
+    cache_.ForgetTrailExtent();
 }
 
 void TrajectoryView::ShowPicture() {

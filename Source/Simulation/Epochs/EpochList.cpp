@@ -17,6 +17,7 @@ namespace {
 constexpr int32 kNameWidth = 18;
 constexpr int32 kRunWidth = 4;
 constexpr int32 kTimeWidth = 12;
+constexpr int32 kLengthWidth = 17;  // with a picture
 constexpr int32 kBodiesWidth = 6;
 constexpr int32 kStateWidth = 11;
 
@@ -48,6 +49,7 @@ void EpochList::Read(const AbEpoch* root, const AbEpoch* focus) {
         for (int32 i = parent.CountChildren() - 1; i >= 0; i--)
             unread.push_back({parent.ChildAt(i), index});
     };
+    if (pictures_ != nullptr) pictures_->BeginRound();
     entries_.clear();
     focus_ = kNone;
     addChildren(*root, kNone);
@@ -77,12 +79,14 @@ bool EpochList::ReadFocus(const AbEpoch* focus) {
     return true;
 }
 
-void EpochList::ReadContents(const AbEpoch& epoch, Entry* entry) {
+void EpochList::ReadContents(const AbEpoch& epoch, Entry* entry) const {
     entry->time = epoch.Time();
     entry->timeUval = epoch.TimeUval();
     entry->bodies = epoch.RootSystem() == nullptr ? 0 : epoch.RootSystem()->CountBodies();
     entry->circumstance = epoch.Circumstance();
     entry->isWriteable = epoch.Writeable();
+    // One that goes on has a picture when it has ended.
+    if (pictures_ != nullptr && !isRunning_) entry->picture = pictures_->PictureOf(epoch);
 }
 
 int32 EpochList::RunsBefore(std::size_t index) const {
@@ -107,7 +111,7 @@ std::vector<BColumnListView::Column> EpochList::Columns() const {
     return {{texts_->Label(kTextNameColumn), kNameWidth, false},
             {texts_->Label(kTextRunColumn), kRunWidth, true},
             {texts_->Label(kTextTimeColumn), kTimeWidth, true},
-            {texts_->Label(kTextLengthColumn), kTimeWidth, true},
+            {texts_->Label(kTextLengthColumn), kLengthWidth, true},
             {texts_->Label(kTextBodiesColumn), kBodiesWidth, true},
             {texts_->Label(kTextStateColumn), kStateWidth, false}};
 }
@@ -148,6 +152,10 @@ ColumnListRow EpochList::RowOf(std::size_t index) const {
         const double start = entry.parent == kNone ? 0.0 : entries_[entry.parent].time;
         length = {TimeText(entry.time - start, entry), entry.time - start};
     }
+    length.picture = entry.picture;
+    // All rows are of one height.
+    if (length.picture == nullptr && pictures_ != nullptr && pictures_->AreThere())
+        length.picture = RunPictures::Blank();
     const std::string& state = texts_->Label(StateOf(index));
     row.cells = {{entry.name},
                  std::move(run),

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "Platform/Interface/Lists/BColumnListView.h"
+#include "Simulation/Epochs/RunPictures.h"
 
 class AbEpoch;
 class InterfaceTexts;
@@ -28,6 +29,9 @@ public:
     // Both must outlive the list.
     EpochList(const InterfaceTexts* texts, const UnitTable* timeUnits)
         : texts_(texts), timeUnits_(timeUnits) {}
+
+    // Pictures of the runs. Null: none. Not owned.
+    void SetPictures(RunPictures* pictures) { pictures_ = pictures; }
 
     // Reads all epochs below `root`, or only the one in focus: false if that is not the one that
     // it was before. Under the read lock.
@@ -64,8 +68,9 @@ private:
         int32 runs = 0;  // on the way from the beginning, this one included
         int32 circumstance = 0;
         bool isWriteable = false;
+        RunPictures::Picture picture;
     };
-    static void ReadContents(const AbEpoch& epoch, Entry* entry);
+    void ReadContents(const AbEpoch& epoch, Entry* entry) const;
     [[nodiscard]] int32 RunsBefore(std::size_t index) const;
     [[nodiscard]] bool IsBranch(const Entry& entry) const;
     void FindLine(Entry* entry) const;
@@ -76,6 +81,7 @@ private:
 
     const InterfaceTexts* const texts_;
     const UnitTable* const timeUnits_;
+    RunPictures* pictures_ = nullptr;
     std::vector<Entry> entries_;  // in visiting order
     std::size_t focus_ = kNone;
     bool isRunning_ = false;

@@ -16,6 +16,7 @@
 #include "Platform/Interface/Handles/BMenu.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Lists/BColumnListView.h"
+#include "Platform/Support/BAutolock.h"
 #include "Resources/CommandNames.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/EpochFeatures.h"
@@ -47,6 +48,7 @@ EpochWindow::EpochWindow(EpochPortal* portal, AbEpoch* root, BLooper* owner,
       root_(root),
       epochs_(context.texts, context.timeUnits),
       list_(new BColumnListView("Epochs", epochs_.Columns(), new BMessage(kRestoreSelected))) {
+    epochs_.SetPictures(&pictures_);
     const float unit = BFont().Size();
     SetSizeLimits(kMinWidth * unit, kMax, kMinHeight * unit, kMax);
     BuildMenus();
@@ -103,6 +105,11 @@ void EpochWindow::EnableItems() {
     restore_.SetEnabled(isAny && selected != epochs_.FocusKey());
     rename_.SetEnabled(isAny);
     delete_.SetEnabled(isAny && epochs_.Count() > 1);
+}
+
+void EpochWindow::SetHistory(const RunHistory* history) {
+    const BAutolock lock(this);
+    if (lock.IsLocked()) pictures_.SetHistory(history);
 }
 
 // --- Any thread ---
@@ -162,6 +169,7 @@ void EpochWindow::Redisplay(int32 changes) {
         return;
     }
     list_->SetRows(epochs_.Rows());
+    if (pictures_.IsIncomplete()) Changed(kEpochRenamed);
     FollowFocus(before);
     EnableItems();
 }

@@ -30,6 +30,8 @@ public:
     // outlive the window.
     EpochWindow(EpochPortal* portal, AbEpoch* root, BLooper* owner, const DisplayContext& context);
 
+    // Where the runs' pictures come from. Not owned. On the owner's thread.
+    void SetHistory(const RunHistory* history);
     // The window's title becomes "Epochs for <simulation>". Any thread.
     void SetTitleFor(const char* simulation);
     // The owner tells when a run starts, and when it has ended. Any thread.
@@ -74,6 +76,7 @@ private:
 
     EpochPortal* const portal_;
     AbEpoch* const root_;
+    RunPictures pictures_;
     EpochList epochs_;
     BColumnListView* list_;
     BMenu* epochMenu_ = nullptr;

@@ -22,12 +22,13 @@
 
 class CanvasPart;
 
-// What stands over a canvas and does not belong to its picture: a text or a scale bar. Plain
-// values.
+// What stands over a canvas and does not belong to its picture: a text, a scale bar or a ring.
+// Plain values.
 struct OverlayItem {
     enum class Kind {
         kText,
-        kBar,  // a horizontal line with a tick at each end, the text above its middle
+        kBar,   // a horizontal line with a tick at each end, the text above its middle
+        kRing,  // around the point `where` of the canvas; without a text
     };
     // What `where` is counted from: a point of the canvas (x right, y down), or inward from a
     // corner of the view. Texts grow away from that corner; at kCanvas to the right, above the
@@ -39,7 +40,7 @@ struct OverlayItem {
     BPoint where;
     std::string text;
     rgb_color color{230, 230, 230, 255};
-    float length = 0.0f;  // of a bar, in logical pixels
+    float length = 0.0f;  // of a bar, or across a ring, in logical pixels
 
     bool operator==(const OverlayItem&) const = default;
 };

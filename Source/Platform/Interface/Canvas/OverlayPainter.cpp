@@ -10,6 +10,8 @@ namespace {
 constexpr double kTick = 6.0;     // height of a bar's ends
 constexpr double kMargin = 2.0;   // around a box, for the shadow
 constexpr double kBarLine = 1.5;  // thickness
+constexpr double kRingLine = 1.2;
+constexpr int kRingOpacity = 150;  // of 255: it is less than what it stands for
 
 // The item without its margin; a bar's line lies at the bottom.
 QRectF ItemBox(const OverlayItem& item, QSizeF viewSize, BPoint leftTop) {
@@ -36,6 +38,11 @@ QRectF ItemBox(const OverlayItem& item, QSizeF viewSize, BPoint leftTop) {
         default:
             break;
     }
+    if (item.kind == OverlayItem::Kind::kRing) {
+        const double across = item.length + kRingLine;
+        return {x - leftTop.x + 0.5 - across / 2.0, y - leftTop.y + 0.5 - across / 2.0, across,
+                across};
+    }
     // The point is the centre of its pixel.
     return {QPointF(x - leftTop.x + 0.5, y - leftTop.y + 0.5 - size.height()), size};
 }
@@ -58,6 +65,15 @@ void DrawBar(QPainter* painter, const QRectF& box, double length, const QColor& 
     painter->drawLine(QPointF(right, middle - kTick / 2), QPointF(right, middle + kTick / 2));
 }
 
+void DrawRing(QPainter* painter, const QRectF& box, QColor color) {
+    color.setAlpha(kRingOpacity);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(color, kRingLine));
+    painter->setBrush(Qt::NoBrush);
+    const double inset = kRingLine / 2.0;
+    painter->drawEllipse(box.adjusted(inset, inset, -inset, -inset));
+}
+
 }  // namespace
 
 void PaintOverlay(QPainter* painter, const std::vector<OverlayItem>& items, QSizeF viewSize,
@@ -69,6 +85,7 @@ void PaintOverlay(QPainter* painter, const std::vector<OverlayItem>& items, QSiz
         const QColor color(item.color.red, item.color.green, item.color.blue);
         if (item.kind == OverlayItem::Kind::kBar)
             DrawBar(painter, box, static_cast<double>(item.length), color);
+        if (item.kind == OverlayItem::Kind::kRing) DrawRing(painter, box, color);
         if (!item.text.empty())
             DrawShadowed(painter, box, QString::fromStdString(item.text), color);
     }

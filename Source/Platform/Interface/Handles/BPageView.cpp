@@ -41,3 +41,8 @@ void BPageView::SetFile(const char* path) {
     ChangeWidget<QTextBrowser>(Part(), [url = QUrl::fromLocalFile(ToText(path))](
                                            QTextBrowser& browser) { browser.setSource(url); });
 }
+
+void BPageView::SetText(const std::string& text) {
+    ChangeWidget<QTextBrowser>(
+        Part(), [plain = ToText(text)](QTextBrowser& browser) { browser.setPlainText(plain); });
+}

@@ -4,6 +4,8 @@
 // are no wider than the view. Rules as for BView.
 #pragma once
 
+#include <string>
+
 #include "Platform/Interface/Handles/BView.h"
 
 class BPageView : public BView {
@@ -11,4 +13,6 @@ public:
     explicit BPageView(const char* name);
 
     void SetFile(const char* path);
+    // Plain text instead, with its lines as they are.
+    void SetText(const std::string& text);
 };

@@ -19,6 +19,7 @@
 #include "Platform/Interface/Handles/BView.h"
 #include "Platform/Support/SupportDefs.h"
 
+class BBitmap;
 class BPopUpMenu;
 
 // One row of a column list, as both of its sides know it. A plain value.
@@ -29,6 +30,8 @@ struct ColumnListRow {
         std::string text;
         // Sorts the rows instead of the text, unless it is no number.
         double number = std::numeric_limits<double>::quiet_NaN();
+        // Beside the text, with two of its pixels for one of the screen's usual ones; null: none.
+        std::shared_ptr<const BBitmap> picture = nullptr;
     };
 
     int64 key = kNoKey;     // names the row; unique in the list

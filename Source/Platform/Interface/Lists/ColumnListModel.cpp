@@ -1,9 +1,12 @@
 #include "Platform/Interface/Lists/ColumnListModel.h"
 
 #include <QFont>
+#include <QImage>
+#include <QPixmap>
 #include <algorithm>
 #include <utility>
 
+#include "Platform/Interface/Canvas/PixelImage.h"
 #include "Platform/Interface/Lists/BranchIcon.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
@@ -11,6 +14,8 @@ namespace {
 
 // Beyond so many pieces it is quicker to show all rows anew.
 constexpr int kMaxCuts = 100;
+// Device pixels of a cell's picture to one that the screen usually has.
+constexpr double kPictureScale = 2.0;
 
 // The cells in which two rows differ, as an area of columns.
 struct Columns {
@@ -29,7 +34,8 @@ Columns Differing(const ColumnListRow& a, const ColumnListRow& b, int count) {
         return {0, count - 1};
     Columns columns;
     for (std::size_t i = 0; i < a.cells.size(); i++)
-        if (a.cells[i].text != b.cells[i].text) columns.Add(static_cast<int>(i));
+        if (a.cells[i].text != b.cells[i].text || a.cells[i].picture != b.cells[i].picture)
+            columns.Add(static_cast<int>(i));
     return columns;
 }
 
@@ -276,6 +282,13 @@ int ColumnListModel::columnCount(const QModelIndex& /*parent*/) const {
     return static_cast<int>(titles_.size());
 }
 
+QVariant ColumnListModel::PictureOf(const Node& node, std::size_t column) {
+    if (column >= node.row.cells.size() || node.row.cells[column].picture == nullptr) return {};
+    QImage image = ToImage(node.row.cells[column].picture.get());
+    image.setDevicePixelRatio(kPictureScale);
+    return QPixmap::fromImage(std::move(image));
+}
+
 QVariant ColumnListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const Node& node = *NodeOf(index);
@@ -288,6 +301,7 @@ QVariant ColumnListModel::data(const QModelIndex& index, int role) const {
             return QVariant((titles_[column].isRightAligned ? Qt::AlignRight : Qt::AlignLeft) |
                             Qt::AlignVCenter);
         case Qt::DecorationRole:
+            if (const QVariant picture = PictureOf(node, column); picture.isValid()) return picture;
             return column == 0 && node.row.isBranch ? QVariant(branchIcon_) : QVariant();
         case Qt::ToolTipRole:
         case Qt::AccessibleDescriptionRole:

@@ -68,6 +68,7 @@ private:
     [[nodiscard]] Node* FindParent(const ColumnListRow& row);
     [[nodiscard]] QModelIndex IndexOf(const Node* node, int column) const;
     [[nodiscard]] static QString TextOf(const Node& node, int column);
+    [[nodiscard]] static QVariant PictureOf(const Node& node, std::size_t column);
     static void Renumber(const Node& parent, std::size_t from);
 
     // What each row is now: a node that stays, or null. `cuts`: in how many pieces rows would be

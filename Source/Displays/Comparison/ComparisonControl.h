@@ -1,0 +1,51 @@
+// Has a display compared with another epoch: the menu, the comparison, and what is shown of it.
+// Owned by the display and used with its lock.
+#pragma once
+
+#include <vector>
+
+#include "Displays/Comparison/CompareMenu.h"
+#include "Displays/Comparison/RunComparison.h"
+
+class BMessage;
+class PictureMover;
+class ShownModel;
+
+class ComparisonControl {
+public:
+    // None is owned.
+    ComparisonControl(TrajectoryDisplay* display, const ShownModel* shown, PictureMover* mover,
+                      const DisplayContext& context)
+        : display_(display),
+          shown_(shown),
+          mover_(mover),
+          context_(context),
+          comparison_(display, context) {}
+
+    void SetHistory(const RunHistory* history) { comparison_.SetHistory(history); }
+    // Not owned either.
+    void SetMenu(CompareMenu* menu) { menu_ = menu; }
+    [[nodiscard]] const RunComparison& Comparison() const { return comparison_; }
+
+    // False for a message about something else.
+    bool Handle(const BMessage& message);
+    // Null, or what the tree has no more: with nothing.
+    void CompareWith(const AbEpoch* other);
+    // After these changes of the model.
+    void Redisplay(int32 changes);
+    // Has the distance computed, if it is not known for what is shown.
+    void Measure();
+    // A line below the time, and rings. `unit`: of length, m.
+    void AddTexts(double unit, std::vector<OverlayItem>* items) const;
+
+private:
+    // In a window of their own.
+    void ShowDifferences() const;
+
+    TrajectoryDisplay* const display_;
+    const ShownModel* const shown_;
+    PictureMover* const mover_;
+    const DisplayContext& context_;
+    RunComparison comparison_;
+    CompareMenu* menu_ = nullptr;
+};

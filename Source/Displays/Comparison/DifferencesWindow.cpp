@@ -1,0 +1,32 @@
+#include "Displays/Comparison/DifferencesWindow.h"
+
+#include "Displays/Base/WindowPlacement.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Platform/Interface/Handles/BFont.h"
+#include "Platform/Interface/Handles/BPageView.h"
+#include "Resources/Views.h"
+
+namespace {
+
+// In sizes of the plain font.
+constexpr float kWidth = 46.0f;
+constexpr float kHeight = 20.0f;
+
+BRect FrameAt(BPoint at) {
+    const float unit = BFont().Size();
+    return {at.x, at.y, at.x + kWidth * unit, at.y + kHeight * unit};
+}
+
+}  // namespace
+
+DifferencesWindow::DifferencesWindow(BPoint at, const std::string& text,
+                                     const InterfaceTexts& texts)
+    : BWindow(FrameAt(at), texts.Text(kTextDifferTitle), B_TITLED_WINDOW, B_CLOSE_ON_ESCAPE) {
+    auto* const page = new BPageView("text");
+    page->SetAccessibleName(texts.Text(kTextDifferTitle));
+    page->SetStretch(1, 1);
+    AddChild(page);
+    page->SetText(text);
+    page->MakeFocus();
+    keep_on_screen(this);
+}

@@ -1,0 +1,244 @@
+#include "Displays/Comparison/RunComparison.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "Displays/Base/DisplayContext.h"
+#include "Displays/Projection/BodyLabels.h"
+#include "Displays/Trajectories/TrajectoryDisplay.h"
+#include "Interface Widgets/InterfaceTexts.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/Body.h"
+#include "Model/Units/FittingUnit.h"
+#include "Model/Units/QuantityText.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Server/WindowServer.h"
+#include "Resources/Views.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/History/RunHistory.h"
+
+namespace {
+
+// More rings nobody can tell apart.
+constexpr std::size_t kMaxRings = 200;
+constexpr float kLeastRing = 4.0f;  // radius, pixels
+// Evaluations of pairs of bodies: on the thread of the finder, and while somebody waits.
+constexpr double kMostPairs = 1e8;
+constexpr double kMostPairsAtOnce = 1e6;
+constexpr int kDistanceDigits = 4;
+// A distance of less of the user's unit is told in one that fits.
+constexpr double kLeastUnits = 0.01;
+
+}  // namespace
+
+RunComparison::RunComparison(TrajectoryDisplay* display, const DisplayContext& context)
+    : display_(display), context_(context) {}
+
+RunComparison::~RunComparison() = default;
+
+// --- What is compared ---
+
+void RunComparison::CompareWith(const AbEpoch* other, std::string name) {
+    const auto* const real = dynamic_cast<const Epoch*>(other);
+    if (finder_ != nullptr) finder_->WantNothing();
+    {
+        const std::lock_guard lock(mutex_);
+        asked_++;
+        isMeasuring_ = false;
+        found_.reset();
+    }
+    other_ = real;
+    name_ = std::move(name);
+    if (real == nullptr || history_ == nullptr) {
+        other_ = nullptr;
+        return;
+    }
+    life_ = real->Life();
+    ReadEnd(*real);
+}
+
+void RunComparison::ReadEnd(const AbEpoch& other) {
+    EpochPortal portal(*display_->Epoch());
+    portal.SetEpochTo(const_cast<AbEpoch*>(&other));  // only looked at
+    end_ = StateOf(portal);
+    looks_.clear();
+    for (const Body* const body : portal.BodiesInMassOrder())
+        looks_[body->ID()] = {body->DiscColor(), body->Radius()};
+    runs_.clear();
+    for (const AbEpoch* run = &other; run != nullptr && history_->SpanOf(run); run = run->Parent())
+        runs_.push_back(run);
+}
+
+void RunComparison::ModelChanged() {
+    if (!IsOn()) return;
+    const ReadGuard guard(display_->Epoch());
+    if (life_.expired() || !display_->Epoch()->HasEpoch(other_))
+        CompareWith(nullptr, {});
+    else
+        ReadEnd(*other_);
+}
+
+const AbEpoch* RunComparison::RunAt(double time) const {
+    for (const AbEpoch* const run : runs_) {
+        const auto span = history_->SpanOf(run);
+        if (span && time >= std::min(span->start, span->end)) return run;
+    }
+    return nullptr;
+}
+
+// Behind the last report, and of a run that is not kept, only the end is known.
+bool RunComparison::IsOver(double time) const {
+    const auto span = runs_.empty() ? std::nullopt : history_->SpanOf(runs_.front());
+    return !span || time > std::max(span->start, span->end);
+}
+
+// --- How far they are apart ---
+
+BodyPlaces RunComparison::ShownPlaces(double time, const BodyLabels& labels) const {
+    const TrajectoryCache& cache = display_->View()->Cache();
+    const auto count = std::min(cache.CountBodies(), static_cast<int32>(labels.bodies.size()));
+    BodyPlaces places;
+    places.time = time;
+    for (int32 body = 0; body < count; body++) {
+        places.ids.push_back(labels.bodies[static_cast<std::size_t>(body)].id);
+        places.places.push_back(cache.LastPosition(body));
+    }
+    return places;
+}
+
+void RunComparison::Measure(double time, const BodyLabels& labels) {
+    if (!IsOn()) return;
+    BodyPlaces shown = ShownPlaces(time, labels);
+    std::unique_lock lock(mutex_);
+    if (isMeasuring_ || (found_ && found_->time == time)) return;
+    if (IsOver(time)) {
+        found_ = {time, LargestSeparation(end_, shown, kMostPairsAtOnce)};
+        return;
+    }
+    const AbEpoch* const run = RunAt(time);
+    if (run == nullptr) {
+        found_ = {time, std::nullopt};
+        return;
+    }
+    measured_ = std::move(shown);
+    isMeasuring_ = true;
+    const MomentFinder::Wish wish{run, time, 0, ++asked_};
+    lock.unlock();
+    if (finder_ == nullptr)
+        finder_ = std::make_unique<MomentFinder>(
+            display_->Epoch(), history_,
+            [this](const MomentFinder::Wish& about, const std::optional<Moment>& moment) {
+                NoteFound(about, moment);
+            },
+            [] {});
+    finder_->Want(wish);
+}
+
+void RunComparison::NoteFound(const MomentFinder::Wish& wish, const std::optional<Moment>& moment) {
+    SystemState state;
+    if (moment) {
+        const ReadGuard guard(display_->Epoch());
+        state = StateOf(moment->PortalFrom(*display_->Epoch()));
+    }
+    BodyPlaces measured;
+    {
+        const std::lock_guard lock(mutex_);
+        if (wish.number != asked_) return;
+        measured = measured_;
+    }
+    Found found{measured.time, std::nullopt};
+    if (moment) found.separation = LargestSeparation(std::move(state), measured, kMostPairs);
+    {
+        const std::lock_guard lock(mutex_);
+        if (wish.number != asked_) return;
+        isMeasuring_ = false;
+        found_ = found;
+    }
+    WindowServer::Deliver(display_, BMessage(kChanged));
+}
+
+std::string RunComparison::DistanceText(double distance, double unit) const {
+    if (distance < kLeastUnits * unit)
+        return InFittingUnit(*context_.distanceUnits, distance, kDistanceDigits);
+    return print_double(distance / unit, kDistanceDigits) + ' ' +
+           context_.distanceUnits->Abbreviation(unit);
+}
+
+std::string RunComparison::Text(double time, double unit, const BodyLabels& labels) const {
+    const InterfaceTexts& texts = *context_.texts;
+    std::string name = name_;
+    if (runs_.empty())
+        name = FillIn(texts.Label(kTextOnlyEnd), {name_});
+    else if (IsOver(time))
+        name = FillIn(texts.Label(kTextHasEnded), {name_});
+    const std::lock_guard lock(mutex_);
+    if (!found_ || !found_->separation) return FillIn(texts.Label(kTextCompared), {name});
+    const auto body = std::ranges::find(labels.bodies, found_->separation->body,
+                                        [](const BodyLabels::Label& label) { return label.id; });
+    return FillIn(texts.Label(kTextSeparation),
+                  {name, DistanceText(found_->separation->distance, unit),
+                   body == labels.bodies.end() ? std::string() : body->name});
+}
+
+// --- Where they are ---
+
+std::optional<ThreeVector> RunComparison::PlaceOf(int64 body, double time) const {
+    if (IsOver(time)) {
+        const auto found = std::ranges::find(end_.ids, body);
+        if (found == end_.ids.end()) return std::nullopt;
+        return end_.Position(static_cast<std::size_t>(found - end_.ids.begin()));
+    }
+    const std::vector<Sample> samples = history_->Samples(RunAt(time), body, time, time);
+    for (std::size_t i = 1; i < samples.size(); i++)
+        if (samples[i].isJoined && samples[i - 1].time <= time && time <= samples[i].time)
+            return Between(samples[i - 1], samples[i], time).position;
+    return std::nullopt;
+}
+
+// What stands still in the display stands still in both runs.
+FrameMoment RunComparison::FrameAt(double time, const BodyLabels& labels) const {
+    const TrajectoryCache& cache = display_->View()->Cache();
+    FrameMoment frame = cache.LastFrame();
+    const auto place = [&](int32 body) {
+        const bool isThere = body >= 0 && body < static_cast<int32>(labels.bodies.size());
+        return isThere ? PlaceOf(labels.bodies[static_cast<std::size_t>(body)].id, time)
+                       : std::nullopt;
+    };
+    ThreeVector sum;
+    double weight = 0.0;
+    for (const TrajectoryCache::Member& member : cache.Reference())
+        if (const auto at = place(member.body)) {
+            sum += *at * member.weight;
+            weight += member.weight;
+        }
+    if (weight > 0.0) frame.origin = sum * (1.0 / weight);
+    if (const auto& turning = cache.GetTurning(); turning) {
+        const auto first = place(turning->first);
+        const auto second = place(turning->second);
+        if (first && second) frame.axes = TurningAxes::Of(*second - *first, turning->axis);
+    }
+    return frame;
+}
+
+void RunComparison::AddRings(double time, const BodyLabels& labels,
+                             std::vector<OverlayItem>* items) const {
+    if (!IsOn()) return;
+    const FrameMoment frame = FrameAt(time, labels);
+    const std::size_t count = std::min(end_.CountBodies(), kMaxRings);
+    for (std::size_t i = 0; i < count; i++) {
+        const auto place = PlaceOf(end_.ids[i], time);
+        const auto look = looks_.find(end_.ids[i]);
+        if (!place || look == looks_.end()) continue;
+        const ThreeVector seen = frame.See(*place);
+        OverlayItem ring;
+        ring.kind = OverlayItem::Kind::kRing;
+        ring.anchor = OverlayItem::Anchor::kCanvas;
+        ring.where = display_->Map(seen.x, seen.y, seen.z);
+        ring.color = look->second.color;
+        ring.length = 2.0f * std::max(kLeastRing, display_->DiscSize(look->second.radius));
+        items->push_back(std::move(ring));
+    }
+}
