@@ -2,7 +2,7 @@
 
 #include "Displays/Pictures/RunPicture.h"
 #include "Displays/Space/SpaceCanvas.h"
-#include "Model/Units/DefaultUnits.h"
+#include "Model/Units/UnitTable.h"
 
 std::vector<std::byte> EncodeSpacePicture(const SpaceScene& scene, const Viewpoint& from,
                                           const PictureSettings& settings) {

@@ -60,27 +60,38 @@ void CurveStrokes::AddTrail(const KeptTrails::Trail& trail) {
 void CurveStrokes::AddCurve(const std::vector<Sample>& samples, double faintAt, double fullAt) {
     if (samples.empty()) return;
     ThreeVector place = map_.See(samples[0].position);
-    ThreeVector way = map_.SeeWay(samples[0].velocity);
     MoveTo(place);
     for (std::size_t i = 1; i < samples.size(); i++) {
         const Sample& sample = samples[i];
         const ThreeVector next = map_.See(sample.position);
-        const ThreeVector nextWay = map_.SeeWay(sample.velocity);
         if (sample.isJoined) {
             if (faintAt != fullAt) {
                 const double part = (sample.time - faintAt) / (fullAt - faintAt);
                 age_ = kOldest + (1.0 - kOldest) * std::clamp(part, 0.0, 1.0);
             }
             const double third = (sample.time - samples[i - 1].time) / 3.0;
-            Flatten({{place, place + third * way, next - third * nextWay, next}}, 0);
+            if (IsShort(samples[i - 1], third, place) && IsShort(sample, third, next)) {
+                LineTo(next, false);
+            } else {
+                const ThreeVector way = third * map_.SeeWay(samples[i - 1].velocity);
+                const ThreeVector nextWay = third * map_.SeeWay(sample.velocity);
+                Flatten({{place, place + way, next - nextWay, next}}, 0);
+            }
             if (i + 1 == samples.size() || !samples[i + 1].isJoined) LineTo(next, true);
         } else {
             MoveTo(next);
         }
         place = next;
-        way = nextWay;
     }
     age_ = 1.0;
+}
+
+// What goes so short a way cannot bend much.
+bool CurveStrokes::IsShort(const Sample& sample, double time, const ThreeVector& seen) const {
+    if (!map_.IsBeforeEye(seen)) return false;
+    const ThreeVector& v = sample.velocity;
+    const double speed = std::abs(v.x) + std::abs(v.y) + std::abs(v.z);
+    return map_.ScaleAt(seen) * std::abs(time) * speed < detail_.shortest;
 }
 
 void CurveStrokes::AddLine(const ThreeVector& from, const ThreeVector& to) {
@@ -161,7 +172,7 @@ void CurveStrokes::LineTo(const ThreeVector& seen, bool isLast) {
     if (isSeen && isPenSeen_) {
         const Point to = map_.Project(seen);
         const double length = std::abs(to.x - penPoint_.x) + std::abs(to.y - penPoint_.y);
-        if (!isLast && length < detail_.shortest) return;
+        if (length == 0.0 || (!isLast && length < detail_.shortest)) return;
         Draw(seen, to);
         pen_ = seen;
         penPoint_ = to;

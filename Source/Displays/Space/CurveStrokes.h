@@ -64,6 +64,7 @@ private:
     void AddCurve(const std::vector<Sample>& samples, double faintAt, double fullAt);
     void Flatten(const Curve& curve, int32 depth);
     void Follow(const Curve& curve, int32 lines);
+    [[nodiscard]] bool IsShort(const Sample& sample, double time, const ThreeVector& seen) const;
     [[nodiscard]] bool IsOutside(const SpaceMap::Point* points, int32 count) const;
     void MoveTo(const ThreeVector& seen);
     void LineTo(const ThreeVector& seen, bool isLast);

@@ -7,7 +7,7 @@
 
 #include "Displays/Trajectories/KeptTrails.h"
 #include "Model/Systems/ThreeVector.h"
-#include "Model/Units/DefaultUnits.h"
+#include "Model/Units/UnitTable.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
 
