@@ -5,7 +5,9 @@
 
 namespace {
 
-constexpr double kHoverRadius = 8.0;  // logical pixels
+constexpr double kHoverRadius = 8.0;  // logical pixels, as the next one
+// Of bodies that are no farther apart the heaviest is meant.
+constexpr double kTold = 2.0;
 
 }  // namespace
 
@@ -68,7 +70,7 @@ int32 SpaceCanvas::BodyAt(BPoint point) const {
     for (const SpaceDrawing::Disc& disc : discs_) {
         const double away = std::hypot(x - disc.center.x, y - disc.center.y);
         if (away > std::max(disc.radius, scale * kHoverRadius)) continue;
-        if (found >= 0 && away >= least) continue;
+        if (found >= 0 && away > least - scale * kTold) continue;
         found = disc.body;
         least = away;
     }

@@ -9,6 +9,7 @@
 #include "Displays/TimeLine/TimeLineBar.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/PaceControl.h"
+#include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"

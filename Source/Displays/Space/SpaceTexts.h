@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "Displays/Space/SpaceDrawing.h"
-#include "Platform/Interface/Canvas/OverlayItem.h"
+#include "Platform/Interface/Canvas/CanvasView.h"
 
-class CanvasView;
 class UnitTable;
 
 // In which units and words. None is owned; a null table: without scale bar and numbers, or time.

@@ -213,8 +213,8 @@ TEST(SpacePictureTest, WhatCannotBeSeenDrawsNothing) {
     SpaceScene through;
     through.trails.push_back({3, {255, 255, 255, 255}, {}});
     const ThreeVector side = 0.2 * kRadius * camera.right;
-    const ThreeVector way = behind + side - (0.0 * behind - side);
-    through.trails[0].samples = {{0.0, -side, way, false}, {1.0, behind + side, way, true}};
+    const ThreeVector way = behind + 4.0 * side;
+    through.trails[0].samples = {{0.0, -side, way, false}, {1.0, behind + 3.0 * side, way, true}};
     EXPECT_GT(CountDrawn(Draw(through, camera, Bare())), 100);
     // Bodies at one place: the heaviest is seen.
     SpaceScene same;
