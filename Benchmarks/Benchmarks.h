@@ -15,3 +15,4 @@ void BenchDocuments(BenchTable* table);
 void BenchPrototype(BenchTable* table);
 // Only where there are windows (ORVEK_GUI).
 void BenchDisplays(BenchTable* table);
+void BenchSpace(BenchTable* table);

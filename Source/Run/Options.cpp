@@ -1,8 +1,10 @@
 #include "Run/Options.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <fstream>
+#include <numbers>
 #include <span>
 #include <utility>
 
@@ -19,7 +21,9 @@ namespace {
 constexpr int32 kMaxThreads = 1024;
 constexpr int32 kMinPixels = 16;
 constexpr int32 kMaxPixels = 16384;
-constexpr double kMaxInterval = 1e9;  // s
+constexpr double kMaxInterval = 1e9;   // s
+constexpr double kMaxAzimuth = 360.0;  // degrees, as the next one
+constexpr double kMaxElevation = 90.0;
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number* number) {
@@ -77,6 +81,28 @@ bool SetAxis(Value value, const ProgramResources&, Options* options) {
 bool SetScale(Value value, const ProgramResources&, Options* options) {
     return ParseNumber(value, &options->scale) && options->scale > 0.0 &&
            std::isfinite(options->scale);
+}
+
+// "30,45" or "30,45,5e11".
+bool SetCamera(Value value, const ProgramResources&, Options* options) {
+    constexpr double kDegree = std::numbers::pi / 180.0;
+    std::vector<double> numbers;
+    for (std::size_t begin = 0; begin <= value.size();) {
+        const std::size_t end = std::min(value.find(',', begin), value.size());
+        double& number = numbers.emplace_back();
+        if (!ParseNumber(value.substr(begin, end - begin), &number) || !std::isfinite(number))
+            return false;
+        begin = end + 1;
+    }
+    if (numbers.size() < 2 || numbers.size() > 3 || std::abs(numbers[0]) > kMaxAzimuth ||
+        std::abs(numbers[1]) > kMaxElevation)
+        return false;
+    CameraChoice& camera = options->camera.emplace();
+    camera.azimuth = kDegree * numbers[0];
+    camera.elevation = kDegree * numbers[1];
+    if (numbers.size() == 2) return true;
+    camera.distance = numbers[2];
+    return *camera.distance > 0.0;
 }
 
 bool SetSteps(Value value, const ProgramResources&, Options* options) {
@@ -175,6 +201,7 @@ constexpr OptionInfo kOptions[] = {
     {"size", '\0', true, SetSize},
     {"axis", '\0', true, SetAxis},
     {"scale", '\0', true, SetScale},
+    {"camera", '\0', true, SetCamera},
     {"edit", '\0', true, AddTo<&Options::edits>},
     {"sweep", '\0', true, AddTo<&Options::sweeps>},
     {"sweep-file", '\0', true, SetPath<&Options::sweepFile>},
@@ -222,6 +249,8 @@ public:
         if (options_->png && !options_->help && !options_->version && !RunPainter::IsPossible())
             return Problem(kTextNoPictures);
         if (options_->help || options_->version) return std::nullopt;
+        if (options_->camera && !options_->png)
+            return Problem(kTextNotWithout, "--camera", "--png");
         if (options_->checkpoint && !options_->save) return Problem(kTextCheckpointNeedsSave);
         if (const std::string_view other = ChangesRun(); options_->resume && !other.empty())
             return Problem(kTextNotWithResume, other);

@@ -10,6 +10,13 @@
 
 class ProgramResources;
 
+// Where the picture of a run is looked at from. A plain value.
+struct CameraChoice {
+    double azimuth = 0.0;            // rad
+    double elevation = 0.0;          // rad
+    std::optional<double> distance;  // m; none: all orbits are seen
+};
+
 struct Options {
     // Steps of a run without any limit: a look at the document.
     static constexpr int64 kDefaultSteps = 1000;
@@ -30,11 +37,12 @@ struct Options {
     std::optional<std::string> png;
     int32 width = 1200;  // pixels of the picture
     int32 height = 900;
-    int32 axis = 3;                    // looked along: 1, 2, 3 for x, y, z
-    double scale = 0.0;                // pixels per metre; 0: the picture shows all that happened
-    std::vector<std::string> edits;    // "SYSTEM.FIELD=VALUE UNIT", in order
-    std::optional<int32> onCollision;  // of EpochLimits.h; none: what the epoch says
-    std::vector<std::string> sweeps;   // SweepAxis.h
+    int32 axis = 3;                      // looked along: 1, 2, 3 for x, y, z
+    double scale = 0.0;                  // pixels per metre; 0: the picture shows all that happened
+    std::optional<CameraChoice> camera;  // none: along an axis
+    std::vector<std::string> edits;      // "SYSTEM.FIELD=VALUE UNIT", in order
+    std::optional<int32> onCollision;    // of EpochLimits.h; none: what the epoch says
+    std::vector<std::string> sweeps;     // SweepAxis.h
     std::optional<std::string> sweepFile;
     std::vector<std::string> bodies;  // whose columns a sweep has
     bool epochs = false;

@@ -2,6 +2,7 @@
 
 #include "Calculation/Calculator.h"
 #include "Displays/Pictures/RunPicture.h"
+#include "Displays/Pictures/SpacePicture.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Interface/Server/HeadlessGraphics.h"
 #include "Resources/EpochWindow.h"
@@ -24,8 +25,8 @@ public:
         picture_.PrepareForGo(portal_->BodiesInMassOrder(), portal_->FocusEpoch()->Time());
     }
 
-    void ReadData(int32 count, double* times, double* positions, double*) override {
-        picture_.ReadData(count, times, positions);
+    void ReadData(int32 count, double* times, double* positions, double* velocities) override {
+        picture_.ReadData(count, times, positions, velocities);
     }
     void ReadOk() override { release_ben(calculator_->WriteOk()); }
 
@@ -44,7 +45,11 @@ public:
             const ReadGuard guard(portal_);
             settings.timeUval = portal_->FocusEpoch()->TimeUval();
         }
-        return picture_.Encode(settings);
+        if (!options.camera) return picture_.Encode(settings);
+        return EncodeSpacePicture(
+            picture_.Scene(),
+            {options.camera->azimuth, options.camera->elevation, options.camera->distance},
+            settings);
     }
 
 private:

@@ -6,6 +6,7 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
 #include "Displays/Projection/ProjectionDisplay.h"
+#include "Displays/Space/SpaceDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Interface Widgets/UnitMenu.h"
 #include "Platform/Application/BMessage.h"
@@ -44,14 +45,19 @@ DisplayList::DisplayList(SimulationDocument* document, const RunHistory* history
       owner_(owner),
       context_(context) {}
 
-Display* DisplayList::Make(int32 type, const char* simulationName) const {
-    if (type != ProjectionDisplay::kType) return nullptr;
-    auto* const display =
-        new ProjectionDisplay(kUsualFrame, simulationName, document_->Portal(),
-                              document_->GetCalculator()->WriteOk(), owner_, context_);
+template <typename Kind>
+Display* DisplayList::MakeKind(const char* simulationName) const {
+    auto* const display = new Kind(kUsualFrame, simulationName, document_->Portal(),
+                                   document_->GetCalculator()->WriteOk(), owner_, context_);
     display->SetHistory(history_, shown_);
     if (display->Init(simulationName) == 0) return display;
     display->Quit();
+    return nullptr;
+}
+
+Display* DisplayList::Make(int32 type, const char* simulationName) const {
+    if (type == ProjectionDisplay::kType) return MakeKind<ProjectionDisplay>(simulationName);
+    if (type == SpaceDisplay::kType) return MakeKind<SpaceDisplay>(simulationName);
     return nullptr;
 }
 
@@ -125,6 +131,11 @@ void DisplayList::SetPreferredUnits(double unit) {
 }
 
 void DisplayList::TellUnits(Display* display) const {
+    if (auto* const space = dynamic_cast<SpaceDisplay*>(display); space != nullptr) {
+        const BAutolock lock(space);
+        if (lock.IsLocked()) space->SetPreferredUnit(preferredUnits_);
+        return;
+    }
     auto* const projection = dynamic_cast<ProjectionDisplay*>(display);
     if (projection == nullptr) return;
     const BAutolock lock(projection);

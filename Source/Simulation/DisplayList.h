@@ -24,8 +24,8 @@ public:
     DisplayList(SimulationDocument* document, const RunHistory* history, ShownMoment* shown,
                 RunControl* run, BLooper* owner, const DisplayContext& context);
 
-    // A display of the type (1: projection), as the archive has it or as they usually are; false
-    // if there is none such.
+    // A display of the type (1: projection, 2: space), as the archive has it or as they usually
+    // are; false if there is none such.
     bool Create(int32 type, const BMessage* archive, const char* simulationName);
     // Nothing for a pointer that is not in the list.
     void Delete(const Display* display);
@@ -51,6 +51,8 @@ public:
 
 private:
     [[nodiscard]] Display* Make(int32 type, const char* simulationName) const;
+    template <typename Kind>
+    [[nodiscard]] Display* MakeKind(const char* simulationName) const;
     void TellUnits(Display* display) const;
 
     SimulationDocument* const document_;

@@ -2,6 +2,7 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Projection/ProjectionDisplay.h"
+#include "Displays/Space/SpaceDisplay.h"
 #include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -16,6 +17,7 @@
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
+#include "Resources/Space.h"
 #include "Resources/TimeLine.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/SimulationHost.h"
@@ -113,6 +115,10 @@ void SimulationMenus::AddDisplayMenu() {
     message->AddInt32(kDisplayTypeField, ProjectionDisplay::kType);
     menu->AddItem(
         new BMenuItem(texts_.Text(kLabelNewProjection), message, texts_.Key(kTextProjectionKey)));
+    auto* const space = new BMessage(kNewDisplay);
+    space->AddInt32(kDisplayTypeField, SpaceDisplay::kType);
+    menu->AddItem(
+        new BMenuItem(texts_.Text(kLabelSpace), space, texts_.Key(kLabelNewSpaceKey), B_SHIFT_KEY));
     menu->AddSeparatorItem();
     openDisplays_ = AddItem(menu, kTextOpenDisplays, kOpenDisplays);
     openDisplays_->SetEnabled(false);

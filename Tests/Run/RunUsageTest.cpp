@@ -29,6 +29,14 @@ TEST_F(RunUsage, WrongUseIsSaidOnStandardErrorWithStatusTwo) {
         {{"--size", "8x480"}, "8x480"},
         {{"--axis", "xy"}, "\"xy\""},
         {{"--scale", "inf"}, "inf"},
+        {{"--camera", "30"}, "\"30\""},
+        {{"--camera", "30,95"}, "30,95"},
+        {{"--camera", "30,40,0"}, "30,40,0"},
+        {{"--camera", "30,40,5e11,1"}, "5e11,1"},
+        {{"--camera", "30,nan"}, "nan"},
+#ifdef ORVEK_GUI
+        {{"--camera", "30,40"}, "--png"},
+#endif
 #ifndef ORVEK_GUI
         {{"--png", "run.png"}, "built without"},
 #endif

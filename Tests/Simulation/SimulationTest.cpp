@@ -384,12 +384,12 @@ TEST_F(SimulationTest, DisplaysComeAndGoDuringARun) {
         return now;
     };
     simulation.Send(kTogglePause);
-    for (const int32 type : {ProjectionDisplay::kType, 2}) {
+    for (const int32 type : {ProjectionDisplay::kType, 3}) {
         BMessage newDisplay(kNewDisplay);
         newDisplay.AddInt32(kDisplayTypeField, type);
         simulation.Send(newDisplay);
     }
-    EXPECT_EQ(simulation.CountDisplays(), 2u) << "there is no second kind";
+    EXPECT_EQ(simulation.CountDisplays(), 2u) << "there is no third kind";
     for (std::size_t left : {1u, 0u}) {
         ::Settle(simulation.FirstDisplay());
         static_cast<void>(

@@ -11,6 +11,7 @@
 #include "Calculation/Series/SeriesRecord.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Projection/ProjectionFields.h"
+#include "Displays/Space/SpaceFields.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Model/Systems/CompositeSystem.h"
@@ -56,6 +57,11 @@ constexpr Table kTables[] = {
      [](FieldDescriptions* into) {
          Display::DescribeFields(into);
          ProjectionFields::DescribeFields(into);
+     }},
+    {"space display",
+     [](FieldDescriptions* into) {
+         Display::DescribeFields(into);
+         SpaceFields::DescribeFields(into);
      }},
 };
 

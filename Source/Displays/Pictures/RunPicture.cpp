@@ -80,11 +80,16 @@ void RunPicture::PrepareForGo(const std::vector<Body*>& bodies, double time) {
         stages_.back().bodies.push_back(std::make_unique<Body>(*body));
 }
 
-void RunPicture::ReadData(int32 reports, const double* times, const double* positions) {
+void RunPicture::ReadData(int32 reports, const double* times, const double* positions,
+                          const double* velocities) {
     if (reports <= 0 || stages_.empty()) return;
     time_ = times[reports - 1];
     try {
         Keep(&stages_.back(), reports, positions);
+        if (velocities == nullptr) return;
+        const std::size_t stride = stages_.back().Stride();
+        const double* const last = velocities + static_cast<std::size_t>(reports - 1) * stride;
+        stages_.back().lastVelocities.assign(last, last + stride);
     } catch (const std::bad_alloc&) {
         // The trails end here; there is still something to draw.
     }
@@ -135,6 +140,58 @@ std::vector<ThreeVector> RunPicture::Places() const {
                 places.push_back(PlaceAt(&(*list)[i]));
     }
     return places;
+}
+
+// Times are counted in samples, and velocities told by the samples before and after.
+void RunPicture::AddTrails(const Stage& stage, double firstTime, SpaceScene* scene) {
+    const std::size_t stride = stage.Stride();
+    if (stride == 0) return;
+    const std::size_t count = stage.samples.size() / stride;
+    for (std::size_t body = 0; body < stage.bodies.size(); body++) {
+        const Body& look = *stage.bodies[body];
+        if (!look.TrailOn()) continue;
+        std::vector<ThreeVector> places{look.Position()};
+        for (std::size_t i = 0; i < count; i++)
+            places.push_back(PlaceAt(&stage.samples[i * stride + 3 * body]));
+        if (!stage.last.empty()) {
+            const ThreeVector last = PlaceAt(&stage.last[3 * body]);
+            if (!(last == places.back())) places.push_back(last);
+        }
+        KeptTrails::Trail trail{look.ID(), look.TrailColor(), {}};
+        for (std::size_t i = 0; i < places.size(); i++) {
+            const std::size_t before = i > 0 ? i - 1 : i;
+            const std::size_t after = i + 1 < places.size() ? i + 1 : i;
+            ThreeVector velocity = places[after] - places[before];
+            if (after > before) velocity *= 1.0 / static_cast<double>(after - before);
+            trail.samples.push_back(
+                {firstTime + static_cast<double>(i), places[i], velocity, i > 0});
+        }
+        scene->trails.push_back(std::move(trail));
+    }
+}
+
+SpaceScene RunPicture::Scene() const {
+    SpaceScene scene;
+    scene.time = time_;
+    if (stages_.empty()) return scene;
+    double samples = 0.0;
+    for (const Stage& stage : stages_) {
+        AddTrails(stage, samples, &scene);
+        samples += static_cast<double>(stage.samples.size()) /
+                   static_cast<double>(std::max<std::size_t>(stage.Stride(), 1));
+    }
+    for (KeptTrails::Trail& trail : scene.trails)
+        trail.fullAt = samples;
+    const Stage& now = stages_.back();
+    std::vector<Body*> bodies;
+    for (const std::unique_ptr<Body>& body : now.bodies)
+        bodies.push_back(body.get());
+    scene.TakeBodies(bodies);
+    for (std::size_t i = 0; i < scene.bodies.size() && !now.last.empty(); i++)
+        scene.bodies[i].position = PlaceAt(&now.last[3 * i]);
+    for (std::size_t i = 0; i < scene.bodies.size() && !now.lastVelocities.empty(); i++)
+        scene.bodies[i].velocity = PlaceAt(&now.lastVelocities[3 * i]);
+    return scene;
 }
 
 std::vector<std::byte> RunPicture::Encode(const PictureSettings& settings) const {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Displays/Projection/Projection.h"
+#include "Displays/Space/SpaceScene.h"
 #include "Model/Systems/Body.h"
 
 class UnitTable;
@@ -36,10 +37,13 @@ public:
     // These bodies, in mass order, move from now on. The caller holds the model's read lock.
     void PrepareForGo(const std::vector<Body*>& bodies, double time);
     // A batch as the calculator hands it over.
-    void ReadData(int32 reports, const double* times, const double* positions);
+    void ReadData(int32 reports, const double* times, const double* positions,
+                  const double* velocities = nullptr);
 
     // The bytes of a PNG file; none if there was nothing to keep.
     [[nodiscard]] std::vector<std::byte> Encode(const PictureSettings& settings) const;
+    // The same in space: bodies where they are at the end, and trails.
+    [[nodiscard]] SpaceScene Scene() const;
 
 private:
     static constexpr std::size_t kUsualCoordinates = 6'000'000;
@@ -49,6 +53,7 @@ private:
         std::vector<std::unique_ptr<Body>> bodies;  // as they were at the beginning
         std::vector<double> samples;                // x, y and z of every body, sample by sample
         std::vector<double> last;                   // the same, of the last report
+        std::vector<double> lastVelocities;         // none: they were not told
 
         [[nodiscard]] std::size_t Stride() const { return 3 * bodies.size(); }
         void KeepEverySecond();
@@ -58,6 +63,7 @@ private:
     void Keep(Stage* kept, int32 reports, const double* positions);
     void Thin();
     [[nodiscard]] std::vector<ThreeVector> Places() const;
+    static void AddTrails(const Stage& stage, double firstTime, SpaceScene* scene);
 
     const std::size_t maxCoordinates_;
     std::vector<Stage> stages_;

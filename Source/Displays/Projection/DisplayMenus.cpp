@@ -23,8 +23,10 @@
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Resources/DisplayFeatures.h"
 #include "Resources/DisplayWindows.h"
+#include "Resources/EpochWindow.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
+#include "Resources/SimulationWindow.h"
 
 namespace {
 
@@ -35,14 +37,26 @@ constexpr int32 kOrderChanged = kEpochSettingsChanged | kFocusEpochChanged;
 
 }  // namespace
 
-DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context)
+DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context, Common /*menus*/)
     : display_(display), context_(context), bar_(new BMenuBar("Main Menu Bar")) {
     AddAppMenu();
     AddFileMenu();
     AddSimulationMenu();
+}
+
+DisplayMenus::DisplayMenus(Display* display, const DisplayContext& context)
+    : DisplayMenus(display, context, Common{}) {
     AddDisplayMenu();
     AddViewMenu();
     bar_->AddItem(new HelpMenu(*context.texts));
+}
+
+void DisplayMenus::RemoveShortcuts(Display* display) {
+    for (const int32 label :
+         std::initializer_list<int32>{kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey,
+                                      kLabelGoKey, kLabelAnimationKey, kLabelEpochsKey})
+        if (const char key = display->Texts().LowerKey(label); key != '\0')
+            display->RemoveShortcut(static_cast<uint8>(key), 0);
 }
 
 BMenuItem* DisplayMenus::AddItem(BMenu* menu, int32 label, uint32 what, int32 key) {
@@ -100,9 +114,7 @@ void DisplayMenus::AddDisplayMenu() {
 void DisplayMenus::AddViewMenu() {
     auto* const menu = new BMenu(context_.texts->Text(kLabelView));
     AddItem(menu, kLabelFit, kFit, kLabelFitKey);
-    follow_ = new BMenu(context_.texts->Text(kLabelFollow));
-    follow_->SetRadioMode(true);
-    menu->AddItem(follow_);
+    AddFollowMenu(menu);
     frame_ = new FrameMenu(display_, *context_.texts);
     menu->AddItem(frame_);
     trail_ = new TrailMenu(display_, *context_.texts);
@@ -118,6 +130,12 @@ void DisplayMenus::AddViewMenu() {
     AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
     menu->SetTargetForItems(display_);
     bar_->AddItem(menu);
+}
+
+void DisplayMenus::AddFollowMenu(BMenu* menu) {
+    follow_ = new BMenu(context_.texts->Text(kLabelFollow));
+    follow_->SetRadioMode(true);
+    menu->AddItem(follow_);
 }
 
 void DisplayMenus::SetGoLabel(const char* label) {

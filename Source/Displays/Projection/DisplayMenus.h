@@ -42,6 +42,8 @@ public:
     // The application's menu, the file's, the simulation's, the display's and the view's.
     DisplayMenus(Display* display, const DisplayContext& context);
 
+    // Those of the window that these menus have, too.
+    static void RemoveShortcuts(Display* display);
     // For the display's window, which takes it over.
     [[nodiscard]] BMenuBar* Bar() const { return bar_; }
     void SetGoLabel(const char* label);
@@ -58,8 +60,15 @@ public:
     // Of the same systems another one is followed. The items stay: one may just have been chosen.
     void ShowFollowed(const BodyLabels& labels, int64 followed);
 
-private:
+protected:
+    // The menus that displays of all kinds have: the application's, the file's, the simulation's.
+    struct Common {};
+    DisplayMenus(Display* display, const DisplayContext& context, Common);
+
     BMenuItem* AddItem(BMenu* menu, int32 label, uint32 what, int32 key = 0);
+    void AddFollowMenu(BMenu* menu);
+
+private:
     void AddAppMenu();
     void AddFileMenu();
     void AddSimulationMenu();

@@ -38,14 +38,6 @@ std::string FixedText(double value, int decimals) {
     return {text, end};
 }
 
-// The largest of 1, 2 and 5 times a power of ten that is not above the limit.
-double RoundLength(double limit) {
-    const double power = std::pow(10.0, std::floor(std::log10(limit)));
-    for (const double factor : {5.0, 2.0})
-        if (factor * power <= limit) return factor * power;
-    return power;
-}
-
 bool Overlap(const BRect& a, const BRect& b) {
     return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
@@ -97,6 +89,13 @@ bool IsTooSmall(double scale, double unit) {
 }
 
 }  // namespace
+
+double RoundLength(double limit) {
+    const double power = std::pow(10.0, std::floor(std::log10(limit)));
+    for (const double factor : {5.0, 2.0})
+        if (factor * power <= limit) return factor * power;
+    return power;
+}
 
 OverlayItem MakeScaleBar(double scale, double uval, const UnitTable& units) {
     // A document may have a scale that is none.

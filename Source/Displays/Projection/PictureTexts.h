@@ -9,6 +9,8 @@
 #include "Model/Units/UnitTable.h"
 #include "Platform/Interface/Canvas/CanvasView.h"
 
+// The largest of 1, 2 and 5 times a power of ten that is not above the limit.
+[[nodiscard]] double RoundLength(double limit);
 // A bar of a round length in the unit nearest to `uval`, or in kilometres or metres where that is
 // far too large; at the left-bottom corner. `scale`: pixels per metre.
 [[nodiscard]] OverlayItem MakeScaleBar(double scale, double uval, const UnitTable& units);

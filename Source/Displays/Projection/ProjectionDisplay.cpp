@@ -50,19 +50,10 @@ ProjectionDisplay::ProjectionDisplay(BRect frame, const char* title, EpochPortal
       pictureSaver_(this, context.texts) {
     keptTrails_.SetComparison(&compared_.Comparison());
     SetKind(kType, Texts().Text(kLabelProjection));
-    RemoveMenuShortcuts();
+    DisplayMenus::RemoveShortcuts(this);
 }
 
 ProjectionDisplay::~ProjectionDisplay() = default;
-
-// The menus of this window have these keys.
-void ProjectionDisplay::RemoveMenuShortcuts() {
-    for (const int32 label :
-         std::initializer_list<int32>{kLabelNewSimulationKey, kLabelOpenKey, kLabelSaveKey,
-                                      kLabelGoKey, kLabelAnimationKey, kLabelEpochsKey})
-        if (const char key = Texts().LowerKey(label); key != '\0')
-            RemoveShortcut(static_cast<uint8>(key), 0);
-}
 
 int32 ProjectionDisplay::Init(const char* simulationName) {
     if (const int32 result = TrajectoryDisplay::Init(simulationName); result != 0) return result;

@@ -103,7 +103,6 @@ protected:
     [[nodiscard]] bool IsRunning() const override;
 
 private:
-    void RemoveMenuShortcuts();
     void ShowOtherMoment();
     void ToggleOption(bool DisplayOptions::*option);
     void ShowFollowed();

@@ -110,3 +110,33 @@ TEST_F(RunPng, ShowsWhatWasBeforeAMerger) {
         EXPECT_GT(qGreen(Picture().pixel(x, 240)), 120) << x;
     EXPECT_LT(qGreen(Picture().pixel(530, 240)), 40);
 }
+
+// From straight above, so that x is to the right; the heaviest body is in the middle.
+TEST_F(RunPng, ACameraLooksAtSpaceFromAnywhere) {
+    constexpr double kSide = 480.0;
+    const double distance = 1.2071 * kSide / kScale;
+    std::vector<std::string> arguments = colors_;
+    arguments.insert(arguments.end(),
+                     {"--steps", "0", "--camera", "-90,90," + std::to_string(distance), document_});
+    const Outcome outcome = Run(arguments);
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(Picture().size(), QSize(640, 480));
+    // The Sun is at (1, -2) 10^9 m.
+    const QRgb heavy = At(-1.01e11, 3e9);
+    EXPECT_GT(qGreen(heavy), 60);
+    EXPECT_EQ(qRed(heavy), 0);
+    const QRgb light = At(1.99e11, 2e9);
+    EXPECT_GT(qRed(light), 60);
+    EXPECT_EQ(qGreen(light), 0);
+    // Without a distance all is seen, from the side too.
+    arguments[arguments.size() - 2] = "40,0";
+    ASSERT_EQ(Run(arguments).status, 0);
+    int reds = 0;
+    const QImage picture = Picture();
+    for (int x = 0; x < picture.width(); x++)
+        for (int y = 0; y < picture.height(); y++) {
+            const QRgb pixel = picture.pixel(x, y);
+            if (qRed(pixel) > 60 && qGreen(pixel) < 10 && qBlue(pixel) < 10) reds++;
+        }
+    EXPECT_GT(reds, 4);
+}

@@ -173,6 +173,15 @@ void Canvas::CopyFrom(const Canvas& source, BRect rect) {
     damage_.Add(area);
 }
 
+void Canvas::CopyFrom(const PixelBuffer& source, BPoint leftTop) {
+    const auto toDevice = [this](float at) {
+        return static_cast<int32>(std::lround(static_cast<double>(at) * scale_));
+    };
+    const IntPoint to{toDevice(leftTop.x) - origin_.x, toDevice(leftTop.y) - origin_.y};
+    pixels_.Copy(source, source.Bounds(), to);
+    damage_.Add(source.Bounds().MovedBy(to));
+}
+
 void Canvas::CopyDamageFrom(const Canvas& source) {
     if (source.origin_ != origin_ || source.pixels_.Bounds() != pixels_.Bounds()) return;
     for (const IntRect& area : source.damage_.Rects())

@@ -45,6 +45,8 @@ public:
     void DrawDisc(BPoint center, float radius, rgb_color color);
     // Copies what both pictures have of the rectangle. The scales must be the same.
     void CopyFrom(const Canvas& source, BRect rect);
+    // Puts device pixels there, the first one at this point.
+    void CopyFrom(const PixelBuffer& source, BPoint leftTop);
 
     // The pixel that holds the point; the background outside the bounds.
     [[nodiscard]] rgb_color PixelAt(BPoint where) const;

@@ -1,0 +1,106 @@
+#include "Displays/Space/SpaceView.h"
+
+#include <cmath>
+
+#include "Displays/Space/SpaceDisplay.h"
+
+namespace {
+
+// Of the distance, for one notch of the wheel or one press of a key.
+constexpr double kZoomStep = 1.25;
+constexpr float kPanStep = 40.0f;  // pixels, for one press of an arrow key, as the next one
+constexpr float kTurnStep = 24.0f;
+constexpr float kWheelStep = 60.0f;  // pixels, for one notch of the wheel
+
+}  // namespace
+
+SpaceView::SpaceView(SpaceDisplay* display) : SpaceCanvas("space"), display_(display) {}
+
+void SpaceView::MouseDown(const MouseInput& input) {
+    const bool isSecond = (input.buttons & B_SECONDARY_MOUSE_BUTTON) != 0;
+    const bool isPrimary = (input.buttons & B_PRIMARY_MOUSE_BUTTON) != 0;
+    if (isPrimary && input.clicks > 1) {
+        EndDrag();
+        return display_->FollowBody(BodyAt(input.where));
+    }
+    if (!isPrimary && !isSecond) return;
+    drag_ = isSecond ? Drag::kPan : Drag::kTurn;
+    grabbed_ = input.inView;
+    SetPointer(Pointer::kClosedHand);
+}
+
+void SpaceView::MouseUp(const MouseInput& input) {
+    constexpr uint32 kBoth = B_PRIMARY_MOUSE_BUTTON | B_SECONDARY_MOUSE_BUTTON;
+    if ((input.buttons & kBoth) == 0) EndDrag();
+}
+
+void SpaceView::EndDrag() {
+    if (drag_ == Drag::kNone) return;
+    drag_ = Drag::kNone;
+    SetPointer(Pointer::kArrow);
+    display_->Repaint();  // as fine as it can be
+}
+
+void SpaceView::MouseMoved(const MouseInput& input, Transit /*transit*/) {
+    if (drag_ == Drag::kNone) return;
+    const BPoint way{input.inView.x - grabbed_.x, input.inView.y - grabbed_.y};
+    grabbed_ = input.inView;
+    if (drag_ == Drag::kPan)
+        display_->PanBy(-way.x, -way.y);
+    else
+        display_->Turn(way, (input.modifiers & B_SHIFT_KEY) != 0);
+}
+
+void SpaceView::WheelTurned(const WheelInput& input) {
+    // Some systems turn the wheel sideways with the Shift key.
+    if ((input.modifiers & B_SHIFT_KEY) != 0)
+        return display_->PanBy(-kWheelStep * input.stepsX, -kWheelStep * input.stepsY);
+    if (input.stepsY != 0.0f)
+        display_->ZoomAbout(input.where, std::pow(kZoomStep, static_cast<double>(input.stepsY)));
+}
+
+void SpaceView::Pinched(const PinchInput& input) {
+    display_->ZoomAbout(input.where, static_cast<double>(input.factor));
+}
+
+void SpaceView::FrameResized(BRect /*bounds*/) {
+    display_->Repaint();
+}
+
+void SpaceView::KeyDown(const KeyInput& input) {
+    const auto arrow = [&](float right, float down) {
+        if ((input.modifiers & B_SHIFT_KEY) != 0)
+            display_->PanBy(kPanStep * right, kPanStep * down);
+        else
+            display_->Turn({kTurnStep * right, kTurnStep * down}, true);
+    };
+    switch (input.key) {
+        case '+':
+        case '=':
+            return display_->ZoomAbout(Middle(), kZoomStep);
+        case '-':
+            return display_->ZoomAbout(Middle(), 1.0 / kZoomStep);
+        case B_LEFT_ARROW:
+            return arrow(-1.0f, 0.0f);
+        case B_RIGHT_ARROW:
+            return arrow(1.0f, 0.0f);
+        case B_UP_ARROW:
+            return arrow(0.0f, -1.0f);
+        case B_DOWN_ARROW:
+            return arrow(0.0f, 1.0f);
+        case 'x':
+        case 'X':
+            return display_->LookAlong(1);
+        case 'y':
+        case 'Y':
+            return display_->LookAlong(2);
+        case 'z':
+        case 'Z':
+            return display_->LookAlong(3);
+        case 'p':
+        case 'P':
+            return display_->TogglePerspective();
+        default:
+            display_->TakeTimeKey(input);
+    }
+}

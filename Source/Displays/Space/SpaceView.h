@@ -1,0 +1,32 @@
+// The view of a space display: what the user does with mouse and keyboard. Owned by its window;
+// threads as for CanvasView.
+#pragma once
+
+#include "Displays/Space/SpaceCanvas.h"
+
+class SpaceDisplay;
+
+class SpaceView : public SpaceCanvas {
+public:
+    explicit SpaceView(SpaceDisplay* display);
+
+    void MouseDown(const MouseInput& input) override;
+    void MouseUp(const MouseInput& input) override;
+    void MouseMoved(const MouseInput& input, Transit transit) override;
+    void WheelTurned(const WheelInput& input) override;
+    void Pinched(const PinchInput& input) override;
+    void KeyDown(const KeyInput& input) override;
+    void FrameResized(BRect bounds) override;
+
+    // The camera is being moved by the mouse.
+    [[nodiscard]] bool IsDragged() const { return drag_ != Drag::kNone; }
+
+private:
+    enum class Drag { kNone, kTurn, kPan };
+
+    void EndDrag();
+
+    SpaceDisplay* const display_;
+    Drag drag_ = Drag::kNone;
+    BPoint grabbed_;  // where in the view the mouse was last during a drag
+};

@@ -1,0 +1,21 @@
+// What a user does to the picture of a space display, done to the real widget. On the tests'
+// thread; a window is named by the beginning of its title.
+#pragma once
+
+#include <string>
+
+#include "Platform/Support/GraphicsDefs.h"
+
+namespace SpaceHand {
+
+enum class Button { kLeft, kRight };
+enum class Key { kLeft, kRight, kUp, kDown, kPlus, kMinus, kX, kY, kZ, kP };
+
+// From the middle of the picture, in pixels.
+void Drag(const std::string& title, Button button, BPoint way, bool withShift = false);
+void DoubleClick(const std::string& title, BPoint fromMiddle);
+// Notches away from the user.
+void TurnWheel(const std::string& title, BPoint fromMiddle, int notches, bool withShift = false);
+void Press(const std::string& title, Key key, bool withShift = false);
+
+}  // namespace SpaceHand
