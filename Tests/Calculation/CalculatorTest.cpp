@@ -39,6 +39,7 @@ public:
     double CutoffInUse() const override { return 0.0; }
     void AddWatcher(MotionWatcher* /*watcher*/) override {}
     void SetThreads(int32 /*threads*/) override {}
+    void SetRanks(Ranks* /*ranks*/) override {}
     int32 Calculate() override {
         const double* const c = coordinates_.data();
         const BodyArrays arrays = {{c, c, c}, {c, c, c}};
