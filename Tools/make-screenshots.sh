@@ -382,6 +382,21 @@ trails() {
     stop_program
 }
 
+space() {
+    cp "$examples/planets.orvek" "$desk/Documents/planets"
+    start_program planets
+    window planets >/dev/null
+    use planets
+    press ctrl+shift+j
+    use "Space of planets"
+    press ctrl+g
+    pause 6
+    press ctrl+g equal equal
+    pause 1
+    picture space "Space of planets"
+    stop_program
+}
+
 dark() {
     cat >"$XDG_CONFIG_HOME/kdeglobals" <<'END'
 [Colors:Window]
@@ -434,6 +449,7 @@ lesson_file
 lesson_collision
 planets
 trails
+space
 dark
 stop_screen
 start_screen 2800x2000

@@ -145,7 +145,7 @@ void SpaceDrawing::FindTrails(bool isCoarse, WorkerTeam* team) {
         const std::size_t end = list + 1 < first.size() ? first[list + 1] : scene_.trails.size();
         CurveStrokes strokes = MakeStrokes(&items_.strokes[before + list], isCoarse);
         for (std::size_t i = first[list]; i < end; i++) {
-            const StrokeShades shades(scene_.trails[i].color, options_.Sky());
+            const StrokeShades shades(options_.Seen(scene_.trails[i].color), options_.Sky());
             strokes.SetColor(shades);
             strokes.AddTrail(scene_.trails[i]);
         }
@@ -155,8 +155,9 @@ void SpaceDrawing::FindTrails(bool isCoarse, WorkerTeam* team) {
 void SpaceDrawing::FindOrbits() {
     CurveStrokes strokes = MakeStrokes(&items_.strokes.emplace_back(), false);
     for (const OrbitCurve& orbit : OrbitCurves(scene_.bodies)) {
-        const StrokeShades shades(scene_.bodies[static_cast<std::size_t>(orbit.body)].trailColor,
-                                  options_.Sky());
+        const StrokeShades shades(
+            options_.Seen(scene_.bodies[static_cast<std::size_t>(orbit.body)].trailColor),
+            options_.Sky());
         strokes.SetColor(shades, kOrbitStrength);
         strokes.AddCurve(orbit.dashes);
         const ThreeVector seen = map_.See(orbit.periapsis);
@@ -196,7 +197,7 @@ void SpaceDrawing::FindArrows(const std::vector<ThreeVector>& ways, double lengt
         const auto body = static_cast<std::size_t>(disc.body);
         const ThreeVector way = map_.SeeWay((scale_ * length / largest) * ways[body]);
         if (!IsFinite(way)) continue;
-        const StrokeShades shades(scene_.bodies[body].color, options_.Sky());
+        const StrokeShades shades(options_.Seen(scene_.bodies[body].color), options_.Sky());
         AddArrow(&strokes, disc.center, {disc.center.x + way.x, disc.center.y - way.y},
                  shades.At(strength));
     }

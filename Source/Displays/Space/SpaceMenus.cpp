@@ -24,7 +24,7 @@ constexpr Option kOptions[] = {
     {kToggleNames, &SpaceOptions::names, kLabelNames, kLabelNamesKey},
     {kToggleScaleBar, &SpaceOptions::scaleBar, kLabelScaleBar, 0},
     {kToggleTime, &SpaceOptions::time, kLabelShowTime, 0},
-    {FourCC("spli"), &SpaceOptions::ecliptic, kLabelEcliptic, 0},
+    {FourCC("spgd"), &SpaceOptions::ecliptic, kLabelEcliptic, 0},
     {FourCC("spax"), &SpaceOptions::axes, kLabelAxes, 0},
     {FourCC("spor"), &SpaceOptions::orbits, kLabelOrbits, 0},
     {FourCC("spve"), &SpaceOptions::velocities, kLabelVelocities, 0},

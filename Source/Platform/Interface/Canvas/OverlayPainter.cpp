@@ -48,7 +48,9 @@ QRectF ItemBox(const OverlayItem& item, QSizeF viewSize, BPoint leftTop) {
 }
 
 void DrawShadowed(QPainter* painter, const QRectF& box, const QString& text, const QColor& color) {
-    painter->setPen(QColor(0, 0, 0, 170));
+    // Dark texts stand on something light.
+    const int shadow = color.lightness() < 128 ? 255 : 0;
+    painter->setPen(QColor(shadow, shadow, shadow, 170));
     painter->drawText(box.translated(1.0, 1.0), Qt::AlignHCenter | Qt::AlignTop, text);
     painter->setPen(color);
     painter->drawText(box, Qt::AlignHCenter | Qt::AlignTop, text);
