@@ -132,7 +132,7 @@ TEST(RankHelper, SeriesAreTheSameBits) {
         };
         const Numbers alone = With(0, work);
         // More ranks than groups among them.
-        for (const int32 ranks : massive > 200 ? std::vector{3, 40} : std::vector{1, 2, 3, 5, 9})
+        for (const int32 ranks : massive > 200 ? std::vector{3} : std::vector{1, 2, 3, 9})
             EXPECT_EQ(With(ranks, work), alone) << ranks;
     }
 }

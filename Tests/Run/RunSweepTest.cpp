@@ -56,7 +56,7 @@ TEST_F(RunSweep, LinesAreThoseOfTheRunsThemselvesWhateverTheThreads) {
     const Table table = Parse(one.out);
     ASSERT_EQ(table.size(), 7u) << one.out;
     EXPECT_EQ(Cell(table, 3, "Light.v.y"), "25 km/s");
-    EXPECT_EQ(Cell(table, 4, "Heavy.mass"), "4000000000000000 kg");
+    EXPECT_EQ(Cell(table, 4, "Heavy.mass"), "4e+15 kg");
     for (const std::size_t line : {1u, 4u, 6u}) {
         const Outcome alone =
             RunProgram({"--for", "2 yr", "--order", "16", "--json", "--csv", Path("alone"),
@@ -98,8 +98,8 @@ TEST_F(RunSweep, AKilledSweepGoesOnAfterItsWholeLines) {
     // Killed, or told to stop, at work.
     for (const int signal : {SIGKILL, SIGTERM}) {
         std::filesystem::remove(path);
-        Arguments arguments = {"--sweep", "Light.v.y=20..30 km/s x 200",
-                               "--for",   "20 yr",
+        Arguments arguments = {"--sweep", "Light.v.y=20..30 km/s x 60",
+                               "--for",   "10 yr",
                                "--order", "16",
                                "--csv",   path,
                                "-q",      document_};
@@ -111,10 +111,10 @@ TEST_F(RunSweep, AKilledSweepGoesOnAfterItsWholeLines) {
         EXPECT_EQ(stopped.signal, signal == SIGKILL ? SIGKILL : 0);
         EXPECT_EQ(stopped.status, signal == SIGTERM ? 143 : -1);
         const std::string kept = Get(path);
-        EXPECT_LT(Parse(kept).size(), 201u);
+        EXPECT_LT(Parse(kept).size(), 61u);
         ASSERT_EQ(RunProgram(arguments).status, 0);
         EXPECT_EQ(Get(path).substr(0, kept.rfind('\n')), kept.substr(0, kept.rfind('\n')));
-        EXPECT_EQ(Parse(Get(path)).size(), 201u);
+        EXPECT_EQ(Parse(Get(path)).size(), 61u);
     }
 }
 
@@ -159,12 +159,12 @@ TEST_F(RunSweep, ValuesFromAFileMergersAndRunsThatCannotBe) {
     EXPECT_TRUE(table.at(1).size() < table.at(3).size() ||
                 outcome.out.find(",,,,,,,,,,,,,") != std::string::npos);
 
-    // Each value is possible alone, but a hyperbola has no positive semi-major axis.
+    // Each value is possible alone, but no hyperbola comes from behind its focus.
     const Outcome refused = RunProgram({"--sweep", "Light.orbit.e=0.1..2 x 2", "--sweep",
-                                        "Light.orbit.a=2e11..3e11 m x 2", "-n", "3", document_});
+                                        "Light.orbit.nu=0..150 deg x 2", "-n", "3", document_});
     ASSERT_EQ(refused.status, 0) << refused.err;
     const Table some = Parse(refused.out);
-    EXPECT_EQ(Cell(some, 2, "ending"), "done");
+    EXPECT_EQ(Cell(some, 3, "ending"), "done");
     EXPECT_EQ(Cell(some, 4, "ending"), "refused") << refused.out;
     EXPECT_EQ(some.at(4).size(), some.at(0).size());
 }
