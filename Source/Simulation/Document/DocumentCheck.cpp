@@ -108,6 +108,10 @@ DocumentError CheckRecord(const BMessage& record) {
     return CheckNested(record, {"Epochs", "History"});
 }
 
+DocumentError CheckHistory(const BMessage& record) {
+    return CheckNested(record, {});
+}
+
 DocumentError CheckEpochRecord(const BMessage& archive) {
     return CheckNested(archive, {"Children", "Calc"});
 }

@@ -11,6 +11,8 @@ class BMessage;
 // document without its epochs and what is kept of its runs, and of an epoch without its children
 // and the calculator's state.
 DocumentError CheckRecord(const BMessage& record);
+// Of what is kept of runs, all of it.
+DocumentError CheckHistory(const BMessage& record);
 DocumentError CheckEpochRecord(const BMessage& archive);
 
 // The first fault: a time, position, velocity, mass or radius that is not finite; an

@@ -101,7 +101,9 @@ DocumentError SimulationDocument::Load(const BMessage& record) {
     if (DocumentError error = FindEpochs(record); error.Failed()) return error;
     FindSimInfo(record);
     windowFields_ = ExtractWindowFields(record);
-    if (record.FindMessage(kHistoryField, &history_) != B_OK) history_.MakeEmpty();
+    // What is damaged could not be written again, either.
+    if (record.FindMessage(kHistoryField, &history_) != B_OK || CheckHistory(history_).Failed())
+        history_.MakeEmpty();
     return {};
 }
 

@@ -183,3 +183,26 @@ TEST(SavedHistory, ADamagedOneCountsAsMissing) {
     HistoryRun odd(document);
     EXPECT_TRUE(odd.document.History().IsEmpty());
 }
+
+// Nor is it in the way of the document, which can be saved again without it.
+TEST(SavedHistory, ADocumentWithADamagedOneIsReadAndSaved) {
+    HistoryRun first({{1.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0}});
+    first.Run(5000);
+    std::vector<std::byte> bytes;
+    ASSERT_EQ(Saved(&first).Flatten(&bytes), B_OK);
+    const std::string text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string magic = text.substr(0, 4);
+    int32 damaged = 0;
+    for (std::size_t at = text.find(magic, text.find(SimulationDocument::kHistoryField));
+         at != std::string::npos; at = text.find(magic, at + 1)) {
+        std::vector<std::byte> file = bytes;
+        file[at] = std::byte{0};
+        BMessage record;
+        ASSERT_EQ(record.Unflatten(file.data(), file.size()), B_OK);
+        HistoryRun again(record);
+        EXPECT_TRUE(again.document.History().IsEmpty());
+        EXPECT_EQ(again.Record().Flatten(&file), B_OK);
+        damaged++;
+    }
+    EXPECT_GT(damaged, 5);
+}
