@@ -15,6 +15,9 @@ using Finding = RunHistory::Finding;
 
 namespace {
 
+// Of the way.
+constexpr double kLittle = 1e-9;
+
 std::unique_ptr<Epoch> CopyOf(const AbEpoch& epoch) {
     std::unique_ptr<AbEpoch> copy(epoch.Copy());
     if (dynamic_cast<Epoch*>(copy.get()) == nullptr) return std::make_unique<Epoch>();
@@ -61,12 +64,19 @@ Finding RunRemake::Make(const RunHistory::Progress& progress) {
     Begin();
     const double start = side_.Time();
     const double way = end_->Time() - start;
+    bool hasGoneOn = false;
     for (bool isHeld = false;; isHeld = true) {
         touching_.clear();
         if (!side_.Run(isHeld, [&] { return progress((side_.Time() - start) / way); }))
             return Finding::kCancelled;
         if (HasArrived()) return Finding::kFound;
-        if (!Merge()) return Finding::kLost;
+        if (!Merge()) {
+            if (hasGoneOn || !IsThere()) return Finding::kLost;
+            // Where bodies touch at its end that may lie behind the time by less than this tells.
+            side_.GetCalculator()->SetRunLimit(0, end_->Time() + kLittle * way);
+            hasGoneOn = true;
+            continue;
+        }
         // It may have ended with the merger.
         if (IsThere()) return HasArrived() ? Finding::kFound : Finding::kLost;
     }

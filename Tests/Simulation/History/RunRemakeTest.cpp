@@ -117,6 +117,26 @@ TEST(RunRemake, ARunThatGoesBackIsMadeAgain) {
     EXPECT_EQ(again.CountWrong(first.recorder.reports, 31), 0);
 }
 
+// The root at which bodies touch is found more exactly than the time of that report tells.
+TEST(RunRemake, ARunThatEndsWhereBodiesTouchIsMadeAgain) {
+    for (const double start : {20.0, 20.3, 21.7, 23.1}) {
+        SCOPED_TRACE(start);
+        HistoryRun::Settings settings;
+        settings.order = 16;
+        settings.cutoff = 1e-14;
+        HistoryRun first({{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},
+                          {2e-6, start, 0.0, 0.0, 0.2, 0.5},
+                          {1e-6, start, 1.9, 0.0, 0.1, 0.5}},
+                         settings);
+        first.control.UnPause();
+        while (!first.document.GetCalculator()->HasStoppedItself())
+            snooze(1000);
+        first.control.Pause();
+        Reopened again(first.Record());
+        EXPECT_EQ(again.Make(), Finding::kFound);
+    }
+}
+
 TEST(RunRemake, ARunThatDoesNotArriveIsNotKeptAndItsEndStays) {
     HistoryRun first(TwoCollisions());
     first.Run(50'000);
