@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
@@ -19,7 +20,7 @@ constexpr double kLongRate = 1e3;
 constexpr double kMaxRate = 1e12;
 constexpr float kLineSpacing = 2.0f;
 // A narrower line has no width yet.
-constexpr float kLeastWidth = 50.0f;
+constexpr float kMinWidth = 50.0f;
 
 // Rounded to three digits, and without an exponent as long as that can be read.
 std::string RateText(double rate) {
@@ -33,47 +34,12 @@ std::string ErrorText(double error) {
     return print_double(std::fabs(error), 1);
 }
 
-// Breaks the text at its spaces, and within a word (a path) that is longer than a line.
-std::string Broken(const std::string& text, float width) {
-    const BFont font;
-    std::string done;
-    std::string line;
-    for (std::size_t at = 0; at < text.size();) {
-        std::size_t end = at + 1;
-        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
-            end++;
-        const std::size_t letter = line.size();
-        line.append(text, at, end - at);
-        at = end;
-        if (line.find_first_not_of(' ') == std::string::npos || font.StringWidth(line) <= width)
-            continue;
-        const std::size_t space = line.find_last_of(' ');
-        const std::size_t cut = space != std::string::npos ? space + 1 : letter;
-        if (cut == 0 || cut == line.size()) continue;
-        done += line.substr(0, cut) + '\n';
-        line.erase(0, cut);
-    }
-    return done + line;
-}
-
-// Breaks it between figures, and within one that is longer than a line.
-std::string BrokenBetween(const std::string& text, const std::string& separator, float width) {
-    const BFont font;
-    std::string done;
-    std::string line;
-    for (std::size_t at = 0; at <= text.size();) {
-        const std::size_t end = std::min(text.find(separator, at), text.size());
-        const std::string figure = text.substr(at, end - at);
-        at = end + separator.size();
-        const std::string longer = line.empty() ? figure : line + separator + figure;
-        if (!line.empty() && font.StringWidth(longer) > width) {
-            done += Broken(line, width) + '\n';
-            line = figure;
-        } else {
-            line = longer;
-        }
-    }
-    return done + Broken(line, width);
+// The letter that begins there, in the bytes of its code.
+std::string LetterAt(const std::string& text, std::size_t at) {
+    std::size_t end = at + 1;
+    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
+        end++;
+    return text.substr(at, end - at);
 }
 
 }  // namespace
@@ -126,7 +92,7 @@ bool StatusLine::ShowFigures() {
     const std::string text = bodies_ + run_ + advice_;
     const float width = figuresView_->Bounds().Width();
     std::string lines =
-        width < kLeastWidth
+        width < kMinWidth
             ? text
             : BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width);
     const auto breaks = std::ranges::count(lines, '\n');
@@ -182,4 +148,68 @@ bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {
     message_->SetToolTip(text.c_str());
     const auto breaks = std::ranges::count(lines, '\n');
     return std::exchange(breaks_, breaks) != breaks;
+}
+
+// --- Lines ---
+
+StatusLine::LetterWidths::LetterWidths() {
+    std::vector<std::string> letters;
+    for (char letter = ' '; letter <= '~'; letter++)
+        letters.emplace_back(1, letter);
+    const std::vector<float> widths = BFont().StringWidths(letters);
+    for (std::size_t i = 0; i < widths.size(); i++)
+        widths_[letters[i]] = widths[i];
+}
+
+float StatusLine::LetterWidths::Of(const std::string& letter) {
+    const auto known = widths_.find(letter);
+    if (known != widths_.end()) return known->second;
+    const std::vector<float> widths = BFont().StringWidths({letter});
+    return widths_[letter] = widths.empty() ? 0.0f : widths.front();
+}
+
+float StatusLine::WidthOf(const std::string& text) {
+    float width = 0.0f;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::string letter = LetterAt(text, at);
+        width += letters_.Of(letter);
+        at += letter.size();
+    }
+    return width;
+}
+
+std::string StatusLine::Broken(const std::string& text, float width) {
+    std::string done;
+    std::string line;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t before = line.size();
+        line += LetterAt(text, at);
+        at += line.size() - before;
+        if (line.find_first_not_of(' ') == std::string::npos || WidthOf(line) <= width) continue;
+        const std::size_t space = line.find_last_of(' ');
+        const std::size_t cut = space != std::string::npos ? space + 1 : before;
+        if (cut == 0 || cut == line.size()) continue;
+        done += line.substr(0, cut) + '\n';
+        line.erase(0, cut);
+    }
+    return done + line;
+}
+
+std::string StatusLine::BrokenBetween(const std::string& text, const std::string& separator,
+                                      float width) {
+    std::string done;
+    std::string line;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, at), text.size());
+        const std::string figure = text.substr(at, end - at);
+        at = end + separator.size();
+        const std::string longer = line.empty() ? figure : line + separator + figure;
+        if (!line.empty() && WidthOf(longer) > width) {
+            done += Broken(line, width) + '\n';
+            line = figure;
+        } else {
+            line = longer;
+        }
+    }
+    return done + Broken(line, width);
 }

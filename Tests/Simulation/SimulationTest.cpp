@@ -280,7 +280,7 @@ TEST_F(SimulationTest, FiguresOfARunAreBrokenIntoAsManyLinesAsTheyTake) {
     const float width = simulation.WidthOf("Figures");
     std::istringstream lines(figures);
     for (std::string line; std::getline(lines, line);)
-        EXPECT_LE(BFont().StringWidth(line), width) << line;
+        EXPECT_LE(BFont().StringWidths({line}).front(), width) << line;
     EXPECT_GT(std::ranges::count(figures, '\n'), 0);
     EXPECT_GT(simulation->Frame().Height(), height);
 }

@@ -11,10 +11,13 @@ float BFont::Size() const {
         [] { return static_cast<float>(QFontInfo(QApplication::font()).pixelSize()); });
 }
 
-float BFont::StringWidth(const std::string& text) const {
-    return WindowServer::Ask([&text] {
+std::vector<float> BFont::StringWidths(const std::vector<std::string>& texts) const {
+    return WindowServer::Ask([&texts] {
         const QFontMetricsF metrics(QApplication::font());
-        return static_cast<float>(metrics.horizontalAdvance(ToText(text)));
+        std::vector<float> widths;
+        for (const std::string& text : texts)
+            widths.push_back(static_cast<float>(metrics.horizontalAdvance(ToText(text))));
+        return widths;
     });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Platform/Support/SupportDefs.h"
 
@@ -15,6 +16,6 @@ struct font_height {
 class BFont {
 public:
     [[nodiscard]] float Size() const;
-    [[nodiscard]] float StringWidth(const std::string& text) const;
+    [[nodiscard]] std::vector<float> StringWidths(const std::vector<std::string>& texts) const;
     [[nodiscard]] font_height Height() const;
 };
