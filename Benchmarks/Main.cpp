@@ -23,7 +23,7 @@ constexpr Topic kTopics[] = {
     {"prototype", BenchPrototype},
 #endif
 #ifdef ORVEK_GUI
-    {"displays", BenchDisplays}, {"space", BenchSpace},
+    {"displays", BenchDisplays},   {"space", BenchSpace},
 #endif
 };
 

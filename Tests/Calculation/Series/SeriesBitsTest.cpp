@@ -18,7 +18,7 @@ struct Count {
 };
 constexpr Count kCounts[] = {{2, 2},     {3, 3},   {4, 4},   {5, 5},    {7, 7},     {8, 8},
                              {9, 9},     {13, 13}, {16, 16}, {17, 17},  {33, 33},   {100, 100},
-                             {300, 280}, {4, 1},   {30, 3},  {200, 10}, {120, 100}, {40, 17}};
+                             {260, 250}, {4, 1},   {30, 3},  {200, 10}, {120, 100}, {40, 17}};
 
 class SeriesBitsTest : public testing::TestWithParam<Count> {
 protected:
@@ -68,6 +68,8 @@ protected:
 
 TEST_P(SeriesBitsTest, AreThoseOfEveryMachineAndNumberOfThreads) {
     for (const int32 order : {8, 16, 24}) {
+        // These take long, and differ from fewer bodies in what threads share.
+        if (GetParam().massive > 200 && order != 16) continue;
         SeriesStepper one(1);
         const uint64 digest = Run(&one, order);
         ASSERT_NE(digest, 0u);
