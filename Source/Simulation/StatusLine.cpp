@@ -56,6 +56,10 @@ StatusLine::StatusLine(const ProgramResources* resources)
         view->SetExplicitMinSize(1.0f, -1.0f);
         AddChild(view);
     }
+    std::string letters = resources_->InterfaceLabel(kTextBetweenFigures);
+    for (char letter = ' '; letter <= '~'; letter++)
+        letters += letter;
+    static_cast<void>(letters_.Of(letters));
     ShowBodies(0);
 }
 
@@ -90,11 +94,10 @@ bool StatusLine::ShowAdvice(const std::string& advice) {
 
 bool StatusLine::ShowFigures() {
     const std::string text = bodies_ + run_ + advice_;
-    const float width = figuresView_->Bounds().Width();
     std::string lines =
-        width < kMinWidth
+        width_ < kMinWidth
             ? text
-            : BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width);
+            : BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width_);
     const auto breaks = std::ranges::count(lines, '\n');
     const bool isHigher = breaks > figureBreaks_;
     figureBreaks_ = std::max(figureBreaks_, breaks);
@@ -109,12 +112,14 @@ bool StatusLine::ShowMessage(const std::string& text) {
 }
 
 bool StatusLine::ShowInFull(const std::string& text) {
-    const bool isOtherHeight = ShowLines(text, Broken(text, message_->Bounds().Width()));
+    if (width_ < kMinWidth) width_ = message_->Bounds().Width();
+    const bool isOtherHeight = ShowLines(text, Broken(text, width_));
     inFull_ = text;
     return isOtherHeight;
 }
 
 bool StatusLine::BreakAnew() {
+    width_ = figuresView_->Bounds().Width();
     const bool isHigher = ShowFigures();
     if (inFull_.empty()) return isHigher;
     const std::string text = inFull_;
@@ -152,27 +157,23 @@ bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {
 
 // --- Lines ---
 
-StatusLine::LetterWidths::LetterWidths() {
+void StatusLine::LetterWidths::Learn(const std::string& text) {
     std::vector<std::string> letters;
-    for (char letter = ' '; letter <= '~'; letter++)
-        letters.emplace_back(1, letter);
+    for (std::size_t at = 0; at < text.size(); at += letters.back().size())
+        letters.push_back(LetterAt(text, at));
+    std::erase_if(letters, [this](const std::string& letter) { return widths_.contains(letter); });
+    if (letters.empty()) return;
     const std::vector<float> widths = BFont().StringWidths(letters);
     for (std::size_t i = 0; i < widths.size(); i++)
         widths_[letters[i]] = widths[i];
 }
 
-float StatusLine::LetterWidths::Of(const std::string& letter) {
-    const auto known = widths_.find(letter);
-    if (known != widths_.end()) return known->second;
-    const std::vector<float> widths = BFont().StringWidths({letter});
-    return widths_[letter] = widths.empty() ? 0.0f : widths.front();
-}
-
-float StatusLine::WidthOf(const std::string& text) {
+float StatusLine::LetterWidths::Of(const std::string& text) {
+    Learn(text);
     float width = 0.0f;
     for (std::size_t at = 0; at < text.size();) {
         const std::string letter = LetterAt(text, at);
-        width += letters_.Of(letter);
+        width += widths_[letter];
         at += letter.size();
     }
     return width;
@@ -185,7 +186,8 @@ std::string StatusLine::Broken(const std::string& text, float width) {
         const std::size_t before = line.size();
         line += LetterAt(text, at);
         at += line.size() - before;
-        if (line.find_first_not_of(' ') == std::string::npos || WidthOf(line) <= width) continue;
+        if (line.find_first_not_of(' ') == std::string::npos || letters_.Of(line) <= width)
+            continue;
         const std::size_t space = line.find_last_of(' ');
         const std::size_t cut = space != std::string::npos ? space + 1 : before;
         if (cut == 0 || cut == line.size()) continue;
@@ -204,7 +206,7 @@ std::string StatusLine::BrokenBetween(const std::string& text, const std::string
         const std::string figure = text.substr(at, end - at);
         at = end + separator.size();
         const std::string longer = line.empty() ? figure : line + separator + figure;
-        if (!line.empty() && WidthOf(longer) > width) {
+        if (!line.empty() && letters_.Of(longer) > width) {
             done += Broken(line, width) + '\n';
             line = figure;
         } else {

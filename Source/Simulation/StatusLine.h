@@ -42,10 +42,11 @@ private:
     // times a second, and nobody waits for the window server then.
     class LetterWidths {
     public:
-        LetterWidths();
-        [[nodiscard]] float Of(const std::string& letter);
+        [[nodiscard]] float Of(const std::string& text);
 
     private:
+        void Learn(const std::string& text);
+
         std::unordered_map<std::string, float> widths_;
     };
 
@@ -54,7 +55,6 @@ private:
     // Breaks it between figures, and within one that is longer than a line.
     [[nodiscard]] std::string BrokenBetween(const std::string& text, const std::string& separator,
                                             float width);
-    [[nodiscard]] float WidthOf(const std::string& text);
     bool ShowFigures();
     bool ShowLines(const std::string& text, const std::string& lines);
 
@@ -62,6 +62,7 @@ private:
     BStringView* const figuresView_;
     BStringView* const message_;
     LetterWidths letters_;
+    float width_ = 0.0f;  // of both, when it was last asked for; 0: not yet
     std::string bodies_;
     std::string advice_;
     std::string run_;
