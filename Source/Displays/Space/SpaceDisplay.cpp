@@ -205,6 +205,7 @@ void SpaceDisplay::TakeBodies(const std::vector<Body*>& bodies) {
     }
     shown_.TakeTime(false);
     scene_.time = shown_.Time();
+    scene_.edited = Epoch()->FocusSystem()->ID();
     units_.time = shown_.TimeUval();
     if (shown_.TakeLabels(bodies)) menus_->ShowSystems(shown_.Labels(), fields_.followed);
     TakeReference(bodies);
@@ -343,6 +344,13 @@ void SpaceDisplay::Follow(int64 system) {
 void SpaceDisplay::FollowBody(int32 body) {
     if (body >= 0 && body < static_cast<int32>(scene_.bodies.size()))
         Follow(scene_.bodies[static_cast<std::size_t>(body)].id);
+}
+
+void SpaceDisplay::EditBody(int32 body) {
+    if (body < 0 || body >= static_cast<int32>(scene_.bodies.size())) return;
+    BMessage edit(kEditBody);
+    edit.AddInt64(kBodyIDField, scene_.bodies[static_cast<std::size_t>(body)].id);
+    SendToOwner(edit);
 }
 
 void SpaceDisplay::ToggleOption(bool SpaceOptions::*option) {

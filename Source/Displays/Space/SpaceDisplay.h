@@ -69,6 +69,8 @@ public:
     void Follow(int64 system);
     // -1: nothing.
     void FollowBody(int32 body);
+    // The owner's settings become those of this body; -1: nothing happens.
+    void EditBody(int32 body);
     // Shows things as they are now.
     void Repaint();
     // A key that the view does not take for itself.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "Displays/Projection/Projection.h"
 #include "Displays/Space/EclipticGrid.h"
@@ -18,6 +19,7 @@ constexpr double kAccelerationLength = 40.0;
 constexpr double kHead = 6.0;
 constexpr double kAxisLength = 26.0;
 constexpr double kAxesInset = 52.0;
+constexpr double kRingGap = 4.0;
 constexpr double kPeriapsisMark = 3.0;
 
 constexpr double kGridStrength = 0.4;
@@ -59,6 +61,7 @@ void SpaceDrawing::Find(bool isCoarse, WorkerTeam* team) {
             velocities.push_back(body.velocity);
         FindArrows(velocities, kVelocityLength, 1.0);
     }
+    FindRing();
     if (options_.axes) FindAxes();
 }
 
@@ -200,6 +203,23 @@ void SpaceDrawing::FindArrows(const std::vector<ThreeVector>& ways, double lengt
         const StrokeShades shades(options_.Seen(scene_.bodies[body].color), options_.Sky());
         AddArrow(&strokes, disc.center, {disc.center.x + way.x, disc.center.y - way.y},
                  shades.At(strength));
+    }
+}
+
+// Around the body that is being edited.
+void SpaceDrawing::FindRing() {
+    constexpr int32 kSides = 40;
+    CurveStrokes strokes = MakeStrokes(&items_.strokes.emplace_back(), false);
+    for (const Disc& disc : discs_) {
+        if (scene_.bodies[static_cast<std::size_t>(disc.body)].id != scene_.edited) continue;
+        const double radius = disc.radius + scale_ * kRingGap;
+        const auto at = [&](int32 side) {
+            const double angle = 2.0 * std::numbers::pi * side / kSides;
+            return Point{disc.center.x + radius * std::cos(angle),
+                         disc.center.y + radius * std::sin(angle)};
+        };
+        for (int32 side = 0; side < kSides; side++)
+            strokes.AddFlat(at(side), at(side + 1), ToPixel(options_.Text()), SpaceLayer::kBefore);
     }
 }
 

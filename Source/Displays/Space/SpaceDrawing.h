@@ -47,6 +47,7 @@ private:
     void FindTrails(bool isCoarse, WorkerTeam* team);
     void FindOrbits();
     void FindArrows(const std::vector<ThreeVector>& ways, double length, double strength);
+    void FindRing();
     void FindAxes();
     void AddArrow(CurveStrokes* strokes, SpaceMap::Point from, SpaceMap::Point to,
                   Pixel color) const;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Displays/Trajectories/KeptTrails.h"
+#include "Model/Epochs/EpochLimits.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Support/GraphicsDefs.h"
@@ -32,6 +33,7 @@ struct SpaceScene {
     std::vector<SpaceBody> bodies;  // in mass order
     std::vector<KeptTrails::Trail> trails;
     double time = 0.0;                       // s
+    int64 edited = kNoSystemID;              // that body has a ring around it
     double lengthUnit = POSITION_UVAL_PREF;  // m, in which the user reads places
 
     // Takes over bodies in mass order. The caller holds the model's read lock.

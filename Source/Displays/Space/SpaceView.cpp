@@ -10,6 +10,8 @@ namespace {
 constexpr double kZoomStep = 1.25;
 constexpr float kPanStep = 40.0f;  // pixels, for one press of an arrow key, as the next one
 constexpr float kTurnStep = 24.0f;
+// A hand that moves less has clicked.
+constexpr float kClick = 4.0f;       // pixels
 constexpr float kWheelStep = 60.0f;  // pixels, for one notch of the wheel
 
 }  // namespace
@@ -26,12 +28,16 @@ void SpaceView::MouseDown(const MouseInput& input) {
     if (!isPrimary && !isSecond) return;
     drag_ = isSecond ? Drag::kPan : Drag::kTurn;
     grabbed_ = input.inView;
+    isClick_ = isPrimary;
     SetPointer(Pointer::kClosedHand);
 }
 
 void SpaceView::MouseUp(const MouseInput& input) {
     constexpr uint32 kBoth = B_PRIMARY_MOUSE_BUTTON | B_SECONDARY_MOUSE_BUTTON;
-    if ((input.buttons & kBoth) == 0) EndDrag();
+    if ((input.buttons & kBoth) != 0) return;
+    const bool isClick = isClick_ && drag_ == Drag::kTurn;
+    EndDrag();
+    if (isClick) display_->EditBody(BodyAt(input.where));
 }
 
 void SpaceView::EndDrag() {
@@ -44,6 +50,8 @@ void SpaceView::EndDrag() {
 void SpaceView::MouseMoved(const MouseInput& input, Transit /*transit*/) {
     if (drag_ == Drag::kNone) return;
     const BPoint way{input.inView.x - grabbed_.x, input.inView.y - grabbed_.y};
+    if (isClick_ && std::abs(way.x) + std::abs(way.y) < kClick) return;
+    isClick_ = false;
     grabbed_ = input.inView;
     if (drag_ == Drag::kPan)
         display_->PanBy(-way.x, -way.y);

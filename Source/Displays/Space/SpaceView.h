@@ -28,5 +28,6 @@ private:
 
     SpaceDisplay* const display_;
     Drag drag_ = Drag::kNone;
-    BPoint grabbed_;  // where in the view the mouse was last during a drag
+    BPoint grabbed_;        // where in the view the mouse was last during a drag
+    bool isClick_ = false;  // the mouse has hardly moved since
 };

@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "Displays/Space/SpaceView.h"
+#include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/History/RunHistory.h"
@@ -131,6 +132,15 @@ TEST_F(SpaceDisplayTest, TheWheelZoomsAboutThePointerAndADoubleClickFollows) {
     document_.Run(200);
     ::Settle(display_);
     EXPECT_NEAR(PlaceOf(1).x, 0.0f, 1.0f);
+}
+
+TEST_F(SpaceDisplayTest, AClickAsksToEditTheBodyAndTurnsNothing) {
+    const Camera before = GetCamera();
+    SpaceHand::Click(kTitle, PlaceOf(0));
+    int64 body = kNoSystemID;
+    EXPECT_EQ(document_.owner->WaitFor(kEditBody).FindInt64(kBodyIDField, &body), B_OK);
+    EXPECT_EQ(body, Locked([&] { return display_->Scene().bodies[0].id; }));
+    EXPECT_EQ(GetCamera(), before);
 }
 
 TEST_F(SpaceDisplayTest, KeysDoWhatTheMouseDoes) {

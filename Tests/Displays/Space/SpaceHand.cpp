@@ -60,6 +60,17 @@ void Drag(const std::string& title, Button button, BPoint way, bool withShift) {
     });
 }
 
+// With a hand that trembles.
+void Click(const std::string& title, BPoint fromMiddle) {
+    WindowServer::Perform([&] {
+        QWidget* const picture = FindPicture(title);
+        const QPoint place = Place(*picture, fromMiddle);
+        QTest::mousePress(picture, Qt::LeftButton, Qt::NoModifier, place);
+        Move(picture, place + QPoint(1, 1), Qt::LeftButton, false);
+        QTest::mouseRelease(picture, Qt::LeftButton, Qt::NoModifier, place);
+    });
+}
+
 void DoubleClick(const std::string& title, BPoint fromMiddle) {
     WindowServer::Perform([&] {
         QWidget* const picture = FindPicture(title);

@@ -13,6 +13,7 @@ enum class Key { kLeft, kRight, kUp, kDown, kPlus, kMinus, kX, kY, kZ, kP };
 
 // From the middle of the picture, in pixels.
 void Drag(const std::string& title, Button button, BPoint way, bool withShift = false);
+void Click(const std::string& title, BPoint fromMiddle);
 void DoubleClick(const std::string& title, BPoint fromMiddle);
 // Notches away from the user.
 void TurnWheel(const std::string& title, BPoint fromMiddle, int notches, bool withShift = false);

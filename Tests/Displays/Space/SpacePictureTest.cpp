@@ -172,6 +172,11 @@ TEST(SpacePictureTest, LightComesFromTheStar) {
     const auto radius = static_cast<int32>(map.Scale() * 1e10 * 0.7);
     const Pixel* const row = pixels.Row(kHeight / 2);
     EXPECT_GT(ToColor(row[kWidth / 2 - radius]).green, 2 * ToColor(row[kWidth / 2 + radius]).green);
+    // Around the one that is edited there is a ring.
+    const int32 without = CountDrawn(pixels);
+    scene.edited = 1;
+    EXPECT_GT(CountDrawn(Draw(scene, camera, Bare())), without + 50);
+    scene.edited = kNoSystemID;
     // Small bodies are seen all the same.
     scene.bodies[1].radius = 1.0;
     EXPECT_GE(
