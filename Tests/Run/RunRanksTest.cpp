@@ -103,7 +103,7 @@ TEST_F(RunRanks, AnyNumberHasTheBitsOfOneProcess) {
 TEST_F(RunRanks, OneThatDiesEndsAllAndItsCheckpointGoesOn) {
     const std::string document = PutCluster(210, 0);
     const std::string saved = Path("saved");
-    const Arguments run = {"-n", "60", "--order", "8", "--json", "-q", "-o", saved, document};
+    const Arguments run = {"-n", "120", "--order", "8", "--json", "-q", "-o", saved, document};
     const Outcome whole = RunProgram(run);
     ASSERT_EQ(whole.status, 0) << whole.err;
     Arguments endless = run;
