@@ -132,7 +132,7 @@ fill_in() {  # TITLE ENTRY TEXT
 set_pace() {  # TITLE TEXT
     click "$1" 90 "$(($(height "$1") - 68))" 3
     type_text "$2"
-    press Return
+    press Return Tab
 }
 
 height() {  # TITLE
@@ -291,7 +291,7 @@ lesson_display() {
     convert "$desk/scale.png" "$desk/axis.png" -background white -gravity north +smush 12 "$desk/dialogs.png"
     keep scale-axis "$desk/dialogs.png"
     press ctrl+g
-    pause 5
+    pause 9
     press ctrl+g
     pause 1
     picture moon "Projection of $N"
@@ -306,7 +306,7 @@ lesson_what_if() {
     fill_in "$N" vy "13 km/s"
     use "Projection of $N"
     press ctrl+g
-    pause 7
+    pause 3
     press ctrl+g
     pause 1
     press alt+v Down Down Down Down Right Up Up Return
@@ -338,6 +338,8 @@ lesson_file() {
 lesson_collision() {
     start_program
     window "$N" >/dev/null
+    use "$N"
+    press ctrl+b
     choose "$N" 71 BoskVeld
     fill_in "$N" vx 0
     fill_in "$N" vy 0
@@ -345,7 +347,7 @@ lesson_collision() {
     set_pace "Projection of $N" "30 d"
     use "$N"
     press ctrl+g
-    pause 8
+    pause 9
     press ctrl+g
     pause 1
     picture merged "$N"

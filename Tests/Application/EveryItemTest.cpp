@@ -28,7 +28,8 @@ std::string Kind(std::string item) {
     // Each body has one.
     if (item.starts_with("View/Follow/")) item = "View/Follow/";
     // And each epoch.
-    if (item.find(", run ") != std::string::npos) item = "View/Compare With/";
+    if (item.starts_with("View/Compare With/") && item.find(", ") != std::string::npos)
+        item = "View/Compare With/";
     return item;
 }
 

@@ -27,6 +27,15 @@ protected:
     static Body* BodyOf(Epoch* epoch, int64 id) {
         return static_cast<Body*>(epoch->SystemFromID(id));
     }
+    static void PutCenterAtOrigin(Epoch* epoch) {
+        MassSystem* const all = epoch->RootSystem();
+        const ThreeVector place = all->Position(), speed = all->Velocity();
+        for (int32 i = 0; i < all->CountChildren(); i++) {
+            MassSystem* const body = all->ChildAt(i);
+            body->SetPosition(body->Position() - place);
+            body->SetVelocity(body->Velocity() - speed);
+        }
+    }
     static std::string Describe(const Epoch* one, const Epoch* other) {
         return DescribeDifferences({one, "one"}, {other, "other"}, TestContext());
     }
@@ -53,7 +62,7 @@ TEST_F(EpochDifferencesTest, AreTheEditsSinceTheEpochsParted) {
     const std::string gone = BodyOf(edited, moon)->Name();
     Body* const body = BodyOf(edited, planet);
     body->SetM(2.0 * body->M());
-    body->SetPosition(body->Position() + ThreeVector{0.001, 0.0, 0.0});
+    body->SetPosition(body->Position() + ThreeVector{0.5, 0.0, 0.0});
     body->SetVelocity(body->Velocity() + ThreeVector{0.0, 1000.0, 0.0});
     body->SetName("Dune");
     const std::unique_ptr<MassSystem> doomed(BodyOf(edited, moon));
@@ -64,10 +73,17 @@ TEST_F(EpochDifferencesTest, AreTheEditsSinceTheEpochsParted) {
     const std::string text = Describe(run, RunBelow(edited));
     for (const char* const line :
          {"on the way to other:", "renamed to Dune", "Dune: Mass: ",
-          "Dune was moved by 0.001; 0; 0 m", "Dune: the velocity was changed by 0; 1; 0 km/s",
+          "Dune was moved by 0.5; 0; 0 m", "Dune: the velocity was changed by 0; 1; 0 km/s",
           "Comet was added", "Order: 16 instead of 4", "touch: they pass instead of they merge"})
         EXPECT_NE(text.find(line), std::string::npos) << line << '\n' << text;
     EXPECT_NE(text.find(gone + " was removed"), std::string::npos) << text;
+    // What a branch from a run begins with: the center of mass at the origin, which moves all.
+    EXPECT_EQ(text.find("center of mass"), std::string::npos) << text;
+    Epoch* const centered = CopyBelow(start_);
+    PutCenterAtOrigin(centered);
+    EXPECT_EQ(Describe(run, centered),
+              "Since they parted, on the way to other:\n"
+              "    The center of mass was put at the origin\n\n");
     // What ran did nothing else.
     EXPECT_EQ(text.find("on the way to one:"), std::string::npos) << text;
 }

@@ -71,8 +71,10 @@ std::vector<CompareMenu::Row> CompareMenu::ReadRows(EpochPortal* portal) const {
         if (&epoch == portal->FocusEpoch()) continue;
         const std::string time = print_double(epoch.Time() / epoch.TimeUval(), kTimeDigits) + ' ' +
                                  context_.timeUnits->Abbreviation(epoch.TimeUval());
-        rows.push_back({&epoch, FillIn(context_.texts->Label(kTextRunOfEpoch),
-                                       {now.name, std::to_string(now.runs), time})});
+        rows.push_back({&epoch, now.runs == 0
+                                    ? FillIn(context_.texts->Label(kTextEpochAt), {now.name, time})
+                                    : FillIn(context_.texts->Label(kTextRunOfEpoch),
+                                             {now.name, std::to_string(now.runs), time})});
     }
     return rows;
 }

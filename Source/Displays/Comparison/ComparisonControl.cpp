@@ -1,5 +1,7 @@
 #include "Displays/Comparison/ComparisonControl.h"
 
+#include <utility>
+
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Comparison/DifferencesWindow.h"
 #include "Displays/Comparison/EpochDifferences.h"
@@ -87,7 +89,7 @@ void ComparisonControl::ShowDifferences() const {
 
 void ComparisonControl::AddTexts(double unit, std::vector<OverlayItem>* items) const {
     if (!comparison_.IsOn()) return;
-    items->push_back(MakeTextBelow(*items, comparison_.Text(shown_->Time(), unit, shown_->Labels()),
-                                   *display_->View()));
+    for (std::string& line : comparison_.Lines(shown_->Time(), unit, shown_->Labels()))
+        items->push_back(MakeTextBelow(*items, std::move(line), *display_->View()));
     comparison_.AddRings(shown_->Time(), shown_->Labels(), items);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,51 @@ const Body* Find(const Bodies& bodies, int64 id) {
     return found == bodies.end() || found->first != id ? nullptr : found->second;
 }
 
+double LengthOf(const ThreeVector& way) {
+    return std::sqrt(Dot(way, way));
+}
+
+// What happened to all bodies alike.
+struct Shift {
+    bool isThere = false;
+    ThreeVector way;    // m
+    ThreeVector boost;  // m/s
+};
+
+// Beyond that; what the last digits of such a sum lose is none.
+ThreeVector Change(const ThreeVector& was, const ThreeVector& is, const ThreeVector& shift) {
+    const ThreeVector change = (is - was) - shift;
+    const bool isShifted = shift != ThreeVector{};
+    const double lost =
+        8.0 * std::numeric_limits<double>::epsilon() * (LengthOf(was) + LengthOf(shift));
+    return isShifted && LengthOf(change) <= lost ? ThreeVector{} : change;
+}
+
+int32 CountMoved(const Bodies& were, const Bodies& are, const Shift& shift) {
+    int32 moved = 0;
+    for (const auto& [id, body] : are)
+        if (const Body* const was = Find(were, id); was != nullptr) {
+            if (Change(was->Position(), body->Position(), shift.way) != ThreeVector{}) moved++;
+            if (Change(was->Velocity(), body->Velocity(), shift.boost) != ThreeVector{}) moved++;
+        }
+    return moved;
+}
+
+// The centre of mass came to the origin, if less is left to tell then.
+Shift CommonShift(const Bodies& were, const Bodies& are) {
+    Shift shift{true, {}, {}};
+    double mass = 0.0;
+    for (const auto& [id, body] : were) {
+        shift.way -= body->Position() * body->M();
+        shift.boost -= body->Velocity() * body->M();
+        mass += body->M();
+    }
+    if (!(mass > 0.0)) return {};
+    shift.way *= 1.0 / mass;
+    shift.boost *= 1.0 / mass;
+    return CountMoved(were, are, shift) < CountMoved(were, are, {}) ? shift : Shift{};
+}
+
 // From the epoch up.
 Path WayUp(const AbEpoch* epoch) {
     Path way;
@@ -61,6 +107,8 @@ public:
         const bool isRun = before.Time() != after.Time() && !after.Writeable();
         const Bodies were = BodiesOf(before);
         const Bodies are = BodiesOf(after);
+        shift_ = isRun ? Shift{} : CommonShift(were, are);
+        if (shift_.isThere) Add(Label(kTextCentered));
         for (const auto& [id, body] : were)
             if (Find(are, id) == nullptr)
                 Add(FillIn(Label(isRun ? kTextBodyMerged : kTextBodyRemoved), {body->Name()}));
@@ -83,8 +131,10 @@ private:
         AddValue(is.Name(), kLabelRadius, {was.Radius(), is.Radius()}, is.RadiusUval(),
                  *context_.distanceUnits);
         if (isRun) return;
-        AddWay(kTextMoved, is.Name(), is.Position() - was.Position(), *context_.distanceUnits);
-        AddWay(kTextBoosted, is.Name(), is.Velocity() - was.Velocity(), *context_.speedUnits);
+        AddWay(kTextMoved, is.Name(), Change(was.Position(), is.Position(), shift_.way),
+               is.PositionUval(), *context_.distanceUnits);
+        AddWay(kTextBoosted, is.Name(), Change(was.Velocity(), is.Velocity(), shift_.boost),
+               is.SpeedUval(), *context_.speedUnits);
     }
     void CompareSettings(const AbEpoch& was, const AbEpoch& is) {
         AddSetting(kLabelOrder, std::to_string(was.Order()), std::to_string(is.Order()));
@@ -108,12 +158,11 @@ private:
                    {body, FillIn(Label(kTextInstead),
                                  {Label(label), text(values.second), text(values.first)})}));
     }
-    void AddWay(int32 label, const std::string& body, const ThreeVector& way,
+    void AddWay(int32 label, const std::string& body, const ThreeVector& way, double uval,
                 const UnitTable& units) {
-        const double length = std::sqrt(Dot(way, way));
+        const double length = LengthOf(way);
         if (length == 0.0) return;
-        const UnitInfo* const unit = FittingUnit(units, length);
-        const double factor = unit == nullptr ? 1.0 : unit->factor;
+        const double factor = SmallerUnit(length, uval);
         std::string text;
         const char* separator = "";
         for (const double part : {way.x, way.y, way.z}) {
@@ -133,6 +182,7 @@ private:
     }
 
     const DisplayContext& context_;
+    Shift shift_;
     std::string text_;
     std::size_t lines_ = 0;
 };

@@ -14,6 +14,7 @@
 #include "Model/Systems/Body.h"
 #include "Model/Units/FittingUnit.h"
 #include "Model/Units/QuantityText.h"
+#include "Model/Units/UnitTable.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Resources/Views.h"
@@ -25,12 +26,12 @@ namespace {
 // More rings nobody can tell apart.
 constexpr std::size_t kMaxRings = 200;
 constexpr float kLeastRing = 4.0f;  // radius, pixels
-// Evaluations of pairs of bodies: on the thread of the finder, and while somebody waits.
+// Evaluations of pairs of bodies on the thread of the finder. While somebody waits: how often each
+// pair, which is a hundredth of a radian of the closest one or less, and how many of them.
 constexpr double kMostPairs = 1e8;
+constexpr double kMostAtOnce = 100.0;
 constexpr double kMostPairsAtOnce = 1e6;
 constexpr int kDistanceDigits = 4;
-// A distance of less of the user's unit is told in one that fits.
-constexpr double kLeastUnits = 0.01;
 
 }  // namespace
 
@@ -115,7 +116,11 @@ void RunComparison::Measure(double time, const BodyLabels& labels) {
     std::unique_lock lock(mutex_);
     if (isMeasuring_ || (found_ && found_->time == time)) return;
     if (IsOver(time)) {
-        found_ = {time, LargestSeparation(end_, shown, kMostPairsAtOnce)};
+        // Of its end nothing follows for much later times.
+        const double pairs =
+            static_cast<double>(end_.CountBodies()) * static_cast<double>(end_.CountMassive());
+        found_ = {time,
+                  LargestSeparation(end_, shown, std::min(kMostPairsAtOnce, kMostAtOnce * pairs))};
         return;
     }
     const AbEpoch* const run = RunAt(time);
@@ -161,26 +166,28 @@ void RunComparison::NoteFound(const MomentFinder::Wish& wish, const std::optiona
 }
 
 std::string RunComparison::DistanceText(double distance, double unit) const {
-    if (distance < kLeastUnits * unit)
-        return InFittingUnit(*context_.distanceUnits, distance, kDistanceDigits);
-    return print_double(distance / unit, kDistanceDigits) + ' ' +
-           context_.distanceUnits->Abbreviation(unit);
+    const double shown = SmallerUnit(distance, unit);
+    return print_double(distance / shown, kDistanceDigits) + ' ' +
+           context_.distanceUnits->Abbreviation(shown);
 }
 
-std::string RunComparison::Text(double time, double unit, const BodyLabels& labels) const {
+std::vector<std::string> RunComparison::Lines(double time, double unit,
+                                              const BodyLabels& labels) const {
     const InterfaceTexts& texts = *context_.texts;
     std::string name = name_;
     if (runs_.empty())
         name = FillIn(texts.Label(kTextOnlyEnd), {name_});
     else if (IsOver(time))
         name = FillIn(texts.Label(kTextHasEnded), {name_});
+    std::vector<std::string> lines{FillIn(texts.Label(kTextCompared), {name})};
     const std::lock_guard lock(mutex_);
-    if (!found_ || !found_->separation) return FillIn(texts.Label(kTextCompared), {name});
+    if (!found_ || !found_->separation) return lines;
     const auto body = std::ranges::find(labels.bodies, found_->separation->body,
                                         [](const BodyLabels::Label& label) { return label.id; });
-    return FillIn(texts.Label(kTextSeparation),
-                  {name, DistanceText(found_->separation->distance, unit),
-                   body == labels.bodies.end() ? std::string() : body->name});
+    lines.push_back(FillIn(texts.Label(kTextSeparation),
+                           {DistanceText(found_->separation->distance, unit),
+                            body == labels.bodies.end() ? std::string() : body->name}));
+    return lines;
 }
 
 // --- Where they are ---

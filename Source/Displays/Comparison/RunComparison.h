@@ -50,8 +50,9 @@ public:
     void Measure(double time, const BodyLabels& labels);
     // Rings around where bodies are in the other run at that time.
     void AddRings(double time, const BodyLabels& labels, std::vector<OverlayItem>* items) const;
-    // What is compared, and the distance as far as it is known. `unit`: of length, m.
-    [[nodiscard]] std::string Text(double time, double unit, const BodyLabels& labels) const;
+    // What is compared, and the distance if it is known. `unit`: of length, m.
+    [[nodiscard]] std::vector<std::string> Lines(double time, double unit,
+                                                 const BodyLabels& labels) const;
 
 private:
     struct Look {

@@ -22,6 +22,30 @@ constexpr float kMargin = 2.0f;
 // Trails that get shorter are painted anew so often, and take so much of the time at the most.
 constexpr bigtime_t kAnew = 40'000;
 constexpr bigtime_t kShare = 4;
+// Of a box around samples, how far from its faces a path may bend beyond it.
+constexpr double kBend = 0.02;
+
+// Between two samples near its edge a path may bend beyond them.
+Extent ExtentOf(const std::vector<KeptTrails::Trail>& trails) {
+    Extent all;
+    for (const KeptTrails::Trail& trail : trails)
+        for (const Sample& sample : trail.samples)
+            all.Add(sample.position);
+    const ThreeVector inset = (all.high - all.low) * kBend;
+    const ThreeVector low = all.low + inset, high = all.high - inset;
+    for (const KeptTrails::Trail& trail : trails)
+        for (std::size_t i = 1; i < trail.samples.size(); i++) {
+            const Sample& to = trail.samples[i];
+            const ThreeVector& p = to.position;
+            const bool isInside = p.x >= low.x && p.x <= high.x && p.y >= low.y && p.y <= high.y &&
+                                  p.z >= low.z && p.z <= high.z;
+            if (isInside || !to.isJoined) continue;
+            const Sample& from = trail.samples[i - 1];
+            for (const double part : {0.25, 0.5, 0.75})
+                all.Add(Between(from, to, from.time + part * (to.time - from.time)).position);
+        }
+    return all;
+}
 
 }  // namespace
 
@@ -67,10 +91,7 @@ void KeptTrailsPainter::PaintWithin(std::vector<BRect> frames, double now,
     if (history_ == nullptr) return;
     const bigtime_t start = system_time();
     std::vector<KeptTrails::Trail> trails = Take(now, labels);
-    extent_ = {};
-    for (const KeptTrails::Trail& trail : trails)
-        for (const Sample& sample : trail.samples)
-            extent_.Add(sample.position);
+    extent_ = ExtentOf(trails);
     trails_.Begin(std::move(trails), std::move(frames), display_->Plane());
     Paint();
     const bigtime_t end = system_time();

@@ -2,6 +2,13 @@
 
 #include "Model/Units/QuantityText.h"
 
+namespace {
+
+// A value of less of a unit is told in a smaller one.
+constexpr double kLeastUnits = 0.01;
+
+}  // namespace
+
 const UnitInfo* FittingUnit(const UnitTable& units, double value) {
     const UnitInfo* fitting = nullptr;
     for (const UnitInfo& unit : units.Rows()) {
@@ -17,4 +24,10 @@ std::string InFittingUnit(const UnitTable& units, double value, int digits) {
     const UnitInfo* const unit = FittingUnit(units, value);
     if (unit == nullptr) return print_double(value, digits);
     return print_double(value / unit->factor, digits) + ' ' + unit->abbreviation;
+}
+
+double SmallerUnit(double value, double uval) {
+    for (const double unit : {uval, 1000.0})
+        if (value >= kLeastUnits * unit) return unit;
+    return 1.0;
 }
