@@ -351,7 +351,7 @@ lesson_collision() {
     press ctrl+g
     pause 1
     picture merged "$N"
-    drag_knob "Projection of $N" 0.977 0.7
+    drag_knob "Projection of $N" 0.977 0.62
     pause 1
     picture wound-back "Projection of $N"
     stop_program
