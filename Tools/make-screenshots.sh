@@ -365,7 +365,9 @@ planets() {
     window planets >/dev/null
     place planets 4 56
     use "Projection of planets"
-    press ctrl+l equal equal ctrl+g
+    press ctrl+l equal equal
+    set_pace "Projection of planets" max
+    press ctrl+g
     pause 6
     side_by_side planets planets "Projection of planets"
     stop_program
@@ -376,8 +378,9 @@ trails() {
     start_program pythagorean
     window pythagorean >/dev/null
     use "Projection of pythagorean"
+    set_pace "Projection of pythagorean" max
     press ctrl+g
-    pause 1
+    pause 2
     press ctrl+g
     pause 1
     picture trails "Projection of pythagorean"

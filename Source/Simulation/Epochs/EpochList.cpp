@@ -17,7 +17,7 @@ namespace {
 constexpr int32 kNameWidth = 18;
 constexpr int32 kRunWidth = 4;
 constexpr int32 kTimeWidth = 12;
-constexpr int32 kLengthWidth = 16;  // with a picture
+constexpr int32 kLengthWidth = 18;  // with a picture
 constexpr int32 kBodiesWidth = 6;
 constexpr int32 kStateWidth = 11;
 

@@ -27,7 +27,7 @@ namespace {
 
 // Until the owner gives it another place and size.
 constexpr BRect kFirstFrame{363.0f, 588.0f, 882.0f, 787.0f};
-constexpr float kMinWidth = 56.0f;  // in sizes of the plain font: all columns are seen
+constexpr float kMinWidth = 58.0f;  // in sizes of the plain font: all columns are seen
 constexpr float kMinHeight = 10.0f;
 constexpr float kMax = 32000.0f;
 
