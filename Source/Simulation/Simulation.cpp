@@ -130,16 +130,13 @@ bool Simulation::IsNewlyCreated() const {
 void Simulation::StartBuilding() {
     // In the order in which they were asked for, whichever is built first.
     OpenSimulations::Shared().Enter(this, saver_.File().Identity());
-    PostBuildMessage(kBuildMenuBar);
+    PassToApplication(BMessage(kBuildMenuBar), true);
     Run();
 }
 
-// Through the application, which hands it back: other windows get their turn between the steps. It
-// is not waited for: it may have its port full of windows' steps, and be the one that calls.
-void Simulation::PostBuildMessage(uint32 what) {
-    PassToApplication(BMessage(what), true);
-}
-
+// The next message goes through the application, which hands it back: other windows get their turn
+// between the steps. It is not waited for: it may have its port full of windows' steps, and be the
+// one that calls.
 bool Simulation::BuildStep(uint32 what) {
     if (std::find(std::begin(kNothingToDo), std::end(kNothingToDo), what) != std::end(kNothingToDo))
         return true;
@@ -168,7 +165,7 @@ bool Simulation::BuildStep(uint32 what) {
         default:
             ShowSelf();
     }
-    if (!isBuilt_ && !closer_.IsClosing()) PostBuildMessage(step[1]);
+    if (!isBuilt_ && !closer_.IsClosing()) PassToApplication(BMessage(step[1]), true);
     return true;
 }
 
@@ -245,14 +242,12 @@ bool Simulation::FileMessage(BMessage* message) {
             saver_.SaveCurrentEpoch();
             break;
         case SimulationSaver::kSaveNamed:
-            if (const auto choice = SaveChoice::From(*message); choice) {
-                saver_.SaveRequested(*choice, true);
-                SetName(choice->name);
-            }
-            break;
         case SimulationSaver::kSaveEpochNamed:
-            if (const auto choice = SaveChoice::From(*message); choice)
-                saver_.SaveRequested(*choice, false);
+            if (const auto choice = SaveChoice::From(*message); choice) {
+                const bool isWhole = message->what == SimulationSaver::kSaveNamed;
+                saver_.SaveRequested(*choice, isWhole);
+                if (isWhole) SetName(choice->name);
+            }
             break;
         case kSaveHistory:
             document_.SetSavesHistory(!document_.SavesHistory());
@@ -344,10 +339,6 @@ void Simulation::Changed(int32 changes) {
     else if (changes != kMomentChanged && changes != kRunsKeptChanged)
         hasNewChanges_ = true;
     changes_.Put(changes);
-}
-
-bool Simulation::CommitChanges() {
-    return controls_.CommitBoxes();
 }
 
 // --- Reading a document ---

@@ -56,7 +56,7 @@ public:
 
     // Any thread.
     void Changed(int32 changes) override;
-    bool CommitChanges() override;
+    bool CommitChanges() override { return controls_.CommitBoxes(); }
 
     void MessageReceived(BMessage* message) override;
     // Closes the simulation, or asks whether to save it first; never agrees.
@@ -73,7 +73,6 @@ private:
 
     // --- Building ---
     void StartBuilding();
-    void PostBuildMessage(uint32 what);
     bool BuildStep(uint32 what);
     void ArrangeWindow();
     DocumentError ReadArchive();

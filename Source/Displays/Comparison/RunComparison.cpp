@@ -25,12 +25,12 @@ namespace {
 
 // More rings nobody can tell apart.
 constexpr std::size_t kMaxRings = 200;
-constexpr float kLeastRing = 4.0f;  // radius, pixels
+constexpr float kMinRing = 4.0f;  // radius, pixels
 // Evaluations of pairs of bodies on the thread of the finder. While somebody waits: how often each
 // pair, which is a hundredth of a radian of the closest one or less, and how many of them.
-constexpr double kMostPairs = 1e8;
-constexpr double kMostAtOnce = 100.0;
-constexpr double kMostPairsAtOnce = 1e6;
+constexpr double kMaxPairs = 1e8;
+constexpr double kMaxAtOnce = 100.0;
+constexpr double kMaxPairsAtOnce = 1e6;
 constexpr int kDistanceDigits = 4;
 
 }  // namespace
@@ -120,7 +120,7 @@ void RunComparison::Measure(double time, const BodyLabels& labels) {
         const double pairs =
             static_cast<double>(end_.CountBodies()) * static_cast<double>(end_.CountMassive());
         found_ = {time,
-                  LargestSeparation(end_, shown, std::min(kMostPairsAtOnce, kMostAtOnce * pairs))};
+                  LargestSeparation(end_, shown, std::min(kMaxPairsAtOnce, kMaxAtOnce * pairs))};
         return;
     }
     const AbEpoch* const run = RunAt(time);
@@ -155,7 +155,7 @@ void RunComparison::NoteFound(const MomentFinder::Wish& wish, const std::optiona
         measured = measured_;
     }
     Found found{measured.time, std::nullopt};
-    if (moment) found.separation = LargestSeparation(std::move(state), measured, kMostPairs);
+    if (moment) found.separation = LargestSeparation(std::move(state), measured, kMaxPairs);
     {
         const std::lock_guard lock(mutex_);
         if (wish.number != asked_) return;
@@ -245,7 +245,7 @@ void RunComparison::AddRings(double time, const BodyLabels& labels,
         ring.anchor = OverlayItem::Anchor::kCanvas;
         ring.where = display_->Map(seen.x, seen.y, seen.z);
         ring.color = look->second.color;
-        ring.length = 2.0f * std::max(kLeastRing, display_->DiscSize(look->second.radius));
+        ring.length = 2.0f * std::max(kMinRing, display_->DiscSize(look->second.radius));
         items->push_back(std::move(ring));
     }
 }

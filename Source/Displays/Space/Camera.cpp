@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kRightAngle = std::numbers::pi / 2;
 // Of vectors shorter than this the direction says nothing.
-constexpr double kLeastLength = 1e-6;
+constexpr double kMinLength = 1e-6;
 // Of the picture that Fit leaves empty on all sides together.
 constexpr double kMargin = 0.16;
 
@@ -52,19 +52,19 @@ double Camera::Elevation() const {
 // Straight above and below, what is to the right tells.
 double Camera::Azimuth() const {
     const ThreeVector back = Back();
-    return std::hypot(back.x, back.y) > kLeastLength ? std::atan2(back.y, back.x)
-                                                     : std::atan2(-right.x, right.y);
+    return std::hypot(back.x, back.y) > kMinLength ? std::atan2(back.y, back.x)
+                                                   : std::atan2(-right.x, right.y);
 }
 
 void Camera::Normalize() {
     for (double* const coordinate : {&target.x, &target.y, &target.z})
-        *coordinate = Clamped(*coordinate, -kGreatestDistance, kGreatestDistance, 0.0);
-    distance = Clamped(distance, kLeastDistance, kGreatestDistance, Camera().distance);
+        *coordinate = Clamped(*coordinate, -kMaxDistance, kMaxDistance, 0.0);
+    distance = Clamped(distance, kMinDistance, kMaxDistance, Camera().distance);
     const bool hasRight = MakeUnit(&right);
     const bool hasUp = MakeUnit(&up);
     if (hasRight && hasUp) {
         up -= Dot(up, right) * right;
-        if (Length(up) > kLeastLength && MakeUnit(&up)) {
+        if (Length(up) > kMinLength && MakeUnit(&up)) {
             // Once more: what was nearly parallel is not at right angles yet.
             up -= Dot(up, right) * right;
             MakeUnit(&up);
@@ -102,7 +102,7 @@ void Camera::Pan(double rightwards, double downwards) {
 
 void Camera::ZoomAbout(double rightwards, double downwards, double factor) {
     const double before = distance;
-    const double after = std::clamp(distance / factor, kLeastDistance, kGreatestDistance);
+    const double after = std::clamp(distance / factor, kMinDistance, kMaxDistance);
     if (!std::isfinite(after)) return;
     target += (before - after) * (rightwards * right - downwards * up);
     distance = after;

@@ -7,8 +7,8 @@
 #include "Model/Systems/ThreeVector.h"
 
 struct Camera {
-    static constexpr double kLeastDistance = 1.0;      // m
-    static constexpr double kGreatestDistance = 1e30;  // m; the target is no farther out either
+    static constexpr double kMinDistance = 1.0;   // m
+    static constexpr double kMaxDistance = 1e30;  // m; the target is no farther out either
     // Pixels that a thing is seen long which is as long as it is far away, of the picture's smaller
     // side: so that side spans 45 degrees.
     static constexpr double kFocus = 1.2071;

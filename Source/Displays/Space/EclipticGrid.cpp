@@ -10,10 +10,10 @@
 namespace {
 
 constexpr double kTurn = 2.0 * std::numbers::pi;
-constexpr double kLeastRings = 3.0;
+constexpr double kMinRings = 3.0;
 constexpr double kBeyond = 1.1;  // the farthest body
 // Less than so many of a unit is measured in kilometres.
-constexpr double kLeastUnits = 0.01;
+constexpr double kMinUnits = 0.01;
 constexpr double kKilometre = 1000.0;
 // Cubics with these many ends differ from a circle by a millionth of it.
 constexpr int32 kArcs = 24;
@@ -22,7 +22,7 @@ double FarthestOf(const SpaceScene& scene, const ThreeVector& center) {
     double farthest = 0.0;
     for (const SpaceBody& body : scene.bodies)
         if (const double away = Length(body.position - center);
-            std::isfinite(away) && away <= Camera::kGreatestDistance)
+            std::isfinite(away) && away <= Camera::kMaxDistance)
             farthest = std::max(farthest, away);
     return farthest;
 }
@@ -32,14 +32,14 @@ double FarthestOf(const SpaceScene& scene, const ThreeVector& center) {
 EclipticGrid::EclipticGrid(const SpaceScene& scene, const Camera& camera) {
     if (scene.bodies.empty()) return;
     if (const ThreeVector heaviest = scene.bodies.front().position;
-        IsFinite(heaviest) && Length(heaviest) <= Camera::kGreatestDistance)
+        IsFinite(heaviest) && Length(heaviest) <= Camera::kMaxDistance)
         center = heaviest;
     const double shown = camera.distance + Length(camera.target - center);
     const double reach = std::min(kBeyond * FarthestOf(scene, center), shown);
     if (!(reach > 0.0) || !std::isfinite(reach)) return;
-    const double most = reach / kLeastRings;
-    unit = most < kLeastUnits * scene.lengthUnit ? std::min(kKilometre, scene.lengthUnit)
-                                                 : scene.lengthUnit;
+    const double most = reach / kMinRings;
+    unit = most < kMinUnits * scene.lengthUnit ? std::min(kKilometre, scene.lengthUnit)
+                                               : scene.lengthUnit;
     step = unit * RoundLength(most / unit);
     if (!(step > 0.0)) return;
     rings = static_cast<int32>(reach / step);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kTurn = 2.0 * std::numbers::pi;
 constexpr int32 kDashes = 60;
-constexpr double kLeastEccentricity = 1e-3;
+constexpr double kMinEccentricity = 1e-3;
 
 struct Bound {
     const SpaceBody* about;
@@ -65,7 +65,7 @@ std::vector<OrbitCurve> OrbitCurves(const std::vector<SpaceBody>& bodies) {
         OrbitCurve curve{static_cast<int32>(i), DashesOf(*orbit), {}, false};
         if (curve.dashes.empty()) continue;
         curve.periapsis = curve.dashes.front().position;
-        curve.hasPeriapsis = orbit->elements.eccentricity > kLeastEccentricity;
+        curve.hasPeriapsis = orbit->elements.eccentricity > kMinEccentricity;
         curves.push_back(std::move(curve));
     }
     return curves;

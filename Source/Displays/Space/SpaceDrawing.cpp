@@ -12,7 +12,7 @@
 namespace {
 
 // Logical pixels.
-constexpr double kLeastRadius = 1.5;
+constexpr double kMinRadius = 1.5;
 constexpr double kMaxRadius = 8192.0;
 constexpr double kVelocityLength = 60.0;  // of the longest arrow
 constexpr double kAccelerationLength = 40.0;
@@ -28,7 +28,7 @@ constexpr rgb_color kGridColor{110, 130, 170, 255};
 constexpr rgb_color kAxisColors[] = {{235, 90, 90, 255}, {90, 200, 100, 255}, {110, 140, 255, 255}};
 
 // Trails that one thread takes at a time, at the least samples.
-constexpr std::size_t kLeastSamples = 4096;
+constexpr std::size_t kMinSamples = 4096;
 
 // Of fewer all is drawn as it is, even while the camera moves.
 constexpr std::size_t kManySamples = 50'000;
@@ -84,7 +84,7 @@ void SpaceDrawing::FindBalls() {
         if (!body.isShown || !IsFinite(seen) || !map_.IsBeforeEye(seen)) continue;
         const Point center = map_.Project(seen);
         if (!std::isfinite(center.x + center.y)) continue;
-        const double least = std::max(kLeastRadius, diameter_log(body.radius) / 2 + 1.0);
+        const double least = std::max(kMinRadius, diameter_log(body.radius) / 2 + 1.0);
         const double radius = std::min(std::max(map_.ScaleAt(seen) * body.radius, scale_ * least),
                                        scale_ * kMaxRadius);
         const double reach = radius + scale_ * kMaxRadius;
@@ -133,9 +133,9 @@ bool SpaceDrawing::HasManySamples() const {
 // Each list by one thread: the same ones whatever threads there are.
 void SpaceDrawing::FindTrails(bool isCoarse, WorkerTeam* team) {
     std::vector<std::size_t> first;
-    std::size_t samples = kLeastSamples;
+    std::size_t samples = kMinSamples;
     for (std::size_t i = 0; i < scene_.trails.size(); i++) {
-        if (samples >= kLeastSamples) {
+        if (samples >= kMinSamples) {
             first.push_back(i);
             samples = 0;
         }

@@ -8,12 +8,12 @@
 namespace {
 
 // What has less than 0.075 of the Sun's mass burns no hydrogen (Kumar 1963).
-constexpr double kLeastStar = 0.075 * 1.32712440018e20;  // m3/s2
+constexpr double kMinStar = 0.075 * 1.32712440018e20;  // m3/s2
 
 }  // namespace
 
 bool SpaceBody::IsStar() const {
-    return gm >= kLeastStar;
+    return gm >= kMinStar;
 }
 
 void SpaceScene::TakeBodies(const std::vector<Body*>& from) {

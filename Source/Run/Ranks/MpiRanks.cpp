@@ -10,7 +10,7 @@
 namespace {
 
 // Of fewer pairs an evaluation takes less than some exchanges do.
-constexpr int64 kLeastPairs = 40'000;
+constexpr int64 kMinPairs = 40'000;
 constexpr int kTextTag = 1;
 // Looks for a call before sleeping between them: about a millisecond, longer than what number 0
 // does alone between two steps.
@@ -55,7 +55,7 @@ MpiRanks::~MpiRanks() {
 }
 
 int64 MpiRanks::LeastPairs() const {
-    return kLeastPairs;
+    return kMinPairs;
 }
 
 void MpiRanks::Tell(const void* data, std::size_t size) {

@@ -19,8 +19,8 @@ void ExpectFrame(const Camera& camera) {
     EXPECT_NEAR(Length(camera.right), 1.0, 1e-14);
     EXPECT_NEAR(Length(camera.up), 1.0, 1e-14);
     EXPECT_NEAR(Dot(camera.right, camera.up), 0.0, 1e-14);
-    EXPECT_GE(camera.distance, Camera::kLeastDistance);
-    EXPECT_LE(camera.distance, Camera::kGreatestDistance);
+    EXPECT_GE(camera.distance, Camera::kMinDistance);
+    EXPECT_LE(camera.distance, Camera::kMaxDistance);
     EXPECT_TRUE(IsFinite(camera.target));
 }
 
