@@ -114,17 +114,25 @@ TEST_F(SliderTest, AColourIsTriedOutAndTakenOrTakenBack) {
     const auto look = [&](const char* color) {
         withDialog([&](QColorDialog* dialog) { dialog->setCurrentColor(QColor(color)); });
     };
+    // The toolkit deletes a dialog some time after it has been closed.
+    const auto close = [&](bool isTaken) {
+        withDialog([&](QColorDialog* dialog) { isTaken ? dialog->accept() : dialog->reject(); });
+        window_->ByHand([&] {
+            EXPECT_TRUE(QTest::qWaitFor(
+                [&] { return window_->Widget()->findChild<QColorDialog*>() == nullptr; }));
+        });
+    };
     open();
     look("#000100");
     EXPECT_EQ(Told(), "m256 ");
     EXPECT_EQ(control->ValueAsColor(), (rgb_color{0, 1, 0, 255}));
     look("#000200");
-    withDialog([](QColorDialog* dialog) { dialog->accept(); });
+    close(true);
     EXPECT_EQ(Told(), "m512 F512 ");
     // What it was when the dialog was opened, and not when the control was made.
     open();
     look("#ffffff");
-    withDialog([](QColorDialog* dialog) { dialog->reject(); });
+    close(false);
     EXPECT_EQ(Told(), "m16777215 F512 ");
     EXPECT_EQ(control->ValueAsColor(), (rgb_color{0, 2, 0, 255}));
     // The dialog goes with its window, and what was tried out goes with it.
