@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "Interface Widgets/AbbrevMenuField.h"
+#include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/NumberBox.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -83,6 +84,7 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     menu.AddItem(new BMenuItem(texts.Text(kTextBranchHere), new BMessage(kBranchHere),
                                texts.Key(kTextBranchKey)));
     menu.AddItem(new BMenuItem(texts.Text(kTextBackToNow), new BMessage(kBackToNow)));
+    menu.AddItem(new BMenuItem(texts.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelAnimation), new BMessage(kShowAnimation)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelEpochs), new BMessage(kShowEpochs)));
     return ArchiveOf(menu);

@@ -97,9 +97,6 @@ void SimulationMenus::AddSimulationMenu(SimulationHost* host) {
     go_ = menu->FindItem(kTogglePause);
     runBackwards_ = menu->FindItem(kRunBackwards);
     branch_ = menu->FindItem(kBranchHere);
-    if (BMenuItem* const back = menu->FindItem(kBackToNow); back != nullptr)
-        menu->AddItem(new BMenuItem(texts_.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain)),
-                      menu->IndexOf(back) + 1);
     backToNow_ = menu->FindItem(kBackToNow);
     ShowMoment(false);
     if (BMenuItem* const item = menu->FindItem(kShowAnimation); item != nullptr)

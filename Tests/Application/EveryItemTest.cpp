@@ -160,6 +160,12 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
     const auto shows = [&](const char* item) {
         return [=] { return WindowHand::CanChoose(window, item); };
     };
+    // Nothing has run: the simulation says so.
+    if (window == kSystem) {
+        const std::string picture = WindowHand::Picture(kSystem);
+        Does(window, "Simulation/Make Run Again",
+             [&] { return WindowHand::Picture(kSystem) != picture; });
+    }
     Does(window, "Simulation/Go", shows("Simulation/Pause"));
     Does(window, "Simulation/Pause", shows("Simulation/Go"));
     WindowHand::Press(kDisplay, WindowHand::Key::kHome);
@@ -208,7 +214,10 @@ TEST_F(EveryItemTest, OfASimulation) {
     Opens(kSystem, "Bodies/Trail & Disc…", "Display options for system");
     SimulationMenu(kSystem);
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
+    Opens(kSystem, "New Display/Space", "Space of system");
     WaitingDisplays();
+    const char* const history = "File/Save History";
+    Does(kSystem, history, [=] { return WindowHand::IsMarked(kSystem, history); });
     OpensPanel(kSystem, "File/Save As…");
     OpensPanel(kSystem, "File/Save Current Epoch");
     Does(kSystem, "File/Close", [] { return WindowHand::Count(kQuestion) == 1; });
@@ -281,8 +290,8 @@ TEST_F(EveryItemTest, OfADisplay) {
     Does(kDisplay, "Orvek/Open Recent/Clear List",
          [] { return !WindowHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
     Does(kDisplay, "File/Save", IsSaved());
-    chosen_.insert("File/Close");
-    chosen_.insert("Orvek/Quit Orvek");
+    for (const char* const item : {"File/Close", "Orvek/Quit Orvek", "Simulation/Make Run Again"})
+        chosen_.insert(item);
     ExpectAllChosen(kDisplay);
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     Does(kDisplay, "File/Close", [] { return WindowHand::Count(kDisplay) == 1; });

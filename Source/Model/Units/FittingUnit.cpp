@@ -5,7 +5,7 @@
 namespace {
 
 // A value of less of a unit is told in a smaller one.
-constexpr double kLeastUnits = 0.01;
+constexpr double kMinUnits = 0.01;
 
 }  // namespace
 
@@ -28,6 +28,6 @@ std::string InFittingUnit(const UnitTable& units, double value, int digits) {
 
 double SmallerUnit(double value, double uval) {
     for (const double unit : {uval, 1000.0})
-        if (value >= kLeastUnits * unit) return unit;
+        if (value >= kMinUnits * unit) return unit;
     return 1.0;
 }

@@ -161,7 +161,7 @@ TEST(RunRemake, ARunThatDoesNotArriveIsNotKeptAndItsEndStays) {
 
 TEST(RunRemake, MakingIsEndedWhenItIsNotWantedAnyMore) {
     HistoryRun first(TwoCollisions());
-    first.Run(400'000);
+    first.Run(kLong);
     Reopened again(first.Record());
     again.shown.MakeRunAgain();
     for (int i = 0; i < 3000 && !(again.shown.MakingProgress().value_or(0.0) > 0.0); i++)
