@@ -31,7 +31,7 @@ constexpr int32 kStopsPerDecade = 10;
 const auto kFastestStop = static_cast<int32>(kStopsPerDecade * std::log10(Pace::kMax)) + 1;
 constexpr int32 kColumns = 9;
 constexpr int kBriefDigits = 3;
-constexpr float kKnobWidth = 90.0f;
+constexpr float kKnobWidth = 72.0f;
 constexpr double kKeyFactor = 2.0;
 
 constexpr int32 kShown = kCalculatorSettingsChanged | kBodyDataChanged | kSystemAdded |
