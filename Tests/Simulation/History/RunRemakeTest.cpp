@@ -161,8 +161,10 @@ TEST(RunRemake, ARunThatDoesNotArriveIsNotKeptAndItsEndStays) {
 
 TEST(RunRemake, MakingIsEndedWhenItIsNotWantedAnyMore) {
     HistoryRun first(TwoCollisions());
-    first.Run(kLong);
+    first.Run(50'000);
     Reopened again(first.Record());
+    // An end that is far away.
+    again.run.Focus()->SetTime(1e6 * again.run.Focus()->Time());
     again.shown.MakeRunAgain();
     for (int i = 0; i < 3000 && !(again.shown.MakingProgress().value_or(0.0) > 0.0); i++)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
