@@ -205,12 +205,14 @@ std::string StatusLine::BrokenBetween(const std::string& text, const std::string
         const std::size_t end = std::min(text.find(separator, at), text.size());
         const std::string figure = text.substr(at, end - at);
         at = end + separator.size();
-        const std::string longer = line.empty() ? figure : line + separator + figure;
+        std::string longer = line;
+        if (!line.empty()) longer += separator;
+        longer += figure;
         if (!line.empty() && letters_.Of(longer) > width) {
             done += Broken(line, width) + '\n';
             line = figure;
         } else {
-            line = longer;
+            line = std::move(longer);
         }
     }
     return done + Broken(line, width);

@@ -125,7 +125,7 @@ TEST_F(RunResume, ARunUntilSomethingHappensKeepsItsEnd) {
     const auto epoch = TestSystem();
     epoch->RootSystem()->AddChild(
         MakeBody("Stranger", 9, 0.0, {1e14, 0, 0}, {1e5, 0, 0}).release());
-    const Arguments run = {"--until", "escape=Stranger, 4.1e15 m",      "--order", "16", "--cutoff",
+    const Arguments run = {"--until", "escape=Stranger, 4.1e15 m",    "--order", "16", "--cutoff",
                            "1e-16",   PutDocument("document", *epoch)};
     Arguments whole = run;
     whole.emplace_back("--json");

@@ -15,6 +15,7 @@ std::vector<float> BFont::StringWidths(const std::vector<std::string>& texts) co
     return WindowServer::Ask([&texts] {
         const QFontMetricsF metrics(QApplication::font());
         std::vector<float> widths;
+        widths.reserve(texts.size());
         for (const std::string& text : texts)
             widths.push_back(static_cast<float>(metrics.horizontalAdvance(ToText(text))));
         return widths;

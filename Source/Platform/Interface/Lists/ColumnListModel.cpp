@@ -301,7 +301,7 @@ QVariant ColumnListModel::data(const QModelIndex& index, int role) const {
             return QVariant((titles_[column].isRightAligned ? Qt::AlignRight : Qt::AlignLeft) |
                             Qt::AlignVCenter);
         case Qt::DecorationRole:
-            if (const QVariant picture = PictureOf(node, column); picture.isValid()) return picture;
+            if (QVariant picture = PictureOf(node, column); picture.isValid()) return picture;
             return column == 0 && node.row.isBranch ? QVariant(branchIcon_) : QVariant();
         case Qt::ToolTipRole:
         case Qt::AccessibleDescriptionRole:
