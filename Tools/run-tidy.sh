@@ -10,8 +10,10 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
-# A header that g++ has precompiled is of no use to clang-tidy.
-sed 's/ -Winvalid-pch -include [^ ]*//; s/ -fpch-preprocess//' build/compile_commands.json >"$work/compile_commands.json"
+# How each source is compiled by itself. A header that g++ has precompiled is of no use to clang-tidy.
+cmake --preset release -B "$work/plain" -DORVEK_BATCHES=OFF >/dev/null
+sed "s#$work/plain#$PWD/build#g; s/ -Winvalid-pch -include [^ ]*//; s/ -fpch-preprocess//" \
+    "$work/plain/compile_commands.json" >"$work/compile_commands.json"
 
 # The options of each source and the source, with a tab between them, sorted; then a batch and its entry in a
 # database of their own for each dozen of one kind of options.

@@ -32,8 +32,8 @@ function(orvek_precompile name)
         -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds -Wno-maybe-uninitialized>)
 endfunction()
 
-# orvek_batches(TARGET): compiles the target's sources in batches, where the build asks for it: a sanitized build, of
-# which no source is edited, takes half the time.
+# orvek_batches(TARGET): compiles the target's sources in batches, where the build asks for it: a whole build takes half
+# the time. After an edit the preset `dev` is sooner done.
 function(orvek_batches name)
     if(NOT ORVEK_BATCHES)
         return()
