@@ -9,7 +9,9 @@ BEGIN { if (!most) most = 12 }
 function Own(file, names,    line, inside, count, found) {
     count = 0
     inside = 0
+    seesToolkit = 0
     while ((getline line < file) > 0) {
+        if (line ~ /^#include <Q/) seesToolkit = 1
         if (line ~ /^namespace \{/) inside = 1
         else if (line ~ /^}  \/\/ namespace/) inside = 0
         else if (line ~ /^#define /) { split(line, found, /[ (]/); names[count++] = found[2] }
@@ -29,7 +31,7 @@ function Own(file, names,    line, inside, count, found) {
 }
 
 function Fits(batch, names, count,    i) {
-    if (size[batch] >= most) return 0
+    if (size[batch] >= most || (size[batch] && kind[batch] != seesToolkit)) return 0
     for (i = 0; i < count; i++) if ((batch, names[i]) in taken) return 0
     return 1
 }
@@ -38,6 +40,7 @@ function Fits(batch, names, count,    i) {
     count = Own($0, names)
     for (batch = 0; !Fits(batch, names, count); batch++) {}
     size[batch]++
+    kind[batch] = seesToolkit
     for (i = 0; i < count; i++) taken[batch, names[i]] = 1
     printf "%d\t%s\n", batch, $0
 }

@@ -11,6 +11,7 @@
 #include "Resources/TimeLine.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunControl.h"
+#include "Simulation/Document/RunTarget.h"
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/GroupWindow.h"
@@ -49,6 +50,8 @@ bool MomentControl::TakeMessage(const BMessage& message) {
             return true;
         // An edit, or a run, of what is shown. Where it is lost there is nothing to edit.
         case kTogglePause:
+        case kRunBackwards:
+        case RunTarget::kMessage:
             // While another one holds the run, as a save does, it does not go.
             if (!run_->UserPaused()) return false;
             [[fallthrough]];

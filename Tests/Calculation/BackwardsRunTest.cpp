@@ -209,3 +209,24 @@ TEST_F(PassingTest, AStopTellsAPairOnce) {
     EXPECT_EQ(owner->collisions, 1);
     EXPECT_EQ(watcher.times.size(), 1u);
 }
+
+// Who goes back to the beginning, or has bodies merge after all, meets the contact again.
+TEST_F(PassingTest, AnotherRunStopsAtTheSameContact) {
+    const double start = system.GetEpoch()->Time();
+    const auto rewind = [&] {
+        system.Find(0)->SetPosition({});
+        system.Find(0)->SetVelocity({});
+        system.Find(1)->SetPosition({10, 0.125, 0});
+        system.Find(1)->SetVelocity({-1, 0, 0});
+        system.GetEpoch()->SetTime(start);
+        watcher.lastTime = start;
+    };
+    system.GetEpoch()->SetOnContact(kContactStops);
+    for (const int runs : {1, 2}) {
+        rewind();
+        calculator.SetRunLimit(0, 20.0);
+        system.RunUntilParked(&calculator);
+        Settle();
+        EXPECT_EQ(owner->collisions, runs);
+    }
+}

@@ -11,7 +11,7 @@ function(orvek_header_check)
         set(sources "")
         foreach(header IN LISTS headers)
             get_filename_component(name "${header}" NAME_WE)
-            # A source includes its own header first: the build has seen that one alone.
+            # A source includes its own header first: a build without batches sees that one alone.
             get_filename_component(folder "${header}" DIRECTORY)
             if(EXISTS "${folder}/${name}.cpp")
                 continue()

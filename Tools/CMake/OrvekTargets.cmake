@@ -21,7 +21,7 @@ endif()
 
 # orvek_precompile(TARGET HEADERS...): precompiles these of the Tools/CMake/*Headers.h, which most of the target's
 # sources read: they make up half of a build's time. Whoever forgets one of them goes unnoticed there, but not in the
-# check of headers nor by clang-tidy, which read none of these.
+# check of headers, which reads none of these.
 function(orvek_precompile name)
     foreach(headers IN LISTS ARGN)
         target_precompile_headers(${name} PRIVATE
@@ -49,7 +49,7 @@ function(orvek_batches name)
     string(REPLACE "\n" ";" batched "${batched}")
     foreach(line IN LISTS batched)
         string(REGEX MATCH "^([0-9]+)\t(.*)$" found "${line}")
-        set_source_files_properties("${CMAKE_MATCH_2}" PROPERTIES UNITY_GROUP "${CMAKE_MATCH_1}")
+        set_source_files_properties("${CMAKE_MATCH_2}" PROPERTIES UNITY_GROUP "${name}-${CMAKE_MATCH_1}")
     endforeach()
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
     # What is a source's own is no longer in the main file.

@@ -38,6 +38,10 @@ public:
     void Pass(const std::vector<CollidingPair>& pairs);
     [[nodiscard]] bool IsPassed(const CollidingPair& pair) const;
     void ForgetPassed() { passed_.clear(); }
+    template <typename Predicate>
+    void ForgetPassedIf(Predicate predicate) {
+        std::erase_if(passed_, predicate);
+    }
     [[nodiscard]] const std::vector<CollidingPair>& Passed() const { return passed_; }
     // A step begins: those that are apart and leave each other count again.
     void DropApart(const SeriesStore& store, double theta);

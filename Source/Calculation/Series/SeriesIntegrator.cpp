@@ -12,6 +12,8 @@ namespace {
 
 constexpr double kMinTolerance = 1e-16;
 constexpr double kMaxTolerance = 1e-6;
+// Where a pair was stopped as it touched, the last places of places may have it just apart.
+constexpr double kTouchingSlack = 1e-9;
 
 }  // namespace
 
@@ -58,7 +60,7 @@ void SeriesIntegrator::Take(const Start& start) {
     std::vector<int64> ids;
     for (const Body* const body : start.bodies)
         ids.push_back(body->ID());
-    if (ids != ids_) contacts_.ForgetPassed();
+    if (ids != ids_ || !passesContacts_) contacts_.ForgetPassed();
     ids_ = std::move(ids);
 }
 
@@ -69,6 +71,10 @@ void SeriesIntegrator::StartAfresh() {
                          {rows_.velocity[0][i], rows_.velocity[1][i], rows_.velocity[2][i]},
                          rows_.gm[i]);
     contacts_.Resize(rows_.bodies, rows_.massive);
+    // Of another moment than the one in which they touched.
+    contacts_.ForgetPassedIf([this](const CollidingPair& pair) {
+        return Distance(pair) > (1.0 + kTouchingSlack) * Reach(pair);
+    });
     stepper_.Start(cutoff_, time_, isBackwards_);
     awaited_ = {};
     theta_ = 0.0;
@@ -217,6 +223,17 @@ Integrator::Progress SeriesIntegrator::Fail(SeriesStepper::Result result, double
         default:
             return {Outcome::kNotFinite};
     }
+}
+
+double SeriesIntegrator::Distance(const CollidingPair& pair) const {
+    double square = 0.0;
+    for (const double* const axis : rows_.position)
+        square += (axis[pair.earlier] - axis[pair.later]) * (axis[pair.earlier] - axis[pair.later]);
+    return std::sqrt(square);
+}
+
+double SeriesIntegrator::Reach(const CollidingPair& pair) const {
+    return rows_.radius[pair.earlier] + rows_.radius[pair.later];
 }
 
 void SeriesIntegrator::FindOverlaps() {

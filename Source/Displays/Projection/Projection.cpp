@@ -17,7 +17,7 @@ float ToScreen(double value) {
     return static_cast<float>(std::clamp(value, -kFarAway, kFarAway));
 }
 
-struct Extent {
+struct Interval {
     double least = std::numeric_limits<double>::infinity();
     double most = -std::numeric_limits<double>::infinity();
 
@@ -80,8 +80,8 @@ void Projection::ZoomAbout(BPoint fromMiddle, double factor) {
 }
 
 void Projection::Fit(const std::vector<ThreeVector>& places, double width, double height) {
-    Extent across;
-    Extent up;
+    Interval across;
+    Interval up;
     for (const ThreeVector& place : places) {
         if (!std::isfinite(Across(place)) || !std::isfinite(Up(place))) continue;
         across.Add(Across(place));

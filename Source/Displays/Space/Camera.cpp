@@ -32,7 +32,7 @@ ThreeVector Turned(const ThreeVector& v, const ThreeVector& axis, double angle) 
            ((1.0 - std::cos(angle)) * Dot(axis, v)) * axis;
 }
 
-struct Extent {
+struct Interval {
     double least = std::numeric_limits<double>::infinity();
     double most = -std::numeric_limits<double>::infinity();
 
@@ -111,7 +111,7 @@ void Camera::ZoomAbout(double rightwards, double downwards, double factor) {
 
 void Camera::Fit(const std::vector<ThreeVector>& places, double width, double height) {
     const ThreeVector back = Back();
-    Extent x, y, z;
+    Interval x, y, z;
     const auto see = [&](const ThreeVector& place) {
         return ThreeVector{Dot(place, right), Dot(place, up), Dot(place, back)};
     };

@@ -51,5 +51,5 @@ void MomentPlayer::Tick(const TimeLine& line, double pace) {
     const TimeLine::Run* const run = line.RunAt(time_);
     if (run != nullptr && !run->isKept) return Stop();
     if (!line.IsBefore(line.Start(), time_) || !line.IsBefore(time_, line.End())) Stop();
-    shown_->SeekTo(time_);
+    shown_->GoTo(time_);
 }

@@ -51,16 +51,17 @@ void RunHistory::BeginOrGoOn() {
         const ReadGuard guard(portal_);
         epoch = portal_->FocusEpoch();
         life = LifeOf(epoch);
+        const std::lock_guard lock(mutex_);
+        if (current_ != nullptr && epoch != currentEpoch_) current_->Leave();
+        current_ = nullptr;
+        currentEpoch_ = epoch;
     }
     auto checkpoint = TakeCheckpoint(portal_, *calculator_);
     const int64 begun = calculator_->RunsBegun();
     if (checkpoint) checkpoint->isStart = begun != runsBegun_;
     runsBegun_ = begun;
     const std::lock_guard lock(mutex_);
-    if (current_ != nullptr && epoch != currentEpoch_) current_->Leave();
-    current_ = nullptr;
     ForgetDead();
-    currentEpoch_ = epoch;
     if (!checkpoint) return;
     Entry& entry = runs_[epoch];
     if (entry.run != nullptr && entry.run->IsBackwards() == checkpoint->isBackwards &&
@@ -143,8 +144,13 @@ void RunHistory::NoteMergers(const MergeResult& result) {
 bool RunHistory::Adopt(const AbEpoch* epoch, const std::weak_ptr<const void>& life,
                        std::unique_ptr<KeptRun> run) {
     {
+        const ReadGuard guard(portal_);
         const std::lock_guard lock(mutex_);
-        if (life.expired() || (current_ != nullptr && currentEpoch_ == epoch)) return false;
+        if (life.expired()) return false;
+        if (currentEpoch_ == epoch) {
+            if (calculator_->IsRunning()) return false;
+            current_ = nullptr;
+        }
         run->Leave();
         ForgetDead();
         runs_[epoch] = {life, std::move(run)};

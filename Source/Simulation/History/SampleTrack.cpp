@@ -84,8 +84,9 @@ std::size_t SampleTrack::HalveUpTo(double until) {
     bool wasDropped = true;  // at the start of a stretch: it stays
     for (std::size_t i = 0; i < before; i++) {
         Sample sample = samples_[i];
+        const bool isBefore = isBackwards_ ? sample.time > until : sample.time < until;
         const bool isInside =
-            sample.isJoined && i + 1 < before && samples_[i + 1].isJoined && sample.time < until;
+            sample.isJoined && i + 1 < before && samples_[i + 1].isJoined && isBefore;
         if (isInside && !wasDropped) {
             wasDropped = true;
             continue;

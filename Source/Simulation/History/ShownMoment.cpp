@@ -30,15 +30,15 @@ double Confined(double time, const TimeLine& line) {
 ShownMoment::ShownMoment(EpochPortal* portal, RunHistory* history, std::string joiner)
     : portal_(portal),
       history_(history),
-      remaker_(
-          portal, history, std::move(joiner),
-          [this](const AbEpoch*, RunHistory::Finding finding) { NoteMade(finding); },
-          [this] { portal_->TellObservers(kMomentChanged); }),
       finder_(
           portal, history,
           [this](const MomentFinder::Wish& wish, const std::optional<Moment>& moment) {
               NoteFound(wish, moment);
           },
+          [this] { portal_->TellObservers(kMomentChanged); }),
+      remaker_(
+          portal, history, std::move(joiner),
+          [this](const AbEpoch* run, RunHistory::Finding finding) { NoteMade(run, finding); },
           [this] { portal_->TellObservers(kMomentChanged); }) {
     portal_->AddObserver(this);
 }
@@ -54,8 +54,13 @@ Moment ShownMoment::Get() const {
 
 void ShownMoment::SeekTo(double time) {
     portal_->CommitChanges();
+    GoTo(time);
+}
+
+void ShownMoment::GoTo(double time) {
     Moment near;
     const AbEpoch* unmade = nullptr;
+    int64 changes = 0;
     {
         const ReadGuard guard(portal_);
         const TimeLine line = ReadRuns(*portal_, *history_);
@@ -66,17 +71,19 @@ void ShownMoment::SeekTo(double time) {
             if (run != nullptr && !run->isKept) unmade = run->epoch;
         }
         const std::lock_guard lock(mutex_);
-        awaited_ = unmade == nullptr ? std::nullopt : std::optional(time);
+        awaited_ = unmade == nullptr ? std::nullopt : std::optional(Awaited{unmade, time});
+        changes = changes_;
     }
     if (unmade != nullptr) return remaker_.Want(unmade);
-    Show(std::move(near));
+    Show(std::move(near), changes);
 }
 
-void ShownMoment::Show(Moment moment) {
+void ShownMoment::Show(Moment moment, int64 changes) {
     MomentFinder::Wish wish{moment.run, moment.IsPast() ? moment.epoch->Time() : 0.0};
     bool isChanged = false;
     {
         const std::lock_guard lock(mutex_);
+        if (changes != changes_) return;
         isChanged = moment.IsPast() || moment_.IsPast();
         moment_ = std::move(moment);
         wish.number = ++changes_;
@@ -119,7 +126,7 @@ void ShownMoment::MakeRunAgain() {
         run = moment_.IsPast() || line.IsEmpty() ? moment_.run : line.runs.back().epoch;
         awaited_.reset();
     }
-    if (run == nullptr) return NoteMade(RunHistory::Finding::kNotKept);
+    if (run == nullptr) return NoteMade(nullptr, RunHistory::Finding::kNotKept);
     remaker_.Want(run);
 }
 
@@ -132,25 +139,31 @@ std::optional<RunHistory::Finding> ShownMoment::TakeRefusal() {
     return std::exchange(refusal_, std::nullopt);
 }
 
-void ShownMoment::NoteMade(RunHistory::Finding finding) {
+// On the remaker's thread. Another run may be awaited by now.
+void ShownMoment::NoteMade(const AbEpoch* run, RunHistory::Finding finding) {
     std::optional<double> awaited;
     {
         const std::lock_guard lock(mutex_);
-        awaited = std::exchange(awaited_, std::nullopt);
+        if (awaited_ && awaited_->run == run) {
+            awaited = awaited_->time;
+            awaited_.reset();
+        }
         if (finding == RunHistory::Finding::kNotKept || finding == RunHistory::Finding::kLost)
             refusal_ = finding;
     }
-    if (finding == RunHistory::Finding::kFound && awaited) SeekTo(*awaited);
+    if (finding == RunHistory::Finding::kFound && awaited) GoTo(*awaited);
     portal_->TellObservers(kMomentChanged);
 }
 
 void ShownMoment::BackToNow() {
     portal_->CommitChanges();
+    int64 changes = 0;
     {
         const std::lock_guard lock(mutex_);
         awaited_.reset();
+        changes = changes_;
     }
-    Show({});
+    Show({}, changes);
 }
 
 std::optional<Moment> ShownMoment::GetExact() const {

@@ -31,6 +31,8 @@ public:
     // now. What is half typed becomes an edit first. A run that lies there and is not kept is made
     // again first.
     void SeekTo(double time);
+    // The same, but what is half typed stays as it is.
+    void GoTo(double time);
     // To the report before the moment, or after it.
     void StepReport(bool isForward);
     void BackToNow();
@@ -53,17 +55,23 @@ private:
     void Changed(int32 what) override;
     bool CommitChanges() override { return false; }
 
-    void Show(Moment moment);
+    // Not if the moment has changed since it had that number of changes.
+    void Show(Moment moment, int64 changes);
     void NoteFound(const MomentFinder::Wish& wish, const std::optional<Moment>& moment);
-    void NoteMade(RunHistory::Finding finding);
+    void NoteMade(const AbEpoch* run, RunHistory::Finding finding);
 
     EpochPortal* const portal_;
     RunHistory* const history_;
     mutable std::mutex mutex_;  // guards what follows; no other lock is taken meanwhile
     Moment moment_;
-    int64 changes_ = 0;              // of the moment
-    std::optional<double> awaited_;  // s: to be shown when its run is made
+    int64 changes_ = 0;  // of the moment
+    // To be shown when its run is made, which is only compared.
+    struct Awaited {
+        const AbEpoch* run = nullptr;
+        double time = 0.0;  // s
+    };
+    std::optional<Awaited> awaited_;
     std::optional<RunHistory::Finding> refusal_;
-    RunRemaker remaker_;  // last, as the next one: they call the above
-    MomentFinder finder_;
+    MomentFinder finder_;  // last, as the next one, which uses it: they call the above
+    RunRemaker remaker_;
 };

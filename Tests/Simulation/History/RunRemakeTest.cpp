@@ -2,11 +2,13 @@
 // are wanted.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <thread>
 
 #include "Model/Sharing/ModelGuards.h"
+#include "Model/Sharing/Observer.h"
 #include "Model/Systems/Body.h"
 #include "Simulation/History/ShownMoment.h"
 #include "Simulation/History/TimeLine.h"
@@ -157,6 +159,32 @@ TEST(RunRemake, ARunThatDoesNotArriveIsNotKeptAndItsEndStays) {
         EXPECT_TRUE(again.Line().IsEmpty());
         EXPECT_EQ(again.Make(), Finding::kNotKept);
     }
+}
+
+// As after more memory is allowed: its gaps are filled.
+TEST(RunRemake, TheRunThatWasJustMadeIsMadeAgain) {
+    HistoryRun run(TwoCollisions());
+    run.Run(5'000);
+    ShownMoment shown(run.document.Portal(), &run.history, "");
+    struct Counter final : Observer {
+        void Changed(int32 what) override {
+            if ((what & kRunsKeptChanged) == kRunsKeptChanged) isKept = true;
+        }
+        bool CommitChanges() override { return false; }
+        std::atomic<bool> isKept{false};
+    } counter;
+    run.document.Portal()->AddObserver(&counter);
+    shown.MakeRunAgain();
+    std::optional<Finding> refusal;
+    for (int i = 0; i < 3000 && !counter.isKept && !refusal; i++) {
+        refusal = shown.TakeRefusal();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(counter.isKept);
+    EXPECT_FALSE(refusal);
+    run.document.Portal()->RemoveObserver(&counter);
+    SystemState state;
+    EXPECT_EQ(run.StateAt(run.Focus()->Time() / 2, &state), Finding::kFound);
 }
 
 TEST(RunRemake, MakingIsEndedWhenItIsNotWantedAnyMore) {
