@@ -73,7 +73,8 @@ void SeriesIntegrator::StartAfresh() {
     contacts_.Resize(rows_.bodies, rows_.massive);
     // Of another moment than the one in which they touched.
     contacts_.ForgetPassedIf([this](const CollidingPair& pair) {
-        return Distance(pair) > (1.0 + kTouchingSlack) * Reach(pair);
+        const double reach = (1.0 + kTouchingSlack) * Reach(pair);
+        return SquaredDistance(pair) > reach * reach;
     });
     stepper_.Start(cutoff_, time_, isBackwards_);
     awaited_ = {};
@@ -225,11 +226,11 @@ Integrator::Progress SeriesIntegrator::Fail(SeriesStepper::Result result, double
     }
 }
 
-double SeriesIntegrator::Distance(const CollidingPair& pair) const {
+double SeriesIntegrator::SquaredDistance(const CollidingPair& pair) const {
     double square = 0.0;
     for (const double* const axis : rows_.position)
         square += (axis[pair.earlier] - axis[pair.later]) * (axis[pair.earlier] - axis[pair.later]);
-    return std::sqrt(square);
+    return square;
 }
 
 double SeriesIntegrator::Reach(const CollidingPair& pair) const {
@@ -240,11 +241,10 @@ void SeriesIntegrator::FindOverlaps() {
     overlaps_.clear();
     for (int32 i = rows_.massive - 1; i >= 0; i--)
         for (int32 j = rows_.bodies - 1; j > i; j--) {
-            double square = 0.0;
-            for (const double* const axis : rows_.position)
-                square += (axis[i] - axis[j]) * (axis[i] - axis[j]);
-            const double reach = rows_.radius[i] + rows_.radius[j];
-            if (square <= reach * reach && !contacts_.IsPassed({j, i})) overlaps_.push_back({j, i});
+            const CollidingPair pair{j, i};
+            const double reach = Reach(pair);
+            if (SquaredDistance(pair) <= reach * reach && !contacts_.IsPassed(pair))
+                overlaps_.push_back(pair);
         }
 }
 

@@ -57,8 +57,8 @@ private:
     void SetRadii();
     // False: given up halfway.
     [[nodiscard]] bool FindContacts(const StopFlags& stop);
-    // Of what stands in the rows, m: how far apart they are, and how far when they touch.
-    [[nodiscard]] double Distance(const CollidingPair& pair) const;
+    // Of what stands in the rows, m: how far apart they are (squared), and how far when they touch.
+    [[nodiscard]] double SquaredDistance(const CollidingPair& pair) const;
     [[nodiscard]] double Reach(const CollidingPair& pair) const;
     void FindOverlaps();
     // Stands there.

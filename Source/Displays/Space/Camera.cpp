@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numbers>
+
+#include "Displays/Trajectories/Extent.h"
 
 namespace {
 
@@ -31,17 +32,6 @@ ThreeVector Turned(const ThreeVector& v, const ThreeVector& axis, double angle) 
     return std::cos(angle) * v + std::sin(angle) * Cross(axis, v) +
            ((1.0 - std::cos(angle)) * Dot(axis, v)) * axis;
 }
-
-struct Interval {
-    double least = std::numeric_limits<double>::infinity();
-    double most = -std::numeric_limits<double>::infinity();
-
-    void Add(double value) {
-        least = std::min(least, value);
-        most = std::max(most, value);
-    }
-    [[nodiscard]] double Middle() const { return least + (most - least) / 2; }
-};
 
 }  // namespace
 
@@ -111,27 +101,23 @@ void Camera::ZoomAbout(double rightwards, double downwards, double factor) {
 
 void Camera::Fit(const std::vector<ThreeVector>& places, double width, double height) {
     const ThreeVector back = Back();
-    Interval x, y, z;
+    Extent seen;
     const auto see = [&](const ThreeVector& place) {
         return ThreeVector{Dot(place, right), Dot(place, up), Dot(place, back)};
     };
-    for (const ThreeVector& place : places) {
-        const ThreeVector seen = see(place);
-        if (!IsFinite(seen)) continue;
-        x.Add(seen.x);
-        y.Add(seen.y);
-        z.Add(seen.z);
-    }
-    if (x.most < x.least) return;
-    target = x.Middle() * right + y.Middle() * up + z.Middle() * back;
+    for (const ThreeVector& place : places)
+        seen.Add(see(place));
+    if (seen.IsEmpty()) return;
+    const ThreeVector middle = seen.low + 0.5 * (seen.high - seen.low);
+    target = middle.x * right + middle.y * up + middle.z * back;
     const double across = 2.0 / (width * (1.0 - kMargin));
     const double upwards = 2.0 / (height * (1.0 - kMargin));
     double fitting = 0.0;
     for (const ThreeVector& place : places) {
-        const ThreeVector seen = see(place - target);
-        if (!IsFinite(seen)) continue;
-        const double least = std::max(across * std::abs(seen.x), upwards * std::abs(seen.y));
-        fitting = std::max(fitting, isParallel || least == 0.0 ? least : least + seen.z);
+        const ThreeVector from = see(place - target);
+        if (!IsFinite(from)) continue;
+        const double least = std::max(across * std::abs(from.x), upwards * std::abs(from.y));
+        fitting = std::max(fitting, isParallel || least == 0.0 ? least : least + from.z);
     }
     if (fitting > 0.0) distance = fitting;
     Normalize();

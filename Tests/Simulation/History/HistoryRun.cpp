@@ -169,3 +169,26 @@ bool HistoryRun::Merge() {
     mergers += static_cast<int32>(result.mergers.size());
     return true;
 }
+
+int32 HistoryRun::CountWrong(const std::vector<ReportRecorder::Report>& reports,
+                             const std::vector<std::size_t>& asked) {
+    int32 wrong = 0;
+    for (const std::size_t i : asked) {
+        SystemState state;
+        if (StateAt(reports[i].time, &state) != RunHistory::Finding::kFound ||
+            !IsAt(state, reports[i]))
+            wrong++;
+    }
+    return wrong;
+}
+
+bool IsAt(const SystemState& state, const ReportRecorder::Report& report) {
+    return state.time == report.time && state.ids == report.ids &&
+           state.positions == report.positions && state.velocities == report.velocities;
+}
+
+std::vector<HistoryRun::Planet> TwoCollisions() {
+    return {{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},   {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0},
+            {2e-6, 20.0, 0.0, 0.0, 0.2, 0.5}, {1e-6, 20.0, 1.9, 0.0, 0.1, 0.5},
+            {2e-6, 0.0, 30.0, 0.2, 0.0, 0.5}, {1e-6, 2.5, 30.0, 0.1, 0.0, 0.5}};
+}

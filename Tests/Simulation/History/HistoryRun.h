@@ -64,6 +64,11 @@ public:
         return finding;
     }
 
+    // Of these reports, by their places in the list: how many StateAt does not bring back to the
+    // bit.
+    int32 CountWrong(const std::vector<ReportRecorder::Report>& reports,
+                     const std::vector<std::size_t>& asked);
+
     // What a save would write.
     BMessage Record();
 
@@ -83,3 +88,9 @@ public:
     RunHistory history;
     int32 mergers = 0;
 };
+
+[[nodiscard]] bool IsAt(const SystemState& state, const ReportRecorder::Report& report);
+
+// A star with a planet that circles it 3 times in 100,000 steps, and two pairs far out, each of
+// which meets on the way.
+[[nodiscard]] std::vector<HistoryRun::Planet> TwoCollisions();

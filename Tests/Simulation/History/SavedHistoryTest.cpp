@@ -15,12 +15,6 @@ namespace {
 using Finding = RunHistory::Finding;
 using Report = ReportRecorder::Report;
 
-std::vector<HistoryRun::Planet> TwoCollisions() {
-    return {{1.0, 0.0, 0.0, 0.0, 0.0, 0.0},   {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0},
-            {2e-6, 20.0, 0.0, 0.0, 0.2, 0.5}, {1e-6, 20.0, 1.9, 0.0, 0.1, 0.5},
-            {2e-6, 0.0, 30.0, 0.2, 0.0, 0.5}, {1e-6, 2.5, 30.0, 0.1, 0.0, 0.5}};
-}
-
 // As a window saves it.
 BMessage Saved(HistoryRun* run) {
     run->document.SetSavesHistory(true);
@@ -52,15 +46,7 @@ int32 CountWrong(HistoryRun* run, const std::vector<Report>& reports, std::size_
         if (reports[i].time != reports[i - 1].time) asked.push_back(i);
     std::shuffle(asked.begin(), asked.end(), std::mt19937(3));
     asked.resize(std::min(asked.size(), most));
-    int32 wrong = 0;
-    for (const std::size_t i : asked) {
-        SystemState state;
-        if (run->StateAt(reports[i].time, &state) != Finding::kFound ||
-            state.time != reports[i].time || state.ids != reports[i].ids ||
-            state.positions != reports[i].positions || state.velocities != reports[i].velocities)
-            wrong++;
-    }
-    return wrong;
+    return run->CountWrong(reports, asked);
 }
 
 }  // namespace

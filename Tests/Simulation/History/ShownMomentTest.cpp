@@ -54,10 +54,6 @@ protected:
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return ShownState().time == time;
     }
-    static bool IsAt(const SystemState& state, const Report& report) {
-        return state.time == report.time && state.ids == report.ids &&
-               state.positions == report.positions && state.velocities == report.velocities;
-    }
     bool Branch() {
         const auto moment = shown_.GetExact();
         std::unique_ptr<LCommand> command;
