@@ -66,6 +66,7 @@ TEST(PictureTexts, NamesLeaveRoomForTheTimeAndTheBar) {
     sky.Name("Middle", {0, 0, 0});
     sky.Name("Edge", {95, 0, 0});
     EXPECT_EQ(sky.Names(), "Top,Bottom,Middle,Edge,");
+    EXPECT_LE(sky.frames[3].right, sky.view.Bounds().right);
     EXPECT_EQ(sky.Names(texts), "Middle,Edge,");
 
     // The one that the mouse points at goes to the other side instead, and is not cut off.

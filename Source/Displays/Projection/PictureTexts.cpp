@@ -80,6 +80,11 @@ OverlayItem NameText(const TrajectoryCache::Disc& disc, const std::string& name,
     return text;
 }
 
+// Where that text begins on the other side of the disc.
+float LeftOf(const TrajectoryCache::Disc& disc, const OverlayItem& text, const BRect& frame) {
+    return std::floor(2.0f * disc.center.x - text.where.x - frame.Width());
+}
+
 const std::string& NameOf(const BodyLabels& labels, int32 body) {
     return labels.bodies[static_cast<std::size_t>(body)].name;
 }
@@ -145,8 +150,7 @@ void AddChosenName(const TrajectoryView& view, const BodyLabels& labels, int32 b
     const TrajectoryCache::Disc& disc = view.Cache().DiscAt(body);
     const OverlayItem usual = NameText(disc, NameOf(labels, body), kChosenColor);
     const BRect frame = view.FrameOf(usual);
-    // Mirrored about the disc's centre.
-    const float left = std::floor(2.0f * disc.center.x - usual.where.x - frame.Width());
+    const float left = LeftOf(disc, usual, frame);
     const float below = std::ceil(2.0f * disc.center.y - usual.where.y + frame.Height());
     const TakenFrames taken(view, *texts);
     for (const BPoint where : {usual.where, BPoint{usual.where.x, below},
@@ -175,7 +179,11 @@ void AddNames(const TrajectoryView& view, const BodyLabels& labels, int32 chosen
         OverlayItem name = NameText(disc, NameOf(labels, body), kTextColor);
         // Most names of a crowd need not be measured: their beginning is covered.
         if (!taken.IsFree(name.where)) continue;
-        const BRect frame = view.FrameOf(name);
+        BRect frame = view.FrameOf(name);
+        if (frame.right > bounds.right) {
+            name.where.x = LeftOf(disc, name, frame);
+            frame = view.FrameOf(name);
+        }
         if (!taken.IsFree(frame)) continue;
         taken.Add(frame);
         texts->push_back(std::move(name));

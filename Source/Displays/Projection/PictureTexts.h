@@ -25,7 +25,8 @@
 void AddChosenName(const TrajectoryView& view, const BodyLabels& labels, int32 body,
                    std::vector<OverlayItem>* texts);
 // Adds the names of all discs within the view, the heaviest bodies first, as far as they cover
-// neither each other nor the texts that are there; that of the chosen body (-1: none) is.
+// neither each other nor the texts that are there; that of the chosen body (-1: none) is there
+// already. A name that the view's right border would cut stands on the left of its disc.
 void AddNames(const TrajectoryView& view, const BodyLabels& labels, int32 chosen,
               std::vector<OverlayItem>* texts);
 // The body whose disc the point is on, or near to; -1 for none.
