@@ -31,6 +31,7 @@ constexpr int32 kStopsPerDecade = 10;
 const auto kFastestStop = static_cast<int32>(kStopsPerDecade * std::log10(Pace::kMax)) + 1;
 constexpr int32 kColumns = 9;
 constexpr int kBriefDigits = 3;
+constexpr int kFullDigits = 6;  // as many as there is room for
 constexpr float kKnobWidth = 72.0f;
 constexpr double kKeyFactor = 2.0;
 
@@ -159,10 +160,10 @@ std::string PaceControl::Brief(double secondsPerSecond) const {
 }
 
 std::string PaceControl::Full(double secondsPerSecond) const {
-    if (secondsPerSecond > Pace::kMax) return texts_.Label(kTextFastestPaceFull);
+    if (secondsPerSecond > Pace::kMax) return texts_.Label(kTextFastestPace);
     const UnitInfo* const unit = FittingUnit(*timeUnits_, secondsPerSecond);
-    if (unit == nullptr) return QuantityText(secondsPerSecond, 1.0);
-    return print_double(secondsPerSecond / unit->factor) + ' ' + unit->abbreviation;
+    if (unit == nullptr) return print_double(secondsPerSecond, kFullDigits);
+    return print_double(secondsPerSecond / unit->factor, kFullDigits) + ' ' + unit->abbreviation;
 }
 
 // --- What the user does ---

@@ -95,8 +95,11 @@ TEST_F(TimeLineTest, AnEditOfThePastBeginsABranchAndNothingElseDoes) {
     ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
     // What was not typed is not committed, however often it is asked for.
     Portal()->CommitChanges();
+    const std::string clicked = Value();
     TimeLineHand::Click(0.3);
+    ASSERT_TRUE(WaitUntil([&] { return IsPast() && Value() != clicked; }));
     TimeLineHand::Click(0.5);
+    ASSERT_TRUE(WaitUntil([&] { return Value() == clicked; }));
     EXPECT_EQ(Steps(), steps);
     EXPECT_EQ(TakeState(Portal()).positions, now_.positions);
 

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QStyleOptionFrame>
+#include <QToolTip>
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -217,6 +218,7 @@ private:
 
     void Unmark() {
         if (!IsRefused()) return;
+        if (QToolTip::text() == line->refusal) QToolTip::hideText();
         line->refusal.clear();
         line->setAccessibleDescription({});
         line->setPalette(OwnPalette());
