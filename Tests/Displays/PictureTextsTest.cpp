@@ -87,5 +87,6 @@ TEST(PictureTexts, NumbersCanBeRead) {
         return MakeTimeText("", years, 1.0, resources.TimeUnits()).text;
     };
     EXPECT_EQ(time(12.5), "12.500 s");
+    EXPECT_EQ(time(0.0125), "0.01250 s");
     EXPECT_EQ(time(5e20), "5e20 s");
 }

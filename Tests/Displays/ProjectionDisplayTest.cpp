@@ -397,7 +397,7 @@ TEST_F(ProjectionDisplayTest, TextsOverThePicture) {
             all.push_back(item.text);
         return all;
     };
-    EXPECT_EQ(texts(), (std::vector<std::string>{"1 AU", "t = 0.000 yr"}));
+    EXPECT_EQ(texts(), (std::vector<std::string>{"1 AU", "t = 0.00000 yr"}));
     EXPECT_EQ(texts(2).back(), "Moon");
     Send(FourCC("tbar"));
     Send(FourCC("ttim"));

@@ -77,10 +77,10 @@ TEST_F(TimeLineTest, MouseAndKeysMoveTheMomentThatEverythingShows) {
         TimeLineHand::Press(key);
         EXPECT_TRUE(WaitUntil([&] { return !(PlaceOf(1) == was); })) << static_cast<int>(key);
     }
-    EXPECT_EQ(Value(), "Past: 0.000 yr");
+    EXPECT_EQ(Value(), "Past: 0.00000 yr");
     // It plays until it is back at the end.
     TimeLineHand::Press(Key::kForward);
-    EXPECT_TRUE(WaitUntil([] { return Value() != "Past: 0.000 yr"; }));
+    EXPECT_TRUE(WaitUntil([] { return Value() != "Past: 0.00000 yr"; }));
     TimeLineHand::Press(Key::kEnd);
     EXPECT_TRUE(WaitUntil([] { return !IsPast(); }));
     EXPECT_TRUE(WaitUntil([&] { return PlaceOf(1) == PlaceNow(1); }));
@@ -124,7 +124,7 @@ TEST_F(TimeLineTest, GoInThePastBranchesAndRuns) {
     const int32 steps = Steps();
     TimeLineHand::Press(Key::kHome);
     TimeLineHand::Press(Key::kRight);
-    ASSERT_TRUE(WaitUntil([] { return IsPast() && Value() != "Past: 0.000 yr"; }));
+    ASSERT_TRUE(WaitUntil([] { return IsPast() && Value() != "Past: 0.00000 yr"; }));
     TimeLineHand::Press(Key::kSpace);
     ASSERT_TRUE(WaitUntil([&] { return simulation_.GoLabel() == "Pause"; }));
     EXPECT_EQ(Steps(), steps + 2);

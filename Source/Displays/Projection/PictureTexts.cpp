@@ -23,6 +23,9 @@ constexpr double kMetre = 1.0;
 
 constexpr double kPlainTimes = 1e7;  // times below it are written without an exponent
 constexpr int kTimeDecimals = 3;
+// Of a few years the days are to be seen.
+constexpr double kShortTimes = 10.0;
+constexpr int kShortTimeDecimals = 5;
 constexpr int kTimeDigits = 8;
 constexpr int kBarDigits = 6;
 
@@ -122,7 +125,8 @@ OverlayItem MakeScaleBar(double scale, double uval, const UnitTable& units) {
 OverlayItem MakeTimeText(const std::string& prefix, double time, double uval,
                          const UnitTable& units) {
     const double shown = time / uval;
-    const std::string number = std::abs(shown) < kPlainTimes ? FixedText(shown, kTimeDecimals)
+    const int decimals = std::abs(shown) < kShortTimes ? kShortTimeDecimals : kTimeDecimals;
+    const std::string number = std::abs(shown) < kPlainTimes ? FixedText(shown, decimals)
                                                              : print_double(shown, kTimeDigits);
     OverlayItem text;
     text.anchor = OverlayItem::Anchor::kLeftTop;
