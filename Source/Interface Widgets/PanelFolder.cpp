@@ -28,6 +28,12 @@ bool IsSystemFolder(const fs::path& path) {
            std::ranges::count(kSystemFolders, "/" + relative.begin()->string()) > 0;
 }
 
+bool IsOwnFolder(const fs::path& path) {
+    std::error_code failure;
+    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
+    return !failure && program.parent_path() == path;
+}
+
 bool IsInBuildTree(fs::path path) {
     std::error_code none;
     for (;; path = path.parent_path()) {
@@ -42,7 +48,7 @@ bool IsProgramsFolder(const std::string& path) {
     std::error_code failure;
     fs::path real = fs::canonical(path, failure);
     if (failure) real = fs::path(path).lexically_normal();
-    return IsSystemFolder(real) || IsInBuildTree(real);
+    return IsSystemFolder(real) || IsOwnFolder(real) || IsInBuildTree(real);
 }
 
 entry_ref PanelFolder(const entry_ref& folder) {

@@ -147,8 +147,7 @@ int Runner::FindTarget() {
     const bool isOver =
         target && target->IsTime() && !options_.resume && !(target->time > OfFocus(&AbEpoch::Time));
     if (!target || isOver)
-        return output_.Fail(DocumentName(),
-                            FillIn(resources_.InterfaceLabel(kTextBadValue), {"--until", *until}));
+        return output_.Fail(DocumentName(), UntilRefusal(*until, &document_, resources_));
     live_.SetTarget(*target);
     document_.GetCalculator()->SetRunCondition(target->Condition());
     return kDone;

@@ -1,20 +1,25 @@
 #include "Run/UntilText.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "Resources/Runner.h"
 #include "Run/EditText.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 
 using Kind = RunTarget::Kind;
 
 constexpr std::string_view kMerger = "merger";
+constexpr std::string_view kEscape = "escape";
 constexpr std::pair<std::string_view, Kind> kConditions[] = {
-    {"closest", Kind::kClosest}, {"escape", Kind::kEscape}, {"x", Kind::kPlaneX},
+    {"closest", Kind::kClosest}, {kEscape, Kind::kEscape}, {"x", Kind::kPlaneX},
     {"y", Kind::kPlaneY},        {"z", Kind::kPlaneZ},
 };
+constexpr auto FirstOf = &std::pair<std::string_view, Kind>::first;
 
 std::optional<int64> FindBody(SimulationDocument* document, std::string_view name) {
     for (const Body* const body : document->Portal()->BodiesInMassOrder())
@@ -73,4 +78,18 @@ std::optional<RunTarget> ParseUntil(std::string_view text, SimulationDocument* d
     target.kind = Kind::kUntil;
     target.time = time.value;
     return target;
+}
+
+std::string UntilRefusal(std::string_view text, SimulationDocument* document,
+                         const ProgramResources& resources) {
+    std::string_view names = text;
+    const std::string_view condition = TakeUpTo('=', &names);
+    const bool isOfBodies = std::ranges::count(kConditions, condition, FirstOf) > 0;
+    while (isOfBodies && !names.empty()) {
+        const std::string_view name = TakeUpTo(',', &names);
+        if (!FindBody(document, name))
+            return FillIn(resources.InterfaceLabel(kTextUntilNoBody), {std::string(name)});
+        if (condition == kEscape) break;  // behind it stands a distance
+    }
+    return FillIn(resources.InterfaceLabel(kTextBadValue), {"--until", std::string(text)});
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "Simulation/Document/RunTarget.h"
@@ -16,3 +17,6 @@ class SimulationDocument;
 [[nodiscard]] std::optional<RunTarget> ParseUntil(std::string_view text,
                                                   SimulationDocument* document,
                                                   const ProgramResources& resources);
+// Why such a text, for which there is nothing or whose time is over, is refused.
+[[nodiscard]] std::string UntilRefusal(std::string_view text, SimulationDocument* document,
+                                       const ProgramResources& resources);

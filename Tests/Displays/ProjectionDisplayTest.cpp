@@ -378,6 +378,9 @@ TEST_F(ProjectionDisplayTest, TheWheelKeepsWhatIsFollowedWhereItIs) {
     turn({490, -60});
     EXPECT_NEAR(Place(1).x, 90 - 490 * 1.25, 0.1);
     EXPECT_NEAR(Place(1).y, -60 + 60 * 1.25, 0.1);
+    // Chosen again it comes back.
+    Locked([&] { display_->Follow(1); });
+    EXPECT_EQ(Place(1), (BPoint{0, 0}));
 }
 
 // What the user sees is not yet what the display has.

@@ -56,14 +56,15 @@ TEST_F(RunUntil, HighOrdersStopAtTheVeryMoment) {
 }
 
 TEST_F(RunUntil, WhatItCannotWaitForIsRefusedBeforeTheRun) {
-    for (const char* what :
-         {"tomorrow", "-1 s", "closest=b0", "closest=b0, nobody", "w=b0", "closest=b0, b0",
-          "x=", "0 s", "escape=b0", "escape=b0, b1", "escape=b0, -1 km"}) {
+    for (const char* what : {"tomorrow", "-1 s", "closest=b0", "w=b0", "closest=b0, b0",
+                             "x=", "0 s", "escape=b0", "escape=b0, b1", "escape=b0, -1 km"}) {
         const Outcome outcome = RunTo(what, merging_);
         EXPECT_EQ(outcome.status, 1) << what;
         EXPECT_EQ(outcome.out, "") << what;
         EXPECT_NE(outcome.err.find(what), std::string::npos) << outcome.err;
     }
+    for (const char* const what : {"closest=b0, nobody", "escape=nobody, 1 km", "x=nobody"})
+        EXPECT_NE(RunTo(what, merging_).err.find("there is no body \"nobody\""), std::string::npos);
 }
 
 }  // namespace

@@ -303,7 +303,9 @@ void ProjectionDisplay::SetScale(BMessage* message) {
 // --- The frame ---
 
 void ProjectionDisplay::SetFrame(int64 followed, const TurningPair& pair) {
-    if (followed == fields_.followed && pair == fields_.pair) return ShowFrame();
+    // What is followed already comes back to the middle.
+    if (followed == kNoSystemID && fields_.followed == kNoSystemID && pair == fields_.pair)
+        return ShowFrame();
     mover_.SetFrame(followed, pair);
     {
         const ReadGuard guard(Epoch());

@@ -115,7 +115,7 @@ std::optional<std::string> SweepRun::FindTarget() {
     if (options_.until) {
         const auto target = ParseUntil(*options_.until, &document_, resources_);
         if (!target || (target->IsTime() && !(target->time > time)))
-            return FillIn(resources_.InterfaceLabel(kTextBadValue), {"--until", *options_.until});
+            return UntilRefusal(*options_.until, &document_, resources_);
         target_ = *target;
         document_.GetCalculator()->SetRunCondition(target_.Condition());
     }
