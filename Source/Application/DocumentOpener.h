@@ -1,5 +1,5 @@
 // Makes the windows of simulations: new ones, and those of files, examples and recovery copies.
-// What could not be opened it tells whoever asked. Owned by the application, on its thread.
+// Reports to whoever asked what could not be opened. Owned by the application, on its thread.
 #pragma once
 
 #include <functional>

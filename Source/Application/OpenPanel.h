@@ -1,5 +1,5 @@
 // The one panel in which files are chosen to be opened, made when it is first needed; and what is
-// remembered about it, which also serves as the save panel's area of documents that tell none.
+// remembered about it, which also serves as the save panel's area of documents that hold none.
 // Owned by the application, on its thread.
 #pragma once
 

@@ -1,8 +1,7 @@
 // The closing of all simulations when the program is to quit: each is asked when the one before has
 // closed, so that no more than one question is on the screen; a question that is cancelled ends the
 // round, and the simulations not yet asked stay as they are. Those that were opened meanwhile are
-// asked at its end. Owned by the application, on its
-// thread.
+// asked at its end. Owned by the application, on its thread.
 #pragma once
 
 #include <deque>

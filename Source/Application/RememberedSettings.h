@@ -13,7 +13,7 @@ class DefaultResponses;
 
 struct RememberedSettings {
     std::string openIn;  // the folder that the open panel shows first; empty: not remembered
-    // The open panel's area, as MyFilePanel tells it. On saving only with `hasArea`.
+    // The open panel's area, as MyFilePanel gives it. On saving only with `hasArea`.
     bool hasArea = false;
     BPoint openAt;
     float openWidth = 0.0f;

@@ -131,7 +131,7 @@ void SimApp::SimulationShown(const void* pointer) {
 void SimApp::SimulationClosed(const void* pointer, const BMessage& message) {
     Simulation* const simulation = simulations_.Find(pointer);
     if (simulation == nullptr) return;
-    // What it could not read is told before it goes: the program would end with its last window.
+    // What it could not read is reported before it goes: the program ends with its last window.
     opener_.Closed(simulation, message);
     simulations_.Delete(simulation);
     QuitIfNothingIsLeft();

@@ -78,7 +78,7 @@ private:
     void HandBack(const BMessage& message);
     // What begins with a document, or the choice of one; false for any other message.
     bool OpenMessage(const BMessage& message);
-    // What windows, the system and timers tell.
+    // What windows, the system and timers report.
     bool NoticeMessage(const BMessage& message);
 
     const ProgramResources* const resources_;

@@ -67,7 +67,7 @@ SingleLaunch::SingleLaunch(const std::string& program) {
     TakePlace();
 }
 
-// The lock's file stays: who waits for it could be left with one that has no name.
+// The lock's file stays: a process that waits for it could be left with one that has no name.
 SingleLaunch::~SingleLaunch() = default;
 
 void SingleLaunch::TakePlace() {
@@ -97,7 +97,7 @@ std::optional<std::vector<std::string>> SingleLaunch::HandOver(
     while (!LocalRequests::Ask(base_ + ".socket", request, end - system_time(), &answer)) {
         TakePlaceOfEnded();
         if (isFirst_ || system_time() >= end) return std::nullopt;
-        // Somebody else was quicker: he is the one to ask.
+        // Another process was quicker: that is the one to ask.
     }
     std::vector<std::string> complaints;
     std::string complaint;

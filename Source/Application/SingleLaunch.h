@@ -1,8 +1,8 @@
 // Lets one program run for each user and display: a program that is started while another runs can
 // hand the other its documents. Made and destroyed by main, and used by its thread.
 //
-// Who holds the lock of a file in the user's runtime folder is the one that runs; it listens on a
-// socket beside it. The lock ends with its process, however that ends.
+// The one that runs holds the lock of a file in the user's runtime folder, and listens on a socket
+// beside it. The lock ends with its process, however that ends.
 #pragma once
 
 #include <optional>

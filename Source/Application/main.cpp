@@ -1,4 +1,4 @@
-// orvek: the program with windows. Without a display it only tells its version and its use.
+// orvek: the program with windows. Without a display it only prints its version and its usage.
 #include <unistd.h>
 #include <cstdio>
 #include <string>
@@ -33,7 +33,7 @@ int Tell(const std::string& complaint, const ProgramResources& resources) {
 }
 
 // Opens the documents in the program that runs, or has it come to the front. What cannot be opened
-// is told to the user here, where he looks. False if they have to be opened here.
+// is reported here, where the user is looking. False if they have to be opened here.
 bool HandOver(SingleLaunch* launch, const std::vector<std::string>& documents,
               const ProgramResources& resources, int* status) {
     std::vector<std::string> readable;

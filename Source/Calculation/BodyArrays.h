@@ -10,7 +10,7 @@ struct BodyArrays {
     const double* velocity[3];
 };
 
-// All that an integrator is told of the bodies, the first `massive` of which have mass. GM in
+// All that an integrator knows of the bodies, the first `massive` of which have mass. GM in
 // m3/s2, radii in metres.
 struct BodyRows {
     int32 bodies = 0;

@@ -119,12 +119,12 @@ void Calculator::AdjustAnimationSpeed(float batches, int64 elapsed) {
     if (batches >= kDeadBandBelow * target && batches <= kDeadBandAbove * target) return;
     const int32 former = reportsPerDraw_;
     auto reports = Truncate<int32>(batches * static_cast<float>(former) / target);
-    // Upwards only; there is deliberately no such nudge downwards.
+    // A step up is one report at least. A step down may be none, deliberately.
     if (reports == former && batches > target) reports++;
     reports = std::max(reports, kMinReportsPerDraw);
-    // Only the arrays grow. Re-reading the model here would restart the step, and the results would
-    // depend on the clock. The consumers have yet to get the batch that the arrays hold.
-    if (reports > former && areCut) return;  // larger ones would be cut likewise
+    if (reports > former && areCut) return;  // larger ones would be cut, too
+    // Only the arrays grow: the consumers have yet to get the batch that they hold, and if the
+    // model were read again here, the step would restart and the results would depend on the clock.
     try {
         if (reports > former) batch_.SetSize(CountBodies(), reports);
     } catch (const std::bad_alloc&) {

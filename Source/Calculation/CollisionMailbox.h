@@ -1,4 +1,4 @@
-// The colliding pairs that a calculator has found and not yet told: a 'clsn' record with the
+// The colliding pairs that a calculator has found and not yet reported: a 'clsn' record with the
 // bodies' identifiers in two parallel repeated int64 fields. Owned by the calculator, used on its
 // thread.
 #pragma once
@@ -20,7 +20,7 @@ public:
         int64 later = 0;
         int64 earlier = 0;
     };
-    // Those that such a message tells.
+    // The pairs in such a message.
     [[nodiscard]] static std::vector<Pair> PairsOf(const BMessage& message);
 
     void Add(int64 later, int64 earlier);

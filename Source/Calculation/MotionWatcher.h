@@ -1,6 +1,6 @@
-// Who wants to know how the bodies of a run move between two reports, and where they touch: entered
-// with the calculator, and called on its thread, with the model's write lock held. Motion is told
-// only by methods that know it: those of orders from 5.
+// Learns how the bodies of a run move between two reports, and where they touch. Entered with the
+// calculator and called on its thread, with the model's write lock held. Only methods that know the
+// motion report it: those of orders from 5.
 #pragma once
 
 #include <vector>
@@ -28,7 +28,7 @@ public:
     // A run begins, or goes on after a halt: with these, in mass order.
     virtual void BodiesAre(double time, const std::vector<Body*>& bodies, int32 massive) = 0;
     virtual void Moved(const Piece& piece) = 0;
-    // Of the bodies that were told, by index.
+    // By index, of the bodies that were given.
     virtual void Touched(double time, const BodyArrays& bodies,
                          const std::vector<CollidingPair>& pairs) = 0;
 

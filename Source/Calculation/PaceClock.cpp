@@ -14,7 +14,7 @@ void SystemPaceClock::WaitUntil(bigtime_t moment, const std::function<bool()>& i
         woken_.wait_for(lock, std::chrono::microseconds(left));
 }
 
-// With the lock: who has just looked is waiting by then.
+// Under the lock, so that a thread that has just looked is waiting by then.
 void SystemPaceClock::Wake() {
     const std::lock_guard lock(mutex_);
     woken_.notify_all();

@@ -32,7 +32,7 @@ public:
     void Begin(double time, const std::vector<Body*>& bodies);
 
     // A batch of so many reports is there, to be handed over in pieces: one at least. While it is
-    // cut its last report is overwritten; who is to have that takes it before.
+    // cut its last report is overwritten; consumers that need it take it first.
     void Take(ReportBatch* batch, int32 reports);
     [[nodiscard]] bool HasNext() const { return hasNext_; }
     // Waits until the next piece is due, unless the run is paused meanwhile.

@@ -10,7 +10,7 @@ namespace {
 constexpr bigtime_t kSecond = 1'000'000;
 constexpr double kNever = std::numeric_limits<double>::infinity();
 constexpr bigtime_t kPatience = 100'000;
-// Of the pace: less is told.
+// Part of the pace; anything less counts as falling behind.
 constexpr double kReached = 0.95;
 
 }  // namespace
@@ -70,7 +70,7 @@ void PictureTimes::ShownAt(double time) {
     ShownBetween();
 }
 
-// Who is a whole picture late does not catch up.
+// What is a whole picture late is not made up for.
 void PictureTimes::ShownBetween() {
     if (clock_ == nullptr) return;
     isDrawn_ = false;

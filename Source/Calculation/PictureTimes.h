@@ -41,8 +41,8 @@ public:
     }
     // The last picture is drawn: the time that this took counts for none of the batches to come.
     void Drawn();
-    // It is long past the time at which the next picture was due, so that what there is of it had
-    // better be shown.
+    // It is long past the time at which the next picture was due, so that what there is of it is
+    // to be shown.
     [[nodiscard]] bool IsOverdue() const;
     // Returns when the next picture is due, or when somebody pauses.
     void Await(const std::atomic<int32>& pauseCount);
@@ -55,7 +55,7 @@ public:
 
     // The pace was not reached during the last second or so.
     [[nodiscard]] bool IsBehind() const { return isBehind_; }
-    // Wakes who awaits a picture. Any thread.
+    // Wakes the thread that awaits a picture. Any thread.
     void Wake();
 
 private:

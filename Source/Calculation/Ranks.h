@@ -26,10 +26,10 @@ public:
     [[nodiscard]] bool IsFirst() const { return Own() == 0; }
     // Threads that each of them should have.
     [[nodiscard]] virtual int32 Threads() const = 0;
-    // Fewer pairs of bodies are not worth telling the others.
+    // Fewer pairs of bodies are not worth sharing.
     [[nodiscard]] virtual int64 LeastPairs() const = 0;
 
-    // Number 0 tells, the others hear: so many bytes. Call is the same where the others may have to
+    // Number 0 sends so many bytes to all others. Call is the same where the others may have to
     // wait long.
     virtual void Tell(const void* data, std::size_t size) = 0;
     virtual void Hear(void* data, std::size_t size) = 0;

@@ -15,8 +15,8 @@ class RunBodies {
 public:
     // Fills the arrays, which have room for these bodies, and keeps them.
     void Load(const std::vector<Body*>& bodies, const BodyRows& rows);
-    // A pair touches within the sum of its radii. Whoever needs it forms it as he goes: a square
-    // for each pair would grow with the pairs.
+    // A pair touches within the sum of its radii. It is formed where it is needed: stored for
+    // each pair it would take too much memory.
     void ComputeKissDist(const std::vector<Body*>& bodies);
     // All radii count as 0.
     void IgnoreKissDist();

@@ -1,8 +1,8 @@
-// Where a run is to stop by itself: when so many steps are complete, or at a time: exactly then if
-// the integrator, which is told, can end a step anywhere, else at the first report past it. Past it
-// is before it where time falls. Set by
-// any thread, obeyed by the calculation thread from the start of its next run on; pauses and
-// collisions on the way do not restart the count.
+// Where a run is to stop by itself: after so many steps, or at a time. An integrator that can end a
+// step anywhere stops at that very time, any other at the first report past it; where time falls,
+// past it is before it. Set by any thread and obeyed by the calculation thread from the start of
+// its next run on; pauses and collisions on the way do not restart the count. A limit that was
+// reached holds no more.
 #pragma once
 
 #include <limits>

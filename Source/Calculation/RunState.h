@@ -1,5 +1,5 @@
-// Where a run of orders 2 to 4 stands between two of its steps, as far as neither its bodies nor
-// the saved state tell: with these it goes on to the same bits. A plain value.
+// What a run of orders 2 to 4 needs between two of its steps beside its bodies and the saved state,
+// so that it goes on to the same bits. A plain value.
 #pragma once
 
 #include "Platform/Application/FieldDescription.h"

@@ -25,8 +25,8 @@ public:
     double* Row(int32 axis, int32 part) { return &numbers_[RowStart(axis, part)]; }
     const double* Row(int32 axis, int32 part) const { return &numbers_[RowStart(axis, part)]; }
 
-    // From each part of an axis to the next. Whoever adds to all parts of few bodies would spend
-    // more time on finding their rows.
+    // From each part of an axis to the next. With few bodies, finding the row of each part would
+    // take longer than adding to it.
     std::ptrdiff_t RowStride() const { return static_cast<std::ptrdiff_t>(stride_); }
 
     // From the last part to part 0: smallest first, and in the order in which a step adds them.

@@ -1,4 +1,4 @@
-// Who may stop a run: a count of callers that asked for a pause, and the calculator itself. Owned
+// Why a run stops: so many callers have asked for a pause, or the calculator itself has. Owned
 // by the calculator; any thread may set or read the flags. The force evaluation polls them, so that
 // a pause takes effect in the middle of a step of many bodies.
 #pragma once

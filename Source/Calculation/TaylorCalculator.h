@@ -1,6 +1,6 @@
 // The calculator that a document has: it integrates by Taylor series, with the method that there is
-// for the order of the focus epoch (Integrator.h). Who owns it and which threads call it:
-// Calculator.h.
+// for the order of the focus epoch (Integrator.h). Calculator.h says who owns it and which
+// threads call it.
 //
 // Results are the same bits whatever the number of threads and the size of the batches.
 #pragma once

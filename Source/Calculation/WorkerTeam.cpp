@@ -5,8 +5,8 @@
 namespace {
 
 // Looks before sleeping: some tenths of a millisecond, which is longer than others need for the
-// last portion of a large piece, or the caller for what it does alone. Who sleeps comes too late
-// for the next piece where the machine is busy.
+// last portion of a large piece, or the caller for what it does alone. A thread that sleeps is
+// too late for the next piece where the machine is busy.
 constexpr int32 kLooks = 10000;
 
 void Pause() {

@@ -69,7 +69,7 @@ void ColorControl::AttachedToWindow() {
 }
 
 void ColorControl::ShowEnabled(bool isEnabled) {
-    // A knob that is held when it is disabled tells no end.
+    // A knob that is held when it is disabled does not report its release.
     if (!isEnabled) begun_ = {};
     swatch_->SetEnabled(isEnabled);
     for (const Channel& channel : channels_) {

@@ -1,6 +1,6 @@
 // An entry of a colour: a swatch that opens the desktop's colour dialog, and for each of red, green
 // and blue a slider and a number. While a knob is held or the dialog is open the entry shows the
-// colour and tells its window kColorShown; letting go is one edit, of the system for which it was
+// colour and sends its window kColorShown; letting go is one edit, of the system for which it was
 // begun. Rules as for Entry.
 #pragma once
 

@@ -1,4 +1,4 @@
-// A file panel whose place and size can be remembered for other font sizes: the size is told in
+// A file panel whose place and size can be remembered for other font sizes: the size counts in
 // sizes of the plain font. It begins where users keep documents (PanelFolder.h). Rules as for
 // BFilePanel.
 #pragma once

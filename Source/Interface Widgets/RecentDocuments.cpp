@@ -47,7 +47,7 @@ void RecentDocuments::Unsubscribe(const BMessenger& menu) {
     std::erase(subscribers_, menu);
 }
 
-// Told one by one without waiting, so the list may stay locked.
+// Notified one by one without waiting, so the list may stay locked.
 void RecentDocuments::TellSubscribers() {
     for (const BMessenger& menu : subscribers_)
         WindowServer::Deliver(menu, BMessage(kChanged));

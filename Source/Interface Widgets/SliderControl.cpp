@@ -49,7 +49,7 @@ void SliderControl::AttachedToWindow() {
 }
 
 void SliderControl::ShowEnabled(bool isEnabled) {
-    // A knob that is held when it is disabled tells no end.
+    // A knob that is held when it is disabled does not report its release.
     if (!isEnabled && std::exchange(isHeld_, false)) Present(Shown().value, true);
     slider_->SetEnabled(isEnabled);
     number_->SetEnabled(isEnabled);

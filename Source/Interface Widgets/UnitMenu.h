@@ -5,7 +5,7 @@
 #include "Interface Widgets/AbbrevMenuField.h"
 #include "Platform/Interface/Handles/BMenu.h"
 
-// One unit of a unit menu; its message tells the unit's factor as double "Units Pref".
+// One unit of a unit menu; its message has the unit's factor as double "Units Pref".
 class UnitMenuItem : public AbbrevMenuItem {
 public:
     // `uval`: one such unit in SI units.

@@ -50,7 +50,7 @@ void Progress::Clear() {
     onScreen_ = false;
 }
 
-// Of two limits the one that is nearer to being reached is told.
+// Of two limits the one that will be reached first is shown.
 std::string Progress::Line(int64 steps, double time, double seconds) const {
     const double stepsDone =
         goal_.steps ? static_cast<double>(steps) / static_cast<double>(*goal_.steps) : 0.0;

@@ -1,4 +1,4 @@
-// The displays of one simulation: made, deleted, told and archived together. Owned by the
+// The displays of one simulation: made, deleted, notified and archived together. Owned by the
 // simulation's window and used on its thread, with the window locked; the calculator is held at
 // rest while the list changes.
 #pragma once

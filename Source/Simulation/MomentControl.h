@@ -1,5 +1,5 @@
 // What the simulation's window does about the moment shown: begins a branch at one of the past,
-// comes back to now, and tells that one looks at the past. Edits that the user makes there begin a
+// comes back to now, and says that the past is shown. Edits that the user makes there begin a
 // branch first, as those of a record go into a copy. Owned by the window and used on its thread,
 // except where it says otherwise.
 #pragma once

@@ -96,7 +96,7 @@ void SimulationCloser::SaveThenClose(const BMessage& answer) {
 void SimulationCloser::CloseUnsaved(const BMessage& answer) {
     boxes_->HandleDefaultResponse(answer, MessageWindow::kSaveConfirmation,
                                   MessageBoxes::kReallyQuit);
-    // Who was asked does not want what was recovered either; who was not may want it back.
+    // A user who was asked does not want the recovered document either; one who was not may.
     if (answer.HasName(MessageBoxes::kCheckBox))
         saver_->File().DiscardRecovered();
     else

@@ -195,7 +195,7 @@ void SimulationControls::ShowOpened(const std::string& notice) {
 
 void SimulationControls::ShowRun() {
     ShowFigures(monitor_.Measure(system_time()));
-    // A run tells nobody how it goes on.
+    // A run does not report its progress.
     bodySettings_->Redisplay(kBodyDataChanged, moment_);
     globalControls_->Redisplay(kTimeChanged, moment_);
     pace_->ShowWhetherBehind();

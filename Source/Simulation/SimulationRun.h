@@ -1,6 +1,6 @@
-// The run of one open simulation: turns the window's messages into calls of run control, has bodies
-// merge that touch, and tells how a run has ended. Owned by the window and used on its thread with
-// the window locked.
+// The run of one open simulation: turns the window's messages into calls of run control, merges
+// bodies that touch, and reports how a run has ended. Owned by the window and used on its thread
+// with the window locked.
 #pragma once
 
 #include "Simulation/Document/RunControl.h"

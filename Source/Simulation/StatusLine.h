@@ -20,7 +20,7 @@ public:
     // The figures are broken into as many lines as they take. True if the line wants another
     // height now, as for all that follow.
     bool ShowBodies(std::size_t count);
-    // What had better be done another way; empty: nothing.
+    // Advice on what would be better; empty: there is none.
     bool ShowAdvice(const std::string& advice);
     // Rates of zero and errors that are not known are left out. `timeUval`: the unit of time, s.
     bool ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order);

@@ -210,7 +210,7 @@ TEST_F(PassingTest, AStopTellsAPairOnce) {
     EXPECT_EQ(watcher.times.size(), 1u);
 }
 
-// Who goes back to the beginning, or has bodies merge after all, meets the contact again.
+// A run from the beginning, or one in which bodies merge after all, meets the contact again.
 TEST_F(PassingTest, AnotherRunStopsAtTheSameContact) {
     const double start = system.GetEpoch()->Time();
     const auto rewind = [&] {

@@ -264,7 +264,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"Preferences", Make<PreferenceFile>, {}}),
     [](const auto& test) { return std::string(test.param.name); });
 
-// Who is told that a file could not be written in place must learn where the contents are.
+// A user who is told that a file could not be written in place must learn where the contents are.
 TEST(SavingFaults, ACopyThatHoldsTheOnlyWholeContentsIsNamed) {
     int kept = 0;
     for (int call = 1;; call++) {

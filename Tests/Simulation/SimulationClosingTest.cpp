@@ -75,7 +75,7 @@ TEST_F(SimulationClosingTest, AStandingAnswerLosesNoWork) {
     simulation.Send(B_QUIT_REQUESTED);
     EXPECT_TRUE(IsDoomed(simulation));
     ASSERT_EQ(host.Recovery().List().size(), 1u);
-    // Who was asked, and says no, means it.
+    // A user who was asked and says no means it.
     TestSimulation other(&host, PlanetRecord());
     other.Send(kNewBody);
     other.Send(Answer(FourCC("rlyq")));

@@ -78,12 +78,15 @@ function(orvek_floor name)
     endif()
 endfunction()
 
-# orvek_test(NAME DIR dir LINKS target...): the test program of one floor, all sources in DIR. Tests name their
-# helpers by the path from the project's folder ("Tests/...").
+# orvek_test(NAME DIR dir ROOMS folder... LINKS target...): the test program of one floor, all sources in DIR and in
+# its ROOMS. Tests name their helpers by the path from the project's folder ("Tests/...").
 function(orvek_test name)
-    cmake_parse_arguments(ARG "" "DIR" "LINKS" ${ARGN})
-    file(GLOB found CONFIGURE_DEPENDS "${ARG_DIR}/*.cpp" "${ARG_DIR}/*.h")
-    add_executable(${name} ${found})
+    cmake_parse_arguments(ARG "" "DIR" "ROOMS;LINKS" ${ARGN})
+    add_executable(${name})
+    foreach(folder IN ITEMS "" LISTS ARG_ROOMS)
+        file(GLOB found CONFIGURE_DEPENDS "${ARG_DIR}/${folder}/*.cpp" "${ARG_DIR}/${folder}/*.h")
+        target_sources(${name} PRIVATE ${found})
+    endforeach()
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main)
     if(ORVEK_SANITIZE)  # what takes long, takes much longer

@@ -1,4 +1,4 @@
-// A small box that tells or asks something: a text, up to three buttons, and a check box if asked
+// A small box that says or asks something: a text, up to three buttons, and a check box if asked
 // for. Every button sends a message of its maker's. The Enter key presses the rightmost button, the
 // Escape key closes the box as its close box does. Made by its owner's thread, shown by it, and
 // deleted by it when it asks for that ("klms"); otherwise the rules of BWindow.
@@ -36,7 +36,7 @@ public:
     // To a box that was made and not yet shown, whose owner may be busy: show yourself.
     static constexpr uint32 kShowSelf = FourCC("shwb");
 
-    // `owner` is told "klms" with pointer "Doomed Msg Window" when the box has closed. Without an
+    // `owner` gets "klms" with pointer "Doomed Msg Window" when the box has closed. Without an
     // owner's name the title is the general one. `isCentered`: in the middle of the screen instead
     // of at `where`. Null options: no such button. The check box only with a label. Texts are not
     // owned; the options and texts are copied.

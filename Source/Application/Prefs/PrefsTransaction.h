@@ -2,8 +2,8 @@
 // set; any thread may begin, the others wait. Reading and writing need a transaction.
 //
 // A save replaces the file instead of rewriting it, so that a full disk costs nothing that is in
-// it. The new file is locked before it takes the old one's name; and who gets the lock of a file
-// that was replaced meanwhile opens it again.
+// it. The new file is locked before it takes the old one's name; and whoever gets the lock of a
+// file that was replaced meanwhile opens it again.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +13,8 @@
 #include "Platform/Storage/BNode.h"
 
 // The two locks of the preference store, made when first used and never destroyed. Both may be
-// taken several times by one thread; who wants both takes the transactions' lock first, because a
-// transaction may last.
+// taken several times by one thread; a thread that wants both takes the transactions' lock first,
+// because a transaction may last.
 class BLocker;
 
 namespace PrefsLocks {

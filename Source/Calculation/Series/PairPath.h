@@ -11,7 +11,7 @@ public:
 
     // The first share at which the distance is `reach` or less; negative: at none.
     [[nodiscard]] double FirstWithin(double reach) const;
-    // At the begin the bodies are farther apart than that, and go away from each other.
+    // At the start the bodies are farther apart than that and moving away from each other.
     [[nodiscard]] bool LeavesFrom(double reach) const;
 
 private:

@@ -3,9 +3,9 @@
 // bodies, none pass through each other unseen. Owned by a calculator and used by one thread at a
 // time; allocates when more pairs than ever come near each other.
 //
-// Most pairs are told apart by one comparison with how far bodies can move in the step. For the
-// others the step is cut in halves until the pair can be told apart, or until it has come so near
-// that its distance squared, as a polynomial, tells its roots without loss of digits (PairPath).
+// Most pairs are ruled out by one comparison with how far bodies can move in the step. For the
+// others the step is halved until the pair can be ruled out, or until it has come so near that the
+// roots of its squared distance, a polynomial, are found without loss of digits (PairPath).
 #pragma once
 
 #include <optional>
@@ -24,7 +24,7 @@ public:
     // m.
     void SetRadius(int32 body, double radius) { radius_[static_cast<std::size_t>(body)] = radius; }
 
-    // True if some pair touches within the step, or at its begin; none: given up halfway.
+    // True if some pair touches within the step, or at its start; none: given up halfway.
     [[nodiscard]] std::optional<bool> Find(const SeriesStore& store, const SeriesInstance& kernels,
                                            const SeriesStep& step, const StopFlags& stop);
     // In scales: when all of Pairs() touch.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kMinTolerance = 1e-16;
 constexpr double kMaxTolerance = 1e-6;
-// Where a pair was stopped as it touched, the last places of places may have it just apart.
+// Where the run stopped because a pair touched, rounding may show the two just apart.
 constexpr double kTouchingSlack = 1e-9;
 
 }  // namespace

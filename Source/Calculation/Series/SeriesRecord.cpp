@@ -63,7 +63,7 @@ status_t FindStates(const BMessage& archive, std::vector<double>* states) {
     return archive.FindDoubles(kBeginField, 0, count, states->data());
 }
 
-// Whole pairs of such bodies, up to the first that is none.
+// Pairs of indices, the later body first, up to the first pair that is not valid.
 std::vector<int32> FindPassed(const BMessage& archive, int32 bodies) {
     std::vector<int32> passed;
     int32 later = 0;

@@ -1,5 +1,5 @@
 // The last step of a SeriesStepper: its series is the motion itself, so that places, velocities
-// and accelerations are had at any time within it. Lives as long as the stepper and changes with
+// and accelerations are known at any time within it. Lives as long as the stepper and changes with
 // its next step.
 #pragma once
 
@@ -42,7 +42,7 @@ public:
     // Of any time, s.
     [[nodiscard]] double ThetaAt(double time) const;
 
-    // At `theta` scales from the step's begin.
+    // At `theta` scales from the step's start.
     [[nodiscard]] BodyMotion BodyAt(int32 body, double theta) const;
 
 private:

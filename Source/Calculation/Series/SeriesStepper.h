@@ -3,7 +3,7 @@
 // used by one thread at a time.
 //
 // States are carried as sums of two numbers. A step is as long as the last two terms of every body
-// may have it, against the second and third: whatever moves along with all bodies counts for
+// allow, against the second and third: whatever moves along with all bodies counts for
 // nothing. Results are the same bits whatever the number of threads and the instruction set; a run
 // that is restarted from a SeriesPlace goes on to the same bits.
 #pragma once
@@ -67,7 +67,7 @@ public:
     // The step that was made; none before the first, and after any other result.
     [[nodiscard]] const SeriesStep& Step() const { return step_; }
     [[nodiscard]] bool HasStep() const { return hasStep_; }
-    // Places and velocities of all bodies at `theta` scales from the step's begin.
+    // Places and velocities of all bodies at `theta` scales from the step's start.
     void Evaluate(double theta, SplitStates* states) {
         store_.Evaluate(forces_.Instance(), theta, states);
     }

@@ -5,7 +5,7 @@
 //
 // Threads. The window's own handles messages and redisplays. The drawing thread draws batches. The
 // calculation thread prepares it for a run, hands over positions and says that they may be drawn.
-// Changes of the model are told on any thread. What is drawn is guarded by the window's lock. The
+// Changes of the model come on any thread. What is drawn is guarded by the window's lock. The
 // calculator and the drawing thread are coupled by two benaphores only: "Read Ok", which has a unit
 // for every batch to be drawn, and the calculator's, which gets a unit whenever this display is
 // ready for a batch.

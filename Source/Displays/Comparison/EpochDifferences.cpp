@@ -57,7 +57,7 @@ struct Shift {
     ThreeVector boost;  // m/s
 };
 
-// Beyond that; what the last digits of such a sum lose is none.
+// A change beyond that shift; what rounding makes of such a sum is none.
 ThreeVector Change(const ThreeVector& was, const ThreeVector& is, const ThreeVector& shift) {
     const ThreeVector change = (is - was) - shift;
     const bool isShifted = shift != ThreeVector{};
@@ -126,7 +126,7 @@ public:
 private:
     void CompareBodies(const Body& was, const Body& is, bool isRun) {
         if (was.Name() != is.Name()) Add(FillIn(Label(kTextBodyRenamed), {was.Name(), is.Name()}));
-        // What a merger makes is heavier; that the other body is gone has been told.
+        // What a merger makes is heavier; that the other body is gone is in the list already.
         AddValue(is.Name(), kLabelMass, {was.M(), is.M()}, is.MassUval(), *context_.massUnits);
         AddValue(is.Name(), kLabelRadius, {was.Radius(), is.Radius()}, is.RadiusUval(),
                  *context_.distanceUnits);

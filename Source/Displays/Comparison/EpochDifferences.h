@@ -13,7 +13,7 @@ struct ComparedEpoch {
     std::string name;
 };
 
-// One edit a line. A run changes places and velocities: that is none. The caller holds the model's
+// One edit a line. What a run changes is no edit. The caller holds the model's
 // read lock.
 [[nodiscard]] std::string DescribeDifferences(const ComparedEpoch& one, const ComparedEpoch& other,
                                               const DisplayContext& context);

@@ -142,7 +142,7 @@ std::vector<ThreeVector> RunPicture::Places() const {
     return places;
 }
 
-// Times are counted in samples, and velocities told by the samples before and after.
+// Times are counted in samples, and velocities come from the samples before and after.
 void RunPicture::AddTrails(const Stage& stage, double firstTime, SpaceScene* scene) {
     const std::size_t stride = stage.Stride();
     if (stride == 0) return;

@@ -53,7 +53,7 @@ private:
         std::vector<std::unique_ptr<Body>> bodies;  // as they were at the beginning
         std::vector<double> samples;                // x, y and z of every body, sample by sample
         std::vector<double> last;                   // the same, of the last report
-        std::vector<double> lastVelocities;         // none: they were not told
+        std::vector<double> lastVelocities;         // none: they were not reported
 
         [[nodiscard]] std::size_t Stride() const { return 3 * bodies.size(); }
         void KeepEverySecond();

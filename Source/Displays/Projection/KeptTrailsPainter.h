@@ -1,6 +1,6 @@
 // Has a display's picture show the trails of the kept runs where it has lost them: all of them when
-// it was cleared, and what it is uncovered by. Erased trails do not come back. Owned by the display
-// and used with its lock.
+// it was cleared, and those of what is uncovered. Erased trails do not come back. Owned by the
+// display and used with its lock.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// What the scale dialog and its display tell each other: int32 "Scale Ref" (ScaleBox::Reference),
+// What the scale dialog and its display send each other: int32 "Scale Ref" (ScaleBox::Reference),
 // double "Units Pref" (of the length, if the user has chosen one) and double "Scale" (pixels per
 // metre), each only if it is there. A plain value.
 #pragma once

@@ -39,7 +39,7 @@ double Camera::Elevation() const {
     return std::asin(std::clamp(Back().z, -1.0, 1.0));
 }
 
-// Straight above and below, what is to the right tells.
+// From straight above or below, what is to the right decides.
 double Camera::Azimuth() const {
     const ThreeVector back = Back();
     return std::hypot(back.x, back.y) > kMinLength ? std::atan2(back.y, back.x)

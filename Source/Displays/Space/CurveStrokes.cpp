@@ -194,7 +194,7 @@ void CurveStrokes::LineTo(const ThreeVector& seen, bool isLast) {
 }
 
 void CurveStrokes::Draw(const ThreeVector& seen, Point to) {
-    // Told by the middle, since a line's ends may be at very different depths.
+    // Decided at the middle, since a line's ends may be at very different depths.
     const double nearness = map_.Nearness(Middle(pen_, seen));
     const int32 layer = layer_ >= 0 ? layer_ : SpaceLayer::Of(nearness);
     AddFlat(penPoint_, to, shades_->At(strength_ * age_ * StrokeShades::Nearer(nearness)), layer);

@@ -31,7 +31,7 @@ public:
     // document may be held.
     void Redisplay(int32 changes);
     void SetRunning(bool isRunning);
-    // Now and then: a run tells nobody how it goes on.
+    // To be called now and then: a run does not report its progress.
     void Pulse() {
         if (isRunning_) Refresh();
     }

@@ -1,6 +1,6 @@
 // Remembers which curves were painted, to about a pixel: a body that goes round and round repeats
-// itself, and what it repeats is told here before anything is computed of it. Forgets some, since
-// it is small. A plain value.
+// itself, and that is recognised here before anything is computed. Forgets some, since it is
+// small. A plain value.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Follows a body's trail back in time, and tells where it has turned so often. A plain value.
+// Follows a body's trail back in time, and finds where it has made so many turns. A plain value.
 #pragma once
 
 #include <vector>

@@ -1,5 +1,5 @@
 // What stands between an entry control (or a command line) and the model: a factory knows one
-// quantity, tells what of it is to be shown, and turns what the user entered into an undoable
+// quantity, says what of it is to be shown, and turns what the user entered into an undoable
 // command. A factory holds no state of the document; it is used by the thread that owns the portal,
 // which holds the portal's read lock while it asks for Current or MakeCommand, and runs the command
 // through a LockingCommand afterwards (CommitEntry does all of it).

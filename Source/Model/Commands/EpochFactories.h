@@ -50,7 +50,7 @@ private:
     CommandName name_;
 };
 
-// These accept what EpochLimits.h tells.
+// These accept what EpochLimits.h allows.
 EpochPropertyFactory<double> CutoffFactory();
 EpochPropertyFactory<int32> OrderFactory();
 EpochPropertyFactory<int32> OnContactFactory();

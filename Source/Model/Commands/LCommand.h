@@ -23,7 +23,7 @@ public:
     // the read lock.
     [[nodiscard]] virtual bool NestsTooDeeply() const { return false; }
 
-    // What the user reads of it; its maker says.
+    // What the user sees it called; set by its maker.
     [[nodiscard]] CommandName Name() const { return name_; }
     void SetName(CommandName name) { name_ = name; }
 

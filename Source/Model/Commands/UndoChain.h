@@ -33,7 +33,7 @@ public:
     // The document is saved as it is now. It counts as saved whenever the history is back at this
     // count, unless the way there was lost by undoing past it and filing another command.
     void MarkSaved();
-    // There are changes that no command tells of.
+    // There are changes that no command has made.
     void MarkUnsaved();
     // At first true.
     bool IsSaved();

@@ -16,9 +16,9 @@ class AbCalculator;
 class EditGate;
 class UndoChain;
 
-// Who is asked before the user edits what the focus epoch records, so that another epoch may come
-// into focus first. False: that was lost, and nothing is to be edited. A higher floor implements
-// it. Called on any thread that holds no lock of the document.
+// Asked before the user edits what the focus epoch records, so that another epoch may come into
+// focus first. False: that was lost, and nothing is to be edited. A higher floor implements it.
+// Called on any thread that holds no lock of the document.
 class EditGate {
 public:
     virtual ~EditGate() = default;

@@ -1,5 +1,5 @@
-// The model lock for as long as a guard lives: a ReadGuard for who looks, a WriteGuard for who
-// changes. For the thread that makes it, which must not hold the lock already; nobody takes the
+// The model lock for as long as a guard lives: a ReadGuard to look, a WriteGuard to change
+// something. For the thread that makes it, which must not hold the lock already; nobody takes the
 // lock any other way.
 #pragma once
 

@@ -55,7 +55,7 @@ struct RelativeState {
     ThreeVector velocity;  // m/s
 };
 
-// 1/m: positive where the two are bound; by the equation of living forces, for a quick look.
+// 1/m: positive where the two are bound; by the vis-viva equation, for a quick look.
 [[nodiscard]] inline double InverseSemiMajorAxis(const RelativeState& state,
                                                  double gravitationalParameter) {
     return 2.0 / Length(state.position) -
@@ -65,7 +65,7 @@ struct RelativeState {
 // does not lie along it: on such a line the elements are those of a very narrow orbit or not
 // finite.
 [[nodiscard]] OrbitalElements ElementsOf(const RelativeState& state, double gravitationalParameter);
-// Times after any number of revolutions are welcome.
+// The time may be any number of revolutions after periapsis.
 [[nodiscard]] RelativeState StateOf(const OrbitalElements& elements);
 
 // Sets one element (m, rad, s). An ellipse that remains one keeps its semi-major axis, if that is

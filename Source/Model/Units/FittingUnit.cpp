@@ -4,7 +4,7 @@
 
 namespace {
 
-// A value of less of a unit is told in a smaller one.
+// A value of fewer of a unit is shown in a smaller one.
 constexpr double kMinUnits = 0.01;
 
 }  // namespace

@@ -23,8 +23,8 @@ public:
     // The number of the target's mailbox, the same for all handlers of a looper; -1 for none.
     [[nodiscard]] int32 Port() const { return port_; }
 
-    // The target itself, for who holds the lock of its looper; null for anybody else, and when it
-    // is gone.
+    // The target itself, for a thread that holds the lock of its looper; null for any other, and
+    // when it is gone.
     [[nodiscard]] BHandler* LockedTarget() const;
 
     // Copies the message and does not wait until it is handled. B_BAD_PORT_ID: no target;

@@ -1,4 +1,4 @@
-// What can be told of a field of a record without one: a row of the tables in the description of
+// What is known of a field without a record that has it: a row of the tables in the description of
 // the document format. A plain value.
 #pragma once
 

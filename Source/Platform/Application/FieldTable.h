@@ -52,7 +52,7 @@ struct FieldItems {
     int32 count;
     bool isOptional;
 };
-// Of the rows for the items of one field the first one is told, with the count of the last.
+// Of the rows for the items of one field the first one is listed, with the count of the last.
 void DescribeField(FieldDescriptions* into, const char* name, type_code type, FieldItems items,
                    const std::string& whenMissing, const char* meaning);
 // A field without a row.

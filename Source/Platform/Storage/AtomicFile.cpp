@@ -140,7 +140,7 @@ int AtomicFile::Create() {
     return 0;
 }
 
-// Not by mkstemp: a new file shall get the mode that the process's mask leaves it.
+// Not by mkstemp: a new file gets the mode that the process's mask leaves it.
 int AtomicFile::CreateNamed() {
     FileDescriptor file;
     const int error = TakeName([this, &file](const char* path) {

@@ -1,4 +1,4 @@
-// A file's type and preferred application, as its attributes tell them. Refers to the node, which
+// A file's type and preferred application, as its attributes give them. Refers to the node, which
 // must outlive it; used by one thread at a time.
 #pragma once
 

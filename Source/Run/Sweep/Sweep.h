@@ -1,5 +1,5 @@
-// A sweep: many runs of one document, each with other edits, a line of a file for each. What is
-// wrong with any value is told before anything runs. Main thread; make it before any other thread,
+// A sweep: many runs of one document, each with other edits, a line of a file for each. A value
+// that is wrong is reported before anything runs. Main thread; make it before any other thread,
 // for it blocks the signals that stop it.
 #pragma once
 

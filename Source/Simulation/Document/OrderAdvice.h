@@ -7,6 +7,6 @@
 
 class EpochPortal;
 
-// Steps for an orbit of the fastest pair, where they are so many that the focus epoch had better
-// have a higher order. Takes the portal's read lock.
+// Steps for an orbit of the fastest pair, where they are so many that a higher order would suit the
+// focus epoch better. Takes the portal's read lock.
 [[nodiscard]] std::optional<int64> TooManySteps(EpochPortal* portal);

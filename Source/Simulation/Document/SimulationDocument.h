@@ -41,8 +41,8 @@ public:
     void KeepPace() { calculator_->SetClock(&clock_); }
 
     // Replaces everything by the record, and forgets the undo history. A record that cannot be used
-    // changes nothing. Observers are told, if at all, of single changes only: who has some keeps
-    // the portal from that meanwhile, and tells them of everything then.
+    // changes nothing. Observers hear of single changes at most: an owner that has some silences
+    // the portal meanwhile, and tells them that everything has changed afterwards.
     DocumentError Load(const BMessage& record);
     // What the record that was loaded last has lost or got.
     [[nodiscard]] const DocumentNotices& Notices() const { return notices_; }

@@ -225,7 +225,7 @@ void EpochWindow::MessageReceived(BMessage* message) {
 
 void EpochWindow::DispatchMessage(BMessage* message, BHandler* handler) {
     SubWindow::DispatchMessage(message, handler);
-    // A run tells nobody how its time goes on.
+    // A run does not report its progress.
     if (message->what == B_PULSE && handler == this) Redisplay(kTimeChanged);
 }
 

@@ -98,8 +98,8 @@ void KeptRun::GoOn(RunCheckpoint from) {
     checkpoints_.Add(std::move(from));
 }
 
-// Who goes on as before is watched as before; whoever is new, or elsewhere, begins a new path, and
-// the former one ends where the body was last.
+// A body that goes on as before is watched as before; one that is new, or elsewhere, begins a new
+// path, and its former one ends where the body was last.
 void KeptRun::Watch(const RunCheckpoint& from) {
     const SystemState& now = from.state;
     std::vector<Watched> watched;

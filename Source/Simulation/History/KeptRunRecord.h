@@ -1,4 +1,4 @@
-// What is kept of a run, as a record in a document. No state; who calls has the run to itself.
+// What is kept of a run, as a record in a document. No state; the caller has the run to itself.
 #pragma once
 
 #include <memory>

@@ -73,7 +73,7 @@ void RunHistory::BeginOrGoOn() {
     current_ = entry.run.get();
 }
 
-// What is half kept would lead astray.
+// A run that is only half kept would mislead.
 void RunHistory::ForgetCurrent() {
     const std::lock_guard lock(mutex_);
     current_ = nullptr;
@@ -105,7 +105,7 @@ void RunHistory::TellShortage() {
     portal_->TellObservers(kRunsKeptChanged);
 }
 
-// Not with the history's lock held: who has the model's may wait for that.
+// Not with the history's lock held: a thread that has the model's may wait for it.
 void RunHistory::KeepCheckpoint() {
     try {
         auto checkpoint = TakeCheckpoint(portal_, *calculator_);

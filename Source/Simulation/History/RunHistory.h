@@ -1,8 +1,8 @@
 // Keeps the runs of one document: what was between the epochs. One more taker of the calculator's
 // reports, which needs no thread of its own; owned by what owns the document, made before the first
 // run, gone after the last. What it keeps of a run follows from the run alone, not from batches and
-// displays, up to the budget. Questions: any thread; no lock of the document may be held by who
-// asks for a state.
+// displays, up to the budget. Questions: any thread; whoever asks for a state holds no lock of
+// the document.
 //
 // A run belongs to its epoch as long as that lives: an undone Go takes it along, and brings it back
 // when it is redone.

@@ -188,7 +188,7 @@ void ShownMoment::NoteFound(const MomentFinder::Wish& wish, const std::optional<
     portal_->TellObservers(kMomentChanged);
 }
 
-// The model's lock may be held. Who shows the moment is told of the same change afterwards.
+// The model's lock may be held. Those that show the moment are told of the same change afterwards.
 void ShownMoment::Changed(int32 what) {
     if ((what & kModelChanged) == 0 || what == kCalculatorParked) return;
     {

@@ -73,7 +73,7 @@ protected:
         FieldLine::focusInEvent(event);
     }
 
-    // After what was typed has been told.
+    // After what was typed has been reported.
     void focusOutEvent(QFocusEvent* event) override {
         FieldLine::focusOutEvent(event);
         if (!HasKeyboard()) keyboardGoes();
@@ -149,7 +149,7 @@ protected:
         line->keyboardGoes = [this] {
             if (text.KeyboardGoes(IsRefused())) Write();
         };
-        // Whoever insists hears again why not.
+        // A user who insists is told again why not.
         QObject::connect(line, &QLineEdit::returnPressed, line, [this] {
             if (IsRefused()) text.Insist();
         });
@@ -228,7 +228,7 @@ private:
     bool isFaded_ = false;
 };
 
-// As the line will hold it: a text that is none comes out of it as another one.
+// As the line will hold it, which changes text that is not valid.
 LineText::Writing InLine(const LineText::Writing& writing) {
     return {ToText(writing.full).toStdString(), ToText(writing.brief).toStdString()};
 }

@@ -40,7 +40,7 @@ struct ColumnListRow {
     bool isEditable = false;  // its first cell can be renamed
     bool isMarked = false;    // stands out from the others
     bool isBranch = false;    // has the sign of a branch
-    std::string tip;          // told when the mouse rests on it
+    std::string tip;          // shown when the mouse rests on it
 };
 
 class BColumnListView : public BView, public BInvoker {

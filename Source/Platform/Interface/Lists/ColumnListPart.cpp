@@ -253,7 +253,7 @@ void ColumnListPart::KeepOpen(const QModelIndex& index, bool isOpen) {
         closed_.insert(ColumnListModel::KeyOf(index));
 }
 
-// Told in any case, so that it comes after what the user selected before.
+// Sent in any case, so that it comes after what the user selected before.
 void ColumnListPart::Select(int64 key) {
     if (const QModelIndex index = model_->IndexOf(key); index.isValid()) {
         selected_ = key;

@@ -46,7 +46,7 @@ public:
         const bool isNeeded =
             range.low <= range.high && std::isfinite(all) &&
             (range.low < range.shownLow - kBeyond || range.high > range.shownHigh + kBeyond);
-        // Who holds it would lose it.
+        // A user who is holding the bar would lose it.
         if (isSliderDown()) return;
         setVisible(isNeeded);
         if (!isNeeded) return;

@@ -186,7 +186,7 @@ bool LocalRequests::Ask(const std::string& path, const BMessage& request, bigtim
         return static_cast<int>(std::max<bigtime_t>(end - system_time(), 0) / 1000);
     };
     QLocalSocket socket;
-    // Who listens has announced himself a moment before he does so.
+    // A program announces that it listens a moment before it does.
     for (;;) {
         socket.connectToServer(QString::fromStdString(path));
         if (socket.waitForConnected(left())) break;

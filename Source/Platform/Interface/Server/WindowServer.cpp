@@ -76,7 +76,7 @@ public:
 
     void RetryDeliveries() {
         ServerState& state = TheServerState();
-        state.isRetrying = false;  // before looking: who finds no room from now on calls again
+        state.isRetrying = false;  // before looking: whoever finds no room after this calls again
         retry_.stop();
         if (state.outbox.Retry() && !state.isRetrying.exchange(true)) StartRetrying();
     }

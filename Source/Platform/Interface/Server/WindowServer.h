@@ -27,7 +27,7 @@ public:
     // On the main thread. The toolkit takes the arguments that are its own out of argc and argv;
     // argc must stay where it is. kOffscreen: needs no display; nothing is seen.
     WindowServer(int& argc, char** argv, Screen screen = Screen::kDesktop);
-    // What is queued is dropped, who waits in Ask gets the default answer. Windows must be gone.
+    // What is queued is dropped, callers of Ask get the default answer. Windows must be gone.
     ~WindowServer();
     WindowServer(const WindowServer&) = delete;
     WindowServer& operator=(const WindowServer&) = delete;

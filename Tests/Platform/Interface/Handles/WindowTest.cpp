@@ -218,7 +218,7 @@ TEST_F(WindowTest, EnterAndEscapePressTheirButtonsAfterTheTextIsEntered) {
         QTest::keyClick(line, Qt::Key_Return);
         QTest::keyClick(line, Qt::Key_Escape);
     });
-    // Who has gone to another button means that one.
+    // A user who has gone to another button means that one.
     cancel->MakeFocus();
     window_->ByHand([cancel] { QTest::keyClick(FindWidget<QPushButton>(cancel), Qt::Key_Return); });
     std::vector<uint32> codes;
