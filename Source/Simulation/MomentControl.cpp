@@ -40,6 +40,8 @@ bool MomentControl::TakeMessage(const BMessage& message) {
     }
     if (!shown_.IsPast()) return message.what == kBranchHere || message.what == kBackToNow;
     switch (message.what) {
+        case kEditBody:
+            return EditsPast(message);
         case kBackToNow:
             shown_.BackToNow();
             return true;
@@ -76,10 +78,24 @@ bool MomentControl::TakeMessage(const BMessage& message) {
     }
 }
 
+// What is there now, too, is edited as ever.
+bool MomentControl::EditsPast(const BMessage& message) {
+    int64 system = kNoSystemID;
+    if (message.FindInt64(kBodyIDField, &system) != B_OK) return false;
+    bool isThere = false;
+    {
+        const ReadGuard guard(portal_);
+        isThere = portal_->FocusEpoch()->SystemFromID(system) != nullptr;
+    }
+    shown_.SetFocus(isThere ? kNoSystemID : system);
+    return !isThere;
+}
+
 bool MomentControl::Branch() {
     // A run that has not come to rest yet is what is edited.
     if (IsRunning()) return true;
-    const auto moment = shown_.GetExact();
+    auto moment = shown_.GetExact();
+    if (moment) moment->focus = shown_.Get().focus;
     if (moment && !moment->IsPast()) return true;
     std::unique_ptr<LCommand> command;
     if (const ReadGuard guard(portal_); moment)

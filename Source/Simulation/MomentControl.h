@@ -37,6 +37,8 @@ private:
     // False: the moment is lost, and nothing was done. Any thread, as above.
     bool Branch();
     [[nodiscard]] bool IsRunning() const;
+    // True: the message asks for a system that only the moment has, which is edited now.
+    [[nodiscard]] bool EditsPast(const BMessage& message);
     [[nodiscard]] std::string Status() const;
 
     EpochPortal* const portal_;

@@ -106,15 +106,17 @@ void SimulationControls::Redisplay(int32 changes, Moment moment) {
         ShowOrderAdvice();
     }
     if ((changes & kFocusEpochChanged) != 0) ShowResult();
-    if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged)) == 0) return;
+    if ((changes & (kCountChanged | kFocusSystemChanged | kBodyDataChanged | kMomentChanged)) == 0)
+        return;
     EpochPortal* const portal = document_->Portal();
     std::size_t bodies = 0;
     bool isGroup = false;
     double lengthUnit = 1.0;
     {
         const ReadGuard guard(portal);
-        bodies = portal->BodiesInMassOrder().size();
-        const MassSystem* const focus = portal->FocusSystem();
+        const EpochPortal shown = moment_.PortalFrom(*portal);
+        bodies = shown.BodiesInMassOrder().size();
+        const MassSystem* const focus = shown.FocusSystem();
         isGroup = focus->ID() >= 0 && dynamic_cast<const Body*>(focus) == nullptr;
         lengthUnit = focus->PositionUval();
     }

@@ -120,6 +120,30 @@ TEST_F(TimeLineTest, AnEditOfThePastBeginsABranchAndNothingElseDoes) {
     EXPECT_EQ(TakeState(Portal()).positions, now_.positions);
 }
 
+// It can be chosen at a moment when it was still there, and what is typed is for it.
+TEST_F(TimeLineTest, WhatHasMergedSinceIsEditedInThePast) {
+    EntryHand::WaitUntilActive(Box());
+    Fields().Choose("Edit:", "BoskVeld");
+    for (const char* const line : {"Velocity Vx:", "Velocity Vy:", "Velocity Vz:"}) {
+        ASSERT_TRUE(WaitUntil([&] { return Fields().IsEnabled(line); }));
+        Fields().Enter(line, "0");
+    }
+    simulation_.Send(kTogglePause);
+    const auto bodies = [this] { return TakeState(Portal()).CountBodies(); };
+    ASSERT_TRUE(WaitUntil([&] { return bodies() == 1; }));
+    TimeLineHand::Click(0.5);
+    ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
+    ASSERT_TRUE(WaitUntil([&] { return Fields().CountChoices("Edit:") == 2; }));
+    Fields().Choose("Edit:", "BoskVeld");
+    ASSERT_TRUE(WaitUntil([&] { return Fields().Text("Name:") == "BoskVeld"; }));
+    Fields().Enter("Velocity Vy:", "20 km/s");
+    ASSERT_TRUE(WaitUntil([] { return !IsPast(); }));
+    ASSERT_TRUE(WaitUntil([&] { return bodies() == 2; }));
+    const ReadGuard guard(Portal());
+    EXPECT_EQ(std::string(Portal()->FocusSystem()->Name()), "BoskVeld");
+    EXPECT_NEAR(Portal()->FocusSystem()->Velocity().y, 20e3, 1e-6);
+}
+
 TEST_F(TimeLineTest, GoInThePastBranchesAndRuns) {
     const int32 steps = Steps();
     TimeLineHand::Press(Key::kHome);

@@ -205,7 +205,7 @@ void SpaceDisplay::TakeBodies(const std::vector<Body*>& bodies) {
     }
     shown_.TakeTime(false);
     scene_.time = shown_.Time();
-    scene_.edited = Epoch()->FocusSystem()->ID();
+    scene_.edited = shown_.Portal().FocusSystem()->ID();
     units_.time = shown_.TimeUval();
     if (shown_.TakeLabels(bodies)) menus_->ShowSystems(shown_.Labels(), fields_.followed);
     TakeReference(bodies);

@@ -14,9 +14,11 @@ std::unique_ptr<LCommand> MakeBranchCommand(EpochPortal* portal, RunHistory* his
     if (!moment.IsPast() || !portal->HasEpoch(moment.run)) return nullptr;
     AbEpoch* const branch = moment.epoch->Copy();
     history->NoteBranch(branch, moment.run, branch->Time());
-    auto command = std::make_unique<MacroCommand>(3);
+    auto command = std::make_unique<MacroCommand>(4);
     command->AddCommand(std::make_unique<SetEpochToCommand>(portal, moment.run->Parent()));
     command->AddCommand(std::make_unique<AddEpochCommand>(portal, branch));
     command->AddCommand(std::make_unique<SetEpochToCommand>(portal, branch));
+    if (moment.focus != kNoSystemID)
+        command->AddCommand(std::make_unique<SetSystemToCommand>(portal, moment.focus));
     return Named(kCommandBranch, std::move(command));
 }

@@ -98,7 +98,10 @@ std::unordered_set<int64> SurvivorsUntil(double time, const std::vector<RunEvent
 
 EpochPortal Moment::PortalFrom(const EpochPortal& document) const {
     EpochPortal portal(document);
-    if (IsPast()) portal.SetEpochTo(epoch.get());
+    if (!IsPast()) return portal;
+    portal.SetEpochTo(epoch.get());
+    if (MassSystem* const system = epoch->SystemFromID(focus); system != nullptr)
+        portal.SetSystemTo(system);
     return portal;
 }
 

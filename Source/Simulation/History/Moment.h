@@ -14,6 +14,8 @@ struct Moment {
     const AbEpoch* run = nullptr;  // only compared, unless the tree has it still
     std::shared_ptr<Epoch> epoch;  // null: now
     bool isExact = false;          // the bits of a report; else between two samples
+    // A system that the document does not have now, and that is edited there.
+    int64 focus = kNoSystemID;
 
     [[nodiscard]] bool IsPast() const { return epoch != nullptr; }
     // A portal in whose focus the moment is. The caller holds the document's read lock.

@@ -49,7 +49,23 @@ ShownMoment::~ShownMoment() {
 
 Moment ShownMoment::Get() const {
     const std::lock_guard lock(mutex_);
-    return moment_;
+    Moment moment = moment_;
+    moment.focus = focus_;
+    return moment;
+}
+
+// With the lock.
+void ShownMoment::Take(Moment moment) {
+    moment_ = std::move(moment);
+    if (!moment_.IsPast()) focus_ = kNoSystemID;
+}
+
+void ShownMoment::SetFocus(int64 system) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (!moment_.IsPast() || std::exchange(focus_, system) == system) return;
+    }
+    portal_->TellObservers(kMomentChanged);
 }
 
 void ShownMoment::SeekTo(double time) {
@@ -85,7 +101,7 @@ void ShownMoment::Show(Moment moment, int64 changes) {
         const std::lock_guard lock(mutex_);
         if (changes != changes_) return;
         isChanged = moment.IsPast() || moment_.IsPast();
-        moment_ = std::move(moment);
+        Take(std::move(moment));
         wish.number = ++changes_;
     }
     if (wish.run != nullptr)
@@ -183,7 +199,7 @@ void ShownMoment::NoteFound(const MomentFinder::Wish& wish, const std::optional<
     {
         const std::lock_guard lock(mutex_);
         if (wish.number != changes_) return;
-        moment_ = isPast ? *moment : Moment{};
+        Take(isPast ? *moment : Moment{});
     }
     portal_->TellObservers(kMomentChanged);
 }
@@ -196,7 +212,7 @@ void ShownMoment::Changed(int32 what) {
         changes_++;
         awaited_.reset();
         if (!moment_.IsPast()) return;
-        moment_ = {};
+        Take({});
     }
     finder_.WantNothing();
     portal_->TellObservers(kMomentChanged);

@@ -36,6 +36,9 @@ public:
     // To the report before the moment, or after it.
     void StepReport(bool isForward);
     void BackToNow();
+    // In the past: the system that is edited from now on is one that the document does not have
+    // now, until another one is edited; or, with kNoSystemID, the document's again.
+    void SetFocus(int64 system);
 
     // Of a moment of the past that is not exact yet; the caller waits until it is. Null: it cannot
     // be computed.
@@ -55,6 +58,7 @@ private:
     void Changed(int32 what) override;
     bool CommitChanges() override { return false; }
 
+    void Take(Moment moment);
     // Not if the moment has changed since it had that number of changes.
     void Show(Moment moment, int64 changes);
     void NoteFound(const MomentFinder::Wish& wish, const std::optional<Moment>& moment);
@@ -64,6 +68,7 @@ private:
     RunHistory* const history_;
     mutable std::mutex mutex_;  // guards what follows; no other lock is taken meanwhile
     Moment moment_;
+    int64 focus_ = kNoSystemID;  // of moments of the past
     int64 changes_ = 0;  // of the moment
     // To be shown when its run is made, which is only compared.
     struct Awaited {

@@ -112,13 +112,14 @@ void BodySettingsBox::AttachedToWindow() {
 void BodySettingsBox::Redisplay(int32 changes, const Moment& moment) {
     if ((changes & (kFocusChanged | kSystemsChanged)) == 0) return;
     // What is half typed is for the system that is still shown.
-    if (HasLostFocus()) {
+    if (HasLostFocus(moment)) {
         CommitNonPhysical();
         CommitPhysical();
     }
 
     SystemList list;
-    const bool readsList = (changes & kSystemsChanged) != 0;
+    // Other bodies may have been there then.
+    const bool readsList = (changes & (kSystemsChanged | kMomentChanged)) != 0;
     SystemList::Focus focus;
     {
         const ReadGuard guard(portal_);
@@ -127,7 +128,7 @@ void BodySettingsBox::Redisplay(int32 changes, const Moment& moment) {
         if (focus.id != focus_.id) SetFactories(focus.id);
         name_->ReadFrom(shown);
         physical_.ReadFrom(shown);
-        if (readsList) list = ReadSystemList(*portal_);
+        if (readsList) list = ReadSystemList(shown);
     }
     name_->SetFaded(moment.IsPast());
     physical_.SetFaded(moment.IsPast());
@@ -137,9 +138,9 @@ void BodySettingsBox::Redisplay(int32 changes, const Moment& moment) {
     EnableEntries();
 }
 
-bool BodySettingsBox::HasLostFocus() const {
+bool BodySettingsBox::HasLostFocus(const Moment& moment) const {
     const ReadGuard guard(portal_);
-    return portal_->FocusSystem()->ID() != focus_.id;
+    return moment.PortalFrom(*portal_).FocusSystem()->ID() != focus_.id;
 }
 
 void BodySettingsBox::SetFactories(int64 id) {

@@ -39,7 +39,7 @@ private:
     void AddSystem(const DisplayContext& context);
     void AddVectors(const DisplayContext& context);
     // Another system is in focus than the one shown.
-    bool HasLostFocus() const;
+    bool HasLostFocus(const Moment& moment) const;
     void SetFactories(int64 id);
     // `changed`: another list, or null.
     void ShowSystems(SystemList* changed, const SystemList::Focus& focus);
