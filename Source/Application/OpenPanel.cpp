@@ -14,12 +14,9 @@
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Storage/BPath.h"
+#include "Simulation/Document/WindowFields.h"
 
 namespace {
-
-constexpr const char* kSaveAt = "Save at";
-constexpr const char* kSaveWidth = "Save W";
-constexpr const char* kSaveHeight = "Save H";
 
 bool IsDirectory(const std::string& path) {
     struct stat info {};
@@ -58,15 +55,15 @@ void OpenPanel::AddToSettings(RememberedSettings* settings) const {
 }
 
 bool OpenPanel::HasArea(const BMessage& document) {
-    return document.HasName(kSaveAt, B_POINT_TYPE);
+    return document.HasName(kSaveAtField, B_POINT_TYPE);
 }
 
 void OpenPanel::PutAreaInto(BMessage* document) const {
-    for (const char* name : {kSaveAt, kSaveWidth, kSaveHeight})
+    for (const char* name : {kSaveAtField, kSaveWidthField, kSaveHeightField})
         document->RemoveName(name);
-    document->AddPoint(kSaveAt, at_);
-    document->AddFloat(kSaveWidth, width_);
-    document->AddFloat(kSaveHeight, height_);
+    document->AddPoint(kSaveAtField, at_);
+    document->AddFloat(kSaveWidthField, width_);
+    document->AddFloat(kSaveHeightField, height_);
 }
 
 void OpenPanel::Show(Simulation* requester) {

@@ -42,7 +42,7 @@ void MessageBoxes::MakeQuitConfirm(const std::string& simulationName) {
 
 void MessageBoxes::HandleDefaultResponse(const BMessage& reply, int32 windowID, uint32 command) {
     bool isForGood = false;
-    if (reply.FindBool(kCheckBox, &isForGood) != B_OK || !isForGood) return;
+    if (reply.FindBool(MessageWindow::kCheckBoxField, &isForGood) != B_OK || !isForGood) return;
     BMessage response(kSetDefaultResponse);
     StandingAnswer{windowID, command}.AddTo(&response);
     WindowServer::Deliver(host_->Application(), response);

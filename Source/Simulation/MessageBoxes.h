@@ -15,11 +15,10 @@ class SimulationHost;
 
 class MessageBoxes {
 public:
-    // Messages that the buttons of the question send, with bool "CheckBox".
+    // Messages that the buttons of the question send, with MessageWindow::kCheckBoxField.
     static constexpr uint32 kSaveThenQuit = FourCC("svtq");
     static constexpr uint32 kReallyQuit = FourCC("rlyq");
     static constexpr uint32 kCancelQuit = 1;
-    static constexpr const char* kCheckBox = "CheckBox";
 
     // Neither is owned.
     MessageBoxes(BLooper* owner, SimulationHost* host) : owner_(owner), host_(host) {}

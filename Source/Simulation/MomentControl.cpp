@@ -8,11 +8,11 @@
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
+#include "Resources/CommonTexts.h"
 #include "Resources/TimeLine.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/RunTarget.h"
-#include "Simulation/Document/SimulationController.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/GroupWindow.h"
 #include "Simulation/History/BranchCommand.h"
@@ -25,7 +25,7 @@ MomentControl::MomentControl(EpochPortal* portal, RunHistory* history, RunContro
       history_(history),
       run_(run),
       resources_(resources),
-      shown_(portal, history, resources->InterfaceLabel(SimulationController::kLabelNameJoiner)) {
+      shown_(portal, history, resources->InterfaceLabel(kLabelNameJoiner)) {
     portal_->SetEditGate(this);
 }
 

@@ -97,7 +97,7 @@ void SimulationCloser::CloseUnsaved(const BMessage& answer) {
     boxes_->HandleDefaultResponse(answer, MessageWindow::kSaveConfirmation,
                                   MessageBoxes::kReallyQuit);
     // A user who was asked does not want the recovered document either; one who was not may.
-    if (answer.HasName(MessageBoxes::kCheckBox))
+    if (answer.HasName(MessageWindow::kCheckBoxField))
         saver_->File().DiscardRecovered();
     else
         saver_->KeepRecoveryCopy();

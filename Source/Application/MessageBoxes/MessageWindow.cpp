@@ -79,7 +79,8 @@ void MessageWindow::DoMessage(const error_option& option) {
     if (isDone_) return;
     if (option.target.IsValid()) {
         BMessage answer(option.message);
-        if (checkBox_ != nullptr) answer.AddBool("CheckBox", checkBox_->Value() == B_CONTROL_ON);
+        if (checkBox_ != nullptr)
+            answer.AddBool(kCheckBoxField, checkBox_->Value() == B_CONTROL_ON);
         WindowServer::Deliver(option.target, answer);
     }
     QuitRequested();

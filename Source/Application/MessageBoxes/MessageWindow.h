@@ -36,6 +36,9 @@ public:
     // To a box that was made and not yet shown, whose owner may be busy: show yourself.
     static constexpr uint32 kShowSelf = FourCC("shwb");
 
+    // bool, of the answer of a box with a check box
+    static constexpr const char* kCheckBoxField = "CheckBox";
+
     // `owner` gets "klms" with pointer "Doomed Msg Window" when the box has closed. Without an
     // owner's name the title is the general one. `isCentered`: in the middle of the screen instead
     // of at `where`. Null options: no such button. The check box only with a label. Texts are not
@@ -46,7 +49,7 @@ public:
                   const InterfaceTexts& texts);
 
     [[nodiscard]] int32 ID() const { return id_; }
-    // Sends the option's message, with bool "CheckBox" if there is a check box, and closes. Only
+    // Sends the option's message, with kCheckBoxField if there is a check box, and closes. Only
     // the first answer counts.
     void DoMessage(const error_option& option);
 

@@ -11,10 +11,7 @@
 namespace {
 
 constexpr char kClassName[] = "Epoch";
-constexpr const char* kNameField = "Epoch Name";
 constexpr const char* kRootField = "Root";
-constexpr const char* kChildrenField = "Children";
-constexpr const char* kStateField = "Calc";
 constexpr int32 kFreshCircumstance = 1;
 
 const ArchivableClass kEpochClass(kClassName, Epoch::Instantiate);
@@ -32,7 +29,7 @@ struct Epoch::Fields {
                              .meaning = "its own name, unless it has its parent's",
                              .isWritten = [](const Epoch& epoch) { return !epoch.nameFromParent_; },
                              .whenMissing = "empty"},
-        Field<&Epoch::time_>{"Time", "s", 0.0},
+        Field<&Epoch::time_>{kTimeField, "s", 0.0},
         Field<&Epoch::timeUval_>{"T Uval", "unit of times, s", &TIME_UVAL_PREF, IsValidUval},
         Field<&Epoch::circumstance_>{"Reason", "a tag, kept as it is; new epochs have 1",
                                      kUnknownCircumstance},

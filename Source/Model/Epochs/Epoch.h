@@ -11,6 +11,12 @@
 
 class Epoch final : public AbEpoch {
 public:
+    // Fields of its record that others look for, too.
+    static constexpr const char* kNameField = "Epoch Name";
+    static constexpr const char* kTimeField = "Time";
+    static constexpr const char* kChildrenField = "Children";
+    static constexpr const char* kStateField = "Calc";
+
     // At time 0, writeable, with an empty root system.
     Epoch();
     Epoch(const Epoch& other);

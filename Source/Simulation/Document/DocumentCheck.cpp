@@ -6,11 +6,13 @@
 #include <utility>
 #include <vector>
 
-#include "Model/Epochs/AbEpoch.h"
+#include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Model/Systems/CompositeSystem.h"
 #include "Platform/Application/BMessage.h"
 #include "Resources/DocumentTexts.h"
+#include "Simulation/Document/EpochReader.h"
+#include "Simulation/Document/SimulationDocument.h"
 
 namespace {
 
@@ -105,7 +107,7 @@ DocumentError CheckIdentifiers(const MassSystem& root) {
 }  // namespace
 
 DocumentError CheckRecord(const BMessage& record) {
-    return CheckNested(record, {"Epochs", "History"});
+    return CheckNested(record, {kEpochsField, SimulationDocument::kHistoryField});
 }
 
 DocumentError CheckHistory(const BMessage& record) {
@@ -113,7 +115,7 @@ DocumentError CheckHistory(const BMessage& record) {
 }
 
 DocumentError CheckEpochRecord(const BMessage& archive) {
-    return CheckNested(archive, {"Children", "Calc"});
+    return CheckNested(archive, {Epoch::kChildrenField, Epoch::kStateField});
 }
 
 DocumentError CheckEpoch(const AbEpoch& epoch) {

@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr const char* kEpochs = "Epochs";
 constexpr const char* kEpochID = "Epoch ID";
 constexpr const char* kCopyOf = "Copy of";
 constexpr int64 kNoEpoch = -1;
@@ -84,8 +83,9 @@ std::unique_ptr<Epoch> EmptyOf(const BMessage& archive) {
     auto epoch = std::make_unique<Epoch>();
     std::string name;
     double time = 0.0;
-    if (archive.FindString("Epoch Name", &name) == B_OK) epoch->SetName(name.c_str());
-    if (archive.FindDouble("Time", &time) == B_OK && std::isfinite(time)) epoch->SetTime(time);
+    if (archive.FindString(Epoch::kNameField, &name) == B_OK) epoch->SetName(name.c_str());
+    if (archive.FindDouble(Epoch::kTimeField, &time) == B_OK && std::isfinite(time))
+        epoch->SetTime(time);
     return epoch;
 }
 
@@ -129,11 +129,11 @@ private:
 DocumentError Reader::Read(const BMessage& record) {
     type_code type = 0;
     int32 count = 0;
-    if (record.GetInfo(kEpochs, &type, &count) != B_OK || type != B_MESSAGE_TYPE) return {};
+    if (record.GetInfo(kEpochsField, &type, &count) != B_OK || type != B_MESSAGE_TYPE) return {};
     const auto make = [this](BMessage* archive, status_t status) { return Make(archive, status); };
     for (int32 i = 0; i < count; i++) {
         BMessage archive;
-        const status_t status = record.FindMessage(kEpochs, i, &archive);
+        const status_t status = record.FindMessage(kEpochsField, i, &archive);
         AddEntry(status == B_OK ? Epoch::ReadTree(archive, make) : Make(&archive, status), archive);
     }
     if (isTooDeep_) return DocumentError::Content(kTextNestedTooDeeply);

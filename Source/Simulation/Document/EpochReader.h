@@ -11,6 +11,9 @@
 class AbEpoch;
 class BMessage;
 
+// Of a document's record: that of each top-level epoch.
+inline constexpr const char* kEpochsField = "Epochs";
+
 // The top-level epochs in order, each with its descendants. An entry that is no epoch is left out;
 // a flat one that hangs beneath nothing, or beneath itself, becomes a top-level epoch. An epoch
 // that cannot be used stays in its place, but without its systems; where none can, the document is

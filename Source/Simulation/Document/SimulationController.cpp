@@ -21,6 +21,7 @@
 #include "Model/Systems/Body.h"
 #include "Model/Systems/NewIdentifiers.h"
 #include "Resources/CommandNames.h"
+#include "Resources/CommonTexts.h"
 #include "Simulation/Document/BodyColors.h"
 #include "Simulation/Document/CenterOfMass.h"
 #include "Simulation/Document/ProgramResources.h"

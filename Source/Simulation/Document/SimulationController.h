@@ -25,9 +25,6 @@ class SimulationDocument;
 
 class SimulationController {
 public:
-    // The text that stands between the names of merged bodies.
-    static constexpr int32 kLabelNameJoiner = 1513;
-
     // None is owned.
     SimulationController(SimulationDocument* document, RunControl* run,
                          const ProgramResources* resources);

@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr const char* kEpochs = "Epochs";
 constexpr const char* kFocusPosition = "Cur Epoch";
 constexpr const char* kFocusWriteable = "Cur Ep Writ";
 constexpr const char* kFocusSystem = "Cur Sys";
@@ -183,7 +182,8 @@ status_t SimulationDocument::SetEpochs(BMessage* record, bool allEpochs) const {
         const status_t archived =
             allEpochs ? root_.ChildAt(i)->Archive(&archive, true) : ArchiveAlone(*focus, &archive);
         if (archived != B_OK) return archived;
-        if (const status_t status = record->AddMessage(kEpochs, std::move(archive)); status != B_OK)
+        if (const status_t status = record->AddMessage(kEpochsField, std::move(archive));
+            status != B_OK)
             return status;
     }
     if (allEpochs)
@@ -217,7 +217,7 @@ status_t SimulationDocument::SetSimInfo(BMessage* record) const {
 }
 
 void SimulationDocument::DescribeFields(FieldDescriptions* into) {
-    DescribeField(into, kEpochs, B_MESSAGE_TYPE, "1 or more", "not a usable document",
+    DescribeField(into, kEpochsField, B_MESSAGE_TYPE, "1 or more", "not a usable document",
                   "the top-level epochs, each with its descendants; or the focus epoch alone, "
                   "without them");
     DescribeField(into, kFocusPosition, B_INT32_TYPE, "0, 1", "0",

@@ -27,6 +27,7 @@ constexpr std::size_t kNumbersOfSample = 7;
 constexpr const char* kState = "State";
 constexpr const char* kCalculator = "Calc";
 
+constexpr const char* kBackwards = "Backwards";
 constexpr const char* kDamaged = "damaged";
 
 // More reports than any run has.
@@ -55,7 +56,7 @@ constexpr FieldTable kCheckpointFields{
     Field<&RunCheckpoint::onContact>{
         .name = "On contact", .accepts = IsOnContact, .whenMissing = kDamaged},
     Field<&RunCheckpoint::isBackwards>{
-        .name = "Backwards", .meaning = "time falls", .whenMissing = kDamaged},
+        .name = kBackwards, .meaning = "time falls", .whenMissing = kDamaged},
     Field<&RunCheckpoint::isStart>{
         .name = "Start", .meaning = "a first step is made there", .whenMissing = kDamaged},
     Field<&RunCheckpoint::isPinned>{
@@ -100,7 +101,7 @@ constexpr FieldTable kRunFields{
                                .accepts = IsCount,
                                .whenMissing = kDamaged},
     Field<&RunFields::isBackwards>{
-        .name = "Backwards", .meaning = "time falls", .whenMissing = kDamaged},
+        .name = kBackwards, .meaning = "time falls", .whenMissing = kDamaged},
 };
 
 // --- Bodies' paths ---
