@@ -17,10 +17,10 @@ using RecordSize = int32;
 
 // Random, so that two programs do not wake for each other's turns for ever.
 void WaitForOthers() {
-    constexpr bigtime_t kShortest = 1000;
-    constexpr bigtime_t kLongest = 20000;
+    constexpr bigtime_t kMinWait = 1000;
+    constexpr bigtime_t kMaxWait = 20000;
     thread_local std::minstd_rand random{std::random_device{}()};
-    snooze(std::uniform_int_distribution<bigtime_t>(kShortest, kLongest)(random));
+    snooze(std::uniform_int_distribution<bigtime_t>(kMinWait, kMaxWait)(random));
 }
 
 }  // namespace

@@ -147,11 +147,11 @@ bool SeriesForces::SetInstructionSet(InstructionSet set) {
 static_assert(kMaxOrder == kMaxSeriesOrder);
 
 int32 SeriesForces::OrderFor(int32 wanted, int32 massive) {
-    int32 order = kLeastSeriesOrder;
+    int32 order = kMinSeriesOrder;
     while (order < wanted && order < kMaxSeriesOrder)
         order += 4;
     if (massive > kMaxInRing)
-        while (order > kLeastSeriesOrder && !KeepsPairs(order, massive))
+        while (order > kMinSeriesOrder && !KeepsPairs(order, massive))
             order -= 4;
     return order;
 }

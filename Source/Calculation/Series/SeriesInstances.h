@@ -12,11 +12,14 @@
 
 inline constexpr int32 kSlots = 8;  // in a vector
 // Orders come in pairs, a pass each.
-inline constexpr int32 kLeastSeriesOrder = 8;
+inline constexpr int32 kMinSeriesOrder = 8;
 inline constexpr int32 kMaxSeriesOrder = 24;
+// Whatever cutoff an epoch has, series have a tolerance within these.
+inline constexpr double kMinSeriesTolerance = 1e-16;
+inline constexpr double kMaxSeriesTolerance = 1e-6;
 inline constexpr int32 kMaxPasses = kMaxSeriesOrder / 2;
 // Passes that can do without what the passes before have stored of each pair.
-inline constexpr int32 kFreshPasses = kLeastSeriesOrder / 2;
+inline constexpr int32 kFreshPasses = kMinSeriesOrder / 2;
 // So many massive bodies stand in a ring, more in tiles.
 inline constexpr int32 kMaxInRing = 16;
 inline constexpr int32 kMaxRounds = kMaxInRing / 2;

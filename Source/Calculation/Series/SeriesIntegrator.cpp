@@ -4,14 +4,13 @@
 #include <cmath>
 #include <utility>
 
+#include "Calculation/Series/SeriesInstances.h"
 #include "Calculation/StopFlags.h"
 #include "Model/Epochs/EpochLimits.h"
 #include "Model/Systems/Body.h"
 
 namespace {
 
-constexpr double kMinTolerance = 1e-16;
-constexpr double kMaxTolerance = 1e-6;
 // Where the run stopped because a pair touched, rounding may show the two just apart.
 constexpr double kTouchingSlack = 1e-9;
 
@@ -51,7 +50,7 @@ void SeriesIntegrator::Begin(const Start& start) {
 
 void SeriesIntegrator::Take(const Start& start) {
     order_ = start.order;
-    cutoff_ = std::clamp(start.cutoff, kMinTolerance, kMaxTolerance);
+    cutoff_ = std::clamp(start.cutoff, kMinSeriesTolerance, kMaxSeriesTolerance);
     time_ = start.time;
     isBackwards_ = start.isBackwards;
     passesContacts_ = start.passesContacts;

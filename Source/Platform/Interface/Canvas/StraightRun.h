@@ -24,7 +24,7 @@ public:
     [[nodiscard]] bool Take(BPoint to) {
         const View view = ViewOf(to);
         // Written so that neither what is not finite nor what follows it fits.
-        if (!((view.u - view_.u) * view_.u >= 0.0f && std::abs(view.u) <= kLongest &&
+        if (!((view.u - view_.u) * view_.u >= 0.0f && std::abs(view.u) <= kMaxLength &&
               view.slope >= view_.least && view.slope <= view_.most))
             return false;
         view_ = {view.u, view.slope, std::max(view.least, view_.least),
@@ -43,7 +43,7 @@ private:
     };
 
     // Far from the limits of numbers.
-    static constexpr float kLongest = 1024.0f;
+    static constexpr float kMaxLength = 1024.0f;
 
     [[nodiscard]] View ViewOf(BPoint point) const {
         const float x = point.x - start_.x;
