@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
-#include <vector>
 
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
@@ -34,14 +33,6 @@ std::string ErrorText(double error) {
     return print_double(std::fabs(error), 1);
 }
 
-// The letter that begins there, in the bytes of its code.
-std::string LetterAt(const std::string& text, std::size_t at) {
-    std::size_t end = at + 1;
-    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
-        end++;
-    return text.substr(at, end - at);
-}
-
 }  // namespace
 
 StatusLine::StatusLine(const ProgramResources* resources)
@@ -56,10 +47,7 @@ StatusLine::StatusLine(const ProgramResources* resources)
         view->SetExplicitMinSize(1.0f, -1.0f);
         AddChild(view);
     }
-    std::string letters = resources_->InterfaceLabel(kTextBetweenFigures);
-    for (char letter = ' '; letter <= '~'; letter++)
-        letters += letter;
-    static_cast<void>(letters_.Of(letters));
+    lines_.Learn(resources_->InterfaceLabel(kTextBetweenFigures));
     ShowBodies(0);
 }
 
@@ -97,7 +85,7 @@ bool StatusLine::ShowFigures() {
     std::string lines =
         width_ < kMinWidth
             ? text
-            : BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width_);
+            : lines_.BrokenBetween(text, resources_->InterfaceLabel(kTextBetweenFigures), width_);
     const auto breaks = std::ranges::count(lines, '\n');
     const bool isHigher = breaks > figureBreaks_;
     figureBreaks_ = std::max(figureBreaks_, breaks);
@@ -113,7 +101,7 @@ bool StatusLine::ShowMessage(const std::string& text) {
 
 bool StatusLine::ShowInFull(const std::string& text) {
     if (width_ < kMinWidth) width_ = message_->Bounds().Width();
-    const bool isOtherHeight = ShowLines(text, Broken(text, width_));
+    const bool isOtherHeight = ShowLines(text, lines_.Broken(text, width_));
     inFull_ = text;
     return isOtherHeight;
 }
@@ -153,67 +141,4 @@ bool StatusLine::ShowLines(const std::string& text, const std::string& lines) {
     message_->SetToolTip(text.c_str());
     const auto breaks = std::ranges::count(lines, '\n');
     return std::exchange(breaks_, breaks) != breaks;
-}
-
-// --- Lines ---
-
-void StatusLine::LetterWidths::Learn(const std::string& text) {
-    std::vector<std::string> letters;
-    for (std::size_t at = 0; at < text.size(); at += letters.back().size())
-        letters.push_back(LetterAt(text, at));
-    std::erase_if(letters, [this](const std::string& letter) { return widths_.contains(letter); });
-    if (letters.empty()) return;
-    const std::vector<float> widths = BFont().StringWidths(letters);
-    for (std::size_t i = 0; i < widths.size(); i++)
-        widths_[letters[i]] = widths[i];
-}
-
-float StatusLine::LetterWidths::Of(const std::string& text) {
-    Learn(text);
-    float width = 0.0f;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::string letter = LetterAt(text, at);
-        width += widths_[letter];
-        at += letter.size();
-    }
-    return width;
-}
-
-std::string StatusLine::Broken(const std::string& text, float width) {
-    std::string done;
-    std::string line;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t before = line.size();
-        line += LetterAt(text, at);
-        at += line.size() - before;
-        if (line.find_first_not_of(' ') == std::string::npos || letters_.Of(line) <= width)
-            continue;
-        const std::size_t space = line.find_last_of(' ');
-        const std::size_t cut = space != std::string::npos ? space + 1 : before;
-        if (cut == 0 || cut == line.size()) continue;
-        done += line.substr(0, cut) + '\n';
-        line.erase(0, cut);
-    }
-    return done + line;
-}
-
-std::string StatusLine::BrokenBetween(const std::string& text, const std::string& separator,
-                                      float width) {
-    std::string done;
-    std::string line;
-    for (std::size_t at = 0; at <= text.size();) {
-        const std::size_t end = std::min(text.find(separator, at), text.size());
-        const std::string figure = text.substr(at, end - at);
-        at = end + separator.size();
-        std::string longer = line;
-        if (!line.empty()) longer += separator;
-        longer += figure;
-        if (!line.empty() && letters_.Of(longer) > width) {
-            done += Broken(line, width) + '\n';
-            line = figure;
-        } else {
-            line = std::move(longer);
-        }
-    }
-    return done + Broken(line, width);
 }

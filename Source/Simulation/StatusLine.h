@@ -4,9 +4,9 @@
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 
 #include "Platform/Interface/Handles/BGroupView.h"
+#include "Simulation/LineBreaker.h"
 #include "Simulation/RunMonitor.h"
 
 class BStringView;
@@ -38,30 +38,13 @@ public:
     [[nodiscard]] float ExtraHeight() const;
 
 private:
-    // The widths of the letters of the program's font, asked for once: the figures change many
-    // times a second, and nobody waits for the window server then.
-    class LetterWidths {
-    public:
-        [[nodiscard]] float Of(const std::string& text);
-
-    private:
-        void Learn(const std::string& text);
-
-        std::unordered_map<std::string, float> widths_;
-    };
-
-    // Breaks the text at its spaces, and within a word (a path) that is longer than a line.
-    [[nodiscard]] std::string Broken(const std::string& text, float width);
-    // Breaks it between figures, and within one that is longer than a line.
-    [[nodiscard]] std::string BrokenBetween(const std::string& text, const std::string& separator,
-                                            float width);
     bool ShowFigures();
     bool ShowLines(const std::string& text, const std::string& lines);
 
     const ProgramResources* const resources_;
     BStringView* const figuresView_;
     BStringView* const message_;
-    LetterWidths letters_;
+    LineBreaker lines_;
     float width_ = 0.0f;  // of both, when it was last asked for; 0: not yet
     std::string bodies_;
     std::string advice_;
