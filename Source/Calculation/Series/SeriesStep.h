@@ -35,9 +35,9 @@ public:
     // The step is to be reported in so many equal parts, 1 to 32: no path bends by more than 6
     // degrees from one report to the next, as far as 32 reports can have it so.
     [[nodiscard]] int32 Parts() const { return parts_; }
-    // The end of the part 1 ... Parts(): in scales, and in s.
+    // The end of the part 1 ... Parts(), in scales.
     [[nodiscard]] double ThetaOf(int32 part) const;
-    [[nodiscard]] double TimeOf(int32 part) const { return TimeAt(ThetaOf(part)); }
+    // The time there, s.
     [[nodiscard]] double TimeAt(double theta) const;
     // Of any time, s.
     [[nodiscard]] double ThetaAt(double time) const;

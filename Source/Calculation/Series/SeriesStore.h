@@ -24,7 +24,6 @@ public:
     void PlaceInOrder();
     // The massive body `order[slot]` goes to each slot.
     void PlaceMassive(const int32* order);
-    [[nodiscard]] bool IsInOrder() const { return isInOrder_; }
 
     // GM in m3/s2 of a massive body.
     void SetGM(int32 body, double gm) { gm_[static_cast<std::size_t>(body)] = gm; }

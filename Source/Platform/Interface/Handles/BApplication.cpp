@@ -78,7 +78,6 @@ void BApplication::DispatchMessage(BMessage* message, BHandler* handler) {
     switch (message->what) {
         case B_READY_TO_RUN:
             ReadyToRun();
-            isLaunching_ = false;
             break;
         case B_ARGV_RECEIVED: {
             std::vector<std::string> arguments;

@@ -32,8 +32,6 @@ public:
     virtual void ArgvReceived(const std::vector<std::string>& /*arguments*/) {}
     virtual void RefsReceived(BMessage* /*message*/) {}
     virtual void AboutRequested() {}
-    // True until ReadyToRun has returned.
-    [[nodiscard]] bool IsLaunching() const { return isLaunching_; }
 
     // As they are at this moment. Any thread; a window may be gone as soon as it is looked at, so
     // lock it before anything else.
@@ -47,8 +45,6 @@ protected:
 
 private:
     void QuitAllWindows();
-
-    bool isLaunching_ = true;
 };
 
 extern BApplication* be_app;
