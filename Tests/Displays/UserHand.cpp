@@ -12,7 +12,7 @@
 
 #include "Platform/Interface/Server/Mnemonics.h"
 #include "Platform/Interface/Server/WindowServer.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 

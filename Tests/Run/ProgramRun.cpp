@@ -6,9 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 namespace {
 
@@ -33,6 +35,13 @@ std::string TakeContents(int file) {
 }
 
 }  // namespace
+
+bool IsRunning(pid_t program) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    siginfo_t ended{};
+    return waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           ended.si_pid == 0;
+}
 
 Outcome RunProgram(const std::vector<std::string>& arguments, const RunSetup& setup) {
     return RunOther(ORVEK_RUN, arguments, setup);

@@ -22,6 +22,8 @@ struct RunSetup {
     std::function<void(pid_t program)> meanwhile = {};
 };
 
+// For `meanwhile`: waits for a moment; whether the program has not ended by then.
+bool IsRunning(pid_t program);
 Outcome RunProgram(const std::vector<std::string>& arguments, const RunSetup& setup = {});
 // Another program, looked for where the shell would.
 Outcome RunOther(const std::string& program, const std::vector<std::string>& arguments,

@@ -1,13 +1,10 @@
 // The program as ranks that share the work: the same bits on any number of them.
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "Tests/Run/ProgramRun.h"
 #include "Tests/Run/RunFixture.h"
@@ -66,13 +63,6 @@ protected:
         for (pid_t child = 0; in >> child;)
             children.push_back(child);
         if (children.size() == ranks) kill(children.back(), SIGKILL);
-    }
-    static bool IsRunning(pid_t program) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        siginfo_t ended{};
-        return waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT) ==
-                   0 &&
-               ended.si_pid == 0;
     }
     static void ExpectSame(const Outcome& one, const Outcome& other) {
         ASSERT_EQ(other.status, 0) << other.err;

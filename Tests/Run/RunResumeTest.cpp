@@ -1,5 +1,4 @@
 // Runs that are killed and taken up again from their checkpoint.
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -43,14 +42,6 @@ protected:
         EXPECT_EQ(run.FindInt64("Steps", &kept.steps), B_OK);
         kept.bodies = static_cast<std::size_t>(bodies);
         return kept;
-    }
-    // Waits for a moment.
-    static bool IsRunning(pid_t program) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        siginfo_t ended{};
-        return waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT) ==
-                   0 &&
-               ended.si_pid == 0;
     }
     // Starts the program and kills it as soon as its checkpoint is as wanted; the checkpoint.
     Kept RunAndKill(Arguments arguments, const std::function<bool(const Kept&)>& isWanted,

@@ -9,7 +9,7 @@
 #include "Platform/Interface/Handles/BView.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SystemState.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 #include "Tests/Simulation/EntryHand.h"
 #include "Tests/Simulation/TestSimulation.h"
 #include "Tests/Simulation/TimeLineHand.h"

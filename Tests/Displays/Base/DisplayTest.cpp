@@ -9,7 +9,7 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Tests/Displays/TestDocument.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 

@@ -19,7 +19,7 @@
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 

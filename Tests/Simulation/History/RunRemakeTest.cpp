@@ -3,15 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <cmath>
-#include <thread>
 
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Sharing/Observer.h"
 #include "Model/Systems/Body.h"
 #include "Simulation/History/ShownMoment.h"
 #include "Simulation/History/TimeLine.h"
+#include "Tests/Platform/WaitUntil.h"
 #include "Tests/Simulation/History/HistoryRun.h"
 
 namespace {
@@ -34,12 +33,13 @@ public:
         return Await();
     }
     std::optional<Finding> Await() {
-        for (int i = 0; i < 3000; i++) {
-            if (run.history.SpanOf(run.Focus())) return Finding::kFound;
-            if (const auto refusal = shown.TakeRefusal(); refusal) return refusal;
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return std::nullopt;
+        std::optional<Finding> finding;
+        static_cast<void>(WaitUntil([&] {
+            if (run.history.SpanOf(run.Focus())) finding = Finding::kFound;
+            if (!finding) finding = shown.TakeRefusal();
+            return finding.has_value();
+        }));
+        return finding;
     }
     int32 CountWrong(const std::vector<Report>& reports, std::size_t each) {
         std::vector<std::size_t> asked;
@@ -78,12 +78,11 @@ TEST(RunRemake, ARunOfAReopenedDocumentComesBackToTheBitThroughItsMergers) {
         EXPECT_EQ(again.run.history.Samples(again.run.Focus(), body, -1e9, 1e9).size(),
                   first.history.Samples(first.Focus(), body, -1e9, 1e9).size());
 
-    // Who drags the bar of the other one sees it as soon as it is made.
+    // A user who drags the bar of the other one sees it as soon as it is made.
     const AbEpoch* const other = again.Line().runs[0].epoch;
     again.shown.SeekTo(0.5 * again.Line().runs[0].end);
     EXPECT_FALSE(again.shown.IsPast());
-    for (int i = 0; i < 3000 && !again.shown.IsPast(); i++)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(WaitUntil([&] { return again.shown.IsPast(); }));
     EXPECT_EQ(again.shown.Get().run, other);
     EXPECT_TRUE(again.run.history.SpanOf(other));
 }
@@ -163,10 +162,10 @@ TEST(RunRemake, TheRunThatWasJustMadeIsMadeAgain) {
     run.document.Portal()->AddObserver(&counter);
     shown.MakeRunAgain();
     std::optional<Finding> refusal;
-    for (int i = 0; i < 3000 && !counter.isKept && !refusal; i++) {
-        refusal = shown.TakeRefusal();
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    EXPECT_TRUE(WaitUntil([&] {
+        if (!refusal) refusal = shown.TakeRefusal();
+        return counter.isKept || refusal;
+    }));
     EXPECT_TRUE(counter.isKept);
     EXPECT_FALSE(refusal);
     run.document.Portal()->RemoveObserver(&counter);
@@ -181,12 +180,9 @@ TEST(RunRemake, MakingIsEndedWhenItIsNotWantedAnyMore) {
     // An end that is far away.
     again.run.Focus()->SetTime(1e6 * again.run.Focus()->Time());
     again.shown.MakeRunAgain();
-    for (int i = 0; i < 3000 && !(again.shown.MakingProgress().value_or(0.0) > 0.0); i++)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    EXPECT_GT(again.shown.MakingProgress().value_or(0.0), 0.0);
+    EXPECT_TRUE(WaitUntil([&] { return again.shown.MakingProgress().value_or(0.0) > 0.0; }));
     again.shown.StopMaking();
-    for (int i = 0; i < 3000 && again.shown.MakingProgress(); i++)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_TRUE(WaitUntil([&] { return !again.shown.MakingProgress(); }));
     EXPECT_FALSE(again.run.history.SpanOf(again.run.Focus()));
     EXPECT_FALSE(again.shown.TakeRefusal());
 }

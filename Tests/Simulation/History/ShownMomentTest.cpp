@@ -10,6 +10,7 @@
 #include "Model/Commands/EpochFactories.h"
 #include "Simulation/History/BranchCommand.h"
 #include "Simulation/History/TimeLine.h"
+#include "Tests/Platform/WaitUntil.h"
 #include "Tests/Simulation/History/HistoryRun.h"
 
 namespace {
@@ -45,14 +46,10 @@ protected:
         return StateOf(portal);
     }
     bool AwaitExact() {
-        for (int i = 0; i < 1000 && !shown_.Get().isExact; i++)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return shown_.Get().isExact;
+        return WaitUntil([&] { return shown_.Get().isExact; });
     }
     bool AwaitTime(double time) {
-        for (int i = 0; i < 1000 && ShownState().time != time; i++)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return ShownState().time == time;
+        return WaitUntil([&] { return ShownState().time == time; });
     }
     bool Branch() {
         const auto moment = shown_.GetExact();
@@ -246,9 +243,7 @@ TEST(ShownMoment, ARunThatGoesBackIsOnTheLine) {
     ShownMoment shown(portal, &run.history, {});
     const auto time = [&] { return shown.IsPast() ? shown.Get().epoch->Time() : NAN; };
     const auto await = [&](double expected) {
-        for (int i = 0; i < 500 && time() != expected; i++)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return time() == expected;
+        return WaitUntil([&] { return time() == expected; });
     };
     shown.SeekTo(reports[100].time);
     for (const std::size_t i : {101U, 102U}) {

@@ -14,8 +14,8 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/RecordStream.h"
 #include "Platform/Interface/Server/WindowServer.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
 #include "Tests/Platform/TestFolder.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 
@@ -105,7 +105,7 @@ TEST_F(LocalRequestsTest, WhoeverAskedGetsHisOwnAnswerHoweverLate) {
     EXPECT_EQ(second.get(), "second");
 }
 
-TEST_F(LocalRequestsTest, WhoEndsLeavesTheRequestToTheAsker) {
+TEST_F(LocalRequestsTest, AProgramThatEndsLeavesTheRequestToTheAsker) {
     auto asked = Ask("one");
     Number(0);
     StopServer();
@@ -139,7 +139,7 @@ TEST_F(LocalRequestsTest, ARequestWhoseAskerHasGoneIsNotDelivered) {
 }
 
 // It had no time to say anything.
-TEST_F(LocalRequestsTest, WhoHangsIsNotWaitedForAndGetsNothingLater) {
+TEST_F(LocalRequestsTest, AProgramThatHangsIsNotWaitedForAndGetsNothingLater) {
     std::future<std::string> asked;
     WindowServer::Perform([&] {
         asked = Ask("one");
