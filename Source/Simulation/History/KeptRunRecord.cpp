@@ -104,6 +104,41 @@ constexpr FieldTable kRunFields{
         .name = kBackwards, .meaning = "time falls", .whenMissing = kDamaged},
 };
 
+// --- Records in records ---
+
+template <typename WriteRecord>
+status_t WriteNested(const char* name, BMessage* into, WriteRecord write) {
+    BMessage record;
+    const status_t status = write(&record);
+    return status == B_OK ? into->AddMessage(name, std::move(record)) : status;
+}
+
+template <typename ReadRecord>
+status_t ReadNested(const BMessage& from, const char* name, int32 index, ReadRecord read) {
+    BMessage record;
+    const status_t status = from.FindMessage(name, index, &record);
+    return status == B_OK ? read(record) : status;
+}
+
+template <typename Items, typename WriteItem>
+status_t WriteAll(const Items& items, const char* name, BMessage* into, WriteItem write) {
+    for (const auto& item : items) {
+        const auto writeIt = [&](BMessage* record) { return write(item, record); };
+        if (const status_t status = WriteNested(name, into, writeIt); status != B_OK) return status;
+    }
+    return B_OK;
+}
+
+template <typename ReadItem>
+status_t ReadAll(const BMessage& from, const char* name, ReadItem read) {
+    type_code type = 0;
+    int32 count = 0;
+    if (from.GetInfo(name, &type, &count) != B_OK) return B_OK;
+    for (int32 i = 0; i < count; i++)
+        if (const status_t status = ReadNested(from, name, i, read); status != B_OK) return status;
+    return B_OK;
+}
+
 // --- Bodies' paths ---
 
 status_t WriteTrack(int64 body, const SampleTrack& track, BMessage* into) {
@@ -116,12 +151,17 @@ status_t WriteTrack(int64 body, const SampleTrack& track, BMessage* into) {
         numbers.insert(numbers.end(), {time, r.x, r.y, r.z, v.x, v.y, v.z});
     }
     if (track.IsBroken()) gaps.push_back(static_cast<int64>(track.Count()));
-    status_t status = into->AddInt64(kBody, body);
-    if (status == B_OK && !numbers.empty())
-        status = into->AddDoubles(kSamples, numbers.data(), static_cast<int32>(numbers.size()));
-    if (status == B_OK && !gaps.empty())
-        status = into->AddInt64s(kGaps, gaps.data(), static_cast<int32>(gaps.size()));
-    return status;
+    const auto addNumbers = [&] {
+        return into->AddDoubles(kSamples, numbers.data(), static_cast<int32>(numbers.size()));
+    };
+    const auto addGaps = [&] {
+        return into->AddInt64s(kGaps, gaps.data(), static_cast<int32>(gaps.size()));
+    };
+    return FieldWriter(into)
+        .Add(kBody, body)
+        .Then(addNumbers, !numbers.empty())
+        .Then(addGaps, !gaps.empty())
+        .Status();
 }
 
 status_t ReadTrack(const BMessage& record, bool isBackwards, int64* body, SampleTrack* track) {
@@ -169,21 +209,20 @@ status_t WriteEvent(const RunEvent& event, BMessage* into) {
                                 std::pair(&state.velocities, &body.velocity)})
             to->insert(to->end(), {from->x, from->y, from->z});
     }
-    BMessage bodies;
-    const status_t written = StateRecord::Write(state, radii, &bodies);
-    return written == B_OK ? into->AddMessage(kState, std::move(bodies)) : written;
+    return WriteNested(kState, into,
+                       [&](BMessage* bodies) { return StateRecord::Write(state, radii, bodies); });
 }
 
 status_t ReadEvent(const BMessage& record, RunEvent* event) {
     EventFields fields;
     if (const status_t status = kEventFields.Read(record, &fields); status != B_OK) return status;
     *event = {static_cast<RunEvent::Kind>(fields.kind), fields.time, {}, fields.name};
-    BMessage bodies;
     if (!record.HasName(kState)) return B_OK;
     SystemState state;
     std::vector<double> radii;
-    status_t status = record.FindMessage(kState, &bodies);
-    if (status == B_OK) status = StateRecord::Read(bodies, &state, &radii);
+    const status_t status = ReadNested(record, kState, 0, [&](const BMessage& bodies) {
+        return StateRecord::Read(bodies, &state, &radii);
+    });
     for (std::size_t i = 0; i < state.CountBodies() && status == B_OK; i++)
         event->before.push_back({state.ids[i], state.names[i], state.gm[i], radii[i],
                                  state.Position(i), state.Velocity(i)});
@@ -193,69 +232,46 @@ status_t ReadEvent(const BMessage& record, RunEvent* event) {
 // --- Checkpoints ---
 
 status_t WriteCheckpoint(const RunCheckpoint& checkpoint, BMessage* into) {
-    BMessage state;
-    status_t status = kCheckpointFields.Write(checkpoint, into);
-    if (status == B_OK) status = StateRecord::Write(checkpoint.state, checkpoint.radii, &state);
-    if (status == B_OK) status = into->AddMessage(kState, std::move(state));
-    return status == B_OK ? into->AddMessage(kCalculator, &checkpoint.calculator) : status;
+    const auto write = [&](BMessage* state) {
+        return StateRecord::Write(checkpoint.state, checkpoint.radii, state);
+    };
+    return FieldWriter(into, kCheckpointFields.Write(checkpoint, into))
+        .Then([&] { return WriteNested(kState, into, write); })
+        .Then([&] { return into->AddMessage(kCalculator, &checkpoint.calculator); })
+        .Status();
 }
 
 status_t ReadCheckpoint(const BMessage& record, RunCheckpoint* checkpoint) {
-    BMessage state;
+    const auto read = [&](const BMessage& state) {
+        return StateRecord::Read(state, &checkpoint->state, &checkpoint->radii);
+    };
     status_t status = kCheckpointFields.Read(record, checkpoint);
-    if (status == B_OK) status = record.FindMessage(kState, &state);
-    if (status == B_OK) status = StateRecord::Read(state, &checkpoint->state, &checkpoint->radii);
+    if (status == B_OK) status = ReadNested(record, kState, 0, read);
     if (status == B_OK) status = record.FindMessage(kCalculator, &checkpoint->calculator);
     // Those that can be spared lie at so many reports.
     const bool isPlaced = checkpoint->isPinned || checkpoint->report > 0;
     return status == B_OK && !isPlaced ? B_BAD_DATA : status;
 }
 
-// --- Records in records ---
-
-template <typename Items, typename WriteItem>
-status_t WriteAll(const Items& items, const char* name, BMessage* into, WriteItem write) {
-    for (const auto& item : items) {
-        BMessage record;
-        status_t status = write(item, &record);
-        if (status == B_OK) status = into->AddMessage(name, std::move(record));
-        if (status != B_OK) return status;
-    }
-    return B_OK;
-}
-
-template <typename ReadItem>
-status_t ReadAll(const BMessage& from, const char* name, ReadItem read) {
-    type_code type = 0;
-    int32 count = 0;
-    if (from.GetInfo(name, &type, &count) != B_OK) return B_OK;
-    for (int32 i = 0; i < count; i++) {
-        BMessage record;
-        status_t status = from.FindMessage(name, i, &record);
-        if (status == B_OK) status = read(record);
-        if (status != B_OK) return status;
-    }
-    return B_OK;
-}
-
 }  // namespace
 
 status_t KeptRunRecord::Write(const KeptRun& run, BMessage* into) {
     const RunFields fields{run.startTime_, run.timeBeforeLast_, run.reports_, run.isBackwards_};
-    BMessage end;
-    status_t status = kRunFields.Write(fields, into);
-    if (status == B_OK) status = StateRecord::Write(run.tail_, run.radii_, &end);
-    if (status == B_OK) status = into->AddMessage(kEnd, std::move(end));
-    if (status == B_OK)
-        status = WriteAll(run.Bodies(), kTracks, into, [&](int64 body, BMessage* record) {
-            return WriteTrack(body, run.tracks_.at(body), record);
-        });
-    if (status == B_OK) status = WriteAll(run.events_, kEvents, into, WriteEvent);
-    if (status != B_OK) return status;
-    return WriteAll(run.checkpoints_.All(), kCheckpoints, into,
-                    [](const auto& checkpoint, BMessage* record) {
-                        return WriteCheckpoint(*checkpoint, record);
-                    });
+    const auto writeEnd = [&](BMessage* record) {
+        return StateRecord::Write(run.tail_, run.radii_, record);
+    };
+    const auto writeTrack = [&](int64 body, BMessage* record) {
+        return WriteTrack(body, run.tracks_.at(body), record);
+    };
+    const auto writeCheckpoint = [](const auto& checkpoint, BMessage* record) {
+        return WriteCheckpoint(*checkpoint, record);
+    };
+    return FieldWriter(into, kRunFields.Write(fields, into))
+        .Then([&] { return WriteNested(kEnd, into, writeEnd); })
+        .Then([&] { return WriteAll(run.Bodies(), kTracks, into, writeTrack); })
+        .Then([&] { return WriteAll(run.events_, kEvents, into, WriteEvent); })
+        .Then([&] { return WriteAll(run.checkpoints_.All(), kCheckpoints, into, writeCheckpoint); })
+        .Status();
 }
 
 std::unique_ptr<KeptRun> KeptRunRecord::Read(const BMessage& record) {

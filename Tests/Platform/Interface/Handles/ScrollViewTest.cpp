@@ -3,6 +3,7 @@
 
 #include <QScrollBar>
 #include <QTest>
+#include <algorithm>
 #include <limits>
 
 #include "Tests/Platform/Interface/TestWindow.h"
@@ -59,7 +60,9 @@ void Drag(QScrollBar* bar, int pixels) {
     const bool isAcross = bar->orientation() == Qt::Horizontal;
     const int length = isAcross ? bar->width() : bar->height();
     const double all = bar->maximum() + bar->pageStep();
-    const int middle = static_cast<int>((bar->value() + bar->pageStep() / 2.0) / all * length);
+    constexpr int kHalfKnob = 10;  // of the shortest
+    const double share = (bar->value() + bar->pageStep() / 2.0) / all;
+    const int middle = std::clamp(static_cast<int>(share * length), kHalfKnob, length - kHalfKnob);
     const auto at = [&](int along) { return isAcross ? QPoint(along, 4) : QPoint(4, along); };
     QTest::mousePress(bar, Qt::LeftButton, {}, at(middle));
     QTest::mouseMove(bar, at(middle + pixels / 2));
