@@ -1,0 +1,258 @@
+#include "Displays/Chart/ChartDrawing.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Of the plot from the picture's borders.
+constexpr float kLeft = 84.0f;
+constexpr float kRight = 16.0f;
+constexpr float kTop = 30.0f;
+constexpr float kBottom = 46.0f;
+constexpr float kMinSide = 20.0f;
+
+constexpr float kTick = 5.0f;
+constexpr float kTextGap = 6.0f;
+constexpr float kRow = 18.0f;
+constexpr float kLegendInset = 12.0f;
+constexpr float kSwatch = 14.0f;
+constexpr float kAcrossSpacing = 90.0f;
+constexpr float kUpSpacing = 40.0f;
+constexpr float kDot = 1.5f;
+constexpr float kCursorDot = 4.0f;
+constexpr float kMarkGap = 90.0f;  // of the names of marks
+// More points of a line that goes to and fro are drawn as points.
+constexpr std::size_t kMaxJoined = 20'000;
+
+struct Colors {
+    rgb_color background, grid, frame, text, epoch, merger, cursor;
+};
+constexpr Colors kDark{{28, 30, 38, 255},    {48, 52, 62, 255},  {120, 126, 140, 255},
+                       {205, 210, 220, 255}, {90, 98, 116, 255}, {170, 110, 60, 255},
+                       {255, 208, 84, 255}};
+constexpr Colors kLight{{255, 255, 255, 255}, {226, 229, 234, 255}, {120, 124, 132, 255},
+                        {40, 44, 52, 255},    {170, 176, 188, 255}, {214, 120, 40, 255},
+                        {190, 120, 0, 255}};
+
+constexpr rgb_color kOnDark[] = {{102, 178, 255, 255}, {255, 159, 67, 255},  {104, 211, 145, 255},
+                                 {245, 110, 130, 255}, {190, 150, 255, 255}, {244, 214, 84, 255},
+                                 {90, 212, 222, 255},  {240, 150, 210, 255}};
+constexpr rgb_color kOnLight[] = {{20, 100, 190, 255}, {200, 90, 0, 255},   {20, 130, 70, 255},
+                                  {190, 30, 60, 255},  {110, 60, 180, 255}, {140, 110, 0, 255},
+                                  {0, 125, 140, 255},  {170, 40, 130, 255}};
+
+const Colors& ColorsOf(bool isLight) {
+    return isLight ? kLight : kDark;
+}
+
+bool IsDrawn(const BPoint& point) {
+    return std::isfinite(point.x) && std::isfinite(point.y);
+}
+
+// Puts points into curves, which end where a point is none.
+class CurvePen {
+public:
+    CurvePen(rgb_color color, std::vector<ChartItems::Curve>* curves)
+        : color_(color), curves_(curves) {}
+
+    void Add(BPoint point) {
+        if (!IsDrawn(point)) return Lift();
+        if (!isDown_) curves_->push_back({{}, color_});
+        isDown_ = true;
+        std::vector<BPoint>& points = curves_->back().points;
+        if (points.empty() || points.back() != point) points.push_back(point);
+    }
+    void Lift() { isDown_ = false; }
+
+private:
+    const rgb_color color_;
+    std::vector<ChartItems::Curve>* const curves_;
+    bool isDown_ = false;
+};
+
+}  // namespace
+
+rgb_color ChartDrawing::ColorOf(std::size_t line, bool isLight) {
+    return isLight ? kOnLight[line % std::size(kOnLight)] : kOnDark[line % std::size(kOnDark)];
+}
+
+ChartDrawing::ChartDrawing(const ChartScene& scene, float width, float height)
+    : scene_(scene),
+      width_(width),
+      height_(height),
+      plot_{kLeft, kTop, std::max(kLeft + kMinSide, width - kRight),
+            std::max(kTop + kMinSide, height - kBottom)},
+      across_(scene.across.range, scene.across.unit, scene.across.isLog, plot_.left, plot_.right),
+      up_(scene.up.range, scene.up.unit, scene.up.isLog, plot_.bottom, plot_.top) {}
+
+ChartItems ChartDrawing::Find() const {
+    ChartItems items;
+    items.width = width_;
+    items.height = height_;
+    items.plot = plot_;
+    items.background = ColorsOf(scene_.isLight).background;
+    AddGrid(&items);
+    AddMarks(&items);
+    for (const ChartScene::Line& line : scene_.lines) {
+        if (scene_.areDots)
+            AddDots(line, &items);
+        else if (scene_.isOverTime)
+            AddTimeCurve(line, &items);
+        else
+            AddCurve(line, &items);
+    }
+    AddCursor(&items);
+    AddLegend(&items);
+    return items;
+}
+
+BPoint ChartDrawing::PlaceOf(const ChartSeries::Point& point) const {
+    return {across_.PlaceOf(point.x), up_.PlaceOf(point.y)};
+}
+
+void ChartDrawing::AddGrid(ChartItems* items) const {
+    using Align = ChartItems::Text::Align;
+    const Colors& colors = ColorsOf(scene_.isLight);
+    const auto& [left, top, right, bottom] = plot_;
+    for (const ChartAxis::Tick& tick : across_.Ticks(kAcrossSpacing)) {
+        const float x = std::round(across_.PlaceOf(tick.value));
+        items->bars.push_back({{x, top, x, bottom}, colors.grid});
+        items->frame.push_back({{x, bottom, x, bottom + kTick}, colors.frame});
+        items->texts.push_back(
+            {{x, bottom + kTick + kTextGap + 4.0f}, tick.label, colors.text, Align::kMiddle});
+    }
+    for (const ChartAxis::Tick& tick : up_.Ticks(kUpSpacing)) {
+        const float y = std::round(up_.PlaceOf(tick.value));
+        items->bars.push_back({{left, y, right, y}, colors.grid});
+        items->frame.push_back({{left - kTick, y, left, y}, colors.frame});
+        items->texts.push_back(
+            {{left - kTick - kTextGap, y}, tick.label, colors.text, Align::kRight});
+    }
+    for (const BRect& side : {BRect{left, top, left, bottom}, BRect{right, top, right, bottom},
+                              BRect{left, top, right, top}, BRect{left, bottom, right, bottom}})
+        items->frame.push_back({side, colors.frame});
+    items->texts.push_back(
+        {{right, height_ - kTextGap - 4.0f}, scene_.across.title, colors.text, Align::kRight});
+    items->texts.push_back({{kTextGap, kTop / 2.0f}, scene_.up.title, colors.text, Align::kLeft});
+}
+
+void ChartDrawing::AddMarks(ChartItems* items) const {
+    const Colors& colors = ColorsOf(scene_.isLight);
+    float free = plot_.left;
+    for (const ChartScene::Mark& mark : scene_.marks) {
+        const float x = std::round(across_.PlaceOf(mark.time));
+        if (x < plot_.left || x > plot_.right) continue;
+        const rgb_color color = mark.isMerger ? colors.merger : colors.epoch;
+        items->bars.push_back({{x, plot_.top, x, plot_.bottom}, color});
+        if (mark.name.empty() || x < free || x + kMarkGap > plot_.right) continue;
+        free = x + kMarkGap;
+        items->texts.push_back({{x + kTextGap, plot_.bottom - kRow / 2.0f},
+                                mark.name,
+                                mark.isMerger ? colors.merger : colors.frame,
+                                ChartItems::Text::Align::kLeft});
+    }
+}
+
+// A column of pixels has the first of its points, the least and the greatest, and the last.
+void ChartDrawing::AddTimeCurve(const ChartScene::Line& line, ChartItems* items) const {
+    const ChartSeries& series = *line.series;
+    if (series.Count() == 0) return;
+    CurvePen pen(line.color, &items->curves);
+    const auto add = [&](float x, double y) {
+        pen.Add({x, std::isnan(y) ? std::nanf("") : up_.PlaceOf(y)});
+    };
+    const std::size_t first = series.Before(across_.ValueAt(plot_.left));
+    std::size_t next = first > 0 ? first - 1 : 0;
+    if (first > 0) {
+        const BPoint before = PlaceOf(series[next++]);
+        add(before.x, series[next - 1].y);
+    }
+    for (float x = std::ceil(plot_.left); x <= plot_.right && next < series.Count(); x += 1.0f) {
+        const std::size_t end = series.Before(across_.ValueAt(x + 0.5f));
+        if (end <= next) continue;
+        if (end - next <= 4) {
+            for (; next < end; next++)
+                add(across_.PlaceOf(series[next].x), series[next].y);
+            continue;
+        }
+        const ChartSpan span = series.Envelope(next, end);
+        add(x, series[next].y);
+        if (!span.IsEmpty()) {
+            add(x, span.low);
+            add(x, span.high);
+        }
+        add(x, series[end - 1].y);
+        next = end;
+    }
+    if (next < series.Count()) add(across_.PlaceOf(series[next].x), series[next].y);
+}
+
+void ChartDrawing::AddCurve(const ChartScene::Line& line, ChartItems* items) const {
+    const ChartSeries& series = *line.series;
+    if (series.Count() > kMaxJoined) return AddDots(line, items);
+    CurvePen pen(line.color, &items->curves);
+    for (std::size_t i = 0; i < series.Count(); i++) {
+        if (std::isnan(series[i].y))
+            pen.Lift();
+        else
+            pen.Add(PlaceOf(series[i]));
+    }
+}
+
+// A pixel has one dot.
+void ChartDrawing::AddDots(const ChartScene::Line& line, ChartItems* items) const {
+    const auto columns = static_cast<std::size_t>(plot_.right - plot_.left) + 1;
+    const auto rows = static_cast<std::size_t>(plot_.bottom - plot_.top) + 1;
+    std::vector<bool> isTaken(columns * rows);
+    for (std::size_t i = 0; i < line.series->Count(); i++) {
+        const ChartSeries::Point& point = (*line.series)[i];
+        if (std::isnan(point.y)) continue;
+        const BPoint place = PlaceOf(point);
+        if (!(place.x >= plot_.left && place.x <= plot_.right && place.y >= plot_.top &&
+              place.y <= plot_.bottom))
+            continue;
+        const auto column = static_cast<std::size_t>(place.x - plot_.left);
+        const auto row = static_cast<std::size_t>(place.y - plot_.top);
+        if (isTaken[row * columns + column]) continue;
+        isTaken[row * columns + column] = true;
+        items->dots.push_back({place, kDot, line.color});
+    }
+}
+
+void ChartDrawing::AddCursor(ChartItems* items) const {
+    if (!scene_.cursor) return;
+    const rgb_color color = ColorsOf(scene_.isLight).cursor;
+    if (scene_.isOverTime) {
+        const float x = std::round(across_.PlaceOf(*scene_.cursor));
+        if (x >= plot_.left && x <= plot_.right)
+            items->bars.push_back({{x, plot_.top, x, plot_.bottom}, color});
+    }
+    for (const ChartScene::Line& line : scene_.lines) {
+        const ChartSeries::Point point = line.series->At(*scene_.cursor);
+        if (!scene_.areDots && !std::isnan(point.y))
+            items->dots.push_back({PlaceOf(point), kCursorDot, line.color});
+    }
+}
+
+void ChartDrawing::AddLegend(ChartItems* items) const {
+    const Colors& colors = ColorsOf(scene_.isLight);
+    float y = plot_.top + kLegendInset;
+    for (std::size_t i = 0; i < scene_.lines.size() && y < plot_.bottom; i++, y += kRow) {
+        const ChartScene::Line& line = scene_.lines[i];
+        const float x = plot_.left + kLegendInset;
+        items->frame.push_back({{x, y - 1.0f, x + kSwatch, y + 1.0f}, line.color});
+        std::string text = line.name;
+        if (i < scene_.values.size() && !scene_.values[i].empty()) text += ": " + scene_.values[i];
+        items->texts.push_back({{x + kSwatch + kTextGap, y},
+                                std::move(text),
+                                colors.text,
+                                ChartItems::Text::Align::kLeft});
+    }
+    if (!scene_.note.empty())
+        items->texts.push_back(
+            {{(plot_.left + plot_.right) / 2.0f, (plot_.top + plot_.bottom) / 2.0f},
+             scene_.note,
+             colors.text,
+             ChartItems::Text::Align::kMiddle});
+}
