@@ -13,8 +13,10 @@ constexpr double kShortest = 1e-12;
 constexpr double kLargest = 1e200;
 constexpr double kDecade = 1.0;
 constexpr int kMaxDigits = 15;
-constexpr float kFarAway = 1e6f;  // pixels
+constexpr double kFarAway = 1e6;  // pixels
 constexpr std::size_t kMaxTicks = 100;
+// Of a step: an end that is a tick itself has it.
+constexpr double kRounding = 1e-6;
 
 int DigitsFor(double low, double high, double step) {
     const double largest = std::max(std::abs(low), std::abs(high));
@@ -61,12 +63,13 @@ double ChartAxis::Unscaled(double scaled) const {
     return isLog_ ? std::pow(10.0, scaled) : scaled;
 }
 
-float ChartAxis::PlaceOf(double value) const {
+double ChartAxis::FinePlaceOf(double value) const {
     const double part = (Scaled(value) - low_) / (high_ - low_);
-    const double place = static_cast<double>(from_) + part * static_cast<double>(to_ - from_);
-    // Also of zero on a logarithmic axis.
-    return static_cast<float>(
-        std::clamp(place, -static_cast<double>(kFarAway), static_cast<double>(kFarAway)));
+    return static_cast<double>(from_) + part * static_cast<double>(to_ - from_);
+}
+
+float ChartAxis::PlaceOf(double value) const {
+    return static_cast<float>(std::clamp(FinePlaceOf(value), -kFarAway, kFarAway));
 }
 
 double ChartAxis::ValueAt(float place) const {
@@ -85,7 +88,9 @@ std::vector<ChartAxis::Tick> ChartAxis::Ticks(float spacing) const {
     const double step = RoundStep((high - low) * static_cast<double>(spacing) / length);
     const int digits = DigitsFor(low, high, step);
     std::vector<Tick> ticks;
-    for (double i = std::ceil(low / step); i * step <= high && ticks.size() < kMaxTicks; i += 1.0)
+    const double last = std::floor(high / step + kRounding);
+    for (double i = std::ceil(low / step - kRounding); i <= last && ticks.size() < kMaxTicks;
+         i += 1.0)
         ticks.push_back({i * step * unit_, print_double(i * step, digits)});
     return ticks;
 }
@@ -116,6 +121,7 @@ ChartRange ChartAxis::Moved(float pixels) const {
 }
 
 ChartRange ChartAxis::Zoomed(float about, double factor) const {
+    if (factor == 1.0) return range_;
     const double part = static_cast<double>(about - from_) / static_cast<double>(to_ - from_);
     const double fixed = low_ + part * (high_ - low_);
     return RangeOf(fixed - (fixed - low_) / factor, fixed + (high_ - fixed) / factor);

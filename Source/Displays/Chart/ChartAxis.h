@@ -24,7 +24,8 @@ public:
     // The low end lies at the pixel `from`.
     ChartAxis(const ChartRange& range, double unit, bool isLog, float from, float to);
 
-    // Far outside the ends: somewhere beyond them.
+    // Not finite where the axis cannot have it; the other one lies somewhere beyond the ends then.
+    [[nodiscard]] double FinePlaceOf(double value) const;
     [[nodiscard]] float PlaceOf(double value) const;
     [[nodiscard]] double ValueAt(float place) const;
     // Round values between the ends, no nearer to one another than so many pixels.

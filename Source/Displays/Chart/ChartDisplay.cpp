@@ -328,8 +328,10 @@ ChartScene ChartDisplay::MakeScene() const {
         scene.lines.push_back(
             {&series, texts_.NameOf(lines[i], NameOf(lines[i].body), NameOf(lines[i].about)),
              ChartDrawing::ColorOf(i, fields_.isLight)});
-        scene.values.push_back(
-            scene.areDots ? "" : ChartTexts::ValueText(series.At(cursor).y, scene.up));
+        // A run that goes on is ahead of its lines.
+        const bool isNow = !shown_.IsPast() && series.Count() > 0;
+        const double value = isNow ? series[series.Count() - 1].y : series.At(cursor).y;
+        scene.values.push_back(scene.areDots ? "" : ChartTexts::ValueText(value, scene.up));
     }
     return scene;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Platform/Interface/Canvas/LineClip.h"
+
 namespace {
 
 // Of the plot from the picture's borders.
@@ -22,6 +24,8 @@ constexpr float kUpSpacing = 40.0f;
 constexpr float kDot = 1.5f;
 constexpr float kCursorDot = 4.0f;
 constexpr float kMarkGap = 90.0f;  // of the names of marks
+// Of a column, which are drawn one by one.
+constexpr std::size_t kFewPoints = 4;
 // More points of a line that goes to and fro are drawn as points.
 constexpr std::size_t kMaxJoined = 20'000;
 
@@ -46,29 +50,43 @@ const Colors& ColorsOf(bool isLight) {
     return isLight ? kLight : kDark;
 }
 
-bool IsDrawn(const BPoint& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
-
-// Puts points into curves, which end where a point is none.
+// Puts points into curves, cut at the plot's frame; a point that is none ends a curve.
 class CurvePen {
 public:
-    CurvePen(rgb_color color, std::vector<ChartItems::Curve>* curves)
-        : color_(color), curves_(curves) {}
+    CurvePen(BRect frame, rgb_color color, std::vector<ChartItems::Curve>* curves)
+        : frame_(frame), color_(color), curves_(curves) {}
 
-    void Add(BPoint point) {
-        if (!IsDrawn(point)) return Lift();
-        if (!isDown_) curves_->push_back({{}, color_});
+    void Add(double x, double y) {
+        if (!std::isfinite(x) || !std::isfinite(y)) return Lift();
+        if (isDown_) Join(x, y);
         isDown_ = true;
-        std::vector<BPoint>& points = curves_->back().points;
-        if (points.empty() || points.back() != point) points.push_back(point);
+        x_ = x;
+        y_ = y;
     }
-    void Lift() { isDown_ = false; }
+    void Lift() { isDown_ = isJoined_ = false; }
 
 private:
+    void Join(double x, double y) {
+        double x0 = x_;
+        double y0 = y_;
+        const bool isSeen = ClipLine(frame_, &x0, &y0, &x, &y);
+        const BPoint from{static_cast<float>(x0), static_cast<float>(y0)};
+        const BPoint to{static_cast<float>(x), static_cast<float>(y)};
+        if (!isSeen) isJoined_ = false;
+        if (!isSeen || from == to) return;
+        if (!isJoined_ || curves_->back().points.back() != from)
+            curves_->push_back({{from}, color_});
+        curves_->back().points.push_back(to);
+        isJoined_ = true;
+    }
+
+    const BRect frame_;
     const rgb_color color_;
     std::vector<ChartItems::Curve>* const curves_;
     bool isDown_ = false;
+    bool isJoined_ = false;  // the last curve goes on
+    double x_ = 0.0;
+    double y_ = 0.0;
 };
 
 }  // namespace
@@ -157,47 +175,39 @@ void ChartDrawing::AddMarks(ChartItems* items) const {
 // A column of pixels has the first of its points, the least and the greatest, and the last.
 void ChartDrawing::AddTimeCurve(const ChartScene::Line& line, ChartItems* items) const {
     const ChartSeries& series = *line.series;
-    if (series.Count() == 0) return;
-    CurvePen pen(line.color, &items->curves);
-    const auto add = [&](float x, double y) {
-        pen.Add({x, std::isnan(y) ? std::nanf("") : up_.PlaceOf(y)});
-    };
-    const std::size_t first = series.Before(across_.ValueAt(plot_.left));
-    std::size_t next = first > 0 ? first - 1 : 0;
-    if (first > 0) {
-        const BPoint before = PlaceOf(series[next++]);
-        add(before.x, series[next - 1].y);
-    }
-    for (float x = std::ceil(plot_.left); x <= plot_.right && next < series.Count(); x += 1.0f) {
+    CurvePen pen(plot_, line.color, &items->curves);
+    const auto add = [&](double x, double y) { pen.Add(x, up_.FinePlaceOf(y)); };
+    const auto addAt = [&](double time) { add(across_.FinePlaceOf(time), series.At(time).y); };
+    const double left = across_.ValueAt(plot_.left);
+    std::size_t next = series.Before(left);
+    addAt(left);
+    for (float x = plot_.left; x <= plot_.right && next < series.Count(); x += 1.0f) {
         const std::size_t end = series.Before(across_.ValueAt(x + 0.5f));
         if (end <= next) continue;
-        if (end - next <= 4) {
+        if (end - next <= kFewPoints) {
             for (; next < end; next++)
-                add(across_.PlaceOf(series[next].x), series[next].y);
+                add(across_.FinePlaceOf(series[next].x), series[next].y);
             continue;
         }
         const ChartSpan span = series.Envelope(next, end);
-        add(x, series[next].y);
+        const auto column = static_cast<double>(x);
+        add(column, series[next].y);
         if (!span.IsEmpty()) {
-            add(x, span.low);
-            add(x, span.high);
+            add(column, span.low);
+            add(column, span.high);
         }
-        add(x, series[end - 1].y);
+        add(column, series[end - 1].y);
         next = end;
     }
-    if (next < series.Count()) add(across_.PlaceOf(series[next].x), series[next].y);
+    addAt(across_.ValueAt(plot_.right));
 }
 
 void ChartDrawing::AddCurve(const ChartScene::Line& line, ChartItems* items) const {
     const ChartSeries& series = *line.series;
     if (series.Count() > kMaxJoined) return AddDots(line, items);
-    CurvePen pen(line.color, &items->curves);
-    for (std::size_t i = 0; i < series.Count(); i++) {
-        if (std::isnan(series[i].y))
-            pen.Lift();
-        else
-            pen.Add(PlaceOf(series[i]));
-    }
+    CurvePen pen(plot_, line.color, &items->curves);
+    for (std::size_t i = 0; i < series.Count(); i++)
+        pen.Add(across_.FinePlaceOf(series[i].x), up_.FinePlaceOf(series[i].y));
 }
 
 // A pixel has one dot.

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "Platform/Interface/Canvas/LineClip.h"
+
 namespace {
 
 constexpr int kPlaces = 2;  // of a pixel, after the point
@@ -68,6 +70,11 @@ std::string CurveText(const ChartItems::Curve& curve) {
     }
     return "<polyline" + Attribute("points", points) + Attribute("fill", "none") +
            Attribute("stroke", ColorText(curve.color)) + "/>\n";
+}
+
+std::string DotText(const ChartItems::Dot& dot) {
+    return "<circle" + Attribute("cx", Pixels(dot.where.x)) + Attribute("cy", Pixels(dot.where.y)) +
+           Attribute("r", Pixels(dot.radius)) + Attribute("fill", ColorText(dot.color)) + "/>\n";
 }
 
 std::string TextText(const ChartItems::Text& text) {
@@ -139,23 +146,17 @@ private:
 std::string ChartSvg(const ChartItems& items) {
     const std::string width = Pixels(items.width);
     const std::string height = Pixels(items.height);
-    const BRect& plot = items.plot;
     std::string svg = "<svg" + Attribute("xmlns", "http://www.w3.org/2000/svg") +
                       Attribute("width", width) + Attribute("height", height) +
                       Attribute("viewBox", "0 0 " + width + ' ' + height) +
                       Attribute("font-family", "sans-serif") + Attribute("font-size", "12") + ">\n";
-    svg += "<clipPath id=\"plot\">" + BarText({plot, items.background}) + "</clipPath>\n";
     svg += BarText({{0.0f, 0.0f, items.width - 1.0f, items.height - 1.0f}, items.background});
     for (const ChartItems::Bar& bar : items.bars)
         svg += BarText(bar);
-    svg += "<g clip-path=\"url(#plot)\">\n";
     for (const ChartItems::Curve& curve : items.curves)
         svg += CurveText(curve);
     for (const ChartItems::Dot& dot : items.dots)
-        svg += "<circle" + Attribute("cx", Pixels(dot.where.x)) +
-               Attribute("cy", Pixels(dot.where.y)) + Attribute("r", Pixels(dot.radius)) +
-               Attribute("fill", ColorText(dot.color)) + "/>\n";
-    svg += "</g>\n";
+        if (IsInside(dot.where, items.plot)) svg += DotText(dot);
     for (const ChartItems::Bar& bar : items.frame)
         svg += BarText(bar);
     for (const ChartItems::Text& text : items.texts)

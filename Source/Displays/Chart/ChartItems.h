@@ -33,7 +33,7 @@ struct ChartItems {
     float height = 0.0f;
     rgb_color background{};
     BRect plot;  // where the lines are
-    // Drawn in this order; curves and dots only in the plot.
+    // Drawn in this order. Curves are cut at the plot, dots only drawn where they lie in it.
     std::vector<Bar> bars;
     std::vector<Curve> curves;
     std::vector<Dot> dots;

@@ -100,7 +100,8 @@ std::vector<Sample> RelativePath(const std::vector<Sample>& body,
             isBroken = isBroken || (next > 0 && !other[next].isJoined);
             next++;
         }
-        if (next == 0) continue;
+        const bool isOverThen = next == other.size() && !sample.isJoined && !path.empty();
+        if (next == 0 || isOverThen) continue;
         Sample at = other[next - 1];
         if (at.time != sample.time) {
             if (next == other.size() || !other[next].isJoined) {

@@ -33,7 +33,8 @@ void ChartView::Paint(const ChartItems& items) {
         canvas.FillRect(bar.rect, bar.color);
     canvas.BeginLineArray(0);
     for (const ChartItems::Curve& curve : items.curves)
-        PaintCurve(curve, items.plot);
+        for (std::size_t i = 1; i < curve.points.size(); i++)
+            canvas.AddLine(curve.points[i - 1], curve.points[i], curve.color);
     canvas.EndLineArray();
     for (const ChartItems::Dot& dot : items.dots)
         if (IsInside(dot.where, items.plot)) canvas.DrawDisc(dot.where, dot.radius, dot.color);
@@ -46,14 +47,6 @@ void ChartView::Paint(const ChartItems& items) {
         texts.push_back(OverlayOf(text));
     SetOverlay(std::move(texts));
     Sync();
-}
-
-void ChartView::PaintCurve(const ChartItems::Curve& curve, BRect plot) {
-    for (std::size_t i = 1; i < curve.points.size(); i++) {
-        BPoint from = curve.points[i - 1];
-        BPoint to = curve.points[i];
-        if (FixStartEnd(&from, &to, plot)) LowerLayer().AddLine(from, to, curve.color);
-    }
 }
 
 OverlayItem ChartView::OverlayOf(const ChartItems::Text& text) const {

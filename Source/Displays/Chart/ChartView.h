@@ -28,7 +28,6 @@ public:
     void FrameResized(BRect bounds) override;
 
 private:
-    void PaintCurve(const ChartItems::Curve& curve, BRect plot);
     [[nodiscard]] OverlayItem OverlayOf(const ChartItems::Text& text) const;
 
     ChartDisplay* const display_;

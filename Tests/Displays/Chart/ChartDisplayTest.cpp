@@ -35,6 +35,7 @@ protected:
     }
     void TearDown() override {
         document_.Pause();
+        document_.Remove(display_);
         document_.document.RemoveConsumer(&history_);
     }
 
@@ -48,7 +49,7 @@ protected:
         ASSERT_TRUE(WaitUntil([this] {
             return Locked([this] {
                 const auto& series = display_->Reader().Series();
-                return !series.empty() && series[0].Count() > 10 && display_->IsComplete();
+                return !series.empty() && series[0].Count() > 1 && display_->IsComplete();
             });
         }));
         ::Settle(display_);
