@@ -16,3 +16,4 @@ void BenchPrototype(BenchTable* table);
 // Only where there are windows (ORVEK_GUI).
 void BenchDisplays(BenchTable* table);
 void BenchSpace(BenchTable* table);
+void BenchCharts(BenchTable* table);

@@ -24,6 +24,7 @@ constexpr Topic kTopics[] = {
 #endif
 #ifdef ORVEK_GUI
     {"displays", BenchDisplays},   {"space", BenchSpace},
+    {"charts", BenchCharts},
 #endif
 };
 

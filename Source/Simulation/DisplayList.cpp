@@ -5,6 +5,7 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Base/WindowPlacement.h"
+#include "Displays/Chart/ChartDisplay.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Space/SpaceDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -58,6 +59,7 @@ Display* DisplayList::MakeKind(const char* simulationName) const {
 Display* DisplayList::Make(int32 type, const char* simulationName) const {
     if (type == ProjectionDisplay::kType) return MakeKind<ProjectionDisplay>(simulationName);
     if (type == SpaceDisplay::kType) return MakeKind<SpaceDisplay>(simulationName);
+    if (type == ChartDisplay::kType) return MakeKind<ChartDisplay>(simulationName);
     return nullptr;
 }
 
@@ -134,6 +136,11 @@ void DisplayList::TellUnits(Display* display) const {
     if (auto* const space = dynamic_cast<SpaceDisplay*>(display); space != nullptr) {
         const BAutolock lock(space);
         if (lock.IsLocked()) space->SetPreferredUnit(preferredUnits_);
+        return;
+    }
+    if (auto* const chart = dynamic_cast<ChartDisplay*>(display); chart != nullptr) {
+        const BAutolock lock(chart);
+        if (lock.IsLocked()) chart->SetPreferredUnit(preferredUnits_);
         return;
     }
     auto* const projection = dynamic_cast<ProjectionDisplay*>(display);

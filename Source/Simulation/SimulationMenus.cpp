@@ -1,6 +1,7 @@
 #include "Simulation/SimulationMenus.h"
 
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Chart/ChartDisplay.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Space/SpaceDisplay.h"
 #include "Interface Widgets/HelpMenu.h"
@@ -14,6 +15,7 @@
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
+#include "Resources/Chart.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
@@ -116,6 +118,9 @@ void SimulationMenus::AddDisplayMenu() {
     space->AddInt32(kDisplayTypeField, SpaceDisplay::kType);
     menu->AddItem(
         new BMenuItem(texts_.Text(kLabelSpace), space, texts_.Key(kLabelNewSpaceKey), B_SHIFT_KEY));
+    auto* const chart = new BMessage(kNewDisplay);
+    chart->AddInt32(kDisplayTypeField, ChartDisplay::kType);
+    menu->AddItem(new BMenuItem(texts_.Text(kLabelChart), chart, texts_.Key(kLabelNewChartKey)));
     menu->AddSeparatorItem();
     openDisplays_ = AddItem(menu, kTextOpenDisplays, kOpenDisplays);
     openDisplays_->SetEnabled(false);

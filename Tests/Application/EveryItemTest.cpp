@@ -215,6 +215,7 @@ TEST_F(EveryItemTest, OfASimulation) {
     SimulationMenu(kSystem);
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     Opens(kSystem, "New Display/Space", "Space of system");
+    Opens(kSystem, "New Display/Chart", "Chart of system");
     WaitingDisplays();
     const char* const history = "File/Save History";
     Does(kSystem, history, [=] { return WindowHand::IsMarked(kSystem, history); });

@@ -9,6 +9,7 @@
 #include "Calculation/RunLimit.h"
 #include "Calculation/RunState.h"
 #include "Calculation/Series/SeriesRecord.h"
+#include "Displays/Chart/ChartFields.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Space/SpaceFields.h"
@@ -62,6 +63,11 @@ constexpr Table kTables[] = {
      [](FieldDescriptions* into) {
          Display::DescribeFields(into);
          SpaceFields::DescribeFields(into);
+     }},
+    {"chart display",
+     [](FieldDescriptions* into) {
+         Display::DescribeFields(into);
+         ChartFields::DescribeFields(into);
      }},
 };
 

@@ -7,15 +7,12 @@
 #include "Displays/Projection/ScaleRequester.h"
 #include "Displays/Projection/TrailLengthRequester.h"
 #include "Displays/Projection/TrailMenu.h"
-#include "Displays/TimeLine/TimeLineBar.h"
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/PaceControl.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
-#include "Platform/Interface/Handles/BGroupView.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Platform/Interface/Handles/BScrollView.h"
 #include "Platform/Support/BAutolock.h"
@@ -29,9 +26,6 @@
 #include "Simulation/History/RunHistory.h"
 
 namespace {
-
-constexpr bigtime_t kPulse = 500'000;
-constexpr float kFootInset = 8.0f;  // of what stands below the picture, from the window's borders
 
 constexpr int32 kNamesChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kTimesChanged = kTimeChanged | kFocusEpochChanged;
@@ -63,21 +57,12 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     menus_->ShowOptions(fields_.options);
     ShowFrame();
     ApplyFields();
-    pace_ = new PaceControl(Epoch(), context_.timeUnits, Texts());
-    auto* const foot = new BGroupView("foot", B_HORIZONTAL, 0.0f);
-    foot->AddSpace(kFootInset);
-    foot->AddChild(pace_);
-    foot->AddSpace(kFootInset);
-    AddChild(foot);
+    foot_ = std::make_unique<DisplayFoot>(
+        this, TimeLineBar::Source{Epoch(), keptTrails_.History(), shown_.Source(), Owner()},
+        context_);
     ScrollView()->SetBarNames(Texts().Text(kLabelAcross), Texts().Text(kLabelUp));
     ScrollView()->SetScroller([this](float right, float down) { PanBy(right, down); });
     View()->MakeFocus();
-    if (shown_.Source() != nullptr) {
-        timeLine_ =
-            new TimeLineBar({Epoch(), keptTrails_.History(), shown_.Source(), Owner()}, context_);
-        AddChild(timeLine_);
-    }
-    SetPulseRate(kPulse);
     return 0;
 }
 
@@ -123,7 +108,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case kRunStarted: {
             const bool isRunning = message->what == kRunStarted;
             menus_->SetGoLabel(Texts().Text(isRunning ? kLabelPause : kLabelGo));
-            if (timeLine_ != nullptr) timeLine_->SetRunning(isRunning);
+            foot_->SetRunning(isRunning);
             break;
         }
         case kFit:
@@ -176,10 +161,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
 }
 
 void ProjectionDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
-    if (message->what == B_PULSE && handler == this) {
-        Pulse();
-        if (timeLine_ != nullptr) timeLine_->Pulse();
-    }
+    if (message->what == B_PULSE && handler == this) Pulse();
     TrajectoryDisplay::DispatchMessage(message, handler);
 }
 
@@ -191,7 +173,7 @@ void ProjectionDisplay::FrameResized(float width, float height) {
 
 void ProjectionDisplay::Pulse() {
     dialogs_.Pulse();
-    pace_->ShowWhetherBehind();
+    foot_->Pulse();
     ShowBars(keptTrails_.TrailExtent());
     compared_.Measure();
 }
@@ -247,7 +229,6 @@ void ProjectionDisplay::Redisplay(int32 changes) {
         Sky()->ShowTexts();
     }
     menus_->Redisplay(told, Epoch());
-    pace_->Redisplay(changes);
     TrajectoryDisplay::Redisplay(changes);
     const bool areOthersKept = (told & kRunsKeptChanged) == kRunsKeptChanged;
     if (areOthersKept) keptTrails_.ModelChanged();
@@ -256,7 +237,7 @@ void ProjectionDisplay::Redisplay(int32 changes) {
         ShowOtherMoment();
     else if (areOthersKept || ((changes & kTimesChanged) != 0 && keptTrails_.ChangeAtEnds()))
         mover_.Redraw(false);
-    if (timeLine_ != nullptr) timeLine_->Redisplay(told);
+    foot_->Redisplay(told);
 }
 
 EpochPortal ProjectionDisplay::TakeShown() {
@@ -269,10 +250,6 @@ EpochPortal ProjectionDisplay::TakeShown() {
 void ProjectionDisplay::ShowOtherMoment() {
     menus_->ShowMoment(shown_.IsPast());
     mover_.Redraw(false);
-}
-
-void ProjectionDisplay::TakeTimeKey(const KeyInput& input) {
-    if (timeLine_ != nullptr) static_cast<void>(timeLine_->TakeKey(input));
 }
 
 void ProjectionDisplay::TakeBodies(const std::vector<Body*>& bodies) {

@@ -14,16 +14,15 @@
 #include "Displays/Projection/ProjectionDialogs.h"
 #include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Projection/ShownModel.h"
+#include "Displays/TimeLine/DisplayFoot.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Interface/Canvas/CanvasView.h"
 
-class PaceControl;
 class ProjectionView;
 struct KeyInput;
 class RunHistory;
 class ShownMoment;
-class TimeLineBar;
 
 class ProjectionDisplay : public TrajectoryDisplay {
 public:
@@ -56,7 +55,7 @@ public:
     float DiscSize(double radius) override;
     [[nodiscard]] PlaneMap Plane() const override { return fields_.projection.Plane(); }
     // A key that the sky does not take for itself.
-    void TakeTimeKey(const KeyInput& input);
+    void TakeTimeKey(const KeyInput& input) { foot_->TakeKey(input); }
     virtual void Pulse();
 
     // Trails of a limited length are painted anew now and then.
@@ -115,9 +114,8 @@ private:
     ProjectionFields fields_;
     ProjectionDialogs dialogs_;
     std::unique_ptr<DisplayMenus> menus_;
-    PaceControl* pace_ = nullptr;
+    std::unique_ptr<DisplayFoot> foot_;
 
-    TimeLineBar* timeLine_ = nullptr;  // null: there is none
     ShownModel shown_;
     KeptTrailsPainter keptTrails_;
     PictureMover mover_;

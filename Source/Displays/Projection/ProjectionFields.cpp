@@ -1,5 +1,6 @@
 #include "Displays/Projection/ProjectionFields.h"
 
+#include "Displays/Base/ChosenField.h"
 #include "Displays/Base/VectorField.h"
 
 namespace {
@@ -9,21 +10,6 @@ constexpr const char* kUnits = "Units";
 template <BPoint ProjectionFields::*kPlace>
 bool IsPlaced(const ProjectionFields& fields) {
     return (fields.*kPlace).x != kNeverPlaced.x;
-}
-
-template <auto... kMember>
-bool IsUnusual(const ProjectionFields& fields) {
-    const ProjectionFields usual;
-    return !(Field<kMember...>::Of(fields) == Field<kMember...>::Of(usual));
-}
-
-template <auto... kMember>
-constexpr Field<kMember...> NewerField(const char* name, const char* meaning,
-                                       const char* whenMissing = nullptr) {
-    return {.name = name,
-            .meaning = meaning,
-            .isWritten = IsUnusual<kMember...>,
-            .whenMissing = whenMissing};
 }
 
 using F = ProjectionFields;
@@ -43,25 +29,25 @@ constexpr FieldTable kFields{
                          "what the scale dialog measures: 1 and 2 screen width and height, 3 and 4 "
                          "the window's, 5 a pixel"},
     Field<&F::units>{kUnits, "length unit of the scale dialog, m"},
-    NewerField<&F::projection, &Projection::center>(
+    ChosenField<&F::projection, &Projection::center>(
         "View center", "the place seen in the middle, m; relative to what is followed", "0, 0, 0"),
-    NewerField<&F::followed>(
+    ChosenField<&F::followed>(
         "View follows", "the body or group that is followed; -3 for the centre of mass", "none"),
-    NewerField<&F::options, &DisplayOptions::names>("View names", "names are shown"),
-    NewerField<&F::options, &DisplayOptions::scaleBar>("View scale bar", "the scale bar is shown"),
-    NewerField<&F::options, &DisplayOptions::time>("View time", "the time is shown"),
-    NewerField<&F::options, &DisplayOptions::marks>("View marks", "small bodies are marked"),
-    NewerField<&F::pair, &TurningPair::first>(
+    ChosenField<&F::options, &DisplayOptions::names>("View names", "names are shown"),
+    ChosenField<&F::options, &DisplayOptions::scaleBar>("View scale bar", "the scale bar is shown"),
+    ChosenField<&F::options, &DisplayOptions::time>("View time", "the time is shown"),
+    ChosenField<&F::options, &DisplayOptions::marks>("View marks", "small bodies are marked"),
+    ChosenField<&F::pair, &TurningPair::first>(
         "View turns about", "the body from which another one stays in one direction", "none"),
-    NewerField<&F::pair, &TurningPair::second>("View turns with", "that other one", "none"),
-    NewerField<&F::pair, &TurningPair::axis>("View turning axis", "about which the display turns",
-                                             "0, 0, 0: taken for z"),
-    NewerField<&F::trail, &TrailLength::time>(
+    ChosenField<&F::pair, &TurningPair::second>("View turns with", "that other one", "none"),
+    ChosenField<&F::pair, &TurningPair::axis>("View turning axis", "about which the display turns",
+                                              "0, 0, 0: taken for z"),
+    ChosenField<&F::trail, &TrailLength::time>(
         "View trail time", "s, from before which no trails are shown; 0: from any time"),
-    NewerField<&F::trail, &TrailLength::turns>(
+    ChosenField<&F::trail, &TrailLength::turns>(
         "View trail turns", "turns of each body that trails show; 0: any number"),
-    NewerField<&F::trail, &TrailLength::isFading>("View trail fades",
-                                                  "trails fade towards their older ends"),
+    ChosenField<&F::trail, &TrailLength::isFading>("View trail fades",
+                                                   "trails fade towards their older ends"),
 };
 
 }  // namespace

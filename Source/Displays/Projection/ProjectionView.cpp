@@ -1,17 +1,8 @@
 #include "Displays/Projection/ProjectionView.h"
 
-#include <cmath>
-
+#include "Displays/Base/PictureKeys.h"
 #include "Displays/Projection/PictureTexts.h"
 #include "Displays/Projection/ProjectionDisplay.h"
-
-namespace {
-
-// Of the scale, for one notch of the wheel or one press of a key.
-constexpr double kZoomStep = 1.25;
-constexpr float kPanStep = 40.0f;  // pixels, for one press of an arrow key
-
-}  // namespace
 
 ProjectionView::ProjectionView(ProjectionDisplay* display)
     : TrajectoryView("sky", display), display_(display) {}
@@ -51,8 +42,7 @@ void ProjectionView::PanFrom(BPoint place) {
 }
 
 void ProjectionView::WheelTurned(const WheelInput& input) {
-    if (input.stepsY != 0.0f)
-        display_->ZoomAbout(input.where, std::pow(kZoomStep, static_cast<double>(input.stepsY)));
+    if (input.stepsY != 0.0f) display_->ZoomAbout(input.where, PictureKeys::ZoomOf(input));
 }
 
 void ProjectionView::Pinched(const PinchInput& input) {
@@ -60,23 +50,11 @@ void ProjectionView::Pinched(const PinchInput& input) {
 }
 
 void ProjectionView::KeyDown(const KeyInput& input) {
-    switch (input.key) {
-        case '+':
-        case '=':
-            return display_->ZoomAbout(AnchorPoint(), kZoomStep);
-        case '-':
-            return display_->ZoomAbout(AnchorPoint(), 1.0 / kZoomStep);
-        case B_LEFT_ARROW:
-            return display_->PanBy(-kPanStep, 0.0f);
-        case B_RIGHT_ARROW:
-            return display_->PanBy(kPanStep, 0.0f);
-        case B_UP_ARROW:
-            return display_->PanBy(0.0f, -kPanStep);
-        case B_DOWN_ARROW:
-            return display_->PanBy(0.0f, kPanStep);
-        default:
-            display_->TakeTimeKey(input);
-    }
+    if (const auto zoom = PictureKeys::ZoomOf(input))
+        return display_->ZoomAbout(AnchorPoint(), *zoom);
+    if (const auto arrow = PictureKeys::ArrowOf(input))
+        return display_->PanBy(PictureKeys::kPanStep * arrow->x, PictureKeys::kPanStep * arrow->y);
+    display_->TakeTimeKey(input);
 }
 
 std::vector<OverlayItem> ProjectionView::MakeOverlay() {

@@ -6,9 +6,7 @@
 #include "Displays/Projection/BodyLabels.h"
 #include "Displays/Space/SpaceMenus.h"
 #include "Displays/Space/SpaceView.h"
-#include "Displays/TimeLine/TimeLineBar.h"
 #include "Interface Widgets/InterfaceTexts.h"
-#include "Interface Widgets/PaceControl.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -25,7 +23,6 @@
 
 namespace {
 
-constexpr bigtime_t kPulse = 500'000;
 // Between two pictures of a run.
 constexpr bigtime_t kFrame = 16'000;
 constexpr uint32 kTick = FourCC("sptk");
@@ -70,15 +67,9 @@ int32 SpaceDisplay::Init(const char* simulationName) {
     view_->SetAccessibleName(Texts().Text(kLabelSpaceView));
     view_->SetStretch(1, 1);
     AddChild(view_);
-    pace_ = new PaceControl(Epoch(), context_.timeUnits, Texts());
-    AddChild(pace_);
+    foot_ = std::make_unique<DisplayFoot>(
+        this, TimeLineBar::Source{Epoch(), trails_.History(), shown_.Source(), Owner()}, context_);
     view_->MakeFocus();
-    if (shown_.Source() != nullptr) {
-        timeLine_ =
-            new TimeLineBar({Epoch(), trails_.History(), shown_.Source(), Owner()}, context_);
-        AddChild(timeLine_);
-    }
-    SetPulseRate(kPulse);
     return 0;
 }
 
@@ -123,32 +114,25 @@ void SpaceDisplay::MessageReceived(BMessage* message) {
 }
 
 void SpaceDisplay::DispatchMessage(BMessage* message, BHandler* handler) {
-    if (message->what == B_PULSE && handler == this) {
-        pace_->ShowWhetherBehind();
-        if (timeLine_ != nullptr) timeLine_->Pulse();
-    }
+    if (message->what == B_PULSE && handler == this) foot_->Pulse();
     Display::DispatchMessage(message, handler);
 }
 
 void SpaceDisplay::RunStarted() {
     menus_->SetGoLabel(Texts().Text(kLabelPause));
-    if (timeLine_ != nullptr) timeLine_->SetRunning(true);
+    foot_->SetRunning(true);
     clock_ = std::make_unique<BMessageRunner>(BMessenger(this), BMessage(kTick), kFrame);
 }
 
 void SpaceDisplay::RunStopped() {
     menus_->SetGoLabel(Texts().Text(kLabelGo));
-    if (timeLine_ != nullptr) timeLine_->SetRunning(false);
+    foot_->SetRunning(false);
     clock_.reset();
     Repaint();
 }
 
 void SpaceDisplay::Tick() {
     if (hasNews_.exchange(false)) Repaint();
-}
-
-void SpaceDisplay::TakeTimeKey(const KeyInput& input) {
-    if (timeLine_ != nullptr) static_cast<void>(timeLine_->TakeKey(input));
 }
 
 // --- The model ---
@@ -190,8 +174,7 @@ void SpaceDisplay::Redisplay(int32 changes) {
         TakeBodies(shown_.Portal().BodiesInMassOrder());
     }
     menus_->ShowMoment(shown_.IsPast());
-    pace_->Redisplay(changes);
-    if (timeLine_ != nullptr) timeLine_->Redisplay(changes);
+    foot_->Redisplay(changes);
     Repaint();
 }
 

@@ -17,14 +17,12 @@
 #include "Displays/Space/SpaceFields.h"
 #include "Displays/Space/SpaceTexts.h"
 #include "Displays/Space/SpaceTrails.h"
+#include "Displays/TimeLine/DisplayFoot.h"
 
 class BMessageRunner;
-class PaceControl;
 class ShownMoment;
 class SpaceMenus;
 class SpaceView;
-class TimeLineBar;
-struct KeyInput;
 
 class SpaceDisplay : public Display {
 public:
@@ -74,7 +72,7 @@ public:
     // Shows things as they are now.
     void Repaint();
     // A key that the view does not take for itself.
-    void TakeTimeKey(const KeyInput& input);
+    void TakeTimeKey(const KeyInput& input) { foot_->TakeKey(input); }
 
     [[nodiscard]] SpaceView* View() const { return view_; }
     [[nodiscard]] const SpaceFields& Fields() const { return fields_; }
@@ -104,8 +102,7 @@ private:
     SpaceUnits units_;
     std::unique_ptr<SpaceMenus> menus_;
     SpaceView* view_ = nullptr;
-    PaceControl* pace_ = nullptr;
-    TimeLineBar* timeLine_ = nullptr;  // null: there is none
+    std::unique_ptr<DisplayFoot> foot_;
     ShownModel shown_;
     PictureSaver pictureSaver_;
 

@@ -1,26 +1,11 @@
 #include "Displays/Space/SpaceFields.h"
 
+#include "Displays/Base/ChosenField.h"
 #include "Displays/Base/VectorField.h"
 
 namespace {
 
 constexpr const char* kDistance = "Space distance";
-
-template <auto... kMember>
-bool IsUnusual(const SpaceFields& fields) {
-    const SpaceFields usual;
-    return !(Field<kMember...>::Of(fields) == Field<kMember...>::Of(usual));
-}
-
-// Written only where it is not as usual.
-template <auto... kMember>
-constexpr Field<kMember...> ChosenField(const char* name, const char* meaning,
-                                        const char* whenMissing = nullptr) {
-    return {.name = name,
-            .meaning = meaning,
-            .isWritten = IsUnusual<kMember...>,
-            .whenMissing = whenMissing};
-}
 
 using F = SpaceFields;
 constexpr FieldTable kFields{

@@ -2,14 +2,12 @@
 
 #include <cmath>
 
+#include "Displays/Base/PictureKeys.h"
 #include "Displays/Space/SpaceDisplay.h"
 
 namespace {
 
-// Of the distance, for one notch of the wheel or one press of a key.
-constexpr double kZoomStep = 1.25;
-constexpr float kPanStep = 40.0f;  // pixels, for one press of an arrow key, as the next one
-constexpr float kTurnStep = 24.0f;
+constexpr float kTurnStep = 24.0f;  // pixels, for one press of an arrow key
 // A hand that moves less has clicked.
 constexpr float kClick = 4.0f;       // pixels
 constexpr float kWheelStep = 60.0f;  // pixels, for one notch of the wheel
@@ -63,8 +61,7 @@ void SpaceView::WheelTurned(const WheelInput& input) {
     // Some systems turn the wheel sideways with the Shift key.
     if ((input.modifiers & B_SHIFT_KEY) != 0)
         return display_->PanBy(-kWheelStep * input.stepsX, -kWheelStep * input.stepsY);
-    if (input.stepsY != 0.0f)
-        display_->ZoomAbout(input.where, std::pow(kZoomStep, static_cast<double>(input.stepsY)));
+    if (input.stepsY != 0.0f) display_->ZoomAbout(input.where, PictureKeys::ZoomOf(input));
 }
 
 void SpaceView::Pinched(const PinchInput& input) {
@@ -76,26 +73,14 @@ void SpaceView::FrameResized(BRect /*bounds*/) {
 }
 
 void SpaceView::KeyDown(const KeyInput& input) {
-    const auto arrow = [&](float right, float down) {
-        if ((input.modifiers & B_SHIFT_KEY) != 0)
-            display_->PanBy(kPanStep * right, kPanStep * down);
-        else
-            display_->Turn({kTurnStep * right, kTurnStep * down}, true);
-    };
+    if (const auto zoom = PictureKeys::ZoomOf(input)) return display_->ZoomAbout(Middle(), *zoom);
+    if (const auto arrow = PictureKeys::ArrowOf(input)) {
+        if ((input.modifiers & B_SHIFT_KEY) == 0)
+            return display_->Turn({kTurnStep * arrow->x, kTurnStep * arrow->y}, true);
+        constexpr float kStep = PictureKeys::kPanStep;
+        return display_->PanBy(kStep * arrow->x, kStep * arrow->y);
+    }
     switch (input.key) {
-        case '+':
-        case '=':
-            return display_->ZoomAbout(Middle(), kZoomStep);
-        case '-':
-            return display_->ZoomAbout(Middle(), 1.0 / kZoomStep);
-        case B_LEFT_ARROW:
-            return arrow(-1.0f, 0.0f);
-        case B_RIGHT_ARROW:
-            return arrow(1.0f, 0.0f);
-        case B_UP_ARROW:
-            return arrow(0.0f, -1.0f);
-        case B_DOWN_ARROW:
-            return arrow(0.0f, 1.0f);
         case 'x':
         case 'X':
             return display_->LookAlong(1);

@@ -94,6 +94,9 @@ public:
         return checkpoints_.Before(time);
     }
     [[nodiscard]] std::size_t CountCheckpoints() const { return checkpoints_.Count(); }
+    [[nodiscard]] const std::vector<std::shared_ptr<const RunCheckpoint>>& Checkpoints() const {
+        return checkpoints_.All();
+    }
     // Time falls in it.
     [[nodiscard]] bool IsBackwards() const { return isBackwards_; }
     // The run comes to the one time before the other, or at the same moment.

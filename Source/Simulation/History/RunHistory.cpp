@@ -305,6 +305,19 @@ std::size_t RunHistory::Bytes() const {
     return SampleBytes() + CheckpointBytes();
 }
 
+std::vector<std::shared_ptr<const RunCheckpoint>> RunHistory::ExactStates(
+    const AbEpoch* epoch) const {
+    const std::lock_guard lock(mutex_);
+    const KeptRun* const run = Find(epoch);
+    if (run == nullptr) return {};
+    std::vector<std::shared_ptr<const RunCheckpoint>> states = run->Checkpoints();
+    auto end = std::make_shared<RunCheckpoint>();
+    end->report = run->Reports();
+    end->state = run->End();
+    states.push_back(std::move(end));
+    return states;
+}
+
 std::size_t RunHistory::CountCheckpoints(const AbEpoch* epoch) const {
     const std::lock_guard lock(mutex_);
     const KeptRun* const run = Find(epoch);

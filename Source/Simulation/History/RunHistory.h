@@ -84,6 +84,10 @@ public:
     [[nodiscard]] std::vector<Sample> Samples(const AbEpoch* epoch, int64 body, double from,
                                               double to, std::size_t most = SIZE_MAX) const;
     [[nodiscard]] std::vector<RunEvent> Events(const AbEpoch* epoch) const;
+    // The states that are kept as they were, to the bit, in the order of the run: at the
+    // checkpoints, and the last report, of which there is nothing but the state.
+    [[nodiscard]] std::vector<std::shared_ptr<const RunCheckpoint>> ExactStates(
+        const AbEpoch* epoch) const;
 
     enum class Finding {
         kFound,
