@@ -59,6 +59,8 @@ const ExampleParser::Statement ExampleParser::kStatements[] = {
     {"natural", kAnywhere, [](auto& p) { return p.ReadNatural(); }},
     {"picture", kAnywhere, [](auto& p) { return p.ReadPicture(); }},
     {"camera", kAnywhere, [](auto& p) { return p.ReadCamera(); }},
+    {"thumbnail", kAnywhere,
+     [](auto& p) { return p.line_.ReadPositive(Quantity::kTime, &p.text_.thumbnail); }},
     {"names", kAnywhere, [](auto& p) { return p.ReadYesOrNo(&p.text_.names); }},
     {"focus", kAnywhere, [](auto& p) { return p.ReadMention(&p.text_.focus); }},
     {"follow", kAnywhere, [](auto& p) { return p.ReadMention(&p.text_.followed); }},

@@ -78,6 +78,7 @@ struct ExampleText {
     ExampleMention turnsWith;
     std::optional<ExampleCamera> camera;  // none: a projection
     bool names = true;                    // are shown
+    double thumbnail = 0.0;  // s that the run takes whose picture the gallery shows; 0: none
     double picture = 0.0;  // the length that the display shows across, 0: the program's own choice
     int32 axis = 3;        // the axis that is looked along: 1, 2, 3 for x, y, z
     ExampleUnits shownIn;
