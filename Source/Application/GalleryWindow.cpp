@@ -20,10 +20,10 @@ constexpr BPoint kFirstPlace{440.0f, 48.0f};
 constexpr float kWidth = 70.0f;
 constexpr float kHeight = 50.0f;
 // In characters; beside a title there is its picture.
-constexpr int32 kTitleColumn = 58;
-constexpr int32 kSeeColumn = 70;
+constexpr int32 kTitleColumn = 43;
+constexpr int32 kSeeColumn = 52;
 constexpr std::size_t kTitleWidth = 26;
-constexpr std::size_t kSeeWidth = 62;
+constexpr std::size_t kSeeWidth = 58;
 
 BRect FirstFrame() {
     const float unit = BFont().Size();

@@ -134,12 +134,8 @@ void SimApp::ShowGallery() {
 }
 
 void SimApp::SimulationShown(const void* pointer) {
-    Simulation* const simulation = simulations_.Find(pointer);
-    opener_.Shown(simulation);
-    if (welcome_ == Welcome::kGallery && !galleryShown_ && simulation != nullptr) {
-        ShowGallery();
-        simulation->Activate();  // the keyboard is for the simulation
-    }
+    opener_.Shown(simulations_.Find(pointer));
+    if (welcome_ == Welcome::kGallery && !galleryShown_) ShowGallery();
     // Not before: the new window would come over the box.
     if (recovery_ == Recovery::kOffer) recoveryOffers_.Begin();
 }
