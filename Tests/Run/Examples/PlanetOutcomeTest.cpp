@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "Tests/Examples/ExampleRun.h"
+#include "Tests/Run/Examples/ExampleRun.h"
 
 using namespace examples;
 

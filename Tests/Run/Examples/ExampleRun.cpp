@@ -1,4 +1,4 @@
-#include "Tests/Examples/ExampleRun.h"
+#include "Tests/Run/Examples/ExampleRun.h"
 
 #include <gtest/gtest.h>
 
