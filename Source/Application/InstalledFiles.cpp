@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kDescription =
     "Description";  // of an example: its title, then what there is to see
+constexpr const char* kSource = "Source";
 
 // Relative to the program's folder: as installed, and as built.
 fs::path FindBeside(const fs::path& name) {
@@ -38,6 +39,8 @@ bool ReadExample(const fs::path& path, Example* example) {
             example->title = line;
         else
             example->lines.push_back(line);
+    record.FindString(kSource, &example->source);
+    example->picture = fs::path(path).replace_extension(".png");
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Application/GalleryWindow.h"
 #include "Application/GuideWindow.h"
 #include "Application/InstalledFiles.h"
 #include "Application/MessageBoxes/MessageWindow.h"
@@ -41,10 +42,22 @@ void ProgramBoxes::ShowGuide() {
     guide_->Activate();
 }
 
+void ProgramBoxes::ShowGallery() {
+    if (gallery_ == nullptr) {
+        std::vector<Example> examples = InstalledExamples();
+        if (examples.empty()) return;
+        gallery_ = new GalleryWindow(std::move(examples), *texts_);
+    }
+    gallery_->Show();
+    gallery_->Activate();
+}
+
 void ProgramBoxes::QuitAll() {
     for (MessageWindow* const box : boxes_)
         BLooper::QuitIfAlive(box);
     boxes_.clear();
     BLooper::QuitIfAlive(guide_);
     guide_ = nullptr;
+    BLooper::QuitIfAlive(gallery_);
+    gallery_ = nullptr;
 }

@@ -1,5 +1,5 @@
-// The windows that belong to no simulation and only tell something: boxes, one of each kind, and
-// the guide. Owned by the application, on its thread.
+// The windows that belong to no simulation: boxes, one of each kind, the guide and the gallery.
+// Owned by the application, on its thread.
 #pragma once
 
 #include <string>
@@ -8,6 +8,7 @@
 #include "Platform/Support/SupportDefs.h"
 
 class BLooper;
+class GalleryWindow;
 class GuideWindow;
 class InterfaceTexts;
 class MessageWindow;
@@ -22,11 +23,15 @@ public:
     // Quits the box, if it is one of these.
     void Closed(const void* window);
     void ShowGuide();
+    // Nothing without examples.
+    void ShowGallery();
     void QuitAll();
 
 private:
     BLooper* const owner_;
     const InterfaceTexts* const texts_;
     std::vector<MessageWindow*> boxes_;
-    GuideWindow* guide_ = nullptr;  // null until it is asked for
+    // Null until they are asked for.
+    GuideWindow* guide_ = nullptr;
+    GalleryWindow* gallery_ = nullptr;
 };

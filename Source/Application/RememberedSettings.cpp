@@ -16,6 +16,7 @@ constexpr const char* kOpenIn = "Open in";
 constexpr const char* kOpenAt = "Open at";
 constexpr const char* kOpenWidth = "Open W";
 constexpr const char* kOpenHeight = "Open H";
+constexpr const char* kGallery = "Gallery shown";
 constexpr const char* kHistory = "History MB";
 constexpr const char* kRecent = "Recent documents";  // a flattened record of strings "path"
 constexpr const char* kPath = "path";
@@ -104,6 +105,7 @@ status_t RememberedSettings::Load(DefaultResponses* responses) {
         openWidth = width;
         openHeight = height;
     }
+    galleryShown = Find(set, kGallery, B_BOOL_TYPE).data != nullptr;
     if (!Read(set, kHistory, B_INT32_TYPE, &historyMegabytes)) historyMegabytes = 0;
     std::string path;
     if (ReadRecord(set, kRecent, &record))
@@ -123,6 +125,7 @@ status_t RememberedSettings::Save(const DefaultResponses& responses) const {
         Write(set, kOpenWidth, B_FLOAT_TYPE, openWidth);
         Write(set, kOpenHeight, B_FLOAT_TYPE, openHeight);
     }
+    if (galleryShown) Write(set, kGallery, B_BOOL_TYPE, true);
     if (historyMegabytes > 0) Write(set, kHistory, B_INT32_TYPE, historyMegabytes);
     responses.AddTo(set);
     BMessage recent;

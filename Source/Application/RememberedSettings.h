@@ -18,6 +18,7 @@ struct RememberedSettings {
     BPoint openAt;
     float openWidth = 0.0f;
     float openHeight = 0.0f;
+    bool galleryShown = false;                 // once, without being asked for
     int32 historyMegabytes = 0;                // that kept runs may take; 0: not remembered
     std::vector<std::string> recentDocuments;  // the latest first
 

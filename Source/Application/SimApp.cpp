@@ -41,7 +41,7 @@ BMessenger MessengerTo(BHandler* handler) {
 
 }  // namespace
 
-SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
+SimApp::SimApp(const ProgramResources* resources, Recovery recovery, Welcome welcome)
     : BApplication(kSignature),
       resources_(resources),
       texts_(resources),
@@ -58,6 +58,7 @@ SimApp::SimApp(const ProgramResources* resources, Recovery recovery)
                &icon_,
                &largeIcon_},
       recovery_(recovery),
+      welcome_(welcome),
       simulations_(this),
       openPanel_(this),
       opener_(resources, &simulations_, &openPanel_),
@@ -78,6 +79,7 @@ void SimApp::ReadSettings() {
     RememberedSettings settings;
     if (settings.Load(&defaultResponses_) != B_OK) settings = {};
     openPanel_.TakeSettings(settings);
+    galleryShown_ = settings.galleryShown;
     if (settings.historyMegabytes > 0) HistoryBudget::Shared().Set(settings.historyMegabytes);
     std::erase_if(settings.recentDocuments,
                   [](const std::string& path) { return !BEntry(path.c_str()).Exists(); });
@@ -87,6 +89,7 @@ void SimApp::ReadSettings() {
 void SimApp::WriteSettings() {
     RememberedSettings settings;
     openPanel_.AddToSettings(&settings);
+    settings.galleryShown = galleryShown_;
     settings.historyMegabytes = HistoryBudget::Shared().Megabytes();
     settings.recentDocuments = RecentDocuments::Shared().Paths();
     // Settings that cannot be kept cost nothing but themselves.
@@ -106,7 +109,10 @@ void SimApp::NoteDocument(const char* path) {
 
 // Files of the launch have opened their windows before this.
 void SimApp::ReadyToRun() {
-    if (simulations_.IsEmpty()) opener_.New();
+    if (simulations_.IsEmpty())
+        opener_.New();
+    else
+        welcome_ = Welcome::kNone;
 }
 
 void SimApp::ArgvReceived(const std::vector<std::string>& arguments) {
@@ -122,8 +128,14 @@ void SimApp::RefsReceived(BMessage* message) {
 
 // --- Simulations ---
 
+void SimApp::ShowGallery() {
+    galleryShown_ = true;
+    boxes_.ShowGallery();
+}
+
 void SimApp::SimulationShown(const void* pointer) {
     opener_.Shown(simulations_.Find(pointer));
+    if (welcome_ == Welcome::kGallery && !galleryShown_) ShowGallery();
     // Not before: the new window would come over the box.
     if (recovery_ == Recovery::kOffer) recoveryOffers_.Begin();
 }
@@ -304,6 +316,9 @@ bool SimApp::NoticeMessage(const BMessage& message) {
             break;
         case HelpMenu::kShowGuide:
             boxes_.ShowGuide();
+            break;
+        case ExampleMenu::kShowGallery:
+            ShowGallery();
             break;
         case kSetDefaultResponse:
             defaultResponses_.Merge(message);

@@ -29,9 +29,13 @@ class SimApp : public BApplication, public SimulationHost {
 public:
     enum class Recovery { kOffer, kLeave };
 
+    enum class Welcome { kNone, kGallery };
+
     // `resources` is not owned. `recovery`: whether recovery copies are offered; not in a second
-    // running program, whose first one may still be making them.
-    explicit SimApp(const ProgramResources* resources, Recovery recovery = Recovery::kOffer);
+    // running program, whose first one may still be making them. `welcome`: what is shown beside
+    // the new simulation when the program is started for the first time.
+    explicit SimApp(const ProgramResources* resources, Recovery recovery = Recovery::kOffer,
+                    Welcome welcome = Welcome::kNone);
     ~SimApp() override;
 
     // Posts the message; as long as the port is full tries again, a hundred times 0.1 s apart, and
@@ -69,6 +73,7 @@ private:
     void OpenRecent(const BMessage& message);
     void OpenHandedOver(const BMessage& message);
     void OfferCopy(const BMessage& message);
+    void ShowGallery();
     void SimulationShown(const void* pointer);
     void SimulationClosed(const void* pointer, const BMessage& message);
     void MessageWindowClosed(const void* window);
@@ -88,6 +93,8 @@ private:
     const BBitmap largeIcon_;
     const DisplayContext context_;
     const Recovery recovery_;
+    Welcome welcome_;
+    bool galleryShown_ = false;  // in this run or an earlier one
 
     SimulationList simulations_;
     OpenPanel openPanel_;

@@ -92,7 +92,8 @@ int main(int argc, char** argv) {
         signals.Hold();
     }
     SimApp application(&resources,
-                       launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave);
+                       launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave,
+                       SimApp::Welcome::kGallery);
     const BMessenger messenger(&application);
     sessionEnd.Watch(messenger);
     if (launch.IsFirst()) launch.Listen(messenger);

@@ -14,6 +14,7 @@
 #include "Platform/Interface/Handles/BMenu.h"
 #include "Resources/ApplicationFeatures.h"
 #include "Resources/DisplayFeatures.h"
+#include "Resources/Gallery.h"
 #include "Resources/Help.h"
 #include "Resources/Menus.h"
 #include "Resources/Pace.h"
@@ -63,7 +64,11 @@ BMessage MenuArchives::MakeAppMenuArchive(const InterfaceTexts& texts,
     open->AddPointer(kSimulationField, nullptr);
     menu.AddItem(new BMenuItem(texts.Text(kLabelOpen), open, texts.Key(kLabelOpenKey)));
     menu.AddItem(new RecentMenu(texts.Text(kLabelOpenRecent), texts.Text(kLabelClearRecent)));
-    if (!examples.empty()) menu.AddItem(new ExampleMenu(texts.Text(kTextOpenExample), examples));
+    if (!examples.empty()) {
+        menu.AddItem(new ExampleMenu(texts.Text(kTextOpenExample), examples));
+        menu.AddItem(
+            new BMenuItem(texts.Text(kTextExamples), new BMessage(ExampleMenu::kShowGallery)));
+    }
     menu.AddSeparatorItem();
     menu.AddItem(new BMenuItem(texts.Text(kLabelAbout), new BMessage(B_ABOUT_REQUESTED)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelReenable), new BMessage(kClearDefaultResponses)));

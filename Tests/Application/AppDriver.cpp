@@ -19,7 +19,8 @@ namespace {
 
 class TestApp : public SimApp {
 public:
-    TestApp(std::binary_semaphore* ready) : SimApp(&TestResources()), ready_(ready) {}
+    TestApp(std::binary_semaphore* ready, Welcome welcome)
+        : SimApp(&TestResources(), Recovery::kOffer, welcome), ready_(ready) {}
 
     void ReadyToRun() override {
         SimApp::ReadyToRun();
@@ -78,12 +79,13 @@ void PutUnchecked(const std::string& path, const BMessage& record) {
         << std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
-AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents) {
+AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents,
+                     SimApp::Welcome welcome) {
     setenv("XDG_CONFIG_HOME", (folder + "/settings").c_str(), 1);
     setenv("XDG_STATE_HOME", (folder + "/state").c_str(), 1);
-    runner_ = std::thread([this, documents] {
+    runner_ = std::thread([this, documents, welcome] {
         RunOnMainThread([&] {
-            TestApp app(&isReady_);
+            TestApp app(&isReady_, welcome);
             app_ = &app;
             if (const BMessage refs = RefsMessage(documents); !documents.empty()) Post(refs);
             app.Run();

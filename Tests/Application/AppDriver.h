@@ -16,7 +16,8 @@
 class AppDriver {
 public:
     // Starts it, as if the documents had been given at launch, and waits until it is ready.
-    explicit AppDriver(const std::string& folder, const std::vector<std::string>& documents = {});
+    explicit AppDriver(const std::string& folder, const std::vector<std::string>& documents = {},
+                       SimApp::Welcome welcome = SimApp::Welcome::kNone);
     // Ends it as the end of the desktop's session does, unless it has ended.
     ~AppDriver();
     AppDriver(const AppDriver&) = delete;

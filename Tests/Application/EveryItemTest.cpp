@@ -145,6 +145,7 @@ void EveryItemTest::AppMenu(const std::string& window) {
     Does(window, kExample, [this] { return app_->Titles() == "system,figure-eight.orvek"; });
     app_->Close(1);
     EXPECT_TRUE(app_->Shows("system"));
+    Opens(window, "Orvek/Examples…", "Examples");
     Opens(window, "Orvek/About Orvek…", "About Orvek");
     Opens(window, "Help/Guide", "Guide to Orvek");
     BMessage answer(kSetDefaultResponse);

@@ -132,8 +132,8 @@ void Click(const std::string& title, const std::string& label) {
 }
 
 void Press(const std::string& title, Key key) {
-    constexpr Qt::Key kKeys[] = {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape,
-                                 Qt::Key_Home,   Qt::Key_Tab,   Qt::Key_F1};
+    constexpr Qt::Key kKeys[] = {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape, Qt::Key_Home,
+                                 Qt::Key_Tab,    Qt::Key_F1,    Qt::Key_Down};
     InWindow(title, [&](QWidget& window) {
         QWidget* const focus = window.focusWidget();
         QTest::keyClick(focus == nullptr ? &window : focus, kKeys[static_cast<int>(key)]);

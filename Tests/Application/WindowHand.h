@@ -11,7 +11,7 @@
 
 namespace WindowHand {
 
-enum class Key { kEnter, kSpace, kEscape, kHome, kTab, kHelp };
+enum class Key { kEnter, kSpace, kEscape, kHome, kTab, kHelp, kDown };
 
 // --- Windows ---
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# examples-test.sh RUNNER FOLDER: every document of FOLDER runs and is seen as it should be, and two of them do
-# what they promise.
+# examples-test.sh RUNNER FOLDER: every document of FOLDER runs, and its orbits fit the picture that it is
+# shown in.
 set -euo pipefail
 
 runner="$1"
@@ -11,14 +11,7 @@ for document in "$folder"/*.orvek; do
     "$runner" --quiet --steps 20 "$document"
     count=$((count + 1))
 done
-[[ $count -ge 6 ]] || { echo "FAIL: only $count documents in $folder"; exit 1; }
-
-# column FILE NAME REPORT COLUMN: one number of a CSV file; REPORT "last" for the last one.
-column() {
-    awk -F, -v name="$2" -v report="$3" -v column="$4" '
-        $4 == name && (report == "last" || $1 == report) { value = $column }
-        END { print value }' "$1"
-}
+[[ $count -ge 17 ]] || { echo "FAIL: only $count documents in $folder"; exit 1; }
 
 reports="$(mktemp)"
 trap 'rm -f "$reports"' EXIT
@@ -45,30 +38,13 @@ fits earth-moon "56 dy" 0.75
 fits figure-eight "1.1 yr" 0.75
 fits pythagorean "9 yr" 0.75
 fits circumbinary "230 dy" 0.75
+fits trojans "12 yr" 0.7
+fits horseshoe "1 dy" 0.75
+fits kirkwood "12 yr" 0.75
+fits precession "3 yr" 0.75
+fits lagrange-ring "1.4 yr" 0.75
+fits trappist-1 "19 dy" 0.75
+fits slingshot "7 yr" 0.75
+fits capture "10 dy" 0.75
 
-# After its period of 6.32591398 natural units the figure eight closes. The period is met to within a
-# step, which moves a body by a few thousandths of the figure's size.
-"$runner" --quiet --for 31772807 --every 1000000 --csv "$reports" "$folder/figure-eight.orvek"
-for name in Ada Bea Cleo; do
-    for axis in 5 6; do
-        awk -v name="$name" -v first="$(column "$reports" "$name" 0 "$axis")" \
-            -v last="$(column "$reports" "$name" last "$axis")" 'BEGIN {
-                off = (last - first) / 1.4959787066e11
-                if (off * off > 1e-4) { print "FAIL: " name " is off by " off; exit 1 }
-            }'
-    done
-done
-
-# The Earth on 1 January 2000 at noon, seen from the Sun: longitude 100.4 degrees, 0.9833 AU away.
-"$runner" --quiet --steps 1 --csv "$reports" "$folder/planets.orvek"
-awk -v x="$(column "$reports" "Earth and Moon" 0 5)" -v y="$(column "$reports" "Earth and Moon" 0 6)" \
-    -v x0="$(column "$reports" Sun 0 5)" -v y0="$(column "$reports" Sun 0 6)" 'BEGIN {
-        x -= x0; y -= y0
-        longitude = atan2(y, x) * 45 / atan2(1, 1)
-        distance = sqrt(x * x + y * y) / 1.4959787066e11
-        if (longitude < 100.3 || longitude > 100.5 || distance < 0.983 || distance > 0.9836) {
-            print "FAIL: the Earth is at " longitude " degrees, " distance " AU"
-            exit 1
-        }
-    }'
 echo "examples: $count documents run"

@@ -7,11 +7,11 @@
 
 namespace {
 
-// The stars of all clusters.
+// The stars of all clusters, and the bodies of all belts.
 std::int64_t Stars(const std::vector<ExampleSystem>& systems) {
     std::int64_t stars = 0;
     for (const ExampleSystem& system : systems)
-        stars += system.stars + Stars(system.members);
+        stars += system.count + Stars(system.members);
     return stars;
 }
 
@@ -31,6 +31,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ExampleModel model;
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     fuzz::Check(epoch != nullptr || !model.Reason().empty(), "a fault is told");
-    if (epoch != nullptr) static_cast<void>(WriteExample(kNowhere, text, *epoch, model.FocusID()));
+    if (epoch != nullptr) static_cast<void>(WriteExample(kNowhere, text, *epoch, model.Chosen()));
     return 0;
 }

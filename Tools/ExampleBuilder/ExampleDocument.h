@@ -4,11 +4,9 @@
 #include <string>
 
 #include "Simulation/Document/DocumentError.h"
-#include "Tools/ExampleBuilder/ExampleText.h"
+#include "Tools/ExampleBuilder/ExampleModel.h"
 
-class Epoch;
-
-// `focusID` is the system in focus. The document is read as the program reads it before it is
+// The document is read as the program reads it before it is
 // written: an example that could not be opened is not built.
 [[nodiscard]] DocumentError WriteExample(const std::string& path, const ExampleText& text,
-                                         const Epoch& epoch, int64 focusID);
+                                         const Epoch& epoch, const ChosenSystems& chosen);

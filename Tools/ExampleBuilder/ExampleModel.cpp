@@ -1,9 +1,13 @@
 #include "Tools/ExampleBuilder/ExampleModel.h"
 
+#include <algorithm>
+#include <numbers>
+
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Model/Systems/CompositeSystem.h"
 #include "Tools/ExampleBuilder/PlummerSphere.h"
+#include "Tools/ExampleBuilder/SeededRandom.h"
 
 namespace {
 
@@ -28,16 +32,20 @@ std::unique_ptr<Epoch> ExampleModel::Build(const ExampleText& text) {
     for (const ExampleSystem& system : text.systems)
         if (!Add(system, epoch->RootSystem())) return nullptr;
 
-    focus_ = 0;
-    if (!text.focus.empty()) {
-        const auto found = identifiers_.find(text.focus);
-        if (found == identifiers_.end()) {
-            Fail(text.focusLine, "there is no system \"" + text.focus + '"');
-            return nullptr;
-        }
-        focus_ = found->second;
-    }
-    return epoch;
+    chosen_ = {};
+    const bool areThere =
+        Choose(text.focus, &chosen_.focus) && Choose(text.followed, &chosen_.followed) &&
+        Choose(text.turnsAbout, &chosen_.turnsAbout) && Choose(text.turnsWith, &chosen_.turnsWith);
+    return areThere ? std::move(epoch) : nullptr;
+}
+
+bool ExampleModel::Choose(const ExampleMention& mention, int64* id) {
+    if (mention.name.empty()) return true;
+    const auto found = identifiers_.find(mention.name);
+    if (found == identifiers_.end())
+        return Fail(mention.line, "there is no system \"" + mention.name + '"');
+    *id = found->second;
+    return true;
 }
 
 bool ExampleModel::Fail(int line, std::string reason) {
@@ -48,6 +56,7 @@ bool ExampleModel::Fail(int line, std::string reason) {
 
 bool ExampleModel::Add(const ExampleSystem& text, MassSystem* parent) {
     if (text.kind == ExampleSystem::Kind::kCluster) return AddCluster(text, parent);
+    if (text.kind == ExampleSystem::Kind::kBelt) return AddBelt(text, parent);
     int64 id = 0;
     if (!GiveIdentifier(text, &id)) return false;
     std::unique_ptr<DisplayedSystem> system;
@@ -72,16 +81,39 @@ bool ExampleModel::AddMembers(const ExampleSystem& text, CompositeSystem* group)
 }
 
 bool ExampleModel::AddCluster(const ExampleSystem& text, MassSystem* parent) {
-    if (text.stars == 0 || text.mass == 0.0 || text.length == 0.0)
+    if (text.count == 0 || text.mass == 0.0 || text.length == 0.0)
         return Fail(text.line, "a cluster needs its stars, its mass and its length");
     int32 number = 0;
-    for (const PlummerStar& star : PlummerSphere(text.stars, text.mass, text.length, text.seed)) {
+    for (const PlummerStar& star : PlummerSphere(text.count, text.mass, text.length, text.seed)) {
         ExampleSystem body = text;
         body.kind = ExampleSystem::Kind::kBody;
         body.name += ' ' + std::to_string(++number);
-        body.mass = text.mass / text.stars;
+        body.mass = text.mass / text.count;
         body.position = star.position;
-        body.velocity = star.velocity;
+        body.velocity = text.speeds * star.velocity;
+        if (!Add(body, parent)) return false;
+    }
+    return true;
+}
+
+// Orbits at equal distances from one another, turned as chance will have it in their planes, with
+// nodes and places on them likewise.
+bool ExampleModel::AddBelt(const ExampleSystem& text, MassSystem* parent) {
+    if (text.count == 0 || !text.orbit)
+        return Fail(text.line, "a belt needs its bodies and the innermost orbit");
+    constexpr double kTurn = 2.0 * std::numbers::pi;
+    SeededRandom random(text.seed);
+    const double inner = text.orbit->elements.semiMajorAxis;
+    const double breadth = text.outer == 0.0 ? 0.0 : text.outer - inner;
+    for (int32 i = 0; i < text.count; ++i) {
+        ExampleSystem body = text;
+        body.kind = ExampleSystem::Kind::kBody;
+        body.name += ' ' + std::to_string(i + 1);
+        KeplerOrbit& orbit = body.orbit->elements;
+        orbit.semiMajorAxis = inner + breadth * i / std::max(text.count - 1, 1);
+        orbit.ascendingNode = kTurn * random.Uniform();
+        orbit.pericentreArgument = kTurn * random.Uniform();
+        orbit.meanAnomaly = kTurn * random.Uniform();
         if (!Add(body, parent)) return false;
     }
     return true;

@@ -7,12 +7,20 @@
 #include <memory>
 #include <string>
 
+#include "Model/Systems/MassSystem.h"
 #include "Tools/ExampleBuilder/ExampleText.h"
 
 class CompositeSystem;
 class DisplayedSystem;
 class Epoch;
-class MassSystem;
+
+// The systems that statements about the whole name.
+struct ChosenSystems {
+    int64 focus = 0;
+    int64 followed = kNoSystemID;
+    int64 turnsAbout = kNoSystemID;
+    int64 turnsWith = kNoSystemID;
+};
 
 class ExampleModel {
 public:
@@ -20,21 +28,22 @@ public:
     [[nodiscard]] std::unique_ptr<Epoch> Build(const ExampleText& text);
     [[nodiscard]] int Line() const { return line_; }
     [[nodiscard]] const std::string& Reason() const { return reason_; }
-    // The system in focus.
-    [[nodiscard]] int64 FocusID() const { return focus_; }
+    [[nodiscard]] const ChosenSystems& Chosen() const { return chosen_; }
 
 private:
     bool Fail(int line, std::string reason);
+    bool Choose(const ExampleMention& mention, int64* id);
     bool Add(const ExampleSystem& text, MassSystem* parent);
     bool AddMembers(const ExampleSystem& text, CompositeSystem* group);
     bool AddCluster(const ExampleSystem& text, MassSystem* parent);
+    bool AddBelt(const ExampleSystem& text, MassSystem* parent);
     bool Place(const ExampleSystem& text, const MassSystem& parent, MassSystem* system);
     bool SetLook(const ExampleSystem& text, DisplayedSystem* system);
     bool GiveIdentifier(const ExampleSystem& text, int64* id);
 
     std::map<std::string, int64> identifiers_;  // of all systems so far, by name
     int64 nextIdentifier_ = 0;
-    int64 focus_ = 0;
+    ChosenSystems chosen_;
     int line_ = 0;
     std::string reason_;
 };

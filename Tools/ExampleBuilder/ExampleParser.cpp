@@ -9,14 +9,16 @@ namespace {
 
 // Deeper than anybody needs, and shallow enough for a reader that recurses.
 constexpr std::size_t kMaxGroups = 32;
-constexpr int32 kMaxStars = 100'000;
+constexpr int32 kMaxCount = 100'000;
+constexpr double kMaxSpeeds = 1.4;  // with more, stars escape
 
 // Where a statement may stand, as bits.
 constexpr unsigned kAnywhere = 1;
 constexpr unsigned kInBody = 2;
 constexpr unsigned kInGroup = 4;
 constexpr unsigned kInCluster = 8;
-constexpr unsigned kInSystem = kInBody | kInGroup | kInCluster;
+constexpr unsigned kInBelt = 16;
+constexpr unsigned kInSystem = kInBody | kInGroup | kInCluster | kInBelt;
 
 unsigned PlaceOf(ExampleSystem::Kind kind) {
     switch (kind) {
@@ -26,6 +28,8 @@ unsigned PlaceOf(ExampleSystem::Kind kind) {
             return kInGroup;
         case ExampleSystem::Kind::kCluster:
             return kInCluster;
+        case ExampleSystem::Kind::kBelt:
+            return kInBelt;
     }
     return 0;
 }
@@ -46,34 +50,47 @@ const ExampleParser::Statement ExampleParser::kStatements[] = {
     {"epoch", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.epochName); }},
     {"title", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.title); }},
     {"see", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.see.emplace_back()); }},
+    {"source", kAnywhere, [](auto& p) { return p.line_.ReadName(&p.text_.source); }},
     {"time", kAnywhere, [](auto& p) { return p.ReadTime(); }},
     {"cutoff", kAnywhere, [](auto& p) { return p.ReadCutoff(); }},
     {"order", kAnywhere,
      [](auto& p) { return p.line_.ReadCount(kMinOrder, kMaxOrder, &p.text_.order); }},
-    {"centred", kAnywhere, [](auto& p) { return p.ReadCentred(); }},
+    {"centred", kAnywhere, [](auto& p) { return p.ReadYesOrNo(&p.text_.centred); }},
     {"natural", kAnywhere, [](auto& p) { return p.ReadNatural(); }},
     {"picture", kAnywhere, [](auto& p) { return p.ReadPicture(); }},
-    {"focus", kAnywhere, [](auto& p) { return p.ReadFocus(); }},
+    {"camera", kAnywhere, [](auto& p) { return p.ReadCamera(); }},
+    {"thumbnail", kAnywhere,
+     [](auto& p) { return p.line_.ReadPositive(Quantity::kTime, &p.text_.thumbnail); }},
+    {"names", kAnywhere, [](auto& p) { return p.ReadYesOrNo(&p.text_.names); }},
+    {"focus", kAnywhere, [](auto& p) { return p.ReadMention(&p.text_.focus); }},
+    {"follow", kAnywhere, [](auto& p) { return p.ReadMention(&p.text_.followed); }},
+    {"turning", kAnywhere, [](auto& p) { return p.ReadTurning(); }},
     {"show", kAnywhere, [](auto& p) { return p.ReadShow(); }},
 
     {"body", kAnywhere, [](auto& p) { return p.Open(Kind::kBody); }},
     {"group", kAnywhere, [](auto& p) { return p.Open(Kind::kGroup); }},
     {"cluster", kAnywhere, [](auto& p) { return p.Open(Kind::kCluster); }},
+    {"belt", kAnywhere, [](auto& p) { return p.Open(Kind::kBelt); }},
     {"end", kAnywhere, [](auto& p) { return p.ReadEnd(); }},
 
     {"mass", kInBody | kInCluster, [](auto& p) { return p.ReadMass(); }},
-    {"radius", kInBody | kInCluster,
+    {"radius", kInBody | kInCluster | kInBelt,
      [](auto& p) { return p.line_.ReadPositive(Quantity::kDistance, &p.Current().radius); }},
     {"length", kInCluster,
      [](auto& p) { return p.line_.ReadPositive(Quantity::kDistance, &p.Current().length); }},
+    {"speeds", kInCluster, [](auto& p) { return p.ReadSpeeds(); }},
     {"stars", kInCluster,
-     [](auto& p) { return p.line_.ReadCount(1, kMaxStars, &p.Current().stars); }},
-    {"seed", kInCluster, [](auto& p) { return p.ReadSeed(); }},
+     [](auto& p) { return p.line_.ReadCount(1, kMaxCount, &p.Current().count); }},
+    {"bodies", kInBelt,
+     [](auto& p) { return p.line_.ReadCount(1, kMaxCount, &p.Current().count); }},
+    {"outer", kInBelt,
+     [](auto& p) { return p.line_.ReadPositive(Quantity::kDistance, &p.Current().outer); }},
+    {"seed", kInCluster | kInBelt, [](auto& p) { return p.ReadSeed(); }},
     {"at", kInBody | kInGroup,
      [](auto& p) { return p.ReadPlace(&p.Current().position, Quantity::kDistance); }},
     {"moving", kInBody | kInGroup,
      [](auto& p) { return p.ReadPlace(&p.Current().velocity, Quantity::kSpeed); }},
-    {"orbit", kInBody | kInGroup, [](auto& p) { return p.ReadOrbit(); }},
+    {"orbit", kInBody | kInGroup | kInBelt, [](auto& p) { return p.ReadOrbit(); }},
     {"relative", kInSystem, [](auto& p) { return p.line_.ReadName(&p.Current().relativeTo); }},
     {"color", kInSystem,
      [](auto& p) {
@@ -103,6 +120,8 @@ bool ExampleParser::Parse(std::string_view text, ExampleText* result) {
         return line_.Fail("group " + Quoted(Current().name) + " has no end");
     }
     if (text_.epochName.empty()) return line_.Fail("there is no epoch statement");
+    if (text_.camera && !text_.turnsWith.name.empty())
+        return line_.Fail("what a camera shows turns with nobody");
     *result = std::move(text_);
     return true;
 }
@@ -135,10 +154,10 @@ bool ExampleParser::ReadCutoff() {
            line_.Fail("the cutoff must be more than 0 and less than 0.001");
 }
 
-bool ExampleParser::ReadCentred() {
+bool ExampleParser::ReadYesOrNo(bool* value) {
     const std::string word = line_.Next();
-    text_.centred = word == "yes";
-    return text_.centred || word == "no" || line_.Fail("neither yes nor no: " + Quoted(word));
+    *value = word == "yes";
+    return *value || word == "no" || line_.Fail("neither yes nor no: " + Quoted(word));
 }
 
 bool ExampleParser::ReadNatural() {
@@ -159,9 +178,20 @@ bool ExampleParser::ReadPicture() {
     return text_.axis != 0 || line_.Fail("no such axis: " + Quoted(axis));
 }
 
-bool ExampleParser::ReadFocus() {
-    text_.focusLine = lineNumber_;
-    return line_.ReadName(&text_.focus);
+bool ExampleParser::ReadMention(ExampleMention* mention) {
+    mention->line = lineNumber_;
+    return line_.ReadName(&mention->name);
+}
+
+bool ExampleParser::ReadTurning() {
+    return ReadMention(&text_.turnsAbout) && ReadMention(&text_.turnsWith);
+}
+
+bool ExampleParser::ReadCamera() {
+    ExampleCamera camera;
+    if (!ReadAngle(&camera.azimuth) || !ReadAngle(&camera.elevation)) return false;
+    text_.camera = camera;
+    return true;
 }
 
 bool ExampleParser::ReadShow() {
@@ -216,6 +246,12 @@ bool ExampleParser::ReadSeed() {
     if (!line_.ReadCount(0, 1'000'000'000, &seed)) return false;
     Current().seed = static_cast<uint64>(seed);
     return true;
+}
+
+bool ExampleParser::ReadSpeeds() {
+    if (!line_.ReadNumber(&Current().speeds)) return false;
+    return (Current().speeds >= 0.0 && Current().speeds <= kMaxSpeeds) ||
+           line_.Fail("speeds must be 0 to 1.4 of those in balance");
 }
 
 bool ExampleParser::ReadPlace(std::optional<ThreeVector>* place, Quantity quantity) {

@@ -28,11 +28,13 @@ private:
 
     // Statements about the whole.
     bool ReadTime();
+    bool ReadYesOrNo(bool* value);
     bool ReadCutoff();
-    bool ReadCentred();
     bool ReadNatural();
     bool ReadPicture();
-    bool ReadFocus();
+    bool ReadMention(ExampleMention* mention);
+    bool ReadTurning();
+    bool ReadCamera();
     bool ReadShow();
 
     // Those that open and close a system.
@@ -44,6 +46,7 @@ private:
     // Those about the system that is open.
     bool ReadMass();
     bool ReadSeed();
+    bool ReadSpeeds();
     bool ReadPlace(std::optional<ThreeVector>* place, Quantity quantity);
     bool ReadOrbit();
     bool ReadElements(KeplerOrbit* orbit);
@@ -54,6 +57,6 @@ private:
     ExampleLine line_;
     int lineNumber_ = 0;
     ExampleText text_;
-    // The systems that are open, outermost first; only the last can be a body or a cluster.
+    // The systems that are open, outermost first; only the last can be other than a group.
     std::vector<ExampleSystem> open_;
 };

@@ -41,7 +41,7 @@ bool BuildExample(const std::string& source, const std::string& target) {
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     if (epoch == nullptr) return FailAt(source, model.Line(), model.Reason());
 
-    const DocumentError error = WriteExample(target, text, *epoch, model.FocusID());
+    const DocumentError error = WriteExample(target, text, *epoch, model.Chosen());
     return !error.Failed() || Fail(target + ": " + error.Reason(resources));
 }
 

@@ -43,7 +43,7 @@ TEST_F(ExampleDocument, IsReadAsItWasMeant) {
     ExampleModel model;
     const std::unique_ptr<Epoch> epoch = model.Build(text_);
     ASSERT_NE(epoch, nullptr) << model.Reason();
-    ASSERT_FALSE(WriteExample(path_, text_, *epoch, model.FocusID()).Failed());
+    ASSERT_FALSE(WriteExample(path_, text_, *epoch, model.Chosen()).Failed());
 
     BMessage record;
     ASSERT_FALSE(SimulationFile::Read(path_, &record).Failed());
@@ -76,7 +76,7 @@ TEST_F(ExampleDocument, IsReadAsItWasMeant) {
 TEST_F(ExampleDocument, IsNotWrittenWhenItCouldNotBeOpened) {
     Epoch epoch;
     epoch.SetTime(std::numeric_limits<double>::infinity());
-    EXPECT_TRUE(WriteExample(path_, text_, epoch, 0).Failed());
+    EXPECT_TRUE(WriteExample(path_, text_, epoch, {}).Failed());
     EXPECT_FALSE(std::filesystem::exists(path_));
 }
 

@@ -60,7 +60,7 @@ TEST_F(ExampleModelTest, GroupsGoAroundWithTheirCentreOfMass) {
     EXPECT_EQ(small->Name(), "Small");
     EXPECT_EQ(small->Parent(), group);
     EXPECT_EQ(group->RelativeTo(), 0);
-    EXPECT_EQ(model_.FocusID(), 3);
+    EXPECT_EQ(model_.Chosen().focus, 3);
 
     // The whole circles the Sun with all three masses; inside, the small one the big one.
     EXPECT_NEAR(group->Position().x, 1e11, 1e-3);

@@ -42,8 +42,8 @@ TEST_F(ExampleParserTest, ReadsTheWhole) {
     EXPECT_EQ(text.timeUnit, 86400.0);
     EXPECT_EQ(text.picture, 3000.0);
     EXPECT_EQ(text.axis, 1);
-    EXPECT_EQ(text.focus, "Moon");
-    EXPECT_EQ(text.focusLine, 6);
+    EXPECT_EQ(text.focus.name, "Moon");
+    EXPECT_EQ(text.focus.line, 6);
 }
 
 TEST_F(ExampleParserTest, ReadsBodiesInTheirUnits) {
