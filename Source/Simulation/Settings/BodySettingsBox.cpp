@@ -28,7 +28,8 @@ constexpr uint32 kReferentChosen = FourCC("bsrl");
 constexpr int32 kNameColumns = 16;
 constexpr float kVectorSpacing = 16.0f;
 
-constexpr int32 kSystemsChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
+constexpr int32 kSystemsChanged =
+    kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged | kMomentChanged;
 constexpr int32 kFocusChanged = kBodyDataChanged | kReferentChanged | kFocusSystemChanged |
                                 kFocusEpochChanged | kSystemRemoved | kSystemAdded | kMomentChanged;
 
