@@ -77,11 +77,6 @@ bool MomentControl::TakeMessage(const BMessage& message) {
             if (Awaits(message)) return true;
             portal_->CommitChanges();
             return !Branch();
-        case kEditBody:
-            if (IsThereNow(message)) return false;
-            if (Awaits(message)) return true;
-            portal_->CommitChanges();
-            return !Branch();
         // These are about epochs that the user sees in a list, or about steps before.
         case kUndo:
         case kRedo:
@@ -141,14 +136,6 @@ bool MomentControl::Branch() {
     isLost_ = true;
     shown_.BackToNow();
     return false;
-}
-
-// The body that the message is about; one that has merged since can only be chosen in a branch.
-bool MomentControl::IsThereNow(const BMessage& message) const {
-    int64 id = kNoSystemID;
-    if (message.FindInt64(kBodyIDField, &id) != B_OK) return true;
-    const ReadGuard guard(portal_);
-    return portal_->FocusEpoch()->SystemFromID(id) != nullptr;
 }
 
 bool MomentControl::IsRunning() const {

@@ -46,7 +46,6 @@ private:
     bool Branch();
     // True: the message is put off, or cannot be carried out any more.
     bool Awaits(const BMessage& message);
-    [[nodiscard]] bool IsThereNow(const BMessage& message) const;
     [[nodiscard]] bool IsRunning() const;
     // True: the message asks for a system that only the moment has, which is edited now.
     [[nodiscard]] bool EditsPast(const BMessage& message);

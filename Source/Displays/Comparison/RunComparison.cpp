@@ -71,6 +71,13 @@ void RunComparison::ReadEnd(const AbEpoch& other) {
     for (const Body* const body : portal.BodiesInMassOrder())
         looks_[body->ID()] = {body->DiscColor(), body->Radius()};
     line_ = ReadRuns(portal, *history_);
+    // What has merged looks as it did when its run began.
+    for (const TimeLine::Run& run : line_.runs)
+        for (const int64 id : history_->BodiesOf(run.epoch))
+            if (const auto* const body =
+                    dynamic_cast<const Body*>(run.epoch->Parent()->SystemFromID(id));
+                body != nullptr)
+                looks_.try_emplace(id, body->DiscColor(), body->Radius());
 }
 
 void RunComparison::ModelChanged() {
@@ -249,10 +256,11 @@ void RunComparison::AddRings(double time, const BodyLabels& labels,
                              std::vector<OverlayItem>* items) const {
     if (!IsOn()) return;
     const FrameMoment frame = FrameAt(time, labels);
-    const std::size_t count = std::min(end_.CountBodies(), kMaxRings);
+    const std::vector<int64> ids = IsAtEnd(time) ? end_.ids : history_->BodiesOf(RunAt(time));
+    const std::size_t count = std::min(ids.size(), kMaxRings);
     for (std::size_t i = 0; i < count; i++) {
-        const auto place = PlaceOf(end_.ids[i], time);
-        const auto look = looks_.find(end_.ids[i]);
+        const auto place = PlaceOf(ids[i], time);
+        const auto look = looks_.find(ids[i]);
         if (!place || look == looks_.end()) continue;
         const ThreeVector seen = frame.See(*place);
         OverlayItem ring;

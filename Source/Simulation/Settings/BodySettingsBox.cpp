@@ -28,8 +28,7 @@ constexpr uint32 kReferentChosen = FourCC("bsrl");
 constexpr int32 kNameColumns = 16;
 constexpr float kVectorSpacing = 16.0f;
 
-constexpr int32 kSystemsChanged =
-    kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged | kMomentChanged;
+constexpr int32 kSystemsChanged = kNameChanged | kSystemRemoved | kSystemAdded | kFocusEpochChanged;
 constexpr int32 kFocusChanged = kBodyDataChanged | kReferentChanged | kFocusSystemChanged |
                                 kFocusEpochChanged | kSystemRemoved | kSystemAdded | kMomentChanged;
 
@@ -129,7 +128,7 @@ void BodySettingsBox::Redisplay(int32 changes, const Moment& moment) {
         if (focus.id != focus_.id) SetFactories(focus.id);
         name_->ReadFrom(shown);
         physical_.ReadFrom(shown);
-        if (readsList) list = ReadSystemList(shown);
+        if (readsList) list = ReadSystemList(*portal_);
     }
     name_->SetFaded(moment.IsPast());
     physical_.SetFaded(moment.IsPast());
