@@ -5,4 +5,6 @@
 
 inline constexpr uint32 kMakeRunAgain = FourCC("mkrn");
 inline constexpr uint32 kStopMaking = FourCC("spmk");
+// How far two runs are apart, that a display compares: string "Text", empty if none are.
+inline constexpr uint32 kTellSeparation = FourCC("tlsp");
 inline constexpr uint32 kSaveHistory = FourCC("svhs");

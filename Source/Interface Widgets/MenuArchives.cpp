@@ -89,7 +89,8 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     menu.AddItem(new BMenuItem(texts.Text(kTextBranchHere), new BMessage(kBranchHere),
                                texts.Key(kTextBranchKey)));
     menu.AddItem(new BMenuItem(texts.Text(kTextBackToNow), new BMessage(kBackToNow)));
-    menu.AddItem(new BMenuItem(texts.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain)));
+    menu.AddItem(new BMenuItem(texts.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain),
+                               texts.Key(kTextBranchKey), B_SHIFT_KEY));
     menu.AddItem(new BMenuItem(texts.Text(kLabelAnimation), new BMessage(kShowAnimation)));
     menu.AddItem(new BMenuItem(texts.Text(kLabelEpochs), new BMessage(kShowEpochs)));
     return ArchiveOf(menu);

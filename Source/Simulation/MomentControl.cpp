@@ -1,5 +1,6 @@
 #include "Simulation/MomentControl.h"
 
+#include <chrono>
 #include <cmath>
 
 #include "Interface Widgets/HistoryMessages.h"
@@ -19,6 +20,13 @@
 #include "Simulation/History/RunHistory.h"
 #include "Simulation/SimulationMenus.h"
 
+namespace {
+
+// What is waited for without another word.
+constexpr std::chrono::milliseconds kPatience(250);
+
+}  // namespace
+
 MomentControl::MomentControl(EpochPortal* portal, RunHistory* history, RunControl* run,
                              const ProgramResources* resources)
     : portal_(portal),
@@ -35,6 +43,7 @@ MomentControl::~MomentControl() {
 
 bool MomentControl::TakeMessage(const BMessage& message) {
     if (message.what == kMakeRunAgain || message.what == kStopMaking) {
+        if (message.what == kStopMaking) awaited_.reset();
         message.what == kMakeRunAgain ? shown_.MakeRunAgain() : shown_.StopMaking();
         return true;
     }
@@ -47,6 +56,7 @@ bool MomentControl::TakeMessage(const BMessage& message) {
             return true;
         case kBranchHere:
         case kLogEpoch:
+            if (Awaits(message)) return true;
             portal_->CommitChanges();
             Branch();
             return true;
@@ -64,6 +74,7 @@ bool MomentControl::TakeMessage(const BMessage& message) {
         case GroupWindow::kGroup:
         case SimulationMenus::kDissolveGroup:
         case kToCenterOfMass:
+            if (Awaits(message)) return true;
             portal_->CommitChanges();
             return !Branch();
         // These are about epochs that the user sees in a list, or about steps before.
@@ -91,15 +102,36 @@ bool MomentControl::EditsPast(const BMessage& message) {
     return !isThere;
 }
 
+// The window goes on with other messages, and the display's Escape is heard.
+bool MomentControl::Awaits(const BMessage& message) {
+    if (IsRunning() || shown_.GetExact({}, kPatience)) return false;
+    // One that is lost has nothing to edit.
+    if (shown_.IsPast()) awaited_ = std::make_unique<BMessage>(message);
+    return true;
+}
+
+std::unique_ptr<BMessage> MomentControl::TakeAwaited() {
+    if (awaited_ == nullptr) return nullptr;
+    const Moment moment = shown_.Get();
+    if (moment.IsPast() && !moment.isExact) return nullptr;
+    auto message = std::move(awaited_);
+    return moment.IsPast() ? std::move(message) : nullptr;
+}
+
 bool MomentControl::Branch() {
     // A run that has not come to rest yet is what is edited.
     if (IsRunning()) return true;
-    auto moment = shown_.GetExact();
-    if (moment) moment->focus = shown_.Get().focus;
-    if (moment && !moment->IsPast()) return true;
+    auto moment = shown_.GetExact([this] {
+        if (tell_) tell_(Status());
+    });
+    if (!moment) return false;
+    if (!moment->IsPast()) return true;
+    moment->focus = shown_.Get().focus;
     std::unique_ptr<LCommand> command;
-    if (const ReadGuard guard(portal_); moment)
+    {
+        const ReadGuard guard(portal_);
         command = MakeBranchCommand(portal_, history_, *moment);
+    }
     if (ExecuteFiled(portal_, std::move(command))) return true;
     isLost_ = true;
     shown_.BackToNow();
@@ -114,7 +146,8 @@ bool MomentControl::IsRunning() const {
 // --- What is told ---
 
 std::optional<std::string> MomentControl::TakeStatus() {
-    if (isLost_.exchange(false)) return resources_->InterfaceLabel(kTextMomentLost);
+    if (isLost_.exchange(false) || shown_.TakeWhetherLost())
+        return resources_->InterfaceLabel(kTextMomentLost);
     if (!wasShort_ && history_->WasShortOfMemory()) {
         wasShort_ = true;
         return resources_->InterfaceLabel(kTextShortOfMemory);

@@ -60,6 +60,9 @@ Simulation::Simulation(BRect frame, SimulationHost* host)
       boxes_(this, host),
       closer_(this, host, &document_, run_.Control(), &saver_, &boxes_) {
     document_.Portal()->Broadcast(false);
+    moments_.SetTeller([this](const std::string& text) {
+        if (LockingThread() == find_thread(nullptr)) controls_.ShowMessage(text);
+    });
 }
 
 Simulation::~Simulation() = default;
@@ -291,12 +294,18 @@ bool Simulation::WindowMessage(BMessage* message) {
         case kRedisplay:
             controls_.Redisplay(changes_.Take(), moments_.Shown()->Get());
             if (const auto status = moments_.TakeStatus(); status) controls_.ShowMessage(*status);
+            if (const auto awaited = moments_.TakeAwaited(); awaited)
+                MessageReceived(awaited.get());
             if (wasTooDeep_.exchange(false))
                 controls_.ShowInFull(host_->Resources().InterfaceLabel(kTextEpochsTooDeep));
             break;
         case kNewDisplay:
             if (int32 type = 0; message->FindInt32(kDisplayTypeField, &type) == B_OK)
                 displays_.Create(type, nullptr, title_.c_str());
+            break;
+        case kTellSeparation:
+            if (std::string text; message->FindString(kTextField, &text) == B_OK)
+                controls_.ShowSeparation(text);
             break;
         case SimulationMenus::kOpenDisplays:
             displays_.OpenWaiting(title_.c_str());

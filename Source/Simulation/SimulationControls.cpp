@@ -135,6 +135,10 @@ void SimulationControls::ShowMessage(const std::string& text) {
     if (status_ != nullptr && status_->ShowMessage(text)) FitWindow();
 }
 
+void SimulationControls::ShowSeparation(const std::string& text) {
+    if (status_ != nullptr && status_->ShowSeparation(text)) FitWindow();
+}
+
 void SimulationControls::ShowInFull(const std::string& text) {
     if (status_ != nullptr && status_->ShowInFull(text)) FitWindow();
 }

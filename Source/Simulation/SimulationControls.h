@@ -50,6 +50,8 @@ public:
     // What can be undone and redone, and whether the document is saved.
     void ShowHistory();
     void ShowMessage(const std::string& text);
+    // How far two runs are apart that a display compares; empty: none does.
+    void ShowSeparation(const std::string& text);
     // Makes the window as high as its contents, as far as the screen has room, and no narrower.
     // First when nothing is said yet.
     void FitWindow();

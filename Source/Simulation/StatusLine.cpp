@@ -80,8 +80,13 @@ bool StatusLine::ShowAdvice(const std::string& advice) {
     return ShowFigures();
 }
 
+bool StatusLine::ShowSeparation(const std::string& text) {
+    separation_ = text.empty() ? text : resources_->InterfaceLabel(kTextBetweenFigures) + text;
+    return ShowFigures();
+}
+
 bool StatusLine::ShowFigures() {
-    const std::string text = bodies_ + run_ + advice_;
+    const std::string text = bodies_ + run_ + separation_ + advice_;
     std::string lines =
         width_ < kMinWidth
             ? text

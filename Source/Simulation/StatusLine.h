@@ -22,6 +22,8 @@ public:
     bool ShowBodies(std::size_t count);
     // Advice on what would be better; empty: there is none.
     bool ShowAdvice(const std::string& advice);
+    // How far two runs are apart that are compared; empty: none are.
+    bool ShowSeparation(const std::string& text);
     // Rates of zero and errors that are not known are left out. `timeUval`: the unit of time, s.
     bool ShowRun(const RunMonitor::Figures& figures, double timeUval, int32 order);
     // Longer ones than there is room for are cut; the tool tip has all of it.
@@ -49,6 +51,7 @@ private:
     std::string bodies_;
     std::string advice_;
     std::string run_;
+    std::string separation_;
     // Between the lines of the figures; while a run goes on they do not become fewer.
     std::ptrdiff_t figureBreaks_ = 0;
     std::string inFull_;         // the message, if it is broken into lines

@@ -49,6 +49,7 @@ constexpr Table kTables[] = {
          RunLeft::DescribeFields(into);
      }},
     {"history", SavedHistory::DescribeFields},
+    {"kept branch", SavedHistory::DescribeBranch},
     {"kept run", KeptRunRecord::DescribeRun},
     {"kept path", KeptRunRecord::DescribeTrack},
     {"kept event", KeptRunRecord::DescribeEvent},

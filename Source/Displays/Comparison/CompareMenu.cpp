@@ -17,6 +17,7 @@
 #include "Platform/Interface/Handles/BMenuItem.h"
 #include "Resources/Views.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/History/RunHistory.h"
 
 namespace {
 
@@ -39,8 +40,8 @@ void CompareMenu::Add(const char* label, const AbEpoch* epoch) {
     AddItem(item);
 }
 
-void CompareMenu::Read(EpochPortal* portal) {
-    std::vector<Row> rows = ReadRows(portal);
+void CompareMenu::Read(EpochPortal* portal, const RunHistory* history) {
+    std::vector<Row> rows = ReadRows(portal, history);
     if (rows.size() > kMaxEpochs)
         rows.erase(rows.begin(), rows.end() - static_cast<std::ptrdiff_t>(kMaxEpochs));
     if (rows == rows_) return;
@@ -48,8 +49,10 @@ void CompareMenu::Read(EpochPortal* portal) {
     BuildItems();
 }
 
-// The runs of a line have one name: their number, counted from the beginning, tells them apart.
-std::vector<CompareMenu::Row> CompareMenu::ReadRows(EpochPortal* portal) const {
+// The runs of a line have one name: their number, counted from the beginning, tells them apart. An
+// epoch that no run led to has none.
+std::vector<CompareMenu::Row> CompareMenu::ReadRows(EpochPortal* portal,
+                                                    const RunHistory* history) const {
     std::vector<Row> rows;
     struct Known {
         std::string name;
@@ -66,12 +69,15 @@ std::vector<CompareMenu::Row> CompareMenu::ReadRows(EpochPortal* portal) const {
         const bool hasParent = parent != nullptr && parent != root;
         Known now = hasParent ? known[parent] : Known{};
         if (!hasParent || !epoch.NameFromParent()) now.name = epoch.Name();
-        if (hasParent && parent->Time() != epoch.Time()) now.runs++;
+        const auto way = history != nullptr ? history->WayTo(epoch) : std::nullopt;
+        const bool isRun =
+            hasParent && parent->Time() != epoch.Time() && (!way || way->run == &epoch);
+        if (isRun) now.runs++;
         known[&epoch] = now;
         if (&epoch == portal->FocusEpoch()) continue;
         const std::string time = print_double(epoch.Time() / epoch.TimeUval(), kTimeDigits) + ' ' +
                                  context_.timeUnits->Abbreviation(epoch.TimeUval());
-        rows.push_back({&epoch, now.runs == 0
+        rows.push_back({&epoch, !isRun
                                     ? FillIn(context_.texts->Label(kTextEpochAt), {now.name, time})
                                     : FillIn(context_.texts->Label(kTextRunOfEpoch),
                                              {now.name, std::to_string(now.runs), time})});

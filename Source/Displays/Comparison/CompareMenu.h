@@ -10,6 +10,7 @@ class AbEpoch;
 class BMenuItem;
 class Display;
 class EpochPortal;
+class RunHistory;
 struct DisplayContext;
 
 class CompareMenu : public BMenu {
@@ -22,8 +23,9 @@ public:
     // Neither is owned.
     CompareMenu(Display* display, const DisplayContext& context);
 
-    // The epochs that there are. Takes the model's read lock.
-    void Read(EpochPortal* portal);
+    // The epochs that there are; the history (null: none) knows which of them begin in a run. Takes
+    // the model's read lock.
+    void Read(EpochPortal* portal, const RunHistory* history);
     // What is compared with; null: nothing. The items stay: one may just have been chosen.
     void ShowOther(const AbEpoch* other);
     // What the menu calls it.
@@ -39,7 +41,7 @@ private:
 
     void Add(const char* label, const AbEpoch* epoch);
     void BuildItems();
-    [[nodiscard]] std::vector<Row> ReadRows(EpochPortal* portal) const;
+    [[nodiscard]] std::vector<Row> ReadRows(EpochPortal* portal, const RunHistory* history) const;
 
     Display* const display_;
     const DisplayContext& context_;

@@ -5,20 +5,23 @@
 #include <vector>
 
 #include "Displays/Comparison/CompareMenu.h"
+#include "Displays/Comparison/EpochDifferences.h"
 #include "Displays/Comparison/RunComparison.h"
 
 class BMessage;
 class PictureMover;
+class ProjectionDialogs;
 class ShownModel;
 
 class ComparisonControl {
 public:
     // None is owned.
     ComparisonControl(TrajectoryDisplay* display, const ShownModel* shown, PictureMover* mover,
-                      const DisplayContext& context)
+                      const ProjectionDialogs* dialogs, const DisplayContext& context)
         : display_(display),
           shown_(shown),
           mover_(mover),
+          dialogs_(dialogs),
           context_(context),
           comparison_(display, context) {}
 
@@ -35,16 +38,23 @@ public:
     void Redisplay(int32 changes);
     // Has the distance computed, if it is not known for what is shown.
     void Measure();
-    // A line below the time, and rings. `unit`: of length, m.
-    void AddTexts(double unit, std::vector<OverlayItem>* items) const;
+    // Lines below the time.
+    void AddTexts(std::vector<OverlayItem>* items) const;
+    void AddRings(std::vector<OverlayItem>* items) const;
+    // The display goes.
+    void End();
 
 private:
     // In a window of their own.
     void ShowDifferences() const;
+    [[nodiscard]] BranchStarts FindStarts() const;
+    [[nodiscard]] const AbEpoch* ShownEpoch() const;
+    void TellDistance();
 
     TrajectoryDisplay* const display_;
     const ShownModel* const shown_;
     PictureMover* const mover_;
+    const ProjectionDialogs* const dialogs_;
     const DisplayContext& context_;
     RunComparison comparison_;
     CompareMenu* menu_ = nullptr;

@@ -25,6 +25,8 @@ using Bodies = std::vector<std::pair<int64, const Body*>>;  // by identifier
 
 // More nobody reads.
 constexpr std::size_t kMaxLines = 400;
+// Of a change, what one of its coordinates has of it by rounding.
+constexpr double kLostPart = 1e-12;
 
 void AddBodies(const MassSystem* system, Bodies* bodies) {
     if (system == nullptr) return;
@@ -166,7 +168,8 @@ private:
         std::string text;
         const char* separator = "";
         for (const double part : {way.x, way.y, way.z}) {
-            text += separator + print_double(part / factor, kReadableDigits);
+            const bool isLost = std::abs(part) < kLostPart * length;
+            text += separator + print_double(isLost ? 0.0 : part / factor, kReadableDigits);
             separator = "; ";
         }
         Add(FillIn(Label(label), {body, text, units.Abbreviation(factor)}));
@@ -190,7 +193,7 @@ private:
 }  // namespace
 
 std::string DescribeDifferences(const ComparedEpoch& one, const ComparedEpoch& other,
-                                const DisplayContext& context) {
+                                const BranchStarts& starts, const DisplayContext& context) {
     const InterfaceTexts& texts = *context.texts;
     Path ways[] = {WayUp(one.epoch), WayUp(other.epoch)};
     const AbEpoch* common = nullptr;
@@ -205,6 +208,8 @@ std::string DescribeDifferences(const ComparedEpoch& one, const ComparedEpoch& o
     for (int32 i = 0; i < 2; i++) {
         const AbEpoch* before = common;
         for (auto epoch = ways[i].rbegin(); epoch != ways[i].rend(); ++epoch) {
+            if (const auto start = starts.find(*epoch); start != starts.end())
+                before = start->second.get();
             // What is above all epochs is none.
             if (before != nullptr && before->RootSystem() != nullptr &&
                 before->RootSystem()->CountChildren() > 0)

@@ -45,12 +45,7 @@ RunComparison::~RunComparison() = default;
 void RunComparison::CompareWith(const AbEpoch* other, std::string name) {
     const auto* const real = dynamic_cast<const Epoch*>(other);
     if (finder_ != nullptr) finder_->WantNothing();
-    {
-        const std::lock_guard lock(mutex_);
-        asked_++;
-        isMeasuring_ = false;
-        found_.reset();
-    }
+    Forget();
     other_ = real;
     name_ = std::move(name);
     if (real == nullptr || history_ == nullptr) {
@@ -61,6 +56,13 @@ void RunComparison::CompareWith(const AbEpoch* other, std::string name) {
     ReadEnd(*real);
 }
 
+void RunComparison::Forget() {
+    const std::lock_guard lock(mutex_);
+    asked_++;
+    isMeasuring_ = false;
+    found_.reset();
+}
+
 void RunComparison::ReadEnd(const AbEpoch& other) {
     EpochPortal portal(*display_->Epoch());
     portal.SetEpochTo(const_cast<AbEpoch*>(&other));  // only looked at
@@ -68,9 +70,14 @@ void RunComparison::ReadEnd(const AbEpoch& other) {
     looks_.clear();
     for (const Body* const body : portal.BodiesInMassOrder())
         looks_[body->ID()] = {body->DiscColor(), body->Radius()};
-    runs_.clear();
-    for (const AbEpoch* run = &other; run != nullptr && history_->SpanOf(run); run = run->Parent())
-        runs_.push_back(run);
+    line_ = ReadRuns(portal, *history_);
+    // What has merged looks as it did when its run began.
+    for (const TimeLine::Run& run : line_.runs)
+        for (const int64 id : history_->BodiesOf(run.epoch))
+            if (const auto* const body =
+                    dynamic_cast<const Body*>(run.epoch->Parent()->SystemFromID(id));
+                body != nullptr)
+                looks_.try_emplace(id, body->DiscColor(), body->Radius());
 }
 
 void RunComparison::ModelChanged() {
@@ -83,17 +90,21 @@ void RunComparison::ModelChanged() {
 }
 
 const AbEpoch* RunComparison::RunAt(double time) const {
-    for (const AbEpoch* const run : runs_) {
-        const auto span = history_->SpanOf(run);
-        if (span && time >= std::min(span->start, span->end)) return run;
-    }
-    return nullptr;
+    const TimeLine::Run* run = line_.RunAt(time);
+    if (run == nullptr && IsOver(time) && HasEnd()) run = &line_.runs.back();
+    return run != nullptr && run->isKept ? run->epoch : nullptr;
+}
+
+// The last run is kept.
+bool RunComparison::HasEnd() const {
+    return !line_.IsEmpty() && line_.runs.back().isKept;
 }
 
 // Behind the last report, and of a run that is not kept, only the end is known.
 bool RunComparison::IsOver(double time) const {
-    const auto span = runs_.empty() ? std::nullopt : history_->SpanOf(runs_.front());
-    return !span || time > std::max(span->start, span->end);
+    const TimeLine::Run* const run = line_.RunAt(time);
+    if (run != nullptr && run->isKept) return false;
+    return !HasEnd() || line_.IsBefore(line_.End(), time);
 }
 
 // --- How far they are apart ---
@@ -115,7 +126,7 @@ void RunComparison::Measure(double time, const BodyLabels& labels) {
     BodyPlaces shown = ShownPlaces(time, labels);
     std::unique_lock lock(mutex_);
     if (isMeasuring_ || (found_ && found_->time == time)) return;
-    if (IsOver(time)) {
+    if (IsAtEnd(time)) {
         // Of its end nothing follows for much later times.
         const double pairs =
             static_cast<double>(end_.CountBodies()) * static_cast<double>(end_.CountMassive());
@@ -175,25 +186,36 @@ std::vector<std::string> RunComparison::Lines(double time, double unit,
                                               const BodyLabels& labels) const {
     const InterfaceTexts& texts = *context_.texts;
     std::string name = name_;
-    if (runs_.empty())
+    if (!HasEnd())
         name = FillIn(texts.Label(kTextOnlyEnd), {name_});
     else if (IsOver(time))
         name = FillIn(texts.Label(kTextHasEnded), {name_});
     std::vector<std::string> lines{FillIn(texts.Label(kTextCompared), {name})};
+    if (std::string distance = DistanceLine(unit, labels); !distance.empty())
+        lines.push_back(std::move(distance));
+    return lines;
+}
+
+std::string RunComparison::DistanceLine(double unit, const BodyLabels& labels) const {
     const std::lock_guard lock(mutex_);
-    if (!found_ || !found_->separation) return lines;
+    if (!found_ || !found_->separation) return {};
     const auto body = std::ranges::find(labels.bodies, found_->separation->body,
                                         [](const BodyLabels::Label& label) { return label.id; });
-    lines.push_back(FillIn(texts.Label(kTextSeparation),
-                           {DistanceText(found_->separation->distance, unit),
-                            body == labels.bodies.end() ? std::string() : body->name}));
-    return lines;
+    return FillIn(context_.texts->Label(kTextSeparation),
+                  {DistanceText(found_->separation->distance, unit),
+                   body == labels.bodies.end() ? std::string() : body->name});
+}
+
+std::optional<std::string> RunComparison::TakeDistance(double unit, const BodyLabels& labels) {
+    std::string line = IsOn() ? DistanceLine(unit, labels) : std::string();
+    if (line == told_) return std::nullopt;
+    return told_ = std::move(line);
 }
 
 // --- Where they are ---
 
 std::optional<ThreeVector> RunComparison::PlaceOf(int64 body, double time) const {
-    if (IsOver(time)) {
+    if (IsAtEnd(time)) {
         const auto found = std::ranges::find(end_.ids, body);
         if (found == end_.ids.end()) return std::nullopt;
         return end_.Position(static_cast<std::size_t>(found - end_.ids.begin()));
@@ -234,10 +256,11 @@ void RunComparison::AddRings(double time, const BodyLabels& labels,
                              std::vector<OverlayItem>* items) const {
     if (!IsOn()) return;
     const FrameMoment frame = FrameAt(time, labels);
-    const std::size_t count = std::min(end_.CountBodies(), kMaxRings);
+    const std::vector<int64> ids = IsAtEnd(time) ? end_.ids : history_->BodiesOf(RunAt(time));
+    const std::size_t count = std::min(ids.size(), kMaxRings);
     for (std::size_t i = 0; i < count; i++) {
-        const auto place = PlaceOf(end_.ids[i], time);
-        const auto look = looks_.find(end_.ids[i]);
+        const auto place = PlaceOf(ids[i], time);
+        const auto look = looks_.find(ids[i]);
         if (!place || look == looks_.end()) continue;
         const ThreeVector seen = frame.See(*place);
         OverlayItem ring;

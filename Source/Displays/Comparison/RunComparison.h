@@ -15,6 +15,7 @@
 #include "Displays/Trajectories/TrajectoryCache.h"
 #include "Platform/Interface/Canvas/CanvasView.h"
 #include "Simulation/History/MomentFinder.h"
+#include "Simulation/History/TimeLine.h"
 
 class AbEpoch;
 class Display;
@@ -36,15 +37,20 @@ public:
     RunComparison& operator=(const RunComparison&) = delete;
 
     void SetHistory(const RunHistory* history) { history_ = history; }
+    [[nodiscard]] const RunHistory* History() const { return history_; }
     // Null: with nothing. The caller holds the model's read lock.
     void CompareWith(const AbEpoch* other, std::string name);
     // What is compared with may have gone, or be longer. Takes the model's read lock.
     void ModelChanged();
     [[nodiscard]] bool IsOn() const { return other_ != nullptr; }
     [[nodiscard]] const AbEpoch* Other() const { return other_; }
-    // Of the runs that led to the other epoch the one that the time lies in, or the other epoch's
-    // if it is over by then; null: none that is kept.
+    // Of the runs that led to the other epoch the one that the time lies in, or the last one if it
+    // is over by then; null: none that is kept.
     [[nodiscard]] const AbEpoch* RunAt(double time) const;
+    // What is known of the distance is not true any more.
+    void Forget();
+    // Whether that line is to be told: what is known has changed since the last look.
+    [[nodiscard]] std::optional<std::string> TakeDistance(double unit, const BodyLabels& labels);
 
     // The display shows its bodies as they are at that time, to the bit: how far apart are they?
     void Measure(double time, const BodyLabels& labels);
@@ -66,7 +72,10 @@ private:
 
     void ReadEnd(const AbEpoch& other);
     void NoteFound(const MomentFinder::Wish& wish, const std::optional<Moment>& moment);
+    [[nodiscard]] bool HasEnd() const;
     [[nodiscard]] bool IsOver(double time) const;
+    [[nodiscard]] bool IsAtEnd(double time) const { return time == end_.time || IsOver(time); }
+    [[nodiscard]] std::string DistanceLine(double unit, const BodyLabels& labels) const;
     [[nodiscard]] BodyPlaces ShownPlaces(double time, const BodyLabels& labels) const;
     [[nodiscard]] std::optional<ThreeVector> PlaceOf(int64 body, double time) const;
     [[nodiscard]] FrameMoment FrameAt(double time, const BodyLabels& labels) const;
@@ -78,8 +87,8 @@ private:
     const AbEpoch* other_ = nullptr;
     std::weak_ptr<const void> life_;  // of it
     std::string name_;
-    std::vector<const AbEpoch*> runs_;  // the kept ones, from the other epoch's back
-    SystemState end_;                   // of the other epoch
+    TimeLine line_;    // of the other epoch
+    SystemState end_;  // likewise
     std::unordered_map<int64, Look> looks_;
 
     mutable std::mutex mutex_;  // guards what follows
@@ -87,5 +96,6 @@ private:
     bool isMeasuring_ = false;
     std::optional<Found> found_;
     int64 asked_ = 0;
+    std::string told_;                      // the line of the distance
     std::unique_ptr<MomentFinder> finder_;  // last: it uses the above
 };

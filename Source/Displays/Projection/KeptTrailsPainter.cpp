@@ -1,6 +1,7 @@
 #include "Displays/Projection/KeptTrailsPainter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "Displays/Comparison/RunComparison.h"
@@ -150,9 +151,12 @@ void KeptTrailsPainter::AddFaint(TrailSource source, std::vector<KeptTrails::Tra
     if (source.run != faintRun_) {
         faintRun_ = source.run;
         faintParts_ = source.FindParts(display_->Epoch());
-        std::erase_if(faintParts_, [this](const TrailSource::Part& part) {
-            return std::ranges::find(*parts_, part.epoch, &TrailSource::Part::epoch) !=
-                   parts_->end();
+        // A branch shares the run that it begins in up to there.
+        std::erase_if(faintParts_, [this](TrailSource::Part& part) {
+            const auto own = std::ranges::find(*parts_, part.epoch, &TrailSource::Part::epoch);
+            if (own == parts_->end()) return false;
+            part.from = own->to;
+            return std::isinf(own->to) || own->to == part.to;
         });
     }
     for (KeptTrails::Trail& trail : source.Take(faintParts_)) {

@@ -40,7 +40,7 @@ ProjectionDisplay::ProjectionDisplay(BRect frame, const char* title, EpochPortal
       shown_(Epoch()),
       keptTrails_(this),
       mover_(this, &fields_, &shown_, &dialogs_, &keptTrails_),
-      compared_(this, &shown_, &mover_, context_),
+      compared_(this, &shown_, &mover_, &dialogs_, context_),
       pictureSaver_(this, context.texts) {
     keptTrails_.SetComparison(&compared_.Comparison());
     SetKind(kType, Texts().Text(kLabelProjection));
@@ -180,6 +180,7 @@ void ProjectionDisplay::Pulse() {
 
 void ProjectionDisplay::Quit() {
     dialogs_.CancelAll();
+    compared_.End();
     TrajectoryDisplay::Quit();
 }
 
@@ -219,12 +220,14 @@ void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions
 void ProjectionDisplay::Redisplay(int32 changes) {
     const int32 told = changes;
     if (shown_.IsStale()) changes |= kAllOfFocusChanged;
+    bool isRestored = false;
     if ((changes & (kNamesChanged | kTimesChanged)) != 0) {
         {
             const ReadGuard guard(Epoch());
             const EpochPortal shown = TakeShown();
             if ((changes & kNamesChanged) != 0) TakeBodies(shown.BodiesInMassOrder());
             shown_.TakeTime(IsRunning());
+            isRestored = shown_.TakeWhetherRestored() && keptTrails_.History() != nullptr;
         }
         Sky()->ShowTexts();
     }
@@ -235,7 +238,8 @@ void ProjectionDisplay::Redisplay(int32 changes) {
     compared_.Redisplay(told);
     if (shown_.TakeWhetherMoved())
         ShowOtherMoment();
-    else if (areOthersKept || ((changes & kTimesChanged) != 0 && keptTrails_.ChangeAtEnds()))
+    else if (isRestored || areOthersKept ||
+             ((changes & kTimesChanged) != 0 && keptTrails_.ChangeAtEnds()))
         mover_.Redraw(false);
     foot_->Redisplay(told);
 }
@@ -356,12 +360,13 @@ std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
     if (fields_.options.time)
         items.push_back(MakeTimeText(Texts().Label(kLabelTimeIs), shown_.Time(), shown_.TimeUval(),
                                      *context_.timeUnits));
-    compared_.AddTexts(dialogs_.LengthUnit(), &items);
+    compared_.AddTexts(&items);
     // Names take the room that is left.
     const BodyLabels& labels = shown_.Labels();
     if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels.bodies.size()))
         AddChosenName(*View(), labels, pointedAt, &items);
     if (fields_.options.names) AddNames(*View(), labels, pointedAt, &items);
+    compared_.AddRings(&items);  // they leave names their room
     return items;
 }
 

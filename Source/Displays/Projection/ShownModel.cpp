@@ -22,6 +22,13 @@ bool ShownModel::TakeWhetherMoved() {
     return true;
 }
 
+bool ShownModel::TakeWhetherRestored() {
+    const AbEpoch* const before = std::exchange(focus_, portal_->FocusEpoch());
+    for (const AbEpoch* epoch = focus_; epoch != nullptr; epoch = epoch->Parent())
+        if (epoch == before) return false;
+    return before != nullptr;
+}
+
 bool ShownModel::TakeLabels(const std::vector<Body*>& bodies) {
     BodyLabels labels = ReadBodyLabels(Epoch(), bodies);
     if (labels == labels_) return false;

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] const AbEpoch& Epoch() const;
     // Whether the picture is still of another moment; it is to be drawn at once.
     [[nodiscard]] bool TakeWhetherMoved();
+    // Whether the focus has gone to an epoch that the one before it did not lead to.
+    [[nodiscard]] bool TakeWhetherRestored();
 
     // True if they are not what they were.
     [[nodiscard]] bool TakeLabels(const std::vector<Body*>& bodies);
@@ -45,6 +47,7 @@ private:
     ShownMoment* source_ = nullptr;
     Moment moment_;
     std::shared_ptr<const void> drawn_;  // its epoch, up to which the trails are drawn; null: now
+    const AbEpoch* focus_ = nullptr;     // at the last look; only compared
     BodyLabels labels_;
     double time_ = 0.0;  // s
     double timeUval_ = 1.0;

@@ -10,6 +10,7 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/ShortestOrbit.h"
 #include "Platform/Application/BLooper.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenu.h"
@@ -129,12 +130,14 @@ std::string TimeLineBar::TipOf(const TimeLine::Mark& mark) const {
 
 void TimeLineBar::TellMark(float x) {
     const TimeLinePainter painter(line_, Bounds());
-    const TimeLine::Mark* const mark = painter.MarkAt(x);
+    std::string tip;
+    for (const TimeLine::Mark* const mark : painter.MarksAt(x))
+        tip += (tip.empty() ? "" : "\n") + TipOf(*mark);
     const TimeLine::Run* const run = line_.RunAt(painter.TimeAt(x));
     const int32 text = run != nullptr && !run->isKept ? kTextNotMade : kTextTimeLineTip;
-    const std::string tip = mark == nullptr ? context_.texts->Label(text) : TipOf(*mark);
+    if (tip.empty()) tip = context_.texts->Label(text);
     if (tip == tip_) return;
-    tip_ = tip;
+    tip_ = std::move(tip);
     SetToolTip(tip_.c_str());
 }
 
@@ -149,8 +152,12 @@ void TimeLineBar::PauseRun() {
     if (isRunning_) WindowServer::Deliver(source_.owner, BMessage(kPauseForUser));
 }
 
+// What Auto comes to the calculator knows when a run has begun; until then it is looked up.
 double TimeLineBar::SecondsPerSecond() const {
-    return source_.portal->GetCalculator()->SecondsPerSecond();
+    const AbCalculator& calculator = *source_.portal->GetCalculator();
+    if (const double known = calculator.SecondsPerSecond(); known > 0.0) return known;
+    const ReadGuard guard(source_.portal);
+    return AutoPace(source_.portal->BodiesInMassOrder());
 }
 
 void TimeLineBar::SeekTo(double time) {
@@ -218,6 +225,7 @@ bool TimeLineBar::TakeKey(const KeyInput& input) {
             return true;
         case B_ESCAPE:
             player_.Stop();
+            source_.shown->StopMaking();  // the simulation may be waiting for it
             WindowServer::Deliver(source_.owner, BMessage(kStopMaking));
             return true;
         default:

@@ -15,8 +15,9 @@ constexpr float kTick = 6.0f;
 constexpr float kMerger = 3.5f;
 constexpr float kKnob = 6.5f;
 constexpr float kHalo = 8.0f;
-constexpr float kReach = 5.0f;  // from a mark
-constexpr float kGap = 8.0f;    // between texts
+constexpr float kReach = 5.0f;       // from a mark
+constexpr float kGap = 8.0f;         // between texts
+constexpr std::size_t kMaxTold = 8;  // marks in one place
 
 constexpr rgb_color kTrack{66, 70, 84, 255};
 constexpr rgb_color kKept{84, 118, 168, 255};
@@ -53,13 +54,15 @@ double TimeLinePainter::TimeAt(float x) const {
     return line_.Start() + part * (line_.End() - line_.Start());
 }
 
-const TimeLine::Mark* TimeLinePainter::MarkAt(float x) const {
-    const TimeLine::Mark* nearest = nullptr;
+std::vector<const TimeLine::Mark*> TimeLinePainter::MarksAt(float x) const {
+    std::vector<const TimeLine::Mark*> nearest;
+    float reach = kReach;
     for (const TimeLine::Mark& mark : line_.marks) {
         const float distance = std::abs(PlaceOf(mark.time) - x);
-        if (distance <= kReach &&
-            (nearest == nullptr || distance < std::abs(PlaceOf(nearest->time) - x)))
-            nearest = &mark;
+        if (distance > reach) continue;
+        if (distance < reach) nearest.clear();
+        reach = distance;
+        if (nearest.size() < kMaxTold) nearest.push_back(&mark);
     }
     return nearest;
 }
@@ -100,9 +103,10 @@ void TimeLinePainter::AddNames(const CanvasView& view, std::vector<OverlayItem>*
         name.where = {PlaceOf(mark.time) - bounds_.left, 1.0f};
         name.text = mark.name;
         name.color = kText;
-        const BRect frame = view.FrameOf(name);
-        if (name.where.x + bounds_.left < free || frame.right > bounds_.right) continue;
-        free = frame.right + kGap;
+        const float width = view.FrameOf(name).Width();
+        name.where.x = std::min(name.where.x, bounds_.Width() - width);
+        if (name.where.x + bounds_.left < free) continue;
+        free = name.where.x + bounds_.left + width + kGap;
         texts->push_back(std::move(name));
     }
 }

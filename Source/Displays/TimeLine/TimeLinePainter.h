@@ -22,8 +22,8 @@ public:
     [[nodiscard]] float PlaceOf(double time) const;
     // Beyond the ends of the line: the ends.
     [[nodiscard]] double TimeAt(float x) const;
-    // The mark that lies there, or null.
-    [[nodiscard]] const TimeLine::Mark* MarkAt(float x) const;
+    // The marks that lie there, a few at the most.
+    [[nodiscard]] std::vector<const TimeLine::Mark*> MarksAt(float x) const;
 
     // `moment`: the time that is shown.
     void Draw(Canvas* canvas, double moment, bool isPast) const;

@@ -81,8 +81,14 @@ std::vector<TrailSource::Part> TrailSource::FindParts(EpochPortal* portal) const
     const AbEpoch* epoch = run != nullptr && portal->HasEpoch(run) ? run : portal->FocusEpoch();
     while (epoch != nullptr) {
         const auto way = history->WayTo(*epoch);
-        if (!way) break;
         const bool isErased = epoch == erasedIn;
+        // One that was edited, or whose run just begins, goes on from where the one above ends.
+        if (!way && !isErased && epoch->Parent() != nullptr &&
+            epoch->Parent()->Time() == epoch->Time()) {
+            epoch = epoch->Parent();
+            continue;
+        }
+        if (!way) break;
         Part part{
             way->run, isErased ? erasedUntil : -kEver, way->run == epoch ? kEver : way->end, {}};
         const AbEpoch* const parent = epoch->Parent();

@@ -38,6 +38,22 @@ void MomentFinder::Want(const Wish& wish) {
         const std::lock_guard lock(mutex_);
         wish_ = wish;
         wishes_++;
+        busy_.reset();
+        isHurried_ = false;
+    }
+    changed_.notify_all();
+}
+
+void MomentFinder::Hurry(const Wish& wish) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (busy_ == wish.number) return;
+        isHurried_ = true;
+        if (!wish_ || wish_->number != wish.number) {
+            wish_ = wish;
+            wishes_++;
+            busy_.reset();
+        }
     }
     changed_.notify_all();
 }
@@ -46,6 +62,7 @@ void MomentFinder::WantNothing() {
     const std::lock_guard lock(mutex_);
     wish_.reset();
     wishes_++;
+    busy_.reset();
 }
 
 std::optional<double> MomentFinder::Progress() const {
@@ -64,9 +81,11 @@ void MomentFinder::Work() {
         changed_.wait(lock, [this] { return isEnding_ || wish_; });
         const int64 count = wishes_;
         const bool isStep = wish_ && wish_->step != 0;
-        if (!isStep && changed_.wait_for(lock, kRest, [&] { return wishes_ != count; })) continue;
-        if (isEnding_ || !wish_) continue;
+        if (!isStep) changed_.wait_for(lock, kRest, [&] { return wishes_ != count || isHurried_; });
+        if (wishes_ != count || !wish_) continue;
         const Wish wish = *std::exchange(wish_, std::nullopt);
+        busy_ = wish.number;
+        isHurried_ = false;
         lock.unlock();
         std::optional<Moment> moment;
         try {
@@ -81,11 +100,8 @@ void MomentFinder::Work() {
         progress_ = kNoProgress;
         if (IsWanted(count)) found_(wish, moment);
         lock.lock();
+        if (wishes_ == count) busy_.reset();
     }
-}
-
-std::optional<Moment> MomentFinder::Find(const Wish& wish) const {
-    return Find(wish, {});
 }
 
 std::optional<Moment> MomentFinder::Find(const Wish& wish,

@@ -38,8 +38,8 @@ public:
     // Instead of what was wanted before; after a while, unless it is a step.
     void Want(const Wish& wish);
     void WantNothing();
-    // On the caller's thread, which waits.
-    [[nodiscard]] std::optional<Moment> Find(const Wish& wish) const;
+    // Somebody waits for it: at once, unless it is what is being computed.
+    void Hurry(const Wish& wish);
     // Of what takes long: the part that is done.
     [[nodiscard]] std::optional<double> Progress() const;
 
@@ -63,6 +63,8 @@ private:
     mutable std::mutex mutex_;  // guards what follows
     std::condition_variable changed_;
     std::optional<Wish> wish_;
+    std::optional<int64> busy_;  // the number of the wish that is carried out
+    bool isHurried_ = false;
     int64 wishes_ = 0;
     bool isEnding_ = false;
     std::thread thread_;  // last: it uses the above

@@ -1,8 +1,11 @@
 #include "Simulation/History/SavedHistory.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 #include <memory>
 #include <new>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -12,6 +15,8 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/FieldTable.h"
+#include "Simulation/Document/RecordDigest.h"
+#include "Simulation/Document/SystemState.h"
 #include "Simulation/History/KeptRun.h"
 #include "Simulation/History/KeptRunRecord.h"
 #include "Simulation/History/RunHistory.h"
@@ -19,8 +24,53 @@
 namespace {
 
 constexpr const char* kRuns = "Runs";
+constexpr const char* kBranches = "Branches";
 // Less is worth nothing.
 constexpr std::size_t kMinBytes = 1000;
+
+bool IsNumber(int32 number) {
+    return number >= 0;
+}
+
+bool IsFinite(double number) {
+    return std::isfinite(number);
+}
+
+// An epoch that begins in a run.
+struct BranchFields {
+    int32 run = 0;
+    double time = 0.0;
+    int64 state = 0;
+};
+
+constexpr FieldTable kBranchFields{
+    Field<&BranchFields::run>{.name = "Run",
+                              .meaning = "which of the runs it begins in, from 0",
+                              .accepts = IsNumber,
+                              .whenMissing = "damaged"},
+    Field<&BranchFields::time>{
+        .name = "When", .meaning = "s", .accepts = IsFinite, .whenMissing = "damaged"},
+    Field<&BranchFields::state>{.name = "State",
+                                .meaning = "eight bytes of a SHA-256 of the epoch's time and of "
+                                           "the identifiers, masses, places and velocities of its "
+                                           "bodies; the epoch is one below the run's start",
+                                .whenMissing = "damaged"},
+};
+
+int64 DigestOf(const EpochPortal& document, const AbEpoch& epoch) {
+    EpochPortal portal(document);
+    portal.SetEpochTo(const_cast<AbEpoch*>(&epoch));  // only looked at
+    const SystemState state = StateOf(portal);
+    RecordDigest digest;
+    digest.Add(std::as_bytes(std::span(&state.time, 1)));
+    digest.Add(std::as_bytes(std::span(state.ids)));
+    for (const auto* const numbers : {&state.gm, &state.positions, &state.velocities})
+        digest.Add(std::as_bytes(std::span(*numbers)));
+    const RecordDigest::Bytes bytes = digest.End();
+    int64 first = 0;
+    std::memcpy(&first, bytes.data(), sizeof first);
+    return first;
+}
 
 std::vector<const AbEpoch*> EpochsOf(EpochPortal* portal) {
     std::vector<const AbEpoch*> epochs;
@@ -37,9 +87,9 @@ void ThinTo(std::size_t bytes, KeptRun* run) {
         run->ThinSamples();
 }
 
-// Each run gets its share of the room.
+// Each run gets its share of the room. `written`: the epochs of the runs.
 status_t WriteRuns(const std::vector<const AbEpoch*>& epochs, const RunHistory& history,
-                   std::size_t room, BMessage* into) {
+                   std::size_t room, BMessage* into, std::vector<const AbEpoch*>* written) {
     const std::size_t all = std::max<std::size_t>(history.Bytes(), 1);
     const double share = std::min(static_cast<double>(room) / static_cast<double>(all), 1.0);
     for (const AbEpoch* const epoch : epochs) {
@@ -51,8 +101,37 @@ status_t WriteRuns(const std::vector<const AbEpoch*>& epochs, const RunHistory& 
         status_t status = KeptRunRecord::Write(*run, &record);
         if (status == B_OK) status = into->AddMessage(kRuns, std::move(record));
         if (status != B_OK) return status;
+        written->push_back(epoch);
     }
     return B_OK;
+}
+
+status_t WriteBranches(EpochPortal* portal, const RunHistory& history,
+                       const std::vector<const AbEpoch*>& runs, BMessage* into) {
+    const ReadGuard guard(portal);
+    for (EpochCursor cursor(portal->RootEpoch()); cursor.GetEpoch() != nullptr;
+         cursor.Increment()) {
+        const AbEpoch* const epoch = cursor.GetEpoch();
+        const auto way = history.WayTo(*epoch);
+        if (!way || way->run == epoch) continue;
+        const auto run = std::ranges::find(runs, way->run);
+        if (run == runs.end()) continue;
+        const BranchFields fields{static_cast<int32>(run - runs.begin()), way->end,
+                                  DigestOf(*portal, *epoch)};
+        BMessage record;
+        status_t status = kBranchFields.Write(fields, &record);
+        if (status == B_OK) status = into->AddMessage(kBranches, std::move(record));
+        if (status != B_OK) return status;
+    }
+    return B_OK;
+}
+
+// Everything, in so much room.
+status_t Write(EpochPortal* portal, const std::vector<const AbEpoch*>& epochs,
+               const RunHistory& history, std::size_t room, BMessage* into) {
+    std::vector<const AbEpoch*> runs;
+    const status_t status = WriteRuns(epochs, history, room, into, &runs);
+    return status == B_OK ? WriteBranches(portal, history, runs, into) : status;
 }
 
 // What it ended with may have merged since.
@@ -78,7 +157,8 @@ bool EndsIn(const KeptRun& run, const AbEpoch& epoch) {
     return true;
 }
 
-void Give(std::unique_ptr<KeptRun> run, EpochPortal* portal, RunHistory* history) {
+// Where it belongs; null: nowhere.
+const AbEpoch* Give(std::unique_ptr<KeptRun> run, EpochPortal* portal, RunHistory* history) {
     const Epoch* end = nullptr;
     std::weak_ptr<const void> life;
     {
@@ -87,10 +167,35 @@ void Give(std::unique_ptr<KeptRun> run, EpochPortal* portal, RunHistory* history
              cursor.GetEpoch() != nullptr && end == nullptr; cursor.Increment())
             if (EndsIn(*run, *cursor.GetEpoch()) && !history->SpanOf(cursor.GetEpoch()))
                 end = dynamic_cast<const Epoch*>(cursor.GetEpoch());
-        if (end == nullptr) return;
+        if (end == nullptr) return nullptr;
         life = end->Life();
     }
-    history->Adopt(end, life, std::move(run));
+    return history->Adopt(end, life, std::move(run)) ? end : nullptr;
+}
+
+// Gives the epochs that begin in the run their way.
+void ReadBranch(const BranchFields& branch, const AbEpoch* run, EpochPortal* portal,
+                RunHistory* history) {
+    const ReadGuard guard(portal);
+    if (!portal->HasEpoch(run)) return;
+    const AbEpoch* const start = run->Parent();
+    for (int32 i = 0; i < start->CountChildren(); i++)
+        if (const AbEpoch* const epoch = start->ChildAt(i);
+            epoch != run && !history->WayTo(*epoch) && DigestOf(*portal, *epoch) == branch.state)
+            history->NoteBranch(epoch, run, branch.time);
+}
+
+// Damaged ones have no record, but keep their place.
+template <typename Take>
+void ForEach(const BMessage& from, const char* name, Take take) {
+    type_code type = 0;
+    int32 count = 0;
+    if (from.GetInfo(name, &type, &count) != B_OK || type != B_MESSAGE_TYPE) return;
+    for (int32 i = 0; i < count; i++) {
+        BMessage record;
+        static_cast<void>(from.FindMessage(name, i, &record));
+        take(record);
+    }
 }
 
 }  // namespace
@@ -100,7 +205,8 @@ BMessage SavedHistory::Of(EpochPortal* portal, const RunHistory& history, std::s
     try {
         for (std::size_t room = most; room >= kMinBytes; room /= 2) {
             BMessage record;
-            if (WriteRuns(epochs, history, room, &record) != B_OK || record.IsEmpty()) return {};
+            if (Write(portal, epochs, history, room, &record) != B_OK || record.IsEmpty())
+                return {};
             if (const std::size_t size = record.FlattenedSize(); size > 0 && size <= most)
                 return record;
         }
@@ -111,16 +217,19 @@ BMessage SavedHistory::Of(EpochPortal* portal, const RunHistory& history, std::s
 }
 
 void SavedHistory::Read(const BMessage& record, EpochPortal* portal, RunHistory* history) {
-    type_code type = 0;
-    int32 count = 0;
-    if (record.GetInfo(kRuns, &type, &count) != B_OK || type != B_MESSAGE_TYPE) return;
     try {
-        for (int32 i = 0; i < count; i++) {
-            BMessage run;
-            if (record.FindMessage(kRuns, i, &run) != B_OK) continue;
-            if (auto kept = KeptRunRecord::Read(run); kept != nullptr)
-                Give(std::move(kept), portal, history);
-        }
+        std::vector<const AbEpoch*> runs;
+        ForEach(record, kRuns, [&](const BMessage& item) {
+            auto run = KeptRunRecord::Read(item);
+            runs.push_back(run == nullptr ? nullptr : Give(std::move(run), portal, history));
+        });
+        ForEach(record, kBranches, [&](const BMessage& item) {
+            BranchFields branch;
+            if (kBranchFields.Read(item, &branch) != B_OK) return;
+            const auto number = static_cast<std::size_t>(branch.run);
+            if (number < runs.size() && runs[number] != nullptr)
+                ReadBranch(branch, runs[number], portal, history);
+        });
     } catch (const std::bad_alloc&) {
         // The rest counts as missing, too.
     }
@@ -128,4 +237,9 @@ void SavedHistory::Read(const BMessage& record, EpochPortal* portal, RunHistory*
 
 void SavedHistory::DescribeFields(FieldDescriptions* into) {
     DescribeField(into, kRuns, B_MESSAGE_TYPE, "any", "none", "what is kept of one run");
+    DescribeField(into, kBranches, B_MESSAGE_TYPE, "any", "none", "an epoch that begins in one");
+}
+
+void SavedHistory::DescribeBranch(FieldDescriptions* into) {
+    kBranchFields.Describe(into);
 }

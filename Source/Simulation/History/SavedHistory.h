@@ -18,9 +18,10 @@ public:
     // much. Empty: nothing is, or there is no memory for it. Takes the portal's read lock.
     [[nodiscard]] static BMessage Of(EpochPortal* portal, const RunHistory& history,
                                      std::size_t most = kMaxBytes);
-    // Gives the history those runs that lead from one epoch of the tree to another. What is damaged
-    // counts as missing. Takes the portal's read lock.
+    // Gives the history those runs that lead from one epoch of the tree to another, and tells it
+    // which epochs begin in them. What is damaged counts as missing. Takes the portal's read lock.
     static void Read(const BMessage& record, EpochPortal* portal, RunHistory* history);
 
     static void DescribeFields(FieldDescriptions* into);
+    static void DescribeBranch(FieldDescriptions* into);
 };

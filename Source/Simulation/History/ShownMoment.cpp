@@ -104,6 +104,7 @@ void ShownMoment::Show(Moment moment, int64 changes) {
         Take(std::move(moment));
         wish.number = ++changes_;
     }
+    settled_.notify_all();
     if (wish.run != nullptr)
         finder_.Want(wish);
     else
@@ -148,6 +149,13 @@ void ShownMoment::MakeRunAgain() {
 
 void ShownMoment::StopMaking() {
     remaker_.WantNothing();
+    {
+        const std::lock_guard lock(mutex_);
+        stops_++;
+    }
+    finder_.WantNothing();
+    settled_.notify_all();
+    portal_->TellObservers(kMomentChanged);
 }
 
 std::optional<RunHistory::Finding> ShownMoment::TakeRefusal() {
@@ -182,10 +190,33 @@ void ShownMoment::BackToNow() {
     Show({}, changes);
 }
 
-std::optional<Moment> ShownMoment::GetExact() const {
-    Moment moment = Get();
-    if (!moment.IsPast() || moment.isExact) return moment;
-    return finder_.Find({moment.run, moment.epoch->Time()});
+std::optional<Moment> ShownMoment::GetExact(const Waits& waits,
+                                            std::chrono::milliseconds patience) {
+    constexpr std::chrono::milliseconds kTelling(100);
+    const auto end = std::chrono::steady_clock::now() + patience;
+    std::unique_lock lock(mutex_);
+    if (!moment_.IsPast()) return moment_;
+    const int64 changes = changes_;
+    const int64 stops = stops_;
+    const MomentFinder::Wish wish{moment_.run, moment_.epoch->Time(), 0, changes};
+    const auto isSettled = [&] {
+        return changes_ != changes || stops_ != stops || !moment_.IsPast() || moment_.isExact;
+    };
+    while (!isSettled() && std::chrono::steady_clock::now() < end) {
+        lock.unlock();
+        finder_.Hurry(wish);
+        if (waits) waits();
+        lock.lock();
+        settled_.wait_for(lock, std::min(patience, kTelling), isSettled);
+    }
+    // The report may be the last one, which is now.
+    const bool isIt = !moment_.IsPast() ? !isLost_ : moment_.isExact;
+    return changes_ == changes && isIt ? std::optional(moment_) : std::nullopt;
+}
+
+bool ShownMoment::TakeWhetherLost() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(isLost_, false);
 }
 
 // Beyond the last report is now, and so is what cannot be found.
@@ -199,8 +230,10 @@ void ShownMoment::NoteFound(const MomentFinder::Wish& wish, const std::optional<
     {
         const std::lock_guard lock(mutex_);
         if (wish.number != changes_) return;
+        isLost_ = !moment && wish.step == 0;
         Take(isPast ? *moment : Moment{});
     }
+    settled_.notify_all();
     portal_->TellObservers(kMomentChanged);
 }
 
@@ -214,6 +247,7 @@ void ShownMoment::Changed(int32 what) {
         if (!moment_.IsPast()) return;
         Take({});
     }
+    settled_.notify_all();
     finder_.WantNothing();
     portal_->TellObservers(kMomentChanged);
 }

@@ -5,6 +5,9 @@
 // Any thread; none may hold a lock of the document, except to ask.
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -40,15 +43,20 @@ public:
     // now, until another one is edited; or, with kNoSystemID, the document's again.
     void SetFocus(int64 system);
 
-    // Of a moment of the past that is not exact yet; the caller waits until it is. Null: it cannot
-    // be computed.
-    [[nodiscard]] std::optional<Moment> GetExact() const;
+    // Once the moment is exact, or is now; the caller waits for so long, and is called now and then
+    // meanwhile. Null: it is not yet, cannot be computed, or that was stopped, or it was left.
+    using Waits = std::function<void()>;
+    [[nodiscard]] std::optional<Moment> GetExact(
+        const Waits& waits = {}, std::chrono::milliseconds patience = std::chrono::hours(24));
     // Of a moment that takes long to compute: the part that is done.
     [[nodiscard]] std::optional<double> Progress() const { return finder_.Progress(); }
+    // Takes whether a moment could not be computed, and now is shown instead.
+    [[nodiscard]] bool TakeWhetherLost();
 
     // The run of the moment, or the newest one on the line, is made again in the background;
     // whatever is shown meanwhile stays.
     void MakeRunAgain();
+    // Also whoever waits for a moment waits no longer.
     void StopMaking();
     [[nodiscard]] std::optional<double> MakingProgress() const { return remaker_.Progress(); }
     // Takes why a run could not be made again, if that was not told yet.
@@ -77,6 +85,9 @@ private:
     };
     std::optional<Awaited> awaited_;
     std::optional<RunHistory::Finding> refusal_;
+    bool isLost_ = false;
+    int64 stops_ = 0;
+    std::condition_variable settled_;
     MomentFinder finder_;  // last, as the next one, which uses it: they call the above
     RunRemaker remaker_;
 };

@@ -24,6 +24,28 @@ void AddMarks(const TimeLine::Run& run, const RunHistory& history, TimeLine* lin
     }
 }
 
+// Those that no run has led to: logged, edited, or the beginning of a branch. Names that go on in
+// the run that begins there are told once.
+void AddEpochs(const EpochPortal& portal, TimeLine* line) {
+    std::vector<TimeLine::Mark>& marks = line->marks;
+    if (line->IsEmpty()) return;
+    for (const AbEpoch* epoch = portal.FocusEpoch();
+         epoch->Parent() != nullptr && marks.size() < kMaxMarks; epoch = epoch->Parent()) {
+        const double time = epoch->Time();
+        const std::string name = epoch->Name();
+        const bool isRun =
+            std::ranges::find(line->runs, epoch, &TimeLine::Run::epoch) != line->runs.end();
+        if (isRun || line->IsBefore(time, line->Start()) || line->IsBefore(line->End(), time))
+            continue;
+        const auto after = std::ranges::find_if(
+            marks, [&](const TimeLine::Mark& mark) { return line->IsBefore(time, mark.time); });
+        const bool isTold = std::any_of(marks.begin(), after, [&](const TimeLine::Mark& mark) {
+            return mark.time == time && mark.name == name;
+        });
+        if (!isTold) marks.insert(after, {TimeLine::Mark::Kind::kEpoch, time, name, {}});
+    }
+}
+
 std::optional<TimeLine::Run> RunTo(const AbEpoch& epoch, const RunHistory& history) {
     if (const auto way = history.WayTo(epoch); way)
         return TimeLine::Run{way->run, way->start, way->end, true};
@@ -71,5 +93,6 @@ TimeLine ReadTimeLine(const EpochPortal& portal, const RunHistory& history) {
     TimeLine line = ReadRuns(portal, history);
     for (const TimeLine::Run& run : line.runs)
         AddMarks(run, history, &line);
+    AddEpochs(portal, &line);
     return line;
 }

@@ -18,7 +18,7 @@ struct TimeLine {
     };
     struct Mark {
         enum class Kind {
-            kEpoch,   // a run of this name begins
+            kEpoch,   // an epoch of this name, or the beginning of the run that led to it
             kMerger,  // `other` became part of the body of this name
         };
         Kind kind;
@@ -28,7 +28,7 @@ struct TimeLine {
     };
 
     std::vector<Run> runs;     // in the order in which they were made
-    std::vector<Mark> marks;   // likewise
+    std::vector<Mark> marks;   // as they come on the line
     double now = 0.0;          // s: the time of the epoch in focus
     bool isBackwards = false;  // time falls from its start to its end
 

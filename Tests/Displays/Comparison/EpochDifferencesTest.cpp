@@ -36,10 +36,11 @@ protected:
             body->SetVelocity(body->Velocity() - speed);
         }
     }
-    static std::string Describe(const Epoch* one, const Epoch* other) {
-        return DescribeDifferences({one, "one"}, {other, "other"}, TestContext());
+    std::string Describe(const Epoch* one, const Epoch* other) const {
+        return DescribeDifferences({one, "one"}, {other, "other"}, starts_, TestContext());
     }
 
+    BranchStarts starts_;
     Epoch root_;
     Epoch* const start_ = MakePlanetEpoch("Start").release();
 };
@@ -52,6 +53,26 @@ TEST_F(EpochDifferencesTest, OfTwoRunsFromOneEpochIsANewStartAlone) {
     const std::string text = Describe(first, second);
     EXPECT_NE(text.find("Nothing was edited"), std::string::npos) << text;
     EXPECT_EQ(Describe(first, second->Parent() == start_ ? start_ : nullptr), text);
+}
+
+// Against the moment that it began with, to the bit; what a coordinate has by rounding is none.
+TEST_F(EpochDifferencesTest, ABranchIsTheMomentOfARunUntilItIsEdited) {
+    Epoch* const run = RunBelow(start_);
+    Epoch* const moment = RunBelow(start_);
+    Epoch* const branch = CopyBelow(start_);
+    branch->SetTime(moment->Time());
+    starts_[branch].reset(static_cast<const AbEpoch*>(moment->Copy()));
+    for (int64 id = 0; id < 4; id++) {
+        BodyOf(branch, id)->SetPosition(BodyOf(moment, id)->Position());
+        BodyOf(branch, id)->SetVelocity(BodyOf(moment, id)->Velocity());
+    }
+    branch->SetWriteable(false);
+    EXPECT_NE(Describe(run, branch).find("Nothing was edited"), std::string::npos)
+        << Describe(run, branch);
+    Body* const body = BodyOf(branch, 1);
+    body->SetVelocity(body->Velocity() + ThreeVector{0.0, 1700.0, 2e-14});
+    const std::string text = Describe(run, RunBelow(branch));
+    EXPECT_NE(text.find("the velocity was changed by 0; 1.7; 0 km/s"), std::string::npos) << text;
 }
 
 TEST_F(EpochDifferencesTest, AreTheEditsSinceTheEpochsParted) {

@@ -9,6 +9,8 @@
 
 #include "Displays/Projection/FrameMenu.h"
 #include "Displays/Trajectories/TrajectoryView.h"
+#include "Interface Widgets/HistoryMessages.h"
+#include "Model/Commands/CommandFactory.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/AppDefs.h"
@@ -16,6 +18,8 @@
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"
 #include "Simulation/Document/SystemState.h"
+#include "Simulation/History/BranchCommand.h"
+#include "Simulation/History/Moment.h"
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
@@ -109,6 +113,21 @@ protected:
                         return true;
             return false;
         });
+    }
+
+    void Restore(AbEpoch* epoch) {
+        {
+            const WriteGuard guard(document_.portal);
+            document_.portal->SetEpochTo(epoch);
+        }
+        document_.portal->TellObservers(kEverything);
+        ::Settle(display_);
+    }
+    // A line over the picture that begins with this; empty: there is none.
+    std::string LineOf(const char* start) {
+        for (const OverlayItem& item : Locked([&] { return display_->MakeTexts(-1); }))
+            if (item.text.starts_with(start)) return item.text;
+        return {};
     }
 
     TestDocument document_;
@@ -253,6 +272,100 @@ TEST_F(KeptTrailsTest, ComparedWithAnotherRunAMillimetreShowsItsGrowth) {
     document_.portal->TellObservers(kEverything);
     ::Settle(display_);
     EXPECT_EQ(line(), "");
+}
+
+// From where the two part: a branch shares the run that it begins in. What is known of the distance
+// goes with an edit, and the simulation is told of it.
+TEST_F(KeptTrailsTest, ABranchIsComparedWithTheRunThatItBeganIn) {
+    Zoom(0.4);
+    Run(kStepsOfAYear / 2);
+    AbEpoch* const run = document_.portal->FocusEpoch();
+    Moment moment;
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(document_.portal);
+        moment = NearMoment(*run, 0.25 * kYear, history_);
+        command = MakeBranchCommand(document_.portal, &history_, moment);
+    }
+    ASSERT_TRUE(ExecuteFiled(document_.portal, std::move(command)));
+    auto* const earth = dynamic_cast<Body*>(document_.portal->FocusEpoch()->SystemFromID(1));
+    earth->SetVelocity(earth->Velocity() * 1.3);
+    Run(kStepsOfAYear / 8);
+    constexpr double kPi = std::numbers::pi;
+    ASSERT_GT(document_.portal->FocusEpoch()->Time(), 0.34 * kYear);
+    EXPECT_TRUE(WaitUntil([&] { return Drawn(0.1, 0.4 * kPi) == 1.0; }));
+    EXPECT_LT(Drawn(0.64 * kPi, 0.67 * kPi), 0.1);
+    Locked([&] { display_->CompareWith(run); });
+    EXPECT_TRUE(WaitUntil([&] { return Drawn(0.64 * kPi, 0.67 * kPi) == 1.0; }));
+    EXPECT_LT(Drawn(0.85 * kPi, 0.98 * kPi), 0.1) << "what comes later";
+
+    EXPECT_TRUE(WaitUntil([&] { return !LineOf("At most").empty(); }));
+    const std::string before = LineOf("At most");
+    EXPECT_TRUE(WaitUntil([&] {
+        const BMessage told = document_.owner->WaitFor(kTellSeparation);
+        std::string text;
+        return told.FindString(kTextField, &text) == B_OK && text == before;
+    }));
+    {
+        const WriteGuard guard(document_.portal);
+        auto* const sun = dynamic_cast<Body*>(document_.portal->FocusEpoch()->SystemFromID(0));
+        sun->SetPosition({0.0, 0.0, 9.0 * kAU});
+    }
+    document_.portal->TellObservers(kBodyDataChanged);
+    EXPECT_TRUE(WaitUntil([&] { return LineOf("At most").find("(Sun)") != std::string::npos; }))
+        << LineOf("At most");
+}
+
+// Its trails are not those of the run that is left, and come back with that.
+TEST_F(KeptTrailsTest, ARestoredEpochHasItsOwnTrails) {
+    Zoom(0.6);
+    Run(kStepsOfAYear / 4);
+    AbEpoch* const end = document_.portal->FocusEpoch();
+    constexpr double kPi = std::numbers::pi;
+    EXPECT_EQ(Drawn(0.05, 0.45 * kPi), 1.0);
+    Restore(end->Parent());
+    EXPECT_EQ(Drawn(), 0.0);
+    Restore(end);
+    EXPECT_TRUE(WaitUntil([&] { return Drawn(0.05, 0.45 * kPi) == 1.0; }));
+    // Erased ones do not.
+    ASSERT_EQ(display_->PostMessage(FourCC("eras")), B_OK);
+    ::Settle(display_);
+    Restore(end->Parent());
+    Restore(end);
+    EXPECT_LT(Drawn(), 0.02);
+    // What is edited has the trails that led to it.
+    Run(kStepsOfAYear / 4);
+    const auto hasTrail = [&] { return Drawn(0.55 * kPi, 0.95 * kPi) == 1.0; };
+    EXPECT_TRUE(WaitUntil(hasTrail));
+    AbEpoch* const record = document_.portal->FocusEpoch();
+    AbEpoch* const copy = record->Copy();
+    {
+        const WriteGuard guard(document_.portal);
+        record->AddChild(copy);
+    }
+    Restore(copy);
+    EXPECT_TRUE(WaitUntil(hasTrail));
+}
+
+TEST_F(KeptTrailsTest, ARunThatGoesBackIsOverWhereItEnds) {
+    AbEpoch* const start = document_.portal->FocusEpoch();
+    start->SetOrder(16);
+    document_.document.GetCalculator()->SetBackwards(true);
+    Run(20);
+    AbEpoch* const brief = document_.portal->FocusEpoch();
+    ASSERT_LT(brief->Time(), 0.0);
+    Run(20);
+    const AbEpoch* const both = document_.portal->FocusEpoch();
+    Restore(start);
+    Run(60);
+    ASSERT_LT(document_.portal->FocusEpoch()->Time(), both->Time());
+    Locked([&] { display_->CompareWith(both); });
+    EXPECT_NE(LineOf("Compared").find("which is over"), std::string::npos) << LineOf("Compared");
+    Restore(start);
+    Run(10);
+    ASSERT_GT(document_.portal->FocusEpoch()->Time(), brief->Time());
+    EXPECT_EQ(LineOf("Compared").find("which is over"), std::string::npos) << LineOf("Compared");
+    EXPECT_TRUE(WaitUntil([&] { return !LineOf("At most").empty(); }));
 }
 
 TEST_F(KeptTrailsTest, TrailsOfALimitedLengthEndThereAndFade) {

@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <random>
 
+#include "Model/Commands/CommandFactory.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Simulation/History/BranchCommand.h"
+#include "Simulation/History/ShownMoment.h"
 #include "Simulation/History/TimeLine.h"
 #include "Tests/Simulation/History/HistoryRun.h"
 
@@ -116,6 +119,44 @@ TEST(SavedHistory, ARunFindsItsEpochAmongOthers) {
                        other.document.Portal(), &other.history);
     EXPECT_FALSE(other.history.SpanOf(other.Focus()->Parent()));
     EXPECT_TRUE(again.history.SpanOf(end));
+}
+
+// Also one that was edited, which no run could be made again for.
+TEST(SavedHistory, ABranchComesBackWithTheWayToIt) {
+    HistoryRun first({{1.0, 0.0, 0.0, 0.0, 0.0, 0.0}, {1e-3, 1.0, 0.0, 0.0, 1.0, 0.0}});
+    first.Run(9000);
+    const Report& seen = first.recorder.reports[1234];
+    const double time = first.recorder.reports[6000].time;
+    {
+        ShownMoment shown(first.document.Portal(), &first.history, " & ");
+        shown.SeekTo(time);
+        const auto moment = shown.GetExact();
+        std::unique_ptr<LCommand> command;
+        if (const ReadGuard guard(first.document.Portal()); moment)
+            command = MakeBranchCommand(first.document.Portal(), &first.history, *moment);
+        ASSERT_TRUE(ExecuteFiled(first.document.Portal(), std::move(command)));
+    }
+    auto* const planet = dynamic_cast<Body*>(first.Focus()->SystemFromID(1));
+    planet->SetVelocity(planet->Velocity() * 1.1);
+    first.Run(500);
+
+    HistoryRun again(Saved(&first));
+    ReadInto(&again);
+    const TimeLine line = LineOf(&again);
+    ASSERT_EQ(line.runs.size(), 2U);
+    EXPECT_EQ(line.runs[0].end, time);
+    EXPECT_TRUE(line.runs[0].isKept);
+    RunCheckpoint moment;
+    ASSERT_EQ(again.history.MomentAt(line.runs[0].epoch, seen.time, {}, &moment), Finding::kFound);
+    EXPECT_TRUE(IsAt(moment.state, seen));
+    EXPECT_EQ(Saved(&again).ToText(), Saved(&first).ToText());
+
+    // One that has changed since begins nowhere.
+    HistoryRun other(Saved(&first));
+    auto* const moved = dynamic_cast<Body*>(other.Focus()->Parent()->SystemFromID(1));
+    moved->SetVelocity(moved->Velocity() * 1.1);
+    ReadInto(&other);
+    EXPECT_FALSE(LineOf(&other).runs[0].isKept);
 }
 
 // Little room: the newest is kept best, and what is there is still exact.

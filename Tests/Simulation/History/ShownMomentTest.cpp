@@ -171,10 +171,13 @@ TEST_F(ShownMomentTest, TheLineHasTheRunsOfTheBranchAndItsMarks) {
     EXPECT_EQ(line.End(), Reports().back().time);
     EXPECT_EQ(line.RunAt(firstEnd), &line.runs[1]);
     EXPECT_EQ(line.RunAt(line.End() + 1.0), nullptr);
-    ASSERT_EQ(line.marks.size(), 3U);
-    EXPECT_EQ(line.marks[1].kind, TimeLine::Mark::Kind::kMerger);
-    EXPECT_EQ(line.marks[1].other, "Body 3");
-    EXPECT_EQ(line.marks[2].name, "Second");
+    // The first run has another name than the epoch that it began from.
+    ASSERT_EQ(line.marks.size(), 4U);
+    EXPECT_EQ(line.marks[0].name, "Second");
+    EXPECT_EQ(line.marks[1].time, 0.0);
+    EXPECT_EQ(line.marks[2].kind, TimeLine::Mark::Kind::kMerger);
+    EXPECT_EQ(line.marks[2].other, "Body 3");
+    EXPECT_EQ(line.marks[3].name, "Second");
 
     // The step before the second run's start is one of the first run, and back again.
     shown_.SeekTo(firstEnd);
@@ -193,6 +196,9 @@ TEST_F(ShownMomentTest, ABranchHasTheWayToItOnItsLine) {
     shown_.SeekTo(end.time);
     ASSERT_TRUE(Branch());
     ASSERT_EQ(Line().runs.size(), 1U);
+    run_.Focus()->SetName("Elsewhere");
+    EXPECT_EQ(Line().marks.back().name, "Elsewhere");
+    EXPECT_EQ(Line().marks.back().time, end.time);
     EXPECT_EQ(Line().End(), end.time);
     EXPECT_EQ(Line().now, end.time);
     shown_.SeekTo(Reports()[45'000].time);
@@ -205,6 +211,8 @@ TEST_F(ShownMomentTest, ABranchHasTheWayToItOnItsLine) {
     run_.Run(1000);
     EXPECT_EQ(Line().runs.size(), 2U);
     EXPECT_EQ(Line().runs[1].start, end.time);
+    // A name that goes on is told once.
+    EXPECT_EQ(std::ranges::count(Line().marks, "Elsewhere", &TimeLine::Mark::name), 1);
     shown_.SeekTo(seen.time);
     ASSERT_TRUE(AwaitExact());
     EXPECT_TRUE(IsAt(ShownState(), seen));
