@@ -209,6 +209,7 @@ ForceEvaluator::Result ForceEvaluator::ListCollisions(const StopFlags& stop) {
     const double* const y = Position(1);
     const double* const z = Position(2);
     const double* const radius = Radius();
+    collisions_.clear();
     for (int32 i = CountMassive() - 1; i >= 0; i--) {
         if (stop.ShouldStop()) return Result::kStopped;
         for (int32 j = CountBodies() - 1; j > i; j--) {

@@ -145,8 +145,6 @@ TEST_F(RunMotion, WhatALowOrderCannotDoIsRefused) {
          std::vector<std::vector<std::string>>{{"--at", "1 yr"},
                                                {"--step-times"},
                                                {"--at", "1 yr", "--csv", "a", "--every", "2"},
-                                               {"--events", "a", "--checkpoint", "1h", "-o", "b"},
-                                               {"--at", "1 yr", "--csv", "a", "--resume", "b"},
                                                {"--escape-distance", "1 AU"},
                                                {"--at", "@" + Path("nothing"), "--csv", "a"}})
         EXPECT_EQ(RunProgram(what).status, 2) << what[0];
