@@ -114,4 +114,28 @@ TEST_F(RunCollision, CollapseOfManyBodiesKeepsMassAndMomentumOnAnyNumberOfThread
     }
 }
 
+// Whatever is done to the engine, runs of low order end where they always have.
+TEST_F(RunCollision, DigestsOfLowOrdersStay) {
+    Epoch cluster;
+    for (int64 i = 0; i < 60; i++)
+        AddSmallBody(
+            &cluster, i,
+            ThreeVector{static_cast<double>(i % 7), static_cast<double>(i % 11),
+                        static_cast<double>(i % 13)} *
+                10.0,
+            ThreeVector{static_cast<double>(i % 3), static_cast<double>(i % 5), 0.0} * 0.125);
+    const struct {
+        std::string document;
+        std::string digests[3];  // of the orders 2, 3 and 4
+    } runs[] = {{PutDocument("planets", *TestSystem()), {"", "", ""}},
+                {PutDocument("merging", *MergingSystem()), {"", "", ""}},
+                {PutDocument("cluster", cluster), {"", "", ""}}};
+    for (const auto& [document, digests] : runs)
+        for (std::size_t i = 0; i < 3; i++) {
+            const Outcome outcome = RunProgram({"-n", "2000", "--order", std::to_string(i + 2),
+                                                "--cutoff", "1e-6", "--json", document});
+            EXPECT_EQ(Member(outcome.out, "sha256").substr(1, 16), digests[i]) << document << i;
+        }
+}
+
 }  // namespace
