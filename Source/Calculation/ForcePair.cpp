@@ -20,17 +20,18 @@ void Put(const ThreeVector& value, double* const (&to)[3], int32 body) {
     to[2][body] = 0.0 + value.z;
 }
 
-// What the later body does to the earlier one, and the other way round.
+// What the later body does to the earlier one, if it has mass, and the other way round.
 struct Effect {
+    const bool isMutual;
     const double pullOfLater;
     const double pullOfEarlier;
 
     void Set(const ThreeVector& seen, double* const (&to)[3]) const {
-        Put(seen * pullOfLater, to, 0);
+        Put(isMutual ? seen * pullOfLater : ThreeVector(), to, 0);
         Put(-seen * pullOfEarlier, to, 1);
     }
     void Add(const ThreeVector& seen, double* const (&to)[3]) const {
-        const ThreeVector first = seen * pullOfLater;
+        const ThreeVector first = isMutual ? seen * pullOfLater : ThreeVector();
         const ThreeVector second = -seen * pullOfEarlier;
         to[0][0] += first.x, to[1][0] += first.y, to[2][0] += first.z;
         to[0][1] += second.x, to[1][1] += second.y, to[2][1] += second.z;
@@ -49,12 +50,13 @@ bool EvaluatePair(const ForceArrays& arrays, int32 order, double* rate) {
     const double q2 = q * q;
     const double q3 = q2 * q;
     const double earlier = arrays.gm[0];
-    const double later = arrays.massive == 2 ? arrays.gm[1] : 0.0;
+    const bool isMutual = arrays.massive == 2;
+    const double later = isMutual ? arrays.gm[1] : 0.0;
     const double w2 = Dot(w, w);
     const double found = std::max(w2 * q2, (earlier + later) * q3);
     if (!std::isfinite(w2 * q2) || !std::isfinite(found)) return false;
     *rate = found;
-    const Effect effect{later * q3, earlier * q3};
+    const Effect effect{isMutual, later * q3, earlier * q3};
     effect.Set(d, arrays.acceleration);
     if (order < 3) return true;
     const double dw = Dot(d, w);
