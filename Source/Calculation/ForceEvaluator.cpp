@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <thread>
 
+#include "Calculation/ForcePair.h"
 #include "Calculation/RankRows.h"
 
 namespace {
@@ -191,6 +192,13 @@ ForceEvaluator::Result ForceEvaluator::EvaluateWithRanks(int32 order, const Stop
 
 // On this thread alone and in one go.
 ForceEvaluator::Result ForceEvaluator::EvaluateQuickly(int32 order, const StopFlags& stop) {
+    if (arrays_.bodies == 2 && arrays_.massive > 0) {
+        double rate = 0.0;
+        if (EvaluatePair(arrays_, order, &rate)) {
+            rate_ = std::max(kMinRate, rate);
+            return Result::kDone;
+        }
+    }
     const FirstPassResult found = instance_->firstPass(arrays_, order, 0, arrays_.bodies);
     if (found.touching) return ListCollisions(stop);
     rate_ = std::max(kMinRate, found.rate);
@@ -209,6 +217,7 @@ ForceEvaluator::Result ForceEvaluator::ListCollisions(const StopFlags& stop) {
     const double* const y = Position(1);
     const double* const z = Position(2);
     const double* const radius = Radius();
+    collisions_.clear();
     for (int32 i = CountMassive() - 1; i >= 0; i--) {
         if (stop.ShouldStop()) return Result::kStopped;
         for (int32 j = CountBodies() - 1; j > i; j--) {

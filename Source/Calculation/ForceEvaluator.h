@@ -58,6 +58,9 @@ public:
     // because of `stop`.
     [[nodiscard]] Result Evaluate(int32 order, const StopFlags& stop);
 
+    // Only looks for pairs that touch. kCollision, whether there are any or not, or kStopped.
+    [[nodiscard]] Result ListCollisions(const StopFlags& stop);
+
     // N numbers each: m/s2, m/s3, m/s4.
     const double* Acceleration(int axis) const { return Array(kAcceleration + axis); }
     const double* Jerk(int axis) const { return Array(kJerk + axis); }
@@ -98,7 +101,6 @@ private:
     Result EvaluateWithRanks(int32 order, const StopFlags& stop);
     Result EvaluateQuickly(int32 order, const StopFlags& stop);
     void Run(Pass* pass);
-    Result ListCollisions(const StopFlags& stop);
 
     int32 threads_ = 1;
     const ForceInstance* instance_;

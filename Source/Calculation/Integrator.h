@@ -56,8 +56,8 @@ public:
 
     // The order that it uses where an epoch asks for this one; none: that is not for this method.
     [[nodiscard]] virtual std::optional<int32> OrderFor(int32 asked) const = 0;
-    // It knows the motion between two reports: it can end a step anywhere, go back in time, give
-    // LastMotion and pass contacts.
+    // It knows the motion between two reports: it can end a step anywhere, go back in time, and give
+    // LastMotion.
     [[nodiscard]] virtual bool IsContinuous() const = 0;
     // Of the run that was begun: what is used, which need not be what was asked for.
     [[nodiscard]] virtual int32 OrderInUse() const = 0;
@@ -92,7 +92,7 @@ public:
         double from;
         double to;
     };
-    // None: the motion is not known, or all go straight on.
+    // None: the motion is not known.
     [[nodiscard]] virtual std::optional<Motion> LastMotion() const { return std::nullopt; }
     // The last report is there, within that motion, in place of where it was.
     virtual void GoBackTo(double /*theta*/) {}

@@ -34,6 +34,7 @@ BodyRows LowOrderIntegrator::MakeRoom(int32 bodies, int32 massive) {
 
 void LowOrderIntegrator::Begin(const Start& start) {
     parts_.ResortDels(start.bodies);
+    if (!start.passesContacts) passed_.Clear();
     StartSteps(start);
     SetTime(start.time);
 }
@@ -43,6 +44,8 @@ void LowOrderIntegrator::StartSteps(const Start& start) {
     order_ = start.order;
     cutoff_ = start.cutoff;
     step_.Restart(cutoff_, order_);
+    passed_.SetBodies(start.bodies);
+    contacts_.clear();
 }
 
 void LowOrderIntegrator::SetTime(double time) {
@@ -51,19 +54,41 @@ void LowOrderIntegrator::SetTime(double time) {
 }
 
 Integrator::Progress LowOrderIntegrator::Advance(double until, const StopFlags& stop) {
-    switch (evaluator_.Evaluate(order_, stop)) {
-        case ForceEvaluator::Result::kStopped:
-            return {Outcome::kStopped};
-        case ForceEvaluator::Result::kCollision:
-            return {Outcome::kContact};
-        case ForceEvaluator::Result::kDone:
-            break;
-    }
+    const Outcome outcome = passed_.AreNone() ? Evaluate(stop) : EvaluateAsPoints(stop);
+    if (outcome != Outcome::kReport) return {outcome};
     if (!evaluator_.Interacts()) return GoStraight(until);
     step_.Adapt(evaluator_.Rate());
     if (elapsed_ + step_.Powers().h == elapsed_) return {Outcome::kTimeStands};
     TakeStep();
     return {Outcome::kReport, 1};
+}
+
+Integrator::Outcome LowOrderIntegrator::Evaluate(const StopFlags& stop) {
+    contacts_.clear();
+    switch (evaluator_.Evaluate(order_, stop)) {
+        case ForceEvaluator::Result::kStopped:
+            return Outcome::kStopped;
+        case ForceEvaluator::Result::kCollision:
+            return Outcome::kContact;
+        default:
+            return Outcome::kReport;
+    }
+}
+
+// Who touches whom is looked for one by one, and for the forces nobody has a radius.
+Integrator::Outcome LowOrderIntegrator::EvaluateAsPoints(const StopFlags& stop) {
+    if (evaluator_.ListCollisions(stop) == ForceEvaluator::Result::kStopped)
+        return Outcome::kStopped;
+    contacts_ = evaluator_.Collisions();
+    passed_.KeepTouching(&contacts_);
+    if (!contacts_.empty()) return Outcome::kContact;
+    double* const radius = evaluator_.Radius();
+    radii_.assign(radius, radius + evaluator_.CountBodies());
+    std::fill_n(radius, radii_.size(), 0.0);
+    const Outcome outcome = Evaluate(stop);
+    std::copy(radii_.begin(), radii_.end(), radius);
+    // In one place: the pull has no end.
+    return outcome == Outcome::kContact ? Outcome::kNotFinite : outcome;
 }
 
 // Steps would grow to what no clock shows.
@@ -87,6 +112,7 @@ void LowOrderIntegrator::TakeStep() {
 
 status_t LowOrderIntegrator::Archive(BMessage* into) const {
     if (const status_t status = parts_.Archive(into); status != B_OK) return status;
+    if (const status_t status = passed_.Archive(into); status != B_OK) return status;
     if (const status_t status = into->AddInt32(kIterationField, iteration_); status != B_OK)
         return status;
     return into->AddInt32(kMaxOrderField, kMaxLowOrder);
@@ -94,6 +120,7 @@ status_t LowOrderIntegrator::Archive(BMessage* into) const {
 
 void LowOrderIntegrator::DescribeFields(FieldDescriptions* into) {
     TaylorParts::DescribeFields(into);
+    PassedPairs::DescribeFields(into);
     DescribeField(into, kIterationField, B_INT32_TYPE, "1", "not used",
                   "steps since the parts were last moved up");
     DescribeField(into, kMaxOrderField, B_INT32_TYPE, "1", "not read",
@@ -105,6 +132,7 @@ void LowOrderIntegrator::Regenerate(const BMessage* archive) {
     int32 iteration = 0;
     if (archive == nullptr || archive->FindInt32(kIterationField, &iteration) != B_OK) return;
     if (parts_.Regenerate(*archive) == B_OK) iteration_ = iteration;
+    passed_.Regenerate(*archive);
 }
 
 status_t LowOrderIntegrator::ArchiveRun(BMessage* into) const {
@@ -121,6 +149,7 @@ status_t LowOrderIntegrator::ResumeRun(const BMessage& archive, const Start& sta
         return status;
     if (!parts.AreOf(start.bodies) || start.time != run.anchor + run.elapsed) return B_BAD_DATA;
     parts_ = std::move(parts);
+    passed_.Regenerate(archive);
     iteration_ = iteration;
     StartSteps(start);
     step_.Resume(run.inverseStep);

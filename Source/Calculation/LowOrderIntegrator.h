@@ -1,11 +1,12 @@
 // Integrates by Taylor series of fixed order (2, 3 or 4): one report a step, of a length that the
 // fastest pair of bodies sets for all. It cannot end a step at a given time: the first report at or
 // past that is as near as it comes. Touching bodies are seen where a step begins; that step is not
-// taken.
+// taken. Bodies that have been told of and go on through each other pull as points.
 #pragma once
 
 #include "Calculation/ForceEvaluator.h"
 #include "Calculation/Integrator.h"
+#include "Calculation/PassedPairs.h"
 #include "Calculation/StepControl.h"
 #include "Calculation/TaylorParts.h"
 
@@ -25,8 +26,9 @@ public:
     [[nodiscard]] double Time() const override { return anchor_ + elapsed_; }
     void SetTime(double time) override;
     [[nodiscard]] const std::vector<CollidingPair>& Contacts() const override {
-        return evaluator_.Collisions();
+        return contacts_.empty() ? evaluator_.Collisions() : contacts_;
     }
+    void PassContacts() override { passed_.Add(Contacts()); }
 
     [[nodiscard]] status_t Archive(BMessage* into) const override;
     static void DescribeFields(FieldDescriptions* into);
@@ -37,10 +39,15 @@ public:
 
 private:
     void StartSteps(const Start& start);
+    [[nodiscard]] Outcome Evaluate(const StopFlags& stop);
+    [[nodiscard]] Outcome EvaluateAsPoints(const StopFlags& stop);
     [[nodiscard]] Progress GoStraight(double until);
     void TakeStep();
 
     ForceEvaluator evaluator_;  // the bodies' state lives in its arrays
+    PassedPairs passed_;
+    std::vector<CollidingPair> contacts_;  // of such as do not pass, if some pass
+    std::vector<double> radii_;            // m, put aside
     TaylorParts parts_;
     StepControl step_;
     int32 order_ = 4;

@@ -42,7 +42,10 @@ void TaylorCalculator::Recache() {
     // A display that is opened or closed in the middle of a run must not be seen in its results.
     // What a method carries need not add up to the bodies' places at every moment; so it is left
     // alone.
-    if (IsHeldRun() && IsUntouched()) return TakeRadii();
+    if (IsHeldRun() && IsUntouched()) {
+        if (!knowBodies_) TellBodies();
+        return TakeRadii();
+    }
     epoch_ = nullptr;  // where memory is lacking there is no run to hold
     ChooseIntegrator();
     if (!integrator_->IsContinuous()) SetBackwards(false);
@@ -74,8 +77,18 @@ void TaylorCalculator::NoteRun() {
     epoch_ = GetEpoch();
     order_ = *integrator_->OrderFor(epoch_->Order());
     runCutoff_ = Cutoff();
+    TellBodies();
+}
+
+void TaylorCalculator::AddWatcher(MotionWatcher* watcher) {
+    watchers_.push_back(watcher);
+    knowBodies_ = false;
+}
+
+void TaylorCalculator::TellBodies() {
     for (MotionWatcher* const watcher : watchers_)
-        watcher->BodiesAre(epoch_->Time(), Bodies(), CountMassiveBodies());
+        watcher->BodiesAre(GetEpoch()->Time(), Bodies(), CountMassiveBodies());
+    knowBodies_ = true;
 }
 
 void TaylorCalculator::SetThreads(int32 threads) {

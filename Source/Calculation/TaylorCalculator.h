@@ -29,7 +29,7 @@ public:
     [[nodiscard]] int64 RunsBegun() const override { return runsBegun_; }
     [[nodiscard]] int32 OrderInUse() const override { return integrator_->OrderInUse(); }
     [[nodiscard]] double CutoffInUse() const override { return integrator_->CutoffInUse(); }
-    void AddWatcher(MotionWatcher* watcher) override { watchers_.push_back(watcher); }
+    void AddWatcher(MotionWatcher* watcher) override;
     void SetThreads(int32 threads) override;
     void SetRanks(Ranks* ranks) override;
 
@@ -37,6 +37,7 @@ private:
     void ChooseIntegrator();
     [[nodiscard]] Integrator::Start StartAt(double time) const;
     void NoteRun();
+    void TellBodies();
     // The model is as this calculator left it.
     [[nodiscard]] bool IsUntouched() const;
     void LoadBodies();
@@ -59,6 +60,7 @@ private:
     std::unique_ptr<Integrator> integrator_;
     RunBodies bodies_;  // in the integrator's arrays
     std::vector<MotionWatcher*> watchers_;
+    bool knowBodies_ = true;  // the watchers, those of the run that goes on
     int32 threads_ = 0;
     Ranks* ranks_ = nullptr;
     int32 onContact_ = kContactMerges;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Calculation/Series/PathCuts.h"
 #include "Calculation/Series/SeriesStep.h"
 #include "Model/Systems/Body.h"
 #include "Run/CsvText.h"
@@ -27,9 +28,26 @@ auto Among(const std::vector<PathPoint>& points) {
 }  // namespace
 
 int EventLog::Open(const std::string& path) {
-    const int error = file_.Open(path);
-    if (error == 0) file_.Write(kHeader);
-    return error;
+    return file_.Open(path);
+}
+
+void EventLog::Begin(std::optional<double> escapeDistance) {
+    escapeDistance_ = escapeDistance;
+    row_ = kHeader;
+    file_.Write(row_);
+}
+
+void EventLog::GoOn(const EventMark& mark) {
+    escapeDistance_ = mark.escapeDistance;
+    row_ = mark.lastRow;
+    file_.Keep(mark.size);
+}
+
+std::optional<EventMark> EventLog::Mark() {
+    if (!file_.IsOpen() || file_.Sync() != 0) return std::nullopt;
+    const std::optional<int64> size = file_.Size();
+    if (!size) return std::nullopt;
+    return EventMark{*size, row_, escapeDistance_.value_or(0.0)};
 }
 
 int EventLog::Close() {
@@ -57,9 +75,8 @@ void EventLog::BodiesAre(double /*time*/, const std::vector<Body*>& bodies, int3
 }
 
 void EventLog::Moved(const Piece& piece) {
-    now_.clear();
-    for (int32 i = 0; i < Count(); i++)
-        now_.push_back(PointAt(piece, i, piece.to));
+    way_ = piece.IsBackwards() ? -1.0 : 1.0;
+    Sample(piece);
     events_.clear();
     FindApproaches(piece);
     FindCrossings(piece);
@@ -72,46 +89,84 @@ void EventLog::Moved(const Piece& piece) {
     std::swap(before_, now_);
 }
 
-// A pair comes nearest where it stops to approach; between two reports it does so once at the most.
-void EventLog::FindApproaches(const Piece& piece) {
-    const double way = piece.IsBackwards() ? -1.0 : 1.0;
-    const auto growth = [way](const PathPoint& a, const PathPoint& b) {
-        const PathPoint apart = a - b;
-        return way * Dot(apart.position, apart.velocity);
-    };
-    for (std::size_t i = 0; i < static_cast<std::size_t>(massive_); i++)
-        for (std::size_t j = i + 1; j < now_.size(); j++) {
-            if (!(growth(before_[j], before_[i]) < 0.0 && growth(now_[j], now_[i]) >= 0.0))
-                continue;
-            const auto body = static_cast<int32>(i);
-            const auto other = static_cast<int32>(j);
-            const auto apart = [&](double theta) {
-                return PointAt(piece, body, theta) - PointAt(piece, other, theta);
-            };
-            const double theta = FirstTheta(piece.from, piece.to, [&](double at) {
-                const PathPoint point = apart(at);
-                return way * Dot(point.position, point.velocity) >= 0.0;
-            });
-            events_.push_back({piece.step.TimeAt(theta), kApproach, body, other, apart(theta)});
-        }
+void EventLog::Sample(const Piece& piece) {
+    now_.clear();
+    pullBefore_.clear();
+    pull_.clear();
+    for (int32 i = 0; i < Count(); i++) {
+        const SeriesStep::BodyMotion motion = piece.step.BodyAt(i, piece.to);
+        now_.push_back({motion.position, motion.velocity});
+        pull_.push_back(motion.acceleration);
+        pullBefore_.push_back(piece.step.BodyAt(i, piece.from).acceleration);
+    }
 }
 
-// Once between two reports, or there and back.
+// A pair comes nearest where it stops to approach.
+void EventLog::FindApproaches(const Piece& piece) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(massive_); i++)
+        for (std::size_t j = i + 1; j < now_.size(); j++)
+            if (MayApproach(i, j))
+                FindApproaches(piece, static_cast<int32>(i), static_cast<int32>(j));
+}
+
+// What has not turned far since the last report stops to approach between the two if it did so then
+// and does not now, or if it turns the right way at both ends. Of the others the series tells.
+bool EventLog::MayApproach(std::size_t body, std::size_t other) const {
+    const auto hasTurned = [](const ThreeVector& from, const ThreeVector& to) {
+        constexpr double kCosine = 0.9;  // of 26 degrees
+        const double product = Dot(from, to);
+        return product < 0.0 ||
+               product * product < kCosine * kCosine * Dot(from, from) * Dot(to, to);
+    };
+    const PathPoint from = before_[other] - before_[body];
+    const PathPoint to = now_[other] - now_[body];
+    const ThreeVector pullFrom = pullBefore_[other] - pullBefore_[body];
+    const ThreeVector pullTo = pull_[other] - pull_[body];
+    const double growthFrom = way_ * Dot(from.position, from.velocity);
+    const double growthTo = way_ * Dot(to.position, to.velocity);
+    if (growthFrom < 0.0 && growthTo >= 0.0) return true;
+    if (hasTurned(from.velocity, to.velocity) || hasTurned(pullFrom, pullTo)) return true;
+    const double bendFrom = Dot(from.velocity, from.velocity) + Dot(from.position, pullFrom);
+    const double bendTo = Dot(to.velocity, to.velocity) + Dot(to.position, pullTo);
+    return growthTo >= 0.0 ? bendFrom < 0.0 && bendTo > 0.0 : bendFrom > 0.0 && bendTo < 0.0;
+}
+
+void EventLog::FindApproaches(const Piece& piece, int32 body, int32 other) {
+    const auto apart = [&](double theta) {
+        return PointAt(piece, body, theta) - PointAt(piece, other, theta);
+    };
+    const auto isLeaving = [this](const PathPoint& point) {
+        return way_ * Dot(point.position, point.velocity) >= 0.0;
+    };
+    const auto at = [body, other](const std::vector<PathPoint>& points) {
+        return points[static_cast<std::size_t>(body)] - points[static_cast<std::size_t>(other)];
+    };
+    bool isLeft = isLeaving(at(before_));
+    double last = piece.from;
+    for (const double cut : CutsBetweenTurns(piece.step, body, other, piece.from, piece.to)) {
+        if (cut == piece.from) continue;
+        const bool wasLeft = isLeft;
+        isLeft = isLeaving(cut == piece.to ? at(now_) : apart(cut));
+        if (isLeft && !wasLeft) {
+            const double theta =
+                FirstTheta(last, cut, [&](double share) { return isLeaving(apart(share)); });
+            events_.push_back({piece.step.TimeAt(theta), kApproach, body, other, apart(theta)});
+        }
+        last = cut;
+    }
+}
+
 void EventLog::FindCrossings(const Piece& piece) {
-    const double way = piece.IsBackwards() ? -1.0 : 1.0;
     for (std::size_t i = 0; i < now_.size(); i++) {
         const auto body = static_cast<int32>(i);
-        const double side = before_[i].position.z < 0.0 ? -way : way;
-        if ((before_[i].position.z < 0.0) != (now_[i].position.z < 0.0)) {
-            FindCrossing(piece, body, piece.from, piece.to);
-        } else if (side * before_[i].velocity.z < 0.0 && side * now_[i].velocity.z > 0.0) {
-            const double turn = FirstTheta(piece.from, piece.to, [&](double theta) {
-                return side * PointAt(piece, body, theta).velocity.z >= 0.0;
-            });
-            if ((PointAt(piece, body, turn).position.z < 0.0) == (now_[i].position.z < 0.0))
-                continue;
-            FindCrossing(piece, body, piece.from, turn);
-            FindCrossing(piece, body, turn, piece.to);
+        bool isBelow = before_[i].position.z < 0.0;
+        double last = piece.from;
+        for (const double cut : CutsBetweenCrossings(piece.step, body, piece.from, piece.to)) {
+            if (cut == piece.from) continue;
+            const bool wasBelow = isBelow;
+            isBelow = (cut == piece.to ? now_[i] : PointAt(piece, body, cut)).position.z < 0.0;
+            if (isBelow != wasBelow) FindCrossing(piece, body, last, cut);
+            last = cut;
         }
     }
 }

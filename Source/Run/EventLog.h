@@ -14,17 +14,22 @@
 #include "Calculation/EscapeRule.h"
 #include "Calculation/MotionWatcher.h"
 #include "Run/OutputFile.h"
+#include "Run/RunRecord.h"
 
 class EventLog final : public MotionWatcher {
 public:
     static constexpr std::string_view kHeader = "time,event,id1,name1,id2,name2,distance,speed\n";
 
-    // 0, or the errno of what failed; so does Close.
+    // 0, or the errno of what failed; so does Close. Changes nothing in a file that is there.
     [[nodiscard]] int Open(const std::string& path);
-    [[nodiscard]] bool IsOpen() const { return file_.IsOpen(); }
+    [[nodiscard]] bool IsNew() const { return file_.Size().value_or(0) == 0; }
     [[nodiscard]] int Close();
-    // m; none: ten times the distance of the farthest body where the run begins.
-    void SetEscapeDistance(std::optional<double> distance) { escapeDistance_ = distance; }
+    // One of these, before a run. A distance, m; none: ten times that of the farthest body where
+    // the run begins.
+    void Begin(std::optional<double> escapeDistance);
+    void GoOn(const EventMark& mark);
+    // As ReportFile has it; while the calculator is parked.
+    [[nodiscard]] std::optional<EventMark> Mark();
 
     void BodiesAre(double time, const std::vector<Body*>& bodies, int32 massive) override;
     void Moved(const Piece& piece) override;
@@ -40,7 +45,10 @@ private:
         PathPoint apart;  // of the body, seen from the other or from where it is measured
     };
 
+    void Sample(const Piece& piece);
     void FindApproaches(const Piece& piece);
+    [[nodiscard]] bool MayApproach(std::size_t body, std::size_t other) const;
+    void FindApproaches(const Piece& piece, int32 body, int32 other);
     void FindCrossings(const Piece& piece);
     void FindCrossing(const Piece& piece, int32 body, double from, double to);
     void FindEscapes(const Piece& piece);
@@ -55,6 +63,9 @@ private:
     EscapeRule escape_;
     std::vector<PathPoint> before_;  // at the last report
     std::vector<PathPoint> now_;
+    double way_ = 1.0;                     // -1: time falls
+    std::vector<ThreeVector> pullBefore_;  // accelerations at the same moments, m/s2
+    std::vector<ThreeVector> pull_;
     std::vector<Event> events_;
     std::string row_;
 };

@@ -7,6 +7,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Run/Checkpoints.h"
 #include "Run/CollisionWatch.h"
+#include "Run/MotionFiles.h"
 #include "Run/NumberText.h"
 #include "Run/Options.h"
 #include "Run/Progress.h"
@@ -107,6 +108,7 @@ void LiveRun::WriteCheckpoint() {
     now.reports = parts_.recorder.Reports();
     now.seconds = SecondsUntilNow();
     now.reportFile = parts_.reports.Mark(&parts_.recorder);
+    now.eventFile = parts_.motion.Mark();
     parts_.checkpoints.Write(std::move(now));
 }
 

@@ -14,6 +14,7 @@
 
 class Checkpoints;
 class CollisionWatch;
+class MotionFiles;
 class Progress;
 class ProgramResources;
 class ReportFile;
@@ -38,6 +39,7 @@ public:
         SimulationController& controller;
         RunRecorder& recorder;
         ReportFile& reports;
+        MotionFiles& motion;
         Checkpoints& checkpoints;
     };
     explicit LiveRun(const Parts& parts) : parts_(parts) {}

@@ -3,8 +3,9 @@
 #include "Calculation/Calculator.h"
 #include "Model/Epochs/EpochLimits.h"
 #include "Resources/DocumentTexts.h"
-#include "Resources/Runner.h"
+#include "Run/KeptRows.h"
 #include "Run/Options.h"
+#include "Run/ReportFile.h"
 
 MotionFiles::MotionFiles(const Options& options, Calculator* calculator)
     : options_(options), calculator_(calculator) {}
@@ -17,22 +18,39 @@ std::optional<int32> MotionFiles::Obstacle(int32 order, bool isBackwards) const 
     return std::nullopt;
 }
 
-int MotionFiles::Open() {
+int MotionFiles::Open(const RunRecord& run) {
     if (!options_.events) return 0;
-    const int error = events_.Open(*options_.events);
-    events_.SetEscapeDistance(options_.escapeDistance);
-    if (error == 0) calculator_->AddWatcher(&events_);
-    return error;
+    if (const int error = events_.Open(*options_.events); error != 0) return error;
+    calculator_->AddWatcher(&events_);
+    const std::optional<EventMark>& former = run.eventFile;
+    std::optional<double> distance = options_.escapeDistance;
+    if (!distance && former) distance = former->escapeDistance;
+    if (!options_.resume || events_.IsNew()) {
+        events_.Begin(distance);
+        return 0;
+    }
+    fileObstacle_ = kTextOtherEvents;
+    if (!former) return 0;
+    bool isThere = false;
+    if (const int error = FindKeptRows(*options_.events, EventLog::kHeader, former->size,
+                                       former->lastRow, &isThere);
+        error != 0)
+        return error;
+    if (!isThere || distance != former->escapeDistance) return 0;
+    fileObstacle_.reset();
+    events_.GoOn(*former);
+    return 0;
 }
 
-TimedStates* MotionFiles::States(int32 order) {
+TimedStates* MotionFiles::States(const ReportFile& file, int32 order, bool isBackwards) {
     // Each report of a low order is a step.
-    const bool areSteps = options_.stepTimes && order > kMaxLowOrder;
-    if (!options_.csv || (options_.at.empty() && !areSteps)) return nullptr;
+    const bool areSteps = file.AreSteps() && order > kMaxLowOrder;
+    if (!options_.csv || (file.Times().empty() && !areSteps)) return nullptr;
     if (areSteps)
-        states_.WantSteps(options_.every.value_or(1));
+        states_.WantSteps(file.Every());
     else
-        states_.WantTimes(options_.at);
+        states_.WantTimes(file.Times());
+    states_.SetBackwards(isBackwards);
     calculator_->AddWatcher(&states_);
     return &states_;
 }

@@ -296,7 +296,6 @@ private:
         return std::nullopt;
     }
 
-    // States at chosen times and events are not gone on with.
     [[nodiscard]] Wrong FindMotionProblem() const {
         if ((!options_->at.empty() || options_->stepTimes) && !options_->csv)
             return Problem(kTextNeedsCsv, options_->stepTimes ? "--step-times" : "--at");
@@ -306,13 +305,6 @@ private:
             return Problem(kTextNotTogether, "--at", "--every");
         if (options_->escapeDistance && !options_->events)
             return Problem(kTextNotWithout, "--escape-distance", "--events");
-        const std::string_view motion = !options_->at.empty() ? "--at"
-                                        : options_->stepTimes ? "--step-times"
-                                        : options_->events    ? "--events"
-                                                              : "";
-        if (motion.empty()) return std::nullopt;
-        if (options_->checkpoint) return Problem(kTextNotTogether, motion, "--checkpoint");
-        if (options_->resume) return Problem(kTextNotTogether, motion, "--resume");
         return std::nullopt;
     }
 

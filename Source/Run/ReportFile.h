@@ -26,21 +26,25 @@ public:
     [[nodiscard]] int Open(const Options& options, const RunRecord& run);
     // Of a resumed run, after Open: why the file that is there cannot be gone on with, if so.
     [[nodiscard]] std::optional<RunnerText> Obstacle() const { return obstacle_; }
-    // `report`: the number of the first one, which is of this state, after so many steps. Without a
+    // What it is to hold: in place of reports the states at these times, or where steps end.
+    [[nodiscard]] const std::vector<double>& Times() const { return mark_.times; }
+    [[nodiscard]] bool AreSteps() const { return mark_.areSteps; }
+    [[nodiscard]] int64 Every() const { return mark_.every; }
+    // The run begins or goes on with this state, which is its last report by the record. Without a
     // file the recorder only counts, as it does where the file is for `states`, if not null.
     void Begin(RunRecorder* recorder, TimedStates* states, const SystemState& state,
-               bool isBackwards, int64 report, int64 steps);
+               const RunRecord& run);
     // The file holds all reports until now that are due, safely; nothing where it is no file that
     // could be gone on with.
     [[nodiscard]] std::optional<ReportMark> Mark(RunRecorder* recorder);
     [[nodiscard]] int Close() { return file_.Close(); }
 
 private:
-    [[nodiscard]] int CheckMark(const std::string& path);
+    [[nodiscard]] int CheckMark(const Options& options, const ReportMark& former);
 
     OutputFile file_;
     std::unique_ptr<CsvWriter> writer_;
-    std::optional<ReportMark> former_;  // what of the file stays
+    bool isKept_ = false;  // the rows up to the mark stay
+    ReportMark mark_;
     std::optional<RunnerText> obstacle_;
-    int64 every_ = 1;
 };

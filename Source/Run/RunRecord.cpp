@@ -20,6 +20,8 @@ constexpr const char* kGoalUntil = "Goal until";
 constexpr const char* kReportsSize = "Reports size";
 constexpr const char* kReportsEnd = "Reports end";
 constexpr const char* kReportsEvery = "Reports every";
+constexpr const char* kReportsTimes = "Reports times";
+constexpr const char* kReportsAreSteps = "Reports are steps";
 constexpr const char* kRefused = "refused";
 constexpr const char* kNoFile = "the run has no such file";
 
@@ -93,6 +95,47 @@ constexpr FieldTable kMarkFields{
                               .whenMissing = kNoFile},
 };
 
+constexpr FieldTable kEventFields{
+    Field<&EventMark::size>{
+        .name = "Events size",
+        .meaning = "if the run writes its events to a file: bytes of that until now",
+        .whenMissing = kNoFile},
+    Field<&EventMark::lastRow>{.name = "Events end",
+                               .meaning = "the row that those bytes end with",
+                               .whenMissing = kNoFile},
+    Field<&EventMark::escapeDistance>{.name = "Escape distance",
+                                      .meaning = "m, beyond which an unbound body has escaped",
+                                      .accepts = IsFinite,
+                                      .whenMissing = kNoFile},
+};
+
+status_t WriteMark(const ReportMark& mark, BMessage* run) {
+    const std::vector<double>& times = mark.times;
+    return FieldWriter(run, kMarkFields.Write(mark, run))
+        .Then(
+            [&] {
+                return run->AddDoubles(kReportsTimes, times.data(),
+                                       static_cast<int32>(times.size()));
+            },
+            !times.empty())
+        .Add(kReportsAreSteps, true, mark.areSteps)
+        .Status();
+}
+
+// None: without a whole mark the run has no file that could be gone on with.
+std::optional<ReportMark> FindMark(const BMessage& run) {
+    ReportMark mark;
+    if (kMarkFields.Read(run, &mark) != B_OK) return std::nullopt;
+    int32 count = 0;
+    if (run.GetInfo(kReportsTimes, nullptr, &count) == B_OK) {
+        mark.times.resize(static_cast<std::size_t>(count));
+        if (run.FindDoubles(kReportsTimes, 0, count, mark.times.data()) != B_OK)
+            return std::nullopt;
+    }
+    static_cast<void>(run.FindBool(kReportsAreSteps, &mark.areSteps));  // need not be there
+    return mark;
+}
+
 }  // namespace
 
 int64 ReportMark::LastReport() const {
@@ -108,7 +151,8 @@ status_t RunRecord::AddTo(BMessage* document) const {
         (goal.time && run.AddDouble(kGoalTime, *goal.time) != B_OK) ||
         (goal.until && run.AddString(kGoalUntil, *goal.until) != B_OK) ||
         (reports != steps && run.AddInt64(kReports, reports) != B_OK) ||
-        (reportFile && kMarkFields.Write(*reportFile, &run) != B_OK))
+        (reportFile && WriteMark(*reportFile, &run) != B_OK) ||
+        (eventFile && kEventFields.Write(*eventFile, &run) != B_OK))
         return B_NO_MEMORY;
     return document->AddMessage(kRun, &run);
 }
@@ -128,8 +172,8 @@ status_t RunRecord::FindIn(const BMessage& document) {
     if (!read.goal.steps && !read.goal.time && !read.goal.until) return B_BAD_DATA;
     if (run.FindInt64(kReports, &read.reports) != B_OK) read.reports = read.steps;
     if (read.reports < 0) return B_BAD_DATA;
-    // Without a whole mark the run has no file that could be gone on with.
-    if (ReportMark mark; kMarkFields.Read(run, &mark) == B_OK) read.reportFile = std::move(mark);
+    read.reportFile = FindMark(run);
+    if (EventMark mark; kEventFields.Read(run, &mark) == B_OK) read.eventFile = std::move(mark);
     *this = std::move(read);
     return B_OK;
 }
@@ -144,4 +188,9 @@ void RunRecord::DescribeFields(FieldDescriptions* into) {
     DescribeField(into, kGoalUntil, B_STRING_TYPE, "0, 1", "none", "as --until has it");
     DescribeField(into, kReports, B_INT64_TYPE, "0, 1", "as many as steps", "made until now");
     kMarkFields.Describe(into, true);
+    DescribeField(into, kReportsTimes, B_DOUBLE_TYPE, "0, 1, ...", "it has reports",
+                  "s, rising: the file has the states at these times");
+    DescribeField(into, kReportsAreSteps, B_BOOL_TYPE, "0, 1", "false",
+                  "true: the file has the states where steps end");
+    kEventFields.Describe(into, true);
 }

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Platform/Application/BMessage.h"
 #include "Platform/Application/FieldDescription.h"
@@ -16,9 +17,19 @@ struct ReportMark {
     int64 size = 0;       // bytes until now
     std::string lastRow;  // what these end with
     int64 every = 1;      // reports from one that is written to the next
+    // It has states in place of reports: at these times (s, rising), or where steps end.
+    std::vector<double> times = {};
+    bool areSteps = false;
 
     // The number of the last report in the file.
     [[nodiscard]] int64 LastReport() const;
+};
+
+// How far the file of its events has come.
+struct EventMark {
+    int64 size = 0;
+    std::string lastRow;
+    double escapeDistance = 0.0;  // m
 };
 
 struct RunRecord {
@@ -32,6 +43,7 @@ struct RunRecord {
     Conserved start;
     MergerTotals mergers;
     std::optional<ReportMark> reportFile;  // if they go to a file
+    std::optional<EventMark> eventFile;
 
     // Adds the field "Run", a record, to that of the document.
     [[nodiscard]] status_t AddTo(BMessage* document) const;

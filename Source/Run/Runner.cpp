@@ -38,7 +38,7 @@ Runner::Runner(const Options& options, const ProgramResources& resources, Ranks*
       checkpoints_(options, resources, output_, &document_),
       picture_(options, resources, output_, &document_),
       live_({options, resources, output_, events_, collisions_, document_, control_, controller_,
-             recorder_, reports_, checkpoints_}),
+             recorder_, reports_, motion_, checkpoints_}),
       run_(live_.Record()) {
     document_.GetCalculator()->SetRanks(ranks);
     document_.AddConsumer(&recorder_);
@@ -118,8 +118,10 @@ int Runner::RunDocument() {
     if (const int status = FindTarget(); status != kDone) return status;
     if (const auto obstacle = FindObstacle())
         return output_.Fail(DocumentName(), resources_.InterfaceLabel(*obstacle));
-    if (const int error = motion_.Open(); error != 0)
+    if (const int error = motion_.Open(run_); error != 0)
         return output_.Fail(*options_.events, std::strerror(error));
+    if (const auto obstacle = motion_.FileObstacle())
+        return output_.Fail(*options_.events, resources_.InterfaceLabel(*obstacle));
     if (options_.resume)
         Resume();
     else
@@ -193,8 +195,9 @@ void Runner::Resume() {
 }
 
 void Runner::BeginReports(const SystemState& state) {
-    reports_.Begin(&recorder_, motion_.States(OfFocus(&AbEpoch::Order)), state,
-                   document_.GetCalculator()->IsBackwards(), run_.reports, run_.steps);
+    TimedStates* const states = motion_.States(reports_, OfFocus(&AbEpoch::Order),
+                                               document_.GetCalculator()->IsBackwards());
+    reports_.Begin(&recorder_, states, state, run_);
     live_.StartClock();
 }
 

@@ -5,25 +5,44 @@
 #include "Calculation/Series/SeriesStep.h"
 #include "Model/Systems/Body.h"
 #include "Run/CsvWriter.h"
+#include "Run/RunRecord.h"
 #include "Simulation/Document/SystemState.h"
 
-void TimedStates::WantTimes(const std::vector<double>& times) {
-    times_ = times;
-    std::sort(times_.begin(), times_.end());
-    times_.erase(std::unique(times_.begin(), times_.end()), times_.end());
+std::vector<double> TimedStates::Rising(std::vector<double> times) {
+    std::sort(times.begin(), times.end());
+    times.erase(std::unique(times.begin(), times.end()), times.end());
+    return times;
 }
 
-void TimedStates::Begin(CsvWriter* writer, const SystemState& start, bool isBackwards) {
+void TimedStates::Begin(CsvWriter* writer, const SystemState& start, const RunRecord& run) {
     writer_ = writer;
-    if (isBackwards) std::reverse(times_.begin(), times_.end());
-    const auto first = std::find_if(times_.begin(), times_.end(), [&](double time) {
-        return isBackwards ? time <= start.time : time >= start.time;
-    });
-    next_ = skipped_ = static_cast<std::size_t>(first - times_.begin());
-    const bool isWanted = every_ > 0 || (next_ < times_.size() && times_[next_] == start.time);
-    if (!isWanted) return;
+    steps_ = run.steps;
+    SkipTo(start.time);
+    skipped_ = next_;
+    const bool isTime = next_ < times_.size() && times_[next_] == start.time;
+    const bool isStep = every_ > 0 && steps_ % every_ == 0;
+    if (!isTime && !isStep) return;
+    if (isStep) written_ = steps_;
     writer_->WriteReport(written_++, start.time, start.positions.data(), start.velocities.data());
-    if (every_ == 0) next_++;
+    if (isTime) next_++;
+}
+
+void TimedStates::GoOn(CsvWriter* writer, const SystemState& state, const RunRecord& run) {
+    writer_ = writer;
+    steps_ = run.steps;
+    SkipTo(run.startTime);
+    skipped_ = next_;
+    while (next_ < times_.size() && !IsAhead(times_[next_], state.time))
+        next_++;
+    const ReportMark& mark = *run.reportFile;
+    written_ = mark.lastRow.empty() ? 0 : mark.LastReport() + 1;
+}
+
+void TimedStates::SkipTo(double time) {
+    if (isBackwards_) std::reverse(times_.begin(), times_.end());
+    next_ = 0;
+    while (next_ < times_.size() && IsAhead(time, times_[next_]))
+        next_++;
 }
 
 void TimedStates::BodiesAre(double time, const std::vector<Body*>& bodies, int32 /*massive*/) {
@@ -49,7 +68,7 @@ void TimedStates::Moved(const Piece& piece) {
     }
     for (; next_ < times_.size(); next_++) {
         const double time = times_[next_];
-        if (piece.IsBackwards() ? time < piece.toTime : time > piece.toTime) return;
+        if (IsAhead(time, piece.toTime)) return;
         Write(piece.step, std::clamp(piece.step.ThetaAt(time), piece.from, piece.to), time);
     }
 }

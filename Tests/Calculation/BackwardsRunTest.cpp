@@ -46,11 +46,15 @@ public:
     static constexpr uint32 kAsk = FourCC("ask?");
 
     void MessageReceived(BMessage* message) override {
-        if (message->what == CollisionMailbox::kCollisionMessage) collisions++;
+        if (message->what == CollisionMailbox::kCollisionMessage) {
+            collisions++;
+            pairs = CollisionMailbox::PairsOf(*message);
+        }
         if (const auto told = RunEnding::From(*message)) ending = *told;
         if (message->what == kAsk) SendReply(BMessage(B_REPLY));
     }
     int collisions = 0;
+    std::vector<CollisionMailbox::Pair> pairs;  // of the last one
     RunEnding ending;
 };
 
@@ -208,6 +212,103 @@ TEST_F(PassingTest, AStopTellsAPairOnce) {
     Settle();
     EXPECT_EQ(owner->collisions, 1);
     EXPECT_EQ(watcher.times.size(), 1u);
+}
+
+// Pairs far from each other that are each other's images: the later body of each first, and the
+// pair of the later bodies before the other.
+TEST_F(PassingTest, ContactsAtOneTimeAreToldInTheOrderOfThePairWalk) {
+    for (const int32 order : {4, 16}) {
+        TestSystem mirrored(order, 1e-10);
+        for (const int64 side : {0, 1}) {
+            const double sign = side == 0 ? 1.0 : -1.0;
+            mirrored.Add(side, 1e-9, {0, 0, 1000 * sign}, {}, 1.0);
+            mirrored.Add(2 + side, 1e-12, {10, 0, 1000 * sign}, {-1, 0, 0}, 0.25);
+        }
+        TaylorCalculator both(mirrored.Portal(), mirrored.Consumers(), owner);
+        mirrored.RunUntilParked(&both);
+        Settle();
+        ASSERT_EQ(owner->pairs.size(), 2u) << order;
+        EXPECT_EQ(owner->pairs[0].later, 3);
+        EXPECT_EQ(owner->pairs[0].earlier, 1);
+        EXPECT_EQ(owner->pairs[1].later, 2);
+        EXPECT_EQ(owner->pairs[1].earlier, 0);
+    }
+}
+
+// Where a contact is to be depends on the last places of the radius: just before the first step's
+// end, there, or just after it.
+TEST(SeriesRun, AContactWhereAStepEndsCountsTheStep) {
+    const auto fill = [](TestSystem* system, double radius) {
+        system->Add(0, 1.0, {}, {}, radius);
+        system->Add(1, 1e-3, {10, 0.125, 0}, {-1, 0, 0}, 0.0);
+        system->GetEpoch()->SetOnContact(kContactStops);
+    };
+    TestSystem apart(kOrder, 1e-14);
+    fill(&apart, 0.0);
+    const auto calculator = MakeCalculator(&apart);
+    calculator->SetRunLimit(1, HUGE_VAL);
+    apart.RunUntilParked(calculator.get());
+    const double end = apart.GetEpoch()->Time();
+    const ThreeVector d = apart.Find(0)->Position() - apart.Find(1)->Position();
+    double radius = Length(d) * (1 - 5e-16);
+    int32 atEnd = 0;
+    for (int32 i = 0; i < 10; i++, radius = std::nextafter(radius, HUGE_VAL)) {
+        TestSystem system(kOrder, 1e-14);
+        fill(&system, radius);
+        const auto stopping = MakeCalculator(&system);
+        stopping->SetRunLimit(0, 1e3);
+        system.RunUntilParked(stopping.get());
+        EXPECT_EQ(stopping->StepsTaken(), system.GetEpoch()->Time() < end ? 0 : 1);
+        atEnd += system.GetEpoch()->Time() == end;
+    }
+    EXPECT_GT(atEnd, 0);
+}
+
+// Low orders see a contact where a step begins.
+TEST_F(PassingTest, AStopOfALowOrderTellsAPairOnce) {
+    system.GetEpoch()->SetOrder(4);
+    system.GetEpoch()->SetCutoff(1e-6);
+    system.GetEpoch()->SetOnContact(kContactStops);
+    // Meets the ball while the other one is in it.
+    system.Add(2, 0.0, {0.25, -11, 0}, {0, 1, 0}, 0.25);
+    const auto goOn = [this](Calculator* with, bool isHeld) {
+        with->SetRunLimit(0, 20.0);
+        system.RunUntilParked(with, isHeld);
+        Settle();
+    };
+    goOn(&calculator, false);
+    EXPECT_EQ(owner->collisions, 1);
+    EXPECT_NEAR(system.GetEpoch()->Time(), 8.756, 0.02);
+    BMessage atContact, runAtContact;
+    ASSERT_EQ(calculator.Archive(&atContact), B_OK);
+    goOn(&calculator, false);
+    EXPECT_EQ(owner->collisions, 2);
+    EXPECT_NEAR(system.GetEpoch()->Time(), 9.775, 0.02);
+    // Whoever goes on goes through, and meets again whom it has left.
+    ASSERT_EQ(calculator.ArchiveRun(&runAtContact), B_OK);
+    const double time = system.GetEpoch()->Time();
+    TaylorCalculator other(system.Portal(), system.Consumers(), owner);
+    ASSERT_EQ(other.ResumeRun(runAtContact), B_OK);
+    goOn(&other, true);
+    EXPECT_EQ(owner->collisions, 2);
+    EXPECT_GE(system.GetEpoch()->Time(), 20.0);
+    EXPECT_FALSE(ArchiveOf(other).HasName("Passed"));
+    system.Find(1)->SetVelocity({1, 0, 0});
+    other.SetRunLimit(0, 40.0);
+    system.RunUntilParked(&other);
+    Settle();
+    EXPECT_EQ(owner->collisions, 3);
+    // One who knows only of the first contact is told of the second one.
+    system.Find(0)->SetPosition({});
+    system.Find(1)->SetPosition({0.25, 0.125, 0});
+    system.Find(2)->SetPosition({0.25, -1.2, 0});
+    system.GetEpoch()->SetTime(time);
+    TaylorCalculator third(system.Portal(), system.Consumers(), owner);
+    third.Regenerate(&atContact);
+    goOn(&third, false);
+    EXPECT_EQ(owner->collisions, 4);
+    ASSERT_EQ(owner->pairs.size(), 1u);
+    EXPECT_EQ(owner->pairs[0].later, 2);
 }
 
 // A run from the beginning, or one in which bodies merge after all, meets the contact again.

@@ -114,4 +114,36 @@ TEST_F(RunCollision, CollapseOfManyBodiesKeepsMassAndMomentumOnAnyNumberOfThread
     }
 }
 
+// Whatever is done to the engine, runs of low order end where they always have.
+TEST_F(RunCollision, DigestsOfLowOrdersStay) {
+    Epoch cluster;
+    for (int64 i = 0; i < 60; i++)
+        AddSmallBody(
+            &cluster, i,
+            ThreeVector{static_cast<double>(i % 7), static_cast<double>(i % 11),
+                        static_cast<double>(i % 13)} *
+                10.0,
+            ThreeVector{static_cast<double>(i % 3), static_cast<double>(i % 5), 0.0} * 0.125);
+    Epoch pair;
+    AddSmallBody(&pair, 0, {1, 2, 3});
+    AddSmallBody(&pair, 1, {4, 2, 1}, {0.125, 0.5, 0.25});
+    const struct {
+        std::string document;
+        std::string digests[3];  // of the orders 2, 3 and 4
+    } runs[] = {
+        {PutDocument("planets", *TestSystem()),
+         {"d149f1083252726c", "b5d7069ae372c4a1", "0ad0a7f98a7e2256"}},
+        {PutDocument("merging", *MergingSystem()),
+         {"ec228a566c8c11b7", "ccea35bf97ebfa17", "9e8de4eaa5a6edd0"}},
+        {PutDocument("cluster", cluster),
+         {"d6e1aa69ffb03de5", "69df14ab2754b7dc", "858ba076d9cc11b4"}},
+        {PutDocument("pair", pair), {"9cc79c7300fa67ef", "7fc0b21e7f5e512c", "21674949de183fce"}}};
+    for (const auto& [document, digests] : runs)
+        for (std::size_t i = 0; i < 3; i++) {
+            const Outcome outcome = RunProgram({"-n", "2000", "--order", std::to_string(i + 2),
+                                                "--cutoff", "1e-6", "--json", document});
+            EXPECT_EQ(Member(outcome.out, "sha256").substr(1, 16), digests[i]) << document << i;
+        }
+}
+
 }  // namespace

@@ -145,8 +145,6 @@ TEST_F(RunMotion, WhatALowOrderCannotDoIsRefused) {
          std::vector<std::vector<std::string>>{{"--at", "1 yr"},
                                                {"--step-times"},
                                                {"--at", "1 yr", "--csv", "a", "--every", "2"},
-                                               {"--events", "a", "--checkpoint", "1h", "-o", "b"},
-                                               {"--at", "1 yr", "--csv", "a", "--resume", "b"},
                                                {"--escape-distance", "1 AU"},
                                                {"--at", "@" + Path("nothing"), "--csv", "a"}})
         EXPECT_EQ(RunProgram(what).status, 2) << what[0];
@@ -186,6 +184,48 @@ TEST_F(RunMotion, EventsAreTheRootsOfTheMotion) {
     EXPECT_EQ(events["escape"][0].names, "b2/");
     EXPECT_NEAR(events["escape"][0].distance, 20.0, 1e-12);
     EXPECT_TRUE(events["contact"].empty());
+}
+
+// A pair that flies fast turns many times while its path hardly bends, and so is seldom reported.
+TEST_F(RunMotion, EveryTurnOfAFastPairIsAnApproach) {
+    Epoch start;
+    start.SetCOMOnGo(false);
+    const double speed = std::sqrt((1 + 0.1) / (1 - 0.1));
+    AddSmallBody(&start, 0, {0.1, 0, 0}, {3000, 0, 0});
+    AddSmallBody(&start, 1, {1.0, 0, 0}, {3000, speed, 0});
+    start.SystemFromID(1)->SetM(0.0);
+    for (const int64 id : {0, 1})
+        start.SystemFromID(id)->SetRadius(0.0);
+    const Outcome outcome =
+        RunProgram({"--for", "400", "--order", "24", "--cutoff", "1e-6", "--events", Path("events"),
+                    "--json", PutDocument("document", start)});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const auto approaches = ParseEvents(Get(Path("events")))["closest approach"];
+    ASSERT_EQ(approaches.size(), 63u);
+    for (std::size_t i = 0; i < approaches.size(); i++)
+        EXPECT_NEAR(approaches[i].time, 2 * kPi * static_cast<double>(i + 1), 0.1);
+    EXPECT_LT(std::stoi(Member(outcome.out, "reports")), 4 * 63);
+}
+
+// Nothing pulls, and what happens on the way is told all the same.
+TEST_F(RunMotion, StraightWaysHaveEventsAndStatesToo) {
+    Epoch start;
+    start.SetCOMOnGo(false);
+    AddSmallBody(&start, 0, {0, 0, -3}, {0, 0, 2});
+    start.SystemFromID(0)->SetM(0.0);
+    AddSmallBody(&start, 1, {5, 0, 1}, {0.5, 0, 0.25});
+    start.SystemFromID(1)->SetM(0.0);
+    const Outcome outcome =
+        Run({"--for", "10", "--events", Path("events"), "--at", "4", "--csv", Path("csv")},
+            PutDocument("document", start));
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const auto crossings = ParseEvents(Get(Path("events")))["plane crossing"];
+    ASSERT_EQ(crossings.size(), 1u);
+    EXPECT_EQ(crossings[0].time, 1.5);
+    const std::vector<CsvRow> rows = ParseCsv(Get(Path("csv")));
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[1].time, 4.0);
+    EXPECT_EQ(rows[0].values[2] + rows[1].values[2], 5.0 + 2.0);
 }
 
 // At its near end the orbit of a body is below the plane for less time than passes between reports.

@@ -215,6 +215,51 @@ TEST_F(RunResume, TheFileOfReportsIsThatOfARunThatNeverStopped) {
     }
 }
 
+// What is written of it is chosen when the run begins, and need not be said again.
+TEST_F(RunResume, FilesOfTheMotionAreThoseOfARunThatNeverStopped) {
+    const auto epoch = TestSystem();
+    epoch->RootSystem()->AddChild(
+        MakeBody("Stranger", 9, 0.0, {1e14, 0, 1e9}, {1e5, 0, -1}).release());
+    epoch->SetTime(0.0);
+    std::string times;
+    for (int i = -1; i < 65; i++)
+        times += std::to_string(5.03 * i) + " yr\n";
+    const Arguments run = {
+        "--for", "300 yr", "--order", "16", "--cutoff", "1e-16", PutDocument("document", *epoch)};
+    const std::string csv = Path("csv");
+    const std::string events = Path("events");
+    for (const Arguments& states :
+         {Arguments{"--at", "@" + Put("times", times)}, {"--step-times", "--every", "7"}}) {
+        Arguments whole = run;
+        whole.insert(whole.end(), {"-q", "--csv", Path("whole"), "--events", Path("all")});
+        whole.insert(whole.end(), states.begin(), states.end());
+        ASSERT_EQ(RunProgram(whole).status, 0);
+        Arguments part = run;
+        part.insert(part.end(), {"--csv", csv, "--events", events});
+        part.insert(part.end(), states.begin(), states.end());
+        for (const std::string& file : {checkpoint_, csv, events})
+            fs::remove(file);
+        int64 before = 0;
+        for (const int signal : {SIGKILL, SIGKILL, SIGTERM}) {
+            before = RunAndKill(
+                         part, [=](const Kept& k) { return k.steps > before; }, signal)
+                         .steps;
+            part = {"--resume", checkpoint_, "--csv", csv, "--events", events};
+        }
+        // Others are refused, and what is there stays.
+        const Outcome others = Resume({"--csv", csv, "--at", "1 yr"});
+        EXPECT_EQ(others.status, 1);
+        EXPECT_NE(others.err.find("other times"), std::string::npos) << others.err;
+        for (const std::string& file : {csv, Path("all")})
+            EXPECT_EQ(Resume({"--events", file, "--escape-distance", "1 m"}).status, 1);
+        EXPECT_EQ(Get(Path("all")).find("time,event"), 0u);
+        ASSERT_EQ(Resume({"--csv", csv, "--events", events}).status, 0);
+        EXPECT_TRUE(Get(csv) == Get(Path("whole"))) << states.front();
+        EXPECT_TRUE(Get(events) == Get(Path("all"))) << states.front();
+        EXPECT_NE(Get(events).find(",escape,9,Stranger"), std::string::npos);
+    }
+}
+
 TEST_F(RunResume, AFileThatIsNotOfItsReportsIsLeftAlone) {
     const std::string document = PutDocument("document", *TestSystem());
     RunAndKill({"-n", "1000000000", "--csv", Path("csv"), "--every", "100", document},

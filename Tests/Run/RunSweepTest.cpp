@@ -159,6 +159,12 @@ TEST_F(RunSweep, ValuesFromAFileMergersAndRunsThatCannotBe) {
     EXPECT_TRUE(table.at(1).size() < table.at(3).size() ||
                 outcome.out.find(",,,,,,,,,,,,,") != std::string::npos);
 
+    // Contacts where bodies do not merge.
+    const Outcome stopped = RunProgram(
+        {"--sweep", "epoch.order=4..16 x 2", "--for", "100", "--on-collision", "stop", document});
+    EXPECT_NE(stopped.out.find(",contact "), std::string::npos) << stopped.out;
+    EXPECT_NE(stopped.out.find(" b0 + b1,"), std::string::npos);
+
     // Each value is possible alone, but no hyperbola comes from behind its focus.
     const Outcome refused = RunProgram({"--sweep", "Light.orbit.e=0.1..2 x 2", "--sweep",
                                         "Light.orbit.nu=0..150 deg x 2", "-n", "3", document_});

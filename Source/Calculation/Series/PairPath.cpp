@@ -1,8 +1,8 @@
 #include "Calculation/Series/PairPath.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
+
+#include "Calculation/Series/Bernstein.h"
 
 namespace {
 
@@ -10,53 +10,6 @@ namespace {
 constexpr int32 kMaxHalvings = 64;
 // A piece on which the pair moves by no more reaches than these loses no digits to squares.
 constexpr double kMaxReaches = 16.0;
-constexpr int32 kMaxDegree = 2 * (kMaxSeriesOrder + 1);
-
-using Coefficients = std::array<double, kMaxDegree + 1>;
-using Binomials = std::array<Coefficients, kMaxDegree + 1>;
-
-constexpr Binomials MakeBinomials() {
-    Binomials binomials{};
-    for (std::size_t n = 0; n <= kMaxDegree; n++) {
-        binomials[n][0] = 1.0;
-        for (std::size_t k = 1; k <= n; k++)
-            binomials[n][k] = binomials[n - 1][k - 1] + (k < n ? binomials[n - 1][k] : 0.0);
-    }
-    return binomials;
-}
-
-constexpr Binomials kBinomials = MakeBinomials();
-
-// A polynomial on a piece of a path by its Bernstein coefficients: it has no more roots there than
-// they change signs.
-struct Bernstein {
-    int32 degree;
-    double begin;
-    double length;
-    Coefficients at;
-
-    [[nodiscard]] int32 SignChanges() const {
-        int32 changes = 0;
-        for (std::size_t i = 1; i <= static_cast<std::size_t>(degree); i++)
-            changes += (at[i - 1] > 0.0) != (at[i] > 0.0);
-        return changes;
-    }
-    // Keeps the first half and returns the second.
-    Bernstein Split() {
-        Bernstein second{degree, begin + length / 2, length / 2, {}};
-        const auto n = static_cast<std::size_t>(degree);
-        Coefficients row = at;
-        for (std::size_t i = 0; i <= n; i++) {
-            at[i] = row[0];
-            second.at[n - i] = row[n - i];
-            for (std::size_t k = 0; k < n - i; k++)
-                row[k] = 0.5 * (row[k] + row[k + 1]);
-        }
-        length /= 2;
-        return second;
-    }
-};
-
 }  // namespace
 
 PairPath::PairPath(const SeriesStore& store, int32 slotA, int32 slotB, double theta)
@@ -144,37 +97,38 @@ double PairPath::SquareAt(double share) const {
 
 double PairPath::FirstRoot(double reach) const {
     const int32 degree = 2 * (terms_ - 1);
-    Coefficients powers{};
+    Bernstein::Coefficients powers{};
     for (const auto& axis : at_)
         for (int32 i = 0; i < terms_; i++)
             for (int32 k = 0; k < terms_; k++)
                 powers[static_cast<std::size_t>(i + k)] += axis[i] * axis[k];
     powers[0] -= reach * reach;
-    Bernstein whole{degree, 0.0, 1.0, {}};
-    const Coefficients& all = kBinomials[static_cast<std::size_t>(degree)];
-    for (std::size_t i = 0; i <= static_cast<std::size_t>(degree); i++)
-        for (std::size_t k = 0; k <= i; k++)
-            whole.at[i] += kBinomials[i][k] / all[k] * powers[k];
+    const Bernstein whole(degree, powers);
     // What is left to search, the first piece last.
     constexpr std::size_t kMaxPieces = 50;
-    std::array<Bernstein, kMaxPieces + 1> pieces;
-    std::size_t count = 1;
-    pieces[0] = whole;
-    while (count > 0) {
-        Bernstein& piece = pieces[--count];
-        const double end = piece.begin + piece.length;
+    std::vector<Bernstein> pieces = {whole};
+    while (!pieces.empty()) {
+        Bernstein piece = pieces.back();
+        pieces.pop_back();
         const int32 changes = piece.SignChanges();
         if (piece.at[0] <= 0.0) return piece.begin;
         if (changes == 0) continue;
-        if (changes == 1) return RootBetween(piece.begin, end, reach);
+        if (changes == 1) return RootBetween(piece.begin, piece.End(), reach);
         // Paths that only just touch, if at all.
-        if (count + 1 >= kMaxPieces || piece.length < 1e-14) continue;
-        const Bernstein first = piece;
-        pieces[count + 1] = first;
-        pieces[count] = pieces[count + 1].Split();
-        count += 2;
+        if (pieces.size() + 1 >= kMaxPieces || piece.length < 1e-14) continue;
+        pieces.push_back(piece.Split());
+        pieces.push_back(piece);
     }
     return -1.0;
+}
+
+void PairPath::FindTurns(std::vector<double>* cuts) const {
+    Bernstein::Coefficients growth{};
+    for (const auto& axis : at_)
+        for (int32 i = 0; i < terms_; i++)
+            for (int32 k = 1; k < terms_; k++)
+                growth[static_cast<std::size_t>(i + k - 1)] += axis[i] * axis[k] * k;
+    SeparateRoots(Bernstein(2 * terms_ - 3, growth), cuts);
 }
 
 // Halves the bracket until nothing is left of it.

@@ -2,6 +2,8 @@
 // the piece, from 0 to 1. A plain value.
 #pragma once
 
+#include <vector>
+
 #include "Calculation/Series/SeriesStore.h"
 
 class PairPath {
@@ -13,6 +15,9 @@ public:
     [[nodiscard]] double FirstWithin(double reach) const;
     // At the start the bodies are farther apart than that and moving away from each other.
     [[nodiscard]] bool LeavesFrom(double reach) const;
+    // Appends shares, rising, between two of which the bodies turn at most once from approaching
+    // each other to going apart, or back.
+    void FindTurns(std::vector<double>* cuts) const;
 
 private:
     static constexpr int32 kMaxTerms = kMaxSeriesOrder + 2;

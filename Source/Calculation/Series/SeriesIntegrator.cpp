@@ -149,6 +149,7 @@ void SeriesIntegrator::SetTime(double time) {
 }
 
 Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& stop) {
+    straight_.reset();
     if (!TakeUpAwaited(stop)) return {Outcome::kStopped};
     if (!stepper_.HasStep() || theta_ >= stepper_.Step().Theta()) {
         const SeriesStepper::Result result = MakeStep(stop);
@@ -170,7 +171,7 @@ Integrator::Progress SeriesIntegrator::Advance(double until, const StopFlags& st
         overlaps_.clear();
         const double contact = std::max(contacts_.Theta(), theta_);
         MoveTo(contact, step.TimeAt(contact));
-        return {Outcome::kContact};
+        return {Outcome::kContact, contact >= step.Theta() ? 1 : 0};
     }
     MoveTo(theta, time);
     return {Outcome::kReport, theta >= step.Theta() ? 1 : 0};
@@ -193,6 +194,7 @@ void SeriesIntegrator::PassContacts() {
 }
 
 std::optional<Integrator::Motion> SeriesIntegrator::LastMotion() const {
+    if (straight_) return Motion{&straight_->Step(), 0.0, straight_->Step().Theta()};
     if (!stepper_.HasStep()) return std::nullopt;
     return Motion{&stepper_.Step(), thetaBefore_, theta_};
 }
@@ -251,6 +253,7 @@ void SeriesIntegrator::FindOverlaps() {
 Integrator::Progress SeriesIntegrator::GoStraight(double until) {
     if (!IsAhead(time_, until)) return {Outcome::kNothingInteracts};
     const double seconds = until - time_;
+    straight_.emplace(rows_, time_, until);
     for (int axis = 0; axis < 3; axis++)
         for (int32 i = 0; i < rows_.bodies; i++)
             rows_.position[axis][i] += rows_.velocity[axis][i] * seconds;

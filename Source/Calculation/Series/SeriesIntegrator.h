@@ -12,6 +12,7 @@
 #include "Calculation/Series/SeriesContacts.h"
 #include "Calculation/Series/SeriesRecord.h"
 #include "Calculation/Series/SeriesStepper.h"
+#include "Calculation/Series/StraightStep.h"
 
 class SeriesIntegrator final : public Integrator {
 public:
@@ -79,11 +80,12 @@ private:
     double time_ = 0.0;
     bool isBackwards_ = false;
     bool passesContacts_ = false;
-    double theta_ = 0.0;                   // the last report's place in the step
-    double thetaBefore_ = 0.0;             // that of the report before it, if in this step
-    bool isSearched_ = false;              // this step, for contacts
-    bool hasContact_ = false;              // in it, at contacts_.Theta()
-    std::vector<CollidingPair> overlaps_;  // where a step failed
+    double theta_ = 0.0;                    // the last report's place in the step
+    double thetaBefore_ = 0.0;              // that of the report before it, if in this step
+    std::optional<StraightStep> straight_;  // the last report's way, where nothing pulls
+    bool isSearched_ = false;               // this step, for contacts
+    bool hasContact_ = false;               // in it, at contacts_.Theta()
+    std::vector<CollidingPair> overlaps_;   // where a step failed
     std::vector<int64> ids_;
     bool runs_ = false;
     SeriesRecord kept_;     // for the next Begin

@@ -42,6 +42,7 @@ public:
     // Of any time, s.
     [[nodiscard]] double ThetaAt(double time) const;
 
+    [[nodiscard]] const SeriesStore& Store() const { return store_; }
     // At `theta` scales from the step's start.
     [[nodiscard]] BodyMotion BodyAt(int32 body, double theta) const;
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <climits>
 #include <thread>
 
 namespace {
@@ -29,14 +30,28 @@ int32 CountThreads() {
     return std::max(1, std::min(allowed, online / ranks));
 }
 
+// MPI counts in int: to more than that there is no sense in going on with.
+template <typename Count>
+int CountFor(Count count) {
+    if (count > Count{INT_MAX}) MPI_Abort(MPI_COMM_WORLD, 1);
+    return static_cast<int>(count);
+}
+
+void Broadcast(char* data, std::size_t size) {
+    constexpr std::size_t kMost = INT_MAX;
+    for (; size > kMost; data += kMost, size -= kMost)
+        MPI_Bcast(data, INT_MAX, MPI_BYTE, 0, MPI_COMM_WORLD);
+    MPI_Bcast(data, static_cast<int>(size), MPI_BYTE, 0, MPI_COMM_WORLD);
+}
+
 }  // namespace
 
 void MpiRanks::Layout::Set(const RankParts& parts) {
     counts.clear();
     begins.clear();
     for (std::size_t rank = 0; rank + 1 < parts.size(); rank++) {
-        counts.push_back(static_cast<int>(parts[rank + 1] - parts[rank]));
-        begins.push_back(static_cast<int>(parts[rank]));
+        counts.push_back(CountFor(parts[rank + 1] - parts[rank]));
+        begins.push_back(CountFor(parts[rank]));
     }
 }
 
@@ -59,24 +74,23 @@ int64 MpiRanks::LeastPairs() const {
 }
 
 void MpiRanks::Tell(const void* data, std::size_t size) {
-    MPI_Bcast(const_cast<void*>(data), static_cast<int>(size), MPI_BYTE, 0, MPI_COMM_WORLD);
+    Broadcast(static_cast<char*>(const_cast<void*>(data)), size);
 }
 
 void MpiRanks::Hear(void* data, std::size_t size) {
-    MPI_Bcast(data, static_cast<int>(size), MPI_BYTE, 0, MPI_COMM_WORLD);
+    Broadcast(static_cast<char*>(data), size);
 }
 
 void MpiRanks::Call(const void* data, std::size_t size) {
     MPI_Request request = MPI_REQUEST_NULL;
-    MPI_Ibcast(const_cast<void*>(data), static_cast<int>(size), MPI_BYTE, 0, MPI_COMM_WORLD,
-               &request);
+    MPI_Ibcast(const_cast<void*>(data), CountFor(size), MPI_BYTE, 0, MPI_COMM_WORLD, &request);
     MPI_Wait(&request, MPI_STATUS_IGNORE);
 }
 
 // MPI itself would keep a processor busy as long as number 0 rests.
 void MpiRanks::AwaitCall(void* data, std::size_t size) {
     MPI_Request request = MPI_REQUEST_NULL;
-    MPI_Ibcast(data, static_cast<int>(size), MPI_BYTE, 0, MPI_COMM_WORLD, &request);
+    MPI_Ibcast(data, CountFor(size), MPI_BYTE, 0, MPI_COMM_WORLD, &request);
     int isDone = 0;
     for (int32 look = 0; isDone == 0; look++) {
         MPI_Test(&request, &isDone, MPI_STATUS_IGNORE);
@@ -109,7 +123,7 @@ void MpiRanks::Exchange(const double* from, const RankParts& fromParts, double* 
 }
 
 void MpiRanks::Send(std::string_view text) {
-    MPI_Send(text.data(), static_cast<int>(text.size()), MPI_CHAR, 0, kTextTag, MPI_COMM_WORLD);
+    MPI_Send(text.data(), CountFor(text.size()), MPI_CHAR, 0, kTextTag, MPI_COMM_WORLD);
 }
 
 std::optional<std::string> MpiRanks::Receive() {

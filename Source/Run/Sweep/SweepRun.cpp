@@ -66,6 +66,7 @@ SweepRun::SweepRun(const Options& options, const ProgramResources& resources)
       recorder_(document_.GetCalculator()) {
     // Other runs have the other processors.
     document_.GetCalculator()->SetThreads(1);
+    document_.GetCalculator()->AddWatcher(&events_);
     document_.AddConsumer(&recorder_);
     document_.Portal()->AddObserver(this);
 }
@@ -145,6 +146,7 @@ void SweepRun::RunStarting() {
         if (options_.order) focus->SetOrder(*options_.order);
         if (options_.onCollision) focus->SetOnContact(*options_.onCollision);
         stopsAtCollision_ = focus->OnContact() == kContactStops;
+        events_.SetMerging(focus->OnContact() == kContactMerges);
     }
     start_ = TakeState(document_.Portal());
     const RunGoal goal = RunGoal::Of(options_, start_.time, target_);
@@ -173,12 +175,8 @@ bool SweepRun::ResolveCollision() {
     const MergeResult result = controller_.Collide(
         pairs, [this](const MergeResult&) { recorder_.Resume(TakeState(document_.Portal())); });
     mergers_.Add(result);
-    for (const Merger& merger : result.mergers) {
-        if (!events_.empty()) events_ += "; ";
-        events_ += "merger ";
-        AppendCsv(&events_, merger.time);
-        events_ += ' ' + merger.survivorName + " < " + merger.absorbedName;
-    }
+    for (const Merger& merger : result.mergers)
+        events_.Add(merger);
     ending_ = result.unmerged;
     return !ending_ && target_.kind != RunTarget::Kind::kMerger;
 }
@@ -213,7 +211,7 @@ std::string SweepRun::EndColumns() {
         columns += ',';
         AppendCsv(&columns, number);
     }
-    columns += ',' + CsvName(events_);
+    columns += ',' + CsvName(events_.Text());
     AppendColumn(&columns, summary.drift.energy);
     AppendColumn(&columns, summary.drift.momentum);
     AppendColumn(&columns, summary.drift.angularMomentum);

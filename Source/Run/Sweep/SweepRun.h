@@ -14,6 +14,7 @@
 #include "Run/RunGoal.h"
 #include "Run/RunRecorder.h"
 #include "Run/RunSummary.h"
+#include "Run/Sweep/SweepEvents.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/RunControlView.h"
 #include "Simulation/Document/RunTarget.h"
@@ -68,7 +69,7 @@ private:
     bool stopsAtCollision_ = false;
     SystemState start_;
     MergerTotals mergers_;
-    std::string events_;
+    SweepEvents events_;
     BMessage touches_;
     std::optional<RunEnding> ending_;
 };

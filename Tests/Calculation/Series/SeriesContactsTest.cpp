@@ -117,6 +117,22 @@ TEST_F(SeriesContactsTest, ContactsAtOneTimeAreOneMessage) {
     EXPECT_EQ(overlap->pairs, (std::vector<CollidingPair>{{1, 0}}));
 }
 
+// From the corners of an even triangle three bodies fall at each other.
+TEST_F(SeriesContactsTest, ThreeBodiesThatTouchAtOnceAreThreePairs) {
+    const double half = std::sqrt(3.0) / 2;
+    const double side = 1e10;
+    Start({{{0, side, 0}, {}, 1e18},
+           {{half * side, -side / 2, 0}, {}, 1e18},
+           {{-half * side, -side / 2, 0}, {}, 1e18}},
+          {1e8, 1e8, 1e8}, 1e-14);
+    // So late that a clock's last place is longer than what roundings make of one moment.
+    stepper_.Start(1e-14, 1e9);
+    const auto all = FirstContact(10'000);
+    ASSERT_TRUE(all);
+    EXPECT_EQ(all->pairs, (std::vector<CollidingPair>{{2, 1}, {2, 0}, {1, 0}}));
+    EXPECT_NEAR(DistanceAt(all->theta, {1, 0}), 2e8, 1.0);
+}
+
 TEST_F(SeriesContactsTest, ManyBodiesTouchAsInTinySteps) {
     // The first contact is found by steps so short that bodies hardly move in them, too. Massless
     // bodies do not touch each other.
