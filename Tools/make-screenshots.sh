@@ -402,6 +402,21 @@ space() {
     stop_program
 }
 
+chart() {
+    cp "$examples/planets.orvek" "$desk/Documents/planets"
+    start_program planets
+    window planets >/dev/null
+    use planets
+    press ctrl+h
+    use "Chart of planets"
+    press ctrl+g
+    pause 6
+    press ctrl+g
+    pause 1
+    picture chart "Chart of planets"
+    stop_program
+}
+
 dark() {
     cat >"$XDG_CONFIG_HOME/kdeglobals" <<'END'
 [Colors:Window]
@@ -455,6 +470,7 @@ lesson_collision
 planets
 trails
 space
+chart
 dark
 stop_screen
 start_screen 2800x2000
