@@ -49,7 +49,7 @@ TEST(LineBreaker, BreaksAtSpacesAndWithinWhatIsLongerThanALine) {
     LineBreaker breaker;
     const std::string text =
         "Äußere Körper: the document "
-        "/home/somebody/documents/simulations/of-many-bodies/planets.orvek "
+        "/media/lessons/documents/simulations/of-many-bodies/planets.orvek "
         "could not be saved, since the disk is full, and is kept as a copy";
     const std::vector<std::string> lines = LinesOf(breaker.Broken(text, kWidth));
     EXPECT_GT(lines.size(), 4U);
