@@ -24,8 +24,8 @@ public:
     DisplayList(SimulationDocument* document, const RunHistory* history, ShownMoment* shown,
                 RunControl* run, BLooper* owner, const DisplayContext& context);
 
-    // A display of the type (1: projection, 2: space, 3: chart), as the archive has it or as they usually
-    // are; false if there is none such.
+    // A display of the type (1: projection, 2: space, 3: chart), as the archive has it or as they
+    // usually are; false if there is none such.
     bool Create(int32 type, const BMessage* archive, const char* simulationName);
     // Nothing for a pointer that is not in the list.
     void Delete(const Display* display);

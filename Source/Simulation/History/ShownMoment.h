@@ -77,7 +77,7 @@ private:
     mutable std::mutex mutex_;  // guards what follows; no other lock is taken meanwhile
     Moment moment_;
     int64 focus_ = kNoSystemID;  // of moments of the past
-    int64 changes_ = 0;  // of the moment
+    int64 changes_ = 0;          // of the moment
     // To be shown when its run is made, which is only compared.
     struct Awaited {
         const AbEpoch* run = nullptr;

@@ -12,7 +12,7 @@
 #include "Tests/Displays/Space/SpaceHand.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 
