@@ -235,15 +235,6 @@ void Simulation::MessageReceived(BMessage* message) {
 
 bool Simulation::FileMessage(BMessage* message) {
     switch (message->what) {
-        case kSave:
-            saver_.Save(SimulationSaver::kSaveNamed);
-            break;
-        case kSaveAs:
-            saver_.SaveAs(SimulationSaver::kSaveNamed);
-            break;
-        case kSaveCurrentEpoch:
-            saver_.SaveCurrentEpoch();
-            break;
         case SimulationSaver::kSaveNamed:
         case SimulationSaver::kSaveEpochNamed:
             if (const auto choice = SaveChoice::From(*message); choice) {
@@ -275,7 +266,7 @@ bool Simulation::FileMessage(BMessage* message) {
                 saver_.KeepAutomaticCopy();
             break;
         default:
-            if (!closer_.Handle(*message)) return false;
+            if (!saver_.Handle(*message) && !closer_.Handle(*message)) return false;
     }
     if (saver_.File().HasFile()) isNewlyCreated_ = false;
     return true;

@@ -3,9 +3,11 @@
 #include <cstdio>
 
 #include "Displays/Base/DisplayContext.h"
+#include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Units/QuantityText.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Handles/SaveChoice.h"
 #include "Resources/SimulationFeatures.h"
@@ -37,6 +39,22 @@ SimulationSaver::SimulationSaver(BWindow* window, SimulationHost* host,
 
 // A file that stands where this document was never written or read (after an epoch alone was saved
 // there) is not replaced without a question.
+bool SimulationSaver::Handle(const BMessage& message) {
+    switch (message.what) {
+        case kSave:
+            Save(kSaveNamed);
+            return true;
+        case kSaveAs:
+            SaveAs(kSaveNamed);
+            return true;
+        case kSaveCurrentEpoch:
+            SaveCurrentEpoch();
+            return true;
+        default:
+            return false;
+    }
+}
+
 SimulationSaver::Outcome SimulationSaver::Save(uint32 answer) {
     if (!file_.HasFile() || file_.WouldReplaceAnother()) {
         SaveAs(answer);

@@ -37,11 +37,11 @@ public:
 
     enum class Outcome { kDone, kAsked, kRefused };
 
+    // What the menu asks for; false for any other message.
+    bool Handle(const BMessage& message);
     // To the document's file, or where the user says; then `answer` comes from the panel. Refused
     // once for a file that somebody else has changed.
     Outcome Save(uint32 answer);
-    void SaveAs(uint32 answer);
-    void SaveCurrentEpoch();
     void SaveRequested(const SaveChoice& choice, bool allEpochs);
     // Why the last save has left a recovery copy instead (empty if it has not), and where the file
     // should lie.
@@ -57,6 +57,8 @@ public:
     void TellNotOpened(const std::string& name, const DocumentError& error);
 
 private:
+    void SaveAs(uint32 answer);
+    void SaveCurrentEpoch();
     void SaveRequested(const entry_ref& directory, const std::string& name, bool allEpochs);
     void Gather();
     void GatherWindows();

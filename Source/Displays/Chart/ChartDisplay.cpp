@@ -133,43 +133,16 @@ bool ChartDisplay::Save(const BMessage& message) {
 }
 
 bool ChartDisplay::TakeChoice(const BMessage& message) {
-    int64 value = 0;
-    static_cast<void>(message.FindInt64(ChartMenus::kValue, &value));
-    switch (message.what) {
-        case ChartMenus::kShow:
-            fields_.Toggle(static_cast<Quantity>(value));
-            break;
-        case ChartMenus::kBody:
-            if (fields_.bodies.empty()) fields_.bodies = Bodies();
-            fields_.ToggleBody(value);
-            break;
-        case ChartMenus::kAbout:
-            fields_.about = value;
-            break;
-        case ChartMenus::kAgainst:
-            fields_.against = static_cast<int32>(value);
-            break;
-        case ChartMenus::kPoints:
-            fields_.crossing = static_cast<int32>(value);
-            break;
-        case ChartMenus::kLogAcross:
-            fields_.isLogAcross = !fields_.isLogAcross;
-            break;
-        case ChartMenus::kLogUp:
-            fields_.isLogUp = !fields_.isLogUp;
-            break;
-        case ChartMenus::kLight:
-            fields_.isLight = !fields_.isLight;
-            ShowFields();
-            Repaint();
-            return true;
-        default:
-            return false;
-    }
+    const bool wasLight = fields_.isLight;
+    if (!ChartMenus::Take(message, Bodies(), &fields_)) return false;
+    const bool isOfLooks = fields_.isLight != wasLight;
     // Values of another kind lie elsewhere.
-    fields_.isChosenView = false;
+    if (!isOfLooks) fields_.isChosenView = false;
     ShowFields();
-    Update();
+    if (isOfLooks)
+        Repaint();
+    else
+        Update();
     return true;
 }
 

@@ -118,3 +118,38 @@ void ChartMenus::ShowBodies(const BodyLabels& labels, const ChartFields& fields)
     }
     ShowFields(fields);
 }
+
+bool ChartMenus::Take(const BMessage& message, const std::vector<int64>& bodies,
+                      ChartFields* fields) {
+    int64 value = 0;
+    static_cast<void>(message.FindInt64(kValue, &value));
+    switch (message.what) {
+        case kShow:
+            fields->Toggle(static_cast<Quantity>(value));
+            return true;
+        case kBody:
+            if (fields->bodies.empty()) fields->bodies = bodies;
+            fields->ToggleBody(value);
+            return true;
+        case kAbout:
+            fields->about = value;
+            return true;
+        case kAgainst:
+            fields->against = static_cast<int32>(value);
+            return true;
+        case kPoints:
+            fields->crossing = static_cast<int32>(value);
+            return true;
+        case kLogAcross:
+            fields->isLogAcross = !fields->isLogAcross;
+            return true;
+        case kLogUp:
+            fields->isLogUp = !fields->isLogUp;
+            return true;
+        case kLight:
+            fields->isLight = !fields->isLight;
+            return true;
+        default:
+            return false;
+    }
+}

@@ -5,6 +5,7 @@
 
 #include "Displays/Projection/DisplayMenus.h"
 
+class BMessage;
 struct ChartFields;
 
 class ChartMenus : public DisplayMenus {
@@ -25,6 +26,10 @@ public:
 
     ChartMenus(Display* display, const DisplayContext& context);
 
+    // Puts what is chosen with a message of this menu into the fields of a chart that shows these
+    // bodies; false for any other message.
+    static bool Take(const BMessage& message, const std::vector<int64>& bodies,
+                     ChartFields* fields);
     // Marks what is chosen.
     void ShowFields(const ChartFields& fields);
     void ShowBodies(const BodyLabels& labels, const ChartFields& fields);
