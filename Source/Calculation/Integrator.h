@@ -56,8 +56,8 @@ public:
 
     // The order that it uses where an epoch asks for this one; none: that is not for this method.
     [[nodiscard]] virtual std::optional<int32> OrderFor(int32 asked) const = 0;
-    // It knows the motion between two reports: it can end a step anywhere, go back in time, and give
-    // LastMotion.
+    // It knows the motion between two reports: it can end a step anywhere, go back in time, and
+    // give LastMotion.
     [[nodiscard]] virtual bool IsContinuous() const = 0;
     // Of the run that was begun: what is used, which need not be what was asked for.
     [[nodiscard]] virtual int32 OrderInUse() const = 0;
