@@ -48,6 +48,8 @@ public:
     using Waits = std::function<void()>;
     [[nodiscard]] std::optional<Moment> GetExact(
         const Waits& waits = {}, std::chrono::milliseconds patience = std::chrono::hours(24));
+    // Another one for each moment that somebody goes to; the same when it becomes exact.
+    [[nodiscard]] int64 Number() const;
     // Of a moment that takes long to compute: the part that is done.
     [[nodiscard]] std::optional<double> Progress() const { return finder_.Progress(); }
     // Takes whether a moment could not be computed, and now is shown instead.
@@ -77,7 +79,7 @@ private:
     mutable std::mutex mutex_;  // guards what follows; no other lock is taken meanwhile
     Moment moment_;
     int64 focus_ = kNoSystemID;  // of moments of the past
-    int64 changes_ = 0;  // of the moment
+    int64 changes_ = 0;          // of the moment
     // To be shown when its run is made, which is only compared.
     struct Awaited {
         const AbEpoch* run = nullptr;
