@@ -106,6 +106,7 @@ bool MomentControl::EditsPast(const BMessage& message) {
 bool MomentControl::Awaits(const BMessage& message) {
     if (IsRunning() || shown_.GetExact({}, kPatience)) return false;
     // One that is lost has nothing to edit.
+    awaitedAt_ = shown_.Number();
     if (shown_.IsPast()) awaited_ = std::make_unique<BMessage>(message);
     return true;
 }
@@ -115,7 +116,7 @@ std::unique_ptr<BMessage> MomentControl::TakeAwaited() {
     const Moment moment = shown_.Get();
     if (moment.IsPast() && !moment.isExact) return nullptr;
     auto message = std::move(awaited_);
-    return moment.IsPast() ? std::move(message) : nullptr;
+    return moment.IsPast() && shown_.Number() == awaitedAt_ ? std::move(message) : nullptr;
 }
 
 bool MomentControl::Branch() {

@@ -58,6 +58,7 @@ private:
     ShownMoment shown_;
     std::function<void(const std::string&)> tell_;
     std::unique_ptr<BMessage> awaited_;
+    int64 awaitedAt_ = 0;              // which moment it is about
     std::atomic<bool> isLost_{false};  // a moment that should have become a branch
     std::string told_;
     bool wasShort_ = false;

@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "Application/SimApp.h"
 #include "Displays/Projection/ProjectionDisplay.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/UndoChain.h"
+#include "Model/Epochs/EpochCursor.h"
 #include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Application/AppDefs.h"
 #include "Platform/Application/BMessage.h"
@@ -19,6 +22,8 @@
 #include "Platform/Interface/Server/WindowPart.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SimulationFile.h"
+#include "Simulation/History/RunCheckpoint.h"
+#include "Simulation/History/RunHistory.h"
 #include "Simulation/Simulation.h"
 #include "Simulation/SimulationSaver.h"
 #include "Tests/Robot/DocumentState.h"
@@ -83,7 +88,7 @@ std::vector<RobotChecks::Document> RobotChecks::Documents() const {
         for (int32 i = 0; i < BApplication::CountWindows(); i++)
             if (auto* const display = dynamic_cast<ProjectionDisplay*>(BApplication::WindowAt(i));
                 display != nullptr && display->Owner() == static_cast<BLooper*>(simulation)) {
-                documents.push_back({simulation, display->Epoch()});
+                documents.push_back({simulation, display->Epoch(), display->History()});
                 break;
             }
     }
@@ -117,6 +122,7 @@ void RobotChecks::CheckAll() {
 
 void RobotChecks::Check(const Document& document) {
     Pause(document);
+    CheckKept(document);
     CheckHistory(document);
     if (dice_->Chance(40)) CheckSaving(document);
 }
@@ -138,6 +144,45 @@ void RobotChecks::CheckHistory(const Document& document) {
             difference = "another start than before: " + other;
     EXPECT_EQ(difference, "") << document.window->Title() << '\n' << journal_->Last();
     EXPECT_EQ(chain->IsSaved(), wasSaved);
+}
+
+// A sample is what the run reported then.
+void RobotChecks::CheckKept(const Document& document) {
+    const RunHistory& history = *document.history;
+    EXPECT_LE(history.Bytes(), history.Limits().bytes) << journal_->Last();
+    std::vector<const AbEpoch*> runs;
+    {
+        const ReadGuard guard(document.portal);
+        for (EpochCursor cursor(document.portal->RootEpoch()); cursor.GetEpoch() != nullptr;
+             cursor.Increment())
+            if (history.SpanOf(cursor.GetEpoch())) runs.push_back(cursor.GetEpoch());
+    }
+    if (runs.empty()) return;
+    const AbEpoch* const run = dice_->Any(runs);
+    const std::vector<int64> bodies = history.BodiesOf(run);
+    if (bodies.empty()) return;
+    const int64 body = dice_->Any(bodies);
+    constexpr double kEver = std::numeric_limits<double>::infinity();
+    const std::vector<Sample> samples = history.Samples(run, body, -kEver, kEver);
+    if (samples.empty()) return;
+    const Sample sample = dice_->Any(samples);
+    for (const RunEvent& event : history.Events(run))
+        if (event.time == sample.time) return;
+    const bigtime_t end = system_time() + kPatience / 4;
+    RunCheckpoint moment;
+    const auto finding = history.MomentAt(
+        run, sample.time, [end](double) { return system_time() < end; }, &moment);
+    if (finding == RunHistory::Finding::kCancelled) return;
+    journal_->Note("check: kept runs of " + document.window->Title());
+    ASSERT_EQ(finding, RunHistory::Finding::kFound) << journal_->Last();
+    const auto found = std::ranges::find(moment.state.ids, body);
+    ASSERT_NE(found, moment.state.ids.end()) << body << '\n' << journal_->Last();
+    const auto place = static_cast<std::size_t>(found - moment.state.ids.begin());
+    EXPECT_EQ(moment.state.time, sample.time) << journal_->Last();
+    EXPECT_TRUE(moment.state.Position(place) == sample.position &&
+                moment.state.Velocity(place) == sample.velocity)
+        << body << " at " << sample.time << '\n'
+        << journal_->Last();
 }
 
 // --- Saving ---

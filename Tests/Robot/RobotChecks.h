@@ -1,6 +1,7 @@
 // What must hold of the open documents whatever the robot did: undoing everything and redoing it
 // leads back to the same documents, what is saved can be read again, what was typed is in the
-// model. Works on the robot's thread, with no lock held. Failures are those of the test.
+// model, and reports of kept runs come back to the bit. Works on the robot's thread, with no lock
+// held. Failures are those of the test.
 #pragma once
 
 #include <map>
@@ -17,6 +18,7 @@ class AbEpoch;
 class BMessage;
 class EpochPortal;
 class Robot;
+class RunHistory;
 class SimApp;
 class Simulation;
 
@@ -46,11 +48,14 @@ private:
     struct Document {
         Simulation* window;
         EpochPortal* portal;
+        const RunHistory* history;
     };
 
     [[nodiscard]] std::vector<Document> Documents() const;
     void Check(const Document& document);
     void CheckHistory(const Document& document);
+    // What is kept of its runs: no more than may be, and a report of it to the bit.
+    void CheckKept(const Document& document);
     void CheckSaving(const Document& document);
     void Send(const Document& document, const BMessage& message) const;
     void Pause(const Document& document) const;

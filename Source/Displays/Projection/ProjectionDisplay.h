@@ -41,6 +41,7 @@ public:
     // the display is shown.
     // With `shown` the display has a time line, and shows that moment. Not owned either.
     void SetHistory(const RunHistory* history, ShownMoment* shown = nullptr);
+    [[nodiscard]] const RunHistory* History() const { return keptTrails_.History(); }
 
     [[nodiscard]] int32 Init(const char* simulationName) override;
     void MessageReceived(BMessage* message) override;

@@ -214,6 +214,11 @@ std::optional<Moment> ShownMoment::GetExact(const Waits& waits,
     return changes_ == changes && isIt ? std::optional(moment_) : std::nullopt;
 }
 
+int64 ShownMoment::Number() const {
+    const std::lock_guard lock(mutex_);
+    return changes_;
+}
+
 bool ShownMoment::TakeWhetherLost() {
     const std::lock_guard lock(mutex_);
     return std::exchange(isLost_, false);

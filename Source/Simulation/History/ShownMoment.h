@@ -48,6 +48,8 @@ public:
     using Waits = std::function<void()>;
     [[nodiscard]] std::optional<Moment> GetExact(
         const Waits& waits = {}, std::chrono::milliseconds patience = std::chrono::hours(24));
+    // Another one for each moment that somebody goes to; the same when it becomes exact.
+    [[nodiscard]] int64 Number() const;
     // Of a moment that takes long to compute: the part that is done.
     [[nodiscard]] std::optional<double> Progress() const { return finder_.Progress(); }
     // Takes whether a moment could not be computed, and now is shown instead.

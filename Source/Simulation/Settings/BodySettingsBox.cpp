@@ -128,7 +128,7 @@ void BodySettingsBox::Redisplay(int32 changes, const Moment& moment) {
         if (focus.id != focus_.id) SetFactories(focus.id);
         name_->ReadFrom(shown);
         physical_.ReadFrom(shown);
-        if (readsList) list = ReadSystemList(*portal_);
+        if (readsList) list = ReadSystemList(shown);
     }
     name_->SetFaded(moment.IsPast());
     physical_.SetFaded(moment.IsPast());
