@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <utility>
 
 #include "Model/Epochs/EpochCursor.h"
 #include "Simulation/Document/SimulationDocument.h"
@@ -18,6 +19,19 @@ std::string_view TakeUpTo(char separator, std::string_view* text) {
     const std::string_view piece = Trimmed(text->substr(0, end));
     text->remove_prefix(std::min(end + 1, text->size()));
     return piece;
+}
+
+std::optional<double> ParseRealTime(std::string_view text) {
+    constexpr std::pair<std::string_view, double> kUnits[] = {
+        {"", 1.0}, {"s", 1.0}, {"min", 60.0}, {"h", 3600.0}};
+    double time = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, time);
+    if (read.ec != std::errc()) return std::nullopt;
+    const std::string_view unit = Trimmed({read.ptr, static_cast<std::size_t>(end - read.ptr)});
+    for (const auto& [name, seconds] : kUnits)
+        if (unit == name) return time * seconds;
+    return std::nullopt;
 }
 
 std::optional<int32> ContactFromName(std::string_view name) {

@@ -1,4 +1,4 @@
-// Pieces of the edits on the command line, and what their names stand for. No state.
+// Pieces of the command line, and what their names stand for. No state.
 #pragma once
 
 #include <optional>
@@ -12,6 +12,9 @@ class SimulationDocument;
 [[nodiscard]] std::string_view Trimmed(std::string_view text);
 // The trimmed text up to the separator, or all of it; the given text keeps what follows.
 [[nodiscard]] std::string_view TakeUpTo(char separator, std::string_view* text);
+
+// "10min", "2h", "90 s", of real time: seconds unless it says otherwise.
+[[nodiscard]] std::optional<double> ParseRealTime(std::string_view text);
 
 // "merge", "stop" or "pass", as EpochLimits.h has them.
 [[nodiscard]] std::optional<int32> ContactFromName(std::string_view name);

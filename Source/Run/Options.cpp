@@ -10,6 +10,8 @@
 
 #include "Model/Epochs/EpochLimits.h"
 #include "Resources/Runner.h"
+#include "Run/Dialogue/Dialogue.h"
+#include "Run/DocumentImport.h"
 #include "Run/EditText.h"
 #include "Run/OutputFile.h"
 #include "Run/RunPainter.h"
@@ -120,21 +122,10 @@ bool SetOnCollision(Value value, const ProgramResources&, Options* options) {
     return options->onCollision.has_value();
 }
 
-// "10min": of real time, in seconds unless it says otherwise.
 bool SetCheckpoint(Value value, const ProgramResources&, Options* options) {
-    constexpr std::pair<Value, double> kUnits[] = {
-        {"", 1.0}, {"s", 1.0}, {"min", 60.0}, {"h", 3600.0}};
-    double& interval = options->checkpoint.emplace();
-    const char* const end = value.data() + value.size();
-    const auto read = std::from_chars(value.data(), end, interval);
-    if (read.ec != std::errc()) return false;
-    const Value unit = Trimmed({read.ptr, static_cast<std::size_t>(end - read.ptr)});
-    for (const auto& [name, seconds] : kUnits) {
-        if (unit != name) continue;
-        interval *= seconds;
-        return interval > 0.0 && interval <= kMaxInterval;
-    }
-    return false;
+    options->checkpoint = ParseRealTime(value);
+    return options->checkpoint && *options->checkpoint > 0.0 &&
+           *options->checkpoint <= kMaxInterval;
 }
 
 bool SetEvery(Value value, const ProgramResources&, Options* options) {
@@ -202,6 +193,9 @@ constexpr OptionInfo kOptions[] = {
     {"axis", '\0', true, SetAxis},
     {"scale", '\0', true, SetScale},
     {"camera", '\0', true, SetCamera},
+    {"import", '\0', true, AddTo<&Options::imports>},
+    {"import-gm", '\0', true, ReadMissingGM},
+    {"export", '\0', true, SetPath<&Options::exported>},
     {"edit", '\0', true, AddTo<&Options::edits>},
     {"sweep", '\0', true, AddTo<&Options::sweeps>},
     {"sweep-file", '\0', true, SetPath<&Options::sweepFile>},
@@ -213,6 +207,7 @@ constexpr OptionInfo kOptions[] = {
     {"order", '\0', true, SetOrder},
     {"threads", '\0', true, SetThreads},
     {"json", '\0', false, SetFlag<&Options::json>},
+    {"json-lines", '\0', false, SetFlag<&Options::jsonLines>},
     {"dump", '\0', false, SetFlag<&Options::dump>},
     {"quiet", 'q', false, SetFlag<&Options::quiet>},
     {"help", '\0', false, SetFlag<&Options::help>},
@@ -244,8 +239,9 @@ public:
     Wrong Parse() {
         while (!rest_.empty() && !options_->help && !options_->version)
             if (Wrong wrong = TakeArgument()) return wrong;
-        if (options_->json && options_->csv == OutputFile::kStandardOutput)
-            return Problem(kTextTwoOutputs);
+        const bool isCsvPrinted = options_->csv == OutputFile::kStandardOutput;
+        const bool isExportPrinted = options_->exported == OutputFile::kStandardOutput;
+        if (options_->json + isCsvPrinted + isExportPrinted > 1) return Problem(kTextTwoOutputs);
         if (options_->png && !options_->help && !options_->version && !RunPainter::IsPossible())
             return Problem(kTextNoPictures);
         if (options_->help || options_->version) return std::nullopt;
@@ -254,6 +250,9 @@ public:
         if (options_->checkpoint && !options_->save) return Problem(kTextCheckpointNeedsSave);
         if (const std::string_view other = ChangesRun(); options_->resume && !other.empty())
             return Problem(kTextNotWithResume, other);
+        if (const auto other = Dialogue::FindOther(*options_);
+            options_->jsonLines && !other.empty())
+            return Problem(kTextNotTogether, other, "--json-lines");
         if (Wrong wrong = FindSweepProblem()) return wrong;
         return FindMotionProblem();
     }
@@ -268,6 +267,7 @@ private:
         if (options_->cutoff) return "--cutoff";
         if (options_->order) return "--order";
         if (options_->onCollision) return "--on-collision";
+        if (!options_->imports.empty()) return "--import";
         if (!options_->edits.empty()) return "--edit";
         return options_->dump ? "--dump" : "";
     }
@@ -280,6 +280,8 @@ private:
         }
         const std::pair<bool, std::string_view> others[] = {
             {options_->save.has_value(), "--save"},
+            {options_->exported.has_value(), "--export"},
+            {!options_->imports.empty(), "--import"},
             {options_->png.has_value(), "--png"},
             {options_->resume.has_value(), "--resume"},
             {!options_->at.empty(), "--at"},

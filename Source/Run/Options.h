@@ -34,15 +34,18 @@ struct Options {
     std::optional<std::string> csv;
     std::optional<int64> every;  // none: all, or as the run began
     std::optional<std::string> save;
+    std::optional<std::string> exported;  // the bodies at the end
     std::optional<std::string> png;
     int32 width = 1200;  // pixels of the picture
     int32 height = 900;
     int32 axis = 3;                      // looked along: 1, 2, 3 for x, y, z
     double scale = 0.0;                  // pixels per metre; 0: the picture shows all that happened
     std::optional<CameraChoice> camera;  // none: along an axis
-    std::vector<std::string> edits;      // "SYSTEM.FIELD=VALUE UNIT", in order
-    std::optional<int32> onCollision;    // of EpochLimits.h; none: what the epoch says
-    std::vector<std::string> sweeps;     // SweepAxis.h
+    std::vector<std::string> imports;    // files of bodies
+    double missingGM = -1.0;         // m3/s2, of bodies whose file tells none; negative: not given
+    std::vector<std::string> edits;  // "SYSTEM.FIELD=VALUE UNIT", in order
+    std::optional<int32> onCollision;  // of EpochLimits.h; none: what the epoch says
+    std::vector<std::string> sweeps;   // SweepAxis.h
     std::optional<std::string> sweepFile;
     std::vector<std::string> bodies;  // whose columns a sweep has
     bool epochs = false;
@@ -52,6 +55,7 @@ struct Options {
     std::optional<int32> threads;
     bool json = false;
     bool dump = false;
+    bool jsonLines = false;  // orders come from standard input
     bool quiet = false;
     bool help = false;
     bool version = false;

@@ -32,6 +32,10 @@ std::optional<std::string> FindClashingOutput(const Options& options) {
     };
     if (clashes(csv, std::nullopt)) return csv;
     if (clashes(options.png, csv)) return options.png;
+    const bool isExportFile = options.exported && options.exported != OutputFile::kStandardOutput;
+    if (isExportFile && (clashes(options.exported, csv) || clashes(options.exported, options.png) ||
+                         clashes(options.exported, options.events)))
+        return options.exported;
     const bool isEventFile = options.events && options.events != OutputFile::kStandardOutput;
     if (isEventFile && (clashes(options.events, csv) || clashes(options.events, options.png)))
         return options.events;

@@ -10,6 +10,7 @@
 #include "Calculation/Ranks.h"
 #include "Resources/CommonTexts.h"
 #include "Resources/Runner.h"
+#include "Run/Dialogue/Dialogue.h"
 #include "Run/Options.h"
 #include "Run/RunPainter.h"
 #include "Run/Runner.h"
@@ -29,6 +30,7 @@ int HelpWith(const Options& options, const ProgramResources& resources, Ranks* r
 
 int RunAsFirst(const Options& options, const ProgramResources& resources, Ranks* ranks) {
     if (options.IsSweep()) return Sweep(options, resources, ranks).Run();
+    if (options.jsonLines) return Dialogue(options, resources).Run();
     const int status = Runner(options, resources, ranks).Run();
     if (ranks != nullptr) RankHelper::End(ranks);
     return status;

@@ -10,6 +10,7 @@
 #include "Resources/DocumentTexts.h"
 #include "Resources/Runner.h"
 #include "Run/DocumentEdit.h"
+#include "Run/DocumentImport.h"
 #include "Run/EpochListing.h"
 #include "Run/OrbitListing.h"
 #include "Run/OutputClash.h"
@@ -75,6 +76,9 @@ int Runner::LoadDocument() {
 
 int Runner::EditDocument() {
     const RunEvents::NothingToLose nothingToLose(events_);
+    if (const int status = ImportFiles(options_, &document_, &control_, resources_, output_);
+        status != kDone)
+        return status;
     DocumentEdit edit(&document_, &controller_, &resources_);
     for (const std::string& text : options_.edits) {
         std::optional<std::string> wrong = edit.Apply(text);
@@ -138,6 +142,8 @@ int Runner::WriteWithoutRun() {
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
     if (const int status = picture_.Write(); status != kDone) return status;
+    if (const int status = ExportBodies(options_, &document_, output_); status != kDone)
+        return status;
     return PrintListings();
 }
 
@@ -217,6 +223,8 @@ int Runner::WriteResults() {
     // Of a run that was stopped it stays.
     if (!live_.IsInterrupted()) checkpoints_.Remove();
     if (const int status = picture_.Write(); status != kDone) return status;
+    if (const int status = ExportBodies(options_, &document_, output_); status != kDone)
+        return status;
     if (const int status = PrintSummary(); status != kDone) return status;
     if (const int status = PrintListings(); status != kDone) return status;
     return EndStatus();

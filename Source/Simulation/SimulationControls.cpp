@@ -166,6 +166,10 @@ void SimulationControls::ShowResult() {
     if (!known.event.empty() && status_->ShowRunEvent(known.event)) FitWindow();
 }
 
+bool SimulationControls::IsOfNewSimulation() const {
+    return simulation_->IsNewlyCreated();
+}
+
 void SimulationControls::WindowShown() {
     status_->BreakAnew();
     // On the screen that it has come to.

@@ -45,6 +45,10 @@ public:
     // Null until they are built.
     [[nodiscard]] SubsidiaryWindows* Windows() const { return windows_.get(); }
 
+    [[nodiscard]] BWindow* Window() const { return window_; }
+    // Nobody has touched it yet.
+    [[nodiscard]] bool IsOfNewSimulation() const;
+    [[nodiscard]] const Moment& Shown() const { return moment_; }
     // Of the moment that is shown from then on.
     void Redisplay(int32 changes, Moment moment);
     // What can be undone and redone, and whether the document is saved.

@@ -16,11 +16,13 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Resources/Chart.h"
+#include "Resources/Exchange.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
 #include "Resources/Space.h"
 #include "Resources/TimeLine.h"
+#include "Simulation/BodyExchange.h"
 #include "Simulation/Document/TextTemplate.h"
 #include "Simulation/SimulationHost.h"
 
@@ -70,6 +72,9 @@ void SimulationMenus::AddFileMenu() {
     AddItem(menu, kLabelSaveCurrentEpoch, kSaveCurrentEpoch);
     saveHistory_ = AddItem(menu, kTextSaveHistory, kSaveHistory);
     menu->AddSeparatorItem();
+    AddItem(menu, kTextImportBodies, BodyExchange::kRequestImport);
+    AddItem(menu, kTextExport, BodyExchange::kRequestExport);
+    menu->AddSeparatorItem();
     AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey);
     AddItem(menu, kLabelCloseThenOpen, kCloseThenOpen, kLabelCloseKey, B_SHIFT_KEY);
     bar_->AddItem(menu);
@@ -79,6 +84,10 @@ void SimulationMenus::AddEditMenu() {
     auto* const menu = new BMenu(texts_.Text(kLabelEdit));
     undo_ = AddItem(menu, kLabelUndo, kUndo, kLabelUndoKey);
     redo_ = AddItem(menu, kLabelRedo, kRedo, kLabelUndoKey, B_SHIFT_KEY);
+    menu->AddSeparatorItem();
+    // Without Shift the letters are for the text of an entry.
+    AddItem(menu, kTextCopyAsText, BodyExchange::kCopyAsText, kTextCopyAsTextKey, B_SHIFT_KEY);
+    AddItem(menu, kTextPasteBodies, BodyExchange::kPasteBodies, kTextPasteBodiesKey, B_SHIFT_KEY);
     bar_->AddItem(menu);
 }
 

@@ -24,7 +24,8 @@ SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* c
       resources_(resources),
       history_(document->Portal(), document->GetCalculator()),
       control_(document->Portal(), document->GetCalculator(), controls),
-      controller_(document, &control_, resources) {
+      controller_(document, &control_, resources),
+      exchange_(document, &control_, controls, resources) {
     document_->AddConsumer(&history_);
     document_->GetCalculator()->SetGoalIsTold(true);
     HistoryBudget::Shared().Enter(&history_);
@@ -71,7 +72,7 @@ bool SimulationRun::Handle(const BMessage& message) {
             if (IsRunning()) controls_->ShowRun();
             break;
         default:
-            return false;
+            return exchange_.Handle(message);
     }
     return true;
 }

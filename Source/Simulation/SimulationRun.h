@@ -3,6 +3,7 @@
 // with the window locked.
 #pragma once
 
+#include "Simulation/BodyExchange.h"
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/History/RunHistory.h"
@@ -45,5 +46,6 @@ private:
     RunHistory history_;
     RunControl control_;
     SimulationController controller_;
+    BodyExchange exchange_;
     bool isForMerger_ = false;  // the run, which is over then
 };

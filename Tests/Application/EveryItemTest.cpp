@@ -8,6 +8,7 @@
 
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/BMessenger.h"
+#include "Platform/Interface/Handles/BClipboard.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Simulation/Simulation.h"
 #include "Tests/Application/AppDriver.h"
@@ -213,6 +214,13 @@ TEST_F(EveryItemTest, OfASimulation) {
         Select(id);
     Does(kSystem, "Bodies/Dissolve Group", History("Edit/Undo Dissolve Group"));
     Opens(kSystem, "Bodies/Trail & Disc…", "Display options for system");
+    BClipboard::SetText({});
+    Does(kSystem, "Edit/Copy as Text",
+         [] { return BClipboard::Text().find("body \"Arrakis\"") != std::string::npos; });
+    BClipboard::SetText("body \"Pasted\"\nat 1 2 3 AU");
+    Does(kSystem, "Edit/Paste Bodies", History("Edit/Undo Paste Bodies"));
+    OpensPanel(kSystem, "File/Import Bodies…");
+    OpensPanel(kSystem, "File/Export…");
     SimulationMenu(kSystem);
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     Opens(kSystem, "New Display/Space", "Space of system");

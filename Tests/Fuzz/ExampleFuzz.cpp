@@ -1,9 +1,9 @@
 // Reading the texts of examples, and building documents of them.
+#include "Exchange/ExampleModel.h"
+#include "Exchange/ExampleParser.h"
 #include "Model/Epochs/Epoch.h"
 #include "Tests/Fuzz/FuzzKit.h"
 #include "Tools/ExampleBuilder/ExampleDocument.h"
-#include "Tools/ExampleBuilder/ExampleModel.h"
-#include "Tools/ExampleBuilder/ExampleParser.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     if (Stars(text.systems) > kManyStars) return 0;
-    ExampleModel model;
+    ExampleModel model(fuzz::Resources());
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     fuzz::Check(epoch != nullptr || !model.Reason().empty(), "a fault is told");
     if (epoch != nullptr) static_cast<void>(WriteExample(kNowhere, text, *epoch, model.Chosen()));

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "Exchange/ExampleModel.h"
 #include "Simulation/Document/DocumentError.h"
-#include "Tools/ExampleBuilder/ExampleModel.h"
 
 // The document is read as the program reads it before it is
 // written: an example that could not be opened is not built.

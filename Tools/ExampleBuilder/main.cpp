@@ -5,11 +5,11 @@
 #include <fstream>
 #include <iterator>
 
+#include "Exchange/ExampleModel.h"
+#include "Exchange/ExampleParser.h"
 #include "Model/Epochs/Epoch.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Tools/ExampleBuilder/ExampleDocument.h"
-#include "Tools/ExampleBuilder/ExampleModel.h"
-#include "Tools/ExampleBuilder/ExampleParser.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ bool BuildExample(const std::string& source, const std::string& target) {
     ExampleParser parser(resources);
     ExampleText text;
     if (!parser.Parse(words, &text)) return FailAt(source, parser.Line(), parser.Reason());
-    ExampleModel model;
+    ExampleModel model(resources);
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     if (epoch == nullptr) return FailAt(source, model.Line(), model.Reason());
 

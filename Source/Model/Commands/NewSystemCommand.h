@@ -1,6 +1,8 @@
-// Adds a mass system to the focus epoch and puts it into focus. Owns the system while it is not in
-// the tree.
+// Adds mass systems to the focus epoch, all or none, and puts the first into focus. Owns them while
+// they are not in the tree.
 #pragma once
+
+#include <vector>
 
 #include "Model/Commands/FocusEpochCommand.h"
 
@@ -9,6 +11,8 @@ class SetSystemToCommand;
 class NewSystemCommand final : public FocusEpochCommand {
 public:
     NewSystemCommand(EpochPortal* portal, MassSystem* system, int64 parentID);
+    // At least one.
+    NewSystemCommand(EpochPortal* portal, std::vector<MassSystem*> systems, int64 parentID);
     ~NewSystemCommand() override;
 
 protected:
@@ -16,8 +20,11 @@ protected:
     void Revert() override;
 
 private:
-    MassSystem* system_;
-    const int64 systemID_;
+    [[nodiscard]] bool HasAny() const;
+    [[nodiscard]] std::vector<MassSystem*> FindAll() const;
+
+    std::vector<MassSystem*> systems_;
+    std::vector<int64> ids_;
     const int64 parentID_;
     std::unique_ptr<SetSystemToCommand> setSystem_;
     bool owns_ = true;

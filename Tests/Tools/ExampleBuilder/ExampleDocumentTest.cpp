@@ -10,8 +10,8 @@
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Tests/Platform/TestFolder.h"
-#include "Tools/ExampleBuilder/ExampleModel.h"
-#include "Tools/ExampleBuilder/ExampleParser.h"
+#include "Exchange/ExampleModel.h"
+#include "Exchange/ExampleParser.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ protected:
 };
 
 TEST_F(ExampleDocument, IsReadAsItWasMeant) {
-    ExampleModel model;
+    ExampleModel model(resources_);
     const std::unique_ptr<Epoch> epoch = model.Build(text_);
     ASSERT_NE(epoch, nullptr) << model.Reason();
     ASSERT_FALSE(WriteExample(path_, text_, *epoch, model.Chosen()).Failed());

@@ -1,9 +1,11 @@
-#include "Tools/ExampleBuilder/ExampleLine.h"
+#include "Exchange/ExampleLine.h"
 
 #include <charconv>
 #include <cmath>
 
+#include "Resources/Exchange.h"
 #include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
 
@@ -30,22 +32,37 @@ bool ExampleLine::SetTo(std::string_view text) {
         ++end;
     }
     rest_ = WithoutLeadingBlanks(text.substr(0, end));
-    return !inQuotes || Fail("a quotation mark is not closed");
+    return !inQuotes || Fail(kTextQuoteOpen);
 }
 
-bool ExampleLine::Fail(std::string reason) {
-    reason_ = std::move(reason);
+bool ExampleLine::Fail(int32 text, std::initializer_list<std::string_view> values) {
+    reason_ = FillIn(resources_.InterfaceLabel(text), values);
     return false;
 }
 
 std::string ExampleLine::Next() {
     quoted_ = rest_.starts_with('"');
-    if (quoted_) rest_.remove_prefix(1);
-    const std::size_t end =
-        std::min(quoted_ ? rest_.find('"') : rest_.find_first_of(" \t\r\""), rest_.size());
-    std::string word(rest_.substr(0, end));
-    rest_.remove_prefix(quoted_ ? end + 1 : end);
+    std::string word = quoted_ ? TakeQuoted() : TakePlain();
     rest_ = WithoutLeadingBlanks(rest_);
+    return word;
+}
+
+std::string ExampleLine::TakePlain() {
+    const std::size_t end = std::min(rest_.find_first_of(" \t\r\""), rest_.size());
+    std::string word(rest_.substr(0, end));
+    rest_.remove_prefix(end);
+    return word;
+}
+
+std::string ExampleLine::TakeQuoted() {
+    std::string word;
+    for (bool isFirst = true; rest_.starts_with('"'); isFirst = false) {
+        if (!isFirst) word += '"';
+        rest_.remove_prefix(1);
+        const std::size_t end = std::min(rest_.find('"'), rest_.size());
+        word += rest_.substr(0, end);
+        rest_.remove_prefix(std::min(end + 1, rest_.size()));
+    }
     return word;
 }
 
@@ -57,27 +74,26 @@ bool ExampleLine::Skip(std::string_view word) {
 
 bool ExampleLine::ReadName(std::string* name) {
     *name = Next();
-    return (quoted_ && !name->empty()) || Fail("a name in quotation marks is missing");
+    return (quoted_ && !name->empty()) || Fail(kTextNameMissing);
 }
 
 bool ExampleLine::ReadNumber(double* value) {
-    if (AtEnd()) return Fail("a number is missing");
+    if (AtEnd()) return Fail(kTextNumberMissing);
     const std::string word = Next();
-    return ParseNumber(word, value) || Fail("not a number: \"" + word + '"');
+    return ParseNumber(word, value) || Fail(kTextWordNoNumber, {word});
 }
 
 bool ExampleLine::ReadCount(int32 lowest, int32 highest, int32* value) {
     double number = 0.0;
     if (!ReadNumber(&number)) return false;
     if (number < lowest || number > highest || number != std::floor(number))
-        return Fail("not a whole number from " + std::to_string(lowest) + " to " +
-                    std::to_string(highest));
+        return Fail(kTextNotACount, {std::to_string(lowest), std::to_string(highest)});
     *value = static_cast<int32>(number);
     return true;
 }
 
 bool ExampleLine::ReadUnit(Quantity quantity, double* factor) {
-    if (AtEnd()) return Fail("a unit is missing");
+    if (AtEnd()) return Fail(kTextUnitMissing);
     const std::string word = Next();
     if (word == "u" && naturalMass_ > 0.0) {
         *factor = NaturalUnit(quantity);
@@ -88,7 +104,7 @@ bool ExampleLine::ReadUnit(Quantity quantity, double* factor) {
         return true;
     }
     const std::optional<double> unit = Units(quantity).FactorOf(word);
-    if (!unit) return Fail("no such unit here: \"" + word + '"');
+    if (!unit) return Fail(kTextUnitUnknown, {word});
     *factor = *unit;
     return true;
 }
@@ -102,7 +118,7 @@ bool ExampleLine::ReadQuantity(Quantity quantity, double* value) {
 
 bool ExampleLine::ReadPositive(Quantity quantity, double* value) {
     if (!ReadQuantity(quantity, value)) return false;
-    return *value > 0.0 || Fail("must be more than 0");
+    return *value > 0.0 || Fail(kTextNotPositive);
 }
 
 bool ExampleLine::ReadVector(Quantity quantity, ThreeVector* value) {

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "Exchange/KeplerOrbit.h"
 #include "Model/Epochs/EpochLimits.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
 #include "Platform/Support/SupportDefs.h"
-#include "Tools/ExampleBuilder/KeplerOrbit.h"
 
 // The factors of the units in which a system's quantities are shown.
 struct ExampleUnits {

@@ -1,14 +1,14 @@
-#include "Tools/ExampleBuilder/ExampleModel.h"
+#include "Exchange/ExampleModel.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+#include "Exchange/ExampleParser.h"
+#include "Exchange/PlummerSphere.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/MassSystem.h"
 #include "Simulation/Document/ProgramResources.h"
-#include "Tools/ExampleBuilder/ExampleParser.h"
-#include "Tools/ExampleBuilder/PlummerSphere.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ protected:
 
     ProgramResources resources_;
     ExampleParser parser_{resources_};
-    ExampleModel model_;
+    ExampleModel model_{resources_};
 };
 
 TEST_F(ExampleModelTest, GroupsGoAroundWithTheirCentreOfMass) {
@@ -96,7 +96,7 @@ TEST_F(ExampleModelTest, ClustersAreBodiesOfOneMass) {
 
 TEST_F(ExampleModelTest, SaysWhatCannotBe) {
     const std::pair<const char*, const char*> faults[] = {
-        {"body \"A\"\nbody \"A\"", "3: there is a system \"A\" already"},
+        {"body \"A\"\nbody \"A\"\nfocus \"A\"", "4: several systems are called \"A\""},
         {"body \"A\"\nfocus \"B\"", "3: there is no system \"B\""},
         {"body \"A\"\norbit \"B\" a 1 m\nbody \"B\"\nmass 1 kg",
          "2: no system \"B\" stands above it in the same group"},
@@ -104,7 +104,7 @@ TEST_F(ExampleModelTest, SaysWhatCannotBe) {
          "5: no system \"A\" stands above it in the same group"},
         {"body \"A\"\nbody \"B\"\norbit \"A\" a 1 m", "3: \"A\" has no mass to orbit"},
         {"group \"G\"\nat 0 0 0 m\nend", "2: a group without mass has no centre to be placed by"},
-        {"body \"A\"\nrelative \"A\"", "2: no system \"A\" stands above it"},
+        {"body \"A\"\nrelative \"A\"", "2: there is no other system \"A\""},
         {"cluster \"A\"\nmass 1 kg", "2: a cluster needs its stars, its mass and its length"}};
     for (const auto& [systems, fault] : faults) {
         EXPECT_EQ(Build(systems), nullptr) << systems;

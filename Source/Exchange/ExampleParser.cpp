@@ -1,9 +1,10 @@
-#include "Tools/ExampleBuilder/ExampleParser.h"
+#include "Exchange/ExampleParser.h"
 
 #include <algorithm>
 #include <numbers>
 
 #include "Model/Epochs/EpochLimits.h"
+#include "Resources/Exchange.h"
 
 namespace {
 
@@ -32,10 +33,6 @@ unsigned PlaceOf(ExampleSystem::Kind kind) {
             return kInBelt;
     }
     return 0;
-}
-
-std::string Quoted(const std::string& text) {
-    return '"' + text + '"';
 }
 
 }  // namespace
@@ -117,11 +114,10 @@ bool ExampleParser::Parse(std::string_view text, ExampleText* result) {
     CloseLeaf();
     if (!open_.empty()) {
         lineNumber_ = Current().line;
-        return line_.Fail("group " + Quoted(Current().name) + " has no end");
+        return line_.Fail(kTextGroupOpen, {Current().name});
     }
-    if (text_.epochName.empty()) return line_.Fail("there is no epoch statement");
-    if (text_.camera && !text_.turnsWith.name.empty())
-        return line_.Fail("what a camera shows turns with nobody");
+    if (needsEpoch_ && text_.epochName.empty()) return line_.Fail(kTextEpochMissing);
+    if (text_.camera && !text_.turnsWith.name.empty()) return line_.Fail(kTextCameraTurns);
     *result = std::move(text_);
     return true;
 }
@@ -131,12 +127,12 @@ bool ExampleParser::ParseLine(std::string_view text) {
     if (line_.AtEnd()) return true;
     const std::string word = line_.Next();
     const auto* const statement = std::ranges::find(kStatements, word, &Statement::word);
-    if (statement == std::end(kStatements)) return line_.Fail("no such statement: " + Quoted(word));
+    if (statement == std::end(kStatements)) return line_.Fail(kTextStatementUnknown, {word});
     if ((statement->places & kAnywhere) == 0 &&
         (open_.empty() || (statement->places & PlaceOf(Current().kind)) == 0))
-        return line_.Fail(Quoted(word) + " does not belong here");
+        return line_.Fail(kTextStatementMisplaced, {word});
     if (!statement->read(*this)) return false;
-    return line_.AtEnd() || line_.Fail("one word too many: " + Quoted(line_.Next()));
+    return line_.AtEnd() || line_.Fail(kTextWordTooMany, {line_.Next()});
 }
 
 bool ExampleParser::ReadTime() {
@@ -150,14 +146,13 @@ bool ExampleParser::ReadTime() {
 
 bool ExampleParser::ReadCutoff() {
     if (!line_.ReadNumber(&text_.cutoff)) return false;
-    return IsCutoff(text_.cutoff) ||
-           line_.Fail("the cutoff must be more than 0 and less than 0.001");
+    return IsCutoff(text_.cutoff) || line_.Fail(kTextBadCutoff);
 }
 
 bool ExampleParser::ReadYesOrNo(bool* value) {
     const std::string word = line_.Next();
     *value = word == "yes";
-    return *value || word == "no" || line_.Fail("neither yes nor no: " + Quoted(word));
+    return *value || word == "no" || line_.Fail(kTextNeitherYesNorNo, {word});
 }
 
 bool ExampleParser::ReadNatural() {
@@ -175,7 +170,7 @@ bool ExampleParser::ReadPicture() {
     if (line_.AtEnd()) return true;
     const std::string axis = line_.Next();
     text_.axis = axis == "x" ? 1 : axis == "y" ? 2 : axis == "z" ? 3 : 0;
-    return text_.axis != 0 || line_.Fail("no such axis: " + Quoted(axis));
+    return text_.axis != 0 || line_.Fail(kTextAxisUnknown, {axis});
 }
 
 bool ExampleParser::ReadMention(ExampleMention* mention) {
@@ -201,13 +196,12 @@ bool ExampleParser::ReadShow() {
     if (word == "speed") return line_.ReadUnit(Quantity::kSpeed, &units.speed);
     if (word == "mass") return line_.ReadUnit(Quantity::kMass, &units.mass);
     if (word == "radius") return line_.ReadUnit(Quantity::kDistance, &units.radius);
-    return line_.Fail("none of position, speed, mass and radius: " + Quoted(word));
+    return line_.Fail(kTextShowUnknown, {word});
 }
 
 bool ExampleParser::Open(Kind kind) {
     CloseLeaf();
-    if (kind == Kind::kGroup && open_.size() == kMaxGroups)
-        return line_.Fail("too many groups within groups");
+    if (kind == Kind::kGroup && open_.size() == kMaxGroups) return line_.Fail(kTextGroupsInGroups);
     ExampleSystem system;
     system.kind = kind;
     system.line = lineNumber_;
@@ -220,7 +214,7 @@ bool ExampleParser::Open(Kind kind) {
 
 bool ExampleParser::ReadEnd() {
     CloseLeaf();
-    if (open_.empty()) return line_.Fail("there is no group to end");
+    if (open_.empty()) return line_.Fail(kTextNoGroupToEnd);
     Close();
     return true;
 }
@@ -238,7 +232,7 @@ void ExampleParser::CloseLeaf() {
 bool ExampleParser::ReadMass() {
     // A body may be massless: it feels the others and pulls on none.
     if (!line_.ReadQuantity(Quantity::kMass, &Current().mass)) return false;
-    return Current().mass >= 0.0 || line_.Fail("a mass cannot be negative");
+    return Current().mass >= 0.0 || line_.Fail(kTextNegativeMass);
 }
 
 bool ExampleParser::ReadSeed() {
@@ -251,11 +245,11 @@ bool ExampleParser::ReadSeed() {
 bool ExampleParser::ReadSpeeds() {
     if (!line_.ReadNumber(&Current().speeds)) return false;
     return (Current().speeds >= 0.0 && Current().speeds <= kMaxSpeeds) ||
-           line_.Fail("speeds must be 0 to 1.4 of those in balance");
+           line_.Fail(kTextBadSpeeds);
 }
 
 bool ExampleParser::ReadPlace(std::optional<ThreeVector>* place, Quantity quantity) {
-    if (Current().orbit) return line_.Fail("the orbit says this already");
+    if (Current().orbit) return line_.Fail(kTextOrbitSaysThis);
     ThreeVector value;
     if (!line_.ReadVector(quantity, &value)) return false;
     *place = value;
@@ -263,8 +257,7 @@ bool ExampleParser::ReadPlace(std::optional<ThreeVector>* place, Quantity quanti
 }
 
 bool ExampleParser::ReadOrbit() {
-    if (Current().position || Current().velocity)
-        return line_.Fail("an orbit says itself where the body is and how it moves");
+    if (Current().position || Current().velocity) return line_.Fail(kTextOrbitSaysItself);
     ExampleOrbit orbit;
     if (!line_.ReadName(&orbit.centre) || !ReadElements(&orbit.elements)) return false;
     Current().orbit = std::move(orbit);
@@ -285,26 +278,26 @@ bool ExampleParser::ReadElements(KeplerOrbit* orbit) {
         } else if (word == "e") {
             if (!line_.ReadNumber(&orbit->eccentricity)) return false;
             if (orbit->eccentricity < 0.0 || orbit->eccentricity >= 1.0)
-                return line_.Fail("the eccentricity must be at least 0 and less than 1");
+                return line_.Fail(kTextBadEccentricity);
         } else if (word == "i") {
             if (!ReadAngle(&orbit->inclination)) return false;
         } else if (word == "node") {
             if (!ReadAngle(&orbit->ascendingNode)) return false;
         } else if (word == "peri" || word == "longperi") {
-            if (pericentre) return line_.Fail("the pericentre is given twice");
+            if (pericentre) return line_.Fail(kTextPericentreTwice);
             if (!ReadAngle(&angle)) return false;
             pericentre = angle;
             fromReference = word == "longperi";
         } else if (word == "anomaly" || word == "longitude") {
-            if (anomaly) return line_.Fail("the place on the orbit is given twice");
+            if (anomaly) return line_.Fail(kTextPlaceTwice);
             if (!ReadAngle(&angle)) return false;
             anomaly = angle;
             longitude = word == "longitude";
         } else {
-            return line_.Fail("no such element of an orbit: " + Quoted(word));
+            return line_.Fail(kTextElementUnknown, {word});
         }
     }
-    if (orbit->semiMajorAxis == 0.0) return line_.Fail("an orbit needs its semi-major axis a");
+    if (orbit->semiMajorAxis == 0.0) return line_.Fail(kTextSizeMissing);
     orbit->pericentreArgument =
         pericentre.value_or(0.0) - (fromReference ? orbit->ascendingNode : 0.0);
     orbit->meanAnomaly = anomaly.value_or(0.0);

@@ -6,13 +6,15 @@
 #include <string_view>
 #include <vector>
 
-#include "Tools/ExampleBuilder/ExampleLine.h"
-#include "Tools/ExampleBuilder/ExampleText.h"
+#include "Exchange/ExampleLine.h"
+#include "Exchange/ExampleText.h"
 
 class ExampleParser {
 public:
     explicit ExampleParser(const ProgramResources& resources) : line_(resources) {}
 
+    // For bodies alone, without the epoch that a document needs.
+    void SetNeedsEpoch(bool needsEpoch) { needsEpoch_ = needsEpoch; }
     // False when something is wrong: Line() and Reason() then say where and what.
     [[nodiscard]] bool Parse(std::string_view text, ExampleText* result);
     [[nodiscard]] int Line() const { return lineNumber_; }
@@ -56,6 +58,7 @@ private:
 
     ExampleLine line_;
     int lineNumber_ = 0;
+    bool needsEpoch_ = true;
     ExampleText text_;
     // The systems that are open, outermost first; only the last can be other than a group.
     std::vector<ExampleSystem> open_;

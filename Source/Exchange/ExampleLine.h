@@ -1,9 +1,10 @@
 // One line of an example's text, read from left to right as words, numbers and quantities with a
-// unit. What is between quotation marks is one word; a number sign outside them begins a comment.
-// Every reader returns false when the text is not what it should be; Reason() then says why. Owned
-// by the parser.
+// unit. What is between quotation marks is one word, in which two of them stand for one; a number
+// sign outside them begins a comment. Every reader returns false when the text is not what it
+// should be; Reason() then says why. Owned by the parser.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -23,7 +24,8 @@ public:
     [[nodiscard]] bool SetTo(std::string_view text);
     [[nodiscard]] bool AtEnd() const { return rest_.empty(); }
     [[nodiscard]] const std::string& Reason() const { return reason_; }
-    bool Fail(std::string reason);
+    // The text that says why, and what fills its gaps.
+    bool Fail(int32 text, std::initializer_list<std::string_view> values = {});
 
     // The next word, "" at the end of the line.
     std::string Next();
@@ -49,6 +51,8 @@ public:
     void SetNaturalUnits(double mass, double length);
 
 private:
+    std::string TakePlain();
+    std::string TakeQuoted();
     [[nodiscard]] const UnitTable& Units(Quantity quantity) const;
     [[nodiscard]] double NaturalUnit(Quantity quantity) const;
 

@@ -1,15 +1,21 @@
-#include "Tools/ExampleBuilder/ExampleModel.h"
+#include "Exchange/ExampleModel.h"
 
 #include <algorithm>
 #include <numbers>
 
+#include "Exchange/PlummerSphere.h"
+#include "Exchange/SeededRandom.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Model/Systems/CompositeSystem.h"
-#include "Tools/ExampleBuilder/PlummerSphere.h"
-#include "Tools/ExampleBuilder/SeededRandom.h"
+#include "Resources/Exchange.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/TextTemplate.h"
 
 namespace {
+
+// Of a name that several systems have.
+constexpr int64 kAmbiguous = kNoSystemID;
 
 MassSystem* ChildNamed(const MassSystem& parent, const std::string& name) {
     for (int32 i = 0; i < parent.CountChildren(); ++i)
@@ -21,6 +27,8 @@ MassSystem* ChildNamed(const MassSystem& parent, const std::string& name) {
 
 std::unique_ptr<Epoch> ExampleModel::Build(const ExampleText& text) {
     identifiers_.clear();
+    references_.clear();
+    lines_.clear();
     nextIdentifier_ = 0;
     auto epoch = std::make_unique<Epoch>();
     epoch->SetName(text.epochName);
@@ -31,6 +39,7 @@ std::unique_ptr<Epoch> ExampleModel::Build(const ExampleText& text) {
     epoch->SetCOMOnGo(text.centred);
     for (const ExampleSystem& system : text.systems)
         if (!Add(system, epoch->RootSystem())) return nullptr;
+    if (!SetReferences()) return nullptr;
 
     chosen_ = {};
     const bool areThere =
@@ -40,25 +49,43 @@ std::unique_ptr<Epoch> ExampleModel::Build(const ExampleText& text) {
 }
 
 bool ExampleModel::Choose(const ExampleMention& mention, int64* id) {
-    if (mention.name.empty()) return true;
-    const auto found = identifiers_.find(mention.name);
-    if (found == identifiers_.end())
-        return Fail(mention.line, "there is no system \"" + mention.name + '"');
-    *id = found->second;
-    return true;
+    return mention.name.empty() || Find(mention.name, mention.line, kTextNoSuchSystem, id);
 }
 
-bool ExampleModel::Fail(int line, std::string reason) {
+int ExampleModel::LineOf(int64 id) const {
+    const auto found = lines_.find(id);
+    return found == lines_.end() ? 0 : found->second;
+}
+
+bool ExampleModel::Fail(int line, int32 text, std::initializer_list<std::string_view> values) {
     line_ = line;
-    reason_ = std::move(reason);
+    reason_ = FillIn(resources_.InterfaceLabel(text), values);
     return false;
+}
+
+bool ExampleModel::Find(const std::string& name, int line, int32 otherwise, int64* id) {
+    const auto found = identifiers_.find(name);
+    if (found == identifiers_.end()) return Fail(line, otherwise, {name});
+    *id = found->second;
+    return *id != kAmbiguous || Fail(line, kTextSeveralSystems, {name});
+}
+
+// Systems may be shown relative to those that stand below them.
+bool ExampleModel::SetReferences() {
+    for (const Reference& reference : references_) {
+        int64 id = kNoSystemID;
+        if (!Find(reference.name, reference.line, kTextNoOtherSystem, &id)) return false;
+        if (id == reference.system->ID())
+            return Fail(reference.line, kTextNoOtherSystem, {reference.name});
+        reference.system->SetRelativeTo(id);
+    }
+    return true;
 }
 
 bool ExampleModel::Add(const ExampleSystem& text, MassSystem* parent) {
     if (text.kind == ExampleSystem::Kind::kCluster) return AddCluster(text, parent);
     if (text.kind == ExampleSystem::Kind::kBelt) return AddBelt(text, parent);
-    int64 id = 0;
-    if (!GiveIdentifier(text, &id)) return false;
+    const int64 id = GiveIdentifier(text);
     std::unique_ptr<DisplayedSystem> system;
     if (text.kind == ExampleSystem::Kind::kGroup) {
         auto group = std::make_unique<CompositeSystem>(text.name.c_str(), id, text.trail, text.disc,
@@ -70,7 +97,8 @@ bool ExampleModel::Add(const ExampleSystem& text, MassSystem* parent) {
         system->SetM(text.mass);
         system->SetRadius(text.radius);
     }
-    if (!Place(text, *parent, system.get()) || !SetLook(text, system.get())) return false;
+    if (!Place(text, *parent, system.get())) return false;
+    SetLook(text, system.get());
     return parent->AddChild(system.release()) == B_OK;
 }
 
@@ -82,7 +110,7 @@ bool ExampleModel::AddMembers(const ExampleSystem& text, CompositeSystem* group)
 
 bool ExampleModel::AddCluster(const ExampleSystem& text, MassSystem* parent) {
     if (text.count == 0 || text.mass == 0.0 || text.length == 0.0)
-        return Fail(text.line, "a cluster needs its stars, its mass and its length");
+        return Fail(text.line, kTextClusterIncomplete);
     int32 number = 0;
     for (const PlummerStar& star : PlummerSphere(text.count, text.mass, text.length, text.seed)) {
         ExampleSystem body = text;
@@ -99,8 +127,7 @@ bool ExampleModel::AddCluster(const ExampleSystem& text, MassSystem* parent) {
 // Orbits at equal distances from one another, turned as chance will have it in their planes, with
 // nodes and places on them likewise.
 bool ExampleModel::AddBelt(const ExampleSystem& text, MassSystem* parent) {
-    if (text.count == 0 || !text.orbit)
-        return Fail(text.line, "a belt needs its bodies and the innermost orbit");
+    if (text.count == 0 || !text.orbit) return Fail(text.line, kTextBeltIncomplete);
     constexpr double kTurn = 2.0 * std::numbers::pi;
     SeededRandom random(text.seed);
     const double inner = text.orbit->elements.semiMajorAxis;
@@ -122,19 +149,15 @@ bool ExampleModel::AddBelt(const ExampleSystem& text, MassSystem* parent) {
 bool ExampleModel::Place(const ExampleSystem& text, const MassSystem& parent, MassSystem* system) {
     if (!text.orbit && !text.position && !text.velocity) return true;
     const bool isGroup = text.kind == ExampleSystem::Kind::kGroup;
-    if (isGroup && !(system->M() > 0.0))
-        return Fail(text.line, "a group without mass has no centre to be placed by");
+    if (isGroup && !(system->M() > 0.0)) return Fail(text.line, kTextGroupMassless);
     if (!text.orbit) {
         if (text.position) system->SetPosition(*text.position);
         if (text.velocity) system->SetVelocity(*text.velocity);
         return true;
     }
     const MassSystem* const centre = ChildNamed(parent, text.orbit->centre);
-    if (centre == nullptr)
-        return Fail(text.line,
-                    "no system \"" + text.orbit->centre + "\" stands above it in the same group");
-    if (!(centre->M() > 0.0))
-        return Fail(text.line, '"' + text.orbit->centre + "\" has no mass to orbit");
+    if (centre == nullptr) return Fail(text.line, kTextNoCentre, {text.orbit->centre});
+    if (!(centre->M() > 0.0)) return Fail(text.line, kTextCentreMassless, {text.orbit->centre});
     ThreeVector position;
     ThreeVector velocity;
     text.orbit->elements.GetState(centre->M() + system->M(), &position, &velocity);
@@ -143,7 +166,7 @@ bool ExampleModel::Place(const ExampleSystem& text, const MassSystem& parent, Ma
     return true;
 }
 
-bool ExampleModel::SetLook(const ExampleSystem& text, DisplayedSystem* system) {
+void ExampleModel::SetLook(const ExampleSystem& text, DisplayedSystem* system) {
     system->SetTrailOn(text.trailOn);
     system->SetDiscOn(text.discOn);
     // The setters ignore 0, which stands for the program's own choice.
@@ -151,16 +174,13 @@ bool ExampleModel::SetLook(const ExampleSystem& text, DisplayedSystem* system) {
     system->SetSpeedUval(text.shownIn.speed);
     system->SetMassUval(text.shownIn.mass);
     system->SetRadiusUval(text.shownIn.radius);
-    if (text.relativeTo.empty()) return true;
-    const auto found = identifiers_.find(text.relativeTo);
-    if (found == identifiers_.end() || found->second == system->ID())
-        return Fail(text.line, "no system \"" + text.relativeTo + "\" stands above it");
-    system->SetRelativeTo(found->second);
-    return true;
+    if (!text.relativeTo.empty()) references_.push_back({system, text.relativeTo, text.line});
 }
 
-bool ExampleModel::GiveIdentifier(const ExampleSystem& text, int64* id) {
-    *id = nextIdentifier_++;
-    return identifiers_.emplace(text.name, *id).second ||
-           Fail(text.line, "there is a system \"" + text.name + "\" already");
+int64 ExampleModel::GiveIdentifier(const ExampleSystem& text) {
+    const int64 id = nextID_ ? nextID_() : nextIdentifier_++;
+    const auto [entry, isNew] = identifiers_.emplace(text.name, id);
+    if (!isNew) entry->second = kAmbiguous;
+    lines_.emplace(id, text.line);
+    return id;
 }

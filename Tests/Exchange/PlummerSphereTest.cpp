@@ -1,4 +1,4 @@
-#include "Tools/ExampleBuilder/PlummerSphere.h"
+#include "Exchange/PlummerSphere.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Tools/ExampleBuilder/KeplerOrbit.h"
+#include "Exchange/KeplerOrbit.h"
 
 #include <gtest/gtest.h>
 

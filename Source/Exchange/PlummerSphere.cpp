@@ -1,8 +1,8 @@
-#include "Tools/ExampleBuilder/PlummerSphere.h"
+#include "Exchange/PlummerSphere.h"
 
 #include <cmath>
 
-#include "Tools/ExampleBuilder/SeededRandom.h"
+#include "Exchange/SeededRandom.h"
 
 namespace {
 

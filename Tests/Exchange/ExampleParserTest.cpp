@@ -1,4 +1,4 @@
-#include "Tools/ExampleBuilder/ExampleParser.h"
+#include "Exchange/ExampleParser.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,9 @@
+// The bodies of an epoch as comma-separated values that CsvBodies reads back to the same bits: SI
+// units, masses as GM. No state; under the lock of the epoch.
+#pragma once
+
+#include <string>
+
+class AbEpoch;
+
+[[nodiscard]] std::string BodiesAsCsv(const AbEpoch& epoch);

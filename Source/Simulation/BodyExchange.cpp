@@ -1,0 +1,157 @@
+#include "Simulation/BodyExchange.h"
+
+#include <cstring>
+
+#include "Exchange/BodyReader.h"
+#include "Exchange/CsvExport.h"
+#include "Exchange/ExampleWriter.h"
+#include "Interface Widgets/MyFilePanel.h"
+#include "Interface Widgets/PanelFolder.h"
+#include "Model/Epochs/AbEpoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Handles/BClipboard.h"
+#include "Platform/Interface/Handles/BWindow.h"
+#include "Platform/Interface/Handles/SaveChoice.h"
+#include "Platform/Storage/AtomicFile.h"
+#include "Platform/Storage/entry_ref.h"
+#include "Resources/Exchange.h"
+#include "Simulation/Document/ProgramResources.h"
+#include "Simulation/Document/SimulationDocument.h"
+#include "Simulation/Document/TextTemplate.h"
+#include "Simulation/SimulationControls.h"
+
+BodyExchange::BodyExchange(SimulationDocument* document, RunControl* run,
+                           SimulationControls* controls, const ProgramResources* resources)
+    : document_(document),
+      controls_(controls),
+      resources_(resources),
+      import_(document, run, resources) {}
+
+BodyExchange::~BodyExchange() = default;
+
+bool BodyExchange::Handle(const BMessage& message) {
+    switch (message.what) {
+        case kCopyAsText:
+            Copy();
+            break;
+        case kPasteBodies:
+            Paste();
+            break;
+        case kRequestImport:
+            RequestImport();
+            break;
+        case kImport:
+            Import(message);
+            break;
+        case kRequestExport:
+            RequestExport();
+            break;
+        case kExport:
+            Export(message);
+            break;
+        default:
+            return false;
+    }
+    return true;
+}
+
+// Of the moment that is shown.
+void BodyExchange::Copy() const {
+    EpochPortal* const portal = document_->Portal();
+    std::string text;
+    {
+        const ReadGuard guard(portal);
+        const EpochPortal shown = controls_->Shown().PortalFrom(*portal);
+        text = ExampleWriter(*resources_).Write(*shown.FocusEpoch());
+    }
+    BClipboard::SetText(text);
+}
+
+void BodyExchange::Paste() {
+    const std::string text = BClipboard::Text();
+    if (text.empty()) return Show(kTextClipboardEmpty);
+    ReadBodies bodies;
+    auto fault = BodyReader(*resources_).Read(text, &bodies);
+    if (!fault) fault = import_.Add(bodies.text, kCommandPasteBodies);
+    if (fault) return Show(kTextNotPasted, {fault->Text(*resources_)});
+    Tell(bodies);
+}
+
+void BodyExchange::RequestImport() {
+    if (openPanel_ == nullptr) {
+        openPanel_ = std::make_unique<MyFilePanel>(B_OPEN_PANEL, BMessenger(controls_->Window()));
+        const BMessage answer(kImport);
+        openPanel_->SetMessage(&answer);
+        openPanel_->SetTitle(resources_->InterfaceLabel(kTextImportTitle));
+    }
+    openPanel_->Show();
+}
+
+void BodyExchange::Import(const BMessage& files) {
+    entry_ref file;
+    std::string path;
+    for (int32 i = 0; files.FindRef("refs", i, &file) == B_OK; i++)
+        if (get_path_for_ref(file, &path) == B_OK) ImportFile(path);
+}
+
+void BodyExchange::ImportFile(const std::string& path) {
+    ReadBodies bodies;
+    auto fault = BodyReader(*resources_).ReadFile(path, &bodies);
+    if (!fault)
+        fault = import_.Add(bodies.text, kCommandImportBodies, controls_->IsOfNewSimulation());
+    if (fault) return Show(kTextNotImported, {path, fault->Text(*resources_)});
+    Tell(bodies);
+}
+
+void BodyExchange::RequestExport() {
+    if (savePanel_ == nullptr) {
+        savePanel_ = std::make_unique<MyFilePanel>(B_SAVE_PANEL, BMessenger(controls_->Window()));
+        const BMessage answer(kExport);
+        savePanel_->SetMessage(&answer);
+        savePanel_->SetTitle(resources_->InterfaceLabel(kTextExportTitle));
+    }
+    std::string name;
+    {
+        const ReadGuard guard(document_->Portal());
+        name = document_->Portal()->FocusEpoch()->Name();
+    }
+    savePanel_->SetSaveText(FillIn(resources_->InterfaceLabel(kTextExportName), {name}).c_str());
+    savePanel_->Show();
+}
+
+// Of the moment that is shown.
+void BodyExchange::Export(const BMessage& place) const {
+    const auto choice = SaveChoice::From(place);
+    std::string folder;
+    if (!choice || get_path_for_ref(choice->directory, &folder) != B_OK) return;
+    std::string text;
+    {
+        const ReadGuard guard(document_->Portal());
+        const EpochPortal shown = controls_->Shown().PortalFrom(*document_->Portal());
+        text = BodiesAsCsv(*shown.FocusEpoch());
+    }
+    const std::string path = folder + '/' + choice->name;
+    AtomicFile file;
+    status_t status = file.Open(path);
+    if (status == B_OK) status = file.Write(text.data(), text.size());
+    if (status == B_OK) status = file.Commit();
+    if (status == B_OK) return Show(kTextWasExported, {path});
+    Show(kTextNotExported, {path, std::strerror(file.SystemError())});
+}
+
+void BodyExchange::Tell(const ReadBodies& bodies) const {
+    std::string told = FillIn(resources_->InterfaceLabel(kTextWasImported),
+                              {std::to_string(bodies.text.systems.size())});
+    if (bodies.usesKilograms)
+        told += std::string(" ") + resources_->InterfaceLabel(kTextOldKilogram);
+    if (!bodies.massless.empty())
+        told += ' ' + FillIn(resources_->InterfaceLabel(kTextMassesLeft),
+                             {std::to_string(bodies.massless.size())});
+    controls_->ShowInFull(told);
+}
+
+void BodyExchange::Show(int32 text, std::initializer_list<std::string_view> values) const {
+    controls_->ShowInFull(FillIn(resources_->InterfaceLabel(text), values));
+}

@@ -1,0 +1,53 @@
+// What the menus do with bodies as text: copies them to the clipboard, pastes them from there, and
+// imports them from files that the user chooses. Owned by the simulation's window and used on its
+// thread, with no lock of the document held.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Exchange/BodyImport.h"
+#include "Platform/Support/SupportDefs.h"
+
+class BMessage;
+class MyFilePanel;
+class SimulationControls;
+struct ReadBodies;
+
+class BodyExchange {
+public:
+    static constexpr uint32 kCopyAsText = FourCC("cpyt");
+    static constexpr uint32 kPasteBodies = FourCC("pstb");
+    static constexpr uint32 kRequestImport = FourCC("rqim");
+    // The answer of the file panel.
+    static constexpr uint32 kImport = FourCC("impt");
+    static constexpr uint32 kRequestExport = FourCC("rqex");
+    static constexpr uint32 kExport = FourCC("expt");
+
+    // None is owned.
+    BodyExchange(SimulationDocument* document, RunControl* run, SimulationControls* controls,
+                 const ProgramResources* resources);
+    ~BodyExchange();
+
+    // False for a message about something else.
+    bool Handle(const BMessage& message);
+
+private:
+    void Copy() const;
+    void Paste();
+    void RequestImport();
+    void Import(const BMessage& files);
+    void ImportFile(const std::string& path);
+    void RequestExport();
+    void Export(const BMessage& place) const;
+    // Without a mass for some they are of none.
+    void Tell(const ReadBodies& bodies) const;
+    void Show(int32 text, std::initializer_list<std::string_view> values = {}) const;
+
+    SimulationDocument* const document_;
+    SimulationControls* const controls_;
+    const ProgramResources* const resources_;
+    BodyImport import_;
+    std::unique_ptr<MyFilePanel> openPanel_;
+    std::unique_ptr<MyFilePanel> savePanel_;
+};
