@@ -14,7 +14,7 @@
 #include "Tests/Displays/Space/SpaceHand.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
-#include "Tests/Platform/Interface/WaitUntil.h"
+#include "Tests/Platform/WaitUntil.h"
 
 namespace {
 
@@ -257,6 +257,7 @@ TEST_F(HandsTest, DuringARunTakingHoldPausesItFirst) {
     document_.Pause();
     ::Settle(display_);
     SpaceHand::MoveTo(kTitle, {5, 5});
+    EXPECT_TRUE(IsHolding());  // two moves may come as one
     SpaceHand::MoveTo(kTitle, {25, 5});
     SpaceHand::Release(kTitle, {25, 5});
     const ThreeVector way =
