@@ -417,6 +417,28 @@ chart() {
     stop_program
 }
 
+hands() {
+    local shown
+    cp "$examples/planets.orvek" "$desk/Documents/planets"
+    start_program planets
+    window planets >/dev/null
+    use planets
+    press ctrl+shift+j
+    use "Space of planets"
+    shown="$(window "Space of planets")"
+    xdotool mousemove --window "$shown" 560 330 keydown ctrl mousedown 1
+    pause
+    xdotool mousemove --window "$shown" 566 300
+    pause
+    xdotool mousemove --window "$shown" 570 285
+    pause 3
+    # The mouse stays where it is.
+    import -frame -window "$shown" "$desk/hands.png"
+    keep hands "$desk/hands.png"
+    xdotool key Escape mouseup 1 keyup ctrl
+    stop_program
+}
+
 dark() {
     cat >"$XDG_CONFIG_HOME/kdeglobals" <<'END'
 [Colors:Window]
@@ -471,6 +493,7 @@ planets
 trails
 space
 chart
+hands
 dark
 stop_screen
 start_screen 2800x2000

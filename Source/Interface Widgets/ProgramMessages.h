@@ -59,6 +59,11 @@ inline constexpr uint32 kDeleteCurrentBody = FourCC("dlcb");
 inline constexpr uint32 kDeleteBody = FourCC("dlbd");     // int64 "Body ID"
 inline constexpr uint32 kEditBody = FourCC("edbd");       // int64 "Body ID"
 inline constexpr uint32 kSetRelativeTo = FourCC("rel2");  // int64 "Body ID"
+// Of a body that was dragged, or thrown in, in a display: three doubles "Place" (m), "Velocity"
+// (m/s), in the document's frame.
+inline constexpr uint32 kPlaceBody = FourCC("plbd");  // int64 "Body ID", "Place"
+inline constexpr uint32 kSteerBody = FourCC("stbd");  // int64 "Body ID", "Velocity"
+inline constexpr uint32 kThrowBody = FourCC("thbd");  // "Place", "Velocity"
 // Of the epoch window, with int32 "index" in visiting order and pointer "Epoch".
 inline constexpr uint32 kEditEpoch = FourCC("edep");
 inline constexpr uint32 kDeleteEpoch = FourCC("dlep");
@@ -81,6 +86,7 @@ inline constexpr uint32 kNewDisplay = FourCC("nwds");  // int32 "Display Type"
 inline constexpr uint32 kShowTrailDisc = FourCC("s_td");
 inline constexpr uint32 kShowAnimation = FourCC("sanm");
 inline constexpr uint32 kShowEpochs = FourCC("sepw");
+inline constexpr uint32 kRequestGroup = FourCC("rqgr");
 inline constexpr uint32 kTellUser = FourCC("tell");  // string "Text": in the status line
 
 // --- Their fields ---
@@ -89,6 +95,8 @@ inline constexpr const char* kDoomedSimulation = "Doomed Simulation";
 inline constexpr const char* kDoomedDisplay = "Doomed Display";
 inline constexpr const char* kDoomedMessageWindow = "Doomed Msg Window";
 inline constexpr const char* kBodyIDField = "Body ID";
+inline constexpr const char* kPlaceField = "Place";
+inline constexpr const char* kVelocityField = "Velocity";
 inline constexpr const char* kEpochIndexField = "index";
 inline constexpr const char* kEpochField = "Epoch";
 inline constexpr const char* kDisplayTypeField = "Display Type";

@@ -1,6 +1,9 @@
 #include "Simulation/EditMessages.h"
 
+#include <optional>
+
 #include "Interface Widgets/ProgramMessages.h"
+#include "Model/Commands/SetCompVectorCommand.h"
 #include "Model/Epochs/EpochCursor.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -42,6 +45,37 @@ void Group(const BMessage& message, SimulationController* controller,
     if (message.FindString(GroupWindow::kNameField, &name) == B_OK &&
         controller->GroupSystems(ids, name) == SimulationController::Grouping::kTooDeep)
         tellRefusal(kTextGroupsTooDeep);
+}
+
+std::optional<ThreeVector> VectorOf(const BMessage& message, const char* field) {
+    double values[3];
+    if (message.FindDoubles(field, 0, 3, values) != B_OK) return std::nullopt;
+    const ThreeVector vector{values[0], values[1], values[2]};
+    return IsFinite(vector) ? std::optional(vector) : std::nullopt;
+}
+
+// What a hand did in a display. False for any other message.
+bool TakeHandedBody(const BMessage& message, SimulationController* controller) {
+    int64 system = kNoSystemID;
+    static_cast<void>(message.FindInt64(kBodyIDField, &system));
+    const auto place = VectorOf(message, kPlaceField);
+    const auto velocity = VectorOf(message, kVelocityField);
+    switch (message.what) {
+        case kPlaceBody:
+            if (place) controller->SetVector(system, kPositionQuantity, *place);
+            return true;
+        case kSteerBody:
+            if (velocity) controller->SetVector(system, kVelocityQuantity, *velocity);
+            return true;
+        case kThrowBody:
+            if (const SimulationController::Motion motion{place.value_or(ThreeVector{}),
+                                                          velocity.value_or(ThreeVector{})};
+                place && velocity)
+                controller->CreateBody(&motion);
+            return true;
+        default:
+            return false;
+    }
 }
 
 }  // namespace
@@ -96,7 +130,7 @@ bool CarryOutEdit(const BMessage& message, SimulationController* controller, Epo
             controller->ToCenterOfMass();
             break;
         default:
-            return false;
+            return TakeHandedBody(message, controller);
     }
     return true;
 }

@@ -2,7 +2,7 @@
 // thread with the window locked.
 #pragma once
 
-#include "Platform/Support/SupportDefs.h"
+#include "Interface Widgets/ProgramMessages.h"
 
 class BHandler;
 class BMenu;
@@ -17,7 +17,7 @@ class SimulationMenus {
 public:
     // To the simulation's window: ask what to group; put the members of the group in focus in its
     // place.
-    static constexpr uint32 kRequestGroup = FourCC("rqgr");
+    static constexpr uint32 kRequestGroup = ::kRequestGroup;
     static constexpr uint32 kDissolveGroup = FourCC("dsgr");
 
     // Open more of the document's displays.

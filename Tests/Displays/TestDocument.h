@@ -26,6 +26,7 @@ public:
 
     void MessageReceived(BMessage* message) override { received_.Note(*message); }
     BMessage WaitFor(uint32 what) { return received_.WaitFor(what); }
+    bool Has(uint32 what) { return received_.Has(what); }
 
 private:
     ReceivedMessages received_;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Displays/Projection/TakenFrames.h"
 #include "Model/Units/QuantityText.h"
 #include "Platform/Interface/Canvas/LineClip.h"
 
@@ -41,36 +42,10 @@ std::string FixedText(double value, int decimals) {
     return {text, end};
 }
 
-bool Overlap(const BRect& a, const BRect& b) {
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
-}
-
 bool Contains(const BRect& outer, const BRect& inner) {
     return outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right &&
            outer.bottom >= inner.bottom;
 }
-
-// Where texts lie already.
-class TakenFrames {
-public:
-    TakenFrames(const TrajectoryView& view, const std::vector<OverlayItem>& texts) {
-        for (const OverlayItem& text : texts)
-            Add(view.FrameOf(text));
-    }
-
-    void Add(BRect frame) { frames_.push_back(frame); }
-    [[nodiscard]] bool IsFree(BRect frame) const {
-        return std::none_of(frames_.begin(), frames_.end(),
-                            [&](const BRect& taken) { return Overlap(taken, frame); });
-    }
-    [[nodiscard]] bool IsFree(BPoint point) const {
-        return std::none_of(frames_.begin(), frames_.end(),
-                            [&](const BRect& taken) { return IsInside(point, taken); });
-    }
-
-private:
-    std::vector<BRect> frames_;
-};
 
 // At the upper right of the disc.
 OverlayItem NameText(const TrajectoryCache::Disc& disc, const std::string& name, rgb_color color) {

@@ -63,6 +63,7 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
     ScrollView()->SetBarNames(Texts().Text(kLabelAcross), Texts().Text(kLabelUp));
     ScrollView()->SetScroller([this](float right, float down) { PanBy(right, down); });
     View()->MakeFocus();
+    hands_.SetView(Sky());
     return 0;
 }
 
@@ -156,7 +157,8 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case PictureSaver::kNamed:
             return pictureSaver_.Save(*message, *View());
         default:
-            if (!compared_.Handle(*message)) TrajectoryDisplay::MessageReceived(message);
+            if (!compared_.Handle(*message) && !hands_.Handle(*message))
+                TrajectoryDisplay::MessageReceived(message);
     }
 }
 
@@ -204,7 +206,7 @@ void ProjectionDisplay::DisplayData() {
 }
 
 bool ProjectionDisplay::IsRunning() const {
-    return !shown_.IsPast() && TrajectoryDisplay::IsRunning();
+    return shown_.IsRunning();
 }
 
 void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
@@ -231,6 +233,7 @@ void ProjectionDisplay::Redisplay(int32 changes) {
         }
         Sky()->ShowTexts();
     }
+    hands_.ModelChanged();
     menus_->Redisplay(told, Epoch());
     TrajectoryDisplay::Redisplay(changes);
     const bool areOthersKept = (told & kRunsKeptChanged) == kRunsKeptChanged;
@@ -292,6 +295,7 @@ void ProjectionDisplay::SetFrame(int64 followed, const TurningPair& pair) {
         const ReadGuard guard(Epoch());
         static_cast<void>(mover_.TakeReference(shown_.Portal().BodiesInMassOrder()));
     }
+    hands_.ModelChanged();
     ShowFollowed();
     mover_.Redraw(false);
 }
@@ -361,6 +365,7 @@ std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
         items.push_back(MakeTimeText(Texts().Label(kLabelTimeIs), shown_.Time(), shown_.TimeUval(),
                                      *context_.timeUnits));
     compared_.AddTexts(&items);
+    hands_.AddOverlay(&items);
     // Names take the room that is left.
     const BodyLabels& labels = shown_.Labels();
     if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels.bodies.size()))

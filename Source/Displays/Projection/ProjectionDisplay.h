@@ -7,12 +7,14 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Comparison/ComparisonControl.h"
+#include "Displays/Hands/Hands.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/KeptTrailsPainter.h"
 #include "Displays/Projection/PictureMover.h"
 #include "Displays/Projection/PictureSaver.h"
 #include "Displays/Projection/ProjectionDialogs.h"
 #include "Displays/Projection/ProjectionFields.h"
+#include "Displays/Projection/ProjectionSight.h"
 #include "Displays/Projection/ShownModel.h"
 #include "Displays/TimeLine/DisplayFoot.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
@@ -94,6 +96,7 @@ public:
 
     // The texts over the picture. `pointedAt`: the body under the mouse, or -1.
     [[nodiscard]] std::vector<OverlayItem> MakeTexts(int32 pointedAt) const;
+    [[nodiscard]] Hands& GetHands() { return hands_; }
     [[nodiscard]] const DisplayOptions& Options() const { return fields_.options; }
 
 protected:
@@ -122,4 +125,6 @@ private:
     PictureMover mover_;
     ComparisonControl compared_;
     PictureSaver pictureSaver_;
+    ProjectionSight sight_{this, &fields_, &shown_};
+    Hands hands_{this, &shown_, &sight_, context_};
 };

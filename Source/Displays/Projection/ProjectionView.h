@@ -16,6 +16,7 @@ public:
     void WheelTurned(const WheelInput& input) override;
     void Pinched(const PinchInput& input) override;
     void KeyDown(const KeyInput& input) override;
+    void KeyUp(const KeyInput& input) override;
 
     // Shows the texts as they are now.
     void ShowTexts() { ShowPicture(); }
@@ -28,7 +29,8 @@ private:
 
     ProjectionDisplay* const display_;
     bool isDragged_ = false;
-    BPoint grabbed_;  // where in the view the mouse was last during a drag
+    bool isClick_ = false;  // a button was pressed, and the mouse has hardly moved since
+    BPoint grabbed_;        // where in the view the mouse was last during a drag
     bool hasPointer_ = false;
     BPoint pointer_;
 };

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Model/Sharing/AbCalculator.h"
 #include "Simulation/History/ShownMoment.h"
 
 bool ShownModel::IsStale() const {
@@ -14,6 +15,11 @@ void ShownModel::TakeMoment() {
 
 const AbEpoch& ShownModel::Epoch() const {
     return moment_.IsPast() ? *moment_.epoch : *portal_->FocusEpoch();
+}
+
+bool ShownModel::IsRunning() const {
+    const AbCalculator* const calculator = portal_->GetCalculator();
+    return !IsPast() && calculator != nullptr && calculator->IsRunning();
 }
 
 bool ShownModel::TakeWhetherMoved() {

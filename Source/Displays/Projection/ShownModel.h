@@ -25,6 +25,8 @@ public:
     void TakeMoment();
     [[nodiscard]] const Moment& GetMoment() const { return moment_; }
     [[nodiscard]] bool IsPast() const { return moment_.IsPast(); }
+    // What is shown is a run that goes on.
+    [[nodiscard]] bool IsRunning() const;
     [[nodiscard]] EpochPortal Portal() const { return moment_.PortalFrom(*portal_); }
     [[nodiscard]] const AbEpoch& Epoch() const;
     // Whether the picture is still of another moment; it is to be drawn at once.

@@ -55,8 +55,22 @@ void SpaceCanvas::Paint(const SpaceScene& scene, const Camera& camera, const Spa
     SetBackground(options.Sky());
     const BRect bounds = Bounds();
     UpperLayer().CopyFrom(pixels_, {bounds.left, bounds.top});
-    SetOverlay(SpaceTexts(drawing, scene, options, map, units, *this));
+    texts_ = SpaceTexts(drawing, scene, options, map, units, *this);
     discs_ = drawing.Discs();
+    ShowTexts();
+}
+
+BPoint SpaceCanvas::PointOf(const SpaceMap::Point& pixel) const {
+    const BRect bounds = Bounds();
+    const double scale = UpperLayer().Scale();
+    return {bounds.left + static_cast<float>(pixel.x / scale) - 0.5f,
+            bounds.top + static_cast<float>(pixel.y / scale) - 0.5f};
+}
+
+void SpaceCanvas::ShowTexts() {
+    std::vector<OverlayItem> items = texts_;
+    AddOverlay(&items);
+    SetOverlay(std::move(items));
     Sync();
 }
 

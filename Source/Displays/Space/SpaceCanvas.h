@@ -29,9 +29,18 @@ public:
     // nearest of them; -1 for none.
     [[nodiscard]] int32 BodyAt(BPoint point) const;
     [[nodiscard]] const PixelBuffer& Pixels() const { return pixels_; }
+    // The point of the view that a device pixel of the picture is.
+    [[nodiscard]] BPoint PointOf(const SpaceMap::Point& pixel) const;
+    // Shows the texts over the picture that was painted last as they are now.
+    void ShowTexts();
+
+protected:
+    // What stands over the picture beside its own texts.
+    virtual void AddOverlay(std::vector<OverlayItem>* /*items*/) const {}
 
 private:
     SpaceRasterizer rasterizer_;
     PixelBuffer pixels_;
     std::vector<SpaceDrawing::Disc> discs_;
+    std::vector<OverlayItem> texts_;
 };

@@ -8,7 +8,6 @@
 #include "Displays/Space/SpaceView.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
-#include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/EpochPortal.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -67,6 +66,7 @@ int32 SpaceDisplay::Init(const char* simulationName) {
     view_->SetAccessibleName(Texts().Text(kLabelSpaceView));
     view_->SetStretch(1, 1);
     AddChild(view_);
+    hands_.SetView(view_);
     foot_ = std::make_unique<DisplayFoot>(
         this, TimeLineBar::Source{Epoch(), trails_.History(), shown_.Source(), Owner()}, context_);
     view_->MakeFocus();
@@ -109,6 +109,7 @@ void SpaceDisplay::MessageReceived(BMessage* message) {
         default:
             if (bool SpaceOptions::*const option = SpaceMenus::OptionOf(*message))
                 return ToggleOption(option);
+            if (hands_.Handle(*message)) return;
             Display::MessageReceived(message);
     }
 }
@@ -128,6 +129,7 @@ void SpaceDisplay::RunStopped() {
     menus_->SetGoLabel(Texts().Text(kLabelGo));
     foot_->SetRunning(false);
     clock_.reset();
+    hands_.ModelChanged();
     Repaint();
 }
 
@@ -163,8 +165,7 @@ void SpaceDisplay::ReadData(int32 reports, double* times, double* positions, dou
 }
 
 bool SpaceDisplay::IsRunning() const {
-    const AbCalculator* const calculator = Epoch()->GetCalculator();
-    return !shown_.IsPast() && calculator != nullptr && calculator->IsRunning();
+    return shown_.IsRunning();
 }
 
 void SpaceDisplay::Redisplay(int32 changes) {
@@ -173,6 +174,7 @@ void SpaceDisplay::Redisplay(int32 changes) {
         shown_.TakeMoment();
         TakeBodies(shown_.Portal().BodiesInMassOrder());
     }
+    hands_.ModelChanged();
     menus_->ShowMoment(shown_.IsPast());
     foot_->Redisplay(changes);
     Repaint();
@@ -319,6 +321,7 @@ void SpaceDisplay::Follow(int64 system) {
         const ReadGuard guard(Epoch());
         TakeBodies(shown_.Portal().BodiesInMassOrder());
     }
+    hands_.ModelChanged();
     menus_->ShowFollowed(shown_.Labels(), fields_.followed);
     if (system == kNoSystemID) needsFit_ = true;
     Repaint();
@@ -329,11 +332,8 @@ void SpaceDisplay::FollowBody(int32 body) {
         Follow(scene_.bodies[static_cast<std::size_t>(body)].id);
 }
 
-void SpaceDisplay::EditBody(int32 body) {
-    if (body < 0 || body >= static_cast<int32>(scene_.bodies.size())) return;
-    BMessage edit(kEditBody);
-    edit.AddInt64(kBodyIDField, scene_.bodies[static_cast<std::size_t>(body)].id);
-    SendToOwner(edit);
+void SpaceDisplay::ShowTexts() {
+    if (!IsHidden() && !view_->IsEmpty()) view_->ShowTexts();
 }
 
 void SpaceDisplay::ToggleOption(bool SpaceOptions::*option) {

@@ -12,9 +12,11 @@
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Hands/Hands.h"
 #include "Displays/Projection/PictureSaver.h"
 #include "Displays/Projection/ShownModel.h"
 #include "Displays/Space/SpaceFields.h"
+#include "Displays/Space/SpaceSight.h"
 #include "Displays/Space/SpaceTexts.h"
 #include "Displays/Space/SpaceTrails.h"
 #include "Displays/TimeLine/DisplayFoot.h"
@@ -67,10 +69,10 @@ public:
     void Follow(int64 system);
     // -1: nothing.
     void FollowBody(int32 body);
-    // The owner's settings become those of this body; -1: nothing happens.
-    void EditBody(int32 body);
     // Shows things as they are now.
     void Repaint();
+    void ShowTexts();
+    [[nodiscard]] Hands& GetHands() { return hands_; }
     // A key that the view does not take for itself.
     void TakeTimeKey(const KeyInput& input) { foot_->TakeKey(input); }
 
@@ -105,6 +107,8 @@ private:
     std::unique_ptr<DisplayFoot> foot_;
     ShownModel shown_;
     PictureSaver pictureSaver_;
+    SpaceSight sight_{this, &shown_};
+    Hands hands_{this, &shown_, &sight_, context_};
 
     SpaceScene scene_;
     SpaceTrails trails_;

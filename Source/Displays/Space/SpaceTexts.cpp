@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Displays/Projection/PictureTexts.h"
+#include "Displays/Projection/TakenFrames.h"
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Interface/Canvas/CanvasView.h"
@@ -13,10 +14,6 @@ namespace {
 constexpr std::size_t kMaxNames = 200;  // more are not readable
 constexpr float kNameGap = 3.0f;
 constexpr int kDigits = 6;
-
-bool Overlap(const BRect& a, const BRect& b) {
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
-}
 
 // Adds texts where there is room.
 class TextPlaces {
@@ -35,17 +32,19 @@ public:
     }
     void Add(OverlayItem item) {
         const BRect frame = view_.FrameOf(item);
-        for (const BRect& taken : frames_)
-            if (Overlap(taken, frame)) return;
-        frames_.push_back(frame);
+        if (!taken_.IsFree(frame)) return;
+        taken_.Add(frame);
         items_.push_back(std::move(item));
     }
-    void AddAt(BPoint where, std::string text, rgb_color color) {
+    // What the right border would cut stands on the other side of the point `about`.
+    void AddAt(BPoint where, float about, std::string text, rgb_color color) {
         OverlayItem item;
         item.anchor = OverlayItem::Anchor::kCanvas;
         item.where = {std::floor(where.x), std::floor(where.y)};
         item.text = std::move(text);
         item.color = color;
+        if (const BRect frame = view_.FrameOf(item); frame.right > bounds_.right)
+            item.where.x = std::floor(2.0f * about - item.where.x - frame.Width());
         Add(std::move(item));
     }
     [[nodiscard]] std::size_t Count() const { return items_.size(); }
@@ -55,7 +54,7 @@ private:
     const CanvasView& view_;
     const BRect bounds_;
     const double scale_;
-    std::vector<BRect> frames_;
+    TakenFrames taken_;
     std::vector<OverlayItem> items_;
 };
 
@@ -79,21 +78,21 @@ std::vector<OverlayItem> SpaceTexts(const SpaceDrawing& drawing, const SpaceScen
     if (options.time && units.times != nullptr)
         addUsual(MakeTimeText(units.timePrefix, scene.time, units.time, *units.times));
     for (const SpaceDrawing::Mark& mark : drawing.Marks())
-        if (mark.letter != '\0')
-            places.AddAt(places.ToView(mark.where), std::string(1, mark.letter), options.Text());
+        if (const BPoint at = places.ToView(mark.where); mark.letter != '\0')
+            places.AddAt(at, at.x, std::string(1, mark.letter), options.Text());
     if (options.names) {
         const std::size_t most = places.Count() + kMaxNames;
         for (const SpaceDrawing::Disc& disc : drawing.Discs()) {
             const BPoint center = places.ToView(disc.center);
             if (!places.IsSeen(center) || places.Count() >= most) continue;
             const float away = 0.7f * static_cast<float>(disc.radius / drawing.Scale()) + kNameGap;
-            places.AddAt({center.x + away, center.y - away},
+            places.AddAt({center.x + away, center.y - away}, center.x,
                          scene.bodies[static_cast<std::size_t>(disc.body)].name, options.Text());
         }
     }
     for (const SpaceDrawing::Mark& mark : drawing.Marks())
-        if (mark.letter == '\0' && units.distances != nullptr)
-            places.AddAt(places.ToView(mark.where), LengthText(mark, *units.distances),
-                         {125, 135, 155, 255});
+        if (const BPoint at = places.ToView(mark.where);
+            mark.letter == '\0' && units.distances != nullptr)
+            places.AddAt(at, at.x, LengthText(mark, *units.distances), {125, 135, 155, 255});
     return places.Take();
 }

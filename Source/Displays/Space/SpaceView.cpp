@@ -19,6 +19,7 @@ SpaceView::SpaceView(SpaceDisplay* display) : SpaceCanvas("space"), display_(dis
 void SpaceView::MouseDown(const MouseInput& input) {
     const bool isSecond = (input.buttons & B_SECONDARY_MOUSE_BUTTON) != 0;
     const bool isPrimary = (input.buttons & B_PRIMARY_MOUSE_BUTTON) != 0;
+    if (drag_ == Drag::kNone && display_->GetHands().MouseDown(input)) return;
     if (isPrimary && input.clicks > 1) {
         EndDrag();
         return display_->FollowBody(BodyAt(input.where));
@@ -26,16 +27,18 @@ void SpaceView::MouseDown(const MouseInput& input) {
     if (!isPrimary && !isSecond) return;
     drag_ = isSecond ? Drag::kPan : Drag::kTurn;
     grabbed_ = input.inView;
-    isClick_ = isPrimary;
+    isClick_ = isPrimary != isSecond;
     SetPointer(Pointer::kClosedHand);
 }
 
 void SpaceView::MouseUp(const MouseInput& input) {
+    if (display_->GetHands().MouseUp(input)) return;
     constexpr uint32 kBoth = B_PRIMARY_MOUSE_BUTTON | B_SECONDARY_MOUSE_BUTTON;
     if ((input.buttons & kBoth) != 0) return;
-    const bool isClick = isClick_ && drag_ == Drag::kTurn;
+    const Drag drag = isClick_ ? drag_ : Drag::kNone;
     EndDrag();
-    if (isClick) display_->EditBody(BodyAt(input.where));
+    if (drag == Drag::kTurn) display_->GetHands().Click(input.where);
+    if (drag == Drag::kPan) display_->GetHands().RightClick(input.where);
 }
 
 void SpaceView::EndDrag() {
@@ -45,7 +48,8 @@ void SpaceView::EndDrag() {
     display_->Repaint();  // as fine as it can be
 }
 
-void SpaceView::MouseMoved(const MouseInput& input, Transit /*transit*/) {
+void SpaceView::MouseMoved(const MouseInput& input, Transit transit) {
+    if (display_->GetHands().MouseMoved(input, transit)) return;
     if (drag_ == Drag::kNone) return;
     const BPoint way{input.inView.x - grabbed_.x, input.inView.y - grabbed_.y};
     if (isClick_ && std::abs(way.x) + std::abs(way.y) < kClick) return;
@@ -72,7 +76,16 @@ void SpaceView::FrameResized(BRect /*bounds*/) {
     display_->Repaint();
 }
 
+void SpaceView::AddOverlay(std::vector<OverlayItem>* items) const {
+    display_->GetHands().AddOverlay(items);
+}
+
+void SpaceView::KeyUp(const KeyInput& input) {
+    static_cast<void>(display_->GetHands().KeyUp(input));
+}
+
 void SpaceView::KeyDown(const KeyInput& input) {
+    if (display_->GetHands().KeyDown(input)) return;
     if (const auto zoom = PictureKeys::ZoomOf(input)) return display_->ZoomAbout(Middle(), *zoom);
     if (const auto arrow = PictureKeys::ArrowOf(input)) {
         if ((input.modifiers & B_SHIFT_KEY) == 0)

@@ -16,10 +16,14 @@ public:
     void WheelTurned(const WheelInput& input) override;
     void Pinched(const PinchInput& input) override;
     void KeyDown(const KeyInput& input) override;
+    void KeyUp(const KeyInput& input) override;
     void FrameResized(BRect bounds) override;
 
     // The camera is being moved by the mouse.
     [[nodiscard]] bool IsDragged() const { return drag_ != Drag::kNone; }
+
+protected:
+    void AddOverlay(std::vector<OverlayItem>* items) const override;
 
 private:
     enum class Drag { kNone, kTurn, kPan };

@@ -60,10 +60,11 @@ int64 SimulationController::NewSystemID() const {
     return NewIdentifiers({document_->Root()}).Next();
 }
 
-void SimulationController::CreateBody() {
+void SimulationController::CreateBody(const Motion* motion) {
     PauseForEdit();
     EpochPortal* portal = Portal();
     portal->CommitChanges();
+    if (motion != nullptr && !portal->PrepareForEdit()) return;
 
     std::unique_ptr<LCommand> command;
     {
@@ -72,13 +73,13 @@ void SimulationController::CreateBody() {
         const MassSystem* parent = focus->Parent();
         if (!parent) parent = portal->FocusEpoch()->RootSystem();
         if (parent)
-            command =
-                std::make_unique<NewSystemCommand>(portal, MakeBody().release(), parent->ID());
+            command = std::make_unique<NewSystemCommand>(portal, MakeBody(motion).release(),
+                                                         parent->ID());
     }
     ExecuteFiled(portal, Named(kCommandNewBody, std::move(command)));
 }
 
-std::unique_ptr<Body> SimulationController::MakeBody() {
+std::unique_ptr<Body> SimulationController::MakeBody(const Motion* motion) {
     const int32 index = document_->NextBodyNameIndex();
     document_->SetNextBodyNameIndex(index < INT32_MAX ? index + 1 : 0);
 
@@ -95,8 +96,31 @@ std::unique_ptr<Body> SimulationController::MakeBody() {
     body->SetM(kNewBodyGM);
     body->SetRadius(kNewBodyRadius);
     ShowAsBefore(body.get());
-    Place(body.get(), others, index);
+    if (motion == nullptr) {
+        Place(body.get(), others, index);
+    } else {
+        body->SetPosition(motion->position);
+        body->SetVelocity(motion->velocity);
+    }
     return body;
+}
+
+bool SimulationController::SetVector(int64 id, const VectorQuantity& quantity,
+                                     const ThreeVector& to) {
+    PauseForEdit();
+    EpochPortal* portal = Portal();
+    portal->CommitChanges();
+    const bool canBeEntered = CanBeEntered(to.x) && CanBeEntered(to.y) && CanBeEntered(to.z);
+    if (!canBeEntered || !portal->PrepareForEdit()) return false;
+    std::unique_ptr<LCommand> command;
+    {
+        const ReadGuard guard(portal);
+        const MassSystem* system = id >= 0 ? portal->FocusEpoch()->SystemFromID(id) : nullptr;
+        if (system != nullptr && !((system->*quantity.get)() == to))
+            command = std::make_unique<SetCompVectorCommand>(
+                portal, quantity, id, DimVector{to, (system->*quantity.getUval)()});
+    }
+    return ExecuteFiled(portal, Named(quantity.name, std::move(command)));
 }
 
 // An Earth's mass and radius are one; place and velocity are in the units that the user has before

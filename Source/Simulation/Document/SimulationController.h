@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/SupportDefs.h"
 #include "Simulation/Document/CollisionMerger.h"
 
@@ -22,6 +23,7 @@ class MassSystem;
 class ProgramResources;
 class RunControl;
 class SimulationDocument;
+struct VectorQuantity;
 
 class SimulationController {
 public:
@@ -32,7 +34,15 @@ public:
     // Adds a body in the focus system's group: the next name, a colour unlike those in use, on a
     // circular orbit about the heaviest body, outside all others, where it touches nothing, shown
     // in the units of the focus system. It becomes the focus system.
-    void CreateBody();
+    // With a motion it is there and moves so, instead.
+    struct Motion {
+        ThreeVector position;  // m
+        ThreeVector velocity;  // m/s
+    };
+    void CreateBody(const Motion* motion = nullptr);
+    // Puts a system elsewhere, or gives it another velocity; in the document's frame. False when
+    // nothing was to be done.
+    bool SetVector(int64 id, const VectorQuantity& quantity, const ThreeVector& to);
     void DeleteBody(int64 id);
     void DeleteCurrentBody();
     // Puts the system into focus. No edit, so not a step of the history.
@@ -75,7 +85,7 @@ public:
 private:
     EpochPortal* Portal() const;
     void PauseForEdit();
-    std::unique_ptr<Body> MakeBody();
+    std::unique_ptr<Body> MakeBody(const Motion* motion);
     void ShowAsBefore(Body* body) const;
     void Place(Body* body, const std::vector<Body*>& others, int32 turn) const;
     int64 NextFocusAfter(int64 deleted) const;

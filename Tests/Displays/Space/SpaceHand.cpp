@@ -8,8 +8,9 @@
 
 namespace {
 
-constexpr Qt::Key kKeys[] = {Qt::Key_Left,  Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Plus,
-                             Qt::Key_Minus, Qt::Key_X,     Qt::Key_Y,  Qt::Key_Z,    Qt::Key_P};
+constexpr Qt::Key kKeys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,    Qt::Key_Down,
+                             Qt::Key_Plus, Qt::Key_Minus, Qt::Key_X,     Qt::Key_Y,
+                             Qt::Key_Z,    Qt::Key_P,     Qt::Key_Escape};
 
 // The largest area of the window that the mouse is followed over.
 QWidget* FindPicture(const std::string& title) {
@@ -34,6 +35,11 @@ QPoint Place(const QWidget& picture, BPoint fromMiddle) {
 
 Qt::KeyboardModifiers Modifiers(bool withShift) {
     return withShift ? Qt::ShiftModifier : Qt::NoModifier;
+}
+
+Qt::KeyboardModifiers ModifiersOf(SpaceHand::With with) {
+    if (with == SpaceHand::With::kCtrl) return Qt::ControlModifier;
+    return Modifiers(with == SpaceHand::With::kShift);
 }
 
 void Move(QWidget* picture, QPoint place, Qt::MouseButton button, bool withShift) {
@@ -85,6 +91,41 @@ void TurnWheel(const std::string& title, BPoint fromMiddle, int notches, bool wi
         QWheelEvent event(place, picture->mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton,
                           Modifiers(withShift), Qt::NoScrollPhase, false);
         QApplication::sendEvent(picture, &event);
+    });
+}
+
+void PressButton(const std::string& title, BPoint at, With with) {
+    WindowServer::Perform([&] {
+        QWidget* const picture = FindPicture(title);
+        QTest::mousePress(picture, Qt::LeftButton, ModifiersOf(with), Place(*picture, at));
+    });
+}
+
+void MoveTo(const std::string& title, BPoint at, With with) {
+    WindowServer::Perform([&] {
+        QWidget* const picture = FindPicture(title);
+        const QPoint place = Place(*picture, at);
+        QMouseEvent event(QEvent::MouseMove, place, picture->mapToGlobal(place), Qt::NoButton,
+                          Qt::LeftButton, ModifiersOf(with));
+        QApplication::sendEvent(picture, &event);
+    });
+}
+
+void Release(const std::string& title, BPoint at, With with) {
+    WindowServer::Perform([&] {
+        QWidget* const picture = FindPicture(title);
+        QTest::mouseRelease(picture, Qt::LeftButton, ModifiersOf(with), Place(*picture, at));
+    });
+}
+
+void HoldKey(const std::string& title, Key key, bool isDown) {
+    WindowServer::Perform([&] {
+        const Qt::Key code = kKeys[static_cast<int>(key)];
+        QWidget* const picture = FindPicture(title);
+        if (isDown)
+            QTest::keyPress(picture, code);
+        else
+            QTest::keyRelease(picture, code);
     });
 }
 

@@ -39,6 +39,37 @@ protected:
     SimulationController controller_{&document_, &run_, &resources_};
 };
 
+TEST_F(SimulationControllerTest, WhatAHandDidIsOneStepEachAndLeavesRecordsAlone) {
+    const BMessage before = Archive();
+    const int64 planet = Portal()->BodiesInMassOrder()[1]->ID();
+    const ThreeVector place{1e11, 2e10, -3e9};
+    const ThreeVector velocity{-100.0, 2.5e4, 12.0};
+    EXPECT_TRUE(controller_.SetVector(planet, kPositionQuantity, place));
+    EXPECT_TRUE(controller_.SetVector(planet, kVelocityQuantity, velocity));
+    EXPECT_EQ(Focus()->SystemFromID(planet)->Position(), place);
+    EXPECT_EQ(Focus()->SystemFromID(planet)->Velocity(), velocity);
+    // Nothing new, nobody there, no place: no step.
+    EXPECT_FALSE(controller_.SetVector(planet, kPositionQuantity, place));
+    EXPECT_FALSE(controller_.SetVector(12345, kPositionQuantity, {}));
+    EXPECT_FALSE(controller_.SetVector(planet, kPositionQuantity, {1e200, 0.0, 0.0}));
+    const SimulationController::Motion motion{{5e11, 0.0, 1e9}, {0.0, 1.2e4, 0.0}};
+    controller_.CreateBody(&motion);
+    EXPECT_EQ(Portal()->FocusSystem()->Position(), motion.position);
+    EXPECT_EQ(Portal()->FocusSystem()->Velocity(), motion.velocity);
+    for (int32 step = 0; step < 3; step++)
+        EXPECT_TRUE(controller_.Undo());
+    EXPECT_TRUE(Archive() == before);
+    EXPECT_FALSE(controller_.Undo());
+
+    AbEpoch* const record = Focus();
+    record->SetWriteable(false);
+    EXPECT_TRUE(controller_.SetVector(planet, kPositionQuantity, place));
+    EXPECT_EQ(Focus()->Parent(), record);
+    EXPECT_TRUE(controller_.Undo());
+    EXPECT_EQ(Focus(), record);
+    EXPECT_TRUE(Archive() == before);
+}
+
 TEST_F(SimulationControllerTest, NewBodiesAreDistinctTouchNothingAndStayInOrbit) {
     const std::size_t before = CountBodies();
     const BMessage archive = Archive();

@@ -30,4 +30,5 @@ struct PinchInput {
 struct KeyInput {
     uint32 key = 0;  // the character, or B_LEFT_ARROW ... (InterfaceDefs.h)
     uint32 modifiers = 0;
+    bool isReleased = false;
 };

@@ -114,3 +114,11 @@ void CanvasPart::Surface::keyPressEvent(QKeyEvent* event) {
     // These two press the window's default and cancel buttons.
     if (key == 0 || key == B_ENTER || key == B_ESCAPE) QWidget::keyPressEvent(event);
 }
+
+void CanvasPart::Surface::keyReleaseEvent(QKeyEvent* event) {
+    const uint32 key = ToKey(*event);
+    // One that is held repeats itself.
+    if (key != 0 && !event->isAutoRepeat())
+        part_.Put(KeyInput{key, ToModifiers(event->modifiers()), true});
+    QWidget::keyReleaseEvent(event);
+}

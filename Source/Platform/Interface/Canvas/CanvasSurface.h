@@ -26,6 +26,7 @@ protected:
     void leaveEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
 
 private:
     void Note(MouseEvent::Kind kind, const QSinglePointEvent& event, int32 clicks);

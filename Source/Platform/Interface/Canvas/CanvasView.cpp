@@ -200,7 +200,10 @@ void CanvasView::HandleInput() {
         } else if (const auto* const pinch = std::get_if<PinchInput>(&event)) {
             Pinched(*pinch);
         } else if (const auto* const key = std::get_if<KeyInput>(&event)) {
-            KeyDown(*key);
+            if (key->isReleased)
+                KeyUp(*key);
+            else
+                KeyDown(*key);
         } else {
             CoverBounds();
             FrameResized(Bounds());
@@ -220,5 +223,7 @@ void CanvasView::WheelTurned(const WheelInput& /*input*/) {}
 void CanvasView::Pinched(const PinchInput& /*input*/) {}
 
 void CanvasView::KeyDown(const KeyInput& /*input*/) {}
+
+void CanvasView::KeyUp(const KeyInput& /*input*/) {}
 
 void CanvasView::FrameResized(BRect /*bounds*/) {}

@@ -22,13 +22,16 @@
 
 class CanvasPart;
 
-// What stands over a canvas and does not belong to its picture: a text, a scale bar or a ring.
+// What stands over a canvas and does not belong to its picture: a text, a scale bar, a ring or a
+// line.
 // Plain values.
 struct OverlayItem {
     enum class Kind {
         kText,
         kBar,   // a horizontal line with a tick at each end, the text above its middle
         kRing,  // around the point `where` of the canvas; without a text
+        kLine,  // through `points` of the canvas; without a text
+        kDashes,
     };
     // What `where` is counted from: a point of the canvas (x right, y down), or inward from a
     // corner of the view. Texts grow away from that corner; at kCanvas to the right, above the
@@ -41,6 +44,7 @@ struct OverlayItem {
     std::string text;
     rgb_color color{230, 230, 230, 255};
     float length = 0.0f;  // of a bar, or across a ring, in logical pixels
+    std::vector<BPoint> points;
 
     bool operator==(const OverlayItem&) const = default;
 };
@@ -115,6 +119,7 @@ public:
     virtual void Pinched(const PinchInput& input);
     // The view has the keyboard.
     virtual void KeyDown(const KeyInput& input);
+    virtual void KeyUp(const KeyInput& input);
     // The size or the device scale has changed; the layers have already grown and keep their
     // contents. Ends in a Sync() by itself.
     virtual void FrameResized(BRect bounds);

@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QPolygonF>
 #include <algorithm>
 
 namespace {
@@ -12,9 +13,27 @@ constexpr double kMargin = 2.0;   // around a box, for the shadow
 constexpr double kBarLine = 1.5;  // thickness
 constexpr double kRingLine = 1.2;
 constexpr int kRingOpacity = 150;  // of 255: it is less than what it stands for
+constexpr double kLineWidth = 1.5;
+constexpr double kFarAway = 1e5;  // pixels; nothing beyond is seen
+
+bool IsLine(const OverlayItem& item) {
+    return item.kind == OverlayItem::Kind::kLine || item.kind == OverlayItem::Kind::kDashes;
+}
+
+QPolygonF PointsOf(const OverlayItem& item, BPoint leftTop) {
+    QPolygonF points;
+    points.reserve(static_cast<qsizetype>(item.points.size()));
+    const auto tame = [](float value) {
+        return std::clamp(static_cast<double>(value), -kFarAway, kFarAway);
+    };
+    for (const BPoint point : item.points)
+        points << QPointF(tame(point.x - leftTop.x) + 0.5, tame(point.y - leftTop.y) + 0.5);
+    return points;
+}
 
 // The item without its margin; a bar's line lies at the bottom.
 QRectF ItemBox(const OverlayItem& item, QSizeF viewSize, BPoint leftTop) {
+    if (IsLine(item)) return PointsOf(item, leftTop).boundingRect();
     const QFontMetricsF metrics(QGuiApplication::font());
     QSizeF size(metrics.horizontalAdvance(QString::fromStdString(item.text)), metrics.height());
     if (item.kind == OverlayItem::Kind::kBar) {
@@ -76,6 +95,14 @@ void DrawRing(QPainter* painter, const QRectF& box, QColor color) {
     painter->drawEllipse(box.adjusted(inset, inset, -inset, -inset));
 }
 
+void DrawLine(QPainter* painter, const OverlayItem& item, BPoint leftTop, const QColor& color) {
+    QPen pen(color, kLineWidth);
+    if (item.kind == OverlayItem::Kind::kDashes) pen.setDashPattern({4.0, 3.0});
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(pen);
+    painter->drawPolyline(PointsOf(item, leftTop));
+}
+
 }  // namespace
 
 void PaintOverlay(QPainter* painter, const std::vector<OverlayItem>& items, QSizeF viewSize,
@@ -88,6 +115,7 @@ void PaintOverlay(QPainter* painter, const std::vector<OverlayItem>& items, QSiz
         if (item.kind == OverlayItem::Kind::kBar)
             DrawBar(painter, box, static_cast<double>(item.length), color);
         if (item.kind == OverlayItem::Kind::kRing) DrawRing(painter, box, color);
+        if (IsLine(item)) DrawLine(painter, item, leftTop, color);
         if (!item.text.empty())
             DrawShadowed(painter, box, QString::fromStdString(item.text), color);
     }

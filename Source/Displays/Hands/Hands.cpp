@@ -1,0 +1,339 @@
+#include "Displays/Hands/Hands.h"
+
+#include <cmath>
+
+#include "Displays/Base/Display.h"
+#include "Displays/Hands/HandSight.h"
+#include "Displays/Hands/HandTexts.h"
+#include "Displays/Projection/ShownModel.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Epochs/Epoch.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/BMessage.h"
+#include "Platform/Interface/Server/WindowServer.h"
+
+namespace {
+
+constexpr float kClick = 4.0f;      // pixels; a hand that moves less has clicked
+constexpr float kHeadReach = 8.0f;  // of the head of an arrow, around it
+constexpr int32 kRevolutions = 3;   // that are shown of the coming orbit
+constexpr std::size_t kMaxPreviewed =
+    2000;  // bodies; of more no copy is made while the mouse moves
+
+// A new body, as the owner makes it.
+constexpr double kNewBodyGM = 3.98600448e14;  // m3/s2
+constexpr double kNewBodyRadius = 6378137.0;  // m
+
+float Distance(BPoint a, BPoint b) {
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
+
+void AddVector(BMessage* message, const char* name, const ThreeVector& vector) {
+    const double values[] = {vector.x, vector.y, vector.z};
+    message->AddDoubles(name, values, 3);
+}
+
+// -1 for another key.
+int32 AxisOf(uint32 key) {
+    switch (key) {
+        case 'x':
+        case 'X':
+            return 0;
+        case 'y':
+        case 'Y':
+            return 1;
+        case 'z':
+        case 'Z':
+            return 2;
+        default:
+            return HandPlane::kAnyWay;
+    }
+}
+
+}  // namespace
+
+Hands::Hands(Display* display, ShownModel* shown, HandSight* sight, const DisplayContext& context)
+    : display_(display),
+      shown_(shown),
+      sight_(sight),
+      context_(context),
+      menu_(display, *context.texts),
+      preview_(display) {}
+
+Hands::~Hands() = default;
+
+void Hands::SetView(CanvasView* view) {
+    view_ = view;
+    menu_.SetView(view);
+}
+
+// --- The model ---
+
+HandSystem Hands::ReadSystem() const {
+    const ReadGuard guard(display_->Epoch());
+    return ReadHandSystem(shown_->Epoch(), shown_->Portal().BodiesInMassOrder(),
+                          sight_->Followed());
+}
+
+void Hands::ModelChanged() {
+    const int64 before = selected_;
+    {
+        const ReadGuard guard(display_->Epoch());
+        selected_ = display_->Epoch()->FocusSystem()->ID();
+    }
+    const bool isRunning = sight_->IsRunning();
+    HandSystem now = isRunning ? HandSystem{} : ReadSystem();
+    // Bodies that are not what they were: they have merged, moved or gone.
+    if (grip_ && !(now == grip_->System())) GiveUp();
+    if (press_ && !isRunning && press_->body != kNoSystemID && now.IndexOf(press_->body) < 0)
+        GiveUp();
+    const bool isOther = selected_ != before || !(now == system_);
+    system_ = std::move(now);
+    if (isOther) sight_->ShowTexts();
+}
+
+const HandBody* Hands::Selected() const {
+    const int32 index = system_.IndexOf(selected_);
+    return index < 0 ? nullptr : &system_.bodies[static_cast<std::size_t>(index)];
+}
+
+// --- The mouse ---
+
+bool Hands::IsInView(BPoint inView) const {
+    const BRect bounds = view_->Bounds();
+    return inView.x >= 0.0f && inView.y >= 0.0f && inView.x <= bounds.Width() + 1.0f &&
+           inView.y <= bounds.Height() + 1.0f;
+}
+
+// Of a still body there is no arrow.
+std::optional<BPoint> Hands::HeadOf(const HandBody& body) const {
+    const ThreeVector place = body.position - system_.origin;
+    const auto from = sight_->PointOf(place);
+    const double scale = ArrowScale(system_, body);
+    if (!from || scale == 0.0) return std::nullopt;
+    const BPoint way = sight_->PlaneThrough(place).See(body.velocity - system_.drift, scale);
+    return BPoint{from->x + way.x, from->y + way.y};
+}
+
+bool Hands::MouseDown(const MouseInput& input) {
+    if (press_) {  // another button
+        GiveUp();
+        return true;
+    }
+    if (input.buttons != B_PRIMARY_MOUSE_BUTTON || input.clicks > 1 || sight_->IsTurning())
+        return false;
+    if ((input.modifiers & B_COMMAND_KEY) != 0) {
+        Begin(BodyGrip::Kind::kThrow, kNoSystemID, input);
+        return true;
+    }
+    // During a run only what is selected can be found, by its disc.
+    if (sight_->IsRunning()) {
+        const int32 body = sight_->BodyAt(input.where);
+        if (body < 0) return false;
+        const HandSystem system = ReadSystem();
+        if (body >= static_cast<int32>(system.bodies.size()) ||
+            system.bodies[static_cast<std::size_t>(body)].id != selected_)
+            return false;
+        Begin(BodyGrip::Kind::kMove, selected_, input);
+        return true;
+    }
+    const HandBody* const body = Selected();
+    if (body == nullptr) return false;
+    const auto disc = sight_->DiscOf(system_.IndexOf(selected_));
+    const auto head = HeadOf(*body);
+    const float fromHead = head ? Distance(input.where, *head) : 2.0f * kHeadReach;
+    if (fromHead <= kHeadReach && (!disc || Distance(input.where, disc->center) > fromHead)) {
+        Begin(BodyGrip::Kind::kSteer, selected_, input);
+        return true;
+    }
+    if (sight_->BodyAt(input.where) != system_.IndexOf(selected_)) return false;
+    Begin(BodyGrip::Kind::kMove, selected_, input);
+    return true;
+}
+
+void Hands::Begin(BodyGrip::Kind kind, int64 body, const MouseInput& input) {
+    press_ = Press{kind, body, input.inView, input.where};
+    bounds_ = {HandPlane::kAnyWay, (input.modifiers & B_SHIFT_KEY) != 0};
+    way_ = {};
+    if (sight_->IsRunning())
+        WindowServer::Deliver(display_->Owner(), BMessage(kPauseForUser));
+    else
+        TakeHold(input.inView);
+}
+
+// The mouse drags from here on: during a run the body has gone on a little.
+void Hands::TakeHold(BPoint inView) {
+    HandSystem system = ReadSystem();
+    press_->at = inView;
+    HandBody body;
+    if (press_->kind == BodyGrip::Kind::kThrow) {
+        body.gm = kNewBodyGM;
+        body.radius = kNewBodyRadius;
+        body.position = sight_->PlaceAt(press_->pointer) + system.origin;
+        body.velocity = system.drift;
+        if (const HandBody* const other = Selected(); other != nullptr) {
+            body.positionUval = other->positionUval;
+            body.speedUval = other->speedUval;
+        }
+    } else {
+        const int32 index = system.IndexOf(press_->body);
+        if (index < 0) return GiveUp();
+        body = system.bodies[static_cast<std::size_t>(index)];
+    }
+    const HandPlane plane = sight_->PlaneThrough(body.position - system.origin);
+    grip_.emplace(press_->kind, std::move(system), body, plane);
+    Drag();
+}
+
+bool Hands::MouseMoved(const MouseInput& input, CanvasView::Transit transit) {
+    if (!press_) return false;
+    if (transit == CanvasView::Transit::kExited || !IsInView(input.inView)) {
+        GiveUp();
+        return true;
+    }
+    press_->pointer = input.where;
+    bounds_.isCircular = (input.modifiers & B_SHIFT_KEY) != 0;
+    if (!grip_) {
+        if (!sight_->IsRunning()) TakeHold(input.inView);
+        return true;
+    }
+    way_ = {input.inView.x - press_->at.x, input.inView.y - press_->at.y};
+    if (std::abs(way_.x) + std::abs(way_.y) >= kClick) press_->hasMoved = true;
+    Drag();
+    return true;
+}
+
+void Hands::Drag() {
+    if (!press_ || !grip_) return;
+    if (press_->kind != BodyGrip::Kind::kThrow && !press_->hasMoved) return;
+    grip_->DragBy(way_, bounds_);
+    ShowPreview();
+    sight_->ShowTexts();
+}
+
+bool Hands::MouseUp(const MouseInput& input) {
+    if (!press_) return false;
+    if ((input.buttons & B_PRIMARY_MOUSE_BUTTON) != 0) return true;
+    LetGo();
+    return true;
+}
+
+void Hands::LetGo() {
+    const bool isWanted = grip_ && (press_->hasMoved || press_->kind == BodyGrip::Kind::kThrow);
+    if (isWanted) {
+        const HandBody& body = grip_->Body();
+        const BodyGrip::Kind kind = press_->kind;
+        BMessage edit(kind == BodyGrip::Kind::kMove    ? kPlaceBody
+                      : kind == BodyGrip::Kind::kSteer ? kSteerBody
+                                                       : kThrowBody);
+        if (kind != BodyGrip::Kind::kThrow) edit.AddInt64(kBodyIDField, body.id);
+        if (kind != BodyGrip::Kind::kSteer) AddVector(&edit, kPlaceField, body.position);
+        if (kind != BodyGrip::Kind::kMove) AddVector(&edit, kVelocityField, body.velocity);
+        if (IsFinite(body.position) && IsFinite(body.velocity))
+            WindowServer::Deliver(display_->Owner(), edit);
+    }
+    GiveUp();
+}
+
+void Hands::GiveUp() {
+    if (!press_) return;
+    press_.reset();
+    grip_.reset();
+    preview_.WantNothing();
+    sight_->ShowTexts();
+}
+
+// --- Keys ---
+
+bool Hands::TakeKey(const KeyInput& input, bool isDown) {
+    if (!press_) return false;
+    const int32 axis = AxisOf(input.key);
+    if (axis == HandPlane::kAnyWay) return false;
+    if (isDown)
+        bounds_.axis = axis;
+    else if (bounds_.axis == axis)
+        bounds_.axis = HandPlane::kAnyWay;
+    Drag();
+    return true;
+}
+
+bool Hands::KeyDown(const KeyInput& input) {
+    if (press_ && input.key == B_ESCAPE) {
+        GiveUp();
+        return true;
+    }
+    return TakeKey(input, true);
+}
+
+bool Hands::KeyUp(const KeyInput& input) {
+    return TakeKey(input, false);
+}
+
+// --- Clicks ---
+
+void Hands::Click(BPoint point) {
+    const int32 body = sight_->BodyAt(point);
+    const std::vector<BodyLabels::Label>& labels = shown_->Labels().bodies;
+    if (body < 0 || body >= static_cast<int32>(labels.size())) return;
+    BMessage edit(kEditBody);
+    edit.AddInt64(kBodyIDField, labels[static_cast<std::size_t>(body)].id);
+    WindowServer::Deliver(display_->Owner(), edit);
+}
+
+void Hands::RightClick(BPoint point) {
+    const int32 body = sight_->BodyAt(point);
+    if (body >= 0 && body < static_cast<int32>(shown_->Labels().bodies.size()))
+        menu_.OpenFor(body, shown_->Labels());
+}
+
+bool Hands::Handle(const BMessage& message) {
+    if (message.what != OrbitPreview::kNews) return menu_.Handle(message);
+    if (press_) sight_->ShowTexts();
+    return true;
+}
+
+// --- What is shown meanwhile ---
+
+void Hands::ShowPreview() {
+    const HandBody& body = grip_->Body();
+    const double period = grip_->System().PeriodOf(body);
+    if (!(period > 0.0) || grip_->System().bodies.size() > kMaxPreviewed)
+        return preview_.WantNothing();
+    std::unique_ptr<Epoch> epoch;
+    {
+        const ReadGuard guard(display_->Epoch());
+        epoch.reset(dynamic_cast<Epoch*>(shown_->Epoch().Copy()));
+    }
+    if (!epoch) return;
+    preview_.Want({std::move(epoch), body, grip_->System(), kRevolutions * period});
+}
+
+void Hands::AddSelection(std::vector<OverlayItem>* items) const {
+    const HandBody* const body = Selected();
+    if (body == nullptr || sight_->IsTurning()) return;
+    const auto disc = sight_->DiscOf(system_.IndexOf(selected_));
+    const auto head = HeadOf(*body);
+    if (disc && head) AddArrow(disc->center, *head, sight_->TextColor(), items);
+}
+
+// During a run, too.
+void Hands::AddSelectionRing(std::vector<OverlayItem>* items) const {
+    const std::vector<BodyLabels::Label>& bodies = shown_->Labels().bodies;
+    for (std::size_t i = 0; i < bodies.size(); i++) {
+        if (bodies[i].id != selected_) continue;
+        if (const auto disc = sight_->DiscOf(static_cast<int32>(i)))
+            AddRing(disc->center, disc->radius, sight_->TextColor(), items);
+        return;
+    }
+}
+
+void Hands::AddOverlay(std::vector<OverlayItem>* items) const {
+    if (!sight_->HasRing()) AddSelectionRing(items);
+    if (!grip_) {
+        if (!sight_->IsRunning()) AddSelection(items);
+        return;
+    }
+    AddGrip(*grip_, *sight_, press_->pointer, *view_, context_, items);
+    AddPath(preview_.GetPath(), *sight_, *view_, context_, items);
+}

@@ -1,0 +1,312 @@
+#include "Displays/Hands/Hands.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "Displays/Space/SpaceDisplay.h"
+#include "Displays/Space/SpaceView.h"
+#include "Interface Widgets/ProgramMessages.h"
+#include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
+#include "Platform/Support/BAutolock.h"
+#include "Tests/Displays/Space/SpaceHand.h"
+#include "Tests/Displays/TestDocument.h"
+#include "Tests/Displays/UserHand.h"
+#include "Tests/Platform/WaitUntil.h"
+
+namespace {
+
+using SpaceHand::Key;
+using SpaceHand::With;
+
+const std::string kTitle = "Space of Tests";
+
+ThreeVector VectorIn(const BMessage& message, const char* field) {
+    double values[3] = {};
+    EXPECT_EQ(message.FindDoubles(field, 0, 3, values), B_OK) << field;
+    return {values[0], values[1], values[2]};
+}
+
+// Looked at from above, in parallel: a pixel is the same length everywhere.
+class HandsTest : public testing::Test {
+protected:
+    void SetUp() override {
+        {
+            const WriteGuard guard(document_.portal);
+            planet_ = document_.portal->BodiesInMassOrder()[1]->ID();
+            document_.portal->SetSystemFromID(planet_);
+        }
+        display_ = new SpaceDisplay({100, 100, 500, 400}, "test", document_.portal,
+                                    document_.writeOk, document_.owner, TestContext());
+        ASSERT_EQ(display_->Init("Tests"), 0);
+        document_.Add(display_);
+        display_->Show();
+        UserHand::WaitForWindow(kTitle);
+        ASSERT_TRUE(WaitUntil([&] { return display_->CountPaintings() > 0; }));
+        SpaceHand::Press(kTitle, Key::kP);
+        SpaceHand::Press(kTitle, Key::kZ);
+        ::Settle(display_);
+        before_ = Bytes();
+    }
+    void TearDown() override { document_.Pause(); }
+
+    template <typename Work>
+    auto Locked(Work work) {
+        const BAutolock lock(display_);
+        return work();
+    }
+    HandPlane Plane() {
+        return Locked([&] { return SpaceSight(display_, nullptr).PlaneThrough({}); });
+    }
+    BPoint PlaceOf(std::size_t body) {
+        return Locked([&] {
+            const SpaceMap map = display_->View()->MapOf(display_->Fields().camera);
+            const auto point = map.Project(map.See(display_->Scene().bodies[body].position));
+            const BPoint at = display_->View()->PointOf(point);
+            const BPoint middle = display_->View()->Middle();
+            return BPoint{std::round(at.x - middle.x), std::round(at.y - middle.y)};
+        });
+    }
+    BPoint HeadOf(std::size_t body) {
+        const BPoint at = PlaceOf(body);
+        const ThreeVector v = Locked([&] { return display_->Scene().bodies[body].velocity; });
+        const BPoint way = Plane().See(v, BodyGrip::kArrowLength / Length(v));
+        return {std::round(at.x + way.x), std::round(at.y + way.y)};
+    }
+    std::string Bytes() {
+        const ReadGuard guard(document_.portal);
+        BMessage archive;
+        EXPECT_EQ(document_.portal->FocusEpoch()->RootSystem()->Archive(&archive), B_OK);
+        return archive.ToText();
+    }
+    const Body* Planet() { return document_.portal->BodiesInMassOrder()[1]; }
+    bool IsHolding() {
+        ::Settle(display_);
+        return Locked([&] { return display_->GetHands().IsHolding(); });
+    }
+    // All that was asked for before has been heard; of what was noted nothing is an edit.
+    void ExpectNothingHappened() {
+        ::Settle(display_);
+        SpaceHand::Click(kTitle, PlaceOf(0));
+        static_cast<void>(document_.owner->WaitFor(kEditBody));
+        for (const uint32 edit : {kPlaceBody, kSteerBody, kThrowBody})
+            EXPECT_FALSE(document_.owner->Has(edit));
+        EXPECT_EQ(Bytes(), before_);
+        EXPECT_FALSE(IsHolding());
+    }
+
+    TestDocument document_;
+    SpaceDisplay* display_ = nullptr;
+    int64 planet_ = kNoSystemID;
+    std::string before_;
+};
+
+BPoint Plus(BPoint a, BPoint b) {
+    return {a.x + b.x, a.y + b.y};
+}
+
+}  // namespace
+
+TEST_F(HandsTest, TheSelectedBodyIsDraggedInThePlaneOfViewOrAlongAnAxis) {
+    const BPoint at = PlaceOf(1);
+    const Camera camera = Locked([&] { return display_->Fields().camera; });
+    SpaceHand::PressButton(kTitle, at);
+    SpaceHand::MoveTo(kTitle, Plus(at, {20, -30}));
+    EXPECT_TRUE(IsHolding());
+    SpaceHand::Release(kTitle, Plus(at, {20, -30}));
+    const BMessage moved = document_.owner->WaitFor(kPlaceBody);
+    int64 id = kNoSystemID;
+    EXPECT_EQ(moved.FindInt64(kBodyIDField, &id), B_OK);
+    EXPECT_EQ(id, planet_);
+    const double metre = Plane().scale;
+    const ThreeVector way = VectorIn(moved, kPlaceField) - Planet()->Position();
+    EXPECT_NEAR(way.x * metre, 20.0, 1e-3);
+    EXPECT_NEAR(way.y * metre, 30.0, 1e-3);
+    EXPECT_NEAR(way.z * metre, 0.0, 1e-3);
+
+    SpaceHand::PressButton(kTitle, at);
+    SpaceHand::HoldKey(kTitle, Key::kX, true);
+    SpaceHand::MoveTo(kTitle, Plus(at, {20, -30}));
+    SpaceHand::Release(kTitle, Plus(at, {20, -30}));
+    const ThreeVector along =
+        VectorIn(document_.owner->WaitFor(kPlaceBody), kPlaceField) - Planet()->Position();
+    EXPECT_NEAR(along.x * metre, 20.0, 1e-3);
+    EXPECT_EQ(along.y, 0.0);
+    SpaceHand::HoldKey(kTitle, Key::kX, false);
+    // Nothing turned or panned meanwhile, and the key did not look along its axis.
+    EXPECT_EQ(Locked([&] { return display_->Fields().camera; }), camera);
+}
+
+TEST_F(HandsTest, TheHeadOfTheArrowSteersAndShiftMakesACircle) {
+    const BPoint head = HeadOf(1);
+    SpaceHand::PressButton(kTitle, head);
+    SpaceHand::MoveTo(kTitle, Plus(head, {15, 10}));
+    SpaceHand::Release(kTitle, Plus(head, {15, 10}));
+    const ThreeVector from = Planet()->Velocity();
+    const ThreeVector change =
+        VectorIn(document_.owner->WaitFor(kSteerBody), kVelocityField) - from;
+    const double pixels = BodyGrip::kArrowLength / Length(from);
+    EXPECT_NEAR(change.x * pixels, 15.0, 0.01);
+    EXPECT_NEAR(change.y * pixels, -10.0, 0.01);
+
+    SpaceHand::PressButton(kTitle, head);
+    SpaceHand::MoveTo(kTitle, Plus(head, {15, 10}), With::kShift);
+    SpaceHand::Release(kTitle, Plus(head, {15, 10}), With::kShift);
+    const ThreeVector velocity = VectorIn(document_.owner->WaitFor(kSteerBody), kVelocityField);
+    const Body* const sun = document_.portal->BodiesInMassOrder()[0];
+    const ThreeVector outward = Planet()->Position() - sun->Position();
+    const ThreeVector around = velocity - sun->Velocity();
+    EXPECT_NEAR(Dot(outward, around) / (Length(outward) * Length(around)), 0.0, 1e-12);
+    EXPECT_NEAR(Dot(around, around) * Length(outward) / (sun->M() + Planet()->M()), 1.0, 1e-12);
+}
+
+TEST_F(HandsTest, CtrlThrowsANewBodyInAndItsComingOrbitIsShown) {
+    const BPoint at{-70, 40};
+    SpaceHand::PressButton(kTitle, at, With::kCtrl);
+    SpaceHand::MoveTo(kTitle, Plus(at, {0, 25}), With::kCtrl);
+    const auto length = [&] {
+        return Locked([&] {
+            std::vector<OverlayItem> items;
+            display_->GetHands().AddOverlay(&items);
+            std::size_t points = 0;
+            for (const OverlayItem& item : items)
+                if (item.kind == OverlayItem::Kind::kDashes) points += item.points.size();
+            return points;
+        });
+    };
+    EXPECT_TRUE(WaitUntil([&] { return length() > 10; }));
+    SpaceHand::Release(kTitle, Plus(at, {0, 25}), With::kCtrl);
+    const BMessage thrown = document_.owner->WaitFor(kThrowBody);
+    const auto seen = Locked([&] {
+        const BPoint point =
+            SpaceSight(display_, nullptr).PointOf(VectorIn(thrown, kPlaceField)).value();
+        const BPoint middle = display_->View()->Middle();
+        return BPoint{point.x - middle.x, point.y - middle.y};
+    });
+    EXPECT_NEAR(seen.x, at.x, 1.0);
+    EXPECT_NEAR(seen.y, at.y, 1.0);
+    const ThreeVector velocity = VectorIn(thrown, kVelocityField);
+    EXPECT_LT(velocity.y, 0.0);
+    EXPECT_NEAR(velocity.x, 0.0, 1e-6 * Length(velocity));
+    EXPECT_EQ(length(), 0u);
+    EXPECT_EQ(Bytes(), before_);  // it is the owner who makes it
+}
+
+TEST_F(HandsTest, WhatIsGivenUpChangesNothing) {
+    const BPoint at = PlaceOf(1);
+    const auto drag = [&] {
+        SpaceHand::PressButton(kTitle, at);
+        SpaceHand::MoveTo(kTitle, Plus(at, {20, -30}));
+        EXPECT_TRUE(IsHolding());
+    };
+    // Escape.
+    drag();
+    SpaceHand::Press(kTitle, Key::kEscape);
+    SpaceHand::Release(kTitle, Plus(at, {20, -30}));
+    ExpectNothingHappened();
+    // Out of the window.
+    drag();
+    SpaceHand::MoveTo(kTitle, {5000, 0});
+    SpaceHand::MoveTo(kTitle, at);
+    SpaceHand::Release(kTitle, at);
+    ExpectNothingHappened();
+    // A hand that trembles.
+    SpaceHand::Click(kTitle, at);
+    ExpectNothingHappened();
+    SpaceHand::PressButton(kTitle, {-70, 40}, With::kCtrl);
+    SpaceHand::Press(kTitle, Key::kEscape);
+    SpaceHand::Release(kTitle, {-70, 40}, With::kCtrl);
+    ExpectNothingHappened();
+}
+
+TEST_F(HandsTest, ABodyThatGoesOrMovesMeanwhileAndADisplayThatClosesEndTheGesture) {
+    const BPoint at = PlaceOf(1);
+    SpaceHand::PressButton(kTitle, at);
+    SpaceHand::MoveTo(kTitle, Plus(at, {20, -30}));
+    EXPECT_TRUE(IsHolding());
+    {
+        const WriteGuard guard(document_.portal);
+        MassSystem* const planet = document_.portal->FocusEpoch()->SystemFromID(planet_);
+        document_.portal->SetSystemFromID(document_.portal->BodiesInMassOrder()[2]->ID());
+        planet->Parent()->RemoveChild(planet);
+        delete planet;
+    }
+    document_.portal->TellObservers(kSystemRemoved);
+    EXPECT_TRUE(WaitUntil([&] { return !IsHolding(); }));
+    SpaceHand::Release(kTitle, Plus(at, {20, -30}));
+    before_ = Bytes();
+    ExpectNothingHappened();
+
+    SpaceHand::PressButton(kTitle, {-70, 40}, With::kCtrl);
+    SpaceHand::MoveTo(kTitle, {-70, 70}, With::kCtrl);
+    EXPECT_TRUE(IsHolding());
+    document_.Remove(display_);  // while the coming orbit is computed
+    EXPECT_EQ(Bytes(), before_);
+}
+
+TEST_F(HandsTest, DuringARunTakingHoldPausesItFirst) {
+    Locked([&] { display_->Follow(planet_); });  // there it stays
+    document_.Go();
+    ASSERT_TRUE(WaitUntil([&] { return document_.document.GetCalculator()->IsRunning(); }));
+    SpaceHand::PressButton(kTitle, {});
+    static_cast<void>(document_.owner->WaitFor(kPauseForUser));
+    SpaceHand::MoveTo(kTitle, {40, 40});  // not yet
+    EXPECT_TRUE(IsHolding());
+    document_.Pause();
+    ::Settle(display_);
+    SpaceHand::MoveTo(kTitle, {5, 5});
+    EXPECT_TRUE(IsHolding());  // two moves may come as one
+    SpaceHand::MoveTo(kTitle, {25, 5});
+    SpaceHand::Release(kTitle, {25, 5});
+    const ThreeVector way =
+        VectorIn(document_.owner->WaitFor(kPlaceBody), kPlaceField) - Planet()->Position();
+    EXPECT_NEAR(way.x * Plane().scale, 20.0, 1e-3);
+    EXPECT_NEAR(way.y * Plane().scale, 0.0, 1e-3);
+}
+
+TEST(HandSystem, ANeighbourIsWhatABodyGoesAbout) {
+    HandSystem system;
+    system.bodies = {{1, 1.327e20, 7e8, {}, {}},
+                     {2, 3.986e14, 6e6, {1.496e11, 0.0, 0.0}, {0.0, 29780.0, 0.0}},
+                     {3, 4.9e12, 2e6, {1.496e11 + 3.844e8, 0.0, 0.0}, {0.0, 30800.0, 0.0}}};
+    EXPECT_EQ(system.NeighbourOf(system.bodies[2].position, 3)->id, 2);
+    EXPECT_EQ(system.NeighbourOf(system.bodies[1].position, 2)->id, 1);
+    EXPECT_EQ(system.NeighbourOf({}, 1)->id, 2);
+    EXPECT_NEAR(system.PeriodOf(system.bodies[1]) / 86400.0, 365.2, 1.0);
+    // One that stands still is sent round; one at the very place of its neighbour stays as it is.
+    HandBody still{9, 0.0, 0.0, {1e11, 0.0, 0.0}, {}};
+    EXPECT_NEAR(system.CircularVelocity(still).y, std::sqrt(1.327e20 / 1e11), 1.0);
+    still.position = {};
+    EXPECT_EQ(system.CircularVelocity(still), ThreeVector{});
+    EXPECT_EQ(HandSystem{}.NeighbourOf({}, 1), nullptr);
+    EXPECT_EQ(HandSystem{}.PeriodOf(still), 0.0);
+}
+
+TEST(OrbitPreview, GoesAsFarAsAskedAndSaysWhatItHits) {
+    const auto preview = [](ThreeVector velocity, double revolutions) {
+        auto epoch = std::make_unique<Epoch>();
+        auto sun = MakeBody("Sun", 0, kSunGM, {}, {});
+        sun->SetRadius(7e8);
+        EXPECT_EQ(epoch->RootSystem()->AddChild(sun.release()), B_OK);
+        const HandSystem system =
+            ReadHandSystem(*epoch, {dynamic_cast<Body*>(epoch->SystemFromID(0))}, kNoSystemID);
+        const HandBody body{7, 0.0, 1e6, {1e11, 0.0, 0.0}, velocity};
+        const double span = revolutions * system.PeriodOf(body);
+        OrbitPreview computed(nullptr);
+        computed.Want({std::move(epoch), body, system, span});
+        EXPECT_TRUE(WaitUntil([&] { return computed.GetPath().isComplete; }));
+        return computed.GetPath();
+    };
+    const double circular = std::sqrt(kSunGM / 1e11);
+    const OrbitPreview::Path round = preview({0.0, circular, 0.0}, 1.0);
+    EXPECT_FALSE(round.hits.has_value());
+    ASSERT_GT(round.places.size(), 20u);
+    for (const ThreeVector& place : round.places)
+        EXPECT_NEAR(Length(place) / 1e11, 1.0, 1e-4);
+    EXPECT_NEAR(Length(round.places.back() - ThreeVector{1e11, 0.0, 0.0}) / 1e11, 0.0, 0.1);
+    const OrbitPreview::Path fall = preview({-circular, 0.0, 0.0}, 1.0);
+    ASSERT_TRUE(fall.hits.has_value());
+    EXPECT_EQ(*fall.hits, "Sun");
+}
