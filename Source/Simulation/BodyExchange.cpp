@@ -84,7 +84,7 @@ void BodyExchange::RequestImport() {
         openPanel_ = std::make_unique<MyFilePanel>(B_OPEN_PANEL, BMessenger(controls_->Window()));
         const BMessage answer(kImport);
         openPanel_->SetMessage(&answer);
-        openPanel_->SetTitle(resources_->InterfaceLabel(kTextImportTitle));
+        openPanel_->SetTitle(resources_->InterfaceLabel(kTextImportTitle).c_str());
     }
     openPanel_->Show();
 }
@@ -110,7 +110,7 @@ void BodyExchange::RequestExport() {
         savePanel_ = std::make_unique<MyFilePanel>(B_SAVE_PANEL, BMessenger(controls_->Window()));
         const BMessage answer(kExport);
         savePanel_->SetMessage(&answer);
-        savePanel_->SetTitle(resources_->InterfaceLabel(kTextExportTitle));
+        savePanel_->SetTitle(resources_->InterfaceLabel(kTextExportTitle).c_str());
     }
     std::string name;
     {
