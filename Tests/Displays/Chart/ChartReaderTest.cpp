@@ -135,6 +135,22 @@ TEST(ChartReaderTest, LinesGrowWithTheRun) {
     }
 }
 
+// What comes next is joined to what was known, whoever of the two has a sample when.
+TEST(ChartReaderTest, APathGoesOnWhereItWasLeft) {
+    const auto at = [](double time, double x, bool isJoined) {
+        return Sample{time, {x, 0.0, 0.0}, {}, isJoined};
+    };
+    const std::vector<Sample> coarse{at(0.5, 9.0, true), at(3.0, 9.0, true)};
+    const std::vector<Sample> fine{at(0.0, 1.0, false), at(1.0, 2.0, true), at(2.0, 2.5, true)};
+    const std::vector<Sample> path = RelativePath(fine, coarse, 0.7);
+    ASSERT_EQ(path.size(), 2u);
+    EXPECT_TRUE(path[0].isJoined && path[1].isJoined);
+    EXPECT_DOUBLE_EQ(path[0].position.x, -7.0);
+    std::vector<Sample> jumping = fine;
+    jumping[2].isJoined = false;
+    EXPECT_FALSE(RelativePath(jumping, coarse, 0.7)[1].isJoined);
+}
+
 // After a merger the pair weighs more, there is one body less, and no energy is missed.
 TEST(ChartReaderTest, MergersChangeMassesAndAreNoErrors) {
     HistoryRun run(TwoCollisions());
