@@ -256,7 +256,8 @@ void ChartDisplay::ShowFields() {
 
 ChartRange ChartDisplay::FittedAcross() const {
     if (!fields_.Against()) {
-        const auto [low, high] = std::minmax(line_.Start(), line_.End());
+        const double low = std::min(line_.Start(), line_.End());
+        const double high = std::max(line_.Start(), line_.End());
         return low < high ? ChartRange{low, high} : RangeAround(low, high, false);
     }
     ChartSpan span;

@@ -83,35 +83,32 @@ double ErrorOf(Quantity quantity, const Drift& drift) {
 
 }  // namespace
 
-std::vector<Sample> RelativePath(const std::vector<Sample>& body,
-                                 const std::vector<Sample>& about) {
-    const bool isBodyFiner = body.size() >= about.size();
-    const std::vector<Sample>& fine = isBodyFiner ? body : about;
-    const std::vector<Sample>& other = isBodyFiner ? about : body;
-    const double sign = isBodyFiner ? 1.0 : -1.0;
+std::vector<Sample> RelativePath(const std::vector<Sample>& body, const std::vector<Sample>& about,
+                                 double after) {
+    const auto breaks = [after](const Sample& sample) {
+        return sample.time > after && !sample.isJoined;
+    };
     std::vector<Sample> path;
-    path.reserve(fine.size());
-    bool isBroken = true;
+    path.reserve(body.size());
+    bool isBroken = false;
     std::size_t next = 0;
-    for (const Sample& sample : fine) {
-        isBroken = isBroken || !sample.isJoined;
+    for (const Sample& sample : body) {
+        isBroken = isBroken || breaks(sample);
         // A body that merged, or was put elsewhere, has two samples at that time: the later counts.
-        while (next < other.size() && other[next].time <= sample.time) {
-            isBroken = isBroken || (next > 0 && !other[next].isJoined);
-            next++;
-        }
-        const bool isOverThen = next == other.size() && !sample.isJoined && !path.empty();
-        if (next == 0 || isOverThen) continue;
-        Sample at = other[next - 1];
+        while (next < about.size() && about[next].time <= sample.time)
+            isBroken = breaks(about[next++]) || isBroken;
+        const bool isOverThen = next == about.size() && !sample.isJoined && !path.empty();
+        if (next == 0 || sample.time <= after || isOverThen) continue;
+        Sample at = about[next - 1];
         if (at.time != sample.time) {
-            if (next == other.size() || !other[next].isJoined) {
+            if (next == about.size() || !about[next].isJoined) {
                 isBroken = true;
                 continue;
             }
-            at = Between(at, other[next], sample.time);
+            at = Between(at, about[next], sample.time);
         }
-        path.push_back({sample.time, sign * (sample.position - at.position),
-                        sign * (sample.velocity - at.velocity), !isBroken});
+        path.push_back(
+            {sample.time, sample.position - at.position, sample.velocity - at.velocity, !isBroken});
         isBroken = false;
     }
     return path;
@@ -184,10 +181,20 @@ ChartReader::Material ChartReader::Fetch(const ChartLine& line, const Progress& 
                                  run.end);
     };
     if (line.body == line.about) return material;
-    material.path = RelativePath(samples(line.body), samples(line.about));
+    const double ever = -std::numeric_limits<double>::infinity();
+    const double after = progress.last ? progress.reached : ever;
+    // What lies between samples matters least of the heavier one.
+    const auto gmOf = [&](int64 body) { return run.MassesOf(body, body).back().gm; };
+    const bool isLighter = gmOf(line.body) <= gmOf(line.about);
+    material.path = isLighter ? RelativePath(samples(line.body), samples(line.about), after)
+                              : RelativePath(samples(line.about), samples(line.body), after);
+    for (Sample& sample : material.path) {
+        if (isLighter) break;
+        sample.position *= -1.0;
+        sample.velocity *= -1.0;
+    }
     std::erase_if(material.path, [&](const Sample& sample) {
-        return sample.time < run.start || sample.time > run.end ||
-               (progress.last && sample.time <= progress.reached);
+        return sample.time < run.start || sample.time > run.end;
     });
     material.masses = run.MassesOf(line.body, line.about);
     return material;

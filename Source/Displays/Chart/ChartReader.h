@@ -29,10 +29,10 @@ struct ChartLine {
     bool operator==(const ChartLine&) const = default;
 };
 
-// The relative path of two bodies at the samples of the one that has more of them, where the other
-// is known, too.
+// The path of a body relative to another one after a time: at its samples, where the other is
+// known, too. The first one is joined to what was known until then, if anything was.
 [[nodiscard]] std::vector<Sample> RelativePath(const std::vector<Sample>& body,
-                                               const std::vector<Sample>& about);
+                                               const std::vector<Sample>& about, double after);
 
 class ChartReader {
 public:
