@@ -97,7 +97,7 @@ TEST_F(ExampleDocument, IsReadAsItWasMeant) {
 TEST_F(ExampleDocument, ShowsSpaceFromItsCamera) {
     ASSERT_TRUE(ExampleParser(resources_)
                     .Parse("epoch \"E\"\npicture 1e11 m\ncamera 90 30\nbody \"A\"", &text_));
-    ExampleModel model;
+    ExampleModel model(resources_);
     const std::unique_ptr<Epoch> epoch = model.Build(text_);
     ASSERT_NE(epoch, nullptr) << model.Reason();
     ASSERT_FALSE(WriteExample(path_, text_, *epoch, model.Chosen()).Failed());
