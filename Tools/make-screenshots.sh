@@ -55,7 +55,7 @@ stop_screen() {
 # --- The program ---
 
 start_program() {  # DOCUMENT...
-    (cd "$desk/Documents" && exec "$program" "$@") &
+    (cd "$desk/Documents" && exec "$program" --no-gallery "$@") &
     running[program]=$!
 }
 

@@ -22,6 +22,7 @@ namespace {
 
 constexpr int kUsage = 2;
 constexpr const char* kNewInstance = "--new-instance";
+constexpr const char* kNoGallery = "--no-gallery";
 
 int Print(FILE* to, const std::string& text, int status) {
     std::fwrite(text.data(), 1, text.size(), to);
@@ -73,10 +74,13 @@ int main(int argc, char** argv) {
     // What the toolkit has left.
     std::vector<std::string> documents;
     bool wantsOwn = false;
+    SimApp::Welcome welcome = SimApp::Welcome::kGallery;
     for (std::size_t i = 1; i < server.Arguments().size(); i++) {
         const std::string& argument = server.Arguments()[i];
         if (argument == kNewInstance)
             wantsOwn = true;
+        else if (argument == kNoGallery)
+            welcome = SimApp::Welcome::kNone;
         else if (argument.starts_with("-"))
             return Print(stderr, FillIn(resources.InterfaceLabel(kTextProgramUsage), {argument}),
                          kUsage);
@@ -93,7 +97,7 @@ int main(int argc, char** argv) {
     }
     SimApp application(&resources,
                        launch.IsFirst() ? SimApp::Recovery::kOffer : SimApp::Recovery::kLeave,
-                       SimApp::Welcome::kGallery);
+                       welcome);
     const BMessenger messenger(&application);
     sessionEnd.Watch(messenger);
     if (launch.IsFirst()) launch.Listen(messenger);

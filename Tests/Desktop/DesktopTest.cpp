@@ -44,7 +44,7 @@ std::string DesktopTest::CopyExample(const std::string& name) const {
 
 void DesktopTest::StartProgram(const std::vector<std::string>& arguments) {
     at_.clear();  // windows of another program may have the same numbers
-    std::vector<std::string> command{ORVEK_PROGRAM};
+    std::vector<std::string> command{ORVEK_PROGRAM, "--no-gallery"};
     command.insert(command.end(), arguments.begin(), arguments.end());
     program_ = desktop_->Start(command);
 }

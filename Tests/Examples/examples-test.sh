@@ -44,7 +44,7 @@ fits kirkwood "12 yr" 0.75
 fits precession "3 yr" 0.75
 fits lagrange-ring "1.4 yr" 0.75
 fits trappist-1 "19 dy" 0.75
-fits slingshot "7 yr" 0.75
+fits slingshot "6.8 yr" 0.75
 fits capture "10 dy" 0.75
 
 echo "examples: $count documents run"

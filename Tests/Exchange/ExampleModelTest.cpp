@@ -8,6 +8,7 @@
 #include "Exchange/PlummerSphere.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/MassSystem.h"
+#include "Model/Systems/OrbitalElements.h"
 #include "Simulation/Document/ProgramResources.h"
 
 namespace {
@@ -92,6 +93,46 @@ TEST_F(ExampleModelTest, ClustersAreBodiesOfOneMass) {
     const auto stars = PlummerSphere(50, 100.0, 1.0, 5);
     EXPECT_NEAR((built->ChildAt(1)->Position() - built->ChildAt(0)->Position()).x,
                 (stars[1].position - stars[0].position).x, 1e-14);
+}
+
+TEST_F(ExampleModelTest, ColdClustersHaveAPartOfTheSpeeds) {
+    const std::unique_ptr<Epoch> epoch = Build(R"(
+        cluster "Star"
+            stars 5
+            mass 100 m3/s2
+            length 1 m
+            speeds 0.1
+            seed 5)");
+    ASSERT_NE(epoch, nullptr) << model_.Reason();
+    const auto stars = PlummerSphere(5, 100.0, 1.0, 5);
+    EXPECT_EQ(epoch->RootSystem()->ChildAt(4)->Velocity(), 0.1 * stars[4].velocity);
+    EXPECT_EQ(epoch->RootSystem()->ChildAt(4)->Position(), stars[4].position);
+}
+
+TEST_F(ExampleModelTest, BeltsAreMasslessBodiesFromOneOrbitToAnother) {
+    const std::unique_ptr<Epoch> epoch = Build(R"(
+        body "Star"
+            mass 1e20 m3/s2
+        belt "Rock"
+            bodies 11
+            seed 3
+            radius 2 m
+            orbit "Star" a 1e11 m e 0.1
+            outer 2e11 m)");
+    ASSERT_NE(epoch, nullptr) << model_.Reason();
+    const MassSystem* const root = epoch->RootSystem();
+    ASSERT_EQ(root->CountChildren(), 12);
+    double longitudes = 0.0;
+    for (int32 i = 1; i <= 11; i++) {
+        const MassSystem* const rock = root->ChildAt(i);
+        EXPECT_EQ(rock->Name(), "Rock " + std::to_string(i));
+        EXPECT_EQ(rock->M(), 0.0);
+        const OrbitalElements orbit = ElementsOf({rock->Position(), rock->Velocity()}, 1e20);
+        EXPECT_NEAR(orbit.SemiMajorAxis(), 1e11 + 1e10 * (i - 1), 1e3);
+        EXPECT_NEAR(orbit.eccentricity, 0.1, 1e-12);
+        longitudes += rock->Position().x / Length(rock->Position());
+    }
+    EXPECT_LT(std::abs(longitudes), 9.0) << "they stand on all sides";
 }
 
 TEST_F(ExampleModelTest, SaysWhatCannotBe) {
