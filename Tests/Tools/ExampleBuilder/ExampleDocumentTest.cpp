@@ -4,14 +4,14 @@
 
 #include <filesystem>
 
+#include "Exchange/ExampleModel.h"
+#include "Exchange/ExampleParser.h"
 #include "Model/Epochs/Epoch.h"
 #include "Platform/Application/BMessage.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Tests/Platform/TestFolder.h"
-#include "Exchange/ExampleModel.h"
-#include "Exchange/ExampleParser.h"
 
 namespace {
 
