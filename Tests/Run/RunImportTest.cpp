@@ -9,10 +9,9 @@ protected:
     const std::string head_ =
         "name,gm [m3/s2],radius [m],x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]\n";
     // As --export writes them.
-    const std::string bodies_ =
-        head_ +
-        "\"Sun, \"\"the\"\"\",1.5e+20,695700000.5,0.1,0,0,0,0,0\n"
-        "\"Earth\",398600435507000,0,149597870700,0,1e-05,0,29784.7,0\n";
+    const std::string bodies_ = head_ +
+                                "\"Sun, \"\"the\"\"\",1.5e+20,695700000.5,0.1,0,0,0,0,0\n"
+                                "\"Earth\",398600435507000,0,149597870700,0,1e-05,0,29784.7,0\n";
 };
 
 TEST_F(RunImport, BodiesComeAndGoToTheSameBits) {
