@@ -22,20 +22,21 @@ namespace {
 constexpr double kCutoff = 1e-11;
 
 // A star and light bodies on circles about it, in units in which the innermost takes 2 pi seconds.
-PairWalk Planets(int32 count) {
+PairWalk Planets(int32 count, int32 massless = 0) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> unit(0, 1);
     PairWalk walk;
     walk.massive = count;
+    const int32 all = count + massless;
     walk.bodies.push_back({{0, 0, 0}, {0, 0, 0}, 1.0, 0, {}, {}, {}});
-    for (int32 i = 1; i < count; i++) {
-        const double distance = 1.0 + 29.0 * (i - 1) / count;
+    for (int32 i = 1; i < all; i++) {
+        const double distance = 1.0 + 29.0 * (i - 1) / all;
         const double angle = 2.0 * M_PI * unit(random);
         const double speed = 1.0 / std::sqrt(distance);
         const double x = std::cos(angle), y = std::sin(angle);
         walk.bodies.push_back({{distance * x, distance * y, 0.01 * unit(random)},
                                {-speed * y, speed * x, 0},
-                               1e-9 / i,
+                               i < count ? 1e-9 / i : 0.0,
                                0,
                                {},
                                {},
@@ -71,6 +72,21 @@ void BenchKeeping(BenchTable* table, int32 count, int32 reports, double atLeast)
     const std::string what = "keeping history, " + std::to_string(count) + " bodies";
     table->AddAtLeast(what + ", speed against dropping", atLeast,
                       100.0 * times[0].median / times[1].median, "%");
+}
+
+// Pictures of as many reports as a slow run has in each.
+void BenchPictures(BenchTable* table) {
+    constexpr int32 kPictures = 4;
+    constexpr int32 kReportsOfPicture = 3;
+    TestSystem system(Planets(1000, 10'000), 4, kCutoff);
+    TaylorCalculator calculator(system.Portal(), system.Consumers(), nullptr);
+    calculator.SetThreads(2);
+    RunHistory history(system.Portal(), &calculator);
+    system.consumers.push_back(&history);
+    const auto times =
+        Measure({[&] { system.Run(&calculator, kPictures * kReportsOfPicture, true); }}, 1, 5);
+    table->AddAtLeast("1,000 massive + 10,000 massless bodies with history, 2 threads", 20,
+                      kPictures / times[0].median, "pictures/s");
 }
 
 void BenchSeek(BenchTable* table) {
@@ -155,4 +171,5 @@ void BenchHistory(BenchTable* table) {
     BenchSeek(table);
     BenchKeeping(table, 10, 100'000, 90);
     BenchKeeping(table, 1000, 130, 97);
+    BenchPictures(table);
 }

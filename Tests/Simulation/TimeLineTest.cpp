@@ -1,11 +1,17 @@
 // Winding a run back, looking at it and branching from it, with mouse and keys.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
+
+#include "Displays/TimeLine/MomentPlayer.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/UndoChain.h"
+#include "Model/Sharing/AbCalculator.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/ShortestOrbit.h"
 #include "Platform/Interface/Handles/BView.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/Document/SystemState.h"
@@ -186,6 +192,19 @@ TEST_F(TimeLineTest, ADocumentThatIsOpenedAgainCanBeWoundBack) {
         ASSERT_TRUE(WaitUntil([] { return IsNow(); }));
         TimeLineHand::Click(0.5);
         EXPECT_TRUE(WaitUntil([] { return IsPast(); }));
+        TimeLineHand::Press(Key::kEnd);
+        EXPECT_TRUE(WaitUntil([] { return IsNow(); }));
+        // At the pace that Auto would choose, though nothing has run yet.
+        again.Portal()->GetCalculator()->SetPace(Pace::Auto());
+        const double step = [&] {
+            const ReadGuard guard(again.Portal());
+            return AutoPace(again.Portal()->BodiesInMassOrder()) / MomentPlayer::kRate;
+        }();
+        TimeLineHand::Press(Key::kLeft);
+        EXPECT_TRUE(WaitUntil([] { return IsPast(); }));
+        constexpr double kYear = 365.25 * 86400.0;
+        const double seen = std::strtod(Value().c_str() + std::strlen("Past: "), nullptr);
+        EXPECT_NEAR(seen, (now_.time - step) / kYear, 0.1 * step / kYear) << Value();
         TimeLineHand::Press(Key::kEnd);
         EXPECT_TRUE(WaitUntil([] { return IsNow(); }));
         // Again, as it may have gaps; what there is to be seen stays.

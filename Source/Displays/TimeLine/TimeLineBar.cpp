@@ -108,7 +108,8 @@ void TimeLineBar::Draw() {
     const InterfaceTexts& labels = *context_.texts;
     std::string shown = labels.Label(kTextNoRunKept);
     if (!line_.IsEmpty())
-        shown = FillIn(labels.Label(isPast_ ? kTextPast : kTextNow), {TextOf(moment_)});
+        shown = FillIn(labels.Label(isPast_ ? kTextPast : kTextNow),
+                       {TextOf(isPast_ || isRunning_ ? moment_ : line_.now)});
     painter.AddNames(*this, &texts);
     painter.AddTimes(*this, line_.IsEmpty() ? "" : TextOf(line_.Start()),
                      line_.IsEmpty() ? "" : TextOf(line_.End()), shown, isPast_, &texts);

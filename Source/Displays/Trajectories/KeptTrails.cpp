@@ -17,6 +17,8 @@ constexpr int32 kLinesPerArray = 128;
 // Pixels by which a line may miss the curve, and the least length of one.
 constexpr double kFlat = 0.3;
 constexpr double kShort = 1.0;
+// Pixels between samples that are painted one by one; curves are told apart to about that.
+constexpr double kNear = 2.0;
 // Of one curve; more of them would mostly lie outside the picture.
 constexpr double kMaxLines = 16.0;
 constexpr int32 kMaxDepth = 48;
@@ -113,31 +115,36 @@ void KeptTrails::SetShade(const Unpainted& rest, double time, const TrajectoryVi
     isPainted->SetColor(rest.trail.color, shade, rest.trail.isFaint);
 }
 
-// From its newest end back; what is painted is dropped.
+// From its newest end back; what is painted is dropped. Where samples lie closer together than can
+// be seen, as those of a path relative to many bodies do, several make one line.
 void KeptTrails::PaintPiece(Unpainted* rest, TrajectoryView* view, PaintedTest* isPainted) {
     std::vector<Sample>& samples = rest->trail.samples;
     SetShade(*rest, samples.back().time, *view, isPainted);
-    Mapped newer = Map(samples.back());
+    Sample newest = samples.back();
+    Mapped newer = Map(newest);
     pen_ = newer.place;
     view->SVBeginLineArray(kLinesPerArray);
     for (std::size_t i = 0; i < kPiece && samples.size() > 1; i++) {
-        const double time = samples.back().time;
-        if (rest->trail.fullAt > rest->trail.faintAt) SetShade(*rest, time, *view, isPainted);
+        if (rest->trail.fullAt > rest->trail.faintAt)
+            SetShade(*rest, newest.time, *view, isPainted);
         const bool isJoined = samples.back().isJoined;
         samples.pop_back();
         const Mapped older = Map(samples.back());
-        if (isJoined) {
-            const double third = (time - samples.back().time) / 3.0;
+        if (!isJoined) {
+            pen_ = older.place;
+        } else if (Distance(newer.place, older.place) < kNear) {
+            if (Distance(pen_, older.place) >= kNear) Step(older.place, view, *isPainted);
+        } else {
+            const double third = (newest.time - samples.back().time) / 3.0;
             const Curve curve{{newer.place, Ahead(newer.place, newer.velocity, -third),
                                Ahead(older.place, older.velocity, third), older.place}};
             if (IsSeen(curve) && !rest->painted.Knows(newer.place, MiddleOf(curve), older.place))
                 Flatten(curve, 0, view, *isPainted);
             else
                 pen_ = older.place;
-        } else {
-            pen_ = older.place;
         }
         newer = older;
+        newest = samples.back();
     }
     LineTo(newer.place, view);
     view->SVEndLineArray();
@@ -178,11 +185,15 @@ void KeptTrails::Follow(const Curve& curve, int32 lines, TrajectoryView* view,
                                     : Point{a.x + s * (v.x + s * (w.x + s * u.x)),
                                             a.y + s * (v.y + s * (w.y + s * u.y))};
         if (Distance(pen_, to) < kShort) continue;
-        if (isPainted(to.x, to.y) && isPainted(0.5 * (pen_.x + to.x), 0.5 * (pen_.y + to.y)))
-            pen_ = to;
-        else
-            LineTo(to, view);
+        Step(to, view, isPainted);
     }
+}
+
+void KeptTrails::Step(Point to, TrajectoryView* view, const PaintedTest& isPainted) {
+    if (isPainted(to.x, to.y) && isPainted(0.5 * (pen_.x + to.x), 0.5 * (pen_.y + to.y)))
+        pen_ = to;
+    else
+        LineTo(to, view);
 }
 
 bool KeptTrails::IsSeen(const Curve& curve) const {

@@ -61,6 +61,8 @@ private:
     [[nodiscard]] static Point MiddleOf(const Curve& curve);
     [[nodiscard]] bool IsSeen(const Curve& curve) const;
     [[nodiscard]] Mapped Map(const Sample& sample) const;
+    // Unless that is painted.
+    void Step(Point to, TrajectoryView* view, const PaintedTest& isPainted);
     void LineTo(Point to, TrajectoryView* view);
 
     std::vector<Unpainted> trails_;

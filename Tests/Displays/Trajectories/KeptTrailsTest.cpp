@@ -8,6 +8,8 @@
 #include <numbers>
 
 #include "Displays/Projection/FrameMenu.h"
+#include "Displays/Trajectories/KeptTrails.h"
+#include "Displays/Trajectories/TrajectoryMap.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Interface Widgets/HistoryMessages.h"
 #include "Model/Commands/CommandFactory.h"
@@ -135,7 +137,56 @@ protected:
     ProjectionDisplay* display_ = nullptr;
 };
 
+class FlatMap : public TrajectoryMap {
+public:
+    BPoint Map(double x, double y, double /*z*/) override {
+        return {static_cast<float>(x), static_cast<float>(y)};
+    }
+    float DiscSize(double /*radius*/) override { return 1.0f; }
+};
+
 }  // namespace
+
+// As those of a path relative to many bodies are.
+TEST(KeptTrails, SamplesCloserThanAPixelMakeASolidLine) {
+    constexpr double kRadius = 80.0;
+    FlatMap map;
+    TrajectoryView view("trails", &map);
+    view.ResizeTo(300.0f, 300.0f);
+    view.Erase();
+    const BRect bounds = view.BitmapBounds();
+    const ThreeVector middle{std::round(0.5 * (bounds.left + bounds.right)),
+                             std::round(0.5 * (bounds.top + bounds.bottom)), 0.0};
+    for (const int32 samples : {40, 900, 9000}) {
+        SCOPED_TRACE(samples);
+        view.Erase();
+        KeptTrails::Trail trail{1, {255, 200, 100, 255}, {}};
+        for (int32 i = 0; i <= samples; i++) {
+            const double angle = 2.0 * std::numbers::pi * i / samples;
+            const ThreeVector out{std::cos(angle), std::sin(angle), 0.0};
+            trail.samples.push_back(
+                {angle, middle + kRadius * out, {-kRadius * out.y, kRadius * out.x, 0.0}, i > 0});
+        }
+        KeptTrails kept;
+        kept.Begin({trail}, {bounds}, {{}, {1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}});
+        kept.Paint(&view, 10'000'000);
+        int32 gaps = 0;
+        for (int32 i = 0; i < 500; i++) {
+            const double angle = 2.0 * std::numbers::pi * (i + 0.5) / 500;
+            int32 light = 0;
+            for (const double beside : {-1.0, 0.0, 1.0}) {
+                const BPoint at{
+                    static_cast<float>(middle.x + (kRadius + beside) * std::cos(angle)),
+                    static_cast<float>(middle.y + (kRadius + beside) * std::sin(angle))};
+                light = std::max<int32>(
+                    light, view.LowerLayer().PixelAt({std::round(at.x), std::round(at.y)}).red);
+            }
+            if (light < 90) gaps++;
+        }
+        // Where lines meet a pixel may be dimmer.
+        EXPECT_LE(gaps, 5);
+    }
+}
 
 TEST_F(KeptTrailsTest, ZoomedAndPannedPicturesAreThoseDrawnAtOnceInThatView) {
     Zoom(0.6);
