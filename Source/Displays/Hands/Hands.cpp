@@ -232,6 +232,8 @@ void Hands::LetGo() {
         if (kind != BodyGrip::Kind::kMove) AddVector(&edit, kVelocityField, body.velocity);
         if (IsFinite(body.position) && IsFinite(body.velocity))
             WindowServer::Deliver(display_->Owner(), edit);
+    } else if (press_->kind == BodyGrip::Kind::kMove) {
+        Click(press_->pointer);
     }
     GiveUp();
 }

@@ -365,7 +365,6 @@ std::vector<OverlayItem> ProjectionDisplay::MakeTexts(int32 pointedAt) const {
         items.push_back(MakeTimeText(Texts().Label(kLabelTimeIs), shown_.Time(), shown_.TimeUval(),
                                      *context_.timeUnits));
     compared_.AddTexts(&items);
-    hands_.AddOverlay(&items);
     // Names take the room that is left.
     const BodyLabels& labels = shown_.Labels();
     if (pointedAt >= 0 && pointedAt < static_cast<int32>(labels.bodies.size()))

@@ -85,5 +85,8 @@ void ProjectionView::KeyDown(const KeyInput& input) {
 }
 
 std::vector<OverlayItem> ProjectionView::MakeOverlay() {
-    return display_->MakeTexts(hasPointer_ && !isDragged_ ? FindBodyAt(Cache(), pointer_) : -1);
+    std::vector<OverlayItem> items =
+        display_->MakeTexts(hasPointer_ && !isDragged_ ? FindBodyAt(Cache(), pointer_) : -1);
+    display_->GetHands().AddOverlay(&items);
+    return items;
 }

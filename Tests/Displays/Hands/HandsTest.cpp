@@ -209,6 +209,7 @@ TEST_F(HandsTest, WhatIsGivenUpChangesNothing) {
     // Out of the window.
     drag();
     SpaceHand::MoveTo(kTitle, {5000, 0});
+    EXPECT_FALSE(IsHolding());
     SpaceHand::MoveTo(kTitle, at);
     SpaceHand::Release(kTitle, at);
     ExpectNothingHappened();

@@ -10,6 +10,7 @@
 #include "Displays/Space/SpaceView.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Sharing/ChangeFlags.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Support/BAutolock.h"
 #include "Simulation/History/RunHistory.h"
 #include "Tests/Displays/Space/SpaceHand.h"
@@ -28,6 +29,11 @@ class SpaceDisplayTest : public testing::Test {
 protected:
     void SetUp() override {
         document_.document.AddConsumer(&history_);
+        // The Sun, in the middle, is to be clicked and dragged past like any body.
+        {
+            const WriteGuard guard(document_.portal);
+            document_.portal->SetSystemFromID(document_.portal->BodiesInMassOrder()[2]->ID());
+        }
         Open();
     }
     void TearDown() override {
