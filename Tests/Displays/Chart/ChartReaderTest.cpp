@@ -91,8 +91,9 @@ TEST(ChartReaderTest, ACircleHasOneDistance) {
     EXPECT_NEAR(distance.low, 1.0, 1e-9);
     EXPECT_NEAR(distance.high, 1.0, 1e-9);
     for (std::size_t i = 0; i < chart[1].Count(); i++)
-        if (!std::isnan(chart[1][i].y))
+        if (!std::isnan(chart[1][i].y)) {
             EXPECT_NEAR(chart[1][i].y, std::cos(chart[1][i].time), 2e-4);
+        }
 }
 
 // Where a circle passes the plane it does so at one place.
