@@ -217,7 +217,8 @@ TEST_F(EveryItemTest, OfASimulation) {
     BClipboard::SetText({});
     Does(kSystem, "Edit/Copy as Text",
          [] { return BClipboard::Text().find("body \"Arrakis\"") != std::string::npos; });
-    BClipboard::SetText("body \"Pasted\"\nat 1 2 3 AU");
+    // It must not fall into its star: going back in time ends there.
+    BClipboard::SetText("body \"Pasted\"\nat 1 2 3 AU\nmoving 10 0 0 km/s");
     Does(kSystem, "Edit/Paste Bodies", History("Edit/Undo Paste Bodies"));
     OpensPanel(kSystem, "File/Import Bodies…");
     OpensPanel(kSystem, "File/Export…");

@@ -68,8 +68,12 @@ protected:
 
 TEST_F(DisplayDesktopTest, WheelDragDoubleClickAndPointer) {
     const QPoint sun = PlaceOfSun(desktop_->Picture(display_));
-    // The name of what is under the pointer, which is white itself.
+    // Without the names of all, that of what is under the pointer.
     desktop_->MoveMouse(display_, sun + QPoint(200, 0));
+    const int named = CountWhite(desktop_->Picture(display_));
+    desktop_->Press(display_, "ctrl+l");
+    ASSERT_TRUE(desktop_->WaitForPicture(
+        display_, [&](const QImage& picture) { return CountWhite(picture) < named - 100; }));
     const int letters = CountWhite(desktop_->Picture(display_));
     desktop_->MoveMouse(display_, sun);
     EXPECT_TRUE(desktop_->WaitForPicture(
