@@ -146,7 +146,8 @@ void PaceControl::ShowText(bool replacesAll) {
 
 void PaceControl::ShowWhetherBehind() {
     const AbCalculator* const calculator = portal_->GetCalculator();
-    const bool isBehind = calculator != nullptr && calculator->IsBehindPace();
+    const bool isBehind =
+        calculator != nullptr && calculator->IsRunning() && calculator->IsBehindPace();
     if (isBehind == isBehind_) return;
     isBehind_ = isBehind;
     behind_->SetText(isBehind ? texts_.Text(kTextBehindPace) : "");

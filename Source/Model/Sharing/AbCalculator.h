@@ -20,7 +20,7 @@ public:
     // Of the batches that a display is given, the one in so many that it need show.
     virtual int32 BatchesPerUpdate() const { return 1; }
     // It changes the model whenever it can have the model's lock, and hands over later what it has
-    // changed. With that lock.
+    // changed. With that lock it is so; without, it was a moment ago.
     virtual bool IsRunning() const { return false; }
 
     virtual Pace GetPace() const { return {}; }

@@ -144,11 +144,11 @@ bool BodySettingsBox::HasLostFocus(const Moment& moment) const {
 }
 
 void BodySettingsBox::SetFactories(int64 id) {
-    using Quantity = SystemQuantityFactory::Quantity;
+    using Value = SystemQuantityFactory::Quantity;
     const bool isNone = id == kNoSystemID;
     name_->SetFactory(isNone ? nullptr : Share(NameFactory(id)));
-    mass_->SetFactory(isNone ? nullptr : Share(SystemQuantityFactory(Quantity::kMass, id)));
-    radius_->SetFactory(isNone ? nullptr : Share(SystemQuantityFactory(Quantity::kRadius, id)));
+    mass_->SetFactory(isNone ? nullptr : Share(SystemQuantityFactory(Value::kMass, id)));
+    radius_->SetFactory(isNone ? nullptr : Share(SystemQuantityFactory(Value::kRadius, id)));
     position_->SetFactory(isNone ? nullptr : Share(SystemVectorFactory(kPositionQuantity, id)));
     velocity_->SetFactory(isNone ? nullptr : Share(SystemVectorFactory(kVelocityQuantity, id)));
 }
