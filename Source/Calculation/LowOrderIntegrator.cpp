@@ -129,6 +129,8 @@ void LowOrderIntegrator::DescribeFields(FieldDescriptions* into) {
 
 void LowOrderIntegrator::Regenerate(const BMessage* archive) {
     iteration_ = 0;
+    // Those of another epoch have not met in this one.
+    passed_.Clear();
     int32 iteration = 0;
     if (archive == nullptr || archive->FindInt32(kIterationField, &iteration) != B_OK) return;
     if (parts_.Regenerate(*archive) == B_OK) iteration_ = iteration;

@@ -18,7 +18,10 @@ class PassedPairs {
 public:
     // A run begins with these, in mass order: pairs of others are forgotten.
     void SetBodies(const std::vector<Body*>& bodies);
-    void Clear() { pairs_.clear(); }
+    void Clear() {
+        pairs_.clear();
+        given_.clear();
+    }
 
     [[nodiscard]] bool AreNone() const { return pairs_.empty(); }
     [[nodiscard]] bool Contain(const CollidingPair& pair) const {

@@ -25,7 +25,8 @@ namespace {
 std::size_t CountSystems(const std::vector<ExampleSystem>& systems) {
     std::size_t count = 0;
     for (const ExampleSystem& system : systems)
-        count += 1 + static_cast<std::size_t>(system.count) + CountSystems(system.members);
+        count += static_cast<std::size_t>(std::max(system.count, int32{1})) +
+                 CountSystems(system.members);
     return count;
 }
 
@@ -53,6 +54,7 @@ std::optional<ImportFault> BodyImport::Add(const ExampleText& text, ExchangeText
     run_->PauseForUser();
     EpochPortal* const portal = document_->Portal();
     portal->CommitChanges();
+    if (!portal->PrepareForEdit()) return Fault(0, kTextNoEpochInFocus);
 
     ExampleModel model(*resources_);
     std::unique_ptr<LCommand> command;

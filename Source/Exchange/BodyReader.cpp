@@ -39,6 +39,7 @@ bool IsTable(std::string_view text) {
         bool isQuoted = false;
         for (const char c : line) {
             if (c == '"') isQuoted = !isQuoted;
+            if (c == '#' && !isQuoted) return false;
             if (c == ',' && !isQuoted) return true;
         }
         return false;

@@ -27,7 +27,9 @@ void AppendBodies(std::string* to, const MassSystem& system) {
         AppendBodies(to, *system.ChildAt(i));
     if (dynamic_cast<const Body*>(&system) == nullptr) return;
     // A body without a name needs one there.
-    *to += Quoted(system.Name().empty() ? "-" : system.Name());
+    const std::string name = system.Name();
+    const bool isBlank = name.find_first_not_of(" \t\r\n") == std::string::npos;
+    *to += Quoted(isBlank ? "-" : name);
     Append(to, system.M());
     Append(to, system.Radius());
     for (const ThreeVector& vector : {system.Position(), system.Velocity()})

@@ -60,13 +60,13 @@ std::string_view PlainName(std::string_view name) {
 // "GM, km^3/s^2 = 398600.435", "GM (planet) km^3/s^2 = ...", "GM= 62.6": not its uncertainty.
 std::optional<double> FindGM(std::string_view line) {
     const std::size_t gm = line.find("GM");
-    if (gm == std::string_view::npos || line.find("sigma") != std::string_view::npos)
-        return std::nullopt;
+    if (gm == std::string_view::npos) return std::nullopt;
     if (gm > 0 && line[gm - 1] != ' ' && line[gm - 1] != ',') return std::nullopt;
     const std::string_view rest = line.substr(gm + 2);
     const std::size_t equals = rest.find('=');
     if (equals == std::string_view::npos) return std::nullopt;
     const std::string_view unit = rest.substr(0, equals);
+    if (unit.find("sigma") != std::string_view::npos) return std::nullopt;
     const bool isPlain = TextLines::Trim(unit).empty();
     if (!isPlain && unit.find("km^3/s^2") == std::string_view::npos) return std::nullopt;
     std::string_view value = rest.substr(equals + 1);
@@ -128,6 +128,7 @@ EphemerisTables::Wrong EphemerisTables::ReadHeadLine(std::string_view line) {
         head_.orbitalGM = number * *unit;
     } else if (line.starts_with("JD")) {
         head_.timeScale = line.substr(0, line.find_first_of(", "));
+        head_.columns.clear();  // what the foot of the table before says of them
         if (line.find(',') != std::string_view::npos) head_.columns = SplitAtCommas(line);
     } else if (const auto own = FindGM(line); own && !head_.gm) {
         head_.gm = own;

@@ -9,6 +9,7 @@
 #include "Exchange/TodaysUnits.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Resources/Exchange.h"
+#include "Resources/Runner.h"
 #include "Run/Options.h"
 #include "Run/RunnerOutput.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -26,7 +27,8 @@ bool ReadMissingGM(std::string_view text, const ProgramResources& resources, Opt
     if (unit.empty()) return mass == 0.0;
     std::optional<double> factor = TodaysUnits::GM(unit);
     if (!factor) factor = resources.MassUnits().FactorOf(unit);
-    mass *= factor.value_or(-1.0);
+    if (!factor) return false;
+    mass *= *factor;
     return mass >= 0.0 && std::isfinite(mass);
 }
 
@@ -43,7 +45,9 @@ std::optional<ImportFault> ImportFile(const std::string& path, const Options& op
     }
     bodies.SetMissingMasses(options.missingGM);
     auto fault = import->Add(bodies.text, kCommandImportBodies, replaces);
-    if (!fault && bodies.usesKilograms) output.Note(resources.InterfaceLabel(kTextOldKilogram));
+    if (!fault && bodies.usesKilograms)
+        output.Note(FillIn(resources.InterfaceLabel(kTextFailure),
+                           {path, resources.InterfaceLabel(kTextOldKilogram)}));
     return fault;
 }
 

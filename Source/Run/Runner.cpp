@@ -113,6 +113,11 @@ int Runner::RunDocument() {
     if (const DocumentError error = checkpoints_.CanWrite(); error.Failed())
         return output_.Fail(options_.CheckpointPath(), error.Reason(resources_));
     if (const int status = picture_.CheckPlace(); status != kDone) return status;
+    if (options_.exported && *options_.exported != OutputFile::kStandardOutput) {
+        OutputFile place;  // opened and closed, it stays as it is
+        if (const int error = place.Open(*options_.exported); error != 0)
+            return output_.Fail(*options_.exported, std::strerror(error));
+    }
     if (const int error = reports_.Open(options_, run_); error != 0)
         return output_.Fail(*options_.csv, std::strerror(error));
     if (const auto obstacle = reports_.Obstacle())

@@ -68,6 +68,9 @@ bool MomentControl::TakeMessage(const BMessage& message) {
             if (!run_->UserPaused()) return false;
             [[fallthrough]];
         case kNewBody:
+        case kPlaceBody:
+        case kSteerBody:
+        case kThrowBody:
         case kDeleteCurrentBody:
         case kDeleteBody:
         case kSetRelativeTo:
@@ -104,10 +107,12 @@ bool MomentControl::EditsPast(const BMessage& message) {
 
 // The window goes on with other messages, and the display's Escape is heard.
 bool MomentControl::Awaits(const BMessage& message) {
+    const int64 number = shown_.Number();
     if (IsRunning() || shown_.GetExact({}, kPatience)) return false;
-    // One that is lost has nothing to edit.
-    awaitedAt_ = shown_.Number();
-    if (shown_.IsPast()) awaited_ = std::make_unique<BMessage>(message);
+    // One that is lost, or was left, has nothing to edit.
+    awaitedAt_ = number;
+    if (shown_.IsPast() && shown_.Number() == number)
+        awaited_ = std::make_unique<BMessage>(message);
     return true;
 }
 

@@ -179,6 +179,20 @@ TEST_F(BodyReaderTest, TablesOfAnEphemerisAreReadWithTheirGM) {
     EXPECT_NEAR(Length(*mars.position) / radius, 1.0, 1e-6);
 }
 
+// One value and its uncertainty in a line, and below the table what its columns are.
+TEST_F(BodyReaderTest, TablesAreReadAsTheyArePrinted) {
+    const std::string neptune =
+        Replaced(Replaced(Replaced(kEarth, "Earth (399)", "Neptune (899)"),
+                          "  GM, km^3/s^2            = 398600.435436  Inner core rad = 1215 km\n",
+                          " GM (km^3/s^2) = 6835099.97      GM 1-sigma (km^3/s^2)  = +-10\n"),
+                 "  GM 1-sigma, km^3/s^2    =      0.0014\n", "") +
+        "  JDTDB    Julian Day Number, Barycentric Dynamical Time\n";
+    const ReadBodies bodies = Read(neptune + kEarth);
+    ASSERT_EQ(bodies.text.systems.size(), 2u);
+    EXPECT_EQ(bodies.text.systems[0].mass, 6835099.97 * 1e9);
+    EXPECT_EQ(bodies.text.systems[1].mass, 398600.435436 * 1e9);
+}
+
 TEST_F(BodyReaderTest, WhatCannotBeReadIsRefusedWithLineAndReason) {
     const std::string head = "name,x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]\n";
     const std::pair<std::string, std::string> faults[] = {

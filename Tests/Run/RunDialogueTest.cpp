@@ -60,6 +60,17 @@ TEST_F(RunDialogue, OrdersAreCarriedOutOneAfterTheOther) {
     EXPECT_EQ(std::stod(answers[1].substr(at + 5)), last.values[0]);
 }
 
+// Edits that pause a run, and those that do not.
+TEST_F(RunDialogue, RunsGoOnAfterEveryEdit) {
+    const std::vector<std::string> answers =
+        Ask("{\"run\": \"1 dy\"}\n{\"edit\": \"new-body\"}\n{\"run\": \"1 dy\"}\n"
+            "{\"edit\": \"delete=BoskVeld\"}\n{\"run\": \"1 dy\"}\n");
+    ASSERT_EQ(answers.size(), 5u);
+    for (const std::string& answer : answers)
+        EXPECT_FALSE(answer.starts_with("{\"error\"")) << answer;
+    EXPECT_EQ(Member(answers[4], "ending"), "\"done\"");
+}
+
 TEST_F(RunDialogue, WhatIsNotUnderstoodIsAnsweredAndChangesNothing) {
     const std::vector<std::string> answers =
         Ask("{\"state\": 1}\n"

@@ -126,6 +126,29 @@ TEST_F(TimeLineTest, AnEditOfThePastBeginsABranchAndNothingElseDoes) {
     EXPECT_EQ(TakeState(Portal()).positions, now_.positions);
 }
 
+// A body that was put elsewhere by hand, now and in the past.
+TEST_F(TimeLineTest, AHandEditsAsTypingDoes) {
+    const int32 steps = Steps();
+    const int64 body = Portal()->BodiesInMassOrder()[1]->ID();
+    const auto place = [&](double x) {
+        BMessage message(kPlaceBody);
+        message.AddInt64(kBodyIDField, body);
+        const double to[] = {x, 2e9, 3e9};
+        message.AddDoubles(kPlaceField, to, 3);
+        simulation_.Send(message);
+    };
+    const auto x = [&] { return TakeState(Portal()).Position(1).x; };
+    place(1e9);
+    ASSERT_TRUE(WaitUntil([&] { return Steps() == steps + 1 && x() == 1e9; }));
+    simulation_.Send(kUndo);
+    ASSERT_TRUE(WaitUntil([&] { return Steps() == steps && x() != 1e9; }));
+    TimeLineHand::Click(0.5);
+    ASSERT_TRUE(WaitUntil([] { return IsPast(); }));
+    place(1e9);
+    ASSERT_TRUE(WaitUntil([&] { return Steps() == steps + 2 && x() == 1e9; }));
+    EXPECT_LT(TakeState(Portal()).time, now_.time);
+}
+
 // It can be chosen at a moment when it was still there, and what is typed is for it.
 TEST_F(TimeLineTest, WhatHasMergedSinceIsEditedInThePast) {
     EntryHand::WaitUntilActive(Box());

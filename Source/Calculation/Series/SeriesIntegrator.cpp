@@ -85,7 +85,7 @@ std::optional<bool> SeriesIntegrator::TakeUp(const SeriesRecord& record) {
         record.order != order_ || record.cutoff != cutoff_ ||
         std::signbit(record.place.scale) != isBackwards_)
         return false;
-    for (std::size_t i = 0; i < record.passed.size(); i += 2)
+    for (std::size_t i = 0; passesContacts_ && i < record.passed.size(); i += 2)
         contacts_.Pass({{record.passed[i], record.passed[i + 1]}});
     stepper_.Resize(order_, rows_.bodies, rows_.massive);
     const double* at = record.states.data();

@@ -304,7 +304,8 @@ ChartScene ChartDisplay::MakeScene() const {
              ChartDrawing::ColorOf(i, fields_.isLight)});
         // A run that goes on is ahead of its lines.
         const bool isNow = !shown_.IsPast() && series.Count() > 0;
-        const double value = isNow ? series[series.Count() - 1].y : series.At(cursor).y;
+        const std::size_t newest = line_.isBackwards || !isNow ? 0 : series.Count() - 1;
+        const double value = isNow ? series[newest].y : series.At(cursor).y;
         scene.values.push_back(scene.areDots ? "" : ChartTexts::ValueText(value, scene.up));
     }
     return scene;

@@ -24,7 +24,7 @@ std::string ChartTexts::NameOf(Quantity quantity) const {
 
 std::string ChartTexts::NameOf(const ChartLine& line, const std::string& body,
                                const std::string& about) const {
-    const std::string name = NameOf(line.quantity);
+    std::string name = NameOf(line.quantity);
     if (!IsOfBody(line.quantity)) return name;
     return FillIn(context_.texts->Label(kTextChartLine), {body, about, name});
 }

@@ -77,7 +77,7 @@ void RunComparison::ReadEnd(const AbEpoch& other) {
             if (const auto* const body =
                     dynamic_cast<const Body*>(run.epoch->Parent()->SystemFromID(id));
                 body != nullptr)
-                looks_.try_emplace(id, body->DiscColor(), body->Radius());
+                looks_.try_emplace(id, Look{body->DiscColor(), body->Radius()});
 }
 
 void RunComparison::ModelChanged() {

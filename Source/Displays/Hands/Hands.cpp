@@ -80,7 +80,7 @@ void Hands::ModelChanged() {
     const int64 before = selected_;
     {
         const ReadGuard guard(display_->Epoch());
-        selected_ = display_->Epoch()->FocusSystem()->ID();
+        selected_ = shown_->Portal().FocusSystem()->ID();
     }
     const bool isRunning = sight_->IsRunning();
     HandSystem now = isRunning ? HandSystem{} : ReadSystem();
@@ -195,6 +195,10 @@ bool Hands::MouseMoved(const MouseInput& input, CanvasView::Transit transit) {
     press_->pointer = input.where;
     bounds_.isCircular = (input.modifiers & B_SHIFT_KEY) != 0;
     if (!grip_) {
+        // While a run comes to rest; a drag is no click.
+        if (std::abs(input.inView.x - press_->at.x) + std::abs(input.inView.y - press_->at.y) >=
+            kClick)
+            press_->isDrag = true;
         if (!sight_->IsRunning()) TakeHold(input.inView);
         return true;
     }
@@ -232,7 +236,7 @@ void Hands::LetGo() {
         if (kind != BodyGrip::Kind::kMove) AddVector(&edit, kVelocityField, body.velocity);
         if (IsFinite(body.position) && IsFinite(body.velocity))
             WindowServer::Deliver(display_->Owner(), edit);
-    } else if (press_->kind == BodyGrip::Kind::kMove) {
+    } else if (press_->kind == BodyGrip::Kind::kMove && !press_->isDrag) {
         Click(press_->pointer);
     }
     GiveUp();

@@ -57,6 +57,7 @@ private:
         BPoint at;       // where it took hold, in the view
         BPoint pointer;  // where the mouse is on the canvas
         bool hasMoved = false;
+        bool isDrag = false;  // before anything could be held
     };
 
     [[nodiscard]] HandSystem ReadSystem() const;

@@ -185,7 +185,7 @@ void OrbitPreview::Compute(Wish wish, int64 number) {
     const int64 id = PutBody(wish.body, wish.epoch.get());
     wish.epoch->SetCalculatorState(nullptr);
     wish.epoch->SetCOMOnGo(false);
-    wish.epoch->SetOnContact(kContactStops);
+    if (wish.epoch->OnContact() != kContactPasses) wish.epoch->SetOnContact(kContactStops);
     const double until = wish.epoch->Time() + wish.span;
     Follower follower(this, number);
     SideRun side(std::move(wish.epoch));

@@ -19,7 +19,8 @@ ProjectionView::ProjectionView(ProjectionDisplay* display)
 void ProjectionView::MouseDown(const MouseInput& input) {
     isClick_ = false;
     if (!isDragged_ && display_->GetHands().MouseDown(input)) return;
-    isClick_ = input.clicks == 1;
+    isClick_ = input.clicks == 1 && (input.buttons == B_PRIMARY_MOUSE_BUTTON ||
+                                     input.buttons == B_SECONDARY_MOUSE_BUTTON);
     grabbed_ = input.inView;
     if ((input.buttons & B_PRIMARY_MOUSE_BUTTON) == 0) return;
     if (input.clicks > 1) {
@@ -63,11 +64,14 @@ void ProjectionView::PanFrom(BPoint place) {
     display_->PanBy(right, down);
 }
 
+// A hand that holds something goes by the view that it began in.
 void ProjectionView::WheelTurned(const WheelInput& input) {
+    if (display_->GetHands().IsHolding()) return;
     if (input.stepsY != 0.0f) display_->ZoomAbout(input.where, PictureKeys::ZoomOf(input));
 }
 
 void ProjectionView::Pinched(const PinchInput& input) {
+    if (display_->GetHands().IsHolding()) return;
     display_->ZoomAbout(input.where, static_cast<double>(input.factor));
 }
 
@@ -76,7 +80,7 @@ void ProjectionView::KeyUp(const KeyInput& input) {
 }
 
 void ProjectionView::KeyDown(const KeyInput& input) {
-    if (display_->GetHands().KeyDown(input)) return;
+    if (display_->GetHands().KeyDown(input) || display_->GetHands().IsHolding()) return;
     if (const auto zoom = PictureKeys::ZoomOf(input))
         return display_->ZoomAbout(AnchorPoint(), *zoom);
     if (const auto arrow = PictureKeys::ArrowOf(input))

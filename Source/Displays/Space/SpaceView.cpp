@@ -61,7 +61,9 @@ void SpaceView::MouseMoved(const MouseInput& input, Transit transit) {
         display_->Turn(way, (input.modifiers & B_SHIFT_KEY) != 0);
 }
 
+// A hand that holds something goes by the view that it began in.
 void SpaceView::WheelTurned(const WheelInput& input) {
+    if (display_->GetHands().IsHolding()) return;
     // Some systems turn the wheel sideways with the Shift key.
     if ((input.modifiers & B_SHIFT_KEY) != 0)
         return display_->PanBy(-kWheelStep * input.stepsX, -kWheelStep * input.stepsY);
@@ -69,6 +71,7 @@ void SpaceView::WheelTurned(const WheelInput& input) {
 }
 
 void SpaceView::Pinched(const PinchInput& input) {
+    if (display_->GetHands().IsHolding()) return;
     display_->ZoomAbout(input.where, static_cast<double>(input.factor));
 }
 
@@ -85,7 +88,7 @@ void SpaceView::KeyUp(const KeyInput& input) {
 }
 
 void SpaceView::KeyDown(const KeyInput& input) {
-    if (display_->GetHands().KeyDown(input)) return;
+    if (display_->GetHands().KeyDown(input) || display_->GetHands().IsHolding()) return;
     if (const auto zoom = PictureKeys::ZoomOf(input)) return display_->ZoomAbout(Middle(), *zoom);
     if (const auto arrow = PictureKeys::ArrowOf(input)) {
         if ((input.modifiers & B_SHIFT_KEY) == 0)

@@ -1,7 +1,6 @@
 #include "Model/Commands/NewSystemCommand.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "Model/Commands/SetEpochToCommand.h"
@@ -53,8 +52,8 @@ bool NewSystemCommand::Apply() {
     MassSystem* const parent = FindSystem(parentID_);
     // A body takes no child, and a redo may find another tree, which has the identifier.
     if (!parent || HasAny() || parent->AddChild(systems_.front()) < B_OK) return false;
-    for (MassSystem* system : systems_ | std::views::drop(1))
-        parent->AddChild(system);
+    for (std::size_t i = 1; i < systems_.size(); i++)
+        parent->AddChild(systems_[i]);
     owns_ = false;
     setSystem_->Execute();
     return true;
@@ -66,8 +65,8 @@ void NewSystemCommand::Revert() {
     std::vector<MassSystem*> found = FindAll();
     if (found.empty()) return;
     // What was added last mostly stands at the end.
-    for (MassSystem* system : found | std::views::reverse)
-        system->Parent()->RemoveChild(system);
+    for (std::size_t i = found.size(); i-- > 0;)
+        found[i]->Parent()->RemoveChild(found[i]);
     systems_ = std::move(found);
     owns_ = true;
 }

@@ -73,7 +73,9 @@ Dialogue::~Dialogue() {
 
 std::string_view Dialogue::FindOther(const Options& options) {
     const std::pair<bool, std::string_view> others[] = {
-        {options.WantsRun() && (options.steps || options.duration || options.until), "--for"},
+        {options.steps && *options.steps > 0, "--steps"},
+        {options.duration.has_value(), "--for"},
+        {options.until.has_value(), "--until"},
         {options.csv.has_value(), "--csv"},
         {options.save.has_value(), "--save"},
         {options.png.has_value(), "--png"},
@@ -220,7 +222,8 @@ Dialogue::Wrong Dialogue::Go() {
             do
                 parked_.acquire();
             while (ResolveCollision());
-            control_.Pause();
+            // As edits do: what pauses twice would have to go on twice.
+            control_.PauseForUser();
             hasEndedAtCollision_ = !collisions_.Take().IsEmpty();
             if (const auto ending = collisions_.TakeEnding()) ending_ = ending;
             recorder_.End(hasEndedAtCollision_);
