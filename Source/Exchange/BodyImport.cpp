@@ -69,6 +69,7 @@ std::optional<ImportFault> BodyImport::Add(const ExampleText& text, ExchangeText
         if (parent == nullptr) return Fault(0, kTextNoEpochInFocus);
         std::vector<MassSystem*> systems;
         MassSystem* const root = epoch->RootSystem();
+        systems.reserve(static_cast<std::size_t>(root->CountChildren()));
         for (int32 i = 0; i < root->CountChildren(); i++)
             systems.push_back(root->ChildAt(i));
         for (std::size_t i = systems.size(); i-- > 0;)

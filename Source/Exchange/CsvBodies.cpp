@@ -110,7 +110,7 @@ std::optional<ImportFault> CsvBodies::Read(std::string_view text, ReadBodies* re
 CsvBodies::Wrong CsvBodies::ReadHeader(std::string_view line, ReadBodies* result) {
     const std::vector<std::string> headings = Split(line);
     for (std::size_t i = 0; i < headings.size(); i++)
-        if (const Wrong wrong = ReadColumn(TextLines::Trim(headings[i]), result))
+        if (Wrong wrong = ReadColumn(TextLines::Trim(headings[i]), result))
             return AtColumn(i, *wrong);
     return FindMissing();
 }
@@ -126,7 +126,7 @@ CsvBodies::Wrong CsvBodies::ReadColumn(std::string_view heading, ReadBodies* res
         if (quantity.name != name) continue;
         if (Has(name)) return Problem(kTextColumnTwice, name);
         double factor = 1.0;
-        if (const Wrong wrong = FindUnit(quantity, unit, &factor)) return wrong;
+        if (Wrong wrong = FindUnit(quantity, unit, &factor)) return wrong;
         if (quantity.kind == Kind::kMass && factor <= kKilogram) result->usesKilograms = true;
         columns_.push_back({&quantity, factor});
         return std::nullopt;

@@ -179,7 +179,7 @@ EphemerisTables::Wrong EphemerisTables::ReadBlock(TextLines* lines) {
         if (isNew && moments++ == 0) moment_ = moment;
         if (moments == 0) return Problem(kTextValueMissing, kMomentLabel);
         if (moments > 1 || (isNew && head_.columns.empty())) continue;
-        if (const Wrong wrong = head_.columns.empty() ? ReadLabelled(line) : ReadSeparated(line))
+        if (Wrong wrong = head_.columns.empty() ? ReadLabelled(line) : ReadSeparated(line))
             return wrong;
     }
     return Problem(kTextTableOpen);
@@ -215,7 +215,7 @@ EphemerisTables::Wrong EphemerisTables::ReadSeparated(std::string_view line) {
 }
 
 EphemerisTables::Wrong EphemerisTables::AddBody(ReadBodies* result, int line) {
-    if (const Wrong wrong = CheckMoment(result)) return wrong;
+    if (Wrong wrong = CheckMoment(result)) return wrong;
     std::vector<ExampleSystem>& bodies = result->text.systems;
     ExampleSystem body;
     body.line = line;
@@ -223,8 +223,7 @@ EphemerisTables::Wrong EphemerisTables::AddBody(ReadBodies* result, int line) {
     body.mass = head_.gm.value_or(0.0);
     body.shownIn.position = kKilometre;
     body.shownIn.speed = kKilometre;
-    if (const Wrong wrong = values_.contains("EC") ? SetElements(&body) : SetState(&body))
-        return wrong;
+    if (Wrong wrong = values_.contains("EC") ? SetElements(&body) : SetState(&body)) return wrong;
     if (!head_.gm) result->massless.push_back(bodies.size());
     bodies.push_back(std::move(body));
     return std::nullopt;
