@@ -30,7 +30,6 @@ public:
     [[nodiscard]] double ValueAt(float place) const;
     // Round values between the ends, no nearer to one another than so many pixels.
     [[nodiscard]] std::vector<Tick> Ticks(float spacing) const;
-    [[nodiscard]] bool IsLog() const { return isLog_; }
     // What the picture shows after moving by so many pixels, and after growing by a factor about a
     // place. An axis can be neither so short nor so long that numbers do not tell its ends apart.
     [[nodiscard]] ChartRange Moved(float pixels) const;

@@ -200,11 +200,6 @@ status_t BLooper::Post(const BLooper* looper, const BMessage* message, const BHa
     return link->port.Put(std::make_unique<Delivery>(*message, token), 0);
 }
 
-BMessage* BLooper::CurrentMessage() const {
-    AssertLocked();
-    return current_ == nullptr ? nullptr : current_->Message();
-}
-
 std::unique_ptr<Delivery> BLooper::DetachCurrentMessage() {
     AssertLocked();
     return std::move(current_);
@@ -240,12 +235,6 @@ bool BLooper::RemoveHandler(BHandler* handler) {
 int32 BLooper::CountHandlers() const {
     AssertLocked();
     return static_cast<int32>(handlers_.size());
-}
-
-BHandler* BLooper::HandlerAt(int32 index) const {
-    AssertLocked();
-    if (index < 0 || index >= CountHandlers()) return nullptr;
-    return handlers_[static_cast<std::size_t>(index)];
 }
 
 void BLooper::SetPreferredHandler(BHandler* handler) {

@@ -63,9 +63,7 @@ public:
     // Called for each message whose handler still exists and belongs to this looper.
     virtual void DispatchMessage(BMessage* message, BHandler* handler);
 
-    // The message that is being handled, null for none.
-    [[nodiscard]] BMessage* CurrentMessage() const;
-    // Takes it over, for instance to answer it later.
+    // Takes over the message that is being handled, for instance to answer it later.
     [[nodiscard]] std::unique_ptr<Delivery> DetachCurrentMessage();
     // Answers it; the statuses of Delivery::SendReply.
     status_t SendReply(const BMessage& reply);
@@ -75,8 +73,6 @@ public:
     // False if it is none of this looper's.
     bool RemoveHandler(BHandler* handler);
     [[nodiscard]] int32 CountHandlers() const;
-    // Null if there is none.
-    [[nodiscard]] BHandler* HandlerAt(int32 index) const;
 
     // A handler that is not this looper's, or null, clears the setting.
     void SetPreferredHandler(BHandler* handler);

@@ -71,10 +71,6 @@ status_t BMessage::AddBool(const char* name, bool value) {
     return AddValue(name, B_BOOL_TYPE, static_cast<uint8>(value));
 }
 
-status_t BMessage::AddInt8(const char* name, int8 value) {
-    return AddValue(name, B_INT8_TYPE, value);
-}
-
 status_t BMessage::AddInt16(const char* name, int16 value) {
     return AddValue(name, B_INT16_TYPE, value);
 }
@@ -154,10 +150,6 @@ status_t BMessage::ReplaceInt64(const char* name, int64 value) {
     return ReplaceData(name, B_INT64_TYPE, 0, &value, sizeof value);
 }
 
-status_t BMessage::ReplaceFloat(const char* name, float value) {
-    return ReplaceData(name, B_FLOAT_TYPE, 0, &value, sizeof value);
-}
-
 status_t BMessage::ReplaceDouble(const char* name, double value) {
     return ReplaceData(name, B_DOUBLE_TYPE, 0, &value, sizeof value);
 }
@@ -169,10 +161,6 @@ status_t BMessage::ReplacePoint(const char* name, BPoint value) {
 status_t BMessage::ReplaceString(const char* name, std::string_view value) {
     const std::string text(value.substr(0, value.find('\0')));
     return ReplaceData(name, B_STRING_TYPE, 0, text.c_str(), text.size() + 1);
-}
-
-status_t BMessage::ReplacePointer(const char* name, const void* value) {
-    return ReplaceData(name, B_POINTER_TYPE, 0, &value, sizeof value);
 }
 
 status_t BMessage::ReplaceData(const char* name, type_code type, int32 index, const void* data,

@@ -37,7 +37,6 @@ public:
     // B_BAD_TYPE: the name holds another type; B_BAD_VALUE: null, empty or of the wrong size;
     // B_NAME_TOO_LONG: more than 255 bytes.
     status_t AddBool(const char* name, bool value);
-    status_t AddInt8(const char* name, int8 value);
     status_t AddInt16(const char* name, int16 value);
     status_t AddInt32(const char* name, int32 value);
     status_t AddInt64(const char* name, int64 value);
@@ -111,11 +110,9 @@ public:
     status_t ReplaceBool(const char* name, bool value);
     status_t ReplaceInt32(const char* name, int32 value);
     status_t ReplaceInt64(const char* name, int64 value);
-    status_t ReplaceFloat(const char* name, float value);
     status_t ReplaceDouble(const char* name, double value);
     status_t ReplacePoint(const char* name, BPoint value);
     status_t ReplaceString(const char* name, std::string_view value);
-    status_t ReplacePointer(const char* name, const void* value);
     status_t ReplaceData(const char* name, type_code type, int32 index, const void* data,
                          std::size_t size);
 
