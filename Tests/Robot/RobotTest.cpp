@@ -29,7 +29,7 @@ unsigned gSeed = 1;
 #ifdef ORVEK_SANITIZED
 int gActions = 1500;
 #else
-int gActions = 6000;
+int gActions = 4000;
 #endif
 
 constexpr int kActionsPerRun = 2500;
