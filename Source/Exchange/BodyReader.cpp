@@ -9,27 +9,13 @@
 #include "Exchange/EphemerisTables.h"
 #include "Exchange/ExampleParser.h"
 #include "Exchange/TextLines.h"
+#include "Platform/Support/Utf8.h"
 #include "Resources/Exchange.h"
 #include "Simulation/Document/BodyColors.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/TextTemplate.h"
 
 namespace {
-
-// Of one character of UTF-8, 0 if there is none: the shortest form, and no half of a pair.
-std::size_t LengthOfCharacter(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char first = byte(0);
-    if (first < 0x80) return first == 0 ? 0 : 1;
-    const std::size_t length = first >= 0xf0 ? 4 : first >= 0xe0 ? 3 : 2;
-    if (first < 0xc2 || first > 0xf4 || text.size() < length) return 0;
-    for (std::size_t i = 1; i < length; i++)
-        if ((byte(i) & 0xc0) != 0x80) return 0;
-    const unsigned char second = byte(1);
-    const bool isLong = (first == 0xe0 && second < 0xa0) || (first == 0xf0 && second < 0x90);
-    const bool isNone = (first == 0xed && second > 0x9f) || (first == 0xf4 && second > 0x8f);
-    return isLong || isNone ? 0 : length;
-}
 
 // Values are told from the language, which has commas between quotation marks alone.
 bool IsTable(std::string_view text) {
@@ -92,7 +78,7 @@ std::optional<ImportFault> BodyReader::FindForeignText(std::string_view text) co
     bool isPlain = false;  // a line ends with a line feed alone
     bool hasReturn = false;
     for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = LengthOfCharacter(text.substr(i));
+        const std::size_t length = text[i] == '\0' ? 0 : Utf8Length(text.substr(i));
         if (length == 0) return ImportFault{line, resources_.InterfaceLabel(kTextNotUtf8)};
         if (text[i] == '\n' || text[i] == '\r') {
             const bool isReturn = text[i] == '\r';

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "Platform/Support/Utf8.h"
 #include "Run/NumberText.h"
 
 namespace {
@@ -10,21 +11,6 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 uint8 Byte(char c) {
     return static_cast<uint8>(c);
-}
-
-// Bytes of the well-formed UTF-8 sequence at the start of `text`, 0 when there is none.
-std::size_t SequenceLength(std::string_view text) {
-    const uint8 first = Byte(text[0]);
-    if (first < 0x80) return 1;
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length) return 0;
-    for (std::size_t i = 1; i < length; i++)
-        if ((Byte(text[i]) & 0xC0) != 0x80) return 0;
-    // Overlong forms, surrogates, and what lies beyond Unicode.
-    const uint8 second = Byte(text[1]);
-    const bool bad = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
-                     (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
-    return bad ? 0 : length;
 }
 
 void AppendCode(std::string* to, uint8 code) {
@@ -76,7 +62,7 @@ void JsonObject::AddJson(std::string_view name, std::string_view json) {
 std::string JsonString(std::string_view text) {
     std::string quoted = "\"";
     while (!text.empty()) {
-        const std::size_t length = SequenceLength(text);
+        const std::size_t length = Utf8Length(text);
         if (length == 0)
             quoted += kReplacement;
         else if (length == 1)

@@ -1,7 +1,10 @@
 #include "Run/RunGoal.h"
 
 #include <algorithm>
+#include <limits>
 
+#include "Calculation/Calculator.h"
+#include "Model/Epochs/AbEpoch.h"
 #include "Run/Options.h"
 #include "Simulation/Document/RunTarget.h"
 
@@ -17,4 +20,16 @@ RunGoal RunGoal::Of(const Options& options, double startTime, const RunTarget& t
     }
     if (!goal.steps && !goal.time && !goal.until) goal.steps = Options::kDefaultSteps;
     return goal;
+}
+
+void RunGoal::SetIn(Calculator* calculator, double startTime) const {
+    calculator->SetBackwards(IsBefore(startTime));
+    calculator->SetRunLimit(steps.value_or(0),
+                            time.value_or(std::numeric_limits<double>::infinity()));
+}
+
+void ApplySettings(const Options& options, AbEpoch* epoch) {
+    if (options.cutoff) epoch->SetCutoff(*options.cutoff);
+    if (options.order) epoch->SetOrder(*options.order);
+    if (options.onCollision) epoch->SetOnContact(*options.onCollision);
 }

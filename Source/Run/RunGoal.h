@@ -6,6 +6,8 @@
 
 #include "Platform/Support/SupportDefs.h"
 
+class AbEpoch;
+class Calculator;
 struct Options;
 struct RunTarget;
 
@@ -20,4 +22,9 @@ struct RunGoal {
     [[nodiscard]] static RunGoal Of(const Options& options, double startTime,
                                     const RunTarget& target);
     [[nodiscard]] bool IsBefore(double startTime) const { return time && *time < startTime; }
+    // The run that is about to start there ends here, and goes this way.
+    void SetIn(Calculator* calculator, double startTime) const;
 };
+
+// What the options say of the epoch that a run is to be in. With the portal's write lock.
+void ApplySettings(const Options& options, AbEpoch* epoch);

@@ -1,7 +1,6 @@
 #include "Run/Runner.h"
 
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "Model/Sharing/ModelGuards.h"
@@ -23,7 +22,6 @@
 namespace {
 
 constexpr int32 kScienceOrder = 4;
-constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
 
 }  // namespace
 
@@ -180,9 +178,7 @@ void Runner::RunStarting() {
     {
         const WriteGuard guard(portal);
         AbEpoch* const focus = portal->FocusEpoch();
-        if (options_.cutoff) focus->SetCutoff(*options_.cutoff);
-        if (options_.order) focus->SetOrder(*options_.order);
-        if (options_.onCollision) focus->SetOnContact(*options_.onCollision);
+        ApplySettings(options_, focus);
         run_.stopsAtCollision = focus->OnContact() == kContactStops;
         order = focus->Order();
     }
@@ -193,9 +189,7 @@ void Runner::RunStarting() {
     const SystemState& start = live_.Begin(TakeState(document_.Portal()));
     run_.startTime = start.time;
     run_.goal = RunGoal::Of(options_, start.time, live_.Target());
-    document_.GetCalculator()->SetBackwards(run_.goal.IsBefore(start.time));
-    document_.GetCalculator()->SetRunLimit(run_.goal.steps.value_or(0),
-                                           run_.goal.time.value_or(kNoTimeLimit));
+    run_.goal.SetIn(document_.GetCalculator(), start.time);
     BeginReports(start);
 }
 

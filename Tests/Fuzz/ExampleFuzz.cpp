@@ -3,22 +3,10 @@
 #include "Exchange/ExampleParser.h"
 #include "Model/Epochs/Epoch.h"
 #include "Tests/Fuzz/FuzzKit.h"
+#include "Tests/Fuzz/ManyStars.h"
 #include "Tools/ExampleBuilder/ExampleDocument.h"
 
-namespace {
-
-// The stars of all clusters, and the bodies of all belts.
-std::int64_t Stars(const std::vector<ExampleSystem>& systems) {
-    std::int64_t stars = 0;
-    for (const ExampleSystem& system : systems)
-        stars += system.count + Stars(system.members);
-    return stars;
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::int64_t kManyStars = 200;  // more only take time
     // Where nothing can be written: the last thing that building an example does.
     constexpr const char* kNowhere = "/dev/null/example.orvek";
     ExampleParser parser(fuzz::Resources());
@@ -27,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fuzz::Check(!parser.Reason().empty(), "a fault is told");
         return 0;
     }
-    if (Stars(text.systems) > kManyStars) return 0;
+    if (CountStars(text.systems) > kManyStars) return 0;
     ExampleModel model(fuzz::Resources());
     const std::unique_ptr<Epoch> epoch = model.Build(text);
     fuzz::Check(epoch != nullptr || !model.Reason().empty(), "a fault is told");

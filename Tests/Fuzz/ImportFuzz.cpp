@@ -4,20 +4,9 @@
 #include "Exchange/ExampleWriter.h"
 #include "Model/Epochs/Epoch.h"
 #include "Tests/Fuzz/FuzzKit.h"
-
-namespace {
-
-std::int64_t Stars(const std::vector<ExampleSystem>& systems) {
-    std::int64_t stars = 0;
-    for (const ExampleSystem& system : systems)
-        stars += system.count + Stars(system.members);
-    return stars;
-}
-
-}  // namespace
+#include "Tests/Fuzz/ManyStars.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::int64_t kManyStars = 200;  // more only take time
     ReadBodies bodies;
     if (const auto fault = BodyReader(fuzz::Resources()).Read(fuzz::TextOf(data, size), &bodies)) {
         fuzz::Check(!fault->reason.empty(), "a fault is told");
@@ -26,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::size_t i : bodies.massless)
         fuzz::Check(i < bodies.text.systems.size(), "who has no mass is there");
     bodies.SetMissingMasses(0.0);
-    if (Stars(bodies.text.systems) > kManyStars) return 0;
+    if (CountStars(bodies.text.systems) > kManyStars) return 0;
     ExampleModel model(fuzz::Resources());
     const std::unique_ptr<Epoch> epoch = model.Build(bodies.text);
     fuzz::Check(epoch != nullptr || !model.Reason().empty(), "a fault is told");

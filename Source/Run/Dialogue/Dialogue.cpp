@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <iostream>
-#include <limits>
 
 #include "Model/Epochs/EpochLimits.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -26,8 +25,6 @@
 #include "Simulation/Document/TextTemplate.h"
 
 namespace {
-
-constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
 
 std::string AsJson(const ThreeVector& vector) {
     std::string json = "[";
@@ -240,16 +237,11 @@ void Dialogue::RunStarting() {
     {
         const WriteGuard guard(document_.Portal());
         AbEpoch* const focus = document_.Portal()->FocusEpoch();
-        if (options_.cutoff) focus->SetCutoff(*options_.cutoff);
-        if (options_.order) focus->SetOrder(*options_.order);
-        if (options_.onCollision) focus->SetOnContact(*options_.onCollision);
+        ApplySettings(options_, focus);
         stopsAtCollision_ = focus->OnContact() == kContactStops;
     }
     const SystemState start = TakeState(document_.Portal());
-    const RunGoal goal = RunGoal::Of(options_, start.time, target_);
-    Calculator* const calculator = document_.GetCalculator();
-    calculator->SetBackwards(goal.IsBefore(start.time));
-    calculator->SetRunLimit(goal.steps.value_or(0), goal.time.value_or(kNoTimeLimit));
+    RunGoal::Of(options_, start.time, target_).SetIn(document_.GetCalculator(), start.time);
     recorder_.Begin(start);
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
-#include <limits>
 
 #include "Model/Epochs/EpochLimits.h"
 #include "Model/Sharing/ChangeFlags.h"
@@ -25,7 +24,6 @@ namespace {
 
 // How soon a run sees that it is to stop.
 constexpr std::chrono::milliseconds kPatience{50};
-constexpr double kNoTimeLimit = std::numeric_limits<double>::infinity();
 
 constexpr std::string_view kHeads =
     "ending,time,steps,reports,bodies,mergers,events,energy_error,momentum_drift,"
@@ -142,17 +140,12 @@ void SweepRun::RunStarting() {
     {
         const WriteGuard guard(document_.Portal());
         AbEpoch* const focus = document_.Portal()->FocusEpoch();
-        if (options_.cutoff) focus->SetCutoff(*options_.cutoff);
-        if (options_.order) focus->SetOrder(*options_.order);
-        if (options_.onCollision) focus->SetOnContact(*options_.onCollision);
+        ApplySettings(options_, focus);
         stopsAtCollision_ = focus->OnContact() == kContactStops;
         events_.SetMerging(focus->OnContact() == kContactMerges);
     }
     start_ = TakeState(document_.Portal());
-    const RunGoal goal = RunGoal::Of(options_, start_.time, target_);
-    Calculator* const calculator = document_.GetCalculator();
-    calculator->SetBackwards(goal.IsBefore(start_.time));
-    calculator->SetRunLimit(goal.steps.value_or(0), goal.time.value_or(kNoTimeLimit));
+    RunGoal::Of(options_, start_.time, target_).SetIn(document_.GetCalculator(), start_.time);
     recorder_.Begin(start_);
 }
 
