@@ -38,7 +38,8 @@ void RaiseTo(std::atomic<double>* greatest, double value) {
 
 // One pass over targets, in tasks that the threads take from a counter.
 struct ForceEvaluator::Pass {
-    enum class Kind { kFirst, kSecond };
+    // kRest: what is left when the massive bodies have had the first one.
+    enum class Kind { kFirst, kSecond, kRest };
 
     const ForceEvaluator& evaluator;
     const Kind kind;
@@ -50,12 +51,15 @@ struct ForceEvaluator::Pass {
     std::atomic<double> rate{kMinRate};
     std::atomic<bool> touching{false};
     std::atomic<bool> stopped{false};
+    std::atomic<std::size_t> members{0};
+    std::vector<std::vector<double>>* rooms = nullptr;  // of kRest
 
     static void DoTasks(void* pass) { static_cast<Pass*>(pass)->DoTasks(); }
 
     void DoTasks() {
         const ForceArrays& arrays = evaluator.arrays_;
         const ForceInstance& instance = *evaluator.instance_;
+        const std::size_t member = members++;
         FirstPassResult found;
         while (!stopped) {
             const int32 begin = next.fetch_add(targetsPerTask);
@@ -65,16 +69,34 @@ struct ForceEvaluator::Pass {
                 break;
             }
             const int32 end = std::min(begin + targetsPerTask, countTargets);
-            if (kind == Kind::kFirst) {
-                const FirstPassResult task = instance.firstPass(arrays, order, begin, end);
-                found.rate = std::max(found.rate, task.rate);
-                found.touching |= task.touching;
-            } else {
+            if (kind == Kind::kFirst)
+                Note(instance.firstPass(arrays, order, begin, end), &found);
+            else if (kind == Kind::kSecond)
                 instance.secondPass(arrays, begin, end);
-            }
+            else
+                DoRest(begin, end, member, &found);
         }
         RaiseTo(&rate, found.rate);
         if (found.touching) touching = true;
+    }
+
+    // All sources are massive, hence their accelerations are known; a massless target's own are
+    // after its first pass.
+    void DoRest(int32 begin, int32 end, std::size_t member, FirstPassResult* found) const {
+        const ForceInstance& instance = *evaluator.instance_;
+        const int32 massless = std::clamp(evaluator.EndOfMassive(), begin, end);
+        if (begin < massless) instance.secondPass(evaluator.arrays_, begin, massless);
+        if (massless == end) return;
+        ForceArrays arrays = evaluator.arrays_;
+        arrays.kept = (*rooms)[member].data();
+        arrays.keptFrom = massless;
+        Note(instance.firstPass(arrays, order, massless, end), found);
+        instance.secondPass(arrays, massless, end);
+    }
+
+    static void Note(const FirstPassResult& task, FirstPassResult* found) {
+        found->rate = std::max(found->rate, task.rate);
+        found->touching |= task.touching;
     }
 };
 
@@ -134,6 +156,8 @@ ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& st
         return EvaluateWithRanks(order, stop);
     }
     if (IsQuick()) return EvaluateQuickly(order, stop);
+    if (order >= 4 && kept_.empty() && EndOfMassive() < arrays_.bodies)
+        return EvaluateMassiveFirst(stop);
     Pass first{*this, Pass::Kind::kFirst, order, stop, TargetsPerTask(), arrays_.bodies};
     Run(&first);
     if (first.stopped) return Result::kStopped;
@@ -144,6 +168,31 @@ ForceEvaluator::Result ForceEvaluator::Evaluate(int32 order, const StopFlags& st
         Run(&second);
         if (second.stopped) return Result::kStopped;
     }
+    return Result::kDone;
+}
+
+int32 ForceEvaluator::EndOfMassive() const {
+    return std::min(RoundUp(arrays_.massive, kMaxLanes), arrays_.bodies);
+}
+
+// Both passes over a massless target in one go: most of the second one's time goes into finding
+// again what the first one had.
+ForceEvaluator::Result ForceEvaluator::EvaluateMassiveFirst(const StopFlags& stop) {
+    constexpr int32 kOrder = 4;
+    Pass first{*this, Pass::Kind::kFirst, kOrder, stop, TargetsPerTask(), EndOfMassive()};
+    Run(&first);
+    if (first.stopped) return Result::kStopped;
+    if (first.touching) return ListCollisions(stop);
+    rooms_.resize(static_cast<std::size_t>(threads_));
+    for (std::vector<double>& room : rooms_)
+        room.resize(2 * static_cast<std::size_t>(TargetsPerTask()) *
+                    static_cast<std::size_t>(arrays_.massive));
+    Pass rest{*this, Pass::Kind::kRest, kOrder, stop, TargetsPerTask(), arrays_.bodies};
+    rest.rooms = &rooms_;
+    Run(&rest);
+    if (rest.stopped) return Result::kStopped;
+    if (rest.touching) return ListCollisions(stop);
+    rate_ = std::max(first.rate.load(), rest.rate.load());
     return Result::kDone;
 }
 

@@ -100,6 +100,9 @@ private:
     [[nodiscard]] bool IsForRanks() const;
     Result EvaluateWithRanks(int32 order, const StopFlags& stop);
     Result EvaluateQuickly(int32 order, const StopFlags& stop);
+    Result EvaluateMassiveFirst(const StopFlags& stop);
+    // Where the massless ones begin, as whole vectors go.
+    [[nodiscard]] int32 EndOfMassive() const;
     void Run(Pass* pass);
 
     int32 threads_ = 1;
@@ -107,6 +110,7 @@ private:
     std::vector<Line> storage_;
     size_t stride_ = 0;  // lines of an array
     std::vector<double> kept_;
+    std::vector<std::vector<double>> rooms_;  // for the pairs of a task, one for each thread
     ForceArrays arrays_;
     double rate_ = 0;
     std::vector<CollidingPair> collisions_;

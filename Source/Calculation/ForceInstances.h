@@ -31,8 +31,10 @@ struct ForceArrays {
     double* jerk[3] = {};
     double* snap[3] = {};
     // Where the first pass leaves what the second would have to find again, two numbers for each
-    // source and target, the latter rounded up to whole vectors. Null: nowhere.
+    // source and target, the latter rounded up to whole vectors and counted from `keptFrom`. Null:
+    // nowhere.
     double* kept = nullptr;
+    int32 keptFrom = 0;
 };
 
 // What a range of targets saw: the fastest pair's rate in 1/s2 (0 when there is no pair), and

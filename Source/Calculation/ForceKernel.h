@@ -128,7 +128,7 @@ private:
 
     // Two vectors for each source, behind those of the targets before.
     ORVEK_INLINE double* Kept(int32 source) const {
-        return arrays_.kept + 2 * (static_cast<int64>(begin_) * arrays_.massive +
+        return arrays_.kept + 2 * (static_cast<int64>(begin_ - arrays_.keptFrom) * arrays_.massive +
                                    static_cast<int64>(source) * kLanes);
     }
 

@@ -14,10 +14,18 @@ constexpr int32 kUsualOrder = 4;
 // to date and the model is not locked for long. Results do not depend on how a run is cut into
 // batches.
 constexpr bigtime_t kMaxBatch = 100'000;  // us
+// Fewer reports than the pacing asks for at least are handed over so often that motion is seen.
+constexpr int32 kFewReports = 10;
+constexpr bigtime_t kMaxShortBatch = 45'000;  // us
 // Steps of so many interactions take longer than it takes to look at the clock. Quicker ones look
 // only once in so many, a power of two.
 constexpr int64 kSlowInteractions = 10'000;
 constexpr int32 kQuickSteps = 64;
+
+// Another report would take it too long.
+bool IsLongBatch(int32 reports, bigtime_t time) {
+    return time > kMaxBatch || (reports < kFewReports && time + time / reports > kMaxShortBatch);
+}
 
 }  // namespace
 
@@ -160,7 +168,9 @@ int32 TaylorCalculator::MakeReports() {
     const bigtime_t start = system_time();
     int32 reports = 0;
     while (reports < most && !ShouldStop()) {
-        if (reports > 0 && (reports & (looks - 1)) == 0 && system_time() - start > kMaxBatch) break;
+        if (reports > 0 && (reports & (looks - 1)) == 0 &&
+            IsLongBatch(reports, system_time() - start))
+            break;
         if (!MakeReport()) break;
         reports++;
         if (IsPictureReached()) break;

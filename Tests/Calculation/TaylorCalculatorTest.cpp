@@ -178,6 +178,31 @@ TEST(TaylorCalculator, ABatchIsCutAfterATenthOfASecond) {
     EXPECT_LT(first, kRoom / 2);
 }
 
+// So few reports are handed over twenty times a second. What else the machine does makes batches
+// smaller, and the shortest time of a report tells what it needs.
+TEST(TaylorCalculator, ABatchOfFewReportsIsCutEarlier) {
+    constexpr int32 kBodies = 2000;
+    constexpr int32 kBatches = 6;
+    TestSystem system(Planets(kBodies, kBodies), 4, 1e-6);
+    std::vector<int32> counts;
+    TaylorCalculator* calculator = nullptr;
+    bigtime_t before = 0;
+    double shortest = kNever;  // us of a report
+    ReadHook hook(&system, [&](int32 count, const double*) {
+        const bigtime_t now = system_time();
+        if (before > 0 && count > 0)
+            shortest = std::min(shortest, static_cast<double>(now - before) / count);
+        before = now;
+        counts.push_back(count);
+        if (counts.size() == kBatches) calculator->SetInternalPause();
+    });
+    calculator = hook.GetCalculator();
+    calculator->SetThreads(1);
+    system.RunUntilParked(calculator);
+    for (const int32 count : counts)
+        EXPECT_TRUE(count <= 1 || count * shortest < 60'000.0) << count << " of " << shortest;
+}
+
 // However few updates of the screen are wanted.
 TEST(TaylorCalculator, ABatchIsBounded) {
     for (const int32 bodies : {2, 90}) {
