@@ -57,6 +57,9 @@ public:
     virtual int32 Calculate() = 0;
     // Takes over the state that Archive wrote; nothing for null or for what is no such record.
     virtual void Regenerate(BMessage* archive);
+    // The next run begins at an epoch of which no state is kept: in it no pair has met yet. Under
+    // the write lock, while parked.
+    virtual void ForgetPassed() {}
 
     // The run that is held, as one record from which ResumeRun takes it up: the fields of Archive,
     // more of the integrator and those of RunLeft. B_NOT_ALLOWED: there is none. Under the model

@@ -2,6 +2,7 @@
 // of the other massive bodies. A plain value; nothing of the bodies is kept.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "Calculation/BodyArrays.h"
@@ -47,6 +48,10 @@ public:
                 own.velocity - sum.velocity * (1.0 / pull)};
     }
     [[nodiscard]] bool IsEscaped(const PathPoint& fromOthers) const;
+    // Beyond this, m, a body of that squared speed has escaped.
+    [[nodiscard]] double DistanceAt(double squaredSpeed) const {
+        return std::max(distance_, 2.0 * pull_ / squaredSpeed);
+    }
 
 private:
     double distance_ = 0.0;

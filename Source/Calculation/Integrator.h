@@ -85,6 +85,8 @@ public:
     [[nodiscard]] virtual const std::vector<CollidingPair>& Contacts() const = 0;
     // These bodies go on through each other: they do not touch again until they have been apart.
     virtual void PassContacts() {}
+    // Whatever was passed touches as if for the first time.
+    virtual void ForgetPassed() = 0;
 
     // A piece of a step, in its scales: from the report before to the last one.
     struct Motion {

@@ -29,6 +29,7 @@ public:
         return contacts_.empty() ? evaluator_.Collisions() : contacts_;
     }
     void PassContacts() override { passed_.Add(Contacts()); }
+    void ForgetPassed() override { passed_.Clear(); }
 
     [[nodiscard]] status_t Archive(BMessage* into) const override;
     static void DescribeFields(FieldDescriptions* into);

@@ -1,6 +1,7 @@
 #include "Calculation/RunCondition.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Calculation/Series/SeriesStep.h"
 #include "Model/Systems/Body.h"
@@ -89,6 +90,29 @@ std::optional<double> RunCondition::MomentIn(const SeriesStep& step, double from
         if (!isMetAt(to)) return std::nullopt;
     }
     return FirstTheta(from, to, isMetAt);
+}
+
+std::optional<double> RunCondition::TimeOnStraightWay(const BodyArrays& bodies) const {
+    const auto pointOf = [&](int32 body) { return PointOf(bodies, body); };
+    const PathPoint apart = Apart(pointOf);
+    double time = 0.0;
+    if (kind_ == kEscape)
+        time = TimeToEscape(escape_.FromOthers(bodyAt_, pointOf));
+    else if (kind_ == kApproach)
+        time = -Dot(apart.position, apart.velocity) / Dot(apart.velocity, apart.velocity);
+    else
+        time = -Along(apart.position, kind_) / Along(apart.velocity, kind_);
+    if (!(way_ * time > 0.0)) return std::nullopt;
+    return time;
+}
+
+// It leaves the sphere in which it is bound, or too near to have escaped; NaN if it is not in it.
+double RunCondition::TimeToEscape(const PathPoint& fromOthers) const {
+    const double square = Dot(fromOthers.velocity, fromOthers.velocity);
+    const double radius = escape_.DistanceAt(square);
+    const double growth = way_ * Dot(fromOthers.position, fromOthers.velocity);
+    const double beyond = Dot(fromOthers.position, fromOthers.position) - radius * radius;
+    return way_ * (std::sqrt(growth * growth - square * beyond) - growth) / square;
 }
 
 // Where a body that comes nearer to the plane and goes away from it is nearest; else the end.

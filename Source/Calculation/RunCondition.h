@@ -36,6 +36,9 @@ public:
     // none: not between these.
     [[nodiscard]] std::optional<double> MomentIn(const SeriesStep& step, double from,
                                                  double to) const;
+    // Nothing pulls the bodies, which are there at the last report: in so many seconds it is met,
+    // before that many where time falls; none: never.
+    [[nodiscard]] std::optional<double> TimeOnStraightWay(const BodyArrays& bodies) const;
 
 private:
     enum Kind { kPlaneX, kPlaneY, kPlaneZ, kApproach, kEscape };
@@ -47,6 +50,7 @@ private:
     template <class PointOfBody>
     [[nodiscard]] double Value(const PointOfBody& pointOf) const;
     [[nodiscard]] bool IsMet(double value) const;
+    [[nodiscard]] double TimeToEscape(const PathPoint& fromOthers) const;
     [[nodiscard]] double Turn(const SeriesStep& step, double from, double to) const;
 
     Kind kind_;

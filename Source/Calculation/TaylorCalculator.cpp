@@ -1,6 +1,7 @@
 #include "Calculation/TaylorCalculator.h"
 
 #include <cmath>
+#include <limits>
 
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Systems/Body.h"
@@ -42,6 +43,10 @@ void TaylorCalculator::Regenerate(BMessage* archive) {
     ChooseIntegrator();
     integrator_->Regenerate(archive);
     epoch_ = nullptr;
+}
+
+void TaylorCalculator::ForgetPassed() {
+    integrator_->ForgetPassed();
 }
 
 void TaylorCalculator::Recache() {
@@ -181,8 +186,10 @@ int32 TaylorCalculator::MakeReports() {
 bool TaylorCalculator::MakeReport() {
     const double from = integrator_->Time();
     auto [outcome, steps] = integrator_->Advance(TimeLimit(), Stop());
-    const bool hasMoved =
-        outcome == Integrator::Outcome::kReport || outcome == Integrator::Outcome::kContact;
+    if (outcome == Integrator::Outcome::kNothingInteracts && steps == 0 && Condition())
+        steps = integrator_->Advance(EndOfStraightWay(), Stop()).steps;
+    const bool hasMoved = outcome == Integrator::Outcome::kReport ||
+                          outcome == Integrator::Outcome::kContact || steps > 0;
     if (hasMoved && Condition() && GoBackToCondition()) {
         outcome = Integrator::Outcome::kReport;
         steps = 0;
@@ -215,6 +222,14 @@ bool TaylorCalculator::GoBackToCondition() {
     if (!moment || *moment >= motion->to) return false;
     integrator_->GoBackTo(*moment);
     return true;
+}
+
+// Without a limit of time they would go on for ever: no farther than the condition asks for.
+double TaylorCalculator::EndOfStraightWay() const {
+    constexpr double kPastIt = 1.0 + 1e-9;  // whatever is rounded
+    const std::optional<double> wait = Condition()->TimeOnStraightWay(bodies_.Coordinates());
+    const double end = integrator_->Time() + kPastIt * wait.value_or(HUGE_VAL);
+    return std::isfinite(end) ? end : std::numeric_limits<double>::quiet_NaN();
 }
 
 void TaylorCalculator::TellMotion(double from) const {
@@ -262,7 +277,9 @@ void TaylorCalculator::EndAtContact(int32 steps) {
 // The bodies have gone straight to the time that was asked for; if none was, they stay.
 bool TaylorCalculator::ReportStraight(int32 steps) {
     const bool hasMoved = steps > 0;
+    const bool waits = Condition().has_value();
     if (hasMoved) Report(integrator_->Time(), bodies_.Coordinates(), steps);
+    if (waits && !Condition()) return hasMoved;  // what was waited for has come
     EndRun(RunEnding::Reason::kNothingInteracts);
     return hasMoved;
 }

@@ -23,6 +23,7 @@ public:
     void Recache() override;
     int32 Calculate() override;
     void Regenerate(BMessage* archive) override;
+    void ForgetPassed() override;
 
     [[nodiscard]] status_t ArchiveRun(BMessage* into) const override;
     [[nodiscard]] status_t ResumeRun(const BMessage& archive) override;
@@ -48,6 +49,7 @@ private:
     bool MakeReport();
     // Where the motion that is known meets the run's condition the report is there.
     bool GoBackToCondition();
+    [[nodiscard]] double EndOfStraightWay() const;
     bool ReportCollision(int32 steps);
     void EndAtContact(int32 steps);
     void TellMotion(double from) const;

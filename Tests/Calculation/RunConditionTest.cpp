@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Tests/Calculation/TaylorFixtures.h"
 
@@ -124,4 +125,53 @@ TEST(RunCondition, HoldsOnceAndNotWithoutItsBodies) {
     calculator->SetRunCondition(RunCondition::Crossing(2, 7));
     system.RunUntilParked(calculator.get());
     EXPECT_EQ(calculator->TBase(), before);
+}
+
+// Nothing pulls: a single step leads past what is waited for, or there would be none at all.
+TEST(RunCondition, IsMetOnStraightWaysToo) {
+    const struct {
+        RunCondition condition;
+        double time;  // s; where time falls it is before 0
+    } cases[] = {
+        {RunCondition::Crossing(2, 1), 1.5},
+        {RunCondition::Crossing(0, 2, 1), 10.0},
+        {RunCondition::ClosestApproach(1, 2), 3.5 / 4.25},
+        {RunCondition::Escape(2, 13.0), 16.0},
+        {RunCondition::Crossing(0, 2), -10.0},
+        {RunCondition::Escape(1, 13.0), -5.0},
+    };
+    for (const int32 order : {4, 16})
+        for (const double limit : {100.0, HUGE_VAL})
+            for (const auto& [condition, time] : cases) {
+                if (order == 4 && time < 0.0) continue;
+                SCOPED_TRACE(testing::Message() << order << ' ' << limit << ' ' << time);
+                TestSystem system(order);
+                system.Add(1, 0.0, {0, 0, -3}, {0, 0, 2});
+                system.Add(2, 0.0, {5, 0, 0}, {time > 5.0 && time < 15.0 ? -0.5 : 0.5, 0, 0});
+                const auto calculator = MakeCalculator(&system);
+                RecordingConsumer consumer(&system, *calculator);
+                calculator->SetBackwards(time < 0.0);
+                calculator->SetRunCondition(condition);
+                calculator->SetRunLimit(0, limit < HUGE_VAL ? std::copysign(limit, time) : limit);
+                system.RunUntilParked(calculator.get());
+                ASSERT_EQ(consumer.Times().size(), 1u);
+                const bool isExact = order > 4 || limit == HUGE_VAL;
+                EXPECT_NEAR(consumer.Times()[0], isExact ? time : limit, 1e-6);
+                EXPECT_NEAR(system.Find(1)->Position().z, -3 + 2 * consumer.Times()[0], 1e-9);
+                EXPECT_EQ(system.GetEpoch()->Time(), consumer.Times()[0]);
+            }
+}
+
+TEST(RunCondition, IsNotWaitedForOnStraightWaysThatLeadAway) {
+    for (const RunCondition& condition :
+         {RunCondition::Crossing(0, 2), RunCondition::Crossing(1, 2),
+          RunCondition::ClosestApproach(2, 1), RunCondition::Escape(1, 1.0)}) {
+        TestSystem system(16);
+        system.Add(1, 0.0, {0, 0, -3}, {});
+        system.Add(2, 0.0, {5, 0, 0}, {0.5, 0, 0});
+        const auto calculator = MakeCalculator(&system);
+        calculator->SetRunCondition(condition);
+        system.RunUntilParked(calculator.get());
+        EXPECT_EQ(calculator->TBase(), 0.0);
+    }
 }

@@ -81,12 +81,12 @@ void SeriesIntegrator::StartAfresh() {
 }
 
 std::optional<bool> SeriesIntegrator::TakeUp(const SeriesRecord& record) {
-    if (record.IsEmpty() || record.CountBodies() != static_cast<std::size_t>(rows_.bodies) ||
-        record.order != order_ || record.cutoff != cutoff_ ||
+    if (record.IsEmpty() || record.CountBodies() != static_cast<std::size_t>(rows_.bodies))
+        return false;
+    TakePassed(record);
+    if (record.order != order_ || record.cutoff != cutoff_ ||
         std::signbit(record.place.scale) != isBackwards_)
         return false;
-    for (std::size_t i = 0; passesContacts_ && i < record.passed.size(); i += 2)
-        contacts_.Pass({{record.passed[i], record.passed[i + 1]}});
     stepper_.Resize(order_, rows_.bodies, rows_.massive);
     const double* at = record.states.data();
     for (int32 i = 0; i < rows_.bodies; i++, at += SeriesRecord::kNumbers) {
@@ -98,6 +98,12 @@ std::optional<bool> SeriesIntegrator::TakeUp(const SeriesRecord& record) {
     theta_ = 0.0;
     if (record.theta > 0.0) return std::nullopt;
     return record.place.time.high == time_ && RowsAre(stepper_.Begin());
+}
+
+void SeriesIntegrator::TakePassed(const SeriesRecord& record) {
+    contacts_.ForgetPassed();
+    for (std::size_t i = 0; passesContacts_ && i < record.passed.size(); i += 2)
+        contacts_.Pass({{record.passed[i], record.passed[i + 1]}});
 }
 
 std::optional<bool> SeriesIntegrator::MakeStepAgain(const SeriesRecord& record,
@@ -136,8 +142,12 @@ bool SeriesIntegrator::TakeUpAwaited(const StopFlags& stop) {
     if (awaited_.IsEmpty()) return true;
     const std::optional<bool> isThere = MakeStepAgain(awaited_, stop);
     if (!isThere) return false;
+    // What the step would have gone through has not been met.
+    if (!*isThere) {
+        TakePassed(awaited_);
+        StartAfresh();
+    }
     awaited_ = {};
-    if (!*isThere) StartAfresh();
     return true;
 }
 
@@ -191,6 +201,12 @@ void SeriesIntegrator::PassContacts() {
     contacts_.Pass(Contacts());
     overlaps_.clear();
     if (hasContact_) isSearched_ = false;
+}
+
+void SeriesIntegrator::ForgetPassed() {
+    contacts_.ForgetPassed();
+    kept_.passed.clear();
+    awaited_.passed.clear();
 }
 
 std::optional<Integrator::Motion> SeriesIntegrator::LastMotion() const {
@@ -306,11 +322,26 @@ void SeriesIntegrator::Regenerate(const BMessage* archive) {
     SeriesRecord record;
     if (archive == nullptr || record.Regenerate(*archive) != B_OK) record = {};
     kept_ = std::move(record);
+    contacts_.ForgetPassed();  // they are those of another epoch
     runs_ = false;
 }
 
 void SeriesIntegrator::GoBackTo(double theta) {
+    if (straight_) return GoBackOnStraightWay(theta);
     MoveTo(theta, stepper_.Step().TimeAt(theta));
+}
+
+void SeriesIntegrator::GoBackOnStraightWay(double theta) {
+    straight_->EndAt(theta);
+    const SeriesStep& step = straight_->Step();
+    for (int32 i = 0; i < rows_.bodies; i++) {
+        const ThreeVector position = step.BodyAt(i, theta).position;
+        rows_.position[0][i] = position.x;
+        rows_.position[1][i] = position.y;
+        rows_.position[2][i] = position.z;
+    }
+    time_ = step.TimeAt(theta);
+    StartAfresh();
 }
 
 // All is in the other record.

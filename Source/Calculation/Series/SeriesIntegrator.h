@@ -32,6 +32,7 @@ public:
         return overlaps_.empty() ? contacts_.Pairs() : overlaps_;
     }
     void PassContacts() override;
+    void ForgetPassed() override;
     [[nodiscard]] std::optional<Motion> LastMotion() const override;
     void GoBackTo(double theta) override;
 
@@ -46,6 +47,7 @@ private:
     void StartAfresh();
     // Whether it stands there, if that is known without making the step again: none if it is not.
     [[nodiscard]] std::optional<bool> TakeUp(const SeriesRecord& record);
+    void TakePassed(const SeriesRecord& record);
     // Makes that step; none: given up halfway.
     [[nodiscard]] std::optional<bool> MakeStepAgain(const SeriesRecord& record,
                                                     const StopFlags& stop);
@@ -55,6 +57,7 @@ private:
     [[nodiscard]] SeriesStepper::Result MakeStep(const StopFlags& stop);
     [[nodiscard]] Progress Fail(SeriesStepper::Result result, double until);
     [[nodiscard]] Progress GoStraight(double until);
+    void GoBackOnStraightWay(double theta);
     void SetRadii();
     // False: given up halfway.
     [[nodiscard]] bool FindContacts(const StopFlags& stop);

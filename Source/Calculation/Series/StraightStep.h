@@ -13,6 +13,8 @@ public:
     StraightStep(const StraightStep&) = delete;
     StraightStep& operator=(const StraightStep&) = delete;
 
+    // Goes no farther than that, in scales.
+    void EndAt(double theta) { step_.Set(step_.Begin(), theta, 1); }
     [[nodiscard]] const SeriesStep& Step() const { return step_; }
 
 private:

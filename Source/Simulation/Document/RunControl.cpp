@@ -105,7 +105,10 @@ void RunControl::ResumeRun() {
 
 void RunControl::RestoreCalculatorState() {
     const WriteGuard guard(portal_);
-    if (BMessage* state = portal_->FocusEpoch()->CalculatorState()) calculator_->Regenerate(state);
+    if (BMessage* state = portal_->FocusEpoch()->CalculatorState())
+        calculator_->Regenerate(state);
+    else
+        calculator_->ForgetPassed();
 }
 
 bool RunControl::IsCenteredOnGo() const {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "Model/Epochs/Epoch.h"
+#include "Model/Epochs/EpochLimits.h"
 #include "Simulation/Document/RunControlView.h"
 #include "Tests/Simulation/Document/SampleDocument.h"
 
@@ -95,6 +97,33 @@ TEST_F(RunControlTest, CenterOfMassMovesOnlyOnRequest) {
     Focus()->SetCOMOnGo(true);
     runner.Run(&control, 1);
     EXPECT_LT(Focus()->SystemFromID(0)->Position().x, 1e6);
+}
+
+// Of what touches here nobody was told there, though the bodies have the same identifiers.
+TEST_F(RunControlTest, APairThatWasPassedInOneEpochStopsTheRunInAnother) {
+    for (const int32 order : {4, 16}) {
+        SCOPED_TRACE(order);
+        const auto first = MakePlanetEpoch("first"), second = MakePlanetEpoch("second");
+        for (Epoch* const epoch : {first.get(), second.get()}) {
+            epoch->SetOrder(order);
+            epoch->SetOnContact(kContactStops);
+            epoch->SystemFromID(0)->SetRadius(1e12);
+        }
+        SimulationDocument both(nullptr);
+        ASSERT_FALSE(both.Load(RecordOf({first.get(), second.get()})).Failed());
+        RunControl run(both.Portal(), both.GetCalculator(), &view);
+        StepRunner runner(&both);
+        const auto countSteps = [&] {
+            const int64 before = both.GetCalculator()->StepsTaken();
+            runner.Run(&run, 5);
+            return both.GetCalculator()->StepsTaken() - before;
+        };
+        for (const int32 place : {0, 1}) {
+            both.Portal()->SetEpochTo(both.Root()->ChildAt(place));
+            EXPECT_EQ(countSteps(), 0) << "the run stops where they touch";
+            EXPECT_EQ(countSteps(), 5) << "and goes on";
+        }
+    }
 }
 
 }  // namespace
