@@ -106,9 +106,7 @@ struct SeriesForces::TargetTasks {
 
     void DoTasks() {
         const int32 mine = TakeScratch();
-        std::vector<SlotRow>& rows = forces.scratch_;  // none without bodies
-        double* const scratch =
-            rows.empty() ? nullptr : rows[Size(mine * forces.scratchRows_)].numbers;
+        double* const scratch = forces.scratch_.From(Size(mine * forces.scratchRows_));
         for (int32 vector; (vector = next.fetch_add(1)) < endVector && !stopped;) {
             if (stop.ShouldStop())
                 stopped = true;
@@ -135,7 +133,7 @@ void SeriesForces::SetThreads(int32 threads) {
     threads = std::clamp(threads, 1, kMaxThreads);
     if (threads != threads_) team_.reset();
     threads_ = threads;
-    scratch_.resize(Size(scratchRows_ * threads_));
+    scratch_.Resize(Size(scratchRows_ * threads_));
 }
 
 bool SeriesForces::SetInstructionSet(InstructionSet set) {
@@ -165,7 +163,7 @@ void SeriesForces::Resize(const SeriesStore& store) {
     rankSums_.reset();
     const bool hasTargets = arrays_.bodies > arrays_.massive;
     scratchRows_ = hasTargets ? int64{2} * arrays_.order * arrays_.massive : 0;
-    scratch_.assign(Size(scratchRows_ * threads_), {});
+    scratch_.Resize(Size(scratchRows_ * threads_));
 }
 
 void SeriesForces::ResizeRing() {
@@ -173,8 +171,8 @@ void SeriesForces::ResizeRing() {
     pulledScale_ = 0.0;
     ring_.rounds = massive / 2;
     // Differences and powers of all orders, for as many parts as there may be.
-    pairs_.assign(Size(int64{5} * arrays_.order * ring_.rounds * arrays_.massiveVectors), {});
-    ring_.pairs = pairs_.empty() ? nullptr : pairs_.data()->numbers;
+    pairs_.Resize(Size(int64{5} * arrays_.order * ring_.rounds * arrays_.massiveVectors));
+    ring_.pairs = pairs_.From(0);
     for (int32 round = 0; round < ring_.rounds; round++)
         for (int32 slot = 0; slot < kMaxInRing; slot++) {
             ring_.met[round][slot] = (slot + round + 1) % massive;
@@ -186,8 +184,9 @@ void SeriesForces::ResizeTiles() {
     const int32 vectors = arrays_.massiveVectors;
     const int64 lines = LinesOfTwoOrders(CountBlocks(vectors));
     const bool keeps = KeepsPairs(arrays_.order, arrays_.massive);
-    pairs_.assign(keeps ? Size(lines * (arrays_.order / 2)) : 0, {});
+    pairs_.Resize(keeps ? Size(lines * (arrays_.order / 2)) : 0);
     tiles_.clear();
+    tiles_.reserve(Size(int64{vectors} * (vectors + 1) / 2));
     int64 block = 0;
     for (int32 a = 0; a < vectors; a++)
         for (int32 b = a; b < vectors; b++) {
@@ -198,13 +197,13 @@ void SeriesForces::ResizeTiles() {
     speeds_.resize(Size(arrays_.massive));
     sorted_.resize(Size(arrays_.massive));
     const int32 groups = CountGroups(vectors);
-    sums_.assign(Size(int64{6} * vectors * groups), {});
+    sums_.Resize(Size(int64{6} * vectors * groups));
     tileArrays_ = {.tiles = tiles_.data(),
                    .countTiles = static_cast<int32>(tiles_.size()),
                    .groups = groups,
-                   .powers = keeps ? pairs_.data()->numbers : nullptr,
+                   .powers = pairs_.From(0),
                    .powersStride = lines * kSlots,
-                   .sums = sums_.data()->numbers,
+                   .sums = sums_.From(0),
                    .active = active_.data()};
 }
 

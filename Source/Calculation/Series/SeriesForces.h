@@ -17,6 +17,7 @@
 #include "Calculation/Series/RankSums.h"
 #include "Calculation/Series/SeriesInstances.h"
 #include "Calculation/Series/SeriesStore.h"
+#include "Calculation/Series/UnsetRows.h"
 #include "Calculation/StopFlags.h"
 #include "Calculation/WorkerTeam.h"
 #include "Platform/Support/SupportDefs.h"
@@ -77,15 +78,15 @@ private:
     std::unique_ptr<WorkerTeam> team_;  // made when first needed
     SeriesArrays arrays_;
     RingArrays ring_;
-    double pulledScale_ = 0.0;    // of the ring's pulls
-    std::vector<SlotRow> pairs_;  // of the ring or of the tiles
+    double pulledScale_ = 0.0;  // of the ring's pulls
+    UnsetRows pairs_;           // of the ring or of the tiles
     TileArrays tileArrays_;
     std::vector<SeriesTile> tiles_;
-    std::vector<SlotRow> sums_;
+    UnsetRows sums_;
     std::vector<uint8> active_;
     std::vector<std::pair<double, int32>> speeds_;
     std::vector<int32> sorted_;
-    std::vector<SlotRow> scratch_;  // of the massless bodies' pairs, for each thread
+    UnsetRows scratch_;  // of the massless bodies' pairs, for each thread
     int64 scratchRows_ = 0;
     bool hasLeftOut_ = false;
     Ranks* ranks_ = nullptr;

@@ -135,3 +135,11 @@ TEST_F(SeriesPauseTest, WaitsForNoStepAndTheNextRunMakesItAgain) {
         return a.position == b.position && a.velocity == b.velocity;
     }));
 }
+
+// What is kept of each pair takes more than 100 MB, which a run that is given up has not touched.
+TEST_F(SeriesPauseTest, ARunOfManyPairsBeginsAtOnce) {
+    const PointSystem cluster = Cluster(1400, 1400);
+    Begin(cluster);
+    const double step = Seconds(1, [&] { ASSERT_EQ(Advance(), Outcome::kReport); });
+    EXPECT_LT(Seconds(3, [&] { Begin(cluster); }), step / 10);
+}
