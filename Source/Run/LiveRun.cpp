@@ -12,6 +12,7 @@
 #include "Run/Options.h"
 #include "Run/Progress.h"
 #include "Run/ReportFile.h"
+#include "Run/RunFilm.h"
 #include "Run/RunRecorder.h"
 #include "Run/RunnerOutput.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -127,7 +128,8 @@ bool LiveRun::ResolveCollision(Progress* progress) {
     if (run_.stopsAtCollision) return false;
     const BMessage pairs = parts_.collisions.Take();
     if (pairs.IsEmpty()) return false;
-    const MergeResult result = parts_.controller.Collide(pairs, [this](const MergeResult&) {
+    const MergeResult result = parts_.controller.Collide(pairs, [this](const MergeResult& merged) {
+        parts_.film.NoteMergers(merged);
         parts_.recorder.Resume(TakeState(parts_.document.Portal()));
     });
     run_.mergers.Add(result);

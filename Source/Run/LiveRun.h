@@ -19,6 +19,7 @@ class Progress;
 class ProgramResources;
 class ReportFile;
 class RunControl;
+class RunFilm;
 class RunnerOutput;
 class RunRecorder;
 class SimulationController;
@@ -41,6 +42,7 @@ public:
         ReportFile& reports;
         MotionFiles& motion;
         Checkpoints& checkpoints;
+        RunFilm& film;
     };
     explicit LiveRun(const Parts& parts) : parts_(parts) {}
 

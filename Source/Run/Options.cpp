@@ -4,12 +4,12 @@
 #include <charconv>
 #include <cmath>
 #include <fstream>
-#include <numbers>
 #include <span>
 #include <utility>
 
 #include "Model/Epochs/EpochLimits.h"
 #include "Resources/Runner.h"
+#include "Run/CameraText.h"
 #include "Run/Dialogue/Dialogue.h"
 #include "Run/DocumentImport.h"
 #include "Run/EditText.h"
@@ -23,9 +23,9 @@ namespace {
 constexpr int32 kMaxThreads = 1024;
 constexpr int32 kMinPixels = 16;
 constexpr int32 kMaxPixels = 16384;
-constexpr double kMaxInterval = 1e9;   // s
-constexpr double kMaxAzimuth = 360.0;  // degrees, as the next one
-constexpr double kMaxElevation = 90.0;
+constexpr int32 kMinRate = 1;  // frames per second, as the next one
+constexpr int32 kMaxRate = 120;
+constexpr double kMaxInterval = 1e9;  // s
 
 template <typename Number>
 bool ParseNumber(std::string_view text, Number* number) {
@@ -85,26 +85,19 @@ bool SetScale(Value value, const ProgramResources&, Options* options) {
            std::isfinite(options->scale);
 }
 
-// "30,45" or "30,45,5e11".
 bool SetCamera(Value value, const ProgramResources&, Options* options) {
-    constexpr double kDegree = std::numbers::pi / 180.0;
-    std::vector<double> numbers;
-    for (std::size_t begin = 0; begin <= value.size();) {
-        const std::size_t end = std::min(value.find(',', begin), value.size());
-        double& number = numbers.emplace_back();
-        if (!ParseNumber(value.substr(begin, end - begin), &number) || !std::isfinite(number))
-            return false;
-        begin = end + 1;
-    }
-    if (numbers.size() < 2 || numbers.size() > 3 || std::abs(numbers[0]) > kMaxAzimuth ||
-        std::abs(numbers[1]) > kMaxElevation)
-        return false;
-    CameraChoice& camera = options->camera.emplace();
-    camera.azimuth = kDegree * numbers[0];
-    camera.elevation = kDegree * numbers[1];
-    if (numbers.size() == 2) return true;
-    camera.distance = numbers[2];
-    return *camera.distance > 0.0;
+    options->camera = ParseCamera(value);
+    return options->camera.has_value();
+}
+
+bool SetFramesPerSecond(Value value, const ProgramResources&, Options* options) {
+    return ParseInteger(value, kMinRate, kMaxRate, &options->framesPerSecond);
+}
+
+bool SetPace(Value value, const ProgramResources& resources, Options* options) {
+    const UnitTable::Parsed pace = resources.TimeUnits().Parse(value);
+    options->pace = pace.value;
+    return pace && std::isfinite(pace.value) && pace.value > 0.0;
 }
 
 bool SetSteps(Value value, const ProgramResources&, Options* options) {
@@ -193,6 +186,10 @@ constexpr OptionInfo kOptions[] = {
     {"axis", '\0', true, SetAxis},
     {"scale", '\0', true, SetScale},
     {"camera", '\0', true, SetCamera},
+    {"frames", '\0', true, SetPath<&Options::frames>},
+    {"fps", '\0', true, SetFramesPerSecond},
+    {"pace", '\0', true, SetPace},
+    {"overwrite", '\0', false, SetFlag<&Options::overwrites>},
     {"import", '\0', true, AddTo<&Options::imports>},
     {"import-gm", '\0', true, ReadMissingGM},
     {"export", '\0', true, SetPath<&Options::exported>},
@@ -242,11 +239,8 @@ public:
         const bool isCsvPrinted = options_->csv == OutputFile::kStandardOutput;
         const bool isExportPrinted = options_->exported == OutputFile::kStandardOutput;
         if (options_->json + isCsvPrinted + isExportPrinted > 1) return Problem(kTextTwoOutputs);
-        if (options_->png && !options_->help && !options_->version && !RunPainter::IsPossible())
-            return Problem(kTextNoPictures);
         if (options_->help || options_->version) return std::nullopt;
-        if (options_->camera && !options_->png)
-            return Problem(kTextNotWithout, "--camera", "--png");
+        if (Wrong wrong = FindPictureProblem()) return wrong;
         if (options_->checkpoint && !options_->save) return Problem(kTextCheckpointNeedsSave);
         if (const std::string_view other = ChangesRun(); options_->resume && !other.empty())
             return Problem(kTextNotWithResume, other);
@@ -272,6 +266,17 @@ private:
         return options_->dump ? "--dump" : "";
     }
 
+    [[nodiscard]] Wrong FindPictureProblem() const {
+        const bool hasPictures = options_->png || options_->frames;
+        if (hasPictures && !RunPainter::IsPossible())
+            return Problem(kTextNoPictures, options_->png ? "--png" : "--frames");
+        if (options_->camera && !hasPictures) return Problem(kTextNotWithout, "--camera", "--png");
+        if (options_->frames) return std::nullopt;
+        if (options_->pace) return Problem(kTextNotWithout, "--pace", "--frames");
+        if (options_->overwrites) return Problem(kTextNotWithout, "--overwrite", "--frames");
+        return std::nullopt;
+    }
+
     // Of a sweep there are lines alone.
     [[nodiscard]] Wrong FindSweepProblem() const {
         if (!options_->IsSweep()) {
@@ -283,6 +288,7 @@ private:
             {options_->exported.has_value(), "--export"},
             {!options_->imports.empty(), "--import"},
             {options_->png.has_value(), "--png"},
+            {options_->frames.has_value(), "--frames"},
             {options_->resume.has_value(), "--resume"},
             {!options_->at.empty(), "--at"},
             {options_->every.has_value(), "--every"},

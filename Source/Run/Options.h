@@ -41,7 +41,11 @@ struct Options {
     int32 axis = 3;                      // looked along: 1, 2, 3 for x, y, z
     double scale = 0.0;                  // pixels per metre; 0: the picture shows all that happened
     std::optional<CameraChoice> camera;  // none: along an axis
-    std::vector<std::string> imports;    // files of bodies
+    std::optional<std::string> frames;   // a folder
+    int32 framesPerSecond = 25;
+    std::optional<double> pace;        // s of the simulation in a second of the film
+    bool overwrites = false;           // frames that are there
+    std::vector<std::string> imports;  // files of bodies
     double missingGM = -1.0;         // m3/s2, of bodies whose file tells none; negative: not given
     std::vector<std::string> edits;  // "SYSTEM.FIELD=VALUE UNIT", in order
     std::optional<int32> onCollision;  // of EpochLimits.h; none: what the epoch says

@@ -36,8 +36,9 @@ Runner::Runner(const Options& options, const ProgramResources& resources, Ranks*
       motion_(options, document_.GetCalculator()),
       checkpoints_(options, resources, output_, &document_),
       picture_(options, resources, output_, &document_),
+      film_(options, resources, output_, &document_),
       live_({options, resources, output_, events_, collisions_, document_, control_, controller_,
-             recorder_, reports_, motion_, checkpoints_}),
+             recorder_, reports_, motion_, checkpoints_, film_}),
       run_(live_.Record()) {
     document_.GetCalculator()->SetRanks(ranks);
     document_.AddConsumer(&recorder_);
@@ -111,6 +112,7 @@ int Runner::RunDocument() {
     if (const DocumentError error = checkpoints_.CanWrite(); error.Failed())
         return output_.Fail(options_.CheckpointPath(), error.Reason(resources_));
     if (const int status = picture_.CheckPlace(); status != kDone) return status;
+    if (const int status = film_.CheckPlace(); status != kDone) return status;
     if (options_.exported && *options_.exported != OutputFile::kStandardOutput) {
         OutputFile place;  // opened and closed, it stays as it is
         if (const int error = place.Open(*options_.exported); error != 0)
@@ -145,6 +147,7 @@ int Runner::WriteWithoutRun() {
     if (options_.save)
         if (const int status = Save(); status != kDone) return status;
     if (const int status = picture_.Write(); status != kDone) return status;
+    if (const int status = film_.Write(); status != kDone) return status;
     if (const int status = ExportBodies(options_, &document_, output_); status != kDone)
         return status;
     return PrintListings();
@@ -222,6 +225,7 @@ int Runner::WriteResults() {
     // Of a run that was stopped it stays.
     if (!live_.IsInterrupted()) checkpoints_.Remove();
     if (const int status = picture_.Write(); status != kDone) return status;
+    if (const int status = film_.Write(); status != kDone) return status;
     if (const int status = ExportBodies(options_, &document_, output_); status != kDone)
         return status;
     if (const int status = PrintSummary(); status != kDone) return status;

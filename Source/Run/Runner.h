@@ -15,6 +15,7 @@
 #include "Run/PictureFile.h"
 #include "Run/ReportFile.h"
 #include "Run/RunEvents.h"
+#include "Run/RunFilm.h"
 #include "Run/RunRecord.h"
 #include "Run/RunRecorder.h"
 #include "Run/RunSummary.h"
@@ -82,6 +83,7 @@ private:
     MotionFiles motion_;
     Checkpoints checkpoints_;
     PictureFile picture_;
+    RunFilm film_;
     LiveRun live_;
     RunRecord& run_;  // its record
 };

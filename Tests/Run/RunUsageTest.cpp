@@ -36,6 +36,9 @@ TEST_F(RunUsage, WrongUseIsSaidOnStandardErrorWithStatusTwo) {
         {{"--camera", "30,nan"}, "nan"},
 #ifdef ORVEK_GUI
         {{"--camera", "30,40"}, "--png"},
+        {{"--pace", "1 dy"}, "--frames"},
+        {{"--frames", "f", "--fps", "0"}, "\"0\""},
+        {{"--frames", "f", "--pace", "-1 dy"}, "-1 dy"},
 #endif
 #ifndef ORVEK_GUI
         {{"--png", "run.png"}, "built without"},

@@ -76,6 +76,7 @@ std::string_view Dialogue::FindOther(const Options& options) {
         {options.csv.has_value(), "--csv"},
         {options.save.has_value(), "--save"},
         {options.png.has_value(), "--png"},
+        {options.frames.has_value(), "--frames"},
         {options.events.has_value(), "--events"},
         {options.exported.has_value(), "--export"},
         {options.resume.has_value(), "--resume"},
