@@ -21,7 +21,7 @@ protected:
     Outcome Record(const std::string& folder, std::vector<std::string> more) const {
         std::vector<std::string> arguments{"--frames", folder,
                                            "--pace",   "1 dy",
-                                           "--fps",    "2",
+                                           "--fps",    "8",
                                            "--size",   "320x240",
                                            "--edit",   "Light.disc=#ff0000",
                                            "--edit",   "Light.radius=3e9 m",
@@ -122,21 +122,23 @@ TEST_F(RunFilm, ReplacesNothingThatItIsNotToldTo) {
 // One that is absorbed is seen until then.
 TEST_F(RunFilm, ShowsBodiesThatMergeUntilTheyDo) {
     const std::string document = PutDocument("merging.orvek", *MergingSystem());
-    const Outcome outcome = RunProgram({"-n",       "3000",
+    const Outcome outcome = RunProgram({"--for",    "5 s",
+                                        "--pace",   "1 s",
                                         "--cutoff", "1e-6",
                                         "--scale",  "100",
                                         "--edit",   "epoch.com-on-go=off",
                                         "--edit",   "b1.disc=#00ff00",
+                                        "--edit",   "b2.trail=off",
                                         "--edit",   "b0.disc=#ff0000",
                                         "--edit",   "b0.radius=0.2 m",
                                         "--edit",   "b1.radius=0.2 m",
                                         "--frames", folder_,
-                                        "--fps",    "2",
+                                        "--fps",    "8",
                                         "--size",   "320x240",
                                         document});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     const std::vector<std::string> names = Names(folder_);
-    ASSERT_EQ(names.size(), 41U);
+    ASSERT_GE(names.size(), 41U);
     const auto count = [this](const std::string& name, QRgb color) {
         const QImage image(QString::fromStdString(folder_ + '/' + name));
         int found = 0;
@@ -147,6 +149,10 @@ TEST_F(RunFilm, ShowsBodiesThatMergeUntilTheyDo) {
     };
     EXPECT_GT(count(names.front(), kGreen), 0);
     EXPECT_EQ(count(names.back(), kGreen), 0);
-    // What it has become part of is as large as both.
-    EXPECT_GT(count(names.back(), kRed), count(names.front(), kRed));
+    // What it has become part of, whose colour is that of both, is larger from then on.
+    const QRgb mixed = QImage(QString::fromStdString(folder_ + "/frame-00000.png")).pixel(160, 120);
+    int largest = 0;
+    for (const std::string& name : names)
+        largest = std::max(largest, count(name, mixed));
+    EXPECT_GT(largest, count(names.front(), mixed) * 5 / 4);
 }
