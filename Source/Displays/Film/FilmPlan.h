@@ -39,7 +39,8 @@ struct FilmPlan {
     double end = 0.0;    // s
     double step = 1.0;   // s, from frame to frame
 
-    // Over all runs; `pace`: seconds of the simulation that a second of the film shows.
+    // Over all runs, of which there is one at least; `pace`: seconds of the simulation that a
+    // second of the film shows.
     [[nodiscard]] static FilmPlan Of(const FilmRuns& runs, double pace, double framesPerSecond);
     // More than kMaxFrames: too many.
     [[nodiscard]] int64_t CountFrames() const;

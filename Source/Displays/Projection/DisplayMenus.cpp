@@ -5,6 +5,7 @@
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Comparison/CompareMenu.h"
+#include "Displays/Film/FilmControl.h"
 #include "Displays/Projection/FrameMenu.h"
 #include "Displays/Projection/TrailMenu.h"
 #include "Interface Widgets/HelpMenu.h"
@@ -24,6 +25,7 @@
 #include "Resources/DisplayFeatures.h"
 #include "Resources/DisplayWindows.h"
 #include "Resources/EpochWindow.h"
+#include "Resources/Film.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
@@ -128,6 +130,7 @@ void DisplayMenus::AddViewMenu() {
     marks_ = AddItem(menu, kLabelMarks, kToggleMarks);
     menu->AddSeparatorItem();
     AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
+    AddItem(menu, kTextRecordFilm, FilmControl::kRequest);
     menu->SetTargetForItems(display_);
     bar_->AddItem(menu);
 }

@@ -70,6 +70,7 @@ int32 ProjectionDisplay::Init(const char* simulationName) {
 void ProjectionDisplay::SetHistory(const RunHistory* history, ShownMoment* shown) {
     keptTrails_.SetHistory(history);
     compared_.SetHistory(history);
+    film_.SetHistory(history);
     shown_.SetSource(shown);
 }
 
@@ -157,6 +158,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
         case PictureSaver::kNamed:
             return pictureSaver_.Save(*message, *View());
         default:
+            if (film_.Handle(*message, *View(), dialogs_.LengthUnit())) return;
             if (!compared_.Handle(*message) && !hands_.Handle(*message))
                 TrajectoryDisplay::MessageReceived(message);
     }
@@ -182,6 +184,7 @@ void ProjectionDisplay::Pulse() {
 
 void ProjectionDisplay::Quit() {
     dialogs_.CancelAll();
+    film_.Close();
     compared_.End();
     TrajectoryDisplay::Quit();
 }

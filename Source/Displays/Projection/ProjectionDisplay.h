@@ -7,6 +7,7 @@
 
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Comparison/ComparisonControl.h"
+#include "Displays/Film/FilmControl.h"
 #include "Displays/Hands/Hands.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/KeptTrailsPainter.h"
@@ -125,6 +126,7 @@ private:
     PictureMover mover_;
     ComparisonControl compared_;
     PictureSaver pictureSaver_;
+    FilmControl film_{this, &shown_, context_};
     ProjectionSight sight_{this, &fields_, &shown_};
     Hands hands_{this, &shown_, &sight_, context_};
 };

@@ -54,6 +54,7 @@ SpaceDisplay::~SpaceDisplay() = default;
 
 void SpaceDisplay::SetHistory(const RunHistory* history, ShownMoment* shown) {
     trails_.SetHistory(history);
+    film_.SetHistory(history);
     shown_.SetSource(shown);
 }
 
@@ -75,6 +76,7 @@ int32 SpaceDisplay::Init(const char* simulationName) {
 
 void SpaceDisplay::Quit() {
     clock_.reset();
+    film_.Close();
     Display::Quit();
 }
 
@@ -109,6 +111,7 @@ void SpaceDisplay::MessageReceived(BMessage* message) {
         default:
             if (bool SpaceOptions::*const option = SpaceMenus::OptionOf(*message))
                 return ToggleOption(option);
+            if (film_.Handle(*message, *view_, units_.distance)) return;
             if (hands_.Handle(*message)) return;
             Display::MessageReceived(message);
     }

@@ -12,6 +12,7 @@
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Film/FilmControl.h"
 #include "Displays/Hands/Hands.h"
 #include "Displays/Projection/PictureSaver.h"
 #include "Displays/Projection/ShownModel.h"
@@ -107,6 +108,7 @@ private:
     std::unique_ptr<DisplayFoot> foot_;
     ShownModel shown_;
     PictureSaver pictureSaver_;
+    FilmControl film_{this, &shown_, context_};
     SpaceSight sight_{this, &shown_};
     Hands hands_{this, &shown_, &sight_, context_};
 

@@ -2,6 +2,7 @@
 
 #include "Displays/Base/Display.h"
 #include "Displays/Base/DisplayContext.h"
+#include "Displays/Film/FilmControl.h"
 #include "Displays/Space/SpaceFields.h"
 #include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -9,6 +10,7 @@
 #include "Platform/Interface/Handles/BMenuBar.h"
 #include "Resources/DisplayFeatures.h"
 #include "Resources/DisplayWindows.h"
+#include "Resources/Film.h"
 #include "Resources/Space.h"
 
 namespace {
@@ -51,6 +53,7 @@ void SpaceMenus::AddOwnMenu(Display* display, const DisplayContext& context) {
         options_.push_back(AddItem(menu, option.label, option.what, option.key));
     menu->AddSeparatorItem();
     AddItem(menu, kLabelSavePicture, kSavePicture, kLabelSavePictureKey);
+    AddItem(menu, kTextRecordFilm, FilmControl::kRequest);
     menu->SetTargetForItems(display);
     Bar()->AddItem(menu);
 }
