@@ -293,6 +293,7 @@ TEST_F(EveryItemTest, OfADisplay) {
     const char* const alone = "View/Compare With/Nothing";
     Does(kDisplay, alone, [=] { return WindowHand::IsMarked(kDisplay, alone); });
     OpensPanel(kDisplay, "View/Save Picture…");
+    Opens(kDisplay, "View/Record Film…", "Record Film");
     std::string picture;
     EXPECT_TRUE(AppDriver::WaitUntil([&] {
         return std::exchange(picture, WindowHand::Picture(kDisplay)) == picture;

@@ -77,7 +77,7 @@ FilmWindow::FilmWindow(Subject subject, const DisplayContext& context)
     column->AddChild(news_);
     AddButtons(column);
     AddChild(column);
-    pace_->ShowValue(DimValue(pacePerSecond_, PaceUnit()), true);
+    pace_->ShowBrief(DimValue(pacePerSecond_, PaceUnit()), true);
     rate_->ShowValue(DimValue(framesPerSecond_, 1.0), true);
     ShowLength();
     pace_->SelectAll();
