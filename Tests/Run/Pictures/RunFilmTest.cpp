@@ -21,7 +21,7 @@ protected:
     Outcome Record(const std::string& folder, std::vector<std::string> more) const {
         std::vector<std::string> arguments{"--frames", folder,
                                            "--pace",   "1 dy",
-                                           "--fps",    "8",
+                                           "--fps",    "2",
                                            "--size",   "320x240",
                                            "--edit",   "Light.disc=#ff0000",
                                            "--edit",   "Light.radius=3e9 m",
