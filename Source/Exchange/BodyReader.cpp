@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 
 #include "Exchange/CsvBodies.h"
@@ -60,6 +61,8 @@ std::optional<ImportFault> BodyReader::Read(std::string_view text, ReadBodies* r
 }
 
 std::optional<ImportFault> BodyReader::ReadFile(const std::string& path, ReadBodies* result) const {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) return ImportFault{0, std::strerror(EISDIR)};
     std::ifstream file(path, std::ios::binary);
     if (!file) return ImportFault{0, std::strerror(errno)};
     constexpr std::size_t kMaxSize = kMaxMegabytes << 20;

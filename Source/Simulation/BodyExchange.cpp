@@ -1,8 +1,8 @@
 #include "Simulation/BodyExchange.h"
 
 #include <cstring>
+#include <utility>
 
-#include "Exchange/BodyReader.h"
 #include "Exchange/CsvExport.h"
 #include "Exchange/ExampleWriter.h"
 #include "Interface Widgets/MyFilePanel.h"
@@ -20,16 +20,26 @@
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/MissingMassWindow.h"
 #include "Simulation/SimulationControls.h"
+
+namespace {
+
+constexpr float kAskedAt = 40.0f;  // from the window's left-top corner
+
+}  // namespace
 
 BodyExchange::BodyExchange(SimulationDocument* document, RunControl* run,
                            SimulationControls* controls, const ProgramResources* resources)
     : document_(document),
       controls_(controls),
       resources_(resources),
+      texts_(resources),
       import_(document, run, resources) {}
 
-BodyExchange::~BodyExchange() = default;
+BodyExchange::~BodyExchange() {
+    EndImport();
+}
 
 bool BodyExchange::Handle(const BMessage& message) {
     switch (message.what) {
@@ -44,6 +54,13 @@ bool BodyExchange::Handle(const BMessage& message) {
             break;
         case kImport:
             Import(message);
+            break;
+        case MissingMassWindow::kGiven:
+            if (double mass = 0.0; message.FindDouble(MissingMassWindow::kMass, &mass) == B_OK)
+                AddWaiting(mass);
+            break;
+        case MissingMassWindow::kClosed:
+            EndImport();
             break;
         case kRequestExport:
             RequestExport();
@@ -76,7 +93,7 @@ void BodyExchange::Paste() {
     auto fault = BodyReader(*resources_).Read(text, &bodies);
     if (!fault) fault = import_.Add(bodies.text, kCommandPasteBodies);
     if (fault) return Show(kTextNotPasted, {fault->Text(*resources_)});
-    Tell(bodies);
+    controls_->ShowInFull(News(bodies));
 }
 
 void BodyExchange::RequestImport() {
@@ -89,20 +106,59 @@ void BodyExchange::RequestImport() {
     openPanel_->Show();
 }
 
+// All that is to be said about them is said at once.
 void BodyExchange::Import(const BMessage& files) {
+    EndImport();
     entry_ref file;
     std::string path;
-    for (int32 i = 0; files.FindRef("refs", i, &file) == B_OK; i++)
-        if (get_path_for_ref(file, &path) == B_OK) ImportFile(path);
+    for (int32 i = 0; files.FindRef("refs", i, &file) == B_OK; i++) {
+        if (get_path_for_ref(file, &path) != B_OK) continue;
+        ReadBodies bodies;
+        if (const auto fault = BodyReader(*resources_).ReadFile(path, &bodies))
+            AddNews(Filled(kTextNotImported, {path, fault->Text(*resources_)}));
+        else if (bodies.massless.empty())
+            AddNews(Add(path, bodies));
+        else
+            waiting_.push_back({path, std::move(bodies)});
+    }
+    if (!waiting_.empty()) AskForMasses();
+    if (!news_.empty()) controls_->ShowInFull(news_);
 }
 
-void BodyExchange::ImportFile(const std::string& path) {
-    ReadBodies bodies;
-    auto fault = BodyReader(*resources_).ReadFile(path, &bodies);
-    if (!fault)
-        fault = import_.Add(bodies.text, kCommandImportBodies, controls_->IsOfNewSimulation());
-    if (fault) return Show(kTextNotImported, {path, fault->Text(*resources_)});
-    Tell(bodies);
+std::string BodyExchange::Add(const std::string& path, const ReadBodies& bodies) {
+    const auto fault =
+        import_.Add(bodies.text, kCommandImportBodies, controls_->IsOfNewSimulation());
+    return fault ? Filled(kTextNotImported, {path, fault->Text(*resources_)}) : News(bodies);
+}
+
+void BodyExchange::AskForMasses() {
+    std::size_t count = 0;
+    for (const Waiting& file : waiting_)
+        count += file.bodies.massless.size();
+    const BRect frame = controls_->Window()->Frame();
+    massWindow_ = new MissingMassWindow({frame.left + kAskedAt, frame.top + kAskedAt}, count,
+                                        &resources_->MassUnits(), controls_->Window(), &texts_);
+    massWindow_->Show();
+}
+
+void BodyExchange::AddWaiting(double mass) {
+    for (Waiting& file : std::exchange(waiting_, {})) {
+        file.bodies.SetMissingMasses(mass);
+        AddNews(Add(file.path, file.bodies));
+    }
+    controls_->ShowInFull(news_);
+}
+
+// Without an answer.
+void BodyExchange::EndImport() {
+    BLooper::QuitIfAlive(std::exchange(massWindow_, nullptr));
+    waiting_.clear();
+    news_.clear();
+}
+
+void BodyExchange::AddNews(const std::string& news) {
+    if (!news_.empty()) news_ += '\n';
+    news_ += news;
 }
 
 void BodyExchange::RequestExport() {
@@ -141,17 +197,19 @@ void BodyExchange::Export(const BMessage& place) const {
     Show(kTextNotExported, {path, std::strerror(file.SystemError())});
 }
 
-void BodyExchange::Tell(const ReadBodies& bodies) const {
-    std::string told = FillIn(resources_->InterfaceLabel(kTextWasImported),
-                              {std::to_string(bodies.text.systems.size())});
+std::string BodyExchange::News(const ReadBodies& bodies) const {
+    std::string told = Filled(kTextWasImported, {std::to_string(bodies.text.systems.size())});
     if (bodies.usesKilograms)
         told += std::string(" ") + resources_->InterfaceLabel(kTextOldKilogram);
     if (!bodies.massless.empty())
-        told += ' ' + FillIn(resources_->InterfaceLabel(kTextMassesLeft),
-                             {std::to_string(bodies.massless.size())});
-    controls_->ShowInFull(told);
+        told += ' ' + Filled(kTextMassesLeft, {std::to_string(bodies.massless.size())});
+    return told;
+}
+
+std::string BodyExchange::Filled(int32 text, std::initializer_list<std::string_view> values) const {
+    return FillIn(resources_->InterfaceLabel(text), values);
 }
 
 void BodyExchange::Show(int32 text, std::initializer_list<std::string_view> values) const {
-    controls_->ShowInFull(FillIn(resources_->InterfaceLabel(text), values));
+    controls_->ShowInFull(Filled(text, values));
 }

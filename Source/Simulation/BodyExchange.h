@@ -5,14 +5,17 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "Displays/Base/DisplayContext.h"
 #include "Exchange/BodyImport.h"
+#include "Exchange/BodyReader.h"
 #include "Platform/Support/SupportDefs.h"
 
 class BMessage;
+class MissingMassWindow;
 class MyFilePanel;
 class SimulationControls;
-struct ReadBodies;
 
 class BodyExchange {
 public:
@@ -37,17 +40,34 @@ private:
     void Paste();
     void RequestImport();
     void Import(const BMessage& files);
-    void ImportFile(const std::string& path);
+    void AskForMasses();
+    void AddWaiting(double mass);
+    void EndImport();
+    void AddNews(const std::string& news);
+    // What came of it.
+    [[nodiscard]] std::string Add(const std::string& path, const ReadBodies& bodies);
     void RequestExport();
     void Export(const BMessage& place) const;
     // Without a mass for some they are of none.
-    void Tell(const ReadBodies& bodies) const;
+    [[nodiscard]] std::string News(const ReadBodies& bodies) const;
+    [[nodiscard]] std::string Filled(int32 text,
+                                     std::initializer_list<std::string_view> values) const;
     void Show(int32 text, std::initializer_list<std::string_view> values = {}) const;
 
     SimulationDocument* const document_;
     SimulationControls* const controls_;
     const ProgramResources* const resources_;
+    const ResourceTexts texts_;
     BodyImport import_;
+    // Files of which masses are missing, while the user is asked for them, and what came of the
+    // others.
+    struct Waiting {
+        std::string path;
+        ReadBodies bodies;
+    };
+    std::vector<Waiting> waiting_;
+    std::string news_;
+    MissingMassWindow* massWindow_ = nullptr;
     std::unique_ptr<MyFilePanel> openPanel_;
     std::unique_ptr<MyFilePanel> savePanel_;
 };

@@ -13,12 +13,16 @@ namespace {
 class RunDialogue : public RunFixture {
 protected:
     // The answers to the orders, line by line.
-    std::vector<std::string> Ask(const std::string& orders) {
+    std::vector<std::string> Ask(const std::string& orders, const std::string& document = {},
+                                 const std::string& note = {}) {
         const std::string file = Put("orders", orders);
         RunSetup setup;
         setup.prepare = [file] { dup2(open(file.c_str(), O_RDONLY), STDIN_FILENO); };
-        const Outcome outcome = RunProgram({"-q", "--json-lines"}, setup);
+        std::vector<std::string> arguments{"-q", "--json-lines"};
+        if (!document.empty()) arguments.push_back(document);
+        const Outcome outcome = RunProgram(arguments, setup);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_TRUE(Has(outcome.err, note)) << outcome.err;
         std::vector<std::string> lines;
         std::istringstream text(outcome.out);
         for (std::string line; std::getline(text, line);)
@@ -87,6 +91,20 @@ TEST_F(RunDialogue, WhatIsNotUnderstoodIsAnsweredAndChangesNothing) {
     EXPECT_TRUE(Has(answers[2], "fly")) << answers[2];
     EXPECT_EQ(answers.back(), answers.front());
     EXPECT_EQ(RunProgram({"--json-lines", "--for", "1 dy"}).status, 2);
+}
+
+// The answers are the same, and standard error tells of the damage.
+TEST_F(RunDialogue, ADamagedDocumentIsToldOf) {
+    const std::string whole = Path("whole");
+    const std::string document = PutDocument("document", *TestSystem());
+    ASSERT_EQ(RunProgram({"-q", "--steps", "0", "--save", whole, document}).status, 0);
+    std::string bytes = Get(whole);
+    bytes.replace(bytes.find("Light"), 5, "Night");
+    const std::vector<std::string> answers =
+        Ask("{\"state\": 1}\n", Put("damaged", bytes), "the file is damaged");
+    ASSERT_EQ(answers.size(), 1u);
+    EXPECT_TRUE(Has(answers[0], "Night")) << answers[0];
+    EXPECT_TRUE(Has(Ask("{\"state\": 1}\n", whole)[0], "Light"));
 }
 
 TEST_F(RunDialogue, PythonDrivesTheEngine) {

@@ -4,18 +4,26 @@
 #include "Platform/Interface/Handles/BClipboard.h"
 #include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Storage/entry_ref.h"
+#include "Simulation/MissingMassWindow.h"
 #include "Tests/Simulation/SettingsFixture.h"
 
 namespace {
 
 class BodyExchangeTest : public SettingsFixture {
 protected:
-    void Import(const std::string& path) {
+    void Import(const std::vector<std::string>& paths) {
         BMessage files(BodyExchange::kImport);
-        entry_ref file;
-        ASSERT_EQ(get_ref_for_path(path.c_str(), &file), B_OK);
-        files.AddRef("refs", &file);
+        for (const std::string& path : paths) {
+            entry_ref file;
+            ASSERT_EQ(get_ref_for_path(path.c_str(), &file), B_OK);
+            files.AddRef("refs", &file);
+        }
         Send(files);
+    }
+    void ExpectSaid(const std::vector<std::string>& pieces) {
+        for (const std::string& piece : pieces)
+            EXPECT_NE(simulation.Message().find(piece), std::string::npos)
+                << piece << ": " << simulation.Message();
     }
 };
 
@@ -51,7 +59,7 @@ TEST_F(BodyExchangeTest, AFileOfBodiesIsImportedAndExportedToTheSameBits) {
         "name,gm [m3/s2],radius [m],x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]\n"
         "\"Sun\",1.5e+20,1,0.1,0,0,0,0,0\n"
         "\"Probe\",0,1,0.3,0,0,0,1e-05,0\n";
-    Import(host.folder.Write("bodies.csv", bodies));
+    Import({host.folder.Write("bodies.csv", bodies)});
     BMessage place(BodyExchange::kExport);
     SaveChoice choice;
     ASSERT_EQ(get_ref_for_path(host.folder.Path().c_str(), &choice.directory), B_OK);
@@ -63,8 +71,52 @@ TEST_F(BodyExchangeTest, AFileOfBodiesIsImportedAndExportedToTheSameBits) {
         << host.folder.Read("out.csv");
     EXPECT_NE(simulation.Message().find("out.csv"), std::string::npos);
 
-    Import(host.folder.Write("bad.csv", bodies + "\"X\",1"));
+    Import({host.folder.Write("bad.csv", bodies + "\"X\",1")});
     EXPECT_NE(simulation.Message().find("line 4"), std::string::npos) << simulation.Message();
+}
+
+// What is to be said of each file stands there, and the masses that none tells are asked for.
+TEST_F(BodyExchangeTest, OfSeveralFilesAllIsSaidAndMissingMassesAreAskedFor) {
+    const std::string head = "name,x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]\n";
+    const std::string heavy =
+        host.folder.Write("heavy.csv",
+                          "name,gm [m3/s2],x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]\n"
+                          "Heavy,7,1e9,0,0,0,0,0\n");
+    const std::string bad = host.folder.Write("bad.csv", head + "X,1\n");
+    const std::string light =
+        host.folder.Write("light.csv", head + "P,2e9,0,0,0,0,0\nQ,3e9,0,0,0,0,0\n");
+    const std::string more = host.folder.Write("more.csv", head + "R,4e9,0,0,0,0,0\n");
+    const int32 before = CountEdits();
+    Import({bad, heavy, light, host.folder.Path(), more});
+    ExpectSaid({bad + ": line 2", "Bodies added: 1", host.folder.Path() + ": Is a directory"});
+    // The new simulation has given up its own.
+    EXPECT_EQ(simulation.CountBodies(), 1u);
+
+    BMessage given(MissingMassWindow::kGiven);
+    given.AddDouble(MissingMassWindow::kMass, 5.0);
+    Send(given);
+    Send(BMessage(MissingMassWindow::kClosed));
+    EXPECT_EQ(simulation.CountBodies(), 4u);
+    ExpectSaid({bad + ": line 2", "Bodies added: 1", "Bodies added: 2"});
+    const auto massOf = [this](const char* name) {
+        return Ask([=](const AbEpoch& epoch) {
+            const MassSystem* const systems = epoch.RootSystem();
+            for (int32 i = 0; i < systems->CountChildren(); i++)
+                if (systems->ChildAt(i)->Name() == std::string(name))
+                    return systems->ChildAt(i)->M();
+            return -1.0;
+        });
+    };
+    EXPECT_EQ(massOf("Heavy"), 7.0);
+    EXPECT_EQ(massOf("P"), 5.0);
+    EXPECT_EQ(massOf("R"), 5.0);
+    EXPECT_EQ(CountEdits(), before + 3);
+    // A late answer is to nothing, and one that is not given leaves all as it is.
+    Send(given);
+    Import({host.folder.Write("other.csv", head + "S,5e9,0,0,0,0,0\n")});
+    Send(BMessage(MissingMassWindow::kClosed));
+    Send(given);
+    EXPECT_EQ(simulation.CountBodies(), 4u);
 }
 
 }  // namespace

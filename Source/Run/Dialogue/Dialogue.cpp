@@ -116,8 +116,12 @@ Dialogue::Wrong Dialogue::Load() {
                error.Failed()) {
         return error.Reason(resources_);
     }
-    const DocumentError error = document_.Load(record);
-    return error.Failed() ? Wrong(error.Reason(resources_)) : std::nullopt;
+    if (const DocumentError error = document_.Load(record); error.Failed())
+        return error.Reason(resources_);
+    // The answers have standard output for themselves.
+    for (const std::string& notice : document_.Notices().Lines(resources_))
+        static_cast<void>(output_.Fail(options_.document.value_or(std::string()), notice));
+    return std::nullopt;
 }
 
 std::string Dialogue::Answer(std::string_view line) {
