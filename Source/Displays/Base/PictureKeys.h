@@ -23,6 +23,17 @@ inline constexpr float kPanStep = 40.0f;  // pixels, for one press of an arrow k
     return std::nullopt;
 }
 
+// To look along: 1, 2, 3 for x, y, z; 0: it is another key.
+[[nodiscard]] inline int32 AxisOf(const KeyInput& input) {
+    const uint32 letter = input.key | 0x20u;  // small
+    return letter >= 'x' && letter <= 'z' ? static_cast<int32>(letter - 'x') + 1 : 0;
+}
+
+// To look onto the orbit of the selected body.
+[[nodiscard]] inline bool IsOrbit(const KeyInput& input) {
+    return input.key == 'o' || input.key == 'O';
+}
+
 // Right and down: -1, 0 or 1. None: it is no arrow.
 [[nodiscard]] inline std::optional<BPoint> ArrowOf(const KeyInput& input) {
     switch (input.key) {

@@ -27,6 +27,7 @@ public:
     [[nodiscard]] Kind GetKind() const { return kind_; }
     [[nodiscard]] const HandSystem& System() const { return system_; }
     [[nodiscard]] const HandPlane& Plane() const { return plane_; }
+    [[nodiscard]] const HandBody& Start() const { return start_; }
     // As it would be.
     [[nodiscard]] const HandBody& Body() const { return body_; }
     // Where the arrow's head is, from where the body is seen.

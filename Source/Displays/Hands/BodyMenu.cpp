@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "Displays/Base/Display.h"
+#include "Displays/Hands/MeasureMenu.h"
+#include "Displays/Projection/BodiesMenu.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Interface Widgets/ProgramMessages.h"
@@ -61,6 +63,7 @@ void BodyMenu::OpenFor(int32 body, const BodyLabels& labels) {
     menu_->RemoveItems();
     AddItem(kLabelHandFollow, kFollow);
     AddReferences(labels);
+    AddItem(kLabelMeasureBody, MeasureMenu::kTo);
     AddItem(kLabelHandTrailDisc, kShowTrailDisc);
     AddItem(kLabelHandGroup, kRequestGroup);
     menu_->AddSeparatorItem();
@@ -76,10 +79,10 @@ bool BodyMenu::Handle(const BMessage& message) {
         message.FindInt64(kBodyIDField, &body) != B_OK)
         return false;
     const auto wanted = static_cast<uint32>(what);
-    if (wanted == kFollow) {
-        BMessage follow(kFollow);
-        follow.AddInt64(kFollowedSystem, body);
-        display_->MessageReceived(&follow);
+    if (wanted == kFollow || wanted == MeasureMenu::kTo) {
+        BMessage request(wanted);
+        request.AddInt64(wanted == kFollow ? kFollowedSystem : BodiesMenu::kSystem, body);
+        display_->MessageReceived(&request);
         return true;
     }
     BMessage edit(kEditBody);

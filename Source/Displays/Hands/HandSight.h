@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "Displays/Hands/HandPlane.h"
+#include "Displays/Hands/MeasuredPair.h"
 #include "Platform/Support/GraphicsDefs.h"
 
 class HandSight {
@@ -24,6 +25,10 @@ public:
         float radius;
     };
     [[nodiscard]] virtual std::optional<Disc> DiscOf(int32 body) const = 0;
+    // As in the run's report that is shown; nothing without one.
+    [[nodiscard]] virtual std::optional<BodyMotion> MotionOf(int32 body) const = 0;
+    // What is measured: a field of the display.
+    [[nodiscard]] virtual MeasuredPair& Measured() = 0;
     // The display draws a ring around the body that is edited by itself.
     [[nodiscard]] virtual bool HasRing() const = 0;
     [[nodiscard]] virtual int64 Followed() const = 0;

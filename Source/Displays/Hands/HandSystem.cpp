@@ -1,5 +1,6 @@
 #include "Displays/Hands/HandSystem.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -14,6 +15,12 @@ namespace {
 constexpr double kInfluence = 0.4;
 
 }  // namespace
+
+bool HandSystem::HasSameBodies(const HandSystem& other) const {
+    const auto isSame = [](const HandBody& a, const HandBody& b) { return a.id == b.id; };
+    return std::equal(bodies.begin(), bodies.end(), other.bodies.begin(), other.bodies.end(),
+                      isSame);
+}
 
 int32 HandSystem::IndexOf(int64 id) const {
     for (std::size_t i = 0; i < bodies.size(); i++)

@@ -33,6 +33,7 @@ struct HandSystem {
 
     bool operator==(const HandSystem&) const = default;
 
+    [[nodiscard]] bool HasSameBodies(const HandSystem& other) const;
     // -1 if there is none such.
     [[nodiscard]] int32 IndexOf(int64 id) const;
     // The body that another one at this place goes about: of those in whose sphere of influence it

@@ -1,5 +1,6 @@
 #include "Displays/Hands/HandTexts.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -96,6 +97,25 @@ void AddGrip(const BodyGrip& grip, const HandSight& sight, BPoint pointer, const
         MakeText({pointer.x + kReadoutAt.x, pointer.y + kReadoutAt.y}, text, sight.TextColor());
     PutInView(view, &readout);
     items->push_back(std::move(readout));
+}
+
+void AddMeasuredLine(BPoint from, BPoint to, const std::string& text, const CanvasView& view,
+                     rgb_color color, std::vector<OverlayItem>* items) {
+    if (!std::isfinite(from.x + from.y + to.x + to.y)) return;
+    items->push_back(MakeLine(OverlayItem::Kind::kLine, {from, to}, color));
+    // The middle of what is seen of it.
+    const BRect bounds = view.Bounds();
+    const auto clamped = [&bounds](BPoint at) {
+        return BPoint{std::clamp(at.x, bounds.left, bounds.right),
+                      std::clamp(at.y, bounds.top, bounds.bottom)};
+    };
+    const BPoint start = clamped(from);
+    const BPoint end = clamped(to);
+    OverlayItem item = MakeText(
+        {(start.x + end.x) / 2 + kReadoutAt.x / 2, (start.y + end.y) / 2 + kReadoutAt.y / 2}, text,
+        color);
+    PutInView(view, &item);
+    items->push_back(std::move(item));
 }
 
 void AddPath(const OrbitPreview::Path& path, const HandSight& sight, const CanvasView& view,

@@ -2,6 +2,7 @@
 // orbit. No state; the caller holds the display's lock.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "Displays/Base/DisplayContext.h"
@@ -17,6 +18,9 @@ void AddRing(BPoint center, float radius, rgb_color color, std::vector<OverlayIt
 // relative to what the display shows still.
 void AddGrip(const BodyGrip& grip, const HandSight& sight, BPoint pointer, const CanvasView& view,
              const DisplayContext& context, std::vector<OverlayItem>* items);
+// Between two discs, and what was measured beside its middle.
+void AddMeasuredLine(BPoint from, BPoint to, const std::string& text, const CanvasView& view,
+                     rgb_color color, std::vector<OverlayItem>* items);
 // The coming orbit, and what it ends at.
 void AddPath(const OrbitPreview::Path& path, const HandSight& sight, const CanvasView& view,
              const DisplayContext& context, std::vector<OverlayItem>* items);

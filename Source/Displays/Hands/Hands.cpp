@@ -3,8 +3,10 @@
 #include <cmath>
 
 #include "Displays/Base/Display.h"
+#include "Displays/Hands/HandEdit.h"
 #include "Displays/Hands/HandSight.h"
 #include "Displays/Hands/HandTexts.h"
+#include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/ShownModel.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Epochs/Epoch.h"
@@ -27,11 +29,6 @@ constexpr double kNewBodyRadius = 6378137.0;  // m
 
 float Distance(BPoint a, BPoint b) {
     return std::hypot(a.x - b.x, a.y - b.y);
-}
-
-void AddVector(BMessage* message, const char* name, const ThreeVector& vector) {
-    const double values[] = {vector.x, vector.y, vector.z};
-    message->AddDoubles(name, values, 3);
 }
 
 // -1 for another key.
@@ -59,6 +56,7 @@ Hands::Hands(Display* display, ShownModel* shown, HandSight* sight, const Displa
       sight_(sight),
       context_(context),
       menu_(display, *context.texts),
+      measurement_(shown, sight, context),
       preview_(display) {}
 
 Hands::~Hands() = default;
@@ -66,6 +64,7 @@ Hands::~Hands() = default;
 void Hands::SetView(CanvasView* view) {
     view_ = view;
     menu_.SetView(view);
+    measurement_.SetView(view);
 }
 
 // --- The model ---
@@ -85,12 +84,38 @@ void Hands::ModelChanged() {
     const bool isRunning = sight_->IsRunning();
     HandSystem now = isRunning ? HandSystem{} : ReadSystem();
     // Bodies that are not what they were: they have merged, moved or gone.
-    if (grip_ && !(now == grip_->System())) GiveUp();
+    if (grip_ && !(now == grip_->System())) {
+        if (IsNowExact(now))
+            TakeHoldAgain(now);
+        else
+            GiveUp();
+    }
     if (press_ && !isRunning && press_->body != kNoSystemID && now.IndexOf(press_->body) < 0)
         GiveUp();
     const bool isOther = selected_ != before || !(now == system_);
     system_ = std::move(now);
     if (isOther) sight_->ShowTexts();
+}
+
+// Of a moment between two samples the report has been found: all of it has moved by next to
+// nothing, and the gesture goes on from there.
+bool Hands::IsNowExact(const HandSystem& now) const {
+    const Moment& moment = shown_->GetMoment();
+    return press_ && press_->nearRun != nullptr && moment.IsPast() && moment.isExact &&
+           moment.run == press_->nearRun && now.HasSameBodies(grip_->System());
+}
+
+void Hands::TakeHoldAgain(const HandSystem& system) {
+    press_->nearRun = nullptr;
+    HandBody body = grip_->Start();
+    if (const int32 index = system.IndexOf(press_->body); index >= 0) {
+        body = system.bodies[static_cast<std::size_t>(index)];
+    } else {
+        body.position += system.origin - grip_->System().origin;
+        body.velocity = system.drift;
+    }
+    grip_.emplace(press_->kind, system, body, grip_->Plane());
+    Drag();
 }
 
 const HandBody* Hands::Selected() const {
@@ -168,22 +193,44 @@ void Hands::TakeHold(BPoint inView) {
     press_->at = inView;
     HandBody body;
     if (press_->kind == BodyGrip::Kind::kThrow) {
-        body.gm = kNewBodyGM;
-        body.radius = kNewBodyRadius;
-        body.position = sight_->PlaceAt(press_->pointer) + system.origin;
-        body.velocity = system.drift;
-        if (const HandBody* const other = Selected(); other != nullptr) {
-            body.positionUval = other->positionUval;
-            body.speedUval = other->speedUval;
-        }
+        body = MakeBody(system, press_->pointer);
     } else {
         const int32 index = system.IndexOf(press_->body);
         if (index < 0) return GiveUp();
         body = system.bodies[static_cast<std::size_t>(index)];
     }
     const HandPlane plane = sight_->PlaneThrough(body.position - system.origin);
+    const Moment& moment = shown_->GetMoment();
+    if (moment.IsPast() && !moment.isExact) press_->nearRun = moment.run;
     grip_.emplace(press_->kind, std::move(system), body, plane);
     Drag();
+}
+
+HandBody Hands::MakeBody(const HandSystem& system, BPoint at) const {
+    HandBody body;
+    body.gm = kNewBodyGM;
+    body.radius = kNewBodyRadius;
+    body.position = sight_->PlaceAt(at) + system.origin;
+    body.velocity = system.drift;
+    if (const HandBody* const other = Selected(); other != nullptr) {
+        body.positionUval = other->positionUval;
+        body.speedUval = other->speedUval;
+    }
+    return body;
+}
+
+// Without a mouse: on a circle through the middle of the picture, or beside what is there.
+void Hands::ThrowIn() {
+    if (press_ || sight_->IsTurning()) return;
+    const BRect bounds = view_->Bounds();
+    BPoint at{(bounds.left + bounds.right) / 2, (bounds.top + bounds.bottom) / 2};
+    const float step = bounds.Width() / 8;
+    for (int32 i = 0; i < 3 && sight_->BodyAt(at) >= 0; i++)
+        at.x += step;
+    const HandSystem system = ReadSystem();
+    HandBody body = MakeBody(system, at);
+    body.velocity = system.CircularVelocity(body);
+    Send(BodyGrip::Kind::kThrow, body);
 }
 
 bool Hands::MouseMoved(const MouseInput& input, CanvasView::Transit transit) {
@@ -210,7 +257,7 @@ bool Hands::MouseMoved(const MouseInput& input, CanvasView::Transit transit) {
 
 void Hands::Drag() {
     if (!press_ || !grip_) return;
-    if (press_->kind != BodyGrip::Kind::kThrow && !press_->hasMoved) return;
+    if (!press_->hasMoved) return;
     grip_->DragBy(way_, bounds_);
     ShowPreview();
     sight_->ShowTexts();
@@ -224,22 +271,16 @@ bool Hands::MouseUp(const MouseInput& input) {
 }
 
 void Hands::LetGo() {
-    const bool isWanted = grip_ && (press_->hasMoved || press_->kind == BodyGrip::Kind::kThrow);
-    if (isWanted) {
-        const HandBody& body = grip_->Body();
-        const BodyGrip::Kind kind = press_->kind;
-        BMessage edit(kind == BodyGrip::Kind::kMove    ? kPlaceBody
-                      : kind == BodyGrip::Kind::kSteer ? kSteerBody
-                                                       : kThrowBody);
-        if (kind != BodyGrip::Kind::kThrow) edit.AddInt64(kBodyIDField, body.id);
-        if (kind != BodyGrip::Kind::kSteer) AddVector(&edit, kPlaceField, body.position);
-        if (kind != BodyGrip::Kind::kMove) AddVector(&edit, kVelocityField, body.velocity);
-        if (IsFinite(body.position) && IsFinite(body.velocity))
-            WindowServer::Deliver(display_->Owner(), edit);
-    } else if (press_->kind == BodyGrip::Kind::kMove && !press_->isDrag) {
+    if (grip_ && press_->hasMoved)
+        Send(press_->kind, grip_->Body());
+    else if (press_->kind == BodyGrip::Kind::kMove && !press_->isDrag)
         Click(press_->pointer);
-    }
     GiveUp();
+}
+
+void Hands::Send(BodyGrip::Kind kind, const HandBody& body) {
+    if (!IsFinite(body.position) || !IsFinite(body.velocity)) return;
+    WindowServer::Deliver(display_->Owner(), MakeHandEdit(kind, body));
 }
 
 void Hands::GiveUp() {
@@ -265,6 +306,7 @@ bool Hands::TakeKey(const KeyInput& input, bool isDown) {
 }
 
 bool Hands::KeyDown(const KeyInput& input) {
+    if (input.key == B_ESCAPE && measurement_.StopWaiting()) return true;
     if (press_ && input.key == B_ESCAPE) {
         GiveUp();
         return true;
@@ -280,6 +322,7 @@ bool Hands::KeyUp(const KeyInput& input) {
 
 void Hands::Click(BPoint point) {
     const int32 body = sight_->BodyAt(point);
+    if (measurement_.TakeClick(body, selected_)) return;
     const std::vector<BodyLabels::Label>& labels = shown_->Labels().bodies;
     if (body < 0 || body >= static_cast<int32>(labels.size())) return;
     BMessage edit(kEditBody);
@@ -294,7 +337,12 @@ void Hands::RightClick(BPoint point) {
 }
 
 bool Hands::Handle(const BMessage& message) {
-    if (message.what != OrbitPreview::kNews) return menu_.Handle(message);
+    if (message.what == kThrowIn) {
+        ThrowIn();
+        return true;
+    }
+    if (message.what != OrbitPreview::kNews)
+        return measurement_.Handle(message, system_, selected_) || menu_.Handle(message);
     if (press_) sight_->ShowTexts();
     return true;
 }
@@ -335,6 +383,7 @@ void Hands::AddSelectionRing(std::vector<OverlayItem>* items) const {
 }
 
 void Hands::AddOverlay(std::vector<OverlayItem>* items) const {
+    measurement_.AddOverlay(system_, items);
     if (!sight_->HasRing()) AddSelectionRing(items);
     if (!grip_) {
         if (!sight_->IsRunning()) AddSelection(items);

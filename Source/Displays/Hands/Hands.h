@@ -12,6 +12,7 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Hands/BodyGrip.h"
 #include "Displays/Hands/BodyMenu.h"
+#include "Displays/Hands/Measurement.h"
 #include "Displays/Hands/OrbitPreview.h"
 #include "Platform/Interface/Canvas/CanvasView.h"
 
@@ -39,12 +40,13 @@ public:
     // A button was released where it was pressed.
     void Click(BPoint point);
     void RightClick(BPoint point);
-    // A message of a body's menu, or of the preview.
+    // A message of a body's menu, of those of the display that are for hands, or of the preview.
     [[nodiscard]] bool Handle(const BMessage& message);
 
     // After a change of what the display shows of the model. Takes its read lock.
     void ModelChanged();
     void GiveUp();
+    [[nodiscard]] int64 SelectedID() const { return selected_; }
     [[nodiscard]] bool IsHolding() const { return press_.has_value(); }
     // What stands over the picture.
     void AddOverlay(std::vector<OverlayItem>* items) const;
@@ -57,7 +59,8 @@ private:
         BPoint at;       // where it took hold, in the view
         BPoint pointer;  // where the mouse is on the canvas
         bool hasMoved = false;
-        bool isDrag = false;  // before anything could be held
+        bool isDrag = false;               // before anything could be held
+        const AbEpoch* nearRun = nullptr;  // of a moment of it that is not exact yet; only compared
     };
 
     [[nodiscard]] HandSystem ReadSystem() const;
@@ -65,6 +68,12 @@ private:
     void TakeHold(BPoint inView);
     void Drag();
     void LetGo();
+    void Send(BodyGrip::Kind kind, const HandBody& body);
+    [[nodiscard]] bool IsNowExact(const HandSystem& now) const;
+    void TakeHoldAgain(const HandSystem& system);
+    // A new one, which is seen there.
+    [[nodiscard]] HandBody MakeBody(const HandSystem& system, BPoint at) const;
+    void ThrowIn();
     void ShowPreview();
     [[nodiscard]] const HandBody* Selected() const;
     [[nodiscard]] std::optional<BPoint> HeadOf(const HandBody& body) const;
@@ -79,6 +88,7 @@ private:
     const DisplayContext& context_;
     CanvasView* view_ = nullptr;
     BodyMenu menu_;
+    Measurement measurement_;
     OrbitPreview preview_;
 
     HandSystem system_;  // as it was shown last, while no run was on

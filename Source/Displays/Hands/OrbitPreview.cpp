@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Calculation/Calculator.h"
+#include "Calculation/CollisionMailbox.h"
 #include "Calculation/ReportConsumer.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/ModelGuards.h"
@@ -12,6 +13,7 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Platform/Kernel/OS.h"
+#include "Simulation/Document/CollisionMerger.h"
 #include "Simulation/History/SideRun.h"
 
 namespace {
@@ -41,15 +43,38 @@ int64 PutBody(const HandBody& changed, Epoch* epoch) {
     return id;
 }
 
+bool HaveTouched(const Body& a, const Body& b) {
+    return Length(a.Position() - b.Position()) <= kTouch * (a.Radius() + b.Radius());
+}
+
 std::optional<std::string> FindTouched(const std::vector<Body*>& bodies, int64 id) {
     const auto isIt = [id](const Body* body) { return body->ID() == id; };
     const auto it = std::find_if(bodies.begin(), bodies.end(), isIt);
     if (it == bodies.end()) return std::nullopt;
     for (const Body* const other : bodies)
-        if (other != *it && Length(other->Position() - (*it)->Position()) <=
-                                kTouch * (other->Radius() + (*it)->Radius()))
-            return other->Name();
+        if (other != *it && HaveTouched(*other, **it)) return other->Name();
     return std::nullopt;
+}
+
+// What touches while the run rests becomes one, under the heavier one's own name.
+std::vector<Merger> MergeTouching(SideRun* side) {
+    BMessage pairs(CollisionMailbox::kCollisionMessage);
+    {
+        const ReadGuard guard(side->Portal());
+        const std::vector<Body*> bodies = side->Portal()->BodiesInMassOrder();
+        for (std::size_t i = 0; i < bodies.size(); i++)
+            for (std::size_t j = i + 1; j < bodies.size(); j++)
+                if (HaveTouched(*bodies[i], *bodies[j])) {
+                    pairs.AddInt64(CollisionMailbox::kLaterField, bodies[j]->ID());
+                    pairs.AddInt64(CollisionMailbox::kEarlierField, bodies[i]->ID());
+                }
+    }
+    std::vector<Merger> mergers = MergeCollidingBodies(side->Portal(), pairs, {}).mergers;
+    const WriteGuard guard(side->Portal());
+    for (const Merger& merger : mergers)
+        if (MassSystem* const survivor = side->GetEpoch()->SystemFromID(merger.survivor))
+            survivor->SetName(merger.survivorName.c_str());
+    return mergers;
 }
 
 }  // namespace
@@ -59,18 +84,27 @@ class OrbitPreview::Follower : public ReportConsumer {
 public:
     Follower(OrbitPreview* preview, int64 number) : preview_(preview), number_(number) {}
 
-    // While the calculator is parked.
-    void Enter(Calculator* calculator, const std::vector<Body*>& bodies, int64 id,
-               const HandSystem& system) {
+    void Enter(Calculator* calculator, int64 id, const HandSystem& system) {
         calculator_ = calculator;
+        id_ = id;
+        FindStill(system);
+        release_ben(calculator->WriteOk());
+    }
+    // While the calculator is parked: its reports will be of these.
+    void Follow(const std::vector<Body*>& bodies) {
+        reference_.clear();
         for (std::size_t i = 0; i < bodies.size(); i++) {
-            if (bodies[i]->ID() == id) body_ = i;
-            for (const TrajectoryCache::Member& member : system.reference)
-                if (system.bodies[static_cast<std::size_t>(member.body)].id == bodies[i]->ID())
-                    reference_.push_back({static_cast<int32>(i), member.weight});
+            if (bodies[i]->ID() == id_) body_ = i;
+            for (const Still& still : still_)
+                if (still.id == bodies[i]->ID())
+                    reference_.push_back({static_cast<int32>(i), still.weight});
         }
         count_ = bodies.size();
-        release_ben(calculator->WriteOk());
+    }
+    void NoteMergers(const std::vector<Merger>& mergers) {
+        for (const Merger& merger : mergers)
+            for (Still& still : still_)
+                if (still.id == merger.absorbed) still.id = merger.survivor;
     }
     void PrepareForGo(int32 /*reportsPerDraw*/) override {}
     void ReadData(int32 count, double* /*times*/, double* positions,
@@ -87,6 +121,31 @@ public:
     [[nodiscard]] std::vector<ThreeVector> Places() const { return places_; }
 
 private:
+    struct Still {
+        int64 id;
+        double weight;
+    };
+
+    // What moves itself is not what its orbit is seen from: then it is what it goes about, which
+    // begins where the picture has it.
+    void FindStill(const HandSystem& system) {
+        bool isHeld = false;
+        for (const TrajectoryCache::Member& member : system.reference) {
+            const int64 id = system.bodies[static_cast<std::size_t>(member.body)].id;
+            isHeld = isHeld || id == id_;
+            still_.push_back({id, member.weight});
+        }
+        if (!isHeld) return;
+        still_.clear();
+        offset_ = -1.0 * system.origin;
+        const int32 body = system.IndexOf(id_);
+        const HandBody* const neighbour =
+            system.NeighbourOf(system.bodies[static_cast<std::size_t>(body)].position, id_);
+        if (neighbour == nullptr) return;
+        still_.push_back({neighbour->id, 1.0});
+        offset_ += neighbour->position;
+    }
+
     void Add(const double* report) {
         if (reports_++ % stride_ != 0) return;
         const auto at = [report](std::size_t body) {
@@ -99,7 +158,7 @@ private:
             weight += member.weight;
         }
         if (weight > 0.0) origin *= 1.0 / weight;
-        places_.push_back(at(body_) - origin);
+        places_.push_back(at(body_) - origin + offset_);
         if (places_.size() < kMaxPlaces) return;
         for (std::size_t i = 1; 2 * i < places_.size(); i++)
             places_[i] = places_[2 * i];
@@ -112,6 +171,9 @@ private:
     Calculator* calculator_ = nullptr;
     std::size_t body_ = 0;
     std::size_t count_ = 0;
+    int64 id_ = kNoSystemID;
+    std::vector<Still> still_;
+    ThreeVector offset_;  // from what stands still to the picture's origin, m
     std::vector<TrajectoryCache::Member> reference_;
     std::vector<ThreeVector> places_;
     int64 reports_ = 0;
@@ -185,22 +247,32 @@ void OrbitPreview::Compute(Wish wish, int64 number) {
     const int64 id = PutBody(wish.body, wish.epoch.get());
     wish.epoch->SetCalculatorState(nullptr);
     wish.epoch->SetCOMOnGo(false);
-    if (wish.epoch->OnContact() != kContactPasses) wish.epoch->SetOnContact(kContactStops);
+    const bool isMerging = wish.epoch->OnContact() == kContactMerges;
+    if (isMerging) wish.epoch->SetOnContact(kContactStops);
     const double until = wish.epoch->Time() + wish.span;
     Follower follower(this, number);
     SideRun side(std::move(wish.epoch));
-    {
-        const ReadGuard guard(side.Portal());
-        follower.Enter(side.GetCalculator(), side.Portal()->BodiesInMassOrder(), id, wish.system);
-    }
+    follower.Enter(side.GetCalculator(), id, wish.system);
     side.AddConsumer(&follower);
     side.GetCalculator()->SetThreads(1);
     side.GetCalculator()->SetRunLimit(0, until);
-    if (!side.Run(false, [&] { return IsWanted(number); })) return;
     std::optional<std::string> hits;
-    if (side.Time() < until) {
-        const ReadGuard guard(side.Portal());
-        hits = FindTouched(side.Portal()->BodiesInMassOrder(), id);
+    for (bool isHeld = false;; isHeld = true) {
+        {
+            const ReadGuard guard(side.Portal());
+            follower.Follow(side.Portal()->BodiesInMassOrder());
+        }
+        if (!side.Run(isHeld, [&] { return IsWanted(number); })) return;
+        if (side.Time() >= until) break;
+        {
+            const ReadGuard guard(side.Portal());
+            hits = FindTouched(side.Portal()->BodiesInMassOrder(), id);
+        }
+        if (hits || !isMerging) break;
+        // Others have met; the body goes on.
+        const std::vector<Merger> mergers = MergeTouching(&side);
+        if (mergers.empty()) break;
+        follower.NoteMergers(mergers);
     }
     Put(number, {follower.Places(), true, std::move(hits)});
 }

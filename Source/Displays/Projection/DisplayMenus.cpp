@@ -6,7 +6,9 @@
 #include "Displays/Base/DisplayContext.h"
 #include "Displays/Comparison/CompareMenu.h"
 #include "Displays/Film/FilmControl.h"
+#include "Displays/Hands/MeasureMenu.h"
 #include "Displays/Projection/FrameMenu.h"
+#include "Displays/Projection/LookMenu.h"
 #include "Displays/Projection/TrailMenu.h"
 #include "Interface Widgets/HelpMenu.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -26,6 +28,7 @@
 #include "Resources/DisplayWindows.h"
 #include "Resources/EpochWindow.h"
 #include "Resources/Film.h"
+#include "Resources/Hands.h"
 #include "Resources/Menus.h"
 #include "Resources/SimulationFeatures.h"
 #include "Resources/SimulationWindow.h"
@@ -117,12 +120,14 @@ void DisplayMenus::AddViewMenu() {
     auto* const menu = new BMenu(context_.texts->Text(kLabelView));
     AddItem(menu, kLabelFit, kFit, kLabelFitKey);
     AddFollowMenu(menu);
+    AddLookMenu(menu);
     frame_ = new FrameMenu(display_, *context_.texts);
     menu->AddItem(frame_);
     trail_ = new TrailMenu(display_, *context_.texts);
     menu->AddItem(trail_);
     compare_ = new CompareMenu(display_, context_);
     menu->AddItem(compare_);
+    AddHandItems(menu);
     menu->AddSeparatorItem();
     names_ = AddItem(menu, kLabelNames, kToggleNames, kLabelNamesKey);
     scaleBar_ = AddItem(menu, kLabelScaleBar, kToggleScaleBar);
@@ -139,6 +144,17 @@ void DisplayMenus::AddFollowMenu(BMenu* menu) {
     follow_ = new BMenu(context_.texts->Text(kLabelFollow));
     follow_->SetRadioMode(true);
     menu->AddItem(follow_);
+}
+
+void DisplayMenus::AddLookMenu(BMenu* menu) {
+    look_ = new LookMenu(display_, *context_.texts);
+    menu->AddItem(look_);
+}
+
+void DisplayMenus::AddHandItems(BMenu* menu) {
+    measure_ = new MeasureMenu(display_, *context_.texts);
+    menu->AddItem(measure_);
+    AddItem(menu, kLabelThrowIn, kThrowIn);
 }
 
 void DisplayMenus::SetGoLabel(const char* label) {
@@ -173,6 +189,8 @@ void DisplayMenus::AddSystem(const char* name, int64 id, int64 followed) {
 }
 
 void DisplayMenus::ShowSystems(const BodyLabels& labels, int64 followed) {
+    if (look_ != nullptr) look_->ShowBodies(labels);
+    if (measure_ != nullptr) measure_->ShowBodies(labels);
     follow_->RemoveItems();
     AddSystem(context_.texts->Text(kLabelFollowNothing), kNoSystemID, followed);
     follow_->AddSeparatorItem();

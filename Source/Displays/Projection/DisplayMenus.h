@@ -12,6 +12,8 @@ class BMenuItem;
 class CompareMenu;
 class EpochPortal;
 class FrameMenu;
+class LookMenu;
+class MeasureMenu;
 class TrailMenu;
 class Display;
 struct DisplayContext;
@@ -26,6 +28,7 @@ inline constexpr uint32 kToggleNames = FourCC("tnam");
 inline constexpr uint32 kToggleScaleBar = FourCC("tbar");
 inline constexpr uint32 kToggleTime = FourCC("ttim");
 inline constexpr uint32 kToggleMarks = FourCC("tmrk");
+inline constexpr uint32 kThrowIn = FourCC("thin");  // a new body, in the middle of the picture
 inline constexpr uint32 kSavePicture = FourCC("svpi");
 inline constexpr const char* kFollowedSystem = "System";
 
@@ -67,6 +70,9 @@ protected:
 
     BMenuItem* AddItem(BMenu* menu, int32 label, uint32 what, int32 key = 0);
     void AddFollowMenu(BMenu* menu);
+    void AddLookMenu(BMenu* menu);
+    // What hands do and measure without a mouse.
+    void AddHandItems(BMenu* menu);
 
 private:
     void AddAppMenu();
@@ -84,6 +90,8 @@ private:
     BMenuItem* branch_ = nullptr;
     BMenuItem* backToNow_ = nullptr;
     BMenu* follow_ = nullptr;
+    LookMenu* look_ = nullptr;
+    MeasureMenu* measure_ = nullptr;
     BMenuItem* names_ = nullptr;
     BMenuItem* scaleBar_ = nullptr;
     BMenuItem* time_ = nullptr;

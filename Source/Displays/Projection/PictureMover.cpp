@@ -4,12 +4,15 @@
 #include <optional>
 #include <utility>
 
+#include "Displays/Projection/BodiesMenu.h"
 #include "Displays/Projection/KeptTrailsPainter.h"
+#include "Displays/Projection/LookMenu.h"
 #include "Displays/Projection/OrbitPlaces.h"
 #include "Displays/Projection/ProjectionDialogs.h"
 #include "Displays/Projection/ShownModel.h"
 #include "Displays/Trajectories/TrajectoryDisplay.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Canvas/LineClip.h"
 
 namespace {
@@ -44,10 +47,32 @@ void PictureMover::SetScale(double scale) {
     Redraw(true);
 }
 
-void PictureMover::SetAxis(int32 axis) {
+void PictureMover::LookAlong(int32 axis) {
+    if (axis == fields_->projection.axis && !fields_->projection.plane.IsOn()) return;
     Center();
     fields_->projection.axis = axis;
+    fields_->projection.plane = {};
     Redraw(false);
+}
+
+void PictureMover::LookOnto(int64 body) {
+    const TurningPair pair = FindPair(display_->Epoch(), kNoSystemID, body);
+    if (!pair.IsOn()) return;
+    Center();
+    fields_->projection.plane = PlaneAcross(pair.axis);
+    Redraw(false);
+}
+
+bool PictureMover::Handle(const BMessage& message) {
+    int32 axis = 0;
+    int64 body = kNoSystemID;
+    if (message.what == LookMenu::kLook) {
+        if (message.FindInt32(LookMenu::kAxis, &axis) == B_OK) LookAlong(axis);
+        return true;
+    }
+    if (message.what != LookMenu::kLookOnto) return false;
+    if (message.FindInt64(BodiesMenu::kSystem, &body) == B_OK) LookOnto(body);
+    return true;
 }
 
 void PictureMover::ZoomAbout(BPoint point, double factor) {

@@ -25,7 +25,11 @@ public:
     void Redraw(bool isScaleChanged);
 
     void SetScale(double scale);
-    void SetAxis(int32 axis);
+    void LookAlong(int32 axis);
+    // From above the orbit of this body, which then goes round anticlockwise.
+    void LookOnto(int64 body);
+    // A message of the menu that asks for one of these; false for any other.
+    [[nodiscard]] bool Handle(const BMessage& message);
     // The point of the picture stays where it is; what is followed and seen does so instead of it.
     void ZoomAbout(BPoint point, double factor);
     // Shows what is so many pixels further right and down.

@@ -42,11 +42,24 @@ double diameter_log(double radius) {
     return std::min(kMaxDiameter, std::max(0.0, std::log(radius / kLogUnit)));
 }
 
+ThreeVector Projection::RightWay() const {
+    if (plane.IsOn()) return plane.right;
+    return axis == kX ? ThreeVector{0.0, 1.0, 0.0} : ThreeVector{1.0, 0.0, 0.0};
+}
+
+ThreeVector Projection::UpWay() const {
+    if (plane.IsOn()) return plane.up;
+    return axis == kX || axis == kY ? ThreeVector{0.0, 0.0, 1.0} : ThreeVector{0.0, 1.0, 0.0};
+}
+
+// One coordinate alone along an axis: the others may be any.
 double Projection::Across(ThreeVector place) const {
+    if (plane.IsOn()) return Dot(place, plane.right);
     return axis == kX ? place.y : place.x;
 }
 
 double Projection::Up(ThreeVector place) const {
+    if (plane.IsOn()) return Dot(place, plane.up);
     return axis == kX || axis == kY ? place.z : place.y;
 }
 
@@ -57,9 +70,7 @@ BPoint Projection::Map(BPoint middle, double x, double y, double z) const {
 }
 
 PlaneMap Projection::Plane() const {
-    const double s = scale;
-    return {center, axis == kX ? ThreeVector{0.0, s, 0.0} : ThreeVector{s, 0.0, 0.0},
-            axis == kX || axis == kY ? ThreeVector{0.0, 0.0, -s} : ThreeVector{0.0, -s, 0.0}};
+    return {center, scale * RightWay(), -scale * UpWay()};
 }
 
 float Projection::DiscSize(double radius) const {
@@ -68,8 +79,7 @@ float Projection::DiscSize(double radius) const {
 
 void Projection::Shift(double right, double down) {
     if (!IsScale(scale)) return;  // as a document may have it
-    (axis == kX ? center.y : center.x) += right / scale;
-    (axis == kX || axis == kY ? center.z : center.y) -= down / scale;
+    CenterAt(Across(center) + right / scale, Up(center) - down / scale);
 }
 
 void Projection::ZoomAbout(BPoint fromMiddle, double factor) {
@@ -90,6 +100,14 @@ void Projection::Fit(const std::vector<ThreeVector>& places, double width, doubl
     if (across.most < across.least) return;
     const double fitting = std::min(across.ScaleFor(width), up.ScaleFor(height));
     if (IsScale(fitting)) scale = fitting;
-    (axis == kX ? center.y : center.x) = across.Middle();
-    (axis == kX || axis == kY ? center.z : center.y) = up.Middle();
+    CenterAt(across.Middle(), up.Middle());
+}
+
+void Projection::CenterAt(double across, double up) {
+    if (plane.IsOn()) {
+        center += (across - Across(center)) * plane.right + (up - Up(center)) * plane.up;
+        return;
+    }
+    (axis == kX ? center.y : center.x) = across;
+    (axis == kX || axis == kY ? center.z : center.y) = up;
 }

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "Displays/Projection/ViewPlane.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
 #include "Model/Systems/ThreeVector.h"
 #include "Platform/Support/GraphicsDefs.h"
@@ -22,8 +23,12 @@ struct Projection {
 
     double scale = 1e-9;  // pixels per metre
     int32 axis = kZ;      // looked along; another number than the three is taken for Z
+    ViewPlane plane;      // seen instead of the one across the axis, where it is on
     ThreeVector center;   // m; its component along the axis does not matter
 
+    // The directions that are seen to the right and upwards: unit vectors.
+    [[nodiscard]] ThreeVector RightWay() const;
+    [[nodiscard]] ThreeVector UpWay() const;
     // What is seen to the right and upwards, m.
     [[nodiscard]] double Across(ThreeVector place) const;
     [[nodiscard]] double Up(ThreeVector place) const;
@@ -42,4 +47,8 @@ struct Projection {
     // Centre and scale so that all places are seen within a view of this size, with a margin. The
     // scale stays when they are all one place; nothing changes when there are none.
     void Fit(const std::vector<ThreeVector>& places, double width, double height);
+
+private:
+    // The centre becomes one that is seen there, as far as the axis is concerned the same.
+    void CenterAt(double across, double up);
 };

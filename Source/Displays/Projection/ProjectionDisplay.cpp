@@ -159,7 +159,7 @@ void ProjectionDisplay::MessageReceived(BMessage* message) {
             return pictureSaver_.Save(*message, *View());
         default:
             if (film_.Handle(*message, *View(), dialogs_.LengthUnit())) return;
-            if (!compared_.Handle(*message) && !hands_.Handle(*message))
+            if (!compared_.Handle(*message) && !mover_.Handle(*message) && !hands_.Handle(*message))
                 TrajectoryDisplay::MessageReceived(message);
     }
 }
@@ -212,6 +212,14 @@ bool ProjectionDisplay::IsRunning() const {
     return shown_.IsRunning();
 }
 
+void ProjectionDisplay::PrepareForGo(int32 reportsPerSegment) {
+    TrajectoryDisplay::PrepareForGo(reportsPerSegment);
+    const BAutolock lock(this);
+    if (!lock.IsLocked()) return;
+    const ReadGuard guard(Epoch());
+    motion_.Begin(Epoch()->BodiesInMassOrder().size());
+}
+
 void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions,
                                  double* velocities) {
     const BAutolock lock(this);
@@ -219,6 +227,7 @@ void ProjectionDisplay::ReadData(int32 reports, double* times, double* positions
     // A run that comes to rest while the past is looked at.
     if (shown_.IsPast()) return;
     if (reports > 0) shown_.SetTime(times[reports - 1]);
+    motion_.Take(reports, positions, velocities);
     TrajectoryDisplay::ReadData(reports, times, positions, velocities);
 }
 
@@ -278,8 +287,8 @@ void ProjectionDisplay::SetAxis(BMessage* message) {
     if (!CancelAxisRequest()) return;
     int32 axis = 0;
     if (message->FindInt32(AxisRequester::kAxisField, &axis) == B_OK && axis >= Projection::kX &&
-        axis <= Projection::kZ && axis != fields_.projection.axis)
-        mover_.SetAxis(axis);
+        axis <= Projection::kZ)
+        mover_.LookAlong(axis);
     SendReply(BMessage(kAxisDone));
 }
 

@@ -11,6 +11,7 @@
 #include "Displays/Hands/Hands.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/KeptTrailsPainter.h"
+#include "Displays/Projection/LastMotion.h"
 #include "Displays/Projection/PictureMover.h"
 #include "Displays/Projection/PictureSaver.h"
 #include "Displays/Projection/ProjectionDialogs.h"
@@ -65,6 +66,10 @@ public:
     // Trails of a limited length are painted anew now and then.
     void DisplayData() override;
     void ReadData(int32 reports, double* times, double* positions, double* velocities) override;
+    void PrepareForGo(int32 reportsPerSegment) override;
+    [[nodiscard]] std::optional<BodyMotion> LastMotionOf(int32 body) const {
+        return motion_.Of(body);
+    }
     void Redisplay(int32 changes) override;
 
     // --- Axis and scale ---
@@ -79,6 +84,8 @@ public:
     [[nodiscard]] const Projection& GetProjection() const { return fields_.projection; }
 
     // --- What moves the view ---
+    void LookAlong(int32 axis) { mover_.LookAlong(axis); }
+    void LookOnto(int64 body) { mover_.LookOnto(body); }
     void ZoomAbout(BPoint point, double factor) { mover_.ZoomAbout(point, factor); }
     void PanBy(float right, float down) { mover_.PanBy(right, down); }
     void FitAll() { mover_.FitAll(); }
@@ -122,6 +129,7 @@ private:
     std::unique_ptr<DisplayFoot> foot_;
 
     ShownModel shown_;
+    LastMotion motion_;
     KeptTrailsPainter keptTrails_;
     PictureMover mover_;
     ComparisonControl compared_;

@@ -48,6 +48,13 @@ constexpr FieldTable kFields{
         "View trail turns", "turns of each body that trails show; 0: any number"),
     ChosenField<&F::trail, &TrailLength::isFading>("View trail fades",
                                                    "trails fade towards their older ends"),
+    ChosenField<&F::projection, &Projection::plane, &ViewPlane::right>(
+        "View right", "what is seen to the right, a unit vector", "by the axis"),
+    ChosenField<&F::projection, &Projection::plane, &ViewPlane::up>(
+        "View up", "what is seen upwards, at right angles to it", "by the axis"),
+    ChosenField<&F::measured, &MeasuredPair::from>("View measures from",
+                                                   "the body that a line is measured from", "none"),
+    ChosenField<&F::measured, &MeasuredPair::to>("View measures to", "the one it goes to", "none"),
 };
 
 }  // namespace
@@ -58,6 +65,7 @@ status_t ProjectionFields::Write(BMessage* archive) const {
 
 status_t ProjectionFields::Read(const BMessage& archive) {
     kFields.Read(archive, this);
+    projection.plane.Normalize();
     double found;
     return archive.FindDouble(kUnits, &found);
 }

@@ -2,6 +2,7 @@
 // older ones skip. No state, any thread.
 #pragma once
 
+#include "Displays/Hands/MeasuredPair.h"
 #include "Displays/Projection/DisplayMenus.h"
 #include "Displays/Projection/Projection.h"
 #include "Displays/Projection/ViewFrame.h"
@@ -25,6 +26,7 @@ struct ProjectionFields {
     int64 followed = kNoSystemID;  // kRootSystemID: the centre of mass
     TurningPair pair;
     TrailLength trail;
+    MeasuredPair measured;
 
     // A field of the newer ones is written only where it is not as usual.
     [[nodiscard]] status_t Write(BMessage* archive) const;

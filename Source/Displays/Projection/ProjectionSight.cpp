@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "Displays/Projection/PictureTexts.h"
+#include "Displays/Projection/ProjectionDisplay.h"
 #include "Displays/Projection/ProjectionFields.h"
 #include "Displays/Projection/ProjectionView.h"
 #include "Displays/Projection/ShownModel.h"
-#include "Displays/Trajectories/TrajectoryDisplay.h"
 
 ProjectionView* ProjectionSight::View() const {
     return static_cast<ProjectionView*>(display_->View());
@@ -18,12 +18,8 @@ std::optional<BPoint> ProjectionSight::PointOf(const ThreeVector& place) const {
 }
 
 HandPlane ProjectionSight::PlaneThrough(const ThreeVector& /*place*/) const {
-    const int32 axis = fields_->projection.axis;
-    const bool isFromX = axis == Projection::kX;
-    const bool isLevel = isFromX || axis == Projection::kY;
-    return {isFromX ? ThreeVector{0.0, 1.0, 0.0} : ThreeVector{1.0, 0.0, 0.0},
-            isLevel ? ThreeVector{0.0, 0.0, 1.0} : ThreeVector{0.0, 1.0, 0.0},
-            fields_->projection.scale};
+    const Projection& projection = fields_->projection;
+    return {projection.RightWay(), projection.UpWay(), projection.scale};
 }
 
 ThreeVector ProjectionSight::PlaceAt(BPoint point) const {
@@ -46,6 +42,14 @@ std::optional<HandSight::Disc> ProjectionSight::DiscOf(int32 body) const {
 
 int64 ProjectionSight::Followed() const {
     return fields_->followed;
+}
+
+std::optional<BodyMotion> ProjectionSight::MotionOf(int32 body) const {
+    return display_->LastMotionOf(body);
+}
+
+MeasuredPair& ProjectionSight::Measured() {
+    return fields_->measured;
 }
 
 bool ProjectionSight::IsTurning() const {

@@ -3,15 +3,15 @@
 
 #include "Displays/Hands/HandSight.h"
 
+class ProjectionDisplay;
 class ProjectionView;
 class ShownModel;
-class TrajectoryDisplay;
 struct ProjectionFields;
 
 class ProjectionSight final : public HandSight {
 public:
     // None is owned.
-    ProjectionSight(const TrajectoryDisplay* display, const ProjectionFields* fields,
+    ProjectionSight(const ProjectionDisplay* display, ProjectionFields* fields,
                     const ShownModel* shown)
         : display_(display), fields_(fields), shown_(shown) {}
 
@@ -20,6 +20,8 @@ public:
     [[nodiscard]] ThreeVector PlaceAt(BPoint point) const override;
     [[nodiscard]] int32 BodyAt(BPoint point) const override;
     [[nodiscard]] std::optional<Disc> DiscOf(int32 body) const override;
+    [[nodiscard]] std::optional<BodyMotion> MotionOf(int32 body) const override;
+    [[nodiscard]] MeasuredPair& Measured() override;
     [[nodiscard]] bool HasRing() const override { return false; }
     [[nodiscard]] int64 Followed() const override;
     [[nodiscard]] bool IsTurning() const override;
@@ -30,7 +32,7 @@ public:
 private:
     [[nodiscard]] ProjectionView* View() const;
 
-    const TrajectoryDisplay* const display_;
-    const ProjectionFields* const fields_;
+    const ProjectionDisplay* const display_;
+    ProjectionFields* const fields_;
     const ShownModel* const shown_;
 };

@@ -85,6 +85,8 @@ void ProjectionView::KeyDown(const KeyInput& input) {
         return display_->ZoomAbout(AnchorPoint(), *zoom);
     if (const auto arrow = PictureKeys::ArrowOf(input))
         return display_->PanBy(PictureKeys::kPanStep * arrow->x, PictureKeys::kPanStep * arrow->y);
+    if (const int32 axis = PictureKeys::AxisOf(input); axis != 0) return display_->LookAlong(axis);
+    if (PictureKeys::IsOrbit(input)) return display_->LookOnto(display_->GetHands().SelectedID());
     display_->TakeTimeKey(input);
 }
 

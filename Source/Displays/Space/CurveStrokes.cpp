@@ -61,7 +61,9 @@ void CurveStrokes::AddCurve(const std::vector<Sample>& samples, double faintAt, 
     if (samples.empty()) return;
     ThreeVector place = map_.See(samples[0].position);
     MoveTo(place);
-    for (std::size_t i = 1; i < samples.size(); i++) {
+    for (std::size_t last = 0, i; last + 1 < samples.size(); last = i) {
+        i = NextOf(samples, last);
+        const Sample& before = samples[last];
         const Sample& sample = samples[i];
         const ThreeVector next = map_.See(sample.position);
         if (sample.isJoined) {
@@ -69,11 +71,11 @@ void CurveStrokes::AddCurve(const std::vector<Sample>& samples, double faintAt, 
                 const double part = (sample.time - faintAt) / (fullAt - faintAt);
                 age_ = kOldest + (1.0 - kOldest) * std::clamp(part, 0.0, 1.0);
             }
-            const double third = (sample.time - samples[i - 1].time) / 3.0;
-            if (IsShort(samples[i - 1], third, place) && IsShort(sample, third, next)) {
+            const double third = (sample.time - before.time) / 3.0;
+            if (IsShort(before, third, place) && IsShort(sample, third, next)) {
                 LineTo(next, false);
             } else {
-                const ThreeVector way = third * map_.SeeWay(samples[i - 1].velocity);
+                const ThreeVector way = third * map_.SeeWay(before.velocity);
                 const ThreeVector nextWay = third * map_.SeeWay(sample.velocity);
                 Flatten({{place, place + way, next - nextWay, next}}, 0);
             }
@@ -84,6 +86,15 @@ void CurveStrokes::AddCurve(const std::vector<Sample>& samples, double faintAt, 
         place = next;
     }
     age_ = 1.0;
+}
+
+// Where the path is joined throughout some samples may be left out.
+std::size_t CurveStrokes::NextOf(const std::vector<Sample>& samples, std::size_t last) const {
+    std::size_t next = last + 1;
+    if (!samples[next].isJoined) return next;
+    while (next - last < detail_.stride && next + 1 < samples.size() && samples[next + 1].isJoined)
+        next++;
+    return next;
 }
 
 // What goes so short a way cannot bend much.

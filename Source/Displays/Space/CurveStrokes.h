@@ -35,6 +35,7 @@ public:
     struct Detail {
         double flat = 0.25;
         double shortest = 1.0;
+        std::size_t stride = 1;  // of so many samples one is taken
     };
 
     CurveStrokes(const SpaceMap& map, Detail detail, std::vector<Stroke>* into);
@@ -62,6 +63,7 @@ private:
     };
 
     void AddCurve(const std::vector<Sample>& samples, double faintAt, double fullAt);
+    [[nodiscard]] std::size_t NextOf(const std::vector<Sample>& samples, std::size_t last) const;
     void Flatten(const Curve& curve, int32 depth);
     void Follow(const Curve& curve, int32 lines);
     [[nodiscard]] bool IsShort(const Sample& sample, double time, const ThreeVector& seen) const;

@@ -3,7 +3,11 @@
 #include <cmath>
 #include <numbers>
 
+#include "Displays/Projection/BodiesMenu.h"
 #include "Displays/Projection/BodyLabels.h"
+#include "Displays/Projection/LookMenu.h"
+#include "Displays/Projection/ViewFrame.h"
+#include "Displays/Projection/ViewPlane.h"
 #include "Displays/Space/SpaceMenus.h"
 #include "Displays/Space/SpaceView.h"
 #include "Interface Widgets/InterfaceTexts.h"
@@ -25,6 +29,9 @@ namespace {
 // Between two pictures of a run.
 constexpr bigtime_t kFrame = 16'000;
 constexpr uint32 kTick = FourCC("sptk");
+// A camera that has not moved for so long rests.
+constexpr bigtime_t kRestTime = 150'000;
+constexpr uint32 kRest = FourCC("spre");
 
 constexpr double kDegree = std::numbers::pi / 180.0;
 // A drag along the picture's smaller side turns by half a turn.
@@ -77,6 +84,7 @@ int32 SpaceDisplay::Init(const char* simulationName) {
 void SpaceDisplay::Quit() {
     clock_.reset();
     film_.Close();
+    rest_.reset();
     Display::Quit();
 }
 
@@ -86,6 +94,8 @@ void SpaceDisplay::MessageReceived(BMessage* message) {
     switch (message->what) {
         case kTick:
             return Tick();
+        case kRest:
+            return CameraRests();
         case kPauseRun:
             return RunStopped();
         case kUnPauseRun:
@@ -97,9 +107,14 @@ void SpaceDisplay::MessageReceived(BMessage* message) {
             if (message->FindInt64(kFollowedSystem, &system) == B_OK) Follow(system);
             return;
         }
-        case SpaceMenus::kLook: {
+        case LookMenu::kLook: {
             int32 axis = 0;
-            if (message->FindInt32(SpaceMenus::kAxis, &axis) == B_OK) LookAlong(axis);
+            if (message->FindInt32(LookMenu::kAxis, &axis) == B_OK) LookAlong(axis);
+            return;
+        }
+        case LookMenu::kLookOnto: {
+            int64 body = kNoSystemID;
+            if (message->FindInt64(BodiesMenu::kSystem, &body) == B_OK) LookOnto(body);
             return;
         }
         case SpaceMenus::kPerspective:
@@ -265,11 +280,27 @@ void SpaceDisplay::Repaint() {
         needsFit_ = false;
         view_->FitCamera(scene_.Places(), &fields_.camera);
     }
-    view_->Paint(scene_, fields_.camera, fields_.options, units_, view_->IsDragged());
+    view_->Paint(scene_, fields_.camera, fields_.options, units_, movedAt_ != 0);
     paintings_++;
 }
 
 // --- The camera ---
+
+void SpaceDisplay::CameraMoved() {
+    if (SpaceDrawing::HasManySamples(scene_)) {
+        movedAt_ = system_time();
+        if (!rest_)
+            rest_ = std::make_unique<BMessageRunner>(BMessenger(this), BMessage(kRest), kRestTime);
+    }
+    Repaint();
+}
+
+void SpaceDisplay::CameraRests() {
+    if (system_time() - movedAt_ < kRestTime) return;
+    movedAt_ = 0;
+    rest_.reset();
+    Repaint();
+}
 
 void SpaceDisplay::Turn(BPoint way, bool isLevel) {
     const double right = kTurnOfFocus * view_->PartOfFocus(way.x);
@@ -278,12 +309,12 @@ void SpaceDisplay::Turn(BPoint way, bool isLevel) {
         fields_.camera.TurnLevel(right, down);
     else
         fields_.camera.Roll(right, down);
-    Repaint();
+    CameraMoved();
 }
 
 void SpaceDisplay::PanBy(float right, float down) {
     fields_.camera.Pan(view_->PartOfFocus(right), view_->PartOfFocus(down));
-    Repaint();
+    CameraMoved();
 }
 
 void SpaceDisplay::ZoomAbout(BPoint point, double factor) {
@@ -292,7 +323,7 @@ void SpaceDisplay::ZoomAbout(BPoint point, double factor) {
     const bool isFollowing = fields_.followed != kNoSystemID;
     const BPoint from = isFollowing ? BPoint{} : BPoint{point.x - middle.x, point.y - middle.y};
     fields_.camera.ZoomAbout(view_->PartOfFocus(from.x), view_->PartOfFocus(from.y), factor);
-    Repaint();
+    CameraMoved();
 }
 
 void SpaceDisplay::LookAlong(int32 axis) {
@@ -303,6 +334,15 @@ void SpaceDisplay::LookAlong(int32 axis) {
         fields_.camera.LookFrom(-kRight, 0.0);
     else
         fields_.camera.LookFrom(-kRight, kRight);
+    Repaint();
+}
+
+void SpaceDisplay::LookOnto(int64 body) {
+    const TurningPair pair = FindPair(Epoch(), kNoSystemID, body);
+    const ViewPlane plane = PlaneAcross(pair.axis);
+    if (!pair.IsOn() || !plane.IsOn()) return;
+    fields_.camera.right = plane.right;
+    fields_.camera.up = plane.up;
     Repaint();
 }
 

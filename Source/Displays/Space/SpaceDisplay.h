@@ -64,6 +64,8 @@ public:
     void ZoomAbout(BPoint point, double factor);
     // 1, 2 or 3: x, y or z, as projections do.
     void LookAlong(int32 axis);
+    // From above the orbit of this body, which then goes round anticlockwise.
+    void LookOnto(int64 body);
     void TogglePerspective();
     void FitAll();
     // What is followed stands still in the middle.
@@ -79,6 +81,7 @@ public:
 
     [[nodiscard]] SpaceView* View() const { return view_; }
     [[nodiscard]] const SpaceFields& Fields() const { return fields_; }
+    [[nodiscard]] MeasuredPair& Measured() { return fields_.measured; }
     [[nodiscard]] const SpaceScene& Scene() const { return scene_; }
     // Has been painted so often.
     [[nodiscard]] int64 CountPaintings() const { return paintings_; }
@@ -97,6 +100,9 @@ private:
     void RunStarted();
     void RunStopped();
     void Tick();
+    // By the hand: while it does, there are trails enough that are quick to draw.
+    void CameraMoved();
+    void CameraRests();
     void ToggleOption(bool SpaceOptions::*option);
     [[nodiscard]] bool IsRunning() const;
 
@@ -126,4 +132,6 @@ private:
     std::size_t runBodies_ = 0;
     std::atomic<bool> hasNews_{false};
     std::unique_ptr<BMessageRunner> clock_;
+    bigtime_t movedAt_ = 0;  // 0: the camera rests
+    std::unique_ptr<BMessageRunner> rest_;
 };

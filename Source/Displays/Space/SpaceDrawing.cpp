@@ -34,9 +34,20 @@ constexpr std::size_t kMinSamples = 4096;
 constexpr std::size_t kManySamples = 50'000;
 
 constexpr CurveStrokes::Detail kFine{0.25, 1.0};
-constexpr CurveStrokes::Detail kCoarse{1.0, 3.0};
+constexpr CurveStrokes::Detail kCoarse{1.0, 8.0};
+
+// While the camera moves so many samples are drawn, but no fewer than one of kMaxStride.
+constexpr std::size_t kSeenMoving = 62'500;
+constexpr std::size_t kMaxStride = 16;
 
 using Point = SpaceMap::Point;
+
+std::size_t CountSamples(const SpaceScene& scene) {
+    std::size_t samples = 0;
+    for (const KeptTrails::Trail& trail : scene.trails)
+        samples += trail.samples.size();
+    return samples;
+}
 
 ThreeVector UnitOf(const ThreeVector& v) {
     const double length = Length(v);
@@ -47,12 +58,17 @@ ThreeVector UnitOf(const ThreeVector& v) {
 
 SpaceDrawing::SpaceDrawing(const SpaceScene& scene, const Camera& camera,
                            const SpaceOptions& options, const SpaceMap& map, double scale)
-    : scene_(scene), camera_(camera), options_(options), map_(map), scale_(scale) {}
+    : scene_(scene),
+      camera_(camera),
+      options_(options),
+      map_(map),
+      scale_(scale),
+      stride_(std::clamp<std::size_t>(CountSamples(scene) / kSeenMoving, 1, kMaxStride)) {}
 
 void SpaceDrawing::Find(bool isCoarse, WorkerTeam* team) {
     FindBalls();
     if (options_.ecliptic) FindEcliptic();
-    FindTrails(isCoarse && HasManySamples(), team);
+    FindTrails(isCoarse && HasManySamples(scene_), team);
     if (options_.orbits) FindOrbits();
     if (options_.accelerations) FindArrows(Accelerations(scene_.bodies), kAccelerationLength, 0.6);
     if (options_.velocities) {
@@ -67,7 +83,7 @@ void SpaceDrawing::Find(bool isCoarse, WorkerTeam* team) {
 
 CurveStrokes SpaceDrawing::MakeStrokes(std::vector<Stroke>* into, bool isCoarse) const {
     const CurveStrokes::Detail detail = isCoarse ? kCoarse : kFine;
-    return {map_, {scale_ * detail.flat, scale_ * detail.shortest}, into};
+    return {map_, {scale_ * detail.flat, scale_ * detail.shortest, isCoarse ? stride_ : 1}, into};
 }
 
 bool SpaceDrawing::IsInPicture(Point point) const {
@@ -123,11 +139,8 @@ void SpaceDrawing::FindEcliptic() {
     }
 }
 
-bool SpaceDrawing::HasManySamples() const {
-    std::size_t samples = 0;
-    for (const KeptTrails::Trail& trail : scene_.trails)
-        samples += trail.samples.size();
-    return samples > kManySamples;
+bool SpaceDrawing::HasManySamples(const SpaceScene& scene) {
+    return CountSamples(scene) > kManySamples;
 }
 
 // Each list by one thread: the same ones whatever threads there are.

@@ -39,9 +39,11 @@ public:
     [[nodiscard]] const std::vector<Mark>& Marks() const { return marks_; }
     [[nodiscard]] double Scale() const { return scale_; }
 
+    // More than can be drawn as they are while the camera moves.
+    [[nodiscard]] static bool HasManySamples(const SpaceScene& scene);
+
 private:
     [[nodiscard]] CurveStrokes MakeStrokes(std::vector<Stroke>* into, bool isCoarse) const;
-    [[nodiscard]] bool HasManySamples() const;
     void FindBalls();
     void FindEcliptic();
     void FindTrails(bool isCoarse, WorkerTeam* team);
@@ -58,6 +60,7 @@ private:
     const SpaceOptions& options_;
     const SpaceMap& map_;
     const double scale_;
+    const std::size_t stride_;  // of coarse trails: of so many samples one is drawn
     SpaceItems items_;
     std::vector<Disc> discs_;
     std::vector<Mark> marks_;

@@ -38,6 +38,9 @@ constexpr FieldTable kFields{
     ChosenField<&F::options, &SpaceOptions::accelerations>("Space accelerations",
                                                            "arrows show accelerations"),
     ChosenField<&F::options, &SpaceOptions::isLight>("Space light sky", "the sky is light"),
+    ChosenField<&F::measured, &MeasuredPair::from>("View measures from",
+                                                   "the body that a line is measured from", "none"),
+    ChosenField<&F::measured, &MeasuredPair::to>("View measures to", "the one it goes to", "none"),
 };
 
 }  // namespace

@@ -46,8 +46,9 @@ void SpaceMenus::AddOwnMenu(Display* display, const DisplayContext& context) {
     auto* const menu = new BMenu(context.texts->Text(kLabelView));
     AddItem(menu, kLabelFit, kFit, kLabelFitKey);
     AddFollowMenu(menu);
-    AddLookMenu(menu, display, context);
+    AddLookMenu(menu);
     perspective_ = AddItem(menu, kLabelPerspective, kPerspective);
+    AddHandItems(menu);
     menu->AddSeparatorItem();
     for (const Option& option : kOptions)
         options_.push_back(AddItem(menu, option.label, option.what, option.key));
@@ -56,20 +57,6 @@ void SpaceMenus::AddOwnMenu(Display* display, const DisplayContext& context) {
     AddItem(menu, kTextRecordFilm, FilmControl::kRequest);
     menu->SetTargetForItems(display);
     Bar()->AddItem(menu);
-}
-
-void SpaceMenus::AddLookMenu(BMenu* menu, Display* display, const DisplayContext& context) {
-    auto* const look = new BMenu(context.texts->Text(kLabelLookAlong));
-    const auto add = [&](int32 label, int32 axis) {
-        auto* const message = new BMessage(kLook);
-        message->AddInt32(kAxis, axis);
-        look->AddItem(new BMenuItem(context.texts->Text(label), message));
-    };
-    add(kLabelLookAlongZ, 3);
-    add(kLabelLookAlongX, 1);
-    add(kLabelLookAlongY, 2);
-    look->SetTargetForItems(display);
-    menu->AddItem(look);
 }
 
 void SpaceMenus::ShowOptions(const SpaceFields& fields) {

@@ -10,8 +10,6 @@ struct SpaceFields;
 class SpaceMenus : public DisplayMenus {
 public:
     // What the display is asked for.
-    static constexpr uint32 kLook = FourCC("splk");
-    static constexpr const char* kAxis = "Axis";  // int32
     static constexpr uint32 kPerspective = FourCC("sppe");
 
     SpaceMenus(Display* display, const DisplayContext& context);
@@ -22,7 +20,6 @@ public:
 
 private:
     void AddOwnMenu(Display* display, const DisplayContext& context);
-    void AddLookMenu(BMenu* menu, Display* display, const DisplayContext& context);
 
     BMenuItem* perspective_ = nullptr;
     std::vector<BMenuItem*> options_;

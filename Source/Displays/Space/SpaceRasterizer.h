@@ -22,7 +22,12 @@ public:
 
 private:
     class Band;
+    using StrokesOfBands = std::vector<std::vector<const Stroke*>>;
+
+    void FindTouching(const std::vector<std::vector<Stroke>>& lists, float width,
+                      std::size_t bands);
 
     WorkerTeam team_;
     std::vector<std::unique_ptr<Band>> bands_;
+    std::vector<StrokesOfBands> touching_;  // of each list of strokes
 };

@@ -45,6 +45,17 @@ std::optional<HandSight::Disc> SpaceSight::DiscOf(int32 body) const {
     return Disc{*center, static_cast<float>(PlaneThrough(it.position).scale * it.radius)};
 }
 
+std::optional<BodyMotion> SpaceSight::MotionOf(int32 body) const {
+    const std::vector<SpaceBody>& bodies = display_->Scene().bodies;
+    if (body < 0 || body >= static_cast<int32>(bodies.size())) return std::nullopt;
+    const SpaceBody& it = bodies[static_cast<std::size_t>(body)];
+    return BodyMotion{it.position, it.velocity};
+}
+
+MeasuredPair& SpaceSight::Measured() {
+    return display_->Measured();
+}
+
 int64 SpaceSight::Followed() const {
     return display_->Fields().followed;
 }

@@ -16,6 +16,8 @@ public:
     [[nodiscard]] ThreeVector PlaceAt(BPoint point) const override;
     [[nodiscard]] int32 BodyAt(BPoint point) const override;
     [[nodiscard]] std::optional<Disc> DiscOf(int32 body) const override;
+    [[nodiscard]] std::optional<BodyMotion> MotionOf(int32 body) const override;
+    [[nodiscard]] MeasuredPair& Measured() override;
     [[nodiscard]] bool HasRing() const override { return true; }
     [[nodiscard]] int64 Followed() const override;
     [[nodiscard]] bool IsTurning() const override { return false; }

@@ -96,20 +96,8 @@ void SpaceView::KeyDown(const KeyInput& input) {
         constexpr float kStep = PictureKeys::kPanStep;
         return display_->PanBy(kStep * arrow->x, kStep * arrow->y);
     }
-    switch (input.key) {
-        case 'x':
-        case 'X':
-            return display_->LookAlong(1);
-        case 'y':
-        case 'Y':
-            return display_->LookAlong(2);
-        case 'z':
-        case 'Z':
-            return display_->LookAlong(3);
-        case 'p':
-        case 'P':
-            return display_->TogglePerspective();
-        default:
-            display_->TakeTimeKey(input);
-    }
+    if (const int32 axis = PictureKeys::AxisOf(input); axis != 0) return display_->LookAlong(axis);
+    if (PictureKeys::IsOrbit(input)) return display_->LookOnto(display_->GetHands().SelectedID());
+    if (input.key == 'p' || input.key == 'P') return display_->TogglePerspective();
+    display_->TakeTimeKey(input);
 }

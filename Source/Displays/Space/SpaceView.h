@@ -20,7 +20,6 @@ public:
     void FrameResized(BRect bounds) override;
 
     // The camera is being moved by the mouse.
-    [[nodiscard]] bool IsDragged() const { return drag_ != Drag::kNone; }
 
 protected:
     void AddOverlay(std::vector<OverlayItem>* items) const override;

@@ -30,6 +30,10 @@
 
 namespace {
 
+bool AllCanBeEntered(const ThreeVector& v) {
+    return CanBeEntered(v.x) && CanBeEntered(v.y) && CanBeEntered(v.z);
+}
+
 // A new body is an Earth.
 constexpr double kNewBodyGM = 3.98600448e14;        // m3/s2
 constexpr double kNewBodyRadius = 6378137.0;        // m
@@ -61,6 +65,9 @@ int64 SimulationController::NewSystemID() const {
 }
 
 void SimulationController::CreateBody(const Motion* motion) {
+    if (motion != nullptr &&
+        !(AllCanBeEntered(motion->position) && AllCanBeEntered(motion->velocity)))
+        return;
     PauseForEdit();
     EpochPortal* portal = Portal();
     portal->CommitChanges();
@@ -110,8 +117,7 @@ bool SimulationController::SetVector(int64 id, const VectorQuantity& quantity,
     PauseForEdit();
     EpochPortal* portal = Portal();
     portal->CommitChanges();
-    const bool canBeEntered = CanBeEntered(to.x) && CanBeEntered(to.y) && CanBeEntered(to.z);
-    if (!canBeEntered || !portal->PrepareForEdit()) return false;
+    if (!AllCanBeEntered(to) || !portal->PrepareForEdit()) return false;
     std::unique_ptr<LCommand> command;
     {
         const ReadGuard guard(portal);
