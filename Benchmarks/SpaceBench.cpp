@@ -40,6 +40,7 @@ SpaceScene MakeScene(int32 bodies, int32 samples) {
         scene.bodies.push_back(body);
         scene.trails.push_back(std::move(trail));
     }
+    scene.FindWholeTrails();
     return scene;
 }
 

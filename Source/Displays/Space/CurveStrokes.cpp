@@ -48,11 +48,13 @@ CurveStrokes::CurveStrokes(const SpaceMap& map, Detail detail, std::vector<Strok
 
 // --- Curves ---
 
-void CurveStrokes::AddTrail(const KeptTrails::Trail& trail) {
+void CurveStrokes::AddTrail(const KeptTrails::Trail& trail, bool isWhole) {
     if (trail.samples.size() < 2) return;
+    stride_ = isWhole ? detail_.stride : 1;
     const bool fades = trail.fullAt != trail.faintAt;
     AddCurve(trail.samples, fades ? trail.faintAt : trail.samples.front().time,
              fades ? trail.fullAt : trail.samples.back().time);
+    stride_ = 1;
 }
 
 // Between two samples the path is a cubic; and so it is for the camera, whose coordinates are
@@ -62,7 +64,7 @@ void CurveStrokes::AddCurve(const std::vector<Sample>& samples, double faintAt, 
     ThreeVector place = map_.See(samples[0].position);
     MoveTo(place);
     for (std::size_t last = 0, i; last + 1 < samples.size(); last = i) {
-        i = NextOf(samples, last);
+        i = std::min(last + stride_, samples.size() - 1);
         const Sample& before = samples[last];
         const Sample& sample = samples[i];
         const ThreeVector next = map_.See(sample.position);
@@ -86,15 +88,6 @@ void CurveStrokes::AddCurve(const std::vector<Sample>& samples, double faintAt, 
         place = next;
     }
     age_ = 1.0;
-}
-
-// Where the path is joined throughout some samples may be left out.
-std::size_t CurveStrokes::NextOf(const std::vector<Sample>& samples, std::size_t last) const {
-    std::size_t next = last + 1;
-    if (!samples[next].isJoined) return next;
-    while (next - last < detail_.stride && next + 1 < samples.size() && samples[next + 1].isJoined)
-        next++;
-    return next;
 }
 
 // What goes so short a way cannot bend much.

@@ -35,7 +35,7 @@ public:
     struct Detail {
         double flat = 0.25;
         double shortest = 1.0;
-        std::size_t stride = 1;  // of so many samples one is taken
+        std::size_t stride = 1;  // of so many samples one is taken, where all are joined
     };
 
     CurveStrokes(const SpaceMap& map, Detail detail, std::vector<Stroke>* into);
@@ -48,8 +48,8 @@ public:
     // -1: by the depth that it is seen in.
     void SetLayer(int32 layer) { layer_ = layer; }
 
-    // Through the samples, weaker towards the times that are long ago.
-    void AddTrail(const KeptTrails::Trail& trail);
+    // Through the samples, weaker towards the times that are long ago. Whole: they are joined.
+    void AddTrail(const KeptTrails::Trail& trail, bool isWhole);
     // The same without any age.
     void AddCurve(const std::vector<Sample>& samples) { AddCurve(samples, 0.0, 0.0); }
     // A straight line between two places.
@@ -63,7 +63,6 @@ private:
     };
 
     void AddCurve(const std::vector<Sample>& samples, double faintAt, double fullAt);
-    [[nodiscard]] std::size_t NextOf(const std::vector<Sample>& samples, std::size_t last) const;
     void Flatten(const Curve& curve, int32 depth);
     void Follow(const Curve& curve, int32 lines);
     [[nodiscard]] bool IsShort(const Sample& sample, double time, const ThreeVector& seen) const;
@@ -77,6 +76,7 @@ private:
     std::vector<Stroke>& into_;
     const StrokeShades* shades_ = nullptr;
     double strength_ = 1.0;
+    std::size_t stride_ = 1;
     double age_ = 1.0;  // what of the strength is left by it
     int32 layer_ = -1;
     ThreeVector pen_;

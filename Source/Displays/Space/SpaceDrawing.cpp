@@ -34,7 +34,7 @@ constexpr std::size_t kMinSamples = 4096;
 constexpr std::size_t kManySamples = 50'000;
 
 constexpr CurveStrokes::Detail kFine{0.25, 1.0};
-constexpr CurveStrokes::Detail kCoarse{1.0, 8.0};
+constexpr CurveStrokes::Detail kCoarse{1.0, 10.0};
 
 // While the camera moves so many samples are drawn, but no fewer than one of kMaxStride.
 constexpr std::size_t kSeenMoving = 62'500;
@@ -163,7 +163,7 @@ void SpaceDrawing::FindTrails(bool isCoarse, WorkerTeam* team) {
         for (std::size_t i = first[list]; i < end; i++) {
             const StrokeShades shades(options_.Seen(scene_.trails[i].color), options_.Sky());
             strokes.SetColor(shades);
-            strokes.AddTrail(scene_.trails[i]);
+            strokes.AddTrail(scene_.trails[i], i < scene_.whole.size() && scene_.whole[i]);
         }
     });
 }

@@ -1,5 +1,6 @@
 #include "Displays/Space/SpaceScene.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include "Displays/Space/OrbitCurves.h"
@@ -22,6 +23,14 @@ void SpaceScene::TakeBodies(const std::vector<Body*>& from) {
     for (const Body* const body : from)
         bodies.push_back({body->ID(), body->Name(), body->Position(), body->Velocity(), body->M(),
                           body->Radius(), body->DiscColor(), body->TrailColor(), body->DiscOn()});
+}
+
+void SpaceScene::FindWholeTrails() {
+    whole.clear();
+    for (const KeptTrails::Trail& trail : trails)
+        whole.push_back(!trail.samples.empty() &&
+                        std::all_of(trail.samples.begin() + 1, trail.samples.end(),
+                                    [](const Sample& sample) { return sample.isJoined; }));
 }
 
 std::vector<ThreeVector> SpaceScene::Places() const {

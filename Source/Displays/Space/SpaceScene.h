@@ -32,12 +32,15 @@ struct SpaceBody {
 struct SpaceScene {
     std::vector<SpaceBody> bodies;  // in mass order
     std::vector<KeptTrails::Trail> trails;
-    double time = 0.0;                       // s
-    int64 edited = kNoSystemID;              // that body has a ring around it
+    std::vector<bool> whole;     // of each trail, once it was looked for: there is no gap in it
+    double time = 0.0;           // s
+    int64 edited = kNoSystemID;  // that body has a ring around it
     double lengthUnit = POSITION_UVAL_PREF;  // m, in which the user reads places
 
     // Takes over bodies in mass order. The caller holds the model's read lock.
     void TakeBodies(const std::vector<Body*>& from);
+    // After the trails have become others.
+    void FindWholeTrails();
     // What has to be in a picture that shows all: bodies, trails, and the ways that bound bodies
     // will take.
     [[nodiscard]] std::vector<ThreeVector> Places() const;

@@ -25,6 +25,7 @@ void SpaceTrails::Update(EpochPortal* portal, SpaceScene* scene) {
     if (!parts_) parts_ = source_.FindParts(portal);
     source_.now = scene->time;
     scene->trails = source_.Take(*parts_);
+    scene->FindWholeTrails();
     std::unordered_map<int64, int32> places;
     for (std::size_t i = 0; i < scene->bodies.size(); i++)
         places.emplace(scene->bodies[i].id, static_cast<int32>(i));

@@ -11,6 +11,8 @@
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Support/BAutolock.h"
+#include "Simulation/History/RunHistory.h"
+#include "Simulation/History/ShownMoment.h"
 #include "Tests/Displays/Space/SpaceHand.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
@@ -85,6 +87,13 @@ protected:
     bool IsHolding() {
         ::Settle(display_);
         return Locked([&] { return display_->GetHands().IsHolding(); });
+    }
+    std::vector<OverlayItem> Overlay() {
+        return Locked([&] {
+            std::vector<OverlayItem> items;
+            display_->GetHands().AddOverlay(&items);
+            return items;
+        });
     }
     // All that was asked for before has been heard; of what was noted nothing is an edit.
     void ExpectNothingHappened() {
@@ -224,6 +233,87 @@ TEST_F(HandsTest, WhatIsGivenUpChangesNothing) {
     SpaceHand::Press(kTitle, Key::kEscape);
     SpaceHand::Release(kTitle, {-70, 40}, With::kCtrl);
     ExpectNothingHappened();
+    SpaceHand::PressButton(kTitle, {-70, 40}, With::kCtrl);
+    SpaceHand::MoveTo(kTitle, {-69, 42}, With::kCtrl);
+    SpaceHand::Release(kTitle, {-69, 42}, With::kCtrl);
+    ExpectNothingHappened();
+}
+
+TEST_F(HandsTest, WithoutAMouseABodyIsThrownInOnACircleInTheMiddleOfThePicture) {
+    Locked([&] { display_->PanBy(60, 50); });
+    UserHand::Choose(kTitle, "Throw In a Body");
+    const BMessage thrown = document_.owner->WaitFor(kThrowBody);
+    const ThreeVector place = VectorIn(thrown, kPlaceField);
+    const auto seen = Locked([&] { return SpaceSight(display_, nullptr).PointOf(place).value(); });
+    const BPoint middle = Locked([&] { return display_->View()->Middle(); });
+    EXPECT_NEAR(seen.x, middle.x, 1.0);
+    EXPECT_NEAR(seen.y, middle.y, 1.0);
+    const Body* const sun = document_.portal->BodiesInMassOrder()[0];
+    const ThreeVector outward = place - sun->Position();
+    const ThreeVector around = VectorIn(thrown, kVelocityField) - sun->Velocity();
+    EXPECT_NEAR(Dot(around, around) * Length(outward) / sun->M(), 1.0, 1e-3);
+    EXPECT_NEAR(Dot(around, outward) / (Length(outward) * Length(around)), 0.0, 1e-9);
+}
+
+TEST_F(HandsTest, ALineIsMeasuredFromTheSelectedBodyToTheOneClickedNext) {
+    // What it says of the two, and where it lies.
+    const auto found = [&](OverlayItem::Kind kind) -> OverlayItem {
+        for (const OverlayItem& item : Overlay())
+            if (item.kind == kind && item.color == rgb_color{120, 200, 255, 255}) return item;
+        return {};
+    };
+    EXPECT_TRUE(found(OverlayItem::Kind::kLine).points.empty());
+    UserHand::Choose(kTitle, "To the Next Click");
+    ::Settle(display_);
+    SpaceHand::Click(kTitle, PlaceOf(0));
+    ASSERT_TRUE(WaitUntil([&] { return found(OverlayItem::Kind::kLine).points.size() == 2; }));
+    EXPECT_FALSE(document_.owner->Has(kEditBody));  // that click selects nothing
+    const BPoint middle = Locked([&] { return display_->View()->Middle(); });
+    const OverlayItem line = found(OverlayItem::Kind::kLine);
+    for (std::size_t end = 0; end < 2; end++) {
+        const BPoint at = Plus(PlaceOf(1 - end), middle);
+        EXPECT_NEAR(line.points[end].x, at.x, 1.5);
+        EXPECT_NEAR(line.points[end].y, at.y, 1.5);
+    }
+    const std::vector<Body*> bodies = document_.portal->BodiesInMassOrder();
+    const std::string before = found(OverlayItem::Kind::kText).text;
+    const auto motion = [&](std::size_t i) {
+        return BodyMotion{bodies[i]->Position(), bodies[i]->Velocity()};
+    };
+    const MeasuredValues values = MeasureBetween(motion(1), motion(0), motion(2));
+    EXPECT_NEAR(std::stod(before), values.distance / bodies[1]->PositionUval(),
+                1e-5 * values.distance / bodies[1]->PositionUval());
+    EXPECT_NE(before.find(" at " + std::string(bodies[2]->Name())), std::string::npos) << before;
+
+    // Live, during a run; saved; and gone again.
+    document_.Run(200);
+    ::Settle(display_);
+    EXPECT_NE(found(OverlayItem::Kind::kText).text, before);
+    BMessage archive;
+    EXPECT_EQ(Locked([&] { return display_->MiniArchive(&archive); }), B_OK);
+    int64 from = 0;
+    int64 to = 0;
+    EXPECT_EQ(archive.FindInt64("View measures from", &from), B_OK);
+    EXPECT_EQ(archive.FindInt64("View measures to", &to), B_OK);
+    EXPECT_EQ(from, planet_);
+    EXPECT_EQ(to, bodies[0]->ID());
+    UserHand::Choose(kTitle, "Off");
+    ::Settle(display_);
+    EXPECT_TRUE(found(OverlayItem::Kind::kLine).points.empty());
+}
+
+TEST(Measurement, AnglesAreSeenFromAThirdBody) {
+    const MeasuredValues values = MeasureBetween({{3.0, 0.0, 0.0}, {1.0, 0.0, 0.0}},
+                                                 {{0.0, 4.0, 0.0}, {1.0, 2.0, 0.0}}, BodyMotion{});
+    EXPECT_EQ(values.distance, 5.0);
+    EXPECT_EQ(values.speed, 2.0);
+    EXPECT_NEAR(values.angle.value(), std::acos(0.0), 1e-15);
+    // To the last digit where the two are seen side by side.
+    const BodyMotion far{{1e11, 1.0, 0.0}, {}};
+    EXPECT_NEAR(MeasureBetween({{1e11, 0.0, 0.0}, {}}, far, BodyMotion{}).angle.value(), 1e-11,
+                1e-20);
+    EXPECT_FALSE(MeasureBetween(far, {}, BodyMotion{}).angle.has_value());
+    EXPECT_FALSE(MeasureBetween(far, {}, std::nullopt).angle.has_value());
 }
 
 TEST_F(HandsTest, ABodyThatGoesOrMovesMeanwhileAndADisplayThatClosesEndTheGesture) {
@@ -271,6 +361,50 @@ TEST_F(HandsTest, DuringARunTakingHoldPausesItFirst) {
     EXPECT_NEAR(way.y * Plane().scale, 0.0, 1e-3);
 }
 
+TEST_F(HandsTest, AGestureOfThePastGoesOnWhenItsExactMomentIsFound) {
+    RunHistory history(document_.portal, document_.document.GetCalculator());
+    document_.document.AddConsumer(&history);
+    document_.Remove(display_);
+    document_.Run(20'000);
+    ShownMoment shown(document_.portal, &history, "");
+    display_ = new SpaceDisplay({100, 100, 500, 400}, "test", document_.portal, document_.writeOk,
+                                document_.owner, TestContext());
+    display_->SetHistory(&history, &shown);
+    ASSERT_EQ(display_->Init("Tests"), 0);
+    document_.Add(display_);
+    display_->Show();
+    UserHand::WaitForWindow(kTitle);
+    ASSERT_TRUE(WaitUntil([&] { return display_->CountPaintings() > 0; }));
+    SpaceHand::Press(kTitle, Key::kZ);
+    ::Settle(display_);
+    const double end = [&] {
+        const ReadGuard guard(document_.portal);
+        return document_.portal->FocusEpoch()->Time();
+    }();
+    // The exact moment is looked for a little later; a slow hand tries again.
+    bool wasNear = false;
+    for (int32 attempt = 1; attempt < 20 && !wasNear; attempt++) {
+        shown.SeekTo(end * (0.9 - 0.03 * attempt));
+        ::Settle(display_);
+        const BPoint at = PlaceOf(1);
+        SpaceHand::PressButton(kTitle, at);
+        SpaceHand::MoveTo(kTitle, Plus(at, {20, -30}));
+        wasNear = IsHolding() && !shown.Get().isExact;
+        ASSERT_TRUE(WaitUntil([&] { return shown.Get().isExact; }));
+        ::Settle(display_);
+        if (wasNear) {
+            EXPECT_TRUE(IsHolding());
+            SpaceHand::Release(kTitle, Plus(at, {20, -30}));
+            EXPECT_TRUE(WaitUntil([&] { return document_.owner->Has(kPlaceBody); }));
+        }
+        SpaceHand::Press(kTitle, Key::kEscape);
+        SpaceHand::Release(kTitle, at);
+    }
+    EXPECT_TRUE(wasNear);
+    document_.Remove(display_);
+    document_.document.RemoveConsumer(&history);
+}
+
 TEST(HandSystem, ANeighbourIsWhatABodyGoesAbout) {
     HandSystem system;
     system.bodies = {{1, 1.327e20, 7e8, {}, {}},
@@ -287,6 +421,58 @@ TEST(HandSystem, ANeighbourIsWhatABodyGoesAbout) {
     EXPECT_EQ(system.CircularVelocity(still), ThreeVector{});
     EXPECT_EQ(HandSystem{}.NeighbourOf({}, 1), nullptr);
     EXPECT_EQ(HandSystem{}.PeriodOf(still), 0.0);
+}
+
+TEST(OrbitPreview, AFollowedBodyIsSeenToGoAboutItsNeighbour) {
+    auto epoch = std::make_unique<Epoch>();
+    auto sun = MakeBody("Sun", 0, kSunGM, {}, {});
+    auto planet = MakeBody("Planet", 1, 1.0, {1e11, 0.0, 0.0}, {0.0, 3e4, 0.0});
+    EXPECT_EQ(epoch->RootSystem()->AddChild(sun.release()), B_OK);
+    EXPECT_EQ(epoch->RootSystem()->AddChild(planet.release()), B_OK);
+    const HandSystem system = ReadHandSystem(
+        *epoch,
+        {dynamic_cast<Body*>(epoch->SystemFromID(0)), dynamic_cast<Body*>(epoch->SystemFromID(1))},
+        1);
+    HandBody body = system.bodies[1];
+    body.position.x = 1.2e11;
+    body.velocity.y = std::sqrt(kSunGM / 1.2e11);
+    const double span = system.PeriodOf(body);
+    OrbitPreview computed(nullptr);
+    computed.Want({std::move(epoch), body, system, span});
+    ASSERT_TRUE(WaitUntil([&] { return computed.GetPath().isComplete; }));
+    const OrbitPreview::Path path = computed.GetPath();
+    ASSERT_GT(path.places.size(), 20u);
+    // The picture's origin is where the body was, and the Sun is seen beside it.
+    EXPECT_NEAR(path.places.front().x, 2e10, 1e9);
+    for (const ThreeVector& place : path.places)
+        EXPECT_NEAR(Length(place + ThreeVector{1e11, 0.0, 0.0}) / 1.2e11, 1.0, 1e-3);
+}
+
+TEST(OrbitPreview, GoesOnWhereOthersMeet) {
+    auto epoch = std::make_unique<Epoch>();
+    std::vector<Body*> bodies;
+    const auto add = [&](const char* name, int64 id, double gm, ThreeVector at, ThreeVector v) {
+        auto body = MakeBody(name, id, gm, at, v);
+        body->SetRadius(1e7);
+        bodies.push_back(body.get());
+        EXPECT_EQ(epoch->RootSystem()->AddChild(body.release()), B_OK);
+    };
+    add("Sun", 0, kSunGM, {}, {});
+    const double speed = std::sqrt(kSunGM / 3e11);
+    add("Heavy", 1, 1e12, {3e11, 0.0, 0.0}, {0.0, speed, 0.0});
+    add("Light", 2, 1e10, {3e11, 5e7, 0.0}, {0.0, speed - 100.0, 0.0});
+    const HandSystem system = ReadHandSystem(*epoch, bodies, kNoSystemID);
+    const HandBody body{7, 0.0, 1e6, {0.0, 1e11, 0.0}, {-std::sqrt(kSunGM / 1e11), 0.0, 0.0}};
+    const double span = system.PeriodOf(body);
+    OrbitPreview computed(nullptr);
+    computed.Want({std::move(epoch), body, system, span});
+    ASSERT_TRUE(WaitUntil([&] { return computed.GetPath().isComplete; }));
+    const OrbitPreview::Path path = computed.GetPath();
+    EXPECT_FALSE(path.hits.has_value());
+    // All the way round, not only as far as that meeting after a few days.
+    ASSERT_GT(path.places.size(), 20u);
+    EXPECT_NEAR(Length(path.places.back() - body.position) / 1e11, 0.0, 0.1);
+    EXPECT_NEAR(path.places[path.places.size() / 2].y / 1e11, -1.0, 0.1);
 }
 
 TEST(OrbitPreview, GoesAsFarAsAskedAndSaysWhatItHits) {

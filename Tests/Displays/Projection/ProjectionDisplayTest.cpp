@@ -12,6 +12,7 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Server/WindowServer.h"
+#include "Tests/Displays/Space/SpaceHand.h"
 #include "Tests/Displays/TestDocument.h"
 #include "Tests/Displays/UserHand.h"
 #include "Tests/Platform/WaitUntil.h"
@@ -102,6 +103,12 @@ TEST_F(ProjectionDisplayTest, ArchivesWhatReadersKnowAndItsOwnFields) {
     archive.AddDouble("View trail time", 3e7);
     archive.AddDouble("View trail turns", 2.5);
     archive.AddBool("View trail fades", false);
+    const double right[] = {0.0, 1.0, 0.0};
+    archive.AddDoubles("View right", right, 3);
+    const double up[] = {0.6, 0.0, 0.8};
+    archive.AddDoubles("View up", up, 3);
+    archive.AddInt64("View measures from", 1);
+    archive.AddInt64("View measures to", 2);
     EXPECT_EQ(Locked([&] { return display_->Regenerate(archive); }), B_OK);
     EXPECT_EQ(Archive(), archive) << Archive().ToText();
 
@@ -340,6 +347,31 @@ TEST_F(ProjectionDisplayTest, WheelDragAndKeysMoveTheView) {
         EXPECT_GT(Place(body).x, bounds().left);
         EXPECT_LT(Place(body).x, bounds().right);
     }
+}
+
+TEST_F(ProjectionDisplayTest, LooksFromWhereKeysAndTheAxisDialogSay) {
+    {
+        const WriteGuard guard(document_.portal);
+        document_.portal->SetSystemFromID(document_.portal->BodiesInMassOrder()[1]->ID());
+    }
+    document_.portal->TellObservers(kFocusSystemChanged);
+    ::Settle(display_);
+    const std::string title = Locked([&] { return std::string(display_->Title()); });
+    SpaceHand::Press(title, SpaceHand::Key::kX);
+    ::Settle(display_);
+    EXPECT_EQ(GetProjection().axis, Projection::kX);
+    SpaceHand::Press(title, SpaceHand::Key::kO);
+    ::Settle(display_);
+    const ViewPlane plane = GetProjection().plane;
+    ASSERT_TRUE(plane.IsOn());
+    const std::vector<Body*> bodies = document_.portal->BodiesInMassOrder();
+    const ThreeVector normal = Cross(bodies[1]->Position() - bodies[0]->Position(),
+                                     bodies[1]->Velocity() - bodies[0]->Velocity());
+    EXPECT_NEAR(Dot(Cross(plane.right, plane.up), normal) / Length(normal), 1.0, 1e-12);
+    // The same axis again is another view.
+    SpaceHand::Press(title, SpaceHand::Key::kX);
+    ::Settle(display_);
+    EXPECT_FALSE(GetProjection().plane.IsOn());
 }
 
 TEST_F(ProjectionDisplayTest, FollowsASystemAndLeavesItWhereItIs) {

@@ -24,6 +24,38 @@ TEST(Projection, DropsOneAxis) {
     EXPECT_TRUE(std::isfinite(usual.Map({}, 1e300, -1e300, 0).x));
 }
 
+TEST(Projection, LooksOntoAnyPlane) {
+    Projection projection;
+    projection.scale = 2.0;
+    projection.axis = Projection::kX;
+    // A plane that is tilted about x: what lies along its normal is seen in one point.
+    const ThreeVector normal{0.0, -0.6, 0.8};
+    projection.plane = PlaneAcross(5.0 * normal);
+    EXPECT_EQ(projection.plane.right, (ThreeVector{1.0, 0.0, 0.0}));
+    EXPECT_NEAR(Length(projection.plane.up - ThreeVector{0.0, 0.8, 0.6}), 0.0, 1e-15);
+    const BPoint seen = projection.Map({}, 3.0, 8.0, 6.0);
+    EXPECT_NEAR(seen.x, 6.0, 1e-5);
+    EXPECT_NEAR(seen.y, -20.0, 1e-5);
+    const BPoint behind = projection.Map({}, 3.0, 8.0 + 0.6, 6.0 - 0.8);
+    EXPECT_NEAR(behind.x, seen.x, 1e-5);
+    EXPECT_NEAR(behind.y, seen.y, 1e-5);
+    projection.Shift(6.0, -20.0);
+    EXPECT_NEAR(projection.Map({}, 3.0, 8.0, 6.0).x, 0.0, 1e-5);
+    EXPECT_NEAR(projection.Map({}, 3.0, 8.0, 6.0).y, 0.0, 1e-5);
+    EXPECT_NEAR(Length(projection.center - ThreeVector{3.0, 8.0, 6.0}), 0.0, 1e-12);
+    const PlaneMap::Point mapped = projection.Plane().Map({4.0, 8.0, 6.0});
+    EXPECT_NEAR(mapped.x, 2.0, 1e-12);
+    // Where x is the normal another axis lies to the right; and what a file may hold is none.
+    EXPECT_EQ(PlaneAcross({-2.0, 0.0, 0.0}).right, (ThreeVector{0.0, 1.0, 0.0}));
+    EXPECT_FALSE(PlaneAcross({}).IsOn());
+    for (ViewPlane plane :
+         {ViewPlane{{1.0, 0.0, 0.0}, {2.0, 0.0, 0.0}}, ViewPlane{{1.0, 0.0, 0.0}, {}},
+          ViewPlane{{}, {1.0, 0.0, 0.0}}, ViewPlane{{HUGE_VAL, 0.0, 0.0}, {0.0, 1.0, 0.0}}}) {
+        plane.Normalize();
+        EXPECT_FALSE(plane.IsOn());
+    }
+}
+
 TEST(Projection, DiscsGrowWithTheLogarithm) {
     EXPECT_EQ(diameter_log(1423155.0), 0.0);
     EXPECT_EQ(diameter_log(0.0), 0.0);

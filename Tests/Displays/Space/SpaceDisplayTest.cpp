@@ -155,6 +155,15 @@ TEST_F(SpaceDisplayTest, KeysDoWhatTheMouseDoes) {
     SpaceHand::Press(kTitle, Key::kY);
     EXPECT_NEAR(GetCamera().right.x, 1.0, 1e-12);
     EXPECT_NEAR(GetCamera().up.z, 1.0, 1e-12);
+    // Onto the orbit of the selected body, the Moon, which goes round anticlockwise.
+    SpaceHand::Press(kTitle, Key::kO);
+    const ThreeVector normal = Locked([&] {
+        const std::vector<SpaceBody>& bodies = display_->Scene().bodies;
+        return Cross(bodies[2].position - bodies[1].position,
+                     bodies[2].velocity - bodies[1].velocity);
+    });
+    EXPECT_NEAR(Dot(GetCamera().Back(), normal) / Length(normal), 1.0, 1e-9);
+    SpaceHand::Press(kTitle, Key::kY);
     UserHand::Choose(kTitle, "Fit All Bodies");
     const Camera level = GetCamera();
     SpaceHand::Press(kTitle, Key::kDown);

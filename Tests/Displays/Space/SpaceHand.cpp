@@ -8,9 +8,9 @@
 
 namespace {
 
-constexpr Qt::Key kKeys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,    Qt::Key_Down,
-                             Qt::Key_Plus, Qt::Key_Minus, Qt::Key_X,     Qt::Key_Y,
-                             Qt::Key_Z,    Qt::Key_P,     Qt::Key_Escape};
+constexpr Qt::Key kKeys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down,
+                             Qt::Key_Plus, Qt::Key_Minus, Qt::Key_X,  Qt::Key_Y,
+                             Qt::Key_Z,    Qt::Key_P,     Qt::Key_O,  Qt::Key_Escape};
 
 // The largest area of the window that the mouse is followed over.
 QWidget* FindPicture(const std::string& title) {

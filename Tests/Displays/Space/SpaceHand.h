@@ -9,7 +9,7 @@
 namespace SpaceHand {
 
 enum class Button { kLeft, kRight };
-enum class Key { kLeft, kRight, kUp, kDown, kPlus, kMinus, kX, kY, kZ, kP, kEscape };
+enum class Key { kLeft, kRight, kUp, kDown, kPlus, kMinus, kX, kY, kZ, kP, kO, kEscape };
 
 // From the middle of the picture, in pixels.
 void Drag(const std::string& title, Button button, BPoint way, bool withShift = false);

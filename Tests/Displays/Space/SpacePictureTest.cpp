@@ -133,6 +133,41 @@ TEST(SpacePictureTest, PicturesAreTheSameOnAnyNumberOfThreads) {
         EXPECT_TRUE(AreEqual(one, Draw(scene, MakeCamera(false), options, threads))) << threads;
 }
 
+TEST(SpacePictureTest, ManySamplesAreDrawnWithFewerLinesWhileTheCameraMoves) {
+    SpaceScene scene;
+    for (int32 i = 0; i < 20; i++)
+        scene.trails.push_back(Circle((0.5 + 0.02 * i) * kRadius, 50'000, {200, 200, 200, 255}));
+    // Half of one is not there.
+    std::vector<Sample>& half = scene.trails[19].samples;
+    half.erase(half.begin() + 20'008, half.begin() + 45'003);
+    half[20'008].isJoined = false;
+    scene.FindWholeTrails();
+    struct Drawn {
+        std::size_t lines = 0;
+        double length = 0.0;
+    };
+    const auto draw = [&](bool isMoving) {
+        const Camera camera = MakeCamera(true);
+        const SpaceMap map(camera, 4 * kWidth, 4 * kHeight);
+        SpaceRasterizer rasterizer(1);
+        SpaceDrawing drawing(scene, camera, Bare(), map, 1.0);
+        drawing.Find(isMoving, rasterizer.Team());
+        Drawn drawn;
+        for (const std::vector<Stroke>& list : drawing.Items().strokes)
+            for (const Stroke& stroke : list) {
+                drawn.lines++;
+                drawn.length += std::hypot(static_cast<double>(stroke.x1 - stroke.x0),
+                                           static_cast<double>(stroke.y1 - stroke.y0));
+            }
+        return drawn;
+    };
+    const Drawn rest = draw(false);
+    const Drawn moving = draw(true);
+    EXPECT_GT(rest.lines, 5 * moving.lines);
+    // They are round still, and the gap is one.
+    EXPECT_NEAR(moving.length / rest.length, 1.0, 0.005);
+}
+
 TEST(SpacePictureTest, WhatIsNearerCoversWhatIsFarther) {
     const Camera camera = MakeCamera(false);
     const SpaceMap map(camera, kWidth, kHeight);

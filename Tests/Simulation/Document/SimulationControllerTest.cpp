@@ -52,6 +52,10 @@ TEST_F(SimulationControllerTest, WhatAHandDidIsOneStepEachAndLeavesRecordsAlone)
     EXPECT_FALSE(controller_.SetVector(planet, kPositionQuantity, place));
     EXPECT_FALSE(controller_.SetVector(12345, kPositionQuantity, {}));
     EXPECT_FALSE(controller_.SetVector(planet, kPositionQuantity, {1e200, 0.0, 0.0}));
+    const SimulationController::Motion tooFar{{1e200, 0.0, 0.0}, {}};
+    const std::size_t bodies = CountBodies();
+    controller_.CreateBody(&tooFar);
+    EXPECT_EQ(CountBodies(), bodies);
     const SimulationController::Motion motion{{5e11, 0.0, 1e9}, {0.0, 1.2e4, 0.0}};
     controller_.CreateBody(&motion);
     EXPECT_EQ(Portal()->FocusSystem()->Position(), motion.position);
