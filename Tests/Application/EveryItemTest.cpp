@@ -27,7 +27,9 @@ std::string Kind(std::string item) {
     // Each example has one, for each of its lines.
     if (item.starts_with("Orvek/Open Example/")) item = "Orvek/Open Example/";
     // Each body has one.
-    if (item.starts_with("View/Follow/")) item = "View/Follow/";
+    for (const char* const bodies :
+         {"View/Follow/", "View/View From/Along the Orbit Of/", "View/Measure/To/"})
+        if (item.starts_with(bodies)) item = bodies;
     // And each epoch.
     if (item.starts_with("View/Compare With/") && item.find(", ") != std::string::npos)
         item = "View/Compare With/";
@@ -299,6 +301,14 @@ TEST_F(EveryItemTest, OfADisplay) {
         return std::exchange(picture, WindowHand::Picture(kDisplay)) == picture;
     })) << "it does not come to rest";
     Does(kDisplay, "View/Fit All Bodies", [&] { return WindowHand::Picture(kDisplay) != picture; });
+    for (const char* const item :
+         {"View/View From/X", "View/View From/Along the Orbit Of/Arrakis", "View/View From/Y",
+          "View/View From/Above (Z)", "View/Measure/To/Arrakis", "View/Measure/Off"}) {
+        picture = WindowHand::Picture(kDisplay);
+        Does(kDisplay, item, [&] { return WindowHand::Picture(kDisplay) != picture; });
+    }
+    chosen_.insert("View/Measure/To the Next Click");  // shows the pointer alone
+    Does(kDisplay, "View/Throw In a Body", History("Edit/Undo New Body"));
     Does(kDisplay, "Orvek/Open Recent/Clear List",
          [] { return !WindowHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
     Does(kDisplay, "File/Save", IsSaved());
