@@ -308,13 +308,15 @@ TEST_F(EveryItemTest, OfADisplay) {
         Does(kDisplay, item, [&] { return WindowHand::Picture(kDisplay) != picture; });
     }
     chosen_.insert("View/Measure/To the Next Click");  // shows the pointer alone
-    Does(kDisplay, "View/Throw In a Body", History("Edit/Undo New Body"));
     Does(kDisplay, "Orvek/Open Recent/Clear List",
          [] { return !WindowHand::CanChoose(kDisplay, "Orvek/Open Recent/system"); });
     Does(kDisplay, "File/Save", IsSaved());
-    for (const char* const item : {"File/Close", "Orvek/Quit Orvek", "Simulation/Make Run Again"})
+    for (const char* const item :
+         {"File/Close", "Orvek/Quit Orvek", "Simulation/Make Run Again", "View/Throw In a Body"})
         chosen_.insert(item);
     ExpectAllChosen(kDisplay);
+    Does(kDisplay, "View/Throw In a Body", History("Edit/Undo New Body"));
+    Does(kDisplay, "File/Save", IsSaved());
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     Does(kDisplay, "File/Close", [] { return WindowHand::Count(kDisplay) == 1; });
     Does(kDisplay, "Orvek/Quit Orvek", [this] { return app_->HasEnded(); });
