@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "Model/Epochs/AbEpoch.h"
 #include "Model/Systems/Body.h"
@@ -51,11 +52,12 @@ void TaylorCalculator::ForgetPassed() {
 
 void TaylorCalculator::Recache() {
     Calculator::Recache();
-    onContact_ = GetEpoch()->OnContact();
+    const int32 before = std::exchange(onContact_, GetEpoch()->OnContact());
+    const bool mergesFromNowOn = onContact_ == kContactMerges && before != onContact_;
     // A display that is opened or closed in the middle of a run must not be seen in its results.
     // What a method carries need not add up to the bodies' places at every moment; so it is left
     // alone.
-    if (IsHeldRun() && IsUntouched()) {
+    if (IsHeldRun() && IsUntouched() && !mergesFromNowOn) {
         if (!knowBodies_) TellBodies();
         return TakeRadii();
     }

@@ -72,6 +72,10 @@ void EventLog::BodiesAre(double /*time*/, const std::vector<Body*>& bodies, int3
         escapeDistance_ = kFarAway * farthest;
     }
     escape_.SetDistance(*escapeDistance_);
+    seen_.resize(before_.size());
+    seenBefore_.clear();
+    for (int32 i = 0; i < Count(); i++)
+        seenBefore_.push_back(escape_.FromOthers(i, Among(before_)));
 }
 
 void EventLog::Moved(const Piece& piece) {
@@ -180,18 +184,50 @@ void EventLog::FindCrossing(const Piece& piece, int32 body, double from, double 
 }
 
 void EventLog::FindEscapes(const Piece& piece) {
-    for (int32 body = 0; body < Count(); body++) {
-        // Most are nowhere near.
-        if (!escape_.IsEscaped(escape_.FromOthers(body, Among(now_))) ||
-            escape_.IsEscaped(escape_.FromOthers(body, Among(before_))))
-            continue;
-        const auto at = [&](double theta) {
-            return escape_.FromOthers(body, [&](int32 i) { return PointAt(piece, i, theta); });
-        };
-        const double theta = FirstTheta(piece.from, piece.to,
-                                        [&](double share) { return escape_.IsEscaped(at(share)); });
-        events_.push_back({piece.step.TimeAt(theta), kEscape, body, -1, at(theta)});
+    for (int32 body = 0; body < Count(); body++)
+        seen_[static_cast<std::size_t>(body)] = escape_.FromOthers(body, Among(now_));
+    for (int32 body = 0; body < Count(); body++)
+        FindEscapes(piece, body);
+    std::swap(seenBefore_, seen_);
+}
+
+// Once on the way to where it turns from coming to going, or back, and once from there on.
+void EventLog::FindEscapes(const Piece& piece, int32 body) {
+    bool isAway = escape_.IsEscaped(seenBefore_[static_cast<std::size_t>(body)]);
+    double last = piece.from;
+    for (const double cut : {NearestOrFarthest(piece, body), piece.to}) {
+        if (cut == last) continue;
+        const bool wasAway = isAway;
+        isAway = escape_.IsEscaped(cut == piece.to ? seen_[static_cast<std::size_t>(body)]
+                                                   : SeenAt(piece, body, cut));
+        if (isAway && !wasAway) {
+            const double theta = FirstTheta(
+                last, cut, [&](double at) { return escape_.IsEscaped(SeenAt(piece, body, at)); });
+            events_.push_back(
+                {piece.step.TimeAt(theta), kEscape, body, -1, SeenAt(piece, body, theta)});
+        }
+        last = cut;
     }
+}
+
+PathPoint EventLog::SeenAt(const Piece& piece, int32 body, double theta) const {
+    return escape_.FromOthers(body, [&](int32 i) { return PointAt(piece, i, theta); });
+}
+
+// The end if it does not turn, or far from where it escapes.
+double EventLog::NearestOrFarthest(const Piece& piece, int32 body) const {
+    const auto comes = [](const PathPoint& seen) {
+        return Dot(seen.position, seen.velocity) < 0.0;
+    };
+    constexpr double kFar = 0.5;
+    const PathPoint& from = seenBefore_[static_cast<std::size_t>(body)];
+    const PathPoint& to = seen_[static_cast<std::size_t>(body)];
+    const bool cameAtFirst = comes(from);
+    if (comes(to) == cameAtFirst) return piece.to;
+    const double farther = std::max(Length(from.position), Length(to.position));
+    if (farther < kFar * *escapeDistance_) return piece.to;
+    return FirstTheta(piece.from, piece.to,
+                      [&](double at) { return comes(SeenAt(piece, body, at)) != cameAtFirst; });
 }
 
 void EventLog::Touched(double time, const BodyArrays& bodies,

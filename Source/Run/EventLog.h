@@ -52,6 +52,10 @@ private:
     void FindCrossings(const Piece& piece);
     void FindCrossing(const Piece& piece, int32 body, double from, double to);
     void FindEscapes(const Piece& piece);
+    void FindEscapes(const Piece& piece, int32 body);
+    // Seen from the centre of mass of the others.
+    [[nodiscard]] PathPoint SeenAt(const Piece& piece, int32 body, double theta) const;
+    [[nodiscard]] double NearestOrFarthest(const Piece& piece, int32 body) const;
     void Write(const Event& event);
     [[nodiscard]] int32 Count() const { return static_cast<int32>(ids_.size()); }
 
@@ -66,6 +70,8 @@ private:
     double way_ = 1.0;                     // -1: time falls
     std::vector<ThreeVector> pullBefore_;  // accelerations at the same moments, m/s2
     std::vector<ThreeVector> pull_;
+    std::vector<PathPoint> seenBefore_;  // likewise, from the centre of mass of the others
+    std::vector<PathPoint> seen_;
     std::vector<Event> events_;
     std::string row_;
 };

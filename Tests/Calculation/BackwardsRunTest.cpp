@@ -331,3 +331,32 @@ TEST_F(PassingTest, AnotherRunStopsAtTheSameContact) {
         EXPECT_EQ(owner->collisions, runs);
     }
 }
+
+// Of what was passed before only that counts which still touches.
+TEST_F(PassingTest, WhoIsToMergeFromNowOnMeetsWhatHePasses) {
+    for (const int32 order : {4, 16})
+        for (const double change : {9.5, 15.0})
+            for (const bool isHeld : {false, true}) {
+                SCOPED_TRACE(testing::Message() << order << ' ' << change << ' ' << isHeld);
+                TestSystem bodies(order, order == 4 ? 1e-6 : 1e-14);
+                bodies.Add(0, 1e-9, {}, {}, 1.0);
+                bodies.Add(1, 1e-12, {10, 0.125, 0}, {-1, 0, 0}, 0.25);
+                bodies.GetEpoch()->SetOnContact(order == 4 ? kContactStops : kContactPasses);
+                TaylorCalculator passing(bodies.Portal(), bodies.Consumers(), owner);
+                while (bodies.GetEpoch()->Time() < change) {
+                    passing.SetRunLimit(0, change);
+                    bodies.RunUntilParked(&passing);
+                }
+                Settle();
+                owner->collisions = 0;
+                const double time = bodies.GetEpoch()->Time();
+                bodies.GetEpoch()->SetOnContact(kContactMerges);
+                passing.SetRunLimit(0, 20.0);
+                bodies.RunUntilParked(&passing, isHeld);
+                Settle();
+                EXPECT_EQ(owner->collisions, change < 10.0 ? 1 : 0);
+                if (change < 10.0) {
+                    EXPECT_EQ(bodies.GetEpoch()->Time(), time);
+                }
+            }
+}

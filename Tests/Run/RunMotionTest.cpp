@@ -236,6 +236,22 @@ TEST_F(RunMotion, StraightWaysHaveEventsAndStatesToo) {
     EXPECT_EQ(rows[0].values[2] + rows[1].values[2], 5.0 + 2.0);
 }
 
+// Between two reports a body may come and go again.
+TEST_F(RunMotion, WhoComesBackEscapesAgain) {
+    Epoch start;
+    start.SetCOMOnGo(false);
+    AddSmallBody(&start, 0, {-30, 12, 0}, {1, 0, 0});
+    start.SystemFromID(0)->SetM(0.0);
+    const Outcome outcome =
+        Run({"--for", "100", "--events", Path("events"), "--escape-distance", "20 m"},
+            PutDocument("document", start));
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const auto escapes = ParseEvents(Get(Path("events")))["escape"];
+    ASSERT_EQ(escapes.size(), 1u);
+    EXPECT_NEAR(escapes[0].time, 30.0 + 16.0, 1e-12);
+    EXPECT_NEAR(escapes[0].distance, 20.0, 1e-12);
+}
+
 // At its near end the orbit of a body is below the plane for less time than passes between reports.
 TEST_F(RunMotion, ADipIntoThePlaneIsTwoCrossings) {
     constexpr double kDepth = 1e-6;

@@ -35,9 +35,11 @@ protected:
         int32 bodies = 0;
         if (SimulationFile::Read(path, &record).Failed() ||
             record.FindMessage("Run", &run) != B_OK ||
-            run.FindMessage("Calculator", &calculator) != B_OK ||
-            (calculator.GetInfo("IDs", nullptr, &bodies) != B_OK &&
-             calculator.GetInfo("SeriesBegin", nullptr, &bodies) != B_OK))
+            run.FindMessage("Calculator", &calculator) != B_OK)
+            return kept;
+        if (calculator.GetInfo("SeriesBegin", nullptr, &bodies) == B_OK)
+            bodies /= 12;  // numbers of each
+        else if (calculator.GetInfo("IDs", nullptr, &bodies) != B_OK)
             return kept;
         EXPECT_EQ(run.FindInt64("Steps", &kept.steps), B_OK);
         kept.bodies = static_cast<std::size_t>(bodies);
@@ -258,6 +260,23 @@ TEST_F(RunResume, FilesOfTheMotionAreThoseOfARunThatNeverStopped) {
         EXPECT_TRUE(Get(events) == Get(Path("all"))) << states.front();
         EXPECT_NE(Get(events).find(",escape,9,Stranger"), std::string::npos);
     }
+}
+
+// The bodies that are left have events of their own.
+TEST_F(RunResume, EventsAfterAMergerBeforeACheckpointAreThoseOfTheWholeRun) {
+    const std::string events = Path("events");
+    const std::string document = PutDocument("document", *MergingSystem());
+    const Arguments run = {"--for", "500000", "--order", "8", "--cutoff", "1e-16", document};
+    Arguments whole = run;
+    whole.insert(whole.end(), {"-q", "--events", Path("all")});
+    ASSERT_EQ(RunProgram(whole).status, 0);
+    Arguments part = run;
+    part.insert(part.end(), {"--events", events});
+    RunAndKill(part, [](const Kept& kept) { return kept.bodies == 2; });
+    ASSERT_EQ(Resume({"--events", events}).status, 0);
+    EXPECT_TRUE(Get(events) == Get(Path("all")));
+    EXPECT_NE(Get(events).find(",contact,"), std::string::npos);
+    EXPECT_GT(std::ranges::count(Get(events), '\n'), 5);
 }
 
 TEST_F(RunResume, AFileThatIsNotOfItsReportsIsLeftAlone) {

@@ -116,7 +116,8 @@ std::optional<bool> SeriesIntegrator::MakeStepAgain(const SeriesRecord& record,
     if (record.theta > stepper_.Step().Theta()) return false;
     do {
         if (!isSearched_ && !FindContacts(stop)) return std::nullopt;
-        if (!passesContacts_ || !hasContact_ || contacts_.Theta() >= record.theta) break;
+        if (!hasContact_ || contacts_.Theta() >= record.theta) break;
+        if (!passesContacts_) return false;  // went through it, as was allowed then
         PassContacts();
     } while (true);
     theta_ = record.theta;

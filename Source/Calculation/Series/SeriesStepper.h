@@ -69,7 +69,10 @@ public:
     [[nodiscard]] bool HasStep() const { return hasStep_; }
     // Places and velocities of all bodies at `theta` scales from the step's start.
     void Evaluate(double theta, SplitStates* states) {
-        store_.Evaluate(forces_.Instance(), theta, states);
+        if (hasStep_ && theta == step_.Theta())
+            *states = end_;
+        else
+            store_.Evaluate(forces_.Instance(), theta, states);
     }
 
     // For the search for contacts within the step.
