@@ -1,7 +1,7 @@
-// Integrates by Taylor series of fixed order (2, 3 or 4): one report a step, of a length that the
-// fastest pair of bodies sets for all. It cannot end a step at a given time: the first report at or
-// past that is as near as it comes. Touching bodies are seen where a step begins; that step is not
-// taken. Bodies that have been told of and go on through each other pull as points.
+// The method for orders 2, 3 and 4. All bodies take the same steps, whose length follows from the
+// fastest pair, and each step ends with a report. A step cannot end at a given time: the first
+// report at or past that time has to do. Bodies that touch are found at the beginning of a step,
+// which is then not taken. While bodies pass through each other they attract as points do.
 #pragma once
 
 #include "Calculation/ForceEvaluator.h"

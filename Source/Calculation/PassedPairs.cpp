@@ -61,8 +61,7 @@ void PassedPairs::Regenerate(const BMessage& archive) {
 }
 
 void PassedPairs::DescribeFields(FieldDescriptions* into) {
-    DescribeField(
-        into, kField, B_INT64_TYPE, "0, 2, ...", "none",
-        "pairs that touch, were told of, and go on through each other: the identifiers of "
-        "the later and the earlier body of each");
+    DescribeField(into, kField, B_INT64_TYPE, "0, 2, ...", "none",
+                  "pairs of bodies that are passing through each other, whose contact has been "
+                  "reported: the identifiers of the later and the earlier body of each");
 }

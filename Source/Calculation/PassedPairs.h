@@ -1,6 +1,6 @@
-// The pairs of bodies that touch, have been told of, and go on through each other until they have
-// parted. Kept by identifiers, so that it lasts from run to run. Owned by a method of integration
-// and used on its thread.
+// The pairs of bodies that are passing through each other: their contact has been reported, and is
+// not reported again until they have parted. Kept by identifiers, so that they last from run to
+// run. Owned by a method of integration and used on its thread.
 #pragma once
 
 #include <algorithm>

@@ -1,7 +1,6 @@
-// A star cluster in balance after Plummer (1911): density ~ (1 + r2/a2)^(-5/2). The same seed gives
-// the same bits on every machine: only operations that the arithmetic standard rounds exactly are
-// used
-// (+ - * / and the square root), and a generator of our own.
+// A star cluster in equilibrium, after Plummer (1911): its density is ~ (1 + r2/a2)^(-5/2). The
+// same seed gives the same bits on every machine, because random numbers come from a generator of
+// our own and only + - * / and the square root are used, which are rounded alike everywhere.
 #pragma once
 
 #include <cstdint>

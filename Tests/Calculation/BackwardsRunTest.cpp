@@ -335,7 +335,7 @@ TEST_F(PassingTest, AnotherRunStopsAtTheSameContact) {
 // Of what was passed before only that counts which still touches.
 TEST_F(PassingTest, WhoIsToMergeFromNowOnMeetsWhatHePasses) {
     for (const int32 order : {4, 16})
-        for (const double change : {9.5, 15.0})
+        for (const double change : {9.5, 11.3, 15.0})
             for (const bool isHeld : {false, true}) {
                 SCOPED_TRACE(testing::Message() << order << ' ' << change << ' ' << isHeld);
                 TestSystem bodies(order, order == 4 ? 1e-6 : 1e-14);

@@ -113,8 +113,8 @@ void SeriesRecord::DescribeFields(FieldDescriptions* into) {
                   "per body: position and velocity where the step begins (x, y, z, vx, vy, vz), "
                   "then the six numbers that are to be added to these");
     DescribeField(into, kPassedField, B_INT32_TYPE, "0, 2, ...", "none",
-                  "pairs that touch, were told of, and go on through each other: the later and the "
-                  "earlier body in mass order");
+                  "pairs of bodies that are passing through each other, whose contact has been "
+                  "reported: the later and the earlier body in mass order");
     DescribeField(into, kUncheckedField, B_BOOL_TYPE, "0, 1", "false",
                   "true: whether the state counts was still to be found out");
 }

@@ -53,7 +53,7 @@ void SeriesStepper::Start(double tolerance, double time, bool backwards) {
 }
 
 bool SeriesStepper::ChooseScale(const StopFlags& stop) {
-    const std::optional<double> rate = FastestRate(stop, nullptr);
+    const std::optional<double> rate = FastestRate(stop);
     if (!rate) return false;
     // Without a rate the first series tells what is the matter.
     int32 exponent = 0;
@@ -141,23 +141,15 @@ double SeriesStepper::StepLength(const SeriesEnd& end) const {
     return Exp2(exponent);
 }
 
-std::optional<CollidingPair> SeriesStepper::FastestPair(const StopFlags& stop) const {
-    CollidingPair pair{};
-    if (!(FastestRate(stop, &pair) > 0.0)) return std::nullopt;
-    return pair;
-}
-
 // What is no number counts as the greatest.
-std::optional<double> SeriesStepper::FastestRate(const StopFlags& stop, CollidingPair* pair) const {
+std::optional<double> SeriesStepper::FastestRate(const StopFlags& stop) const {
     double greatest = 0.0;
     for (int32 earlier = 0; earlier < CountMassive(); earlier++) {
         if (stop.ShouldStop()) return std::nullopt;
         for (int32 later = earlier + 1; later < CountBodies(); later++) {
             const double rate = RateOf(later, earlier);
-            if (rate <= greatest) continue;
-            greatest = rate;
-            if (pair) *pair = {later, earlier};
             if (std::isnan(rate)) return HUGE_VAL;
+            greatest = std::max(greatest, rate);
         }
     }
     return greatest;
@@ -177,14 +169,4 @@ double SeriesStepper::RateOf(int32 later, int32 earlier) const {
     const double pull = (GM(later) + GM(earlier)) / (squares[0] * std::sqrt(squares[0]));
     const double turn = squares[1] / squares[0];
     return turn <= pull ? pull : turn;
-}
-
-double SeriesStepper::Distance(const CollidingPair& pair) const {
-    const int32 a = begin_.SlotOf(pair.later);
-    const int32 b = begin_.SlotOf(pair.earlier);
-    const auto apart = [&](int32 row) {
-        return begin_.High()[SplitStates::Index(b, row)] -
-               begin_.High()[SplitStates::Index(a, row)];
-    };
-    return std::hypot(apart(0), apart(1), apart(2));
 }

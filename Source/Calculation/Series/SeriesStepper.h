@@ -10,7 +10,6 @@
 
 #include <optional>
 
-#include "Calculation/BodyArrays.h"
 #include "Calculation/Series/SeriesForces.h"
 #include "Calculation/Series/SeriesStep.h"
 #include "Calculation/Series/SeriesStore.h"
@@ -85,19 +84,13 @@ public:
     [[nodiscard]] const SplitStates& End() const { return end_; }
     [[nodiscard]] double GM(int32 body) const { return store_.GM(body); }
 
-    // The pair that changes fastest where the next step begins: for words about a failure. Goes
-    // over all pairs.
-    [[nodiscard]] std::optional<CollidingPair> FastestPair(const StopFlags& stop) const;
-    [[nodiscard]] double Distance(const CollidingPair& pair) const;
-
 private:
     void FillEmptySlots();
     void BeginNext();
     // False: given up halfway.
     [[nodiscard]] bool ChooseScale(const StopFlags& stop);
-    // In 1/s2; none: given up halfway.
-    [[nodiscard]] std::optional<double> FastestRate(const StopFlags& stop,
-                                                    CollidingPair* pair) const;
+    // Of all pairs, in 1/s2; none: given up halfway.
+    [[nodiscard]] std::optional<double> FastestRate(const StopFlags& stop) const;
     [[nodiscard]] double RateOf(int32 later, int32 earlier) const;
     [[nodiscard]] double StepLength(const SeriesEnd& end) const;
 

@@ -164,15 +164,14 @@ TEST_F(SeriesStepperTest, FailsLoudly) {
     }
     Start({sun, {{1e11, 0, 0}, {}, 1e10}, {{1e11, 0, 0}, {}, 1e10}}, 16);
     EXPECT_EQ(MakeStep(), SeriesStepper::Result::kNotFinite);
-    EXPECT_EQ(stepper_.FastestPair(stop_), (CollidingPair{2, 1}));
     // Bodies that fall onto each other never pass through one another's centres unseen.
     Start({sun, {{0.01 * kAstronomicalUnit, 0, 0}, {}, kSolarGM}, {{1e13, 0, 0}, {}, 1e10}}, 16);
     SeriesStepper::Result result{};
     for (int i = 0; i < 100'000; i++)
         if ((result = MakeStep()) != SeriesStepper::Result::kDone) break;
     EXPECT_EQ(result, SeriesStepper::Result::kTimeStands);
-    EXPECT_EQ(stepper_.FastestPair(stop_), (CollidingPair{1, 0}));
-    EXPECT_LE(stepper_.Distance({1, 0}), 1e4);
+    const double* const begin = stepper_.Begin().High();
+    EXPECT_LE(std::fabs(begin[SplitStates::Index(1, 0)] - begin[SplitStates::Index(0, 0)]), 1e4);
     stop_.pauseCount = 1;
     Start(Cluster(20, 20), 16);
     EXPECT_EQ(MakeStep(), SeriesStepper::Result::kStopped);
