@@ -38,7 +38,8 @@ protected:
         return PutDocument("cluster", epoch);
     }
     // More ranks than processors; root may, too.
-    static Outcome RunAs(int32 ranks, const Arguments& arguments, const RunSetup& setup = {}) {
+    static Outcome RunAs(int32 ranks, const Arguments& arguments, const RunSetup& setup = {},
+                         const char* program = ORVEK_RUN_MPI) {
         Arguments all = {"--oversubscribe",
                          "--mca",
                          "mpi_yield_when_idle",
@@ -48,7 +49,7 @@ protected:
                          "none",
                          "-n",
                          std::to_string(ranks),
-                         ORVEK_RUN_MPI};
+                         program};
         all.insert(all.end(), arguments.begin(), arguments.end());
         setenv("OMPI_ALLOW_RUN_AS_ROOT", "1", 1);
         setenv("OMPI_ALLOW_RUN_AS_ROOT_CONFIRM", "1", 1);
@@ -109,6 +110,13 @@ TEST_F(RunRanks, OneThatDiesEndsAllAndItsCheckpointGoesOn) {
     const Outcome resumed =
         RunAs(3, {"--resume", saved + ".checkpoint", "--json", "-q", "-o", saved});
     ExpectSame(whole, resumed);
+}
+
+// What one message cannot hold goes in several.
+TEST_F(RunRanks, WhatTheyExchangeArrivesHoweverLongItIs) {
+    for (const int32 ranks : {1, 2, 3})
+        for (const char* const most : {"2147483647", "4", "1"})
+            EXPECT_EQ(RunAs(ranks, {most}, {}, ORVEK_RANKS_CHECK).status, 0) << most;
 }
 
 TEST_F(RunRanks, ASweepHasTheSameLinesOnAnyNumber) {

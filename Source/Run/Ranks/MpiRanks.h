@@ -2,6 +2,7 @@
 // destroyed by it when all ranks are done.
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -12,7 +13,10 @@
 
 class MpiRanks final : public Ranks {
 public:
-    MpiRanks(int* argc, char*** argv);
+    // MPI counts in int: what is longer goes in several messages.
+    static constexpr int64 kMost = INT_MAX;
+
+    MpiRanks(int* argc, char*** argv, int64 most = kMost);
     ~MpiRanks() override;
     MpiRanks(const MpiRanks&) = delete;
     MpiRanks& operator=(const MpiRanks&) = delete;
@@ -42,9 +46,13 @@ private:
         void Set(const RankParts& parts);
     };
 
+    // From one to all others, in pieces.
+    void Broadcast(void* data, std::size_t size, int32 from) const;
+    void GatherInPieces(double* numbers, const RankParts& parts) const;
+
+    const int64 most_;
     int32 count_ = 1;
     int32 own_ = 0;
     int32 threads_ = 1;
     Layout layout_;
-    Layout from_;
 };
