@@ -10,6 +10,8 @@ void BenchSeries(BenchTable* table);
 // Takes minutes.
 void BenchDrift(BenchTable* table);
 void BenchRuns(BenchTable* table);
+// Only where the build has ranks (ORVEK_RUN_MPI).
+void BenchRanks(BenchTable* table);
 void BenchDocuments(BenchTable* table);
 // Only where the build knows the prototype (ORVEK_PROTOTYPE).
 void BenchPrototype(BenchTable* table);

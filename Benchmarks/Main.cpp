@@ -19,6 +19,9 @@ constexpr Topic kTopics[] = {
     {"series", BenchSeries},       {"history", BenchHistory},
     {"runs", BenchRuns},           {"documents", BenchDocuments},
     {"drift", BenchDrift, true},
+#ifdef ORVEK_RUN_MPI
+    {"ranks", BenchRanks},
+#endif
 #ifdef ORVEK_PROTOTYPE
     {"prototype", BenchPrototype},
 #endif

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -69,13 +70,16 @@ void PutOuterPlanets(const std::string& path) {
     PutDocument(epoch, path);
 }
 
-// The number that the program's summary gives for a member, NaN when it failed.
-double RunAndTell(const std::vector<std::string>& arguments, const std::string& member) {
-    const Outcome outcome = RunProgram(arguments);
+// The number that a summary gives for a member, NaN when the program failed.
+double NumberIn(const Outcome& outcome, const std::string& member) {
     const std::string key = '"' + member + "\":";
     const std::size_t at = outcome.out.find(key);
     if (outcome.status != 0 || at == std::string::npos) return std::nan("");
     return std::strtod(outcome.out.c_str() + at + key.size(), nullptr);
+}
+
+double RunAndTell(const std::vector<std::string>& arguments, const std::string& member) {
+    return NumberIn(RunProgram(arguments), member);
 }
 
 double PeakMegabytes(const std::vector<std::string>& arguments) {
@@ -133,6 +137,29 @@ void BenchCutoffs(BenchTable* table, const TemporaryFolder& folder) {
     }
 }
 
+#ifdef ORVEK_RUN_MPI
+// The least time of two threads against that of two ranks of one thread each.
+void BenchRanks(BenchTable* table, const std::string& document, int32 bodies, const char* order,
+                const char* steps, double least) {
+    constexpr int kRuns = 3;
+    double threads = HUGE_VAL;
+    double ranks = HUGE_VAL;
+    std::vector<std::string> run = {"--json", "-q", "-n", steps, "--order", order, document};
+    run.insert(run.end(), {"--threads", "2"});
+    for (int i = 0; i < kRuns; i++) {
+        run.back() = "2";
+        threads = std::min(threads, RunAndTell(run, "seconds"));
+        run.back() = "1";
+        std::vector<std::string> shared = {"-n", "2", ORVEK_RUN_MPI};
+        shared.insert(shared.end(), run.begin(), run.end());
+        ranks = std::min(ranks, NumberIn(RunOther("mpirun", shared), "seconds"));
+    }
+    table->AddAtLeast("order " + std::string(order) + ", two ranks against two threads, " +
+                          std::to_string(bodies) + " bodies",
+                      least, threads < HUGE_VAL ? threads / ranks : std::nan(""), "x");
+}
+#endif
+
 }  // namespace
 
 void BenchRuns(BenchTable* table) {
@@ -140,3 +167,18 @@ void BenchRuns(BenchTable* table) {
     BenchLargeDocuments(table, folder);
     BenchCutoffs(table, folder);
 }
+
+#ifdef ORVEK_RUN_MPI
+void BenchRanks(BenchTable* table) {
+    const TemporaryFolder folder;
+    const std::string document = folder.File("cloud");
+    setenv("OMPI_ALLOW_RUN_AS_ROOT", "1", 1);
+    setenv("OMPI_ALLOW_RUN_AS_ROOT_CONFIRM", "1", 1);
+    PutCloud(1000, 1000, document);
+    BenchRanks(table, document, 1000, "4", "400", 0.75);
+    BenchRanks(table, document, 1000, "16", "20", 0.75);
+    PutCloud(5000, 5000, document);
+    BenchRanks(table, document, 5000, "4", "20", 0.85);
+    BenchRanks(table, document, 5000, "16", "4", 0.85);
+}
+#endif
