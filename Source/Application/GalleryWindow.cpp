@@ -5,7 +5,10 @@
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Canvas/PictureReader.h"
 #include "Platform/Interface/Handles/BApplication.h"
+#include "Platform/Interface/Handles/BButton.h"
 #include "Platform/Interface/Handles/BFont.h"
+#include "Platform/Interface/Handles/BGroupView.h"
+#include "Platform/Interface/Handles/BStringView.h"
 #include "Platform/Interface/Lists/BColumnListView.h"
 #include "Resources/Gallery.h"
 #include "Simulation/Document/TextTemplate.h"
@@ -13,17 +16,18 @@
 namespace {
 
 constexpr uint32 kChosen = FourCC("gach");
+constexpr uint32 kOpenSelected = FourCC("gaop");
 
 // Beside a simulation that opens at its usual place.
 constexpr BPoint kFirstPlace{440.0f, 48.0f};
 // In sizes of the plain font.
-constexpr float kWidth = 70.0f;
+constexpr float kWidth = 75.0f;
 constexpr float kHeight = 50.0f;
 // In characters; beside a title there is its picture.
-constexpr int32 kTitleColumn = 43;
-constexpr int32 kSeeColumn = 52;
+constexpr int32 kTitleColumn = 40;
+constexpr int32 kSeeColumn = 65;
 constexpr std::size_t kTitleWidth = 26;
-constexpr std::size_t kSeeWidth = 58;
+constexpr std::size_t kSeeWidth = 88;
 
 BRect FirstFrame() {
     const float unit = BFont().Size();
@@ -51,9 +55,11 @@ std::string Wrapped(const std::string& text, std::size_t width) {
 
 ColumnListRow RowOf(const Example& example, const InterfaceTexts& texts) {
     std::string see;
-    for (const std::string& line : example.lines)
+    std::string told;
+    for (const std::string& line : example.lines) {
         see += (see.empty() ? "" : " ") + line;
-    std::string told = Wrapped(see, kSeeWidth);
+        told += (told.empty() ? "" : "\n") + Wrapped(line, kSeeWidth);
+    }
     if (!example.source.empty())
         told += '\n' + Wrapped(FillIn(texts.Label(kTextSource), {example.source}), kSeeWidth);
     ColumnListRow row;
@@ -72,8 +78,18 @@ GalleryWindow::GalleryWindow(std::vector<Example> examples, const InterfaceTexts
     list_->SetAccessibleName(texts.Text(kTextGalleryList));
     list_->SetStretch(1, 1);
     AddChild(list_);
+    AddChild(MakeFoot(texts));
     FillList(texts);
     list_->MakeFocus();
+}
+
+BView* GalleryWindow::MakeFoot(const InterfaceTexts& texts) {
+    auto* const row = new BGroupView("foot", B_HORIZONTAL);
+    row->AddChild(new BStringView("hint", texts.Text(kTextGalleryHint)));
+    row->AddStretch();
+    row->SetWindowInsets();
+    row->AddChild(new BButton("open", texts.Text(kTextGalleryOpen), new BMessage(kOpenSelected)));
+    return row;
 }
 
 void GalleryWindow::FillList(const InterfaceTexts& texts) {
@@ -89,7 +105,10 @@ void GalleryWindow::FillList(const InterfaceTexts& texts) {
 
 void GalleryWindow::MessageReceived(BMessage* message) {
     int64 key = ColumnListRow::kNoKey;
-    if (message->what != kChosen || message->FindInt64(BColumnListView::kKeyField, &key) != B_OK)
+    if (message->what == kOpenSelected)
+        key = list_->Selection();
+    else if (message->what != kChosen ||
+             message->FindInt64(BColumnListView::kKeyField, &key) != B_OK)
         return BWindow::MessageReceived(message);
     if (key < 0 || key >= static_cast<int64>(examples_.size())) return;
     BMessage open(ExampleMenu::kOpenExample);

@@ -9,6 +9,7 @@
 #include "Platform/Interface/Handles/BWindow.h"
 
 class BColumnListView;
+class BView;
 class InterfaceTexts;
 
 class GalleryWindow : public BWindow {
@@ -19,6 +20,7 @@ public:
     bool QuitRequested() override;
 
 private:
+    [[nodiscard]] static BView* MakeFoot(const InterfaceTexts& texts);
     void FillList(const InterfaceTexts& texts);
 
     const std::vector<Example> examples_;  // a row's key is the place of its example here

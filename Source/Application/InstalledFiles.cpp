@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <filesystem>
+#include <utility>
 
 #include "Application/Prefs/Preferences.h"
 #include "Platform/Application/BMessage.h"
@@ -11,6 +12,8 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kFirstExample = "/planets.orvek";  // the solar system
 
 constexpr const char* kDescription =
     "Description";  // of an example: its title, then what there is to see
@@ -58,6 +61,9 @@ std::vector<Example> InstalledExamples() {
         if (entry.path().extension() == ".orvek" && ReadExample(entry.path(), &example))
             examples.push_back(std::move(example));
     }
-    std::ranges::sort(examples, {}, &Example::path);
+    // Ours first, then by what they are called.
+    std::ranges::sort(examples, {}, [](const Example& example) {
+        return std::pair(!example.path.ends_with(kFirstExample), example.title);
+    });
     return examples;
 }

@@ -22,6 +22,7 @@ constexpr std::size_t kManyWindows = 20;
 constexpr std::size_t kManySimulations = 4;
 
 constexpr const char* kSky = "Picture of the moving bodies";
+constexpr const char* kSpace = "Picture of the bodies in space";
 constexpr const char* kTimeLine = "Time line";
 
 bool AreMany(const Windows& windows) {
@@ -82,10 +83,10 @@ void RobotHands::DoSomething() {
         {50, &RobotHands::UseEntry},    {58, &RobotHands::UseChoice},
         {63, &RobotHands::UseSlider},   {70, &RobotHands::UseList},
         {79, &RobotHands::UseSky},      {85, &RobotHands::UseWindow},
-        {90, &RobotHands::UseTimeLine},
+        {90, &RobotHands::UseTimeLine}, {102, &RobotHands::UseHands},
     };
     if (dice_->Chance(8) && dialogs_->AnswerOne(windows)) return;
-    const auto chosen = kUses.upper_bound(dice_->Number(0, 96));
+    const auto chosen = kUses.upper_bound(dice_->Number(0, 108));
     const bool isDone = chosen == kUses.end() ? PressKey() : (this->*chosen->second)(windows);
     if (!isDone) PressKey();
 }
@@ -254,6 +255,52 @@ bool RobotHands::UseSky(const Windows& windows) {
             break;
         default:
             QTest::mouseMove(sky, PlaceIn(*sky));
+    }
+    return true;
+}
+
+// Of one's own hand: pressed where a body may be, led somewhere, perhaps out of the window, and let
+// go or given up, with keys in between.
+void RobotHands::Gesture(QWidget* picture) {
+    const QPointer<QWidget> guard(picture);
+    const auto button = dice_->Chance(85) ? Qt::LeftButton : Qt::RightButton;
+    const auto with = dice_->Any<Qt::KeyboardModifiers>(
+        {Qt::NoModifier, Qt::NoModifier, Qt::ControlModifier, Qt::ShiftModifier});
+    // Bodies are mostly about the middle.
+    const auto near = [&] {
+        return picture->rect().center() + QPoint(dice_->Number(-90, 90), dice_->Number(-90, 90));
+    };
+    const auto move = [&](QPoint to) {
+        QMouseEvent event(QEvent::MouseMove, to, picture->mapToGlobal(to), Qt::NoButton, button,
+                          with);
+        QCoreApplication::sendEvent(picture, &event);
+    };
+    const auto press = [&](Qt::Key key) { QTest::keyClick(picture, key, with); };
+    const QPoint from = dice_->Chance(50) ? picture->rect().center() : near();
+    QTest::mouseClick(picture, Qt::LeftButton, {}, from);
+    QTest::mousePress(picture, button, with, from);
+    for (int step = dice_->Number(0, 4); step > 0 && guard != nullptr; step--) {
+        move(dice_->Chance(10) ? QPoint(-500, 3) : near());
+        if (dice_->Chance(20)) press(dice_->Any<Qt::Key>({Qt::Key_X, Qt::Key_Y, Qt::Key_Z}));
+        if (dice_->Chance(10)) press(Qt::Key_Escape);
+    }
+    if (guard != nullptr && dice_->Chance(90)) QTest::mouseRelease(picture, button, with, near());
+}
+
+bool RobotHands::UseHands(const Windows& windows) {
+    std::vector<QWidget*> pictures;
+    for (QWidget* const widget : FindUsable<QWidget>(windows))
+        if (widget->accessibleName() == kSky || widget->accessibleName().startsWith(kSpace))
+            pictures.push_back(widget);
+    if (pictures.empty()) return false;
+    QWidget* const picture = dice_->Any(pictures);
+    Begin("hands", picture);
+    if (dice_->Chance(70)) {
+        Gesture(picture);
+    } else {
+        QTest::keyClick(picture,
+                        dice_->Any<Qt::Key>({Qt::Key_X, Qt::Key_Y, Qt::Key_Z, Qt::Key_O, Qt::Key_P,
+                                             Qt::Key_Left, Qt::Key_Plus, Qt::Key_Escape}));
     }
     return true;
 }

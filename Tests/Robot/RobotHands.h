@@ -45,6 +45,9 @@ private:
     bool UseSlider(const Windows& windows);
     bool UseList(const Windows& windows);
     bool UseSky(const Windows& windows);
+    // Takes hold of bodies, turns, measures and gives up in the same pictures.
+    bool UseHands(const Windows& windows);
+    void Gesture(QWidget* picture);
     bool UseTimeLine(const Windows& windows);
     bool UseWindow(const Windows& windows);
     void Close(QWidget* window);

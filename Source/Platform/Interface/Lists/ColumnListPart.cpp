@@ -40,6 +40,15 @@ public:
                                  const QModelIndex& index) const override {
         return QStyledItemDelegate::sizeHint(option, index) + QSize(0, kRowPadding);
     }
+    // A picture stays as it is where its row is selected.
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const QVariant picture = index.data(Qt::DecorationRole);
+        if (picture.typeId() != QMetaType::QPixmap) return;
+        option->icon.addPixmap(picture.value<QPixmap>(), QIcon::Selected);
+        // Some styles fill what has the focus with a veil.
+        option->state &= ~QStyle::State_HasFocus;
+    }
     void setEditorData(QWidget* /*editor*/, const QModelIndex& /*index*/) const override {}
     void setModelData(QWidget* widget, QAbstractItemModel* model,
                       const QModelIndex& index) const override {
@@ -155,6 +164,7 @@ void ColumnListPart::SetColumnWidths() {
 
 void ColumnListPart::SetRows(std::vector<ColumnListRow> rows) {
     rows_ = std::move(rows);
+    DecorateRoot();
     Update([this] { return model_->Show(Arranged()); });
 }
 
@@ -174,12 +184,20 @@ void ColumnListPart::SortBy(int column, Qt::SortOrder order) {
     sortColumn_ = column < static_cast<int>(columns_.size()) ? column : -1;
     sortOrder_ = order;
     view_->CloseEditor(true);
-    view_->setRootIsDecorated(sortColumn_ < 0);
+    DecorateRoot();
     Update([this] {
         model_->Reset(Arranged());
         return true;
     });
     view_->scrollTo(model_->IndexOf(selected_));
+}
+
+// A list in which no row hangs below another one needs no room for branches.
+void ColumnListPart::DecorateRoot() {
+    view_->setRootIsDecorated(sortColumn_ < 0 &&
+                              std::any_of(rows_.begin(), rows_.end(), [](const ColumnListRow& row) {
+                                  return row.parent != ColumnListRow::kNoKey;
+                              }));
 }
 
 std::vector<ColumnListRow> ColumnListPart::Arranged() const {

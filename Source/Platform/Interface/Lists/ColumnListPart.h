@@ -43,6 +43,7 @@ private:
     void SetColumnWidths();
     void SortBy(int column, Qt::SortOrder order);
     // The rows in the order of the column that they are sorted by, or as they came.
+    void DecorateRoot();
     [[nodiscard]] std::vector<ColumnListRow> Arranged() const;
     template <typename Change>
     void Update(Change change);
