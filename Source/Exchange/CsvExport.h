@@ -7,3 +7,7 @@
 class AbEpoch;
 
 [[nodiscard]] std::string BodiesAsCsv(const AbEpoch& epoch);
+// A comma and the shortest digits that mean these bits.
+void AppendCsvNumber(std::string* to, double number);
+// In quotation marks. A body without a name needs one there.
+[[nodiscard]] std::string CsvName(const std::string& name);

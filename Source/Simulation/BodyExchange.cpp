@@ -5,6 +5,7 @@
 
 #include "Exchange/CsvExport.h"
 #include "Exchange/ExampleWriter.h"
+#include "Exchange/RunCsv.h"
 #include "Interface Widgets/MyFilePanel.h"
 #include "Interface Widgets/PanelFolder.h"
 #include "Model/Epochs/AbEpoch.h"
@@ -17,6 +18,7 @@
 #include "Platform/Storage/AtomicFile.h"
 #include "Platform/Storage/entry_ref.h"
 #include "Resources/Exchange.h"
+#include "Resources/Film.h"
 #include "Simulation/Document/ProgramResources.h"
 #include "Simulation/Document/SimulationDocument.h"
 #include "Simulation/Document/TextTemplate.h"
@@ -29,9 +31,10 @@ constexpr float kAskedAt = 40.0f;  // from the window's left-top corner
 
 }  // namespace
 
-BodyExchange::BodyExchange(SimulationDocument* document, RunControl* run,
+BodyExchange::BodyExchange(SimulationDocument* document, RunControl* run, const RunHistory* history,
                            SimulationControls* controls, const ProgramResources* resources)
     : document_(document),
+      history_(history),
       controls_(controls),
       resources_(resources),
       texts_(resources),
@@ -63,9 +66,13 @@ bool BodyExchange::Handle(const BMessage& message) {
             EndImport();
             break;
         case kRequestExport:
-            RequestExport();
+            RequestExport(kExport);
+            break;
+        case kRequestExportRun:
+            RequestExport(kExportRun);
             break;
         case kExport:
+        case kExportRun:
             Export(message);
             break;
         default:
@@ -161,40 +168,46 @@ void BodyExchange::AddNews(const std::string& news) {
     news_ += news;
 }
 
-void BodyExchange::RequestExport() {
+void BodyExchange::RequestExport(uint32 answer) {
     if (savePanel_ == nullptr) {
         savePanel_ = std::make_unique<MyFilePanel>(B_SAVE_PANEL, BMessenger(controls_->Window()));
-        const BMessage answer(kExport);
-        savePanel_->SetMessage(&answer);
         savePanel_->SetTitle(resources_->InterfaceLabel(kTextExportTitle).c_str());
     }
+    const BMessage message(answer);
+    savePanel_->SetMessage(&message);
     std::string name;
     {
         const ReadGuard guard(document_->Portal());
         name = document_->Portal()->FocusEpoch()->Name();
     }
-    savePanel_->SetSaveText(FillIn(resources_->InterfaceLabel(kTextExportName), {name}).c_str());
+    savePanel_->SetSaveText(Filled(kTextExportName, {name}).c_str());
     savePanel_->Show();
 }
 
-// Of the moment that is shown.
+// Bodies are those of the moment that is shown.
 void BodyExchange::Export(const BMessage& place) const {
     const auto choice = SaveChoice::From(place);
     std::string folder;
     if (!choice || get_path_for_ref(choice->directory, &folder) != B_OK) return;
-    std::string text;
-    {
-        const ReadGuard guard(document_->Portal());
-        const EpochPortal shown = controls_->Shown().PortalFrom(*document_->Portal());
-        text = BodiesAsCsv(*shown.FocusEpoch());
-    }
     const std::string path = folder + '/' + choice->name;
     AtomicFile file;
-    status_t status = file.Open(path);
-    if (status == B_OK) status = file.Write(text.data(), text.size());
-    if (status == B_OK) status = file.Commit();
-    if (status == B_OK) return Show(kTextWasExported, {path});
+    const auto write = [&file](std::string_view text) {
+        file.Write(text.data(), text.size());  // a failure shows in Commit
+    };
+    if (file.Open(path) == B_OK) {
+        if (place.what == kExport)
+            write(Bodies());
+        else if (!WriteRunsAsCsv(document_->Portal(), *history_, write))
+            return Show(kTextNotExported, {path, resources_->InterfaceLabel(kTextFilmNoRun)});
+        if (file.Commit() == B_OK) return Show(kTextWasExported, {path});
+    }
     Show(kTextNotExported, {path, std::strerror(file.SystemError())});
+}
+
+std::string BodyExchange::Bodies() const {
+    const ReadGuard guard(document_->Portal());
+    const EpochPortal shown = controls_->Shown().PortalFrom(*document_->Portal());
+    return BodiesAsCsv(*shown.FocusEpoch());
 }
 
 std::string BodyExchange::News(const ReadBodies& bodies) const {

@@ -15,6 +15,7 @@
 class BMessage;
 class MissingMassWindow;
 class MyFilePanel;
+class RunHistory;
 class SimulationControls;
 
 class BodyExchange {
@@ -26,10 +27,13 @@ public:
     static constexpr uint32 kImport = FourCC("impt");
     static constexpr uint32 kRequestExport = FourCC("rqex");
     static constexpr uint32 kExport = FourCC("expt");
+    // Of the kept runs.
+    static constexpr uint32 kRequestExportRun = FourCC("rqer");
+    static constexpr uint32 kExportRun = FourCC("exrn");
 
     // None is owned.
-    BodyExchange(SimulationDocument* document, RunControl* run, SimulationControls* controls,
-                 const ProgramResources* resources);
+    BodyExchange(SimulationDocument* document, RunControl* run, const RunHistory* history,
+                 SimulationControls* controls, const ProgramResources* resources);
     ~BodyExchange();
 
     // False for a message about something else.
@@ -46,8 +50,10 @@ private:
     void AddNews(const std::string& news);
     // What came of it.
     [[nodiscard]] std::string Add(const std::string& path, const ReadBodies& bodies);
-    void RequestExport();
+    // `answer`: of the file panel.
+    void RequestExport(uint32 answer);
     void Export(const BMessage& place) const;
+    [[nodiscard]] std::string Bodies() const;
     // Without a mass for some they are of none.
     [[nodiscard]] std::string News(const ReadBodies& bodies) const;
     [[nodiscard]] std::string Filled(int32 text,
@@ -55,6 +61,7 @@ private:
     void Show(int32 text, std::initializer_list<std::string_view> values = {}) const;
 
     SimulationDocument* const document_;
+    const RunHistory* const history_;
     SimulationControls* const controls_;
     const ProgramResources* const resources_;
     const ResourceTexts texts_;

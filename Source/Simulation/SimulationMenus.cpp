@@ -74,6 +74,7 @@ void SimulationMenus::AddFileMenu() {
     menu->AddSeparatorItem();
     AddItem(menu, kTextImportBodies, BodyExchange::kRequestImport);
     AddItem(menu, kTextExport, BodyExchange::kRequestExport);
+    AddItem(menu, kTextExportRun, BodyExchange::kRequestExportRun);
     menu->AddSeparatorItem();
     AddItem(menu, kLabelClose, B_QUIT_REQUESTED, kLabelCloseKey);
     AddItem(menu, kLabelCloseThenOpen, kCloseThenOpen, kLabelCloseKey, B_SHIFT_KEY);

@@ -25,7 +25,7 @@ SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* c
       history_(document->Portal(), document->GetCalculator()),
       control_(document->Portal(), document->GetCalculator(), controls),
       controller_(document, &control_, resources),
-      exchange_(document, &control_, controls, resources) {
+      exchange_(document, &control_, &history_, controls, resources) {
     document_->AddConsumer(&history_);
     document_->GetCalculator()->SetGoalIsTold(true);
     HistoryBudget::Shared().Enter(&history_);

@@ -224,6 +224,7 @@ TEST_F(EveryItemTest, OfASimulation) {
     Does(kSystem, "Edit/Paste Bodies", History("Edit/Undo Paste Bodies"));
     OpensPanel(kSystem, "File/Import Bodies…");
     OpensPanel(kSystem, "File/Export…");
+    OpensPanel(kSystem, "File/Export Run…");
     SimulationMenu(kSystem);
     Does(kSystem, "New Display/Projection", [] { return WindowHand::Count(kDisplay) == 2; });
     Opens(kSystem, "New Display/Space", "Space of system");

@@ -1,10 +1,16 @@
 // Bodies as text: from the menu to the clipboard and back, and from files.
 #include "Simulation/BodyExchange.h"
 
+#include <algorithm>
+#include <sstream>
+
+#include "Exchange/CsvExport.h"
 #include "Platform/Interface/Handles/BClipboard.h"
 #include "Platform/Interface/Handles/SaveChoice.h"
 #include "Platform/Storage/entry_ref.h"
+#include "Simulation/Document/RunTarget.h"
 #include "Simulation/MissingMassWindow.h"
+#include "Tests/Platform/WaitUntil.h"
 #include "Tests/Simulation/SettingsFixture.h"
 
 namespace {
@@ -19,6 +25,14 @@ protected:
             files.AddRef("refs", &file);
         }
         Send(files);
+    }
+    void Export(uint32 what, const std::string& name) {
+        BMessage place(what);
+        SaveChoice choice;
+        ASSERT_EQ(get_ref_for_path(host.folder.Path().c_str(), &choice.directory), B_OK);
+        choice.name = name;
+        choice.AddTo(&place);
+        Send(place);
     }
     void ExpectSaid(const std::vector<std::string>& pieces) {
         for (const std::string& piece : pieces)
@@ -60,12 +74,7 @@ TEST_F(BodyExchangeTest, AFileOfBodiesIsImportedAndExportedToTheSameBits) {
         "\"Sun\",1.5e+20,1,0.1,0,0,0,0,0\n"
         "\"Probe\",0,1,0.3,0,0,0,1e-05,0\n";
     Import({host.folder.Write("bodies.csv", bodies)});
-    BMessage place(BodyExchange::kExport);
-    SaveChoice choice;
-    ASSERT_EQ(get_ref_for_path(host.folder.Path().c_str(), &choice.directory), B_OK);
-    choice.name = "out.csv";
-    choice.AddTo(&place);
-    Send(place);
+    Export(BodyExchange::kExport, "out.csv");
     EXPECT_NE(host.folder.Read("out.csv").find(bodies.substr(bodies.find("\"Sun\""))),
               std::string::npos)
         << host.folder.Read("out.csv");
@@ -117,6 +126,43 @@ TEST_F(BodyExchangeTest, OfSeveralFilesAllIsSaidAndMissingMassesAreAskedFor) {
     Send(BMessage(MissingMassWindow::kClosed));
     Send(given);
     EXPECT_EQ(simulation.CountBodies(), 4u);
+}
+
+// The first and the last row of a body are the start and the end of the run, to the bit.
+TEST_F(BodyExchangeTest, AKeptRunIsExportedSampleBySample) {
+    Export(BodyExchange::kExportRun, "none.csv");
+    ExpectSaid({"none.csv: no run is kept"});
+    EXPECT_EQ(std::ranges::count(host.folder.Names(), "none.csv"), 0);
+
+    const auto rowOf = [this] {
+        return Ask([](const AbEpoch& epoch) {
+            const MassSystem& body = *epoch.SystemFromID(1);
+            std::string row = "1," + CsvName(body.Name());
+            AppendCsvNumber(&row, epoch.Time());
+            for (const ThreeVector& vector : {body.Position(), body.Velocity()})
+                for (const double component : {vector.x, vector.y, vector.z})
+                    AppendCsvNumber(&row, component);
+            return row;
+        });
+    };
+    portal->GetCalculator()->SetPace(Pace());
+    RunTarget target;
+    target.time = 1e7;
+    Send(target.ToMessage());
+    ASSERT_TRUE(WaitUntil([this] { return simulation.GoLabel() == "Go"; }));
+    Settle();
+    const std::string end = rowOf();
+    EXPECT_GT(Ask([](const AbEpoch& epoch) { return epoch.Time(); }), 9e6);
+    Export(BodyExchange::kExportRun, "run.csv");
+    ExpectSaid({"run.csv"});
+    std::istringstream text(host.folder.Read("run.csv"));
+    std::vector<std::string> rows;
+    for (std::string row; std::getline(text, row);)
+        if (row.starts_with("1,") || rows.empty()) rows.push_back(row);
+    ASSERT_GT(rows.size(), 3u);
+    EXPECT_EQ(rows[0], "id,name,time [s],x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]");
+    EXPECT_TRUE(rows[1].starts_with(std::string("1,\"BoskVeld\",0,"))) << rows[1];
+    EXPECT_EQ(rows.back(), end);
 }
 
 }  // namespace
