@@ -11,7 +11,7 @@ void AppendBodies(std::string* to, const MassSystem& system) {
     for (int32 i = 0; i < system.CountChildren(); i++)
         AppendBodies(to, *system.ChildAt(i));
     if (dynamic_cast<const Body*>(&system) == nullptr) return;
-    *to += CsvName(system.Name());
+    *to += QuotedCsvName(system.Name());
     AppendCsvNumber(to, system.M());
     AppendCsvNumber(to, system.Radius());
     for (const ThreeVector& vector : {system.Position(), system.Velocity()})
@@ -28,7 +28,7 @@ void AppendCsvNumber(std::string* to, double number) {
     to->append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
-std::string CsvName(const std::string& name) {
+std::string QuotedCsvName(const std::string& name) {
     if (name.find_first_not_of(" \t\r\n") == std::string::npos) return "\"-\"";
     std::string quoted = "\"";
     for (const char c : name) {

@@ -10,4 +10,4 @@ class AbEpoch;
 // A comma and the shortest digits that mean these bits.
 void AppendCsvNumber(std::string* to, double number);
 // In quotation marks. A body without a name needs one there.
-[[nodiscard]] std::string CsvName(const std::string& name);
+[[nodiscard]] std::string QuotedCsvName(const std::string& name);

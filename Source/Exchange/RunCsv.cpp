@@ -53,7 +53,7 @@ bool WriteRunsAsCsv(EpochPortal* portal, const RunHistory& history,
     if (tracks.empty()) return false;
     write("id,name,time [s],x [m],y [m],z [m],vx [m/s],vy [m/s],vz [m/s]\n");
     for (const Track& track : tracks) {
-        const std::string begin = std::to_string(track.body) + ',' + CsvName(track.name);
+        const std::string begin = std::to_string(track.body) + ',' + QuotedCsvName(track.name);
         std::string text;
         for (const Sample& sample : history.Samples(track.run, track.body, track.from, track.to)) {
             // Samples around a branch's beginning reach beyond it.

@@ -137,7 +137,7 @@ TEST_F(BodyExchangeTest, AKeptRunIsExportedSampleBySample) {
     const auto rowOf = [this] {
         return Ask([](const AbEpoch& epoch) {
             const MassSystem& body = *epoch.SystemFromID(1);
-            std::string row = "1," + CsvName(body.Name());
+            std::string row = "1," + QuotedCsvName(body.Name());
             AppendCsvNumber(&row, epoch.Time());
             for (const ThreeVector& vector : {body.Position(), body.Velocity()})
                 for (const double component : {vector.x, vector.y, vector.z})
