@@ -1,13 +1,24 @@
 #include "Simulation/OpenSimulations.h"
 
 #include <algorithm>
+#include <limits>
 
+#include "Displays/Base/WindowPlacement.h"
+#include "Platform/Interface/Handles/BScreen.h"
 #include "Platform/Interface/Handles/BWindow.h"
 
 namespace {
 
 constexpr float kAside = 24.0f;
+constexpr float kTitle = 32.0f;  // between windows below each other, with the borders
+constexpr float kGap = 10.0f;
 constexpr int32 kMaxTimes = 40;  // then the windows have left the screen
+
+float CommonArea(const BRect& a, const BRect& b) {
+    const float width = std::min(a.right, b.right) - std::max(a.left, b.left);
+    const float height = std::min(a.bottom, b.bottom) - std::max(a.top, b.top);
+    return std::max(width, 0.0f) * std::max(height, 0.0f);
+}
 
 }  // namespace
 
@@ -57,7 +68,38 @@ void OpenSimulations::Place(BWindow* window, const BLooper* simulation) {
         const std::lock_guard lock(mutex_);
         if (const Entry* const entry = Find(window); entry != nullptr && entry->isPlaced) return;
     }
-    MoveTo(window, simulation, {window->Frame().left, window->Frame().top});
+    MoveTo(window, simulation, FreeCorner(*window));
+}
+
+// Where it would cover least of the others: where it is, or below or to the right of one of them.
+BPoint OpenSimulations::FreeCorner(const BWindow& window) {
+    const std::lock_guard lock(mutex_);
+    const BRect own = window.Frame();
+    BPoint best{own.left, own.top};
+    const BScreen screen(&window);
+    if (!screen.IsValid()) return best;
+    std::vector<BRect> others;
+    for (const Entry& entry : entries_)
+        if (entry.window != &window && !entry.window->IsHidden())
+            others.push_back(entry.window->Frame());
+    std::vector<BPoint> corners{best};
+    for (const BRect& other : others) {
+        corners.push_back({other.left, other.bottom + kTitle});
+        corners.push_back({other.right + kGap, other.top});
+    }
+    float least = std::numeric_limits<float>::infinity();
+    for (const BPoint corner : corners) {
+        const BRect frame =
+            FrameOnScreen({corner.x, corner.y, corner.x + own.Width(), corner.y + own.Height()},
+                          screen.FreeFrame());
+        float covered = 0.0f;
+        for (const BRect& other : others)
+            covered += CommonArea(frame, other);
+        if (covered >= least) continue;
+        least = covered;
+        best = {frame.left, frame.top};
+    }
+    return best;
 }
 
 OpenSimulations::Entry* OpenSimulations::Find(const BLooper* window) {

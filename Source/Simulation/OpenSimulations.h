@@ -25,7 +25,8 @@ public:
     // that is a further one of its document stand aside of it as often as that, so that it does not
     // matter which of them come first; `simulation` may be the window itself.
     void MoveTo(BWindow* window, const BLooper* simulation, BPoint corner);
-    // The same from where it stands, once: afterwards it is where the user has it.
+    // The same, once, to where it covers least of the others: afterwards it is where the user has
+    // it.
     void Place(BWindow* window, const BLooper* simulation);
 
 private:
@@ -37,6 +38,7 @@ private:
     };
     // Null: there is none.
     [[nodiscard]] Entry* Find(const BLooper* window);
+    [[nodiscard]] BPoint FreeCorner(const BWindow& window);
     [[nodiscard]] bool IsTaken(const BWindow* window, BPoint corner) const;
 
     std::mutex mutex_;

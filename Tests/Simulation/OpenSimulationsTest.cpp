@@ -55,6 +55,25 @@ TEST(OpenSimulations, NumbersAndPlacesAreThoseOfTheOrderOfOpening) {
     }
 }
 
+// A window that is opened beside others covers none of them while the screen has room.
+TEST(OpenSimulations, AWindowIsPlacedWhereItCoversNone) {
+    OpenSimulations windows;
+    const auto make = [](BRect frame) { return new BWindow(frame, "", B_DOCUMENT_WINDOW, 0); };
+    BWindow* const shown = make(kFrame);
+    windows.MoveTo(shown, shown, {kFrame.left, kFrame.top});
+    shown->Show();
+    BWindow* const hidden = make({0.0f, 300.0f, 700.0f, 500.0f});
+    windows.MoveTo(hidden, hidden, {0.0f, 300.0f});
+    BWindow* const added = make({100.0f, 100.0f, 250.0f, 200.0f});
+    windows.Place(added, shown);
+    EXPECT_GT(added->Frame().top, shown->Frame().bottom) << "below, whatever is hidden there";
+    EXPECT_EQ(added->Frame().left, shown->Frame().left);
+    for (BWindow* const window : {shown, hidden, added}) {
+        windows.Leave(window);
+        if (window->Lock()) window->Quit();
+    }
+}
+
 TEST(OpenSimulations, EpochListsOfTwoWindowsAreBothSeen) {
     TestHost host;
     TestSimulation first(&host, PlanetRecord(), "Comets");

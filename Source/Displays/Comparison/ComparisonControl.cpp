@@ -17,7 +17,6 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Server/WindowServer.h"
-#include "Platform/Kernel/OS.h"
 #include "Resources/Views.h"
 #include "Simulation/History/Moment.h"
 #include "Simulation/History/RunHistory.h"
@@ -27,8 +26,8 @@ namespace {
 constexpr int32 kTreeChanged =
     kEpochRenamed | kEpochAdded | kEpochRemoved | kFocusEpochChanged | kTimeChanged;
 constexpr int32 kBodiesChanged = kBodyDataChanged | kSystemAdded | kSystemRemoved | kTreeChanged;
-constexpr bigtime_t kPatience = 3'000'000;  // us
-constexpr float kShift = 40.0f;             // of the window, from the display's left-top corner
+constexpr uint32 kStartsFound = FourCC("cmps");
+constexpr float kShift = 40.0f;  // of the window, from the display's left-top corner
 
 }  // namespace
 
@@ -41,6 +40,9 @@ bool ComparisonControl::Handle(const BMessage& message) {
             return true;
         case CompareMenu::kWhyDiffer:
             ShowDifferences();
+            return true;
+        case kStartsFound:
+            TellDifferences();
             return true;
         case RunComparison::kChanged:
             display_->DrawDiscs();
@@ -96,48 +98,54 @@ const AbEpoch* ComparisonControl::ShownEpoch() const {
     return run != nullptr && portal->HasEpoch(run) ? run : portal->FocusEpoch();
 }
 
-// A branch whose moment takes too long is not told of.
-BranchStarts ComparisonControl::FindStarts() const {
-    EpochPortal* const portal = display_->Epoch();
-    std::unordered_map<const AbEpoch*, RunHistory::Way> ways;
-    {
-        const ReadGuard guard(portal);
-        for (const AbEpoch* epoch : {ShownEpoch(), comparison_.Other()})
-            for (; epoch != nullptr; epoch = epoch->Parent())
-                if (const auto way = comparison_.History()->WayTo(*epoch); way && way->run != epoch)
-                    ways.emplace(epoch, *way);
-    }
-    BranchStarts starts;
-    const bigtime_t end = system_time() + kPatience;
-    for (const auto& [branch, way] : ways) {
-        RunCheckpoint moment;
-        if (comparison_.History()->MomentAt(
-                way.run, way.end, [end](double) { return system_time() < end; }, &moment) !=
-            RunHistory::Finding::kFound)
-            continue;
-        const ReadGuard guard(portal);
-        if (portal->HasEpoch(way.run)) starts[branch] = ExactMoment(*way.run, moment).epoch;
-    }
-    return starts;
+BranchStartFinder::Ways ComparisonControl::BranchWays() const {
+    BranchStartFinder::Ways ways;
+    const ReadGuard guard(display_->Epoch());
+    for (const AbEpoch* epoch : {ShownEpoch(), comparison_.Other()})
+        for (; epoch != nullptr; epoch = epoch->Parent())
+            if (const auto way = comparison_.History()->WayTo(*epoch); way && way->run != epoch)
+                ways.emplace(epoch, *way);
+    return ways;
 }
 
-void ComparisonControl::ShowDifferences() const {
+// What branches began with may take long to compute; the rest is told at once.
+void ComparisonControl::ShowDifferences() {
     if (!comparison_.IsOn()) return;
-    const BranchStarts starts = FindStarts();
-    std::string text;
-    {
-        const ReadGuard guard(display_->Epoch());
-        text = DescribeDifferences({ShownEpoch(), context_.texts->Label(kTextThisStory)},
-                                   {comparison_.Other(), menu_->NameOf(comparison_.Other())},
-                                   starts, context_);
-    }
+    asked_ = comparison_.Other();
+    starts_.reset();
+    if (BranchStartFinder::Ways ways = BranchWays(); !ways.empty())
+        starts_ = std::make_unique<BranchStartFinder>(
+            display_->Epoch(), comparison_.History(), std::move(ways),
+            [display = display_] { WindowServer::Deliver(display, BMessage(kStartsFound)); });
     const BRect frame = display_->Frame();
-    auto* const window =
-        new DifferencesWindow({frame.left + kShift, frame.top + kShift}, text, *context_.texts);
+    auto* const window = new DifferencesWindow({frame.left + kShift, frame.top + kShift},
+                                               DifferencesText(), *context_.texts);
+    differences_ = BMessenger(window);
     window->Show();
 }
 
+void ComparisonControl::TellDifferences() {
+    if (comparison_.Other() == asked_ && asked_ != nullptr) {
+        BMessage message(DifferencesWindow::kText);
+        message.AddString(DifferencesWindow::kTextField, DifferencesText());
+        static_cast<void>(differences_.SendMessage(&message));
+    }
+    if (starts_ != nullptr && starts_->Found()) starts_.reset();
+}
+
+std::string ComparisonControl::DifferencesText() const {
+    const auto starts = starts_ == nullptr ? BranchStarts() : starts_->Found();
+    const ReadGuard guard(display_->Epoch());
+    std::string text =
+        DescribeDifferences({ShownEpoch(), context_.texts->Label(kTextThisStory)},
+                            {comparison_.Other(), menu_->NameOf(comparison_.Other())},
+                            starts.value_or(BranchStarts()), context_);
+    if (!starts) text += "\n" + context_.texts->Label(kTextStillComputed) + "\n";
+    return text;
+}
+
 void ComparisonControl::End() {
+    starts_.reset();
     comparison_.CompareWith(nullptr, {});
     TellDistance();
 }

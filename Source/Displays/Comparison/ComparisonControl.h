@@ -2,8 +2,11 @@
 // Owned by the display and used with its lock.
 #pragma once
 
+#include <memory>
+#include <string>
 #include <vector>
 
+#include "Displays/Comparison/BranchStartFinder.h"
 #include "Displays/Comparison/CompareMenu.h"
 #include "Displays/Comparison/EpochDifferences.h"
 #include "Displays/Comparison/RunComparison.h"
@@ -46,8 +49,10 @@ public:
 
 private:
     // In a window of their own.
-    void ShowDifferences() const;
-    [[nodiscard]] BranchStarts FindStarts() const;
+    void ShowDifferences();
+    void TellDifferences();
+    [[nodiscard]] std::string DifferencesText() const;
+    [[nodiscard]] BranchStartFinder::Ways BranchWays() const;
     [[nodiscard]] const AbEpoch* ShownEpoch() const;
     void TellDistance();
 
@@ -58,4 +63,7 @@ private:
     const DisplayContext& context_;
     RunComparison comparison_;
     CompareMenu* menu_ = nullptr;
+    BMessenger differences_;  // the window; what was asked about there are the next two
+    const AbEpoch* asked_ = nullptr;
+    std::unique_ptr<BranchStartFinder> starts_;
 };

@@ -2,6 +2,7 @@
 
 #include "Displays/Base/WindowPlacement.h"
 #include "Interface Widgets/InterfaceTexts.h"
+#include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BFont.h"
 #include "Platform/Interface/Handles/BPageView.h"
 #include "Resources/Views.h"
@@ -21,12 +22,19 @@ BRect FrameAt(BPoint at) {
 
 DifferencesWindow::DifferencesWindow(BPoint at, const std::string& text,
                                      const InterfaceTexts& texts)
-    : BWindow(FrameAt(at), texts.Text(kTextDifferTitle), B_TITLED_WINDOW, B_CLOSE_ON_ESCAPE) {
-    auto* const page = new BPageView("text");
-    page->SetAccessibleName(texts.Text(kTextDifferTitle));
-    page->SetStretch(1, 1);
-    AddChild(page);
-    page->SetText(text);
-    page->MakeFocus();
+    : BWindow(FrameAt(at), texts.Text(kTextDifferTitle), B_TITLED_WINDOW, B_CLOSE_ON_ESCAPE),
+      page_(new BPageView("text")) {
+    page_->SetAccessibleName(texts.Text(kTextDifferTitle));
+    page_->SetStretch(1, 1);
+    AddChild(page_);
+    page_->SetText(text);
+    page_->MakeFocus();
     keep_on_screen(this);
+}
+
+void DifferencesWindow::MessageReceived(BMessage* message) {
+    std::string text;
+    if (message->what == kText && message->FindString(kTextField, &text) == B_OK)
+        return page_->SetText(text);
+    BWindow::MessageReceived(message);
 }

@@ -6,10 +6,20 @@
 
 #include "Platform/Interface/Handles/BWindow.h"
 
+class BPageView;
 class InterfaceTexts;
 
 class DifferencesWindow : public BWindow {
 public:
+    // To it: another text.
+    static constexpr uint32 kText = FourCC("dftx");
+    static constexpr const char* kTextField = "text";
+
     // The place is that of its left-top corner.
     DifferencesWindow(BPoint at, const std::string& text, const InterfaceTexts& texts);
+
+    void MessageReceived(BMessage* message) override;
+
+private:
+    BPageView* const page_;
 };

@@ -52,7 +52,7 @@ void TimeLineBar::BuildMenu() {
     add(kTextBranchHere, kBranchHere)->SetTarget(source_.owner);
     add(kTextBackToNow, kBackToNow)->SetTarget(source_.owner);
     add(kTextMakeRunAgain, kMakeRunAgain)->SetTarget(source_.owner);
-    add(kTextStopMaking, kStopMaking)->SetTarget(source_.owner);
+    add(kTextStopMaking, kStopMaking)->SetTarget(this);
     menu_->AddSeparatorItem();
     for (const auto& [label, what] :
          {std::pair(kTextPlayForward, kPlayForward), std::pair(kTextPlayBackward, kPlayBackward),
@@ -225,13 +225,18 @@ bool TimeLineBar::TakeKey(const KeyInput& input) {
             Play(-1);
             return true;
         case B_ESCAPE:
-            player_.Stop();
-            source_.shown->StopMaking();  // the simulation may be waiting for it
-            WindowServer::Deliver(source_.owner, BMessage(kStopMaking));
+            StopMaking();
             return true;
         default:
             return false;
     }
+}
+
+// The simulation may be waiting for what is stopped, and would not hear of it.
+void TimeLineBar::StopMaking() {
+    player_.Stop();
+    source_.shown->StopMaking();
+    WindowServer::Deliver(source_.owner, BMessage(kStopMaking));
 }
 
 void TimeLineBar::Play(int32 direction) {
@@ -247,6 +252,8 @@ void TimeLineBar::MessageReceived(BMessage* message) {
             return Play(-1);
         case kStopPlaying:
             return player_.Stop();
+        case kStopMaking:
+            return StopMaking();
         case MomentPlayer::kTick:
             return player_.Tick(line_, SecondsPerSecond());
         default:

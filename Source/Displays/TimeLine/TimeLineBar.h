@@ -55,6 +55,7 @@ private:
     void TellMark(float x);
     void SeekTo(double time);
     void StepPictures(int32 direction);
+    void StopMaking();
     void Play(int32 direction);
     // What the past is about stands still.
     void PauseRun();

@@ -63,7 +63,7 @@ void EpochList::Read(const AbEpoch* root, const AbEpoch* focus) {
         entry.name =
             epoch->NameFromParent() && parent != kNone ? entries_[parent].name : epoch->Name();
         entry.children = epoch->CountChildren();
-        ReadContents(*epoch, &entry);
+        ReadContents(*epoch, epoch == focus, &entry);
         FindLine(&entry);
         if (epoch == focus) focus_ = entries_.size();
         entries_.push_back(std::move(entry));
@@ -75,18 +75,19 @@ void EpochList::Read(const AbEpoch* root, const AbEpoch* focus) {
 
 bool EpochList::ReadFocus(const AbEpoch* focus) {
     if (focus_ == kNone || entries_[focus_].epoch != focus) return false;
-    ReadContents(*focus, &entries_[focus_]);
+    ReadContents(*focus, true, &entries_[focus_]);
     return true;
 }
 
-void EpochList::ReadContents(const AbEpoch& epoch, Entry* entry) const {
+void EpochList::ReadContents(const AbEpoch& epoch, bool isFocus, Entry* entry) const {
     entry->time = epoch.Time();
     entry->timeUval = epoch.TimeUval();
     entry->bodies = epoch.RootSystem() == nullptr ? 0 : epoch.RootSystem()->CountBodies();
     entry->circumstance = epoch.Circumstance();
     entry->isWriteable = epoch.Writeable();
     // One that goes on has a picture when it has ended.
-    if (pictures_ != nullptr && !isRunning_) entry->picture = pictures_->PictureOf(epoch);
+    const bool goesOn = isRunning_ && isFocus;
+    if (pictures_ != nullptr && !goesOn) entry->picture = pictures_->PictureOf(epoch);
 }
 
 int32 EpochList::RunsBefore(std::size_t index) const {

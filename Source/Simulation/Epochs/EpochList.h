@@ -70,7 +70,7 @@ private:
         bool isWriteable = false;
         RunPictures::Picture picture;
     };
-    void ReadContents(const AbEpoch& epoch, Entry* entry) const;
+    void ReadContents(const AbEpoch& epoch, bool isFocus, Entry* entry) const;
     [[nodiscard]] int32 RunsBefore(std::size_t index) const;
     [[nodiscard]] bool IsBranch(const Entry& entry) const;
     void FindLine(Entry* entry) const;

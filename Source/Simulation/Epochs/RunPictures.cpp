@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 #include <vector>
 
-#include "Displays/Trajectories/Extent.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Model/Epochs/Epoch.h"
 #include "Model/Systems/Body.h"
 #include "Platform/Interface/Canvas/BBitmap.h"
 #include "Platform/Interface/Canvas/Canvas.h"
+#include "Simulation/Epochs/PictureTrails.h"
 
 namespace {
 
@@ -18,14 +19,10 @@ constexpr float kWidth = 36.0f;
 constexpr float kHeight = 22.0f;
 constexpr double kScale = 2.0;   // device pixels, for screens that have so many
 constexpr double kMargin = 2.0;  // around the trails
+constexpr float kDot = 0.75f;    // half its length
 constexpr std::size_t kMaxBodies = 12;
 constexpr std::size_t kMaxSamples = 400;  // of a body
 constexpr int32 kMaxDrawn = 16;           // in a round
-
-struct Trail {
-    rgb_color color;
-    std::vector<Sample> samples;
-};
 
 std::vector<const Body*> HeaviestOf(const Epoch& epoch, const std::vector<int64>& ids) {
     std::vector<const Body*> bodies;
@@ -92,15 +89,13 @@ RunPictures::Picture RunPictures::Blank() {
 }
 
 RunPictures::Picture RunPictures::Draw(const Epoch& epoch, const RunHistory::Span& span) const {
-    std::vector<Trail> trails;
-    Extent all;
-    for (const Body* const body : HeaviestOf(epoch, history_->BodiesOf(&epoch))) {
-        trails.push_back({body->TrailColor(),
+    std::vector<PictureTrail> trails;
+    for (const Body* const body : HeaviestOf(epoch, history_->BodiesOf(&epoch)))
+        trails.push_back({body->TrailColor(), body->M(),
                           history_->Samples(&epoch, body->ID(), std::min(span.start, span.end),
                                             std::max(span.start, span.end), kMaxSamples)});
-        for (const Sample& sample : trails.back().samples)
-            all.Add(sample.position);
-    }
+    trails = TrailsToSee(std::move(trails));
+    const Extent all = ExtentOf(trails);
     if (all.IsEmpty()) return nullptr;
     const ThreeVector size = all.high - all.low;
     const ThreeVector middle = (all.low + all.high) * 0.5;
@@ -112,8 +107,12 @@ RunPictures::Picture RunPictures::Draw(const Epoch& epoch, const RunHistory::Spa
     };
     Canvas canvas({0.0f, 0.0f, kWidth - 1.0f, kHeight - 1.0f}, TrajectoryView::kSky, kScale);
     canvas.Fill(TrajectoryView::kSky);
-    for (const auto& [color, samples] : trails) {
+    for (const auto& [color, mass, samples] : trails) {
+        if (samples.empty()) continue;
         canvas.BeginLineArray(static_cast<int32>(2 * samples.size()));
+        // Where it came to, so that none is hidden altogether.
+        const BPoint end = map(samples.back().position);
+        canvas.AddLine({end.x - kDot, end.y}, {end.x + kDot, end.y}, color);
         for (std::size_t i = 1; i < samples.size(); i++) {
             const Sample& from = samples[i - 1];
             const Sample& to = samples[i];

@@ -102,6 +102,10 @@ TEST(EpochList, KeptRunsHavePicturesOfTheirTrails) {
     document.Run(1000);
     EXPECT_EQ(pictureOf(run), picture);
     EXPECT_NE(pictureOf(document.portal->FocusEpoch()), picture);
+    // While a run goes on, those that have ended keep theirs.
+    list.SetRunning(true);
+    EXPECT_EQ(pictureOf(run), picture);
+    EXPECT_EQ(pictureOf(document.portal->FocusEpoch()), RunPictures::Blank());
     document.document.RemoveConsumer(&history);
 }
 

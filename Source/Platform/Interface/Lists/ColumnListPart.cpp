@@ -3,10 +3,12 @@
 #include <QCollator>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <QTreeView>
 #include <algorithm>
 #include <cmath>
@@ -16,6 +18,8 @@ namespace {
 
 // Room in a column beside its characters.
 constexpr int kColumnPadding = 2;
+// As wide as columns become for what is in them, in characters.
+constexpr int kMaxColumn = 40;
 // Between the rows, in logical pixels.
 constexpr int kRowPadding = 4;
 
@@ -49,6 +53,18 @@ public:
         // Some styles fill what has the focus with a veil.
         option->state &= ~QStyle::State_HasFocus;
     }
+    // Of a text that is cut, all of it.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        const bool isCut = event->type() == QEvent::ToolTip &&
+                           sizeHint(option, index).width() > view->visualRect(index).width();
+        if (!isCut) return QStyledItemDelegate::helpEvent(event, view, option, index);
+        QToolTip::showText(
+            event->globalPos(),
+            index.data().toString() + QLatin1Char('\n') + index.data(Qt::ToolTipRole).toString(),
+            view);
+        return true;
+    }
     void setEditorData(QWidget* /*editor*/, const QModelIndex& /*index*/) const override {}
     void setModelData(QWidget* widget, QAbstractItemModel* model,
                       const QModelIndex& index) const override {
@@ -66,6 +82,7 @@ public:
         const QModelIndex name = currentIndex().siblingAtColumn(0);
         if (name.isValid() && (name.flags() & Qt::ItemIsEditable)) edit(name);
     }
+    [[nodiscard]] int WidthOf(int column) const { return sizeHintForColumn(column); }
     [[nodiscard]] QLineEdit* Editor() const { return delegate_->editor; }
     [[nodiscard]] int64 EditedKey() const { return delegate_->key; }
     // With what was typed, or without it.
@@ -156,8 +173,23 @@ void ColumnListPart::SetColumnWidths() {
     header.setSortIndicatorShown(true);
     header.setSortIndicatorClearable(true);
     header.setSortIndicator(-1, Qt::AscendingOrder);
+    QObject::connect(&header, &QHeaderView::sectionResized, view_, [this](int column) {
+        if (!isWidening_) sized_.insert(column);
+    });
     QObject::connect(&header, &QHeaderView::sortIndicatorChanged, view_,
                      [this](int column, Qt::SortOrder order) { SortBy(column, order); });
+}
+
+// Those that the user has not sized get room for what is seen in them, and never less again.
+void ColumnListPart::WidenColumns() {
+    QHeaderView& header = *view_->header();
+    const int most = kMaxColumn * view_->fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    isWidening_ = true;
+    for (int i = 0; i + 1 < header.count(); i++) {
+        const int wanted = std::min(view_->WidthOf(i), most);
+        if (!sized_.contains(i) && wanted > header.sectionSize(i)) header.resizeSection(i, wanted);
+    }
+    isWidening_ = false;
 }
 
 // --- Rows ---
@@ -166,6 +198,7 @@ void ColumnListPart::SetRows(std::vector<ColumnListRow> rows) {
     rows_ = std::move(rows);
     DecorateRoot();
     Update([this] { return model_->Show(Arranged()); });
+    WidenColumns();
 }
 
 void ColumnListPart::ChangeRow(ColumnListRow row) {

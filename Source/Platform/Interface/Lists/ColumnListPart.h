@@ -41,6 +41,7 @@ private:
     class NameDelegate;
 
     void SetColumnWidths();
+    void WidenColumns();
     void SortBy(int column, Qt::SortOrder order);
     // The rows in the order of the column that they are sorted by, or as they came.
     void DecorateRoot();
@@ -62,6 +63,8 @@ private:
     std::unordered_set<int64> closed_;  // by the user
     int64 selected_ = ColumnListRow::kNoKey;
     bool isUpdating_ = false;
+    std::unordered_set<int> sized_;  // columns, by the user
+    bool isWidening_ = false;
     std::shared_ptr<ViewPart> menu_;
     ColumnListModel* model_ = nullptr;  // the view's
     View* view_ = nullptr;              // the part's widget
