@@ -1,5 +1,8 @@
 #include "Interface Widgets/NumberTextControl.h"
 
+#include <cmath>
+#include <limits>
+
 #include "Interface Widgets/InterfaceTexts.h"
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
@@ -10,6 +13,7 @@ namespace {
 
 constexpr int32 kColumns = 18;   // all digits of a number, a sign and a point
 constexpr int kBriefDigits = 7;  // where nobody edits
+constexpr double kLostPart = 16.0 * std::numeric_limits<double>::epsilon();
 
 }  // namespace
 
@@ -25,12 +29,20 @@ double NumberTextControl::FactorFor(double uval) const {
     return unit == nullptr ? 1.0 : unit->factor;
 }
 
+// What was typed and went through a sum, as one relative to another body does, may have lost its
+// last place or two.
+double NumberTextControl::AsTyped(double value) const {
+    const std::lock_guard lock(mutex_);
+    const bool isIt = typed_ && std::abs(value - *typed_) <= kLostPart * std::abs(*typed_);
+    return isIt ? *typed_ : value;
+}
+
 BEntryControl::Writing NumberTextControl::WritingOf(const DimValue& value) const {
     const double factor = FactorFor(value.Uval());
     const std::string unit =
         showsUnit_ && units_ != nullptr ? ' ' + units_->Abbreviation(factor) : std::string();
-    return {QuantityText(value.Value(), factor) + unit,
-            print_double(value.Value() / factor, kBriefDigits) + unit};
+    const double shown = AsTyped(value.Value());
+    return {QuantityText(shown, factor) + unit, print_double(shown / factor, kBriefDigits) + unit};
 }
 
 void NumberTextControl::ShowValue(const std::optional<DimValue>& value, bool replacesAll) {
@@ -55,6 +67,10 @@ std::optional<DimValue> NumberTextControl::Read(const std::string& text, const D
     if (parsed) {
         const double uval = parsed.unit == nullptr ? inForce.Uval() : parsed.unit->factor;
         const DimValue value(parsed.value, uval);
+        {
+            const std::lock_guard lock(mutex_);
+            typed_ = parsed.value;
+        }
         AcceptText(WritingOf(value));
         return value;
     }

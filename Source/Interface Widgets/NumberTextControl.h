@@ -3,6 +3,7 @@
 // what stands under "Any thread" needs no lock.
 #pragma once
 
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -38,6 +39,7 @@ public:
 
 private:
     [[nodiscard]] double FactorFor(double uval) const;
+    [[nodiscard]] double AsTyped(double value) const;
     [[nodiscard]] Writing WritingOf(const DimValue& value) const;
     void Write(const Writing& writing, bool replacesAll);
     [[nodiscard]] std::string WhyNot(int32 reason) const;
@@ -45,4 +47,6 @@ private:
     const UnitTable* const units_;
     const InterfaceTexts& texts_;
     bool showsUnit_ = false;
+    mutable std::mutex mutex_;  // guards the next one
+    std::optional<double> typed_;
 };

@@ -207,3 +207,34 @@ TEST(Pace, AMachineThatCannotFollowShowsSlowMotion) {
         EXPECT_EQ(calculator->IsBehindPace(), late > 0);
     }
 }
+
+// While a picture is drawn the next one is computed, and no more: the machine's slowness shows, and
+// a pause leaves nothing to be caught up with.
+TEST(Pace, ASlowScreenHasOnePictureToDrawAndNoneBehindIt) {
+    class Slow final : public RecordingConsumer {
+    public:
+        using RecordingConsumer::RecordingConsumer;
+        [[nodiscard]] bool TakesPictures() const override { return true; }
+        void ReadData(int32 count, double* times, double* positions, double* velocities) override {
+            undrawn = std::max(undrawn, CountRead() - CountDrawn());
+            RecordingConsumer::ReadData(count, times, positions, velocities);
+            last = times[std::max(count - 1, 0)];
+            ahead = std::max(ahead, last - shown);
+            shown = last;
+        }
+        int32 undrawn = 0;
+        double last = 0.0, shown = 0.0, ahead = 0.0;  // s
+    };
+    constexpr double kPace = 600'000.0;
+    Circle system;
+    const auto calculator = MakeCalculator(&system);
+    SystemPaceClock clock;
+    calculator->SetClock(&clock);
+    Slow screen(&system, *calculator, 2 * kInterval);
+    calculator->SetPace(Pace::Of(kPace));
+    calculator->SetRunLimit(0, 4e5);
+    system.RunUntilParked(calculator.get());
+    EXPECT_GE(screen.CountRead(), 20);
+    EXPECT_EQ(screen.undrawn, 0) << "handed over before the one before was drawn";
+    EXPECT_LE(screen.ahead, 1.05 * kPace * static_cast<double>(kInterval) / 1e6);
+}

@@ -28,7 +28,8 @@ const Stroke kStrokes[] = {{Qt::Key_Home, {}},
                            {Qt::Key_Right, {}},
                            {Qt::Key_Left, Qt::ShiftModifier},
                            {Qt::Key_Space, {}},
-                           {Qt::Key_Period, {}}};
+                           {Qt::Key_Period, {}},
+                           {Qt::Key_Escape, {}}};
 
 }  // namespace
 

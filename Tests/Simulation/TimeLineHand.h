@@ -5,7 +5,7 @@
 
 namespace TimeLineHand {
 
-enum class Key { kHome, kEnd, kLeft, kRight, kShiftLeft, kSpace, kForward };
+enum class Key { kHome, kEnd, kLeft, kRight, kShiftLeft, kSpace, kForward, kEscape };
 
 // What a screen reader says of the moment that is shown: "Past: ..." or "Now: ...".
 [[nodiscard]] std::string Value();

@@ -4,13 +4,17 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Calculation/Calculator.h"
 #include "Displays/TimeLine/MomentPlayer.h"
 #include "Displays/Trajectories/TrajectoryView.h"
 #include "Interface Widgets/HistoryMessages.h"
 #include "Interface Widgets/ProgramMessages.h"
 #include "Model/Commands/UndoChain.h"
+#include "Model/Epochs/Epoch.h"
 #include "Model/Sharing/AbCalculator.h"
+#include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Model/Systems/Body.h"
 #include "Model/Systems/ShortestOrbit.h"
 #include "Platform/Interface/Handles/BView.h"
 #include "Platform/Support/BAutolock.h"
@@ -235,4 +239,51 @@ TEST_F(TimeLineTest, ADocumentThatIsOpenedAgainCanBeWoundBack) {
         TimeLineHand::Click(0.5);
         EXPECT_TRUE(WaitUntil([] { return IsPast(); }));
     }
+}
+
+// A gesture waits for the moment's bits, tells how far they are, and can be given up; then nothing
+// has happened, and the next one waits again.
+TEST(TimeLine, AGestureThatWaitsLongTellsHowLongAndIsGivenUp) {
+    constexpr int32 kBodies = 2000;    // a step takes milliseconds
+    constexpr double kReports = 60.0;  // before the first checkpoint behind the start
+    TestHost host;
+    TestSimulation simulation(&host);
+    EpochPortal* const portal = simulation.Portal();
+    {
+        const WriteGuard guard(portal);
+        auto* const epoch = dynamic_cast<Epoch*>(portal->FocusEpoch());
+        epoch->SetOrder(4);
+        for (int32 i = 0; i < kBodies; i++) {
+            auto* const body = new Body("", 1000 + i, {}, {}, -2);
+            body->SetM(1.0);
+            body->SetPosition({1e13 + 1e11 * i, 1e12 * (i % 7), 0.0});
+            epoch->RootSystem()->AddChild(body);
+        }
+    }
+    portal->TellObservers(kSystemAdded);
+    simulation.Settle();
+    const auto& calculator = dynamic_cast<const Calculator&>(*portal->GetCalculator());
+    simulation.Send(kTogglePause);
+    ASSERT_TRUE(WaitUntil([&] { return calculator.StepsTaken() >= kReports; }));
+    simulation.Send(kTogglePause);
+    simulation.Settle();
+    const auto focus = [&] {
+        const ReadGuard guard(portal);
+        return portal->FocusEpoch();
+    };
+    const AbEpoch* const run = focus();
+    const auto tells = [&](const char* what) {
+        return simulation.Message().find(what) != std::string::npos;
+    };
+    TimeLineHand::Click(0.9 * kReports / static_cast<double>(calculator.StepsTaken()));
+    ASSERT_TRUE(WaitUntil([] { return Value().starts_with("Past: "); })) << Value();
+    simulation.Send(kBranchHere);
+    EXPECT_TRUE(WaitUntil([&] { return tells(" %"); })) << simulation.Message();
+    TimeLineHand::Press(Key::kEscape);
+    EXPECT_TRUE(WaitUntil([&] { return !tells(" %"); }));
+    simulation.Settle();
+    EXPECT_EQ(focus(), run);
+    EXPECT_TRUE(Value().starts_with("Past: "));
+    simulation.Send(kBranchHere);
+    EXPECT_TRUE(WaitUntil([&] { return focus() != run; })) << "when it is computed";
 }

@@ -98,7 +98,10 @@ void MomentFinder::Work() {
             // As if it could not be found.
         }
         progress_ = kNoProgress;
-        if (IsWanted(count)) found_(wish, moment);
+        if (IsWanted(count))
+            found_(wish, moment);
+        else
+            waits_();  // nobody waits any more
         lock.lock();
         if (wishes_ == count) busy_.reset();
     }

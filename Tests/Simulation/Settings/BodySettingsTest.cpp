@@ -214,6 +214,22 @@ TEST_F(BodySettings, ComponentsAreShownAndTakenRelativeToAnotherSystem) {
     EXPECT_EQ(hand.Text("Position X:"), "1");
 }
 
+// The model has sums, of which a difference is not what was typed.
+TEST_F(BodySettings, WhatIsTypedRelativeToAnotherBodyStaysAsItWasTyped) {
+    constexpr double kSpeed = 29784.7;
+    Change(
+        [](AbEpoch& epoch) {
+            epoch.SystemFromID(0)->SetVelocity({kSpeed, 0, 0});
+        },
+        kVelocityChanged);
+    Choose("Relative to:", "Arrakis");
+    Enter("Velocity Vx:", "13 km/s");
+    ASSERT_NE(Of(1, &MassSystem::Velocity).x - kSpeed, 13000.0);
+    EXPECT_EQ(hand.Text("Velocity Vx:"), "13");
+    Enter("Velocity Vx:", "13.00000000001");
+    EXPECT_NE(hand.Text("Velocity Vx:"), "13");
+}
+
 TEST_F(BodySettings, AGroupHasItsMembersBelowItAndItsMassFromThem) {
     BMessage pair(GroupWindow::kGroup);
     for (const int64 id : {0, 1})
