@@ -12,7 +12,8 @@ namespace {
 constexpr float kAside = 24.0f;
 constexpr float kTitle = 32.0f;  // between windows below each other, with the borders
 constexpr float kGap = 10.0f;
-constexpr int32 kMaxTimes = 40;  // then the windows have left the screen
+constexpr float kScreenFraction = 0.9f;  // in which corners of windows lie
+constexpr int32 kMaxTimes = 40;          // then the windows have left the screen
 
 float CommonArea(const BRect& a, const BRect& b) {
     const float width = std::min(a.right, b.right) - std::max(a.left, b.left);
@@ -68,6 +69,14 @@ void OpenSimulations::Place(BWindow* window, const BLooper* simulation) {
         const std::lock_guard lock(mutex_);
         if (const Entry* const entry = Find(window); entry != nullptr && entry->isPlaced) return;
     }
+    MoveTo(window, simulation, {window->Frame().left, window->Frame().top});
+}
+
+void OpenSimulations::PlaceBeside(BWindow* window, const BLooper* simulation) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (const Entry* const entry = Find(window); entry != nullptr && entry->isPlaced) return;
+    }
     MoveTo(window, simulation, FreeCorner(*window));
 }
 
@@ -88,7 +97,9 @@ BPoint OpenSimulations::FreeCorner(const BWindow& window) {
         corners.push_back({other.right + kGap, other.top});
     }
     float least = std::numeric_limits<float>::infinity();
-    for (const BPoint corner : corners) {
+    for (const BPoint wanted : corners) {
+        // Where a document that is opened again would have it, too.
+        const BPoint corner = confine_point_to_frame(wanted, screen.Frame(), kScreenFraction);
         const BRect frame =
             FrameOnScreen({corner.x, corner.y, corner.x + own.Width(), corner.y + own.Height()},
                           screen.FreeFrame());

@@ -25,9 +25,10 @@ public:
     // that is a further one of its document stand aside of it as often as that, so that it does not
     // matter which of them come first; `simulation` may be the window itself.
     void MoveTo(BWindow* window, const BLooper* simulation, BPoint corner);
-    // The same, once, to where it covers least of the others: afterwards it is where the user has
-    // it.
+    // The same from where it stands, once: afterwards it is where the user has it.
     void Place(BWindow* window, const BLooper* simulation);
+    // The same to where it covers least of the others.
+    void PlaceBeside(BWindow* window, const BLooper* simulation);
 
 private:
     struct Entry {

@@ -34,7 +34,7 @@ void ShowOrActivate(BWindow* window, const BLooper* simulation) {
     if (!lock.IsLocked()) return;
     if (window->IsHidden()) {
         keep_on_screen(window);
-        OpenSimulations::Shared().Place(window, simulation);
+        OpenSimulations::Shared().PlaceBeside(window, simulation);
         window->Show();
     } else {
         window->Activate();

@@ -65,7 +65,7 @@ TEST(OpenSimulations, AWindowIsPlacedWhereItCoversNone) {
     BWindow* const hidden = make({0.0f, 300.0f, 700.0f, 500.0f});
     windows.MoveTo(hidden, hidden, {0.0f, 300.0f});
     BWindow* const added = make({100.0f, 100.0f, 250.0f, 200.0f});
-    windows.Place(added, shown);
+    windows.PlaceBeside(added, shown);
     EXPECT_GT(added->Frame().top, shown->Frame().bottom) << "below, whatever is hidden there";
     EXPECT_EQ(added->Frame().left, shown->Frame().left);
     for (BWindow* const window : {shown, hidden, added}) {
