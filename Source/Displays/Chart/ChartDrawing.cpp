@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Platform/Interface/Canvas/LineClip.h"
 
@@ -87,6 +88,28 @@ private:
     bool isJoined_ = false;  // the last curve goes on
     double x_ = 0.0;
     double y_ = 0.0;
+};
+
+// Where values lie along an axis, without a division for each.
+class QuickPlace {
+public:
+    QuickPlace(const ChartAxis& axis, const ChartScene::Axis& scene)
+        : axis_(axis),
+          isLinear_(!scene.isLog && scene.range.high > scene.range.low),
+          low_(scene.range.low),
+          lowPlace_(axis.FinePlaceOf(low_)),
+          slope_((axis.FinePlaceOf(scene.range.high) - lowPlace_) / (scene.range.high - low_)) {}
+
+    [[nodiscard]] double Of(double value) const {
+        return isLinear_ ? lowPlace_ + slope_ * (value - low_) : axis_.FinePlaceOf(value);
+    }
+
+private:
+    const ChartAxis& axis_;
+    const bool isLinear_;
+    const double low_;
+    const double lowPlace_;
+    const double slope_;
 };
 
 }  // namespace
@@ -210,23 +233,49 @@ void ChartDrawing::AddCurve(const ChartScene::Line& line, ChartItems* items) con
         pen.Add(across_.FinePlaceOf(series[i].x), up_.FinePlaceOf(series[i].y));
 }
 
-// A pixel has one dot.
+// A pixel has one dot. Those that have dots all around them are filled, a row at a time: nobody
+// could tell the dots from one another.
 void ChartDrawing::AddDots(const ChartScene::Line& line, ChartItems* items) const {
     const auto columns = static_cast<std::size_t>(plot_.right - plot_.left) + 1;
     const auto rows = static_cast<std::size_t>(plot_.bottom - plot_.top) + 1;
-    std::vector<bool> isTaken(columns * rows);
+    std::vector<uint8> isTaken(columns * rows);
+    std::vector<std::pair<std::size_t, BPoint>> places;
+    const QuickPlace across(across_, scene_.across);
+    const QuickPlace up(up_, scene_.up);
     for (std::size_t i = 0; i < line.series->Count(); i++) {
         const ChartSeries::Point& point = (*line.series)[i];
-        if (std::isnan(point.y)) continue;
-        const BPoint place = PlaceOf(point);
-        if (!(place.x >= plot_.left && place.x <= plot_.right && place.y >= plot_.top &&
-              place.y <= plot_.bottom))
+        const double x = across.Of(point.x) - static_cast<double>(plot_.left);
+        const double y = up.Of(point.y) - static_cast<double>(plot_.top);
+        // What is no number is nowhere.
+        if (!(x >= 0.0 && x < static_cast<double>(columns) && y >= 0.0 &&
+              y < static_cast<double>(rows)))
             continue;
-        const auto column = static_cast<std::size_t>(place.x - plot_.left);
-        const auto row = static_cast<std::size_t>(place.y - plot_.top);
-        if (isTaken[row * columns + column]) continue;
-        isTaken[row * columns + column] = true;
-        items->dots.push_back({place, kDot, line.color});
+        const std::size_t pixel =
+            static_cast<std::size_t>(y) * columns + static_cast<std::size_t>(x);
+        if (isTaken[pixel] != 0) continue;
+        isTaken[pixel] = 1;
+        places.emplace_back(pixel, PlaceOf(point));
+    }
+    const auto isInside = [&](std::size_t pixel) {
+        const std::size_t column = pixel % columns;
+        if (pixel < columns || pixel + columns >= isTaken.size() || column == 0 ||
+            column + 1 == columns)
+            return false;
+        const auto areThree = [&](std::size_t middle) {
+            return (isTaken[middle - 1] & isTaken[middle] & isTaken[middle + 1]) != 0;
+        };
+        return areThree(pixel - columns) && areThree(pixel) && areThree(pixel + columns);
+    };
+    for (const auto& [pixel, place] : places)
+        if (!isInside(pixel)) items->dots.push_back({place, kDot, line.color});
+    for (std::size_t pixel = columns; pixel + columns < isTaken.size(); pixel++) {
+        if (isTaken[pixel] == 0 || !isInside(pixel)) continue;
+        const std::size_t first = pixel;
+        while (isInside(pixel + 1))
+            pixel++;
+        const auto y = plot_.top + static_cast<float>(first / columns);
+        const auto x = plot_.left + static_cast<float>(first % columns);
+        items->bars.push_back({{x, y, x + static_cast<float>(pixel - first), y}, line.color});
     }
 }
 

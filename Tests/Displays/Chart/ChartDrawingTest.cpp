@@ -1,6 +1,7 @@
 // Lines, axes and files of charts, without a window.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -98,6 +99,36 @@ TEST(ChartDrawingTest, ASpikeBetweenPixelsIsSeen) {
         if (point.y < top) std::tie(top, at) = std::pair(point.y, point.x);
     EXPECT_FLOAT_EQ(top, drawing.Up().PlaceOf(0.9));
     EXPECT_NEAR(at, drawing.Across().PlaceOf(54.321), 1.0f);
+}
+
+// A square full of points and one beside it: each pixel is painted once, and only at the edge by a
+// dot.
+TEST(ChartDrawingTest, ManyPointsFillAnArea) {
+    ChartSeries series;
+    for (int32 i = 0; i < 400; i++)
+        for (int32 j = 0; j < 400; j++)
+            series.Add({series.Count() * 1.0, 20.0 + 0.1 * i, -0.4 + 0.002 * j});
+    series.Add({1e6, 90.0, 0.9});
+    ChartScene scene = SceneOf(series);
+    scene.isOverTime = false;
+    scene.areDots = true;
+    const std::size_t without = [&] {
+        ChartScene empty = scene;
+        empty.lines.clear();
+        return ChartDrawing(empty, 500.0f, 400.0f).Find().bars.size();
+    }();
+    const ChartDrawing drawing(scene, 500.0f, 400.0f);
+    const ChartItems items = drawing.Find();
+    const float width = 40.0f * drawing.Plot().Width() / 100.0f;
+    const float height = 0.8f * drawing.Plot().Height() / 2.0f;
+    float painted = static_cast<float>(items.dots.size()) - 1.0f;
+    for (std::size_t i = without; i < items.bars.size(); i++)
+        painted += items.bars[i].rect.Width() + 1.0f;
+    EXPECT_NEAR(painted / (width * height), 1.0f, 0.03f);
+    EXPECT_NEAR(static_cast<float>(items.dots.size()), 2.0f * (width + height), 12.0f);
+    const BPoint alone{drawing.Across().PlaceOf(90.0), drawing.Up().PlaceOf(0.9)};
+    EXPECT_TRUE(std::any_of(items.dots.begin(), items.dots.end(),
+                            [&](const ChartItems::Dot& dot) { return dot.where == alone; }));
 }
 
 TEST(ChartDrawingTest, TicksAreRoundAndFarEnoughApart) {
