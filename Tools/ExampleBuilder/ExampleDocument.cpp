@@ -13,7 +13,7 @@ namespace {
 // Beside the simulation's window, which has no place yet: then the program moves displays clear of
 // it, however wide it is with the fonts of the day. As large as a screen of 1366 x 768 has room
 // for.
-constexpr BRect kDisplayFrame{428.0f, 40.0f, 1342.0f, 720.0f};
+constexpr BRect kDisplayFrame{470.0f, 40.0f, 1342.0f, 720.0f};
 // What the frame leaves in height for the picture when bars, pace and time line are taken off.
 constexpr double kPicturePixels = 560.0;
 constexpr int32 kProjectionDisplay = 1;
