@@ -48,10 +48,8 @@ public:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
         const QVariant picture = index.data(Qt::DecorationRole);
-        if (picture.typeId() != QMetaType::QPixmap) return;
-        option->icon.addPixmap(picture.value<QPixmap>(), QIcon::Selected);
-        // Some styles fill what has the focus with a veil.
-        option->state &= ~QStyle::State_HasFocus;
+        if (picture.typeId() == QMetaType::QPixmap)
+            option->icon.addPixmap(picture.value<QPixmap>(), QIcon::Selected);
     }
     // Of a text that is cut, all of it.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
