@@ -182,10 +182,6 @@ void SpaceDisplay::ReadData(int32 reports, double* times, double* positions, dou
                               velocities + (last + 1) * coordinates);
 }
 
-bool SpaceDisplay::IsRunning() const {
-    return shown_.IsRunning();
-}
-
 void SpaceDisplay::Redisplay(int32 changes) {
     {
         const ReadGuard guard(Epoch());
@@ -338,9 +334,8 @@ void SpaceDisplay::LookAlong(int32 axis) {
 }
 
 void SpaceDisplay::LookOnto(int64 body) {
-    const TurningPair pair = FindPair(Epoch(), kNoSystemID, body);
-    const ViewPlane plane = PlaneAcross(pair.axis);
-    if (!pair.IsOn() || !plane.IsOn()) return;
+    const ViewPlane plane = PlaneAcross(FindPair(Epoch(), kNoSystemID, body).axis);
+    if (!plane.IsOn()) return;
     fields_.camera.right = plane.right;
     fields_.camera.up = plane.up;
     Repaint();

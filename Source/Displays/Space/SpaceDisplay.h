@@ -104,7 +104,7 @@ private:
     void CameraMoved();
     void CameraRests();
     void ToggleOption(bool SpaceOptions::*option);
-    [[nodiscard]] bool IsRunning() const;
+    [[nodiscard]] bool IsRunning() const { return shown_.IsRunning(); }
 
     const DisplayContext context_;
     SpaceFields fields_;
