@@ -200,6 +200,7 @@ constexpr OptionInfo kOptions[] = {
     {"on-collision", '\0', true, SetOnCollision},
     {"epochs", '\0', false, SetFlag<&Options::epochs>},
     {"elements", '\0', false, SetFlag<&Options::elements>},
+    {"chaos", '\0', false, SetFlag<&Options::chaos>},
     {"cutoff", '\0', true, SetCutoff},
     {"order", '\0', true, SetOrder},
     {"threads", '\0', true, SetThreads},
@@ -296,6 +297,7 @@ private:
             {options_->events.has_value(), "--events"},
             {options_->epochs, "--epochs"},
             {options_->elements, "--elements"},
+            {options_->chaos, "--chaos"},
             {options_->json, "--json"},
             {options_->dump, "--dump"}};
         for (const auto& [isGiven, name] : others)

@@ -54,6 +54,7 @@ struct Options {
     std::vector<std::string> bodies;  // whose columns a sweep has
     bool epochs = false;
     bool elements = false;
+    bool chaos = false;
     std::optional<double> cutoff;
     std::optional<int32> order;
     std::optional<int32> threads;

@@ -3,6 +3,7 @@
 #include "Calculation/CollisionMailbox.h"
 #include "Platform/Application/BMessage.h"
 #include "Resources/Runner.h"
+#include "Resources/Trust.h"
 #include "Run/JsonObject.h"
 #include "Run/NumberText.h"
 #include "Simulation/Document/ProgramResources.h"
@@ -68,6 +69,22 @@ std::string_view RunSummary::NameOf(Ending ending) {
     return "";
 }
 
+std::string_view RunSummary::NameOf(Trust::Verdict verdict) {
+    switch (verdict) {
+        case Trust::Verdict::kKept:
+            return "kept";
+        case Trust::Verdict::kPicture:
+            return "picture";
+        case Trust::Verdict::kNotTrue:
+            return "not true";
+        case Trust::Verdict::kTrue:
+            return "true";
+        case Trust::Verdict::kUnknown:
+            break;
+    }
+    return "unknown";
+}
+
 RunSummary::Ending RunSummary::EndingFor(RunEnding::Reason reason) {
     switch (reason) {
         case RunEnding::Reason::kNotFinite:
@@ -118,8 +135,19 @@ std::string RunSummary::Text(const ProgramResources& resources) const {
     text += line(kTextSummaryEnergy, {ratio(drift.energy)});
     text += line(kTextSummaryMomentum, {ratio(drift.momentum)});
     text += line(kTextSummaryAngular, {ratio(drift.angularMomentum)});
+    const std::string trust = TrustWords(GetTrust(), resources);
+    text += FillIn(resources.InterfaceLabel(kTextSummaryTrust),
+                   {trust.empty() ? resources.InterfaceLabel(kTextUndefined) : trust});
+    if (chaos) text += FillIn(resources.InterfaceLabel(kTextSummaryChaos), {ChaosText(resources)});
     text += line(kTextSummaryDigest, {digest});
     return text;
+}
+
+std::string RunSummary::ChaosText(const ProgramResources& resources) const {
+    if (!chaos->isKnown) return resources.InterfaceLabel(kTextNoProbe);
+    const double time = chaos->foldingTime.value_or(chaos->span);
+    return FillIn(resources.InterfaceLabel(chaos->foldingTime ? kTextFoldingTime : kTextNoFolding),
+                  {RoundedText(time / timeUval, kErrorDigits), timeUnit});
 }
 
 std::string RunSummary::Json() const {
@@ -145,6 +173,15 @@ std::string RunSummary::Json() const {
     object.Add("relative_energy_error", drift.energy);
     object.Add("relative_momentum_drift", drift.momentum);
     object.Add("relative_angular_momentum_drift", drift.angularMomentum);
+    const Trust trust = GetTrust();
+    object.Add("trust", NameOf(trust.verdict));
+    if (trust.verdict == Trust::Verdict::kKept)
+        object.Add("trust_digits", static_cast<int64>(trust.digits));
+    if (chaos) {
+        object.Add("e_folding_time_s", chaos->foldingTime);
+        object.Add("e_folding_looked_for_s",
+                   chaos->isKnown ? std::optional(chaos->span) : std::nullopt);
+    }
     object.Add("sha256", digest);
     return object.Text() + '\n';
 }

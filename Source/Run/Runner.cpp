@@ -18,6 +18,8 @@
 #include "Simulation/Document/RunEndingText.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Simulation/Document/TextTemplate.h"
+#include "Simulation/History/RunRemake.h"
+#include "Simulation/Trust/ChaosProbe.h"
 
 namespace {
 
@@ -281,6 +283,20 @@ int Runner::PrintSummary() {
     return output_.PrintText(standardOutput, summary.Text(resources_));
 }
 
+// Of the run that has ended; a signal ends it.
+RunSummary::Chaos Runner::LookForChaos() {
+    std::optional<ChaosProbe> probe;
+    {
+        const ReadGuard guard(document_.Portal());
+        const AbEpoch& epoch = *document_.Portal()->FocusEpoch();
+        if (RunRemake::IsPossible(epoch)) probe.emplace(epoch);
+    }
+    if (!probe || probe->Make([this](double) { return events_.Signal() == 0; }) !=
+                      RunHistory::Finding::kFound)
+        return {};
+    return {probe->Span(), probe->FoldingTime(), true};
+}
+
 RunSummary Runner::Summarize() {
     const SystemState end = TakeState(document_.Portal());
     RunSummary summary;
@@ -299,6 +315,7 @@ RunSummary Runner::Summarize() {
     summary.massiveBodies = end.CountMassive();
     summary.mergers = run_.mergers;
     summary.drift = MeasureDrift(live_.StartConserved(), MeasureConserved(end), run_.mergers);
+    if (options_.chaos) summary.chaos = LookForChaos();
     summary.digest = DigestOf(end);
     summary.AddTouches(live_.Touches(), end);
     if (!summary.touches.empty())

@@ -68,6 +68,7 @@ private:
         const ReadGuard guard(document_.Portal());
         return (document_.Portal()->FocusEpoch()->*value)();
     }
+    [[nodiscard]] RunSummary::Chaos LookForChaos();
     [[nodiscard]] RunSummary Summarize();
 
     const Options& options_;

@@ -137,6 +137,22 @@ TEST_F(RunReports, SummaryTellsTheRun) {
     // The same run for people.
     const Outcome text = RunProgram({"--steps", "300", document_});
     EXPECT_NE(text.out.find(Member(json, "sha256").substr(1, 64)), std::string::npos);
+    EXPECT_EQ(Member(json, "trust"), "\"kept\"");
+    EXPECT_NE(text.out.find("energy kept to " + Member(json, "trust_digits") + " digits"),
+              std::string::npos);
+}
+
+TEST_F(RunReports, ChaosIsToldOfThoseWhoAskForIt) {
+    EXPECT_EQ(RunProgram({"--steps", "300", "--json", document_}).out.find("e_folding"),
+              std::string::npos);
+    const Outcome outcome = RunProgram({"--steps", "300", "--json", "--chaos", document_});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(Member(outcome.out, "e_folding_time_s"), "null");
+    EXPECT_NEAR(std::stod(Member(outcome.out, "e_folding_looked_for_s")),
+                std::stod(Member(outcome.out, "end_time_s")) - 1000, 1e-6);
+    const Outcome text = RunProgram({"--steps", "300", "--chaos", document_});
+    EXPECT_NE(text.out.find("E-folding time          none within"), std::string::npos);
+    EXPECT_EQ(RunProgram({"--chaos", "--sweep", "epoch.order=8,16", document_}).status, 2);
 }
 
 }  // namespace

@@ -83,6 +83,7 @@ std::string_view Dialogue::FindOther(const Options& options) {
         {options.IsSweep(), "--sweep"},
         {options.epochs, "--epochs"},
         {options.elements, "--elements"},
+        {options.chaos, "--chaos"},
         {options.json, "--json"},
         {options.dump, "--dump"}};
     for (const auto& [isGiven, name] : others)

@@ -3,12 +3,8 @@
 #include <utility>
 
 #include "Calculation/Calculator.h"
-#include "Calculation/CollisionMailbox.h"
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
-#include "Platform/Application/BMessage.h"
-#include "Simulation/Document/CenterOfMass.h"
-#include "Simulation/Document/CollisionMerger.h"
 #include "Simulation/History/KeptRun.h"
 
 using Finding = RunHistory::Finding;
@@ -49,24 +45,24 @@ bool RunRemake::IsPossible(const AbEpoch& epoch) {
 }
 
 RunRemake::RunRemake(const AbEpoch& epoch, HistoryLimits limits, std::string joiner)
-    : joiner_(std::move(joiner)),
-      end_(CopyOf(epoch)),
+    : end_(CopyOf(epoch)),
       isBackwards_(epoch.Time() < epoch.Parent()->Time()),
       side_(CopyOf(*epoch.Parent())),
-      kept_(side_.Portal(), side_.GetCalculator(), limits) {
+      kept_(side_.Portal(), side_.GetCalculator(), limits),
+      merger_(&side_, std::move(joiner)) {
     side_.AddConsumer(&kept_);
-    side_.GetCalculator()->AddWatcher(this);
 }
 
 RunRemake::~RunRemake() = default;
 
 Finding RunRemake::Make(const RunHistory::Progress& progress) {
-    Begin();
+    side_.Prepare(isBackwards_);
+    side_.GetCalculator()->SetRunLimit(0, end_->Time());
     const double start = side_.Time();
     const double way = end_->Time() - start;
     bool hasGoneOn = false;
     for (bool isHeld = false;; isHeld = true) {
-        touching_.clear();
+        merger_.Forget();
         if (!side_.Run(isHeld, [&] { return progress((side_.Time() - start) / way); }))
             return Finding::kCancelled;
         if (HasArrived()) return Finding::kFound;
@@ -82,40 +78,8 @@ Finding RunRemake::Make(const RunHistory::Progress& progress) {
     }
 }
 
-// As Go does.
-void RunRemake::Begin() {
-    Calculator* const calculator = side_.GetCalculator();
-    {
-        const WriteGuard guard(side_.Portal());
-        if (BMessage* const state = side_.GetEpoch()->CalculatorState(); state != nullptr)
-            calculator->Regenerate(state);
-    }
-    calculator->SetBackwards(isBackwards_);
-    if (side_.GetEpoch()->COMOnGo()) PutCenterOfMassAtOrigin(side_.Portal());
-    calculator->SetRunLimit(0, end_->Time());
-}
-
-void RunRemake::BodiesAre(double /*time*/, const std::vector<Body*>& bodies, int32 /*massive*/) {
-    ids_.clear();
-    for (const Body* const body : bodies)
-        ids_.push_back(body->ID());
-}
-
-void RunRemake::Touched(double /*time*/, const BodyArrays& /*bodies*/,
-                        const std::vector<CollidingPair>& pairs) {
-    for (const CollidingPair& pair : pairs)
-        touching_.emplace_back(ids_[static_cast<std::size_t>(pair.later)],
-                               ids_[static_cast<std::size_t>(pair.earlier)]);
-}
-
 bool RunRemake::Merge() {
-    if (touching_.empty() || end_->OnContact() != kContactMerges) return false;
-    BMessage message(CollisionMailbox::kCollisionMessage);
-    for (const auto& [later, earlier] : touching_) {
-        message.AddInt64(CollisionMailbox::kLaterField, later);
-        message.AddInt64(CollisionMailbox::kEarlierField, earlier);
-    }
-    const MergeResult result = MergeCollidingBodies(side_.Portal(), message, joiner_);
+    const MergeResult result = merger_.Merge();
     kept_.NoteMergers(result);
     return !result.mergers.empty() && !result.unmerged;
 }

@@ -5,6 +5,7 @@
 #include "Calculation/Calculator.h"
 #include "Model/Sharing/ChangeFlags.h"
 #include "Model/Sharing/ModelGuards.h"
+#include "Simulation/Document/CenterOfMass.h"
 
 namespace {
 
@@ -23,6 +24,16 @@ SideRun::SideRun(std::unique_ptr<Epoch> epoch)
 SideRun::~SideRun() {
     portal_.RemoveObserver(this);
     portal_.SetEpochTo(nullptr);
+}
+
+void SideRun::Prepare(bool isBackwards) {
+    {
+        const WriteGuard guard(&portal_);
+        if (BMessage* const state = epoch_->CalculatorState(); state != nullptr)
+            calculator_->Regenerate(state);
+    }
+    calculator_->SetBackwards(isBackwards);
+    if (epoch_->COMOnGo()) PutCenterOfMassAtOrigin(&portal_);
 }
 
 bool SideRun::Run(bool isHeld, const std::function<bool()>& goesOn) {

@@ -30,6 +30,8 @@ public:
     // Not owned. Before it runs.
     void AddConsumer(ReportConsumer* consumer) { consumers_.push_back(consumer); }
 
+    // As Go does: the saved state, the direction, the centre of mass. Before it runs.
+    void Prepare(bool isBackwards);
     // Runs until the calculator has parked by itself; a run that is `held` goes on. Now and then
     // asks whether to go on; false: the caller wants no more of it.
     bool Run(bool isHeld, const std::function<bool()>& goesOn);
