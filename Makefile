@@ -6,13 +6,14 @@ PREFIX ?= /usr/local
 SECONDS ?= 60
 
 .DEFAULT_GOAL := help
-.PHONY: help run test bench examples check fuzz sanitize tidy screenshots install uninstall package clean packages
+.PHONY: help run test bench accuracy examples check fuzz sanitize tidy screenshots install uninstall package clean packages
 
 help:
 	@echo "make run        build, then open an example; without a display server integrate and draw it"
 	@echo "                (EXAMPLE=$(EXAMPLE) DURATION='$(DURATION)')"
 	@echo "make test       build everything and run the tests"
 	@echo "make bench      build, then print the table of measurements"
+	@echo "make accuracy   build, then make the figures of Documentation/Accuracy.md anew (a minute)"
 	@echo "make examples   build the documents of Examples/ into build/examples/"
 	@echo "make check      all of .ci/run: tests, style checks, sanitizers"
 	@echo "make sanitize   all tests under the sanitizers of addresses, undefined behaviour and threads"
@@ -42,6 +43,10 @@ test: build/build.ninja
 bench: build/build.ninja
 	ninja -C build orvek-bench orvek-run
 	build/bin/orvek-bench
+
+accuracy: build/build.ninja
+	ninja -C build orvek-bench orvek-run
+	build/bin/orvek-bench accuracy
 
 examples: build/build.ninja
 	ninja -C build examples

@@ -8,6 +8,7 @@ void BenchCalculator(BenchTable* table);
 void BenchHistory(BenchTable* table);
 void BenchSeries(BenchTable* table);
 // Takes minutes.
+void BenchAccuracy(BenchTable* table);
 void BenchDrift(BenchTable* table);
 void BenchRuns(BenchTable* table);
 // Only where the build has ranks (ORVEK_RUN_MPI).

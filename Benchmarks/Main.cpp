@@ -18,7 +18,7 @@ constexpr Topic kTopics[] = {
     {"forces", BenchForces},       {"calculator", BenchCalculator},
     {"series", BenchSeries},       {"history", BenchHistory},
     {"runs", BenchRuns},           {"documents", BenchDocuments},
-    {"drift", BenchDrift, true},
+    {"drift", BenchDrift, true},   {"accuracy", BenchAccuracy, true},
 #ifdef ORVEK_RUN_MPI
     {"ranks", BenchRanks},
 #endif

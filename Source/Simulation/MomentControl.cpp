@@ -45,7 +45,8 @@ bool MomentControl::TakeMessage(const BMessage& message) {
     if (message.what == kMakeRunAgain || message.what == kStopMaking) {
         if (message.what == kStopMaking) awaited_.reset();
         message.what == kMakeRunAgain ? shown_.MakeRunAgain() : shown_.StopMaking();
-        return true;
+        // Others stop what they make, too.
+        return message.what == kMakeRunAgain;
     }
     if (!shown_.IsPast()) return message.what == kBranchHere || message.what == kBackToNow;
     switch (message.what) {

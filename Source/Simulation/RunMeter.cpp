@@ -1,5 +1,7 @@
 #include "Simulation/RunMeter.h"
 
+#include <cmath>
+#include <limits>
 #include <new>
 
 #include "Calculation/Calculator.h"
@@ -8,8 +10,15 @@
 #include "Model/Sharing/ModelGuards.h"
 #include "Model/Systems/Body.h"
 
+namespace {
+
+constexpr int64 kFirstReports = 400;
+constexpr double kNoStep = std::numeric_limits<double>::infinity();
+
+}  // namespace
+
 RunMeter::RunMeter(EpochPortal* portal, Calculator* calculator)
-    : portal_(portal), calculator_(calculator) {
+    : portal_(portal), calculator_(calculator), shortestStep_(kNoStep) {
     release_ben(calculator_->WriteOk());
 }
 
@@ -22,10 +31,12 @@ void RunMeter::Want() {
 void RunMeter::Forget() {
     const std::lock_guard lock(mutex_);
     hasState_ = isWanted_ = false;
+    shortestStep_ = kNoStep;
 }
 
 void RunMeter::PrepareForGo(int32 /*reportsPerDraw*/) {
     const auto bodies = static_cast<std::size_t>(calculator_->CountBodies());
+    reportsSinceGo_ = 0;
     gm_.clear();
     gm_.reserve(bodies);
     const ReadGuard guard(portal_);
@@ -37,6 +48,7 @@ void RunMeter::ReadData(int32 count, double* times, double* positions, double* v
     if (count <= 0) return;
     steps_ = calculator_->StepsTaken();
     time_ = times[count - 1];
+    FindShortestStep(count, times);
     if (!isWanted_.exchange(false)) return;
     const std::size_t stride = 3 * gm_.size();
     const std::size_t last = static_cast<std::size_t>(count - 1) * stride;
@@ -51,6 +63,17 @@ void RunMeter::ReadData(int32 count, double* times, double* positions, double* v
         return;
     }
     hasState_ = true;
+}
+
+void RunMeter::FindShortestStep(int32 count, const double* times) {
+    double shortest = shortestStep_;
+    for (int32 i = 0; i < count; i++) {
+        const double step = std::fabs(times[i] - lastTime_);
+        lastTime_ = times[i];
+        // Where bodies touch there is a report without a step.
+        if (++reportsSinceGo_ > kFirstReports && step > 0.0 && step < shortest) shortest = step;
+    }
+    shortestStep_ = shortest;
 }
 
 void RunMeter::ReadOk() {

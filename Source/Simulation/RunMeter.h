@@ -21,9 +21,12 @@ public:
     // Of the calculator, until the last report.
     [[nodiscard]] int64 Steps() const { return steps_; }
     [[nodiscard]] double Time() const { return time_; }  // s, of the last report
+    // s, between two reports since Forget; infinite: none was seen. A run begins with steps that
+    // are shorter than they need be, which do not count.
+    [[nodiscard]] double ShortestStep() const { return shortestStep_; }
     // The next batch's last state is to be kept, and none from before.
     void Want();
-    // None is to be kept.
+    // None is to be kept, and no step was seen.
     void Forget();
     // True, once, when it is there: masses, positions, velocities and the time, without names.
     [[nodiscard]] bool Take(SystemState* state);
@@ -33,12 +36,17 @@ public:
     void ReadOk() override;
 
 private:
+    void FindShortestStep(int32 count, const double* times);
+
     EpochPortal* const portal_;
     Calculator* const calculator_;
     std::atomic<int64> steps_{0};
     std::atomic<double> time_{0.0};
+    std::atomic<double> shortestStep_;
     std::atomic<bool> isWanted_{false};
-    std::vector<double> gm_;  // m3/s2, calculation thread
+    int64 reportsSinceGo_ = 0;  // calculation thread, as the next one
+    double lastTime_ = 0.0;     // s
+    std::vector<double> gm_;    // m3/s2, calculation thread
     std::mutex mutex_;
     SystemState state_;
     bool hasState_ = false;

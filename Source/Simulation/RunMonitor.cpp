@@ -1,8 +1,12 @@
 #include "Simulation/RunMonitor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
+#include "Calculation/Calculator.h"
+#include "Model/Sharing/EpochPortal.h"
+#include "Model/Sharing/ModelGuards.h"
 #include "Platform/Kernel/OS.h"
 
 namespace {
@@ -18,7 +22,7 @@ void RunMonitor::Begin() {
     isMeasured_ = state.CountBodies() <= kMaxMeasuredBodies;
     if (isMeasured_) start_ = MeasureConserved(state);
     mergers_ = {};
-    energyError_.reset();
+    evidence_.reset();
     isAwaited_ = false;
     meter_.Forget();
     lastSteps_ = meter_.Steps();
@@ -47,7 +51,7 @@ RunMonitor::Figures RunMonitor::Measure(int64 now) {
     lastSteps_ = steps;
     lastMoment_ = now;
     if (isMeasured_ && now >= nextEnergy_) MeasureEnergy(now);
-    figures.energyError = energyError_;
+    figures.evidence = evidence_;
     return figures;
 }
 
@@ -59,15 +63,30 @@ void RunMonitor::MeasureEnergy(int64 now) {
     if (!meter_.Take(&state)) return;
     isAwaited_ = false;
     const int64 before = system_time();
-    energyError_ = MeasureDrift(start_, MeasureConserved(state), mergers_).energy;
+    Judge(state);
     nextEnergy_ = now + std::max(kSecond, kEnergyShare * (system_time() - before));
+}
+
+void RunMonitor::Judge(const SystemState& state) {
+    Evidence evidence;
+    evidence.drift = MeasureDrift(start_, MeasureConserved(state), mergers_);
+    evidence.mergers = mergers_.count;
+    {
+        const ReadGuard guard(portal_);
+        evidence.order = calculator_->OrderInUse();
+        evidence.cutoff = calculator_->CutoffInUse();
+    }
+    const double step = meter_.ShortestStep();
+    if (evidence.order <= kMaxLowOrder && std::isfinite(step)) evidence.shortestStep = step;
+    evidence_ = evidence;
 }
 
 RunMonitor::Figures RunMonitor::End() {
     Figures figures;
-    if (isMeasured_)
-        figures.energyError =
-            MeasureDrift(start_, MeasureConserved(TakeState(portal_)), mergers_).energy;
+    if (isMeasured_) {
+        Judge(TakeState(portal_));
+        figures.evidence = evidence_;
+    }
     isMeasured_ = false;
     return figures;
 }

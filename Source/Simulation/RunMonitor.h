@@ -7,21 +7,22 @@
 
 #include "Simulation/Document/Conservation.h"
 #include "Simulation/RunMeter.h"
+#include "Simulation/Trust/Trust.h"
 
 class RunMonitor {
 public:
     // Of a moment; rates are those since the moment before.
     struct Figures {
         double stepsPerSecond = 0.0;
-        double timePerSecond = 0.0;         // s of the simulation per second
-        std::optional<double> energyError;  // (E - E0) / |E0|; none where it is not measured
+        double timePerSecond = 0.0;        // s of the simulation per second
+        std::optional<Evidence> evidence;  // none where it is not measured
     };
 
     // Systems with more bodies are not measured: that goes over all pairs of them.
     static constexpr std::size_t kMaxMeasuredBodies = 2000;
 
     RunMonitor(EpochPortal* portal, Calculator* calculator)
-        : portal_(portal), meter_(portal, calculator) {}
+        : portal_(portal), calculator_(calculator), meter_(portal, calculator) {}
 
     [[nodiscard]] ReportConsumer* Consumer() { return &meter_; }
     // A run is about to start. Takes the portal's read lock.
@@ -35,14 +36,16 @@ public:
 
 private:
     void MeasureEnergy(int64 now);
+    void Judge(const SystemState& state);
 
     EpochPortal* const portal_;
+    Calculator* const calculator_;
     RunMeter meter_;
     Conserved start_;
     MergerTotals mergers_;
     bool isMeasured_ = false;  // the energy of this run
     bool isAwaited_ = false;   // a state to measure
-    std::optional<double> energyError_;
+    std::optional<Evidence> evidence_;
     int64 lastSteps_ = 0;
     double lastTime_ = 0.0;
     int64 lastMoment_ = 0;

@@ -155,6 +155,7 @@ RunResult* SimulationControls::Result() {
 
 void SimulationControls::ShowResult() {
     if (status_->ForgetRun()) FitWindow();
+    evidence_ = {};
     RunResult known;
     {
         const ReadGuard guard(document_->Portal());
@@ -211,7 +212,21 @@ void SimulationControls::ShowRun() {
     pace_->ShowWhetherBehind();
 }
 
+void SimulationControls::NoteDifference(const AbEpoch* epoch, double difference) {
+    {
+        const ReadGuard guard(document_->Portal());
+        if (!document_->Portal()->HasEpoch(epoch)) return;
+        RunResult* const result = results_.Keep(epoch);
+        if (result == nullptr) return;
+        if (!result->figures.evidence) result->figures.evidence.emplace();
+        result->figures.evidence->difference = difference;
+        if (epoch != document_->Portal()->FocusEpoch()) return;
+    }
+    ShowResult();
+}
+
 void SimulationControls::ShowFigures(const RunMonitor::Figures& figures) {
+    evidence_ = figures.evidence.value_or(Evidence());
     if (status_ == nullptr) return;
     EpochPortal* const portal = document_->Portal();
     double timeUval = 1.0;

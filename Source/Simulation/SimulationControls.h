@@ -71,6 +71,10 @@ public:
     void ShowOpened(const std::string& notice);
     // The figures of the run as they are now.
     void ShowRun();
+    // What is known of the run that led to the epoch in focus.
+    [[nodiscard]] const Evidence& GetEvidence() const { return evidence_; }
+    // A more exact run differs from that of the epoch by so much.
+    void NoteDifference(const AbEpoch* epoch, double difference);
     // From now on says that another order would be better, where it is so.
     void SuggestOrder();
     // In the run that goes on; the calculator rests.
@@ -108,6 +112,7 @@ private:
     DisplayList* const displays_;
     RunMonitor monitor_;
     RunResults results_;
+    Evidence evidence_;
     bool isGoOffered_ = true;
     bool suggestsOrder_ = false;
     std::unique_ptr<SimulationMenus> menus_;

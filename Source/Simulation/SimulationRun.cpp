@@ -25,7 +25,8 @@ SimulationRun::SimulationRun(SimulationDocument* document, SimulationControls* c
       history_(document->Portal(), document->GetCalculator()),
       control_(document->Portal(), document->GetCalculator(), controls),
       controller_(document, &control_, resources),
-      exchange_(document, &control_, &history_, controls, resources) {
+      exchange_(document, &control_, &history_, controls, resources),
+      trust_(document->Portal(), &history_, controls, resources) {
     document_->AddConsumer(&history_);
     document_->GetCalculator()->SetGoalIsTold(true);
     HistoryBudget::Shared().Enter(&history_);
@@ -72,7 +73,7 @@ bool SimulationRun::Handle(const BMessage& message) {
             if (IsRunning()) controls_->ShowRun();
             break;
         default:
-            return exchange_.Handle(message);
+            return trust_.Handle(message) || exchange_.Handle(message);
     }
     return true;
 }

@@ -7,6 +7,7 @@
 #include "Simulation/Document/RunControl.h"
 #include "Simulation/Document/SimulationController.h"
 #include "Simulation/History/RunHistory.h"
+#include "Simulation/TrustControl.h"
 
 class BMessage;
 class ProgramResources;
@@ -47,5 +48,6 @@ private:
     RunControl control_;
     SimulationController controller_;
     BodyExchange exchange_;
+    TrustControl trust_;
     bool isForMerger_ = false;  // the run, which is over then
 };

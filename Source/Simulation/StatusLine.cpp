@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Interface Widgets/HistoryMessages.h"
 #include "Model/Units/QuantityText.h"
 #include "Model/Units/UnitTable.h"
 #include "Platform/Interface/Handles/BFont.h"
@@ -42,6 +43,7 @@ StatusLine::StatusLine(const ProgramResources* resources)
       message_(new BStringView("Message", "")) {
     figuresView_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusFigures).c_str());
     message_->SetAccessibleDescription(resources_->InterfaceLabel(kTextStatusMessage).c_str());
+    figuresView_->SetClickMessage(kShowTrust);
     // A long text must not widen the window.
     for (BStringView* const view : {figuresView_, message_}) {
         view->SetExplicitMinSize(1.0f, -1.0f);
@@ -69,9 +71,14 @@ bool StatusLine::ShowRun(const RunMonitor::Figures& figures, double timeUval, in
                                    {RateText(figures.timePerSecond / timeUval),
                                     resources_->TimeUnits().Abbreviation(timeUval)});
     }
-    if (figures.energyError)
-        run_ += separator + FillIn(resources_->InterfaceLabel(kTextEnergyError),
-                                   {ErrorText(*figures.energyError)});
+    if (figures.evidence)
+        if (const std::string words = TrustWords(Judge(*figures.evidence), *resources_);
+            !words.empty())
+            run_ += separator + words;
+    error_.clear();
+    if (figures.evidence && figures.evidence->drift.energy)
+        error_ = separator + FillIn(resources_->InterfaceLabel(kTextEnergyError),
+                                    {ErrorText(*figures.evidence->drift.energy)});
     return ShowFigures();
 }
 
@@ -96,7 +103,7 @@ bool StatusLine::ShowFigures() {
     figureBreaks_ = std::max(figureBreaks_, breaks);
     lines.append(static_cast<std::size_t>(figureBreaks_ - breaks), '\n');
     figuresView_->SetText(lines.c_str());
-    figuresView_->SetToolTip(text.c_str());
+    figuresView_->SetToolTip((text + error_).c_str());
     return isHigher;
 }
 
@@ -127,6 +134,7 @@ bool StatusLine::ShowRunEvent(const std::string& text) {
 
 bool StatusLine::ForgetRun() {
     run_.clear();
+    error_.clear();
     const auto breaks = std::exchange(figureBreaks_, 0);
     ShowFigures();
     const bool isOtherHeight = figureBreaks_ != breaks;

@@ -1,5 +1,5 @@
-// The foot of a simulation's window: how many bodies there are, how a run goes, and below it what
-// happened last. Rules as for BView.
+// The foot of a simulation's window: how many bodies there are, how a run goes and how far it can
+// be believed, which a click explains, and below it what happened last. Rules as for BView.
 #pragma once
 
 #include <cstddef>
@@ -51,6 +51,7 @@ private:
     std::string bodies_;
     std::string advice_;
     std::string run_;
+    std::string error_;  // of the energy, for who looks closer
     std::string separation_;
     // Between the lines of the figures; while a run goes on they do not become fewer.
     std::ptrdiff_t figureBreaks_ = 0;

@@ -180,6 +180,10 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
     Does(window, "Simulation/Run Backwards", shows("Simulation/Pause"));
     Does(window, "Simulation/Pause", shows("Simulation/Go"));
     Opens(window, "Simulation/Run To…", "Run To");
+    const auto opens = [&](const char* item) { Opens(window, item, "How Exact Is This?"); };
+    opens("Simulation/How Exact Is This…");
+    opens("Simulation/How Chaotic");
+    opens("Simulation/Re-run More Exactly");
     Opens(window, "Simulation/Animation…", "Animation options for system");
     Opens(window, "Simulation/Epochs…", "Epochs for system");
 }

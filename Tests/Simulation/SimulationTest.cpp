@@ -249,13 +249,13 @@ TEST_F(SimulationTest, BodiesMergeInTheMiddleOfARun) {
     };
     const std::string after = figures();
     EXPECT_EQ(after.substr(0, 8), "2 bodies");
-    EXPECT_NE(after.find("energy error"), std::string::npos) << after;
+    EXPECT_NE(after.find("energy kept to 1"), std::string::npos) << after;
     // What there is to tell of the run goes with it and comes back; what was done with the document
     // stays.
     simulation.Send(kUndo);
     EXPECT_EQ(simulation.CountBodies(), 3u);
     EXPECT_TRUE(figures().starts_with("3 bodies")) << figures();
-    EXPECT_EQ(figures().find("energy error"), std::string::npos) << figures();
+    EXPECT_EQ(figures().find("energy kept"), std::string::npos) << figures();
     EXPECT_EQ(simulation.Message(), "");
     simulation.Send(kRedo);
     EXPECT_EQ(figures(), after);
@@ -455,19 +455,29 @@ struct MonitoredRun : RunControlView {
     RunMonitor::Figures end;
 };
 
+// Of what was measured.
+double EnergyError(const RunMonitor::Figures& figures) {
+    return figures.evidence->drift.energy.value_or(HUGE_VAL);
+}
+
 TEST(RunMonitorTest, TellsRatesAndHowWellEnergyIsKept) {
     MonitoredRun run;
     StepRunner(&run.document).Run(&run.control, 5000);
-    ASSERT_TRUE(run.end.energyError.has_value());
-    EXPECT_LT(std::fabs(*run.end.energyError), 1e-6);
+    ASSERT_TRUE(run.end.evidence);
+    EXPECT_LT(std::fabs(EnergyError(run.end)), 1e-6);
+    EXPECT_EQ(run.end.evidence->order, 4);
+    // The longest steps that the run could do with, at its closest passage, and not its first ones.
+    ASSERT_TRUE(run.end.evidence->shortestStep);
+    EXPECT_GT(*run.end.evidence->shortestStep, 1.0);
+    EXPECT_LT(*run.end.evidence->shortestStep, 1e4);
     EXPECT_EQ(run.end.stepsPerSecond, 0.0) << "it has stopped";
 
     // Of the next run, from its own start.
     run.control.UnPause();
     RunMonitor::Figures figures;
-    for (int64 now = system_time(); !figures.energyError; snooze(1000))
+    for (int64 now = system_time(); !figures.evidence; snooze(1000))
         figures = run.monitor.Measure(now += 2'000'000);
-    EXPECT_LT(std::fabs(*figures.energyError), 1e-6);
+    EXPECT_LT(std::fabs(EnergyError(figures)), 1e-6);
     EXPECT_GT(figures.stepsPerSecond, 0.0);
     EXPECT_GT(figures.timePerSecond, 0.0);
     run.control.Pause();
@@ -489,14 +499,14 @@ TEST(RunMonitorTest, TheFirstFigureIsNotOfTheFirstBatch) {
     consumer->PrepareForGo(1);
     consumer->ReadData(1, &time, places.data(), speeds.data());
     int64 now = system_time() + 1'500'000;
-    EXPECT_FALSE(run.monitor.Measure(now).energyError.has_value());
+    EXPECT_FALSE(run.monitor.Measure(now).evidence);
     // A second and a half later the bodies are faster.
     for (double& speed : speeds)
         speed *= 2.0;
     consumer->ReadData(1, &time, places.data(), speeds.data());
-    const std::optional<double> error = run.monitor.Measure(now += 400'000).energyError;
-    ASSERT_TRUE(error.has_value());
-    EXPECT_GT(std::fabs(*error), 1.0);
+    const RunMonitor::Figures figures = run.monitor.Measure(now += 400'000);
+    ASSERT_TRUE(figures.evidence);
+    EXPECT_GT(std::fabs(EnergyError(figures)), 1.0);
 }
 
 }  // namespace

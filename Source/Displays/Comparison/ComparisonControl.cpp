@@ -118,8 +118,9 @@ void ComparisonControl::ShowDifferences() {
             display_->Epoch(), comparison_.History(), std::move(ways),
             [display = display_] { WindowServer::Deliver(display, BMessage(kStartsFound)); });
     const BRect frame = display_->Frame();
-    auto* const window = new DifferencesWindow({frame.left + kShift, frame.top + kShift},
-                                               DifferencesText(), *context_.texts);
+    auto* const window =
+        new DifferencesWindow({frame.left + kShift, frame.top + kShift}, DifferencesText(),
+                              context_.texts->Label(kTextDifferTitle));
     differences_ = BMessenger(window);
     window->Show();
 }

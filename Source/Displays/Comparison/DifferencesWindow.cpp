@@ -1,11 +1,9 @@
 #include "Displays/Comparison/DifferencesWindow.h"
 
 #include "Displays/Base/WindowPlacement.h"
-#include "Interface Widgets/InterfaceTexts.h"
 #include "Platform/Application/BMessage.h"
 #include "Platform/Interface/Handles/BFont.h"
 #include "Platform/Interface/Handles/BPageView.h"
-#include "Resources/Views.h"
 
 namespace {
 
@@ -20,11 +18,10 @@ BRect FrameAt(BPoint at) {
 
 }  // namespace
 
-DifferencesWindow::DifferencesWindow(BPoint at, const std::string& text,
-                                     const InterfaceTexts& texts)
-    : BWindow(FrameAt(at), texts.Text(kTextDifferTitle), B_TITLED_WINDOW, B_CLOSE_ON_ESCAPE),
+DifferencesWindow::DifferencesWindow(BPoint at, const std::string& text, const std::string& title)
+    : BWindow(FrameAt(at), title.c_str(), B_TITLED_WINDOW, B_CLOSE_ON_ESCAPE),
       page_(new BPageView("text")) {
-    page_->SetAccessibleName(texts.Text(kTextDifferTitle));
+    page_->SetAccessibleName(title.c_str());
     page_->SetStretch(1, 1);
     AddChild(page_);
     page_->SetText(text);

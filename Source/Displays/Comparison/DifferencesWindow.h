@@ -1,5 +1,5 @@
-// A text that can be read and copied: what two epochs differ by. Made by the display; closing it
-// ends it. Rules as for BWindow.
+// A text that can be read and copied: what two epochs differ by, or how far a run can be believed.
+// Closing it ends it. Rules as for BWindow.
 #pragma once
 
 #include <string>
@@ -7,7 +7,6 @@
 #include "Platform/Interface/Handles/BWindow.h"
 
 class BPageView;
-class InterfaceTexts;
 
 class DifferencesWindow : public BWindow {
 public:
@@ -16,7 +15,7 @@ public:
     static constexpr const char* kTextField = "text";
 
     // The place is that of its left-top corner.
-    DifferencesWindow(BPoint at, const std::string& text, const InterfaceTexts& texts);
+    DifferencesWindow(BPoint at, const std::string& text, const std::string& title);
 
     void MessageReceived(BMessage* message) override;
 

@@ -1,19 +1,46 @@
 #include "Platform/Interface/Handles/BStringView.h"
 
 #include <QLabel>
+#include <QMouseEvent>
+#include <functional>
 
+#include "Platform/Interface/Handles/BWindow.h"
 #include "Platform/Interface/Server/Mnemonics.h"
 #include "Platform/Interface/Server/ViewPart.h"
 
 namespace {
 
+// Tells of clicks, once somebody wants to know.
+class ClickLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+    std::function<void()> clicked;
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        const bool isHere = event->button() == Qt::LeftButton && rect().contains(event->pos());
+        if (clicked && isHere) return clicked();
+        QLabel::mouseReleaseEvent(event);
+    }
+    // Else the release would go to what it lies on.
+    void mousePressEvent(QMouseEvent* event) override {
+        if (!clicked) QLabel::mousePressEvent(event);
+    }
+};
+
 class StringPart : public ViewPart {
 public:
     explicit StringPart(std::string text) : text_(std::move(text)) {}
 
+    void TellClicks() {
+        auto* const label = static_cast<ClickLabel*>(Widget());
+        label->clicked = [this] { Tell(BMessage(kViewChanged)); };
+        label->setCursor(Qt::PointingHandCursor);
+    }
+
 protected:
     QWidget* Make() override {
-        auto* const label = new QLabel(ToText(text_));
+        auto* const label = new ClickLabel(ToText(text_));
         label->setTextFormat(Qt::PlainText);
         return label;
     }
@@ -66,6 +93,15 @@ void BStringView::LimitWidth(float width) {
         label.setWordWrap(true);
         label.setMinimumSize(width, label.heightForWidth(width));
     });
+}
+
+void BStringView::SetClickMessage(uint32 what) {
+    click_ = what;
+    ChangePart<StringPart>(Part(), [](StringPart& part) { part.TellClicks(); });
+}
+
+void BStringView::Changed(const BMessage& /*message*/) {
+    if (click_ != 0 && Window() != nullptr) static_cast<void>(Window()->PostMessage(click_));
 }
 
 void BStringView::SetSelectable(bool isSelectable) {

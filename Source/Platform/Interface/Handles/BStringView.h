@@ -15,9 +15,15 @@ public:
     // Breaks lines that are longer than this, in logical pixels, and asks for the room they then
     // take. For a text that does not change.
     void LimitWidth(float width);
+    // A click on it posts this to the window.
+    void SetClickMessage(uint32 what);
     // The user can select and copy the text.
     void SetSelectable(bool isSelectable);
 
+protected:
+    void Changed(const BMessage& message) override;
+
 private:
     std::string text_;
+    uint32 click_ = 0;  // 0: none
 };
