@@ -33,8 +33,8 @@ Result RunOf(const PointSystem& system, int32 order, double cutoff, double time)
     epoch->SetOrder(order);
     epoch->SetCutoff(cutoff);
     for (std::size_t i = 0; i < system.size(); i++) {
-        auto body = std::make_unique<Body>();
-        body->SetID(static_cast<int64>(i));
+        auto body =
+            std::make_unique<Body>("", static_cast<int64>(i), rgb_color{}, rgb_color{}, kOriginID);
         body->SetM(system[i].gm);
         body->SetRadius(0.0);
         body->SetPosition(system[i].position);
