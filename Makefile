@@ -13,7 +13,7 @@ help:
 	@echo "                (EXAMPLE=$(EXAMPLE) DURATION='$(DURATION)')"
 	@echo "make test       build everything and run the tests"
 	@echo "make bench      build, then print the table of measurements"
-	@echo "make accuracy   build, then make the figures of Documentation/Accuracy.md anew (a minute)"
+	@echo "make accuracy   build, then make the figures of Documentation/Accuracy.md anew (half a minute)"
 	@echo "make examples   build the documents of Examples/ into build/examples/"
 	@echo "make check      all of .ci/run: tests, style checks, sanitizers"
 	@echo "make sanitize   all tests under the sanitizers of addresses, undefined behaviour and threads"

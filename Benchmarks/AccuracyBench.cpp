@@ -88,24 +88,19 @@ double ErrorAgainst(const PointSystem& reference, const SystemState& state) {
     return error / size;
 }
 
-// The error falls as this power of the length of a step, over a run.
+// The error falls as this power of the length of a step, over a run. Orders 2 and 3 are as they
+// have always been, and know no such law.
 void BenchLaw(BenchTable* table) {
     const PointSystem pair = KeplerPair(0.5);
-    for (const int32 order : {2, 3, 4}) {
-        std::vector<std::pair<double, double>> points;
-        const double finest = order == 2 ? 1e-5 : order == 3 ? 1e-8 : 1e-10;
-        for (const double cutoff : {100 * finest, finest}) {
-            const Result result = RunOf(pair, order, cutoff, kOrbits * kOrbitTime);
-            points.emplace_back(result.steps, OrbitError(pair, result.state));
-        }
-        const std::string name = "order " + std::to_string(order) + ", e = 0.5, ten orbits: ";
-        table->AddFigure(name + "steps", points.back().first, "");
-        table->AddFigure(name + "error of the place", points.back().second, "");
-        table->AddFigure(name + "exponent of the step in it",
-                         std::log(points.front().second / points.back().second) /
-                             std::log(points.back().first / points.front().first),
-                         "");
-    }
+    for (const auto& [order, cutoff] : {std::pair{2, 2e-5}, std::pair{3, 1e-8}})
+        table->AddFigure(
+            "order " + std::to_string(order) + ", e = 0.5, ten orbits: error of the place",
+            OrbitError(pair, RunOf(pair, order, cutoff, kOrbits * kOrbitTime).state), "");
+    const Result coarse = RunOf(pair, 4, 1e-7, kOrbits * kOrbitTime);
+    const Result fine = RunOf(pair, 4, 1e-10, kOrbits * kOrbitTime);
+    const double errors = OrbitError(pair, coarse.state) / OrbitError(pair, fine.state);
+    const double exponent = std::log(errors) / std::log(fine.steps / coarse.steps);
+    table->AddAtLeast("order 4: exponent of the step in the error", 2.5, exponent, "");
 }
 
 void BenchOrbits(BenchTable* table) {
