@@ -9,6 +9,7 @@
 #include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Application/BMessenger.h"
 #include "Platform/Interface/Handles/BClipboard.h"
+#include "Platform/Kernel/OS.h"
 #include "Simulation/Document/SimulationFile.h"
 #include "Simulation/Simulation.h"
 #include "Tests/Application/AppDriver.h"
@@ -123,6 +124,7 @@ protected:
     }
 
     static constexpr int kShortTrail = 50;
+    static constexpr bigtime_t kRunTime = 300'000;  // us, in which bodies move
     static constexpr const char* kExample =
         "Orvek/Open Example/Three equal bodies that follow one another along a figure eight.";
     static constexpr const char* kSystem = "system";
@@ -171,7 +173,12 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
              [&] { return WindowHand::Picture(kSystem) != picture; });
     }
     Does(window, "Simulation/Go", shows("Simulation/Pause"));
+    snooze(kRunTime);
     Does(window, "Simulation/Pause", shows("Simulation/Go"));
+    const auto opens = [&](const char* item) { Opens(window, item, "How Exact Is This?"); };
+    opens("Simulation/How Exact Is This…");
+    opens("Simulation/How Chaotic");
+    opens("Simulation/Re-run More Exactly");
     WindowHand::Press(kDisplay, WindowHand::Key::kHome);
     Does(window, "Simulation/Back to Now",
          [=] { return !WindowHand::CanChoose(window, "Simulation/Branch Here"); });
@@ -180,10 +187,6 @@ void EveryItemTest::SimulationMenu(const std::string& window) {
     Does(window, "Simulation/Run Backwards", shows("Simulation/Pause"));
     Does(window, "Simulation/Pause", shows("Simulation/Go"));
     Opens(window, "Simulation/Run To…", "Run To");
-    const auto opens = [&](const char* item) { Opens(window, item, "How Exact Is This?"); };
-    opens("Simulation/How Exact Is This…");
-    opens("Simulation/How Chaotic");
-    opens("Simulation/Re-run More Exactly");
     Opens(window, "Simulation/Animation…", "Animation options for system");
     Opens(window, "Simulation/Epochs…", "Epochs for system");
 }
