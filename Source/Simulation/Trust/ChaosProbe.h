@@ -7,6 +7,7 @@
 // a factor of 2. Growth is taken for chaos when it is kLeastGrowth there.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
