@@ -212,7 +212,10 @@ TEST(Trust, MergersAreMadeAgain) {
     const Rerun rerun(run, {16, 1e-16});
     ASSERT_EQ(rerun.again->Make(GoOn), Finding::kFound);
     EXPECT_EQ(rerun.again->MakeEpoch()->RootSystem()->CountChildren(), 4);
-    EXPECT_EQ(rerun.again->TakeRun()->Events().size(), 2U);
+    const std::unique_ptr<KeptRun> kept = rerun.again->TakeRun();
+    ASSERT_EQ(kept->Events().size(), 2U);
+    for (const RunEvent& event : kept->Events())
+        EXPECT_EQ(event.kind, RunEvent::Kind::kMerger);
     EXPECT_FALSE(rerun.again->Difference().BodiesFrom());
     EXPECT_LT(rerun.again->Difference().Largest(), 1e-3);
 }
