@@ -19,13 +19,16 @@ constexpr const char* kDescription =
     "Description";  // of an example: its title, then what there is to see
 constexpr const char* kSource = "Source";
 
+constexpr const char* kDocuments = "share/doc/orvek";
+constexpr const char* kData = "share/orvek";
+
 // Relative to the program's folder: as installed, and as built.
-fs::path FindBeside(const fs::path& name) {
+fs::path FindBeside(const fs::path& name, const char* installedIn = kDocuments) {
     char program[PATH_MAX];
     if (getappdir(program, sizeof program) != B_OK) return {};
     const fs::path above = fs::path(program).parent_path();
     std::error_code error;
-    fs::path installed = above / "share/doc/orvek" / name;
+    fs::path installed = above / installedIn / name;
     fs::path built = above / name;
     const bool isBuilt = !fs::exists(installed, error) && fs::exists(built, error);
     return isBuilt ? built : installed;
@@ -51,6 +54,10 @@ bool ReadExample(const fs::path& path, Example* example) {
 
 std::string GuidePath() {
     return FindBeside("guide/guide.html");
+}
+
+std::string TranslationPath(const std::string& language) {
+    return FindBeside("languages/" + language + ".rsrc", kData);
 }
 
 std::vector<Example> InstalledExamples() {

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "Application/Language.h"
 #include "Application/SessionEnd.h"
 #include "Application/SimApp.h"
 #include "Application/SingleLaunch.h"
@@ -58,7 +59,9 @@ bool HandOver(SingleLaunch* launch, const std::vector<std::string>& documents,
 }  // namespace
 
 int main(int argc, char** argv) {
-    const ProgramResources resources;
+    ProgramResources texts;
+    const std::string language = Language::Translate(&texts);
+    const ProgramResources& resources = texts;
     for (int i = 1; i < argc; i++) {
         const std::string_view argument = argv[i];
         if (argument == "--help")
@@ -71,6 +74,7 @@ int main(int argc, char** argv) {
     SessionEnd sessionEnd(signals);
     WindowServer::SetNoDisplayText(resources.InterfaceLabel(kTextNoDisplay));
     WindowServer server(argc, argv);
+    if (!language.empty()) server.SetLanguage(language);
     // What the toolkit has left.
     std::vector<std::string> documents;
     bool wantsOwn = false;

@@ -1,5 +1,7 @@
 # Where the program's resources lie when Resources/ has been built.
 set(ORVEK_RESOURCE_FILE "${CMAKE_BINARY_DIR}/Resources/orvek.rsrc")
+# Where the texts in other languages lie, "LANGUAGE.rsrc": beside the program's folder, as where it is installed.
+set(ORVEK_LANGUAGES "${CMAKE_BINARY_DIR}/languages")
 # Where the headers lie that name their numbers, "Resources/SCRIPT.h" for each script.
 set(ORVEK_RESOURCE_HEADERS "${CMAKE_BINARY_DIR}/Headers")
 set(ORVEK_RESOURCE_SECTION "${CMAKE_CURRENT_LIST_DIR}/ResourceSection.S")

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr int32 kTextsPerRow = 3;
 constexpr int32 kSpellings = 50;  // from a table's base to its spellings
 
 std::string_view Trim(std::string_view text) {
@@ -54,7 +55,6 @@ bool EqualButForCapitals(std::string_view a, std::string_view b) {
 }  // namespace
 
 UnitTable::UnitTable(const BResources& resources, int32 base) {
-    constexpr int32 kTextsPerRow = 3;
     for (int32 id = base;; id += kTextsPerRow) {
         std::optional<std::string> name = resources.LoadString(id);
         std::optional<std::string> abbreviation = resources.LoadString(id + 1);
@@ -62,6 +62,22 @@ UnitTable::UnitTable(const BResources& resources, int32 base) {
         if (!name || !abbreviation || !factor) break;
         Add(*std::move(name), *std::move(abbreviation), NumberOf(*factor));
     }
+    ReadSpellings(resources, base);
+}
+
+void UnitTable::Translate(const BResources& translation, int32 base) {
+    int32 id = base;
+    for (UnitInfo& row : rows_) {
+        std::optional<std::string> name = translation.LoadString(id);
+        id += kTextsPerRow;
+        if (!name || name->empty() || name == row.name) continue;
+        std::swap(row.name, *name);
+        AddSpelling(*std::move(name), row.factor);
+    }
+    ReadSpellings(translation, base);
+}
+
+void UnitTable::ReadSpellings(const BResources& resources, int32 base) {
     for (int32 id = base + kSpellings;; id += 2) {
         std::optional<std::string> text = resources.LoadString(id);
         const std::optional<std::string> meaning = resources.LoadString(id + 1);

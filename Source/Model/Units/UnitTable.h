@@ -27,6 +27,10 @@ public:
     // and what one such unit is in others ("1 hr").
     UnitTable(const BResources& resources, int32 base);
 
+    // Names the units as another language does, by the same numbers; what it says from `base` + 50
+    // upward are further spellings. The names that the units had are still understood.
+    void Translate(const BResources& translation, int32 base);
+
     // A factor that is not positive and finite becomes 1.
     void Add(std::string name, std::string abbreviation, double factor);
     // What users may write for a unit as well, or a unit that no menu has. One without a factor
@@ -64,6 +68,8 @@ public:
     [[nodiscard]] Parsed ParseTyped(std::string_view text, double plainFactor = 1.0) const;
 
 private:
+    void ReadSpellings(const BResources& resources, int32 base);
+
     struct Spelling {
         std::string text;
         double factor;

@@ -79,6 +79,15 @@ void ProgramResources::ReadLabels(const BResources& resources) {
         if (type == B_STRING_TYPE && id >= kFirstFreeLabel) labels_[id] = *resources.LoadString(id);
 }
 
+void ProgramResources::Translate(const BResources& translation) {
+    massUnits_.Translate(translation, kMassUnits);
+    distanceUnits_.Translate(translation, kDistanceUnits);
+    speedUnits_.Translate(translation, kSpeedUnits);
+    timeUnits_.Translate(translation, kTimeUnits);
+    for (auto& [id, text] : labels_)
+        if (std::optional<std::string> other = translation.LoadString(id)) text = *std::move(other);
+}
+
 const std::string& ProgramResources::InterfaceLabel(int32 id) const {
     static const std::string kNone;
     const auto found = labels_.find(id);

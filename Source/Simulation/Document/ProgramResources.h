@@ -18,6 +18,11 @@ public:
     ProgramResources();
     explicit ProgramResources(const BResources& resources);
 
+    // Shows the texts and the names of units that are there in place of the program's own. Names of
+    // bodies and the template stay: what a document holds depends on no language. Before others
+    // have the object.
+    void Translate(const BResources& translation);
+
     // The text with this number; empty when there is none.
     [[nodiscard]] const std::string& InterfaceLabel(int32 id) const;
     // The index-th name for a new body; null when there are not so many or the index is negative.

@@ -4,9 +4,12 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QPixmap>
 #include <QSessionManager>
 #include <QTimer>
+#include <QTranslator>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -178,6 +181,13 @@ WindowServer::~WindowServer() {
         state.thread = {};
         dropped.swap(state.changes);
     }
+}
+
+void WindowServer::SetLanguage(const std::string& language) {
+    auto* const words = new QTranslator(application_.get());
+    const QLocale locale(QString::fromStdString(language));
+    if (words->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(words);
 }
 
 WindowServer* WindowServer::Current() {

@@ -36,6 +36,10 @@ public:
     // Before the server is made.
     static void SetNoDisplayText(std::string text);
 
+    // Has the toolkit show its own words (those of file panels, say) in this language, if it has
+    // it.
+    void SetLanguage(const std::string& language);
+
     // Null while there is none. Main thread.
     [[nodiscard]] static WindowServer* Current();
 
