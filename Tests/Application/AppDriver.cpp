@@ -19,8 +19,8 @@ namespace {
 
 class TestApp : public SimApp {
 public:
-    TestApp(std::binary_semaphore* ready, Welcome welcome)
-        : SimApp(&TestResources(), Recovery::kOffer, welcome), ready_(ready) {}
+    TestApp(const ProgramResources& resources, std::binary_semaphore* ready, Welcome welcome)
+        : SimApp(&resources, Recovery::kOffer, welcome), ready_(ready) {}
 
     void ReadyToRun() override {
         SimApp::ReadyToRun();
@@ -80,12 +80,12 @@ void PutUnchecked(const std::string& path, const BMessage& record) {
 }
 
 AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& documents,
-                     SimApp::Welcome welcome) {
+                     SimApp::Welcome welcome, const ProgramResources& resources) {
     setenv("XDG_CONFIG_HOME", (folder + "/settings").c_str(), 1);
     setenv("XDG_STATE_HOME", (folder + "/state").c_str(), 1);
-    runner_ = std::thread([this, documents, welcome] {
+    runner_ = std::thread([this, documents, welcome, &resources] {
         RunOnMainThread([&] {
-            TestApp app(&isReady_, welcome);
+            TestApp app(resources, &isReady_, welcome);
             app_ = &app;
             if (const BMessage refs = RefsMessage(documents); !documents.empty()) Post(refs);
             app.Run();
@@ -93,6 +93,10 @@ AppDriver::AppDriver(const std::string& folder, const std::vector<std::string>& 
         });
     });
     isReady_.acquire();
+}
+
+const ProgramResources& AppDriver::Resources() {
+    return TestResources();
 }
 
 AppDriver::~AppDriver() {

@@ -17,7 +17,8 @@ class AppDriver {
 public:
     // Starts it, as if the documents had been given at launch, and waits until it is ready.
     explicit AppDriver(const std::string& folder, const std::vector<std::string>& documents = {},
-                       SimApp::Welcome welcome = SimApp::Welcome::kNone);
+                       SimApp::Welcome welcome = SimApp::Welcome::kNone,
+                       const ProgramResources& resources = Resources());
     // Ends it as the end of the desktop's session does, unless it has ended.
     ~AppDriver();
     AppDriver(const AppDriver&) = delete;
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] static bool WaitUntil(const std::function<bool()>& condition);
 
 private:
+    [[nodiscard]] static const ProgramResources& Resources();
+
     std::atomic<SimApp*> app_{nullptr};
     std::atomic<bool> hasEnded_{false};
     std::binary_semaphore isReady_{0};
