@@ -1,4 +1,5 @@
 // Reading quantities as users type them, and showing them.
+#include <algorithm>
 #include <cmath>
 
 #include "Model/Units/QuantityText.h"
@@ -20,8 +21,24 @@ void CheckShown(const UnitTable& units, double value, const UnitInfo& unit) {
     fuzz::Check(std::fabs(read.value - value) <= slack, "what is shown means the value");
 }
 
+// A field understands what a file says, and a comma for its point.
+void CheckTyped(const UnitTable& units, std::string_view text, double plainFactor) {
+    const UnitTable::Parsed parsed = units.Parse(text, plainFactor);
+    const UnitTable::Parsed typed = units.ParseTyped(text, plainFactor);
+    fuzz::Check(!typed || std::isfinite(typed.value), "what is typed is a number");
+    if (!parsed) return;
+    fuzz::Check(typed && typed.value == parsed.value, "a field reads what a file says");
+    std::string comma(text);
+    std::replace(comma.begin(), comma.end(), '.', ',');
+    const UnitTable::Parsed same = units.ParseTyped(comma, plainFactor);
+    fuzz::Check(same && same.value == parsed.value, "a comma is as good as a point");
+    const bool isFraction = comma != text;
+    fuzz::Check(!isFraction || !units.Parse(comma, plainFactor), "files have points alone");
+}
+
 void Read(const UnitTable& units, std::string_view text) {
     for (const double plainFactor : {1.0, 1.495978707e11}) {
+        CheckTyped(units, text, plainFactor);
         const UnitTable::Parsed parsed = units.Parse(text, plainFactor);
         if (!parsed) continue;
         fuzz::Check(std::isfinite(parsed.value), "what is read is a number");
