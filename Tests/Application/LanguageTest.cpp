@@ -29,6 +29,13 @@ protected:
             value == nullptr ? unsetenv(name) : setenv(name, value, 1);
     }
 
+    static void Opens(const char* window, const char* item, const char* opened) {
+        EXPECT_TRUE(AppDriver::WaitUntil([=] { return WindowHand::CanChoose(window, item); }))
+            << item;
+        WindowHand::Choose(window, item);
+        EXPECT_TRUE(AppDriver::WaitUntil([=] { return WindowHand::Count(opened) == 1; })) << item;
+    }
+
     const TestFolder folder_;
 };
 
@@ -113,16 +120,12 @@ TEST_F(LanguageTest, WindowsHaveRoomForItAndSayWhatTheyHold) {
         {"Orvek/Über Orvek…", "Über Orvek"},
     };
     for (const auto& [item, window] : windows) {
-        WindowHand::Choose("system", item);
-        WindowHand::WaitFor(window);
-        EXPECT_EQ(WindowHand::Count(window), 1) << item;
+        Opens("system", item, window);
     }
     for (const auto& [item, window] : {std::pair{"Anzeige/Maßstab…", "Maßstab der Anzeige wählen"},
                                        {"Anzeige/Achse…", "Unterdrückte Achse wählen"},
                                        {"Ansicht/Länge der Spuren/Andere…", "Länge der Spuren"}}) {
-        WindowHand::Choose("Projektion: system", item);
-        WindowHand::WaitFor(window);
-        EXPECT_EQ(WindowHand::Count(window), 1) << item;
+        Opens("Projektion: system", item, window);
     }
     ExpectNone(Faulty(IsClipped), "is cut off");
     ExpectNone(Faulty(IsNameless), "has no name");
