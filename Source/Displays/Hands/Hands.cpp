@@ -1,6 +1,7 @@
 #include "Displays/Hands/Hands.h"
 
 #include <cmath>
+#include <utility>
 
 #include "Displays/Base/Display.h"
 #include "Displays/Hands/HandEdit.h"
@@ -181,10 +182,7 @@ void Hands::Begin(BodyGrip::Kind kind, int64 body, const MouseInput& input) {
     press_ = Press{kind, body, input.inView, input.where};
     bounds_ = {HandPlane::kAnyWay, (input.modifiers & B_SHIFT_KEY) != 0};
     way_ = {};
-    if (sight_->IsRunning())
-        WindowServer::Deliver(display_->Owner(), BMessage(kPauseForUser));
-    else
-        TakeHold(input.inView);
+    if (!sight_->IsRunning()) TakeHold(input.inView);
 }
 
 // The mouse drags from here on: during a run the body has gone on a little.
@@ -242,11 +240,14 @@ bool Hands::MouseMoved(const MouseInput& input, CanvasView::Transit transit) {
     press_->pointer = input.where;
     bounds_.isCircular = (input.modifiers & B_SHIFT_KEY) != 0;
     if (!grip_) {
-        // While a run comes to rest; a drag is no click.
-        if (std::abs(input.inView.x - press_->at.x) + std::abs(input.inView.y - press_->at.y) >=
-            kClick)
-            press_->isDrag = true;
-        if (!sight_->IsRunning()) TakeHold(input.inView);
+        // A drag pauses the run and waits until it rests; a click lets it go on.
+        const bool isFar =
+            std::abs(input.inView.x - press_->at.x) + std::abs(input.inView.y - press_->at.y) >=
+            kClick;
+        if (!sight_->IsRunning())
+            TakeHold(input.inView);
+        else if (isFar && !std::exchange(press_->isDrag, true))
+            WindowServer::Deliver(display_->Owner(), BMessage(kPauseForUser));
         return true;
     }
     way_ = {input.inView.x - press_->at.x, input.inView.y - press_->at.y};

@@ -341,13 +341,16 @@ TEST_F(HandsTest, ABodyThatGoesOrMovesMeanwhileAndADisplayThatClosesEndTheGestur
     EXPECT_FALSE(document_.owner->Has(kThrowBody));
 }
 
-TEST_F(HandsTest, DuringARunTakingHoldPausesItFirst) {
+TEST_F(HandsTest, DuringARunADragPausesItFirstAndAClickLetsItGoOn) {
     Locked([&] { display_->Follow(planet_); });  // there it stays
     document_.Go();
     ASSERT_TRUE(WaitUntil([&] { return document_.document.GetCalculator()->IsRunning(); }));
+    SpaceHand::Click(kTitle, {});
+    ::Settle(display_);
+    EXPECT_FALSE(document_.owner->Has(kPauseForUser));
     SpaceHand::PressButton(kTitle, {});
-    static_cast<void>(document_.owner->WaitFor(kPauseForUser));
     SpaceHand::MoveTo(kTitle, {40, 40});  // not yet
+    static_cast<void>(document_.owner->WaitFor(kPauseForUser));
     EXPECT_TRUE(IsHolding());
     document_.Pause();
     ::Settle(display_);
