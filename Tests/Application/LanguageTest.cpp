@@ -9,7 +9,6 @@
 #include <cstdlib>
 
 #include "Application/Language.h"
-#include "Interface Widgets/ProgramMessages.h"
 #include "Platform/Interface/Server/WindowServer.h"
 #include "Tests/Application/AppDriver.h"
 #include "Tests/Application/WindowHand.h"
