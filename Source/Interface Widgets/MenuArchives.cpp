@@ -92,11 +92,11 @@ BMessage MenuArchives::MakeSimMenuArchive(const InterfaceTexts& texts) {
     menu.AddItem(new BMenuItem(texts.Text(kTextBackToNow), new BMessage(kBackToNow)));
     menu.AddItem(new BMenuItem(texts.Text(kTextMakeRunAgain), new BMessage(kMakeRunAgain),
                                texts.Key(kTextBranchKey), B_SHIFT_KEY));
+    menu.AddItem(new BMenuItem(texts.Text(kLabelAnimation), new BMessage(kShowAnimation)));
+    menu.AddItem(new BMenuItem(texts.Text(kLabelEpochs), new BMessage(kShowEpochs)));
     menu.AddItem(new BMenuItem(texts.Text(kTextHowExact), new BMessage(kShowTrust),
                                texts.Key(kTextHowExactKey)));
     menu.AddItem(new BMenuItem(texts.Text(kTextRerun), new BMessage(kRerunExactly)));
     menu.AddItem(new BMenuItem(texts.Text(kTextHowChaotic), new BMessage(kLookForChaos)));
-    menu.AddItem(new BMenuItem(texts.Text(kLabelAnimation), new BMessage(kShowAnimation)));
-    menu.AddItem(new BMenuItem(texts.Text(kLabelEpochs), new BMessage(kShowEpochs)));
     return ArchiveOf(menu);
 }

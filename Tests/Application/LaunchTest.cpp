@@ -179,7 +179,7 @@ TEST_F(LaunchTest, HundredsOfDocumentsOpenAtOnce) {
 #ifdef ORVEK_SANITIZED
     constexpr std::size_t kCount = 120;
 #else
-    constexpr std::size_t kCount = 300;
+    constexpr std::size_t kCount = 200;
 #endif
     constexpr int kPatience = 8;  // half minutes
     // With a display that takes little memory.
