@@ -273,7 +273,8 @@ void ChartDrawing::AddDots(const ChartScene::Line& line, ChartItems* items) cons
         const std::size_t first = pixel;
         while (isInside(pixel + 1))
             pixel++;
-        const auto y = plot_.top + static_cast<float>(first / columns);
+        const std::size_t row = first / columns;
+        const auto y = plot_.top + static_cast<float>(row);
         const auto x = plot_.left + static_cast<float>(first % columns);
         items->bars.push_back({{x, y, x + static_cast<float>(pixel - first), y}, line.color});
     }

@@ -165,6 +165,7 @@ SpaceScene FilmPainter::MakeScene(const SpaceFields& fields, const Moment& momen
         ReadMembers(*moment.epoch, bodies, fields.followed);
     const Reference reference = MeanOf(followed, scene.bodies);
     std::vector<TrailSource::Member> members;
+    members.reserve(followed.size());
     for (const TrajectoryCache::Member& member : followed)
         members.push_back({scene.bodies[static_cast<std::size_t>(member.body)].id, member.weight});
     for (SpaceBody& body : scene.bodies) {

@@ -109,10 +109,9 @@ int32 Measurement::FindThird() const {
 // --- What is shown ---
 
 std::string Measurement::MakeText(const MeasuredValues& values, int32 third) const {
-    const std::string apart =
-        FillIn(context_.texts->Label(kTextMeasured),
-               {WithUnit(values.distance, distanceUval_, *context_.distanceUnits),
-                WithUnit(values.speed, speedUval_, *context_.speedUnits)});
+    std::string apart = FillIn(context_.texts->Label(kTextMeasured),
+                               {WithUnit(values.distance, distanceUval_, *context_.distanceUnits),
+                                WithUnit(values.speed, speedUval_, *context_.speedUnits)});
     if (!values.angle) return apart;
     const double degrees = *values.angle * 180.0 / std::numbers::pi;
     return FillIn(context_.texts->Label(kTextMeasuredAngle),
