@@ -52,5 +52,8 @@ std::vector<TrajectoryCache::Member> ReadMembers(const AbEpoch& epoch,
     if (!hasMass)
         for (TrajectoryCache::Member& member : members)
             member.weight = 1.0;
+    // What has no mass does not move the center, and may be younger than the trails.
+    std::erase_if(members,
+                  [](const TrajectoryCache::Member& member) { return !(member.weight > 0.0); });
     return members;
 }

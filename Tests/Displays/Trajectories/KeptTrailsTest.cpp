@@ -7,6 +7,7 @@
 #include <cstring>
 #include <numbers>
 
+#include "Displays/Projection/BodyLabels.h"
 #include "Displays/Projection/FrameMenu.h"
 #include "Displays/Trajectories/KeptTrails.h"
 #include "Displays/Trajectories/TrajectoryMap.h"
@@ -186,6 +187,17 @@ TEST(KeptTrails, SamplesCloserThanAPixelMakeASolidLine) {
         // Where lines meet a pixel may be dimmer.
         EXPECT_LE(gaps, 5);
     }
+}
+
+TEST_F(KeptTrailsTest, WhatHasNoMassDoesNotMoveTheCenterOfMass) {
+    const ReadGuard guard(document_.portal);
+    const AbEpoch& epoch = *document_.portal->FocusEpoch();
+    const std::vector<Body*> bodies = document_.portal->BodiesInMassOrder();
+    const auto all = ReadMembers(epoch, bodies, kRootSystemID);
+    ASSERT_EQ(all.size(), 1u);
+    EXPECT_EQ(bodies[static_cast<std::size_t>(all[0].body)]->ID(), 0);
+    // Alone it is its own center.
+    EXPECT_EQ(ReadMembers(epoch, bodies, 1).size(), 1u);
 }
 
 TEST_F(KeptTrailsTest, ZoomedAndPannedPicturesAreThoseDrawnAtOnceInThatView) {
